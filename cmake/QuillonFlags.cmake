@@ -1,0 +1,30 @@
+# Compiler and linker settings that every target of the project shares.
+add_library(quillon_flags INTERFACE)
+if(WIN32)
+  set(QUILLON_PLATFORM_FOLDER ${PROJECT_SOURCE_DIR}/platform/win32)
+else()
+  set(QUILLON_PLATFORM_FOLDER ${PROJECT_SOURCE_DIR}/platform/posix)
+endif()
+target_include_directories(quillon_flags INTERFACE ${PROJECT_SOURCE_DIR} ${QUILLON_PLATFORM_FOLDER})
+target_compile_options(quillon_flags INTERFACE
+  -Wall -Wextra -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual -Wvla -Werror
+  -fstack-protector-strong
+  # No build path may reach a binary: the same sources give the same bytes anywhere.
+  -ffile-prefix-map=${PROJECT_SOURCE_DIR}=.)
+
+if(WIN32)
+  target_compile_definitions(quillon_flags INTERFACE
+    _WIN32_WINNT=0x0601 WIN32_LEAN_AND_MEAN NOMINMAX __USE_MINGW_ANSI_STDIO=1)
+  # A DLL in the spooler brings its run-time library along: -static leaves system DLLs only.
+  target_link_options(quillon_flags INTERFACE
+    -static -Wl,--dynamicbase -Wl,--high-entropy-va -Wl,--nxcompat -Wl,--no-insert-timestamp)
+else()
+  if(QUILLON_SANITIZE)
+    target_compile_options(quillon_flags INTERFACE
+      -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
+    target_link_options(quillon_flags INTERFACE -fsanitize=address,undefined)
+  endif()
+  if(QUILLON_FUZZ)
+    target_compile_options(quillon_flags INTERFACE -fsanitize=fuzzer-no-link)
+  endif()
+endif()
