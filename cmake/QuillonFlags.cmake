@@ -17,7 +17,7 @@ if(WIN32)
     _WIN32_WINNT=0x0601 WIN32_LEAN_AND_MEAN NOMINMAX __USE_MINGW_ANSI_STDIO=1)
   # A DLL in the spooler brings its run-time library along: -static leaves system DLLs only.
   target_link_options(quillon_flags INTERFACE
-    -static -Wl,--dynamicbase -Wl,--high-entropy-va -Wl,--nxcompat -Wl,--no-insert-timestamp)
+    -static -fstack-protector-strong -Wl,--dynamicbase -Wl,--high-entropy-va -Wl,--nxcompat -Wl,--no-insert-timestamp)
 else()
   if(QUILLON_SANITIZE)
     target_compile_options(quillon_flags INTERFACE
