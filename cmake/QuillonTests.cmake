@@ -11,3 +11,36 @@ function(quillon_tests name)
   add_test(NAME ${name} COMMAND ${name})
   set_tests_properties(${name} PROPERTIES TIMEOUT 300)
 endfunction()
+
+# quillon_soak_tests(<program> <sources...>): a test program that takes minutes; `./dev soak` runs it,
+# `./dev test` does not.
+function(quillon_soak_tests name)
+  add_executable(${name} ${ARGN})
+  target_link_libraries(${name} PRIVATE quillon_framework quillon_flags GTest::gmock_main)
+  add_test(NAME ${name} CONFIGURATIONS Soak COMMAND ${name})
+  set_tests_properties(${name} PROPERTIES TIMEOUT 3600 LABELS soak)
+endfunction()
+
+# quillon_fuzzer(<program> <sources...>): a libFuzzer program. ctest gives it a short run that is the same
+# every time, over the inputs in fuzz/corpus/<program> and what it makes of them.
+function(quillon_fuzzer name)
+  add_executable(${name} ${ARGN})
+  target_link_libraries(${name} PRIVATE quillon_framework quillon_flags)
+  target_link_options(${name} PRIVATE -fsanitize=fuzzer)
+  set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/fuzzers)
+  set(corpus ${PROJECT_SOURCE_DIR}/fuzz/corpus/${name})
+  file(MAKE_DIRECTORY ${PROJECT_BINARY_DIR}/corpus/${name})
+  set(inputs ${PROJECT_BINARY_DIR}/corpus/${name})
+  if(EXISTS ${corpus})
+    list(APPEND inputs ${corpus})
+  endif()
+  add_test(NAME ${name} COMMAND ${name} -runs=20000 -seed=1 -max_len=4096 -verbosity=0 ${inputs})
+  set_tests_properties(${name} PROPERTIES TIMEOUT 300)
+endfunction()
+
+# quillon_benchmark(<program> <sources...>): a program that `./dev bench` runs. It measures; ctest never runs it.
+function(quillon_benchmark name)
+  add_executable(${name} ${ARGN})
+  target_link_libraries(${name} PRIVATE quillon_framework quillon_flags)
+  set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/benchmarks)
+endfunction()
