@@ -21,20 +21,20 @@ function(quillon_soak_tests name)
   set_tests_properties(${name} PROPERTIES TIMEOUT 3600 LABELS soak)
 endfunction()
 
-# quillon_fuzzer(<program> <sources...>): a libFuzzer program. ctest gives it a short run that is the same
-# every time, over the inputs in fuzz/corpus/<program> and what it makes of them.
+# quillon_fuzzer(<program> <sources...>): a libFuzzer program. ctest gives it a short run, the same every time,
+# that starts from the inputs in fuzz/corpus/<program>, if there are any.
 function(quillon_fuzzer name)
   add_executable(${name} ${ARGN})
   target_link_libraries(${name} PRIVATE quillon_framework quillon_flags)
   target_link_options(${name} PRIVATE -fsanitize=fuzzer)
   set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/fuzzers)
-  set(corpus ${PROJECT_SOURCE_DIR}/fuzz/corpus/${name})
-  file(MAKE_DIRECTORY ${PROJECT_BINARY_DIR}/corpus/${name})
-  set(inputs ${PROJECT_BINARY_DIR}/corpus/${name})
-  if(EXISTS ${corpus})
-    list(APPEND inputs ${corpus})
+  set(arguments -runs=20000 -seed=1 -max_len=4096)
+  file(GLOB seeds ${PROJECT_SOURCE_DIR}/fuzz/corpus/${name}/*)
+  if(seeds)
+    list(JOIN seeds "," seeds)
+    list(APPEND arguments -seed_inputs=${seeds})
   endif()
-  add_test(NAME ${name} COMMAND ${name} -runs=20000 -seed=1 -max_len=4096 -verbosity=0 ${inputs})
+  add_test(NAME ${name} COMMAND ${name} ${arguments})
   set_tests_properties(${name} PROPERTIES TIMEOUT 300)
 endfunction()
 

@@ -1,0 +1,42 @@
+#!/bin/sh
+# Rules of the house that no compiler checks. Prints every place that breaks one; takes a second.
+set -u
+cd "$(dirname "$0")/.." || exit 1
+found=0
+
+# forbid WHAT PATTERN PATHSPEC...: no line of those files matches the extended pattern.
+forbid() {
+    what=$1
+    pattern=$2
+    shift 2
+    if git grep -nIE -e "$pattern" -- "$@"; then
+        printf '^ %s\n\n' "$what"
+        found=1
+    fi
+}
+
+# require WHAT PATTERN PATHSPEC...: each of those files has such a line.
+require() {
+    what=$1
+    pattern=$2
+    shift 2
+    lacking=$(git grep -LIE -e "$pattern" -- "$@")
+    if [ -n "$lacking" ]; then
+        printf '%s\n^ %s\n\n' "$lacking" "$what"
+        found=1
+    fi
+}
+
+tab=$(printf '\t')
+return=$(printf '\r')
+forbid "a tab" "$tab" '*.h' '*.cpp' '*.cmake' 'CMakeLists.txt' '*.sh' '*.md'
+forbid "blanks at the end of a line" ' +$' '*.h' '*.cpp' '*.cmake' 'CMakeLists.txt' '*.sh'
+forbid "a CR at the end of a line" "$return\$" '*.h' '*.cpp' '*.cmake' 'CMakeLists.txt' '*.sh' '*.md'
+forbid "unfinished work" '\b(TODO|FIXME|XXX)\b' ':!cmake/check-sources.sh'
+forbid "a platform switch in portable code" '\b(_WIN32|__linux__)\b' 'framework/' 'monitor/'
+forbid "Windows outside its folder" '#include <(windows|winspool|winsplp|winbase)\.h>' 'framework/' 'examples/'
+forbid "an own include of windows.h" '#include <windows\.h>' '*.h' '*.cpp' ':!platform/win32/PWin32Api.h'
+forbid "code that turns with the C locale or loads it" '#include <(iostream|regex|locale)>' 'framework/' 'monitor/' 'platform/'
+forbid "a download" '(curl|wget|https?://)' 'dev' '.ci/run' '*.sh' '*.cmake' ':!cmake/check-sources.sh'
+require "a header without #pragma once" '^#pragma once$' '*.h'
+exit "$found"

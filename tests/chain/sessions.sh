@@ -1,0 +1,52 @@
+#!/bin/sh
+# sessions.sh BUILD PREFIX: a job printed in session 0 is told once to the listener of every session, and
+# one that listens no more disturbs nobody.
+set -eu
+build=$1
+. "$(dirname "$0")/chain.sh"
+chain_use "$2"
+WINEDLLOVERRIDES="$WINEDLLOVERRIDES;wtsapi32=n,b"
+WTS_TEST_SESSIONS=0,1,2
+export WINEDLLOVERRIDES WTS_TEST_SESSIONS WTS_TEST_SESSION
+
+# The names of session 2 last as long as this program, and this as long as its input.
+mkfifo "$scratch/input"
+wine "$support/SessionNames.exe" 2 <"$scratch/input" >"$scratch/names" &
+exec 3>"$scratch/input"
+wait_for "the names of session 2" grep -q ready "$scratch/names"
+
+# listen_in SESSION [OPTION...]
+listen_in() {
+    WTS_TEST_SESSION=$1
+    shift
+    listen "session$WTS_TEST_SESSION" --json "$@"
+}
+
+listen_in 0 --once
+first=$listener
+listen_in 1 --once
+second=$listener
+listen_in 2 --once
+third=$listener
+
+printf 'told to everybody\n' >"$scratch/job"
+WTS_TEST_SESSION=0
+print_raw "to all sessions" "$scratch/job"
+for listener in "$first" "$second" "$third"; do
+    wait "$listener" || fail "a listener ended with $?"
+done
+for session in 0 1 2; do
+    expect "the notifications in session $session" 1 \
+        "$(grep -c '"PrinterName":"Proof"' "$scratch/session$session.out")"
+    expect_line "$scratch/session$session.out" '\\Proof\\to all sessions.ps"'
+done
+
+# Nobody listens any more; then one again, from another session than the printing program's.
+print_raw "to nobody" "$scratch/job"
+expect_same "the job that nobody is told of" "$scratch/job" "$jobs/to nobody.ps"
+listen_in 1 --once
+WTS_TEST_SESSION=2
+print_raw "from session 2" "$scratch/job"
+wait "$listener" || fail "the listener ended with $?"
+expect_line "$scratch/session1.out" '\\Proof\\from session 2.ps"'
+exec 3>&-
