@@ -71,14 +71,14 @@ print_raw() {
     wine "$support/PrintRaw.exe" "$printer" "$@"
 }
 
-# listen NAME [OPTION...]: starts PrinterProcessorWin, which writes to $scratch/NAME.out, and waits until it
-# listens. Its process number is in $listener.
+# listen NAME [OPTION...]: starts PrinterProcessorWin and waits until it listens. It writes its records to
+# $scratch/NAME.out; its process number is in $listener.
 listen() {
-    output=$scratch/$1.out
+    records=$scratch/$1
     shift
-    wine "$bin/PrinterProcessorWin.exe" "$@" >"$output" 2>&1 &
+    wine "$bin/PrinterProcessorWin.exe" "$@" >"$records.out" 2>"$records.err" &
     listener=$!
-    wait_for "the listener" grep -q '^Listening' "$output"
+    wait_for "the listener" grep -q '^Waiting for printed jobs' "$records.err"
 }
 
 # wait_for WHAT COMMAND...: until the command succeeds, half a minute at most.
