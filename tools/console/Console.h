@@ -1,0 +1,20 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+/// Console: the standard streams of a command-line program, written as text.
+///
+/// A console gets UTF-16, so every character shows whatever its code page; a file or a pipe gets
+/// UTF-8 without a mark. Lines end in a bare line feed. Text goes out at once: nothing is kept back
+/// that a program which is ended could lose. Any thread; one call's text may mix with another's.
+class Console {
+public:
+    /// Writes to the standard output. False when it took less than all: a closed pipe, a full disk.
+    static bool Write(std::wstring_view text);
+    /// Writes to the standard error output. False as above.
+    static bool WriteError(std::wstring_view text);
+};
+
+/// The text as UTF-8; an unpaired surrogate becomes U+FFFD.
+std::string ToUTF8(std::wstring_view text);

@@ -1,0 +1,198 @@
+#include "tools/quillonctl/Installation.h"
+
+#include "tools/console/Console.h"
+#include "tools/quillonctl/Drivers.h"
+#include "tools/quillonctl/Failure.h"
+#include "tools/quillonctl/InstallRecord.h"
+#include "tools/quillonctl/LibraryFile.h"
+#include "tools/quillonctl/MonitorRegistry.h"
+#include "tools/quillonctl/Printers.h"
+#include "tools/quillonctl/Product.h"
+#include "tools/quillonctl/SpoolerHost.h"
+#include "tools/quillonctl/SpoolerList.h"
+
+namespace {
+
+using Kind = InstallRecord::Kind;
+
+void Say(const std::wstring& text) {
+    Console::Write(text + L'\n');
+}
+
+void Warn(const std::wstring& text) {
+    Console::WriteError(text + L'\n');
+}
+
+std::wstring GetDriverList() {
+    std::wstring list;
+    for (const DriverInfo& driver : Drivers::GetAll()) list += L"\n  " + driver.name;
+    return list.empty() ? L" No printer driver is installed." : L" Installed drivers:" + list;
+}
+
+}  // namespace
+
+Installation::Installation(const CommandLine& wishes)
+    : mWishes(wishes),
+      mPrinterName(wishes.printer.empty() ? Product::cPrinterName : wishes.printer),
+      mSource(wishes.library.empty() ? LibraryFile::GetDeliveredPath() : wishes.library),
+      mTarget(LibraryFile::GetInstalledPath(Product::cLibraryName)),
+      mRollback(Warn) {}
+
+void Installation::Run() {
+    InstallLibrary();
+    RegisterMonitor();
+    MakePortKey();
+    CheckPort();
+    InstallPrinter();
+    mRollback.Commit();
+    Say(L"Ready: what is printed on '" + mPrinterName + L"' becomes a job file.");
+}
+
+void Installation::InstallLibrary() {
+    if (!LibraryFile::Exists(mSource)) throw Failure(L"There is no library " + mSource + L".");
+    if (!LibraryFile::Exists(mTarget)) {
+        CopyLibrary();
+        Say(L"Copied the library to " + mTarget + L".");
+    } else if (LibraryFile::HaveSameContent(mSource, mTarget)) {
+        Say(L"The library is in place: " + mTarget + L".");
+    } else {
+        ReplaceLibrary();
+        Say(L"Replaced the library " + mTarget + L".");
+    }
+}
+
+void Installation::CopyLibrary() {
+    LibraryFile::Copy(mSource, mTarget);
+    mRollback.AddUndo(L"the copied library", [target = mTarget] {
+        LibraryFile::Remove(target);
+        InstallRecord::Remove(Kind::Library, target);
+    });
+    InstallRecord::Add(Kind::Library, mTarget);
+}
+
+void Installation::ReplaceLibrary() {
+    if (!InstallRecord::Contains(Kind::Library, mTarget)) {
+        throw Failure(L"Another " + mTarget +
+                      L" is there, which this program did not install. Remove it first.");
+    }
+    const std::wstring aside = LibraryFile::MoveAside(mTarget);
+    mRollback.AddUndo(L"the replaced library", [aside, target = mTarget] {
+        if (LibraryFile::Exists(target)) LibraryFile::Remove(target);
+        LibraryFile::MoveBack(aside, target);
+    });
+    LibraryFile::Copy(mSource, mTarget);
+    mRollback.AddCompletion([aside] {
+        if (!LibraryFile::Remove(aside)) {
+            Say(L"The print spooler goes on with the old library until it is restarted.");
+        }
+    });
+}
+
+void Installation::RegisterMonitor() {
+    if (const auto library = MonitorRegistry::GetLibraryName()) {
+        Say(std::wstring(L"The port monitor is registered already (") + *library + L").");
+        return;
+    }
+    MonitorRegistry::Register();
+    mRollback.AddUndo(L"the registered port monitor", [] {
+        MonitorRegistry::Unregister();
+        InstallRecord::Remove(Kind::Monitor, Product::cMonitorName);
+    });
+    InstallRecord::Add(Kind::Monitor, Product::cMonitorName);
+    Say(std::wstring(L"Registered the port monitor '") + Product::cMonitorName + L"'.");
+}
+
+void Installation::MakePortKey() {
+    if (!SpoolerHost::IsWine() || MonitorRegistry::HasPortKey()) return;
+    MonitorRegistry::AddPortKey();
+    mRollback.AddUndo(L"the port's registry key", [] {
+        MonitorRegistry::RemovePortKey();
+        InstallRecord::Remove(Kind::PortKey, Product::cPortName);
+    });
+    InstallRecord::Add(Kind::PortKey, Product::cPortName);
+    Say(std::wstring(L"Made the registry key of the port ") + Product::cPortName);
+}
+
+void Installation::CheckPort() const {
+    if (MonitorRegistry::IsPortListed()) return;
+    throw Failure(std::wstring(L"The print spooler does not list the port ") + Product::cPortName +
+                  L" The registered library may be missing or damaged.");
+}
+
+void Installation::InstallPrinter() {
+    if (const auto printer = Printers::Find(mPrinterName)) {
+        if (!printer->IsOnOurPort()) {
+            throw Failure(L"A printer '" + mPrinterName +
+                          L"' exists on another port. Choose another name with --printer.");
+        }
+        Say(L"The printer '" + printer->name + L"' is there already (driver '" + printer->driver + L"').");
+        return;
+    }
+    const std::wstring driver = InstallDriver();
+    Printers::Add(mPrinterName, driver);
+    mRollback.AddUndo(L"the added printer", [name = mPrinterName] {
+        Printers::Remove(name);
+        InstallRecord::Remove(Kind::Printer, name);
+    });
+    InstallRecord::Add(Kind::Printer, mPrinterName);
+    Say(L"Added the printer '" + mPrinterName + L"' with the driver '" + driver + L"'.");
+}
+
+std::wstring Installation::InstallDriver() {
+    if (!mWishes.ppd.empty()) return InstallDriverForWine();
+    return mWishes.driver.empty() ? UseAnyDriver() : UseNamedDriver();
+}
+
+std::wstring Installation::InstallDriverForWine() {
+    if (!SpoolerHost::IsWine()) {
+        throw Failure(L"--ppd works under Wine only. Name an installed driver with --driver.");
+    }
+    const std::wstring name = mWishes.driver.empty() ? Product::cWineDriverName : mWishes.driver;
+    if (Drivers::Find(name)) {
+        Say(L"The printer driver '" + name + L"' is there already.");
+        return name;
+    }
+    const std::wstring description = Drivers::InstallForWine(name, mWishes.ppd);
+    mRollback.AddUndo(L"the installed printer driver", [name, description] {
+        Drivers::Remove(name);
+        LibraryFile::Remove(description);
+        InstallRecord::Remove(Kind::Driver, name);
+    });
+    InstallRecord::Add(Kind::Driver, name, description);
+    Say(L"Installed the printer driver '" + name + L"'.");
+    return name;
+}
+
+std::wstring Installation::UseNamedDriver() {
+    if (!Drivers::Find(mWishes.driver) && !TakeDriverFromStore(mWishes.driver)) {
+        throw Failure(L"There is no printer driver '" + mWishes.driver + L"'." + GetDriverList());
+    }
+    const auto driver = Drivers::Find(mWishes.driver);
+    if (!driver) throw Failure(L"The printer driver '" + mWishes.driver + L"' is not usable here.");
+    if (!driver->IsPostScript()) {
+        Warn(L"Warning: the driver '" + driver->name + L"' does not look like a PostScript driver.");
+    }
+    return driver->name;
+}
+
+std::wstring Installation::UseAnyDriver() {
+    const std::vector<DriverInfo> drivers = Drivers::GetAll();
+    if (const DriverInfo* best = ChoosePostScriptDriver(drivers)) return best->name;
+    for (const std::wstring& name : GetPreferredDrivers()) {
+        if (TakeDriverFromStore(name)) return name;
+    }
+    throw Failure(L"No PostScript printer driver was found. Name one with --driver" +
+                  std::wstring(SpoolerHost::IsWine() ? L", or a printer's description with --ppd." : L".") +
+                  GetDriverList());
+}
+
+bool Installation::TakeDriverFromStore(const std::wstring& name) {
+    if (!Drivers::InstallFromStore(name)) return false;
+    mRollback.AddUndo(L"the installed printer driver", [name] {
+        Drivers::Remove(name);
+        InstallRecord::Remove(Kind::Driver, name);
+    });
+    InstallRecord::Add(Kind::Driver, name);
+    Say(L"Installed the printer driver '" + name + L"' from the driver store.");
+    return true;
+}

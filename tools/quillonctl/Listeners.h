@@ -1,0 +1,24 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+/// A process that has registered for the notifications of printed jobs.
+struct Listener {
+    enum class State { Gone, Unreachable, Listening };
+
+    long session = 0;  // -1 when the system does not tell
+    long processID = 0;
+    State state = State::Listening;
+
+    /// One line without a line end.
+    std::wstring Format() const;
+};
+
+/// Listeners: the processing applications that a finished job is announced to.
+class Listeners {
+public:
+    /// Of all sessions, in the order of sessions and processes. Throws a Failure when the
+    /// registries cannot be read.
+    static std::vector<Listener> GetAll();
+};

@@ -1,0 +1,74 @@
+#include <string>
+#include <vector>
+
+#include "framework/GBasicFrameworkCoreLayer.h"
+#include "framework/core/GException.h"
+#include "platform/win32/PWin32Wide.h"
+#include "tools/console/Console.h"
+#include "tools/quillonctl/CommandLine.h"
+#include "tools/quillonctl/Failure.h"
+#include "tools/quillonctl/Installation.h"
+#include "tools/quillonctl/Removal.h"
+#include "tools/quillonctl/Status.h"
+#include "tools/quillonctl/TestPage.h"
+
+namespace {
+
+enum ExitCode { cDone = 0, cFailed = 1, cWrongUsage = 2 };
+
+/// The framework runs while it exists.
+class FrameworkScope {
+public:
+    FrameworkScope() { GBasicFrameworkCoreLayer::Initialize(); }
+    FrameworkScope(const FrameworkScope&) = delete;
+    FrameworkScope& operator=(const FrameworkScope&) = delete;
+    ~FrameworkScope() { GBasicFrameworkCoreLayer::Finalize(); }
+};
+
+ExitCode ShowStatus() {
+    const StatusFacts facts = StatusFacts::Gather();
+    Console::Write(facts.Format());
+    return facts.IsReady() ? cDone : cFailed;
+}
+
+ExitCode Run(const CommandLine& wishes) {
+    switch (wishes.command) {
+        case Command::Help:
+            Console::Write(GetHelpText());
+            break;
+        case Command::Version:
+            Console::Write(L"quillonctl " QUILLON_VERSION L"\n");
+            break;
+        case Command::Install:
+            Installation(wishes).Run();
+            break;
+        case Command::Uninstall:
+            Removal::Run();
+            break;
+        case Command::Status:
+            return ShowStatus();
+        case Command::TestPage:
+            TestPage::Print(wishes.printer);
+            break;
+    }
+    return cDone;
+}
+
+}  // namespace
+
+int wmain(int count, wchar_t** arguments) {
+    try {
+        const FrameworkScope framework;
+        return Run(ParseCommandLine(std::vector<std::wstring>(arguments + (count > 0), arguments + count)));
+    } catch (const UsageFailure& failure) {
+        Console::WriteError(failure.GetText() + L"\n\n" + GetHelpText());
+        return cWrongUsage;
+    } catch (const Failure& failure) {
+        Console::WriteError(failure.GetText() + L'\n');
+    } catch (const GException& failure) {
+        Console::WriteError(std::wstring(AsWide(failure.GetFullDescription())) + L'\n');
+    } catch (const std::exception&) {
+        Console::WriteError(L"Memory ran out.\n");
+    }
+    return cFailed;
+}

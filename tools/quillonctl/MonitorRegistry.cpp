@@ -1,0 +1,75 @@
+#include "tools/quillonctl/MonitorRegistry.h"
+
+#include "tools/quillonctl/Product.h"
+#include "tools/quillonctl/RegistryKey.h"
+#include "tools/quillonctl/SpoolerList.h"
+
+#include <winspool.h>
+
+namespace {
+
+std::wstring GetPortsKeyPath() {
+    return std::wstring(L"System\\CurrentControlSet\\Control\\Print\\Monitors\\") + Product::cMonitorName +
+           L"\\Ports";
+}
+
+std::wstring GetPortKeyPath() {
+    return GetPortsKeyPath() + L'\\' + Product::cPortName;
+}
+
+}  // namespace
+
+std::optional<std::wstring> MonitorRegistry::GetLibraryName() {
+    const SpoolerList<MONITOR_INFO_2W> monitors(
+        L"port monitors", [](BYTE* buffer, DWORD size, DWORD* needed, DWORD* count) {
+            return ::EnumMonitorsW(nullptr, 2, buffer, size, needed, count);
+        });
+    for (const MONITOR_INFO_2W& monitor : monitors) {
+        if (IsSameName(TextOrEmpty(monitor.pName), Product::cMonitorName)) {
+            return TextOrEmpty(monitor.pDLLName);
+        }
+    }
+    return std::nullopt;
+}
+
+void MonitorRegistry::Register() {
+    std::wstring name = Product::cMonitorName;
+    std::wstring environment = Product::cEnvironment;
+    std::wstring library = Product::cLibraryName;
+    MONITOR_INFO_2W monitor{name.data(), environment.data(), library.data()};
+    // A library that loads but hands out no function table fails without a number of its own.
+    ::SetLastError(ERROR_INVALID_PRINT_MONITOR);
+    if (!::AddMonitorW(nullptr, 2, reinterpret_cast<BYTE*>(&monitor))) {
+        throw SystemFailure(L"Registering the port monitor");
+    }
+}
+
+void MonitorRegistry::Unregister() {
+    std::wstring name = Product::cMonitorName;
+    if (!::DeleteMonitorW(nullptr, nullptr, name.data())) {
+        throw SystemFailure(L"Removing the port monitor's registration");
+    }
+}
+
+bool MonitorRegistry::IsPortListed() {
+    const SpoolerList<PORT_INFO_1W> ports(L"ports",
+                                          [](BYTE* buffer, DWORD size, DWORD* needed, DWORD* count) {
+                                              return ::EnumPortsW(nullptr, 1, buffer, size, needed, count);
+                                          });
+    for (const PORT_INFO_1W& port : ports) {
+        if (IsSameName(TextOrEmpty(port.pName), Product::cPortName)) return true;
+    }
+    return false;
+}
+
+bool MonitorRegistry::HasPortKey() {
+    return RegistryKey::Exists(GetPortKeyPath());
+}
+
+void MonitorRegistry::AddPortKey() {
+    RegistryKey::Create(GetPortKeyPath());
+}
+
+void MonitorRegistry::RemovePortKey() {
+    if (RegistryKey::RemoveIfEmpty(GetPortKeyPath())) RegistryKey::RemoveIfEmpty(GetPortsKeyPath());
+}

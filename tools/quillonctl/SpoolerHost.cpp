@@ -1,0 +1,39 @@
+#include "tools/quillonctl/SpoolerHost.h"
+
+#include "framework/core/GPathName.h"
+#include "framework/files/GFileSystem.h"
+#include "framework/files/GSpecialPath.h"
+#include "platform/win32/PWin32Api.h"
+#include "platform/win32/PWin32Wide.h"
+#include "tools/quillonctl/Failure.h"
+#include "tools/quillonctl/RegistryKey.h"
+
+namespace {
+
+std::wstring WithTrailingBackslash(std::wstring folder) {
+    if (!folder.empty() && folder.back() != L'\\') folder += L'\\';
+    return folder;
+}
+
+// The spooler service runs under the system's account, whose temporary folder is the one of the
+// machine's environment and not that of whoever asks.
+std::wstring GetServiceTempFolder() {
+    const auto environment =
+        RegistryKey::Open(L"SYSTEM\\CurrentControlSet\\Control\\Session Manager\\Environment");
+    const auto folder = environment ? environment->GetValue(L"TEMP") : std::nullopt;
+    if (!folder) throw Failure(L"The machine's environment names no temporary folder (TEMP).");
+    return *folder;
+}
+
+}  // namespace
+
+bool SpoolerHost::IsWine() {
+    const HMODULE system = ::GetModuleHandleW(L"ntdll.dll");
+    return system != nullptr && ::GetProcAddress(system, "wine_get_version") != nullptr;
+}
+
+std::wstring SpoolerHost::GetJobFolder() {
+    if (!IsWine()) return WithTrailingBackslash(GetServiceTempFolder());
+    const GPathName folder = GFileSystem::GetSpecialPath(GSpecialPath::cGlobalTemp);
+    return WithTrailingBackslash(AsWide(folder.GetNativePathString()));
+}

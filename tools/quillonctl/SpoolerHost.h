@@ -1,0 +1,15 @@
+#pragma once
+
+#include <string>
+
+/// SpoolerHost: which of the two spoolers this machine has.
+///
+/// Windows runs one spooler service for everybody, under the system's account. Wine runs its
+/// spooler inside each program that prints, and finds the monitor of a port by a registry key.
+class SpoolerHost {
+public:
+    static bool IsWine();
+    /// The temporary folder of the account that the spooler runs under, with a trailing backslash:
+    /// job files are made below it. Throws a Failure when it cannot be told.
+    static std::wstring GetJobFolder();
+};

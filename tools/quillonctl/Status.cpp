@@ -1,0 +1,140 @@
+#include "tools/quillonctl/Status.h"
+
+#include "framework/core/GException.h"
+#include "platform/win32/PWin32Api.h"
+#include "platform/win32/PWin32Wide.h"
+#include "tools/quillonctl/Failure.h"
+#include "tools/quillonctl/LibraryFile.h"
+#include "tools/quillonctl/MonitorRegistry.h"
+#include "tools/quillonctl/Product.h"
+#include "tools/quillonctl/SpoolerHost.h"
+
+namespace {
+
+template <class Question>
+auto Ask(Question question) {
+    Answer<decltype(question())> answer;
+    try {
+        answer.value = question();
+    } catch (const Failure& failure) {
+        answer.problem = failure.GetText();
+    } catch (const GException& failure) {
+        answer.problem = AsWide(failure.GetFullDescription());
+    }
+    return answer;
+}
+
+StatusFacts::Library FindLibrary(const StatusFacts& facts) {
+    const auto& registered = facts.registeredLibrary.value;
+    StatusFacts::Library library;
+    library.path = LibraryFile::GetInstalledPath(registered.value_or(Product::cLibraryName));
+    library.exists = LibraryFile::Exists(library.path);
+    if (library.exists) library.version = LibraryFile::GetVersion(library.path);
+    return library;
+}
+
+bool FindPort() {
+    return MonitorRegistry::IsPortListed() && (!SpoolerHost::IsWine() || MonitorRegistry::HasPortKey());
+}
+
+StatusFacts::JobFolder FindJobFolder() {
+    StatusFacts::JobFolder folder;
+    folder.path = SpoolerHost::GetJobFolder();
+    ULARGE_INTEGER freeBytes{};
+    if (!::GetDiskFreeSpaceExW(folder.path.c_str(), &freeBytes, nullptr, nullptr)) {
+        throw SystemFailure(L"Asking for the free space of " + folder.path);
+    }
+    folder.freeBytes = freeBytes.QuadPart;
+    return folder;
+}
+
+std::wstring FormatMonitor(const std::optional<std::wstring>& library) {
+    return library ? L"registered, " + *library : L"not registered";
+}
+
+std::wstring FormatLibrary(const StatusFacts::Library& library) {
+    if (!library.exists) return library.path + L" is missing";
+    return library.path + (library.version ? L", version " + *library.version : L", without a version");
+}
+
+std::wstring FormatPort(bool found) {
+    return std::wstring(Product::cPortName) + (found ? L" is known to the print spooler" : L" is missing");
+}
+
+std::wstring FormatPrinters(const std::vector<PrinterInfo>& printers) {
+    std::wstring text;
+    for (const PrinterInfo& printer : printers) {
+        text += (text.empty() ? L"" : L"\n") + printer.name + L" (driver " + printer.driver + L')';
+    }
+    return text.empty() ? L"none on the port" : text;
+}
+
+std::wstring FormatListeners(const std::vector<Listener>& listeners) {
+    std::wstring text;
+    for (const Listener& listener : listeners) {
+        text += (text.empty() ? L"" : L"\n") + listener.Format();
+    }
+    return text.empty() ? L"none" : text;
+}
+
+std::wstring FormatJobFolder(const StatusFacts::JobFolder& folder) {
+    return folder.path + L", " + FormatByteCount(folder.freeBytes) + L" free";
+}
+
+// A heading in a column of its own; further lines of the text stand under the first.
+template <class T>
+std::wstring FormatRow(std::wstring heading, const Answer<T>& answer, std::wstring (*format)(const T&)) {
+    constexpr std::size_t cColumnUnits = 13;
+    heading.resize(cColumnUnits, L' ');
+    std::wstring row = heading;
+    for (const wchar_t unit : answer.IsKnown() ? format(answer.value) : L"unknown: " + answer.problem) {
+        row += unit;
+        if (unit == L'\n') row.append(cColumnUnits, L' ');
+    }
+    return row + L'\n';
+}
+
+}  // namespace
+
+StatusFacts StatusFacts::Gather() {
+    StatusFacts facts;
+    facts.registeredLibrary = Ask(MonitorRegistry::GetLibraryName);
+    facts.library = Ask([&] { return FindLibrary(facts); });
+    facts.portFound = Ask(FindPort);
+    facts.printers = Ask(Printers::GetOnOurPort);
+    facts.listeners = Ask(Listeners::GetAll);
+    facts.jobFolder = Ask(FindJobFolder);
+    return facts;
+}
+
+bool StatusFacts::IsReady() const {
+    return registeredLibrary.IsKnown() && registeredLibrary.value && library.IsKnown() &&
+           library.value.exists && portFound.IsKnown() && portFound.value && printers.IsKnown() &&
+           !printers.value.empty();
+}
+
+std::wstring StatusFacts::Format() const {
+    const Answer<bool>& port = portFound;
+    return FormatRow(L"Monitor:", registeredLibrary, FormatMonitor) +
+           FormatRow(L"Library:", library, FormatLibrary) +
+           FormatRow<bool>(L"Port:", port, [](const bool& found) { return FormatPort(found); }) +
+           FormatRow(L"Printers:", printers, FormatPrinters) +
+           FormatRow(L"Listeners:", listeners, FormatListeners) +
+           FormatRow(L"Job folder:", jobFolder, FormatJobFolder) +
+           (IsReady() ? L"Ready to print.\n" : L"Not ready to print.\n");
+}
+
+std::wstring FormatByteCount(unsigned long long bytes) {
+    constexpr unsigned long long cStep = 1024;
+    if (bytes < cStep) return std::to_wstring(bytes) + L" bytes";
+    static constexpr const wchar_t* cUnits[] = {L"KB", L"MB", L"GB", L"TB", L"PB", L"EB"};
+    std::size_t unit = 0;
+    unsigned long long size = cStep;
+    while (bytes / size >= cStep) {
+        size *= cStep;
+        ++unit;
+    }
+    // The rest is below 2^60, so ten times it still fits.
+    return std::to_wstring(bytes / size) + L'.' + std::to_wstring(bytes % size * 10 / size) + L' ' +
+           cUnits[unit];
+}

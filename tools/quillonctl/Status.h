@@ -1,0 +1,48 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "tools/quillonctl/Listeners.h"
+#include "tools/quillonctl/Printers.h"
+
+/// An answer, or the reason why there is none.
+template <class T>
+struct Answer {
+    T value{};
+    std::wstring problem;  // empty when the value holds
+
+    bool IsKnown() const { return problem.empty(); }
+};
+
+/// StatusFacts: what `status` tells about this machine.
+struct StatusFacts {
+    struct Library {
+        std::wstring path;
+        bool exists = false;
+        std::optional<std::wstring> version;
+    };
+    struct JobFolder {
+        std::wstring path;
+        unsigned long long freeBytes = 0;  // what the asking user may still write
+    };
+
+    Answer<std::optional<std::wstring>> registeredLibrary;  // file name; nothing: no such monitor
+    Answer<Library> library;
+    Answer<bool> portFound;  // the spooler lists the port and finds the monitor by it
+    Answer<std::vector<PrinterInfo>> printers;
+    Answer<std::vector<Listener>> listeners;
+    Answer<JobFolder> jobFolder;
+
+    /// Asks the system. A question that fails leaves its reason in place of the answer.
+    static StatusFacts Gather();
+    /// Whether a job can be printed into a file: everything but a listener is there.
+    bool IsReady() const;
+    /// A page of lines for the administrator, ending in a line end.
+    std::wstring Format() const;
+};
+
+/// A count of bytes in the largest unit of 1024 that leaves at least one, with one digit behind the
+/// point, cut: "512 bytes", "1.5 GB".
+std::wstring FormatByteCount(unsigned long long bytes);
