@@ -1,0 +1,188 @@
+#pragma once
+
+#include <atomic>
+#include <cstddef>
+#include <cstdint>
+
+#include "framework/core/GExport.h"
+#include "platform/PPlatform.h"
+
+class GAllocator;
+class GFixedSizeAllocator;
+
+/// GAllocatorChunk: 32768 bytes from which blocks of one size are carved.
+///
+/// A chunk is aligned to its size, so that the chunk of a block is found by masking the block's
+/// address. This header stands at its start; the blocks fill the rest. Free blocks hold the address
+/// of the next free one; blocks behind mFresh have never been handed out.
+class GAllocatorChunk {
+public:
+    static constexpr std::size_t cSize = 32768;
+    static constexpr std::size_t cHeaderSize = 64;
+
+    static GAllocatorChunk* Of(const void* block) noexcept {
+        return reinterpret_cast<GAllocatorChunk*>(reinterpret_cast<std::uintptr_t>(block) & ~(cSize - 1));
+    }
+
+    /// The allocator that carves this chunk, whichever module it lives in; null when that allocator
+    /// has ended and left the chunk to the blocks that were still in use.
+    GAllocator* GetOwner() const noexcept { return mOwner; }
+    long GetFreeCount() const noexcept { return mFreeCount; }
+
+private:
+    friend class GFixedSizeAllocator;
+
+    GAllocator* mOwner = nullptr;
+    GAllocatorChunk* mNext = nullptr;  // all chunks of the size class
+    GAllocatorChunk* mPrevious = nullptr;
+    GAllocatorChunk* mNextUsable = nullptr;  // chunks of the class with a free block
+    GAllocatorChunk* mPreviousUsable = nullptr;
+    void* mFree = nullptr;  // chain of blocks that were given back
+    unsigned char* mFresh = nullptr;
+    std::int32_t mFreeCount = 0;   // both kinds of free blocks
+    std::int32_t mBlockCount = 0;  // all blocks of the chunk
+};
+
+/// GFixedSizeAllocator: the blocks of one size class. Locked by the allocator that owns it.
+class GFixedSizeAllocator {
+public:
+    /// Tells owner and block size; called once before anything else.
+    void Initialize(GAllocator* owner, std::size_t blockSize) noexcept;
+
+    /// Null when a chunk is needed and the system has none.
+    void* Allocate() noexcept;
+    /// Gives back a block of one of this class's own chunks.
+    void Free(void* block) noexcept;
+    /// Returns chunks without a block in use to the system, all but `keep` of them. The number returned.
+    long ReleaseFreeChunks(long keep) noexcept;
+    /// Cuts the chunks that still have blocks in use loose from their owner.
+    void AbandonChunks() noexcept;
+    long GetChunkCount() const noexcept { return mChunkCount; }
+    /// Blocks that are handed out.
+    long GetUsedCount() const noexcept { return mUsedCount; }
+
+private:
+    bool AddChunk() noexcept;
+    void* TakeBlock(GAllocatorChunk& chunk) noexcept;
+    void LinkUsable(GAllocatorChunk& chunk) noexcept;
+    void UnlinkUsable(GAllocatorChunk& chunk) noexcept;
+    void ReleaseChunk(GAllocatorChunk& chunk) noexcept;
+
+    GAllocator* mOwner = nullptr;
+    GAllocatorChunk* mChunks = nullptr;
+    GAllocatorChunk* mUsable = nullptr;
+    std::size_t mBlockSize = 0;
+    std::int32_t mChunkCount = 0;
+    std::int32_t mEmptyCount = 0;  // chunks without a block in use
+    std::int32_t mUsedCount = 0;
+};
+
+/// GAllocator: the pooled block allocator behind GBuffer, GTable, GDict and GFastAllocatable.
+///
+/// Requests are rounded up to a multiple of 8 bytes, and blocks are aligned to 8 bytes.
+/// - up to 128 bytes: size classes of 8 bytes, carved from chunks of 32768 bytes;
+/// - up to 1024 bytes: a free list a size class, which is refilled by what is given back;
+/// - above: the heap of the process.
+///
+/// Threads: any thread may call anything. One critical section guards chunks and free lists. In front
+/// of it stand a few small caches of small blocks, chosen by the calling thread's stack; a cache that
+/// another thread is using just then is passed by, never waited for.
+///
+/// Modules: each module that links the framework (the DLL; a program that links it statically) has an
+/// allocator of its own. A small block that is given to another module's allocator is passed on to
+/// the one that carved it, which its chunk names; larger blocks belong to the heap of the process,
+/// which all modules share.
+///
+/// Lifetime: the one instance is constructed before and destroyed after every other static object
+/// of its module, so that blocks may be held by any of them. Its end returns all pooled memory to the
+/// system, so that loading and unloading the module leaves nothing behind; a chunk with blocks still
+/// in use is left to them.
+class QUILLON_EXPORT GAllocator {
+public:
+    static constexpr std::size_t cGranularity = 8;
+    static constexpr std::size_t cMaxSmallSize = 128;    ///< the largest block from a chunk
+    static constexpr std::size_t cMaxPooledSize = 1024;  ///< the largest block kept in a free list
+
+    /// The allocator of the calling module.
+    static GAllocator& GetInstance() noexcept { return sInstance; }
+
+    GAllocator() noexcept;
+    virtual ~GAllocator();
+    GAllocator(const GAllocator&) = delete;
+    GAllocator& operator=(const GAllocator&) = delete;
+
+    /// A block of at least `size` bytes, to be given back with the same size. Throws as
+    /// ThrowOutOfMemory() does when there is no memory even after NewHandler().
+    [[nodiscard]] void* Allocate(std::size_t size);
+    /// Takes back a block; `size` is what Allocate() was asked for. Null is ignored.
+    void Free(void* block, std::size_t size) noexcept;
+
+    /// The number of 8-byte steps that a request takes: 1 for 0 to 8 bytes, 2 for 9 to 16, ...
+    static constexpr std::size_t GetIndex(std::size_t size) noexcept {
+        return size == 0 ? 1 : (size - 1) / cGranularity + 1;
+    }
+
+    /// Returns all memory that no block uses to the system.
+    void ReleaseFreeLists() noexcept;
+    /// For the application's idle time: the same, except that a free chunk of each size class stays,
+    /// and a spent emergency block is taken again.
+    void DoIdleTime() noexcept;
+
+    /// Called when the system has no memory: returns pooled memory, and when there was none, the
+    /// emergency block. True when something was returned, and another try is worth while.
+    bool NewHandler() noexcept;
+    /// True: takes the emergency block, unless it is held. False: returns it to the system.
+    void SetMoreMemoryFree(bool reserve) noexcept;
+    /// Whether the emergency block is held. An application that finds it gone should save and warn.
+    bool GetMoreMemoryFree() noexcept;
+
+    /// Chunks that are held now.
+    long GetChunkCount() noexcept;
+    /// Small blocks that are in use now.
+    long GetUsedBlockCount() noexcept;
+
+    /// Throws the exception for exhausted memory, a GMemoryException.
+    [[noreturn]] static void ThrowOutOfMemory();
+
+private:
+    static constexpr std::size_t cSmallClassCount = cMaxSmallSize / cGranularity;
+    static constexpr std::size_t cPooledClassCount = (cMaxPooledSize - cMaxSmallSize) / cGranularity;
+    static constexpr std::size_t cCacheCount = 16;
+    static constexpr std::size_t cEmergencySize = 65536;
+
+    // Free small blocks of one size, chained through their first word.
+    struct BlockList {
+        void* first = nullptr;
+        std::int32_t count = 0;
+    };
+    // A front cache. On a cache line of its own, so that two threads do not fight for it.
+    struct alignas(64) Cache {
+        std::atomic<bool> busy{false};
+        BlockList lists[cSmallClassCount];
+    };
+
+    static Cache& CacheOfThread(GAllocator& allocator) noexcept;
+    static constexpr std::int32_t CacheLimit(std::size_t smallClass) noexcept;
+
+    void* AllocateSmall(std::size_t smallClass) noexcept;
+    void FreeSmall(void* block, std::size_t smallClass) noexcept;
+    void* AllocateSmallLocked(std::size_t smallClass) noexcept;
+    void FreeSmallLocked(void* block, std::size_t smallClass) noexcept;
+    void Refill(BlockList& list, std::size_t smallClass) noexcept;
+    void Drain(BlockList& list, std::size_t smallClass, std::int32_t keep) noexcept;
+    void DrainCaches() noexcept;
+    void* AllocatePooled(std::size_t pooledClass) noexcept;
+    void FreePooled(void* block, std::size_t pooledClass) noexcept;
+    bool ReleasePools(long keptChunks) noexcept;
+    void* AllocateAfterNewHandler(std::size_t size);
+    void* TryToAllocate(std::size_t size) noexcept;
+    virtual void FreeForOtherModule(void* block, std::size_t size) noexcept;
+
+    static GAllocator sInstance;
+
+    PCriticalSection mSection;
+    Cache mCaches[cCacheCount];
+    GFixedSizeAllocator mFixedSizes[cSmallClassCount];
+    BlockList mPooled[cPooledClassCount];
+    void* mEmergency = nullptr;
+};

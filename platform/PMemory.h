@@ -1,0 +1,19 @@
+#pragma once
+
+#include <cstddef>
+
+/// PMemory: where the framework's allocator gets its memory from, implemented once a platform.
+///
+/// On Windows the heap is that of the process, not of a run-time library, so that a block which one
+/// module took may be given back by another. Any thread may call.
+class PMemory {
+public:
+    /// A block of `size` bytes aligned to `size`, a power of two from a page to 64 KiB. Null when the
+    /// system has none.
+    static void* AllocateAligned(std::size_t size) noexcept;
+    static void FreeAligned(void* block) noexcept;
+
+    /// A heap block, aligned to 16 bytes. Null when the system has none.
+    static void* AllocateFromHeap(std::size_t size) noexcept;
+    static void FreeToHeap(void* block) noexcept;
+};

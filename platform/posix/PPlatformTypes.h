@@ -1,0 +1,19 @@
+#pragma once
+
+/// The classes behind the platform names of the framework, in a native build. Each is included here
+/// and given its alias; platform/win32 has the same names.
+///
+/// These two stand first: they know no other class, and the classes below are made of them.
+#include "platform/posix/PPosixCriticalSection.h"
+#include "platform/posix/PPosixThreadLocalSlot.h"
+
+using PCriticalSection = PPosixCriticalSection;
+using PThreadLocalSlot = PPosixThreadLocalSlot;
+
+/// These are made of buffers, strings and paths, which themselves need the two above: here they are
+/// only named, and a source that uses one includes PPlatformFiles.h.
+class PPosixFileImp;
+class PPosixFileSystemImp;
+
+using PFileImp = PPosixFileImp;
+using PFileSystemImp = PPosixFileSystemImp;

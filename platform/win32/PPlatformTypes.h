@@ -1,0 +1,19 @@
+#pragma once
+
+/// The classes behind the platform names of the framework, in a build for Windows. Each is included
+/// here and given its alias; platform/posix has the same names.
+///
+/// These two stand first: they know no other class, and the classes below are made of them.
+#include "platform/win32/PWin32CriticalSection.h"
+#include "platform/win32/PWin32ThreadLocalSlot.h"
+
+using PCriticalSection = PWin32CriticalSection;
+using PThreadLocalSlot = PWin32ThreadLocalSlot;
+
+/// These are made of buffers, strings and paths, which themselves need the two above: here they are
+/// only named, and a source that uses one includes PPlatformFiles.h.
+class PWin32FileImp;
+class PWin32FileSystemImp;
+
+using PFileImp = PWin32FileImp;
+using PFileSystemImp = PWin32FileSystemImp;
