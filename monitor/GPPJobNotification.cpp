@@ -1,0 +1,73 @@
+#include "monitor/GPPJobNotification.h"
+
+#include "framework/core/GBasicSignals.h"
+#include "framework/core/GException.h"
+#include "framework/ipc/GWaitBudget.h"
+#include "framework/system/GProcessInfo.h"
+#include "framework/system/PSystem.h"
+#include "monitor/GPPIPCManager.h"
+#include "monitor/GPPJobRecord.h"
+#include "monitor/GPPPrinterProcessorLayer.h"
+
+namespace {
+
+constexpr const char* cProcessingApplication = "PrinterProcessorWin.exe";
+
+bool TryToStartLayer() {
+    if (GPPPrinterProcessorLayer::IsInitialized()) return true;
+    try {
+        GPPPrinterProcessorLayer::Initialize();
+        return true;
+    } catch (...) {
+        // Whatever kept it from starting when the module was loaded still does.
+        PSystem::Trace(L"GPPPrinterProcessorLayer could not be started");
+        return false;
+    }
+}
+
+GTable<std::int32_t> FindProcessingApplications() {
+    GProcessInfo& processes = *GProcessInfo::GetInstance();
+    GTable<std::int32_t> ids;
+    processes.GetProcessIDs(GString(cProcessingApplication), ids, false);
+    const long own = ids.Find(static_cast<std::int32_t>(processes.GetCurrentProcessID()));
+    if (own >= 0) ids.Remove(own);
+    return ids;
+}
+
+/// True when it listens and has been sent the message. Only a mutex that somebody keeps makes it false
+/// instead of an exception: that tells nothing about the other targets.
+bool TryToTell(GPPIPCManager& manager, long processID, const GBuffer& message) {
+    try {
+        if (manager.GetListeningState(processID) != GIPCManager::cListening) return false;
+        manager.SendOnceRaw(processID, GPPJobRecord::cMessageType, message);
+        return true;
+    } catch (const GException& failure) {
+        if (failure.GetExceptionID() != GExceptionID::cCouldNotLockMutex) throw;
+        PSystem::Trace(L"PrinterProcessorWin could not be reached in time");
+        return false;
+    }
+}
+
+}  // namespace
+
+bool GPPJobNotification::NotifyPrintProcessor(const GPPJobRecord& record) {
+    GPPPrinterProcessorLayer::GetWaitBudget().Refill(GPPPrinterProcessorLayer::cWaitLimit);
+    if (!TryToStartLayer()) return false;
+    const GBuffer message = record.GetMessageData();
+    GPPIPCManager& manager = *GPPIPCManager::GetInstance();
+    bool told = false;
+    for (const std::int32_t processID : FindProcessingApplications()) {
+        if (TryToTell(manager, processID, message)) told = true;
+    }
+    return told;
+}
+
+void GPPJobNotification::RetryDelayed() noexcept {
+    if (!GPPPrinterProcessorLayer::IsInitialized()) return;
+    GPPPrinterProcessorLayer::GetWaitBudget().Refill(0);
+    try {
+        GBasicSignals::DevoteTimeToRepeaters();
+    } catch (...) {
+        // What could not be delivered stays where it is, or its target is gone: no job's concern.
+    }
+}

@@ -1,0 +1,13 @@
+#pragma once
+
+// The one place that includes the spooler's headers. Their macros would rename methods of ours that
+// share a call's name (MonitorPlatform::OpenPrinter).
+#include "platform/win32/PWin32Api.h"
+
+#include <winsplp.h>
+#include <winspool.h>
+#undef OpenPrinter
+#undef EnumPorts
+#undef AddPort
+#undef GetJob
+#undef SetJob
