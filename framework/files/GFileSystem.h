@@ -1,0 +1,125 @@
+#pragma once
+
+#include "framework/core/GDateTime.h"
+#include "framework/core/GExport.h"
+#include "framework/core/GPathName.h"
+#include "framework/core/GString.h"
+#include "framework/core/GTypeEnums.h"
+#include "framework/files/GSpecialPath.h"
+#include "platform/PPlatform.h"
+
+/// GFileSystemBase: the framework's static view of the file system, over a platform's calls (what
+/// these are stands in GFileSystemDefinitions.h).
+///
+/// Use it as GFileSystem. Paths are portable GPathNames and may be longer than 260 units. Failures
+/// throw PWin32SystemException (GCustomException 40074 in the native build); their full description
+/// begins with the path. Callable from any thread.
+template <class Imp>
+class GFileSystemBase {
+public:
+    /// @name Special paths: numbered folders (GSpecialPath) that may be overridden.
+    /// @{
+
+    /// The stored path of `id`; when there is none, its default, which is stored by that. A number
+    /// without a default, and a default that the system does not know, give the empty path and store
+    /// nothing.
+    static GPathName GetSpecialPath(long id);
+    /// Stores `path` for `id`, any number, in place of what was stored.
+    static void AddSpecialPath(long id, const GPathName& path);
+    /// Forgets the stored path, so that the default returns.
+    static void RemoveSpecialPath(long id);
+    static void RemoveAllSpecialPaths();
+    /// Computes and stores the default now. A number without one is left alone.
+    static void SetSpecialPathToDefault(long id);
+    /// @}
+
+    /// @name The platform's folders, asked for anew with every call; the shell makes missing ones.
+    /// @{
+    static GPathName GetUserApplicationDataFolder();
+    static GPathName GetUserPreferenceFolder();
+    static GPathName GetCommonAppDataFolder();
+    static GPathName GetGlobalPreferenceFolder();
+    static GPathName GetDesktopFolder();
+    static GPathName GetUserDocumentsFolder();
+    static GPathName GetSystemFolder();
+    static GPathName GetGlobalSystemFolder();
+    static GPathName GetApplicationsFolder();
+    static GPathName GetApplicationsFolder32();
+    static GPathName GetUserHomeFolder();
+    /// Empty when the system does not tell.
+    static GPathName GetGlobalTempFolder();
+    /// "QuillonDebug" in the global temporary folder (special path -2), or beside it when that path
+    /// turns out to be a file. Nothing is created.
+    static GPathName GetDebugFolder();
+    /// The folder of the library module, then "Resources".
+    static GPathName GetResourceFolder();
+    /// @}
+
+    /// @name Asking
+    /// @{
+
+    /// True for a file, false for a folder and for nothing.
+    static bool FileExists(const GPathName& path);
+    /// The same, but false as well when the system refuses to tell. Never throws.
+    static bool TryFileExists(const GPathName& path) noexcept;
+    static bool FolderExists(const GPathName& path);
+    /// True when anybody, this process included, has the file open, and when it cannot be opened for
+    /// any other reason; so ask FileExists first.
+    static bool FileInUse(const GPathName& path);
+    /// 0 unknown, 1 fixed, 2 network, 3 CD-ROM, 4 no such volume, 5 removable, 6 RAM disk.
+    static long GetVolumeType(const GPathName& path);
+    /// @}
+
+    /// @name Making and removing
+    /// @{
+
+    /// Makes an empty file, and the missing folders of its path. A file that is there already is left
+    /// as it is, or is a failure when `mustBeNew` is set. `type` matters only on file systems that
+    /// store one.
+    static void CreateFile(const GPathName& path, GTypeEnums::Types type, bool mustBeNew);
+    /// Makes the folder and its missing parents; one that is there already is fine, a file in the way
+    /// is not.
+    static void CreateFolder(const GPathName& path);
+    static void RemoveFile(const GPathName& path);
+    /// Removes an empty folder.
+    static void RemoveFolderOnly(const GPathName& path);
+    /// @}
+
+    /// @name Renaming, copying and moving. What is already there is never replaced: that throws.
+    /// @{
+
+    /// Gives the file another leaf in its folder and returns its new path.
+    static GPathName RenameFile(const GPathName& path, const GString& newLeaf);
+    static GPathName RenameFolder(const GPathName& path, const GString& newLeaf);
+    /// Copies the file into `folder` under its own leaf or under `newLeaf`; returns the copy's path.
+    static GPathName CopyFileTo(const GPathName& path, const GPathName& folder);
+    static GPathName CopyAndRenameFile(const GPathName& path, const GPathName& folder,
+                                       const GString& newLeaf);
+    /// Moves the file into `folder`, across volumes too, and returns its new path.
+    static GPathName MoveFileTo(const GPathName& path, const GPathName& folder);
+    /// The same for a folder; only within one volume.
+    static GPathName MoveFolderTo(const GPathName& path, const GPathName& folder);
+    /// @}
+
+    /// @name Attributes and dates
+    /// @{
+    static bool IsHidden(const GPathName& path);
+    static void SetHidden(const GPathName& path, bool hidden);
+    /// False for a file marked read-only; says nothing about permissions.
+    static bool IsWritable(const GPathName& path);
+    static void SetWritable(const GPathName& path, bool writable);
+    /// In UTC.
+    static GDateTime GetCreationDateTime(const GPathName& path);
+    static GDateTime GetModificationDateTime(const GPathName& path);
+    /// @}
+
+private:
+    struct Registry;
+    static Registry& GetRegistry();
+    static GPathName GetDefault(long id);
+    static GPathName WithLeaf(const GPathName& path, const GString& leaf);
+    static GPathName InFolder(const GPathName& folder, const GString& leaf);
+};
+
+using GFileSystem = GFileSystemBase<PFileSystemImp>;
+extern template class QUILLON_EXPORT GFileSystemBase<PFileSystemImp>;

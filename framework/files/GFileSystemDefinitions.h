@@ -1,0 +1,361 @@
+#pragma once
+
+#include <concepts>
+#include <mutex>
+
+#include "framework/core/GDict.h"
+#include "framework/core/GException.h"
+#include "framework/core/GExceptionLocation.h"
+#include "framework/files/GFileSystem.h"
+#include "platform/PPlatform.h"
+
+// The members of GFileSystemBase, apart from its header so that a program that uses the file system
+// does not compile the platform's classes. Included where the template is instantiated.
+
+/// What a platform supplies: static calls that work on one path each. Every one throws when the
+/// system refuses, with the path as location.
+template <class Imp>
+concept GFileSystemImp = requires(const GPathName& path, bool flag) {
+    { Imp::FileExists(path) } -> std::same_as<bool>;
+    { Imp::FolderExists(path) } -> std::same_as<bool>;
+    { Imp::FileInUse(path) } -> std::same_as<bool>;
+    { Imp::GetVolumeType(path) } -> std::same_as<long>;
+    { Imp::GetUserApplicationDataFolder() } -> std::same_as<GPathName>;
+    { Imp::GetCommonAppDataFolder() } -> std::same_as<GPathName>;
+    { Imp::GetGlobalTempFolder() } -> std::same_as<GPathName>;  // empty when the system does not tell
+    { Imp::GetLibraryPath() } -> std::same_as<GPathName>;
+    { Imp::GetApplicationPath() } -> std::same_as<GPathName>;
+    Imp::CreateFile(path, flag);  // in a folder that exists; flag: a file that is there is a failure
+    Imp::CreateFolder(path);      // with missing parents
+    Imp::CreateParentFolder(path);
+    Imp::RemoveFile(path);
+    Imp::RemoveFolderOnly(path);
+    Imp::MoveFile(path, path);  // never replaces, like the next two
+    Imp::MoveFolder(path, path);
+    Imp::CopyFile(path, path);
+    { Imp::IsHidden(path) } -> std::same_as<bool>;
+    { Imp::IsWritable(path) } -> std::same_as<bool>;
+    Imp::SetHidden(path, flag);
+    Imp::SetWritable(path, flag);
+    { Imp::GetCreationDateTime(path) } -> std::same_as<GDateTime>;
+    { Imp::GetModificationDateTime(path) } -> std::same_as<GDateTime>;
+};
+
+template <class Imp>
+struct GFileSystemBase<Imp>::Registry {
+    PCriticalSection lock;
+    GDict<long, GPathName> paths;
+};
+
+template <class Imp>
+typename GFileSystemBase<Imp>::Registry& GFileSystemBase<Imp>::GetRegistry() {
+    static_assert(GFileSystemImp<Imp>);
+    static Registry sSpecialPaths;
+    return sSpecialPaths;
+}
+
+template <class Imp>
+GPathName GFileSystemBase<Imp>::GetDefault(long id) {
+    const auto resource = [](const char* leaf) {
+        GPathName path = GetResourceFolder();
+        path.Append(leaf);
+        return path;
+    };
+    const auto below = [](GPathName folder, const char* leaf) {
+        folder.Append(leaf);
+        return folder;
+    };
+    static constexpr const char* cPrefsFolder = "Quillon Prefs Folder";
+    switch (id) {
+        case GSpecialPath::cUserApplicationData:
+            return Imp::GetUserApplicationDataFolder();
+        case GSpecialPath::cSystem:
+            return Imp::GetSystemFolder();
+        case GSpecialPath::cLibrary:
+            return Imp::GetLibraryPath();
+        case GSpecialPath::cApplication:
+            return Imp::GetApplicationPath();
+        case GSpecialPath::cUserPreferenceRoot:
+            return Imp::GetUserPreferenceFolder();
+        case GSpecialPath::cGlobalPreferenceRoot:
+            return Imp::GetGlobalPreferenceFolder();
+        case GSpecialPath::cGlobalTemp:
+            return Imp::GetGlobalTempFolder();
+        case GSpecialPath::cGlobalSystem:
+            return Imp::GetGlobalSystemFolder();
+        case GSpecialPath::cCMap:
+            return resource("CMap");
+        case GSpecialPath::cResources:
+            return GetResourceFolder();
+        case GSpecialPath::cFontMetrics:
+            return resource("FontMetrics");
+        case GSpecialPath::cLanguages:
+            return resource("lng");
+        case GSpecialPath::cICC:
+            return resource("ICC");
+        case GSpecialPath::cGlobalPreferences:
+            return below(Imp::GetCommonAppDataFolder(), cPrefsFolder);
+        case GSpecialPath::cUserPreferences:
+            return below(Imp::GetUserApplicationDataFolder(), cPrefsFolder);
+        case GSpecialPath::cXML:
+            return resource("xml");
+        case GSpecialPath::cProductData:
+            return below(GetSpecialPath(GSpecialPath::cUserApplicationData), "Quillon");
+        case GSpecialPath::cArtwork:
+            return resource("Artwork");
+        default:
+            return GPathName();
+    }
+}
+
+template <class Imp>
+GPathName GFileSystemBase<Imp>::GetSpecialPath(long id) {
+    Registry& registry = GetRegistry();
+    const std::lock_guard<PCriticalSection> guard(registry.lock);
+    if (registry.paths.Find(id) == nullptr) SetSpecialPathToDefault(id);
+    const GPathName* const path = registry.paths.Find(id);
+    return path != nullptr ? *path : GPathName();
+}
+
+template <class Imp>
+void GFileSystemBase<Imp>::AddSpecialPath(long id, const GPathName& path) {
+    Registry& registry = GetRegistry();
+    const std::lock_guard<PCriticalSection> guard(registry.lock);
+    registry.paths.Set(id, path);
+}
+
+template <class Imp>
+void GFileSystemBase<Imp>::RemoveSpecialPath(long id) {
+    Registry& registry = GetRegistry();
+    const std::lock_guard<PCriticalSection> guard(registry.lock);
+    registry.paths.Remove(id);
+}
+
+template <class Imp>
+void GFileSystemBase<Imp>::RemoveAllSpecialPaths() {
+    Registry& registry = GetRegistry();
+    const std::lock_guard<PCriticalSection> guard(registry.lock);
+    registry.paths.Clear();
+}
+
+template <class Imp>
+void GFileSystemBase<Imp>::SetSpecialPathToDefault(long id) {
+    const GPathName path = GetDefault(id);
+    if (!path.IsEmpty()) AddSpecialPath(id, path);
+}
+
+template <class Imp>
+GPathName GFileSystemBase<Imp>::GetDebugFolder() {
+    GPathName path = GetSpecialPath(GSpecialPath::cGlobalTemp);
+    const GString leaf("QuillonDebug");
+    if (FileExists(path)) {
+        path.ReplaceLeaf(leaf);
+    } else {
+        path.Append(leaf);
+    }
+    return path;
+}
+
+template <class Imp>
+GPathName GFileSystemBase<Imp>::GetResourceFolder() {
+    GPathName path = Imp::GetLibraryPath();
+    path.ReplaceLeaf(GString("Resources"));
+    return path;
+}
+
+template <class Imp>
+bool GFileSystemBase<Imp>::TryFileExists(const GPathName& path) noexcept {
+    try {
+        return Imp::FileExists(path);
+    } catch (...) {
+        return false;
+    }
+}
+
+template <class Imp>
+void GFileSystemBase<Imp>::CreateFile(const GPathName& path, GTypeEnums::Types, bool mustBeNew) {
+    Imp::CreateParentFolder(path);
+    Imp::CreateFile(path, mustBeNew);
+}
+
+template <class Imp>
+GPathName GFileSystemBase<Imp>::WithLeaf(const GPathName& path, const GString& leaf) {
+    GPathName renamed(path);
+    renamed.ReplaceLeaf(leaf);
+    return renamed;
+}
+
+template <class Imp>
+GPathName GFileSystemBase<Imp>::InFolder(const GPathName& folder, const GString& leaf) {
+    GPathName inside(folder);
+    inside.Append(leaf);
+    return inside;
+}
+
+template <class Imp>
+GPathName GFileSystemBase<Imp>::RenameFile(const GPathName& path, const GString& newLeaf) {
+    const GPathName renamed = WithLeaf(path, newLeaf);
+    Imp::MoveFile(path, renamed);
+    return renamed;
+}
+
+template <class Imp>
+GPathName GFileSystemBase<Imp>::RenameFolder(const GPathName& path, const GString& newLeaf) {
+    const GPathName renamed = WithLeaf(path, newLeaf);
+    Imp::MoveFolder(path, renamed);
+    return renamed;
+}
+
+template <class Imp>
+GPathName GFileSystemBase<Imp>::CopyFileTo(const GPathName& path, const GPathName& folder) {
+    return CopyAndRenameFile(path, folder, path.GetLeaf());
+}
+
+template <class Imp>
+GPathName GFileSystemBase<Imp>::CopyAndRenameFile(const GPathName& path, const GPathName& folder,
+                                                  const GString& newLeaf) {
+    const GPathName copy = InFolder(folder, newLeaf);
+    Imp::CopyFile(path, copy);
+    return copy;
+}
+
+template <class Imp>
+GPathName GFileSystemBase<Imp>::MoveFileTo(const GPathName& path, const GPathName& folder) {
+    const GPathName moved = InFolder(folder, path.GetLeaf());
+    Imp::MoveFile(path, moved);
+    return moved;
+}
+
+template <class Imp>
+GPathName GFileSystemBase<Imp>::MoveFolderTo(const GPathName& path, const GPathName& folder) {
+    const GPathName moved = InFolder(folder, path.GetLeaf());
+    Imp::MoveFolder(path, moved);
+    return moved;
+}
+
+// What the platform does alone.
+
+template <class Imp>
+GPathName GFileSystemBase<Imp>::GetUserApplicationDataFolder() {
+    return Imp::GetUserApplicationDataFolder();
+}
+
+template <class Imp>
+GPathName GFileSystemBase<Imp>::GetUserPreferenceFolder() {
+    return Imp::GetUserPreferenceFolder();
+}
+
+template <class Imp>
+GPathName GFileSystemBase<Imp>::GetCommonAppDataFolder() {
+    return Imp::GetCommonAppDataFolder();
+}
+
+template <class Imp>
+GPathName GFileSystemBase<Imp>::GetGlobalPreferenceFolder() {
+    return Imp::GetGlobalPreferenceFolder();
+}
+
+template <class Imp>
+GPathName GFileSystemBase<Imp>::GetDesktopFolder() {
+    return Imp::GetDesktopFolder();
+}
+
+template <class Imp>
+GPathName GFileSystemBase<Imp>::GetUserDocumentsFolder() {
+    return Imp::GetUserDocumentsFolder();
+}
+
+template <class Imp>
+GPathName GFileSystemBase<Imp>::GetSystemFolder() {
+    return Imp::GetSystemFolder();
+}
+
+template <class Imp>
+GPathName GFileSystemBase<Imp>::GetGlobalSystemFolder() {
+    return Imp::GetGlobalSystemFolder();
+}
+
+template <class Imp>
+GPathName GFileSystemBase<Imp>::GetApplicationsFolder() {
+    return Imp::GetApplicationsFolder();
+}
+
+template <class Imp>
+GPathName GFileSystemBase<Imp>::GetGlobalTempFolder() {
+    return Imp::GetGlobalTempFolder();
+}
+
+template <class Imp>
+GPathName GFileSystemBase<Imp>::GetUserHomeFolder() {
+    return Imp::GetUserHomeFolder();
+}
+
+template <class Imp>
+GPathName GFileSystemBase<Imp>::GetApplicationsFolder32() {
+    return Imp::GetApplicationsFolder32();
+}
+
+template <class Imp>
+bool GFileSystemBase<Imp>::FileExists(const GPathName& path) {
+    return Imp::FileExists(path);
+}
+
+template <class Imp>
+bool GFileSystemBase<Imp>::FolderExists(const GPathName& path) {
+    return Imp::FolderExists(path);
+}
+
+template <class Imp>
+bool GFileSystemBase<Imp>::FileInUse(const GPathName& path) {
+    return Imp::FileInUse(path);
+}
+
+template <class Imp>
+long GFileSystemBase<Imp>::GetVolumeType(const GPathName& path) {
+    return Imp::GetVolumeType(path);
+}
+
+template <class Imp>
+void GFileSystemBase<Imp>::CreateFolder(const GPathName& path) {
+    Imp::CreateFolder(path);
+}
+
+template <class Imp>
+void GFileSystemBase<Imp>::RemoveFile(const GPathName& path) {
+    Imp::RemoveFile(path);
+}
+
+template <class Imp>
+void GFileSystemBase<Imp>::RemoveFolderOnly(const GPathName& path) {
+    Imp::RemoveFolderOnly(path);
+}
+
+template <class Imp>
+bool GFileSystemBase<Imp>::IsHidden(const GPathName& path) {
+    return Imp::IsHidden(path);
+}
+
+template <class Imp>
+bool GFileSystemBase<Imp>::IsWritable(const GPathName& path) {
+    return Imp::IsWritable(path);
+}
+
+template <class Imp>
+GDateTime GFileSystemBase<Imp>::GetCreationDateTime(const GPathName& path) {
+    return Imp::GetCreationDateTime(path);
+}
+
+template <class Imp>
+GDateTime GFileSystemBase<Imp>::GetModificationDateTime(const GPathName& path) {
+    return Imp::GetModificationDateTime(path);
+}
+
+template <class Imp>
+void GFileSystemBase<Imp>::SetHidden(const GPathName& path, bool hidden) {
+    Imp::SetHidden(path, hidden);
+}
+
+template <class Imp>
+void GFileSystemBase<Imp>::SetWritable(const GPathName& path, bool writable) {
+    Imp::SetWritable(path, writable);
+}
