@@ -12,7 +12,10 @@ struct GExceptionID {
     static constexpr long cInvalidDataToEncode = 2462;
     static constexpr long cCouldNotWriteFile = 2464;
 
+    static constexpr long cFileNotOpen = 40005;
+    static constexpr long cPositionBeforeStart = 40007;
     static constexpr long cFileNotFound = 40010;
+    static constexpr long cInvalidParameter = 40017;
     static constexpr long cPathNotRelative = 40066;
     static constexpr long cPathNotAbsolute = 40067;
     static constexpr long cInvalidPath = 40068;
@@ -36,5 +39,6 @@ struct GExceptionID {
     static constexpr long cSharedMemoryReadFailed = 40163;
     static constexpr long cSharedMemoryWriteFailed = 40164;
     static constexpr long cSharedMemorySizeDiffers = 40168;
+    static constexpr long cIPCNotInitialized = 40169;
     static constexpr long cCouldNotLockMutex = 40202;
 };

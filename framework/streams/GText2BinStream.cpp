@@ -1,0 +1,68 @@
+#include "framework/streams/GText2BinStream.h"
+
+#include "framework/core/GDictUtil.h"
+#include "framework/core/GException.h"
+#include "framework/core/GExceptionID.h"
+#include "framework/core/GString.h"
+#include "framework/core/GStringSupport.h"
+#include "framework/core/GUnicodeEncoding.h"
+
+namespace {
+
+const GEncoding* Require(const GEncoding* encoding) {
+    if (encoding == nullptr) throw GSimpleException(GExceptionID::cInvalidParameter);
+    return encoding;
+}
+
+void Put(GOutStream& target, const GBuffer& bytes) {
+    if (bytes.IsEmpty()) return;
+    if (target.Write(bytes) != bytes.GetLength()) throw GSimpleException(GExceptionID::cCouldNotWriteFile);
+}
+
+}  // namespace
+
+GText2BinStream::GText2BinStream(GOutStream& target, const GEncoding* encoding)
+    : mTarget(&target), mEncoding(Require(encoding)) {}
+
+GText2BinStream::GText2BinStream(GOutStream* target, const GEncoding* encoding)
+    : mOwnedTarget(target), mTarget(target), mEncoding(Require(encoding)) {}
+
+GText2BinStream::~GText2BinStream() = default;
+
+void GText2BinStream::WriteString(const GString& text) {
+    GBuffer bytes;
+    text.GetBuffer(bytes, mEncoding.Get());
+    Put(*mTarget, bytes);
+}
+
+void GText2BinStream::WriteQuotedString(const GString& text) {
+    GString quoted(text);
+    GStringSupport::QuoteString(quoted);
+    WriteString(quoted);
+}
+
+void GText2BinStream::WriteEOL() {
+    WriteString(GDictUtil::GetEOLString());
+}
+
+long GText2BinStream::Write(const GBuffer& data) {
+    GBuffer units;
+    units.Swap(mHalfUnit);
+    units.AppendByteArray(data.GetRawData(), data.GetLength());
+    const long whole = units.GetLength() / 2 * 2;
+    if (whole < units.GetLength()) mHalfUnit = units.GetSubBuffer(whole, 1);
+    units.SetLength(whole);
+    GBuffer bytes;
+    mEncoding->ConvertFrom(units, GUnicodeEncoding::GetInstance(), bytes);
+    Put(*mTarget, bytes);
+    return data.GetLength();
+}
+
+void GText2BinStream::Flush() {
+    mTarget->Flush();
+}
+
+void GText2BinStream::Reset() {
+    mHalfUnit.Clear();
+    mTarget->Reset();
+}

@@ -1,0 +1,42 @@
+#pragma once
+
+#include <memory>
+
+#include "framework/core/GBuffer.h"
+#include "framework/core/GEncoding.h"
+#include "framework/core/GSharedObject.h"
+#include "framework/streams/GOutStream.h"
+
+class GString;
+
+/// GText2BinStream: writes text into a target stream, as bytes of one encoding.
+///
+/// Characters that the encoding lacks become the default character. A target
+/// that takes fewer bytes than it was given makes every operation throw GSimpleException 2464. One
+/// thread at a time.
+class QUILLON_EXPORT GText2BinStream : public GOutStream {
+public:
+    /// `target` is not owned; `encoding` is shared and not null (that throws GSimpleException 40017).
+    GText2BinStream(GOutStream& target, const GEncoding* encoding);
+    /// The same, taking ownership of `target`.
+    GText2BinStream(GOutStream* target, const GEncoding* encoding);
+    ~GText2BinStream() override;
+
+    void WriteString(const GString& text);
+    /// The text in double quotes, with tabs, line ends, double quotes and backslashes escaped.
+    void WriteQuotedString(const GString& text);
+    /// The platform's line end.
+    void WriteEOL();
+
+    /// Writes UTF-16 bytes in machine order as text; returns the length of `data`. Half a unit at the
+    /// end waits for its other half in the next Write.
+    long Write(const GBuffer& data) override;
+    void Flush() override;
+    void Reset() override;
+
+private:
+    std::unique_ptr<GOutStream> mOwnedTarget;
+    GOutStream* mTarget;
+    GSharedObject<const GEncoding> mEncoding;
+    GBuffer mHalfUnit;  // empty, or the first byte of a unit
+};
