@@ -1,6 +1,6 @@
 #!/bin/sh
-# sessions.sh BUILD PREFIX: a job printed in session 0 is told once to the listener of every session, and
-# one that listens no more disturbs nobody.
+# sessions.sh BUILD PREFIX: a job printed in session 0 is told once to the listener of every session; none
+# that has ended or died disturbs the next job.
 set -eu
 build=$1
 . "$(dirname "$0")/chain.sh"
@@ -41,9 +41,17 @@ for session in 0 1 2; do
     expect_line "$scratch/session$session.out" '\\Proof\\to all sessions.ps"'
 done
 
-# Nobody listens any more; then one again, from another session than the printing program's.
 print_raw "to nobody" "$scratch/job"
 expect_same "the job that nobody is told of" "$scratch/job" "$jobs/to nobody.ps"
+
+# One that dies leaves its entries and queues behind; the next one hears all the same.
+listen_in 1
+kill -9 "$listener"
+wait "$listener" || true
+print_raw "to a dead listener" "$scratch/job"
+expect_same "the job of a dead listener" "$scratch/job" "$jobs/to a dead listener.ps"
+expect "the notifications of a dead listener" 0 "$(grep -c Proof "$scratch/session1.out" || true)"
+
 listen_in 1 --once
 WTS_TEST_SESSION=2
 print_raw "from session 2" "$scratch/job"
