@@ -1,0 +1,172 @@
+#include "framework/core/GSimpleEncoding.h"
+
+#include "framework/core/GCodeUnits.h"
+#include "framework/core/GEncodingBuffers.h"
+#include "framework/core/GEncodingSingleton.h"
+#include "framework/core/GUnicodeEncoding.h"
+
+const GBuffer GSimpleEncoding::sDescription = BorrowLiteral("SimpleEncoding");
+
+namespace {
+
+constinit GEncodingSingleton<GSimpleEncoding> sInstance;
+
+constexpr std::uint32_t cIsUnit = 0x10000;
+constexpr std::uint16_t cIsCode = 0x100;
+
+}  // namespace
+
+GSimpleEncoding::GSimpleEncoding() : mPages(1) {
+    for (unsigned short control = 0; control < 0x20; ++control)
+        AddMapping(static_cast<unsigned char>(control), control);
+}
+
+GSimpleEncoding::~GSimpleEncoding() = default;
+
+GSimpleEncoding* GSimpleEncoding::GetInstance() {
+    return sInstance.Get([] { return new GSimpleEncoding; });
+}
+
+void GSimpleEncoding::SetInstance(GSimpleEncoding* instance) {
+    sInstance.Set(instance);
+}
+
+void GSimpleEncoding::AddMapping(unsigned char code, const GBuffer& glyphName) {
+    GCharCode unicode;
+    if (GUnicodeEncoding::GetInstance()->GetCharCode(glyphName, unicode))
+        AddMapping(code, glyphName, unicode, true);
+}
+
+void GSimpleEncoding::AddMapping(unsigned char code, const GBuffer& glyphName, unsigned short unicode) {
+    AddMapping(code, glyphName, GCharCode(unicode), true);
+}
+
+void GSimpleEncoding::AddMapping(unsigned char code, const GCharCode& unicode) {
+    AddMapping(code, GBuffer(), unicode, true);
+}
+
+void GSimpleEncoding::AddMapping(unsigned char code, unsigned short unicode) {
+    AddMapping(code, GBuffer(), GCharCode(unicode), true);
+}
+
+void GSimpleEncoding::AddMapping(unsigned char code, const GBuffer& glyphName, const GCharCode& unicode,
+                                 bool convertsBack) {
+    Mapping& mapping = mMappings[code];
+    const GCharCode old = mapping.units;
+    mapping.units = GCharCode(unicode.GetPtr(), 2 * unicode.GetUnitCount());
+    mapping.glyphName = glyphName;
+    mapping.convertsBack = convertsBack && mapping.units.GetUnitCount() == 1;
+    mDirect[code] = mapping.units.GetUnitCount() == 1 ? cIsUnit | mapping.units.GetUnit() : 0;
+    if (!old.IsEmpty()) RefreshReverse(old.GetUnit());
+    if (mapping.convertsBack) RefreshReverse(mapping.units.GetUnit());
+    RefreshFlags();
+}
+
+bool GSimpleEncoding::HasMapping(unsigned char code) const {
+    return !mMappings[code].units.IsEmpty();
+}
+
+void GSimpleEncoding::RefreshReverse(unsigned short unit) {
+    std::uint16_t& page = mPageOfHighByte[unit >> 8];
+    if (page == 0) {
+        mPages.emplace_back();
+        page = static_cast<std::uint16_t>(mPages.size() - 1);
+    }
+    mPages[page][unit & 0xFF] = FindLowestCode(unit);
+}
+
+std::uint16_t GSimpleEncoding::FindLowestCode(unsigned short unit) const {
+    for (std::size_t code = 0; code < mMappings.size(); ++code)
+        if (mMappings[code].convertsBack && mMappings[code].units.GetUnit() == unit)
+            return static_cast<std::uint16_t>(cIsCode | code);
+    return 0;
+}
+
+void GSimpleEncoding::RefreshFlags() {
+    mHasSequences = false;
+    for (const Mapping& mapping : mMappings) mHasSequences |= mapping.units.GetUnitCount() > 1;
+    mIsASCIIBelow0x7F = true;
+    for (std::uint16_t ascii = 0; ascii < 0x7F; ++ascii)
+        mIsASCIIBelow0x7F &= mDirect[ascii] == (cIsUnit | ascii) && GetReverse(ascii) == (cIsCode | ascii);
+}
+
+long GSimpleEncoding::ConvertTo(const GBuffer& bytes, const GUnicodeEncoding*, GBuffer& out) const {
+    const unsigned char* source = bytes.GetRawData();
+    return mHasSequences ? ConvertSequences(source, bytes.GetLength(), out)
+                         : ConvertUnits(source, bytes.GetLength(), out);
+}
+
+long GSimpleEncoding::ConvertUnits(const unsigned char* bytes, long length, GBuffer& out) const {
+    const auto count = static_cast<std::size_t>(length);
+    GBuffer result = MakeEncodingOutput(2 * length);
+    unsigned char* units = result.GetWritePtr();
+    std::uint32_t all = cIsUnit;
+    for (std::size_t i = 0; i < count; ++i) {
+        if (mIsASCIIBelow0x7F && bytes[i] < 0x7F) {
+            i += GCodeUnits::WidenASCII<0x7F>(bytes + i, count - i, units + 2 * i, count - i);
+            if (i == count) break;
+        }
+        const std::uint32_t entry = mDirect[bytes[i]];
+        all &= entry;
+        const std::uint32_t unit = (entry & cIsUnit) != 0 ? entry : GetDefaultUnit();
+        GCodeUnits::Store(units, i, static_cast<std::uint16_t>(unit));
+    }
+    out = std::move(result);
+    return (all & cIsUnit) != 0 ? cConverted : cReplaced;
+}
+
+long GSimpleEncoding::ConvertSequences(const unsigned char* bytes, long length, GBuffer& out) const {
+    GBuffer result;
+    result.Allocate(2 * length);
+    long code = cConverted;
+    for (long i = 0; i < length; ++i) {
+        const GCharCode& units = mMappings[bytes[i]].units;
+        if (units.IsEmpty()) {
+            result += GetDefaultUnit();
+            code = cReplaced;
+        } else {
+            result += units;
+        }
+    }
+    out = std::move(result);
+    return code;
+}
+
+long GSimpleEncoding::ConvertFromUnicode(const GBuffer& utf16, GBuffer& out) const {
+    const unsigned char* units = utf16.GetRawData();
+    const auto count = static_cast<std::size_t>(utf16.GetLength()) / 2;
+    GBuffer result = MakeEncodingOutput(static_cast<long>(count));
+    unsigned char* bytes = result.GetWritePtr();
+    std::uint16_t all = cIsCode;
+    for (std::size_t i = 0; i < count; ++i) {
+        if (mIsASCIIBelow0x7F && GCodeUnits::Load(units, i) < 0x7F) {
+            i += GCodeUnits::NarrowASCII<0x7F>(units + 2 * i, count - i, bytes + i, count - i);
+            if (i == count) break;
+        }
+        const std::uint16_t entry = GetReverse(GCodeUnits::Load(units, i));
+        all &= entry;
+        bytes[i] = static_cast<unsigned char>((entry & cIsCode) != 0 ? entry : GetDefaultCharacter());
+    }
+    out = std::move(result);
+    return (all & cIsCode) != 0 ? cConverted : cReplaced;
+}
+
+bool GSimpleEncoding::GetGlyphName(const GCharCode& code, GBuffer& name) const {
+    if (code.GetLength() != 1 || mMappings[code.GetByte()].glyphName.IsEmpty()) return false;
+    name = mMappings[code.GetByte()].glyphName;
+    return true;
+}
+
+bool GSimpleEncoding::GetCharCode(const GBuffer& glyphName, GCharCode& code) const {
+    if (glyphName.IsEmpty()) return false;
+    for (std::size_t i = 0; i < mMappings.size(); ++i) {
+        if (!(mMappings[i].glyphName == glyphName)) continue;
+        code = GCharCode(static_cast<unsigned char>(i));
+        return true;
+    }
+    return false;
+}
+
+const GBuffer& GSimpleEncoding::GetASCIIDescription() const {
+    return sDescription;
+}

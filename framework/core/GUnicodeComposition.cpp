@@ -1,0 +1,134 @@
+#include "framework/core/GUnicodeComposition.h"
+
+#include <algorithm>
+#include <array>
+#include <iterator>
+
+#include "framework/core/GCodeUnits.h"
+
+namespace {
+
+struct CompositionRow {
+    std::uint16_t mark;
+    std::uint16_t base;
+    std::uint16_t composed;
+
+    constexpr std::uint32_t GetKey() const { return std::uint32_t{mark} << 16 | base; }
+};
+
+constexpr CompositionRow cCompositions[] = {
+#include "framework/core/data/compositions.inc"
+};
+static_assert(std::ranges::is_sorted(cCompositions, {}, &CompositionRow::GetKey));
+
+// Hangul syllables are composed of their letters by arithmetic (The Unicode Standard, 3.12).
+constexpr std::uint16_t cFirstSyllable = 0xAC00;
+constexpr std::uint16_t cSyllableCount = 11172;
+constexpr std::uint16_t cFirstLead = 0x1100;
+constexpr std::uint16_t cLeadCount = 19;
+constexpr std::uint16_t cFirstVowel = 0x1161;
+constexpr std::uint16_t cVowelCount = 21;
+constexpr std::uint16_t cBeforeFirstTail = 0x11A7;
+constexpr std::uint16_t cTailCount = 28;  // "no tail" counts
+
+// Where the second units of pairs lie. Most text has none there; what the ranges hold beyond them is
+// sorted out one by one.
+struct UnitRange {
+    std::uint16_t first;
+    std::uint16_t last;
+};
+constexpr UnitRange cMarkRanges[] = {{0x0300, 0x0345}, {0x0653, 0x11C2}, {0x1B35, 0x1B35}, {0x3099, 0x309A}};
+
+constexpr std::uint16_t cMarkLimit = 0x3100;
+
+consteval std::array<bool, cMarkLimit> MakeMarks() {
+    std::array<bool, cMarkLimit> marks{};
+    for (const CompositionRow& row : cCompositions) marks[row.mark] = true;
+    for (std::uint16_t i = 0; i < cVowelCount; ++i) marks[cFirstVowel + i] = true;
+    for (std::uint16_t i = 1; i < cTailCount; ++i) marks[cBeforeFirstTail + i] = true;
+    return marks;
+}
+
+constexpr std::array<bool, cMarkLimit> cMarks = MakeMarks();
+
+consteval bool RangesHoldAllMarks() {
+    for (std::uint16_t unit = 0; unit < cMarkLimit; ++unit) {
+        const auto holds = [unit](const UnitRange& range) {
+            return range.first <= unit && unit <= range.last;
+        };
+        if (cMarks[unit] && !std::ranges::any_of(cMarkRanges, holds)) return false;
+    }
+    return true;
+}
+static_assert(RangesHoldAllMarks());
+
+bool IsMark(std::uint16_t unit) {
+    return unit < cMarkLimit && cMarks[unit];
+}
+
+std::uint16_t ComposeHangul(std::uint16_t base, std::uint16_t mark) {
+    const int lead = base - cFirstLead;
+    const int vowel = mark - cFirstVowel;
+    if (lead >= 0 && lead < cLeadCount && vowel >= 0 && vowel < cVowelCount)
+        return static_cast<std::uint16_t>(cFirstSyllable + (lead * cVowelCount + vowel) * cTailCount);
+    const int syllable = base - cFirstSyllable;
+    const int tail = mark - cBeforeFirstTail;
+    if (syllable >= 0 && syllable < cSyllableCount && syllable % cTailCount == 0 && tail > 0 &&
+        tail < cTailCount)
+        return static_cast<std::uint16_t>(base + tail);
+    return 0;
+}
+
+bool MayHoldMark(__m128i vector) {
+    __m128i found = _mm_setzero_si128();
+    for (const UnitRange& range : cMarkRanges)
+        found = _mm_or_si128(found, GCodeUnits::InRange(vector, range.first, range.last));
+    return _mm_movemask_epi8(found) != 0;
+}
+
+// Position of the first unit from `position` to before `end` that composes with its predecessor.
+std::size_t FindOneByOne(const unsigned char* units, std::size_t position, std::size_t end) {
+    for (; position < end; ++position) {
+        const std::uint16_t unit = GCodeUnits::Load(units, position);
+        if (position > 0 && IsMark(unit) &&
+            GUnicodeComposition::Compose(GCodeUnits::Load(units, position - 1), unit) != 0)
+            return position;
+    }
+    return end;
+}
+
+}  // namespace
+
+std::uint16_t GUnicodeComposition::Compose(std::uint16_t base, std::uint16_t mark) noexcept {
+    const std::uint16_t syllable = ComposeHangul(base, mark);
+    if (syllable != 0) return syllable;
+    const std::uint32_t key = CompositionRow{mark, base, 0}.GetKey();
+    const auto* row = std::ranges::lower_bound(cCompositions, key, {}, &CompositionRow::GetKey);
+    return row != std::end(cCompositions) && row->GetKey() == key ? row->composed : std::uint16_t{0};
+}
+
+std::size_t GUnicodeComposition::FindFirst(const unsigned char* units, std::size_t length) noexcept {
+    constexpr std::size_t cStep = 8;
+    std::size_t position = 0;
+    for (; length - position >= cStep; position += cStep) {
+        if (!MayHoldMark(GCodeUnits::LoadVector(units + 2 * position))) continue;
+        const std::size_t found = FindOneByOne(units, position, position + cStep);
+        if (found < position + cStep) return found;
+    }
+    return FindOneByOne(units, position, length);
+}
+
+std::size_t GUnicodeComposition::ComposeFrom(unsigned char* units, std::size_t length,
+                                             std::size_t position) noexcept {
+    std::size_t last = position - 1;
+    for (; position < length; ++position) {
+        const std::uint16_t unit = GCodeUnits::Load(units, position);
+        const std::uint16_t composed =
+            IsMark(unit) ? Compose(GCodeUnits::Load(units, last), unit) : std::uint16_t{0};
+        if (composed != 0)
+            GCodeUnits::Store(units, last, composed);
+        else
+            GCodeUnits::Store(units, ++last, unit);
+    }
+    return last + 1;
+}
