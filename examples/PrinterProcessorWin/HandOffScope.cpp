@@ -1,0 +1,24 @@
+#include "examples/PrinterProcessorWin/HandOffScope.h"
+
+#include "framework/GBasicFrameworkCoreLayer.h"
+#include "framework/core/GException.h"
+#include "monitor/GPPIPCManager.h"
+
+HandOffScope::HandOffScope() {
+    GBasicFrameworkCoreLayer::Initialize();
+    try {
+        GPPIPCManager::AddReference();
+    } catch (...) {
+        GBasicFrameworkCoreLayer::Finalize();
+        throw;
+    }
+}
+
+HandOffScope::~HandOffScope() {
+    try {
+        GPPIPCManager::ReleaseReference();
+    } catch (const GException&) {
+        // The process ends; its registration is cleaned up by whoever meets it next.
+    }
+    GBasicFrameworkCoreLayer::Finalize();
+}

@@ -1,0 +1,14 @@
+#pragma once
+
+#include <optional>
+
+/// What the program was started with.
+struct Options {
+    bool json = false;
+    bool once = false;
+
+    /// Nothing when an argument is not known, or help is asked for: print GetHelpText then.
+    /// `arguments` begins with the program's name.
+    static std::optional<Options> Parse(int count, const wchar_t* const* arguments);
+    static const wchar_t* GetHelpText();
+};

@@ -1,0 +1,47 @@
+#include "examples/PrinterProcessorWin/StopRequest.h"
+
+#include <stdexcept>
+
+#include "platform/win32/PWin32Api.h"
+
+namespace {
+
+// The handler runs on a thread of the system's, whenever it likes, so the events outlive the object.
+HANDLE sStopEvent = nullptr;
+HANDLE sEndedEvent = nullptr;
+
+BOOL WINAPI HandleControl(DWORD control) {
+    // The process is ended as soon as this returns for a closing window; the loop ends by itself then.
+    constexpr DWORD cClosingMilliseconds = 4000;
+    ::SetEvent(sStopEvent);
+    if (control != CTRL_C_EVENT && control != CTRL_BREAK_EVENT) {
+        ::WaitForSingleObject(sEndedEvent, cClosingMilliseconds);
+    }
+    return TRUE;
+}
+
+HANDLE MakeEvent() {
+    return ::CreateEventW(nullptr, TRUE, FALSE, nullptr);
+}
+
+}  // namespace
+
+StopRequest::StopRequest() {
+    if (sStopEvent == nullptr) sStopEvent = MakeEvent();
+    if (sEndedEvent == nullptr) sEndedEvent = MakeEvent();
+    if (sStopEvent == nullptr || sEndedEvent == nullptr) throw std::runtime_error("no event");
+    ::ResetEvent(sStopEvent);
+    ::ResetEvent(sEndedEvent);
+    // A parent may have told its children to ignore Ctrl-C.
+    ::SetConsoleCtrlHandler(nullptr, FALSE);
+    if (!::SetConsoleCtrlHandler(HandleControl, TRUE)) throw std::runtime_error("no console handler");
+}
+
+StopRequest::~StopRequest() {
+    ::SetEvent(sEndedEvent);
+    ::SetConsoleCtrlHandler(HandleControl, FALSE);
+}
+
+bool StopRequest::WaitFor(unsigned long milliseconds) const {
+    return ::WaitForSingleObject(sStopEvent, milliseconds) == WAIT_OBJECT_0;
+}
