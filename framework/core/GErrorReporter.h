@@ -1,0 +1,30 @@
+#pragma once
+
+#include <memory>
+
+#include "framework/core/GExport.h"
+
+class GString;
+
+/// GErrorReporter: where the text of a handled failure goes.
+///
+/// The base class keeps silent. A program that wants to see errors installs a reporter of its own
+/// at start-up; the instance is not locked.
+class QUILLON_EXPORT GErrorReporter {
+public:
+    GErrorReporter() = default;
+    GErrorReporter(const GErrorReporter&) = delete;
+    GErrorReporter& operator=(const GErrorReporter&) = delete;
+    virtual ~GErrorReporter();
+
+    /// Does nothing in the base class.
+    virtual void Report(const GString& text) const;
+
+    /// The installed reporter; a silent one is made when there is none. Never null.
+    static GErrorReporter* GetInstance();
+    /// Takes ownership of the new reporter and deletes the one before. Null: back to silence.
+    static void SetInstance(GErrorReporter* reporter);
+
+private:
+    static std::unique_ptr<GErrorReporter> sInstance;
+};

@@ -1,0 +1,138 @@
+#include "framework/core/GException.h"
+
+#include <atomic>
+
+#include "framework/core/GExceptionLocation.h"
+#include "framework/core/GExceptionMessages.h"
+#include "framework/core/GString.h"
+#include "framework/core/GStringPool.h"
+
+namespace {
+
+/// Thrown where an exception under construction finds no memory. To other threads that allocate
+/// meanwhile it is the ordinary failure.
+class NoMemoryForException : public std::bad_alloc {};
+
+void ThrowNoMemory() {
+    throw NoMemoryForException();
+}
+
+/// Keeps the program's new-handler out while an exception is being built: it might wait for the user
+/// or end the process. The handler belongs to all threads, so threads may overlap here: whoever finds
+/// a foreign handler saves it, and the last one to leave puts it back.
+class NewHandlerGuard {
+public:
+    NewHandlerGuard() noexcept {
+        sUsers.fetch_add(1);
+        const std::new_handler before = std::set_new_handler(ThrowNoMemory);
+        if (before != ThrowNoMemory) sSaved.store(before);
+    }
+    ~NewHandlerGuard() {
+        if (sUsers.fetch_sub(1) == 1 && std::get_new_handler() == ThrowNoMemory)
+            std::set_new_handler(sSaved.load());
+    }
+    NewHandlerGuard(const NewHandlerGuard&) = delete;
+    NewHandlerGuard& operator=(const NewHandlerGuard&) = delete;
+
+private:
+    static std::atomic<long> sUsers;
+    static std::atomic<std::new_handler> sSaved;
+};
+
+std::atomic<long> NewHandlerGuard::sUsers{0};
+std::atomic<std::new_handler> NewHandlerGuard::sSaved{nullptr};
+
+}  // namespace
+
+GException::GException() : GException(GExceptionID::cGeneral) {}
+
+GException::GException(long id) : mExceptionID(static_cast<std::int32_t>(id)) {
+    if (mExceptionID != GExceptionID::cOutOfMemory) CaptureLocation();
+}
+
+GException::~GException() = default;
+
+void GException::CaptureLocation() noexcept {
+    const NewHandlerGuard guard;
+    try {
+        mLocation = GExceptionLocation::GetLngDescription();
+    } catch (...) {
+        // What is being reported matters more than where it happened.
+    }
+}
+
+GLngString GException::GetLngDescription() const {
+    return GLngString(static_cast<long>(mExceptionID));
+}
+
+GLngString GException::GetLngFullDescription() const {
+    if (mLocation.IsEmpty()) return GetLngDescription();
+    GLngString description = mLocation;
+    description += GString(": ");
+    description += GetLngDescription();
+    return description;
+}
+
+long GException::GetExceptionID() const {
+    return mExceptionID;
+}
+
+GString GException::GetDescription() const {
+    return GetLngDescription().GetString();
+}
+
+GString GException::GetFullDescription() const {
+    return GetLngFullDescription().GetString();
+}
+
+void GException::Initialize() {
+    GStringPoolSupport::Register("enUS", "WinAnsiEncoding", GExceptionMessages::GetRows(),
+                                 GExceptionMessages::GetCount());
+}
+
+GSimpleException::GSimpleException(long id) : GException(id) {}
+GSimpleException::~GSimpleException() = default;
+
+GAbortException::GAbortException() : GException(GExceptionID::cAborted) {}
+GAbortException::~GAbortException() = default;
+
+GMemoryException::GMemoryException() : GException(GExceptionID::cOutOfMemory) {}
+GMemoryException::~GMemoryException() = default;
+
+const char* GMemoryException::what() const noexcept {
+    return "bad allocation";
+}
+
+GCustomException::GCustomException(long id) : GException(id) {}
+
+GCustomException::GCustomException(long id, const GString& text)
+    : GException(id), mText(std::make_unique<GString>(text)) {}
+
+GCustomException::GCustomException(const GCustomException& other)
+    : GException(other), mText(other.mText ? std::make_unique<GString>(*other.mText) : nullptr) {}
+
+GCustomException& GCustomException::operator=(const GCustomException& other) {
+    std::unique_ptr<GString> text = other.mText ? std::make_unique<GString>(*other.mText) : nullptr;
+    GException::operator=(other);
+    mText = std::move(text);
+    return *this;
+}
+
+GCustomException::~GCustomException() = default;
+
+GLngString GCustomException::GetLngDescription() const {
+    return mText ? GLngString(*mText) : GException::GetLngDescription();
+}
+
+GLngException::GLngException(const GLngString& description)
+    : GException(description.GetID()), mDescription(description) {}
+
+GLngException::GLngException(long id, const GString& param) : GException(id), mDescription(id) {
+    mDescription.AddParam(param);
+}
+
+GLngException::~GLngException() = default;
+
+GLngString GLngException::GetLngDescription() const {
+    return mDescription;
+}
