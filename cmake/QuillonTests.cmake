@@ -1,8 +1,10 @@
-# GoogleTest comes from the distribution as source, so that both builds compile it their own way.
-find_path(QUILLON_GTEST_SOURCE googletest/include/gtest/gtest.h PATHS /usr/src/googletest
-          NO_CMAKE_FIND_ROOT_PATH REQUIRED)
-set(INSTALL_GTEST OFF)
-add_subdirectory(${QUILLON_GTEST_SOURCE} googletest EXCLUDE_FROM_ALL SYSTEM)
+if(QUILLON_TESTS)
+  # GoogleTest comes from the distribution as source, so that both builds compile it their own way.
+  find_path(QUILLON_GTEST_SOURCE googletest/include/gtest/gtest.h PATHS /usr/src/googletest
+            NO_CMAKE_FIND_ROOT_PATH REQUIRED)
+  set(INSTALL_GTEST OFF)
+  add_subdirectory(${QUILLON_GTEST_SOURCE} googletest EXCLUDE_FROM_ALL SYSTEM)
+endif()
 
 # quillon_tests(<program> <sources...>): one test program for a subsystem, run by ctest.
 function(quillon_tests name)
@@ -41,6 +43,6 @@ endfunction()
 # quillon_benchmark(<program> <sources...>): a program that `./dev bench` runs. It measures; ctest never runs it.
 function(quillon_benchmark name)
   add_executable(${name} ${ARGN})
-  target_link_libraries(${name} PRIVATE quillon_framework quillon_flags)
+  target_link_libraries(${name} PRIVATE quillon_bench_support quillon_framework quillon_flags)
   set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/benchmarks)
 endfunction()

@@ -1,0 +1,80 @@
+// What posting and draining a message costs beyond taking the queue's mutex and copying the bytes.
+#include <cstdio>
+#include <cstring>
+#include <vector>
+
+#include "bench/Rounds.h"
+#include "framework/GBasicFrameworkCoreLayer.h"
+#include "framework/ipc/GIPCMessageQueue.h"
+#include "platform/win32/PWin32Api.h"
+
+namespace {
+
+constexpr int cRounds = 31;
+constexpr int cMessages = 200;
+constexpr long cMessageType = 145;
+constexpr long cRegistrationID = 1;
+
+class PlainMutex {
+public:
+    PlainMutex() : mHandle(::CreateMutexW(nullptr, FALSE, L"Global\\MessageBench")) {}
+    ~PlainMutex() { ::CloseHandle(mHandle); }
+    PlainMutex(const PlainMutex&) = delete;
+    PlainMutex& operator=(const PlainMutex&) = delete;
+
+    void Copy(void* to, const void* from, std::size_t count) const {
+        ::WaitForSingleObject(mHandle, INFINITE);
+        std::memcpy(to, from, count);
+        ::ReleaseMutex(mHandle);
+    }
+
+private:
+    HANDLE mHandle;
+};
+
+bool PostAndDrain(GIPCMessageQueue& queue, const GBuffer& data) {
+    GTable<GSmartPtr<GIPCMessage>> messages;
+    const bool posted = queue.TryToAddRawMessage(cMessageType, data);
+    queue.ReadPendingMessages(messages);
+    return posted && messages.GetCount() == 1;
+}
+
+/// False when a message was lost, which would make the figures worthless.
+bool Compare(GIPCMessageQueue& queue, std::size_t size) {
+    const std::vector<char> bytes(size, 'x');
+    std::vector<char> shared(size);
+    std::vector<char> taken(size);
+    const GBuffer data(bytes.data(), static_cast<long>(size));
+    const PlainMutex mutex;
+    bool good = true;
+    const std::vector<double> times = Rounds(cRounds, cMessages)
+                                          .Measure({{"queue",
+                                                     [&] {
+                                                         for (int i = 0; i < cMessages; ++i)
+                                                             good = PostAndDrain(queue, data) && good;
+                                                     }},
+                                                    {"mutex", [&] {
+                                                         for (int i = 0; i < cMessages; ++i) {
+                                                             mutex.Copy(shared.data(), bytes.data(), size);
+                                                             mutex.Copy(taken.data(), shared.data(), size);
+                                                         }
+                                                     }}});
+    std::printf("%6u bytes: post and drain %8.2f us, two waits, copies and releases %8.2f us, ratio %5.3f\n",
+                static_cast<unsigned>(size), times[0], times[1], times[0] / times[1]);
+    return good;
+}
+
+}  // namespace
+
+int main() {
+    GBasicFrameworkCoreLayer::Initialize();
+    bool good = false;
+    {
+        bool created = false;
+        GIPCMessageQueue queue(-1, static_cast<long>(::GetCurrentProcessId()), cRegistrationID, created);
+        good = Compare(queue, 256) && Compare(queue, 16384);
+    }
+    GBasicFrameworkCoreLayer::Finalize();
+    if (!good) std::fputs("MessageBench: a message was lost\n", stderr);
+    return good ? 0 : 1;
+}

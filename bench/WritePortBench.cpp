@@ -1,0 +1,117 @@
+// What writing to the port costs beyond writing the same bytes to a file.
+//
+//     WritePortBench.exe <path of QuillonPortMonitor64.dll>
+#include <cstdio>
+#include <string>
+#include <vector>
+
+#include "bench/Rounds.h"
+#include "platform/win32/PWin32Api.h"
+
+#include <winspool.h>
+
+#include <winsplp.h>
+
+namespace {
+
+constexpr int cRounds = 31;
+constexpr int cWrites = 50;
+
+class Port {
+public:
+    explicit Port(const wchar_t* library) {
+        using Initialize = MONITOR2*(WINAPI*)(MONITORINIT*, HANDLE*);
+        const HMODULE module = ::LoadLibraryW(library);
+        if (module == nullptr) return;
+        const FARPROC entry = ::GetProcAddress(module, "InitializePrintMonitor2");
+        const auto initialize = reinterpret_cast<Initialize>(reinterpret_cast<void*>(entry));
+        HANDLE monitor = nullptr;
+        mTable = initialize(&mInit, &monitor);
+        wchar_t name[] = L"QuillonPDFPort:";
+        mTable->pfnOpenPort(monitor, name, &mPort);
+    }
+    bool IsOpen() const { return mPort != nullptr; }
+
+    bool Start() {
+        wchar_t printer[] = L"Benchmark";
+        wchar_t document[] = L"Benchmark of the port";
+        DOC_INFO_1W info = {document, nullptr, nullptr};
+        return mTable->pfnStartDocPort(mPort, printer, 1, 1, reinterpret_cast<BYTE*>(&info));
+    }
+    bool Write(std::vector<BYTE>& block) {
+        DWORD written = 0;
+        const auto size = static_cast<DWORD>(block.size());
+        return mTable->pfnWritePort(mPort, block.data(), size, &written) && written == size;
+    }
+    void End() { mTable->pfnEndDocPort(mPort); }
+
+private:
+    MONITORINIT mInit = {};
+    MONITOR2* mTable = nullptr;
+    HANDLE mPort = nullptr;
+};
+
+class PlainFile {
+public:
+    PlainFile() {
+        wchar_t folder[MAX_PATH];
+        ::GetTempPathW(MAX_PATH, folder);
+        mPath = std::wstring(folder) + L"WritePortBench.tmp";
+        mFile = ::CreateFileW(mPath.c_str(), GENERIC_WRITE, FILE_SHARE_READ, nullptr, CREATE_ALWAYS,
+                              FILE_ATTRIBUTE_NORMAL, nullptr);
+    }
+    ~PlainFile() {
+        ::CloseHandle(mFile);
+        ::DeleteFileW(mPath.c_str());
+    }
+    PlainFile(const PlainFile&) = delete;
+    PlainFile& operator=(const PlainFile&) = delete;
+
+    /// The file's write, and the two lines that each callback sends to a debugger.
+    bool Write(const std::vector<BYTE>& block) {
+        DWORD written = 0;
+        ::OutputDebugStringW(L"PPMWritePort");
+        const auto size = static_cast<DWORD>(block.size());
+        const bool done = ::WriteFile(mFile, block.data(), size, &written, nullptr) && written == size;
+        ::OutputDebugStringW(L"end PPMWritePort");
+        return done;
+    }
+
+private:
+    std::wstring mPath;
+    HANDLE mFile;
+};
+
+/// False when a write failed, which would make the figures worthless.
+bool Compare(Port& port, std::size_t blockSize) {
+    std::vector<BYTE> block(blockSize, 'x');
+    PlainFile file;
+    bool good = port.Start();
+    const std::vector<double> times = Rounds(cRounds, cWrites)
+                                          .Measure({{"port",
+                                                     [&] {
+                                                         for (int i = 0; i < cWrites; ++i)
+                                                             good = port.Write(block) && good;
+                                                     }},
+                                                    {"file", [&] {
+                                                         for (int i = 0; i < cWrites; ++i)
+                                                             good = file.Write(block) && good;
+                                                     }}});
+    port.End();
+    std::printf("%6u bytes: port %8.2f us, plain file and debug output %8.2f us, difference %6.2f us\n",
+                static_cast<unsigned>(blockSize), times[0], times[1], times[0] - times[1]);
+    return good;
+}
+
+}  // namespace
+
+int wmain(int argc, wchar_t** argv) {
+    Port port(argc == 2 ? argv[1] : L"QuillonPortMonitor64.dll");
+    if (!port.IsOpen()) {
+        std::fputs("WritePortBench: the port cannot be opened\n", stderr);
+        return 1;
+    }
+    const bool good = Compare(port, 4096) && Compare(port, 65536);
+    if (!good) std::fputs("WritePortBench: a write failed\n", stderr);
+    return good ? 0 : 1;
+}
