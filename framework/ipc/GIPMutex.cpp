@@ -1,0 +1,3 @@
+#include "framework/ipc/GIPMutex.h"
+
+template class GIPMutexBase<PIPMutexImp>;

@@ -1,0 +1,3 @@
+#include "framework/ipc/GSharedMemory.h"
+
+template class GSharedMemoryBase<PSharedMemory>;

@@ -1,0 +1,282 @@
+#pragma once
+
+#include <algorithm>
+#include <concepts>
+#include <cstdint>
+#include <memory>
+
+#include "PPlatformIPC.h"
+#include "framework/core/GBuffer.h"
+#include "framework/core/GException.h"
+#include "framework/core/GExceptionID.h"
+#include "framework/core/GExport.h"
+#include "framework/ipc/GIPMutex.h"
+#include "framework/ipc/GIPPrefix.h"
+#include "framework/ipc/GShMemID.h"
+#include "framework/ipc/GShMemWord.h"
+#include "framework/ipc/GWaitBudget.h"
+
+/// What a platform supplies: memory that all processes of the machine know by name.
+///
+/// A view begins with a word that tells its whole size; what follows is usable. Offsets count from
+/// there. Read and Write are plain copies which check nothing.
+template <class Imp>
+concept GSharedMemoryImp = GIPMutexImp<typename Imp::MutexImp> &&
+    std::constructible_from<Imp, const GBuffer&, const GBuffer&> &&
+    std::constructible_from<Imp, const GBuffer&, const GBuffer&, long, bool&> &&
+    requires(Imp imp, const GBuffer& name, long offset, void* to, const void* from, long count) {
+    { Imp::Exists(name, name) } -> std::same_as<bool>;  // path, identifier
+    { Imp::GetMaxIDSize() } -> std::convertible_to<long>;
+    { imp.GetLength() } -> std::same_as<long>;  // from the first word; 40163 when the view is smaller
+    imp.SetLength(count);                       // mends the first word
+    imp.Read(offset, to, count);
+    imp.Write(offset, from, count);
+    { imp.Equals(offset, from, count) } -> std::same_as<bool>;
+    imp.Close();  // once; what the destructor does, but it reports
+};
+
+/// GSharedMemoryBase: a named segment of shared memory, its mutex, and a cursor that reads and writes.
+///
+/// The segment is named path + prefix + identifier; one mutex per identifier guards it in all paths.
+/// Every operation locks; whoever needs several in a row locks around them, as deep as he likes: the
+/// mutex itself is taken once. Words have 32 bits, low byte first. The segment can be written by any
+/// process at any time, whether it holds the mutex or not. So nothing read from it is trusted: each
+/// operation checks against the size that the view really has, reads every word once, and throws
+/// (40160, 40161, 40163, 40164) without having moved the cursor or changed the segment.
+///
+/// One thread at a time.
+template <GSharedMemoryImp Imp>
+class GSharedMemoryBase {
+public:
+    /// Prepares or checks a segment that has just been opened, with its mutex still held.
+    using Prepare = void (*)(GSharedMemoryBase& segment, bool created);
+
+    /// Opens a segment that must exist (2450 otherwise).
+    GSharedMemoryBase(const GBuffer& path, const GShMemID& identifier, GWaitBudget* budget = nullptr,
+                      Prepare prepare = nullptr);
+    /// Opens or creates one of `size` usable bytes, zero at first. Throws 40168 when it exists in
+    /// another size. No other process that locks can see it before `prepare` is through.
+    GSharedMemoryBase(const GBuffer& path, const GShMemID& identifier, long size, bool& created,
+                      GWaitBudget* budget = nullptr, Prepare prepare = nullptr);
+    GSharedMemoryBase(const GSharedMemoryBase&) = delete;
+    GSharedMemoryBase& operator=(const GSharedMemoryBase&) = delete;
+    /// Releases everything and reports nothing: whether another exception is passing through cannot be
+    /// told when that comes from a module with a C++ run-time library of its own, and throwing a second
+    /// one would end the process. Close() reports.
+    ~GSharedMemoryBase() = default;
+
+    /// Closes segment and mutex; throws 2450 when the system refuses, having tried both. Nothing else
+    /// may be called afterwards.
+    void Close();
+
+    /// Takes the mutex, within the budget given to the constructor; throws 40202 past it.
+    void Lock();
+    void Unlock();
+    bool IsLocked() const noexcept { return mLocked; }
+
+    /// The usable bytes, as the segment itself tells; 40163 when it claims more than the view has.
+    long GetLength();
+    long GetCursor() const noexcept { return mCursor; }
+    void SetCursor(long offset) noexcept { mCursor = static_cast<std::int32_t>(offset); }
+
+    /// Throws 40161 with less than four bytes between cursor and end.
+    std::int32_t ReadInt32();
+    /// Throws 40160 with less than four bytes between cursor and end.
+    void WriteInt32(long value);
+    /// Reads a length and so many bytes. Throws 40161 when the length is negative or leads past the end.
+    void ReadBuffer(GBuffer& data);
+    /// Writes the length and the bytes. Throws 40160 when the bytes alone do not fit, and 40164 when
+    /// only the length in front of them makes it too much.
+    void WriteBuffer(const GBuffer& data);
+    /// Reads `count` bytes to memory that has room for them; throws 40161.
+    void ReadBytes(void* bytes, long count);
+    /// Throws 40160 when they do not fit.
+    void WriteBytes(const void* bytes, long count);
+    /// True when the bytes at the cursor are those of `data`, which must lie inside; throws 40161.
+    /// The cursor stays.
+    bool Matches(const GBuffer& data);
+
+protected:
+    /// Mends the word that tells the size. Throws 40163 when the view has less.
+    void RestoreLength(long size);
+
+private:
+    long GetRemaining();
+
+    std::int32_t mCursor = 0;
+    std::uint32_t mLockDepth = 0;
+    GIPMutexBase<typename Imp::MutexImp> mMutex;
+    bool mLocked = false;
+    std::unique_ptr<Imp> mSegment;
+    GWaitBudget* mBudget;
+};
+
+/// GSharedMemoryLocker: locks a segment for its own lifetime.
+template <class Segment>
+class GSharedMemoryLocker {
+public:
+    explicit GSharedMemoryLocker(Segment& segment) : mSegment(segment) { mSegment.Lock(); }
+    GSharedMemoryLocker(const GSharedMemoryLocker&) = delete;
+    GSharedMemoryLocker& operator=(const GSharedMemoryLocker&) = delete;
+    ~GSharedMemoryLocker() {
+        try {
+            mSegment.Unlock();
+        } catch (...) {
+            // An exception may be on its way through this scope; a second one would end the process.
+        }
+    }
+
+private:
+    Segment& mSegment;
+};
+
+/// GShMemCursorGuard: puts a segment's cursor back where it was, unless released.
+template <class Segment>
+class GShMemCursorGuard {
+public:
+    explicit GShMemCursorGuard(Segment& segment) noexcept : mSegment(segment), mCursor(segment.GetCursor()) {}
+    GShMemCursorGuard(const GShMemCursorGuard&) = delete;
+    GShMemCursorGuard& operator=(const GShMemCursorGuard&) = delete;
+    ~GShMemCursorGuard() {
+        if (!mReleased) mSegment.SetCursor(mCursor);
+    }
+    void Release() noexcept { mReleased = true; }
+
+private:
+    Segment& mSegment;
+    long mCursor;
+    bool mReleased = false;
+};
+
+using GSharedMemory = GSharedMemoryBase<PSharedMemory>;
+extern template class QUILLON_EXPORT GSharedMemoryBase<PSharedMemory>;
+
+template <GSharedMemoryImp Imp>
+GSharedMemoryBase<Imp>::GSharedMemoryBase(const GBuffer& path, const GShMemID& identifier,
+                                          GWaitBudget* budget, Prepare prepare)
+    : mMutex(identifier, GIPPrefix::cSharedMemoryLock), mBudget(budget) {
+    GSharedMemoryLocker locker(*this);
+    mSegment = std::make_unique<Imp>(path, GIPPrefix::AddPrefix(GIPPrefix::cSharedMemory, identifier));
+    if (prepare != nullptr) prepare(*this, false);
+}
+
+template <GSharedMemoryImp Imp>
+GSharedMemoryBase<Imp>::GSharedMemoryBase(const GBuffer& path, const GShMemID& identifier, long size,
+                                          bool& created, GWaitBudget* budget, Prepare prepare)
+    : mMutex(identifier, GIPPrefix::cSharedMemoryLock), mBudget(budget) {
+    GSharedMemoryLocker locker(*this);
+    mSegment = std::make_unique<Imp>(path, GIPPrefix::AddPrefix(GIPPrefix::cSharedMemory, identifier), size,
+                                     created);
+    if (prepare != nullptr) prepare(*this, created);
+}
+
+template <GSharedMemoryImp Imp>
+void GSharedMemoryBase<Imp>::Close() {
+    try {
+        mSegment->Close();
+    } catch (...) {
+        mMutex.Close();
+        throw;
+    }
+    mMutex.Close();
+}
+
+template <GSharedMemoryImp Imp>
+void GSharedMemoryBase<Imp>::Lock() {
+    // Counted only once the mutex is ours: if it cannot be had, no unlock may follow.
+    if (mLockDepth == 0) {
+        GWaitBudget::Lock(mBudget, mMutex);
+        mLocked = true;
+    }
+    ++mLockDepth;
+}
+
+template <GSharedMemoryImp Imp>
+void GSharedMemoryBase<Imp>::Unlock() {
+    if (mLockDepth == 0 || --mLockDepth > 0) return;
+    mLocked = false;
+    mMutex.Unlock();
+}
+
+template <GSharedMemoryImp Imp>
+long GSharedMemoryBase<Imp>::GetLength() {
+    GSharedMemoryLocker locker(*this);
+    return mSegment->GetLength();
+}
+
+template <GSharedMemoryImp Imp>
+void GSharedMemoryBase<Imp>::RestoreLength(long size) {
+    GSharedMemoryLocker locker(*this);
+    mSegment->SetLength(size);
+}
+
+template <GSharedMemoryImp Imp>
+long GSharedMemoryBase<Imp>::GetRemaining() {
+    const long length = mSegment->GetLength();
+    return mCursor < 0 ? 0 : std::max(length - mCursor, 0L);
+}
+
+template <GSharedMemoryImp Imp>
+std::int32_t GSharedMemoryBase<Imp>::ReadInt32() {
+    unsigned char bytes[GShMemWord::cSize];
+    ReadBytes(bytes, GShMemWord::cSize);
+    return GShMemWord::Get(bytes);
+}
+
+template <GSharedMemoryImp Imp>
+void GSharedMemoryBase<Imp>::WriteInt32(long value) {
+    unsigned char bytes[GShMemWord::cSize];
+    GShMemWord::Put(bytes, static_cast<std::int32_t>(value));
+    WriteBytes(bytes, GShMemWord::cSize);
+}
+
+template <GSharedMemoryImp Imp>
+void GSharedMemoryBase<Imp>::ReadBytes(void* bytes, long count) {
+    GSharedMemoryLocker locker(*this);
+    if (count < 0 || GetRemaining() < count) throw GSimpleException(GExceptionID::cNotEnoughData);
+    mSegment->Read(mCursor, bytes, count);
+    mCursor += static_cast<std::int32_t>(count);
+}
+
+template <GSharedMemoryImp Imp>
+void GSharedMemoryBase<Imp>::WriteBytes(const void* bytes, long count) {
+    GSharedMemoryLocker locker(*this);
+    if (count < 0 || GetRemaining() < count) throw GSimpleException(GExceptionID::cNotEnoughSpace);
+    mSegment->Write(mCursor, bytes, count);
+    mCursor += static_cast<std::int32_t>(count);
+}
+
+template <GSharedMemoryImp Imp>
+void GSharedMemoryBase<Imp>::ReadBuffer(GBuffer& data) {
+    GSharedMemoryLocker locker(*this);
+    GShMemCursorGuard cursor(*this);
+    const long length = ReadInt32();
+    // Checked before anything is allocated: the length is whatever somebody has written there.
+    if (length < 0 || GetRemaining() < length) throw GSimpleException(GExceptionID::cNotEnoughData);
+    data.Clear();
+    if (length > 0) {
+        data.Allocate(length);
+        data.SetLength(length);
+        ReadBytes(data.GetWritePtr(), length);
+    }
+    cursor.Release();
+}
+
+template <GSharedMemoryImp Imp>
+void GSharedMemoryBase<Imp>::WriteBuffer(const GBuffer& data) {
+    GSharedMemoryLocker locker(*this);
+    const long remaining = GetRemaining();
+    if (remaining < data.GetLength()) throw GSimpleException(GExceptionID::cNotEnoughSpace);
+    if (remaining < GShMemWord::cSize) throw GSimpleException(GExceptionID::cNotEnoughSpace);
+    if (remaining - GShMemWord::cSize < data.GetLength())
+        throw GSimpleException(GExceptionID::cSharedMemoryWriteFailed);
+    WriteInt32(data.GetLength());
+    WriteBytes(data.GetRawData(), data.GetLength());
+}
+
+template <GSharedMemoryImp Imp>
+bool GSharedMemoryBase<Imp>::Matches(const GBuffer& data) {
+    GSharedMemoryLocker locker(*this);
+    if (GetRemaining() < data.GetLength()) throw GSimpleException(GExceptionID::cNotEnoughData);
+    return mSegment->Equals(mCursor, data.GetRawData(), data.GetLength());
+}

@@ -1,0 +1,283 @@
+#include "monitor/GPPIPCManager.h"
+
+#include <mutex>
+#include <utility>
+
+#include "framework/core/GException.h"
+#include "framework/system/GSessionInfo.h"
+
+namespace {
+
+constexpr long cAnySession = -1;  // the name space that all sessions share
+
+GBuffer GetKernelName(long session, const GShMemID& identifier) {
+    GBuffer name;
+    GSessionInfo::GetInstance()->GetSessionPath(name, session);
+    name += GIPPrefix::AddPrefix(GIPPrefix::cSharedMemory, identifier);
+    return name;
+}
+
+// The queues of a process in one registry. A registry that cannot be read is taken for an empty one;
+// the failure is kept for the case that no other registry knows the process either.
+GTable<GIPCQueueAddress> FindQueues(GIPCMessageQueueMgr& registry, long processID,
+                                    std::exception_ptr& failure) {
+    GTable<GIPCQueueAddress> queues;
+    long session = cAnySession;
+    GTable<std::int32_t> registrationIDs;
+    try {
+        registry.GetRegistered(processID, session, registrationIDs);
+    } catch (const GException&) {
+        if (!failure) failure = std::current_exception();
+    }
+    for (const std::int32_t registrationID : registrationIDs)
+        queues.Append(
+            {static_cast<std::int32_t>(session), static_cast<std::int32_t>(processID), registrationID});
+    return queues;
+}
+
+}  // namespace
+
+/// Where a process can be reached: a first choice, and what is left if that has no usable queue.
+struct GPPIPCManager::Route {
+    Addresses mPreferred;
+    Addresses mOther;
+
+    bool IsEmpty() const noexcept { return mPreferred.IsEmpty() && mOther.IsEmpty(); }
+};
+
+/// Notes that a queue is being written to, for its own lifetime.
+class GPPIPCManager::WritingMark {
+public:
+    WritingMark(Addresses& marks, const GIPCQueueAddress& queue) : mMarks(marks), mQueue(queue) {
+        mMarks.Append(mQueue);
+    }
+    WritingMark(const WritingMark&) = delete;
+    WritingMark& operator=(const WritingMark&) = delete;
+    ~WritingMark() { mMarks.Remove(mMarks.Find(mQueue)); }
+
+private:
+    Addresses& mMarks;
+    GIPCQueueAddress mQueue;
+};
+
+GPPIPCManager* GPPIPCManager::sInstance = nullptr;
+long GPPIPCManager::sReferences = 0;
+
+void GPPIPCManager::AddReference(ManagerType type, GWaitBudget* budget) {
+    if (sReferences == 0) sInstance = std::make_unique<GPPIPCManager>(type, budget).release();
+    ++sReferences;
+}
+
+void GPPIPCManager::ReleaseReference() {
+    if (sReferences == 0 || --sReferences > 0) return;
+    const std::unique_ptr<GPPIPCManager> owner(std::exchange(sInstance, nullptr));
+}
+
+GPPIPCManager* GPPIPCManager::GetInstance() noexcept {
+    return sInstance;
+}
+
+GPPIPCManager::GPPIPCManager(ManagerType type, GWaitBudget* budget)
+    : GIPCManager(budget),
+      mSession(static_cast<std::int32_t>(GSessionInfo::GetInstance()->GetCurrentSessionID())),
+      mServicesSession(mSession < 1) {
+    using Scope = GIPCMessageQueueMgr::Scope;
+    const GShMemID identifier = GIPCMessageQueueMgr::GetRegistryID(type) + GShMemID("_PP");
+    mSessionRegistry =
+        std::make_unique<GIPCMessageQueueMgr>(identifier, mSession, Scope::cEverySession, budget);
+    if (GetKernelName(mSession, identifier) == GetKernelName(cAnySession, identifier)) return;
+    try {
+        mGlobalRegistry =
+            std::make_unique<GIPCMessageQueueMgr>(identifier, cAnySession, Scope::cOwnOnly, budget);
+    } catch (const GException& failure) {
+        // An ordinary user may not make global objects; his own session's do for him.
+        if (!IsQueueFailure(failure)) throw;
+    }
+}
+
+GPPIPCManager::~GPPIPCManager() {
+    try {
+        ForceProcessPendingMessages();
+    } catch (...) {
+        // Nobody is left to be told.
+    }
+    ShutDown();
+}
+
+// --- Receiving
+
+void GPPIPCManager::StartListening() {
+    auto inbox = std::make_unique<GIPCInbox>(*mSessionRegistry, GetBudget());
+    // In the services' session both names are one object: a second entry would be a second message.
+    if (mGlobalRegistry && !mServicesSession) {
+        try {
+            mGlobalInbox = std::make_unique<GIPCInbox>(*mGlobalRegistry, GetBudget());
+        } catch (const GException& failure) {
+            if (!IsQueueFailure(failure)) throw;
+        }
+    }
+    mSessionInbox = std::move(inbox);
+}
+
+void GPPIPCManager::StopListening() {
+    const std::unique_ptr<GIPCInbox> global = std::move(mGlobalInbox);
+    const std::unique_ptr<GIPCInbox> session = std::move(mSessionInbox);
+    if (global) global->Close();
+    session->Close();
+}
+
+GIPCMessageQueueMgr& GPPIPCManager::GetMessageQueueMgr() {
+    return *mSessionRegistry;
+}
+
+long GPPIPCManager::GetRegistrationID() const noexcept {
+    return mSessionInbox ? mSessionInbox->GetRegistrationID() : 0;
+}
+
+void GPPIPCManager::ReadInboxes(GTable<GSmartPtr<GIPCMessage>>& messages) {
+    std::exception_ptr failure;
+    for (GIPCInbox* inbox : {mSessionInbox.get(), mGlobalInbox.get()}) {
+        if (inbox == nullptr) continue;
+        try {
+            inbox->Drain(messages);
+        } catch (...) {
+            failure = std::current_exception();
+        }
+    }
+    if (failure) std::rethrow_exception(failure);
+}
+
+void GPPIPCManager::Receive(long signalNumber, const GEmptyMessage& message) {
+    const std::lock_guard<PCriticalSection> lock(GetReceiverLock());
+    GIPCManager::Receive(signalNumber, message);
+}
+
+// --- Finding a process
+
+GPPIPCManager::Route GPPIPCManager::FindRoute(long processID) {
+    std::exception_ptr failure;
+    Addresses session = FindQueues(*mSessionRegistry, processID, failure);
+    Addresses global;
+    if (mGlobalRegistry) global = FindQueues(*mGlobalRegistry, processID, failure);
+    if (session.IsEmpty() && global.IsEmpty() && failure) std::rethrow_exception(failure);
+    const bool isHere = !session.IsEmpty() && session[0].mSession == mSession;
+    if (isHere || global.IsEmpty()) return {std::move(session), std::move(global)};
+    return {std::move(global), std::move(session)};
+}
+
+bool GPPIPCManager::CanOpenAny(const Addresses& queues, std::exception_ptr& failure) {
+    for (long position = queues.GetCount() - 1; position >= 0; --position) {
+        try {
+            if (CanOpen(queues[position])) return true;
+        } catch (const GException&) {
+            if (!failure) failure = std::current_exception();
+        }
+    }
+    return false;
+}
+
+GIPCManager::ListeningState GPPIPCManager::GetListeningState(long processID) {
+    const Route route = FindRoute(processID);
+    if (route.IsEmpty()) return cNotListening;
+    if (!IsRunning(processID)) return cNotUsable;
+    std::exception_ptr failure;
+    if (CanOpenAny(route.mPreferred, failure) || CanOpenAny(route.mOther, failure)) return cListening;
+    if (failure) std::rethrow_exception(failure);
+    return cNotUsable;
+}
+
+// --- Sending
+
+void GPPIPCManager::SendToProcess(long processID, long type, const GBuffer& data, bool once) {
+    const std::lock_guard<PCriticalSection> lock(GetReceiverLock());
+    const Route route = FindRoute(processID);
+    if (route.IsEmpty()) return;
+    std::exception_ptr failure;
+    if (SendToAny(route.mPreferred, type, data, once, failure) ||
+        SendToAny(route.mOther, type, data, once, failure))
+        return;
+    try {
+        std::rethrow_exception(failure);
+    } catch (const GException& reason) {
+        if (IsQueueFailure(reason)) AddCorruptedProcess(processID);
+        throw;
+    }
+}
+
+// Sends to every queue that takes it; false when none did.
+bool GPPIPCManager::SendToAny(const Addresses& queues, long type, const GBuffer& data, bool once,
+                              std::exception_ptr& failure) {
+    bool reached = false;
+    for (const GIPCQueueAddress& queue : queues) {
+        try {
+            SendToQueue(queue, type, data, once);
+            reached = true;
+        } catch (const GException&) {
+            if (!failure) failure = std::current_exception();
+        }
+    }
+    return reached;
+}
+
+GIPCManager::Delivery GPPIPCManager::SendToQueue(const GIPCQueueAddress& address, long type,
+                                                 const GBuffer& data, bool once) {
+    const WritingMark mark(mBeingWritten, address);
+    GIPCMessageQueue queue(address.mSession, address.mProcessID, address.mRegistrationID, GetBudget());
+    const Delivery delivery = Post(queue, address, type, data, once);
+    // From here on the message is on its way. Nothing may throw, or it would be sent another way, too.
+    if (once && delivery == Delivery::cInQueue) WaitTillTaken(queue, type, data);
+    return delivery;
+}
+
+void GPPIPCManager::WaitTillTaken(GIPCMessageQueue& queue, long type, const GBuffer& data) {
+    try {
+        for (long budget = cTakenBudget; budget >= 0 && queue.ContainsRawMessage(type, data);
+             budget -= cTakenInterval)
+            MilliSleep(cTakenInterval);
+    } catch (const GException&) {
+        // What becomes of the queue after the message was put there is its owner's affair.
+    }
+}
+
+void GPPIPCManager::SendToAll(long type, const GBuffer& data, bool once) {
+    Addresses queues;
+    mSessionRegistry->GetRegistered(queues);
+    if (mGlobalRegistry) {
+        Addresses global;
+        mGlobalRegistry->GetRegistered(global);
+        for (const GIPCQueueAddress& queue : global) queues.Append(queue);
+    }
+    GTable<std::int32_t> processIDs;
+    for (const GIPCQueueAddress& queue : queues)
+        if (!processIDs.Has(queue.mProcessID)) processIDs.Append(queue.mProcessID);
+    for (const std::int32_t processID : processIDs) {
+        try {
+            SendToProcess(processID, type, data, once);
+        } catch (const GException&) {
+            // What one target cannot take is not the others' loss.
+        }
+    }
+}
+
+// --- Messages kept for later, and processes that are gone
+
+void GPPIPCManager::DelayedTargetFailed(const MessageData&) {
+    // Another queue of the process may be in order, so the process stays registered.
+}
+
+bool GPPIPCManager::IsDelayedTargetGone(const MessageData& message) {
+    return !IsRunning(message.mQueue.mProcessID);
+}
+
+bool GPPIPCManager::IsBeingWritten(const GIPCQueueAddress& queue) const {
+    return mBeingWritten.Has(queue);
+}
+
+long GPPIPCManager::GetDelayedLimit() const {
+    return cMaxDelayedPerTarget;
+}
+
+void GPPIPCManager::PurgeProcess(long processID) {
+    if (mGlobalRegistry) mGlobalRegistry->Unregister(processID);
+    mSessionRegistry->Unregister(processID);
+}
