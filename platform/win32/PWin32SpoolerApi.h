@@ -4,8 +4,11 @@
 // share a call's name (MonitorPlatform::OpenPrinter).
 #include "platform/win32/PWin32Api.h"
 
-#include <winsplp.h>
 #include <winspool.h>
+
+// Built on the types of the one above.
+#include <winsplp.h>
+
 #undef OpenPrinter
 #undef EnumPorts
 #undef AddPort

@@ -1,0 +1,49 @@
+#include "framework/GBasicFrameworkCoreLayer.h"
+
+#include <gtest/gtest.h>
+
+#include "framework/core/GDictUtil.h"
+#include "framework/core/GException.h"
+#include "framework/core/GStringPool.h"
+#include "framework/core/GUTF8Encoding.h"
+#include "framework/ipc/GShMemID.h"
+
+namespace {
+
+bool IsUp() {
+    return !GShMemID::GetSpecialID(GShMemID::cRegistry).IsEmpty();
+}
+
+TEST(GBasicFrameworkCoreLayer, StartsOnceAndStopsWithTheLastUser) {
+    GBasicFrameworkCoreLayer::Finalize();
+    EXPECT_FALSE(IsUp()) << "one too many does nothing";
+    for (int round = 0; round < 3; ++round) {
+        SCOPED_TRACE(round);
+        GBasicFrameworkCoreLayer::Initialize();
+        EXPECT_TRUE(IsUp());
+        GBasicFrameworkCoreLayer::Initialize();
+        GBasicFrameworkCoreLayer::Finalize();
+        EXPECT_TRUE(IsUp());
+        GBasicFrameworkCoreLayer::Finalize();
+        EXPECT_FALSE(IsUp());
+    }
+}
+
+TEST(GBasicFrameworkCoreLayer, BringsLineEndAndMessages) {
+    GBasicFrameworkCoreLayer::Initialize();
+    EXPECT_TRUE(GDictUtil::GetEOLString() == GString("\r\n"));
+    EXPECT_TRUE(GSimpleException(40153).GetDescription() ==
+                GString("The message you tried to send was too large"));
+    GBasicFrameworkCoreLayer::Finalize();
+}
+
+TEST(GBasicFrameworkCoreLayer, TextsMadeBeforeTheStopStayUsable) {
+    GBasicFrameworkCoreLayer::Initialize();
+    const GString before = GString::FromUTF8("na\xC3\xAFve");
+    GBasicFrameworkCoreLayer::Finalize();
+    const GString after = GString::FromUTF8("na\xC3\xAFve");
+    EXPECT_TRUE(before == after);
+    EXPECT_EQ(before.GetLength(), 5);
+}
+
+}  // namespace

@@ -1,0 +1,68 @@
+#include "monitor/GSettingsInterface.h"
+
+#include <gtest/gtest.h>
+
+#include <type_traits>
+
+#include "framework/core/GUTF8Encoding.h"
+#include "framework/streams/GBin2TextStream.h"
+#include "framework/streams/GMemoryInStream.h"
+
+namespace {
+
+/// Keeps its text in a string.
+class StringSettings final : public GSettingsInterface {
+public:
+    bool Load() override {
+        const GBuffer bytes = mKept.GetBuffer(GUTF8Encoding::GetInstance());
+        GMemoryInStream source(bytes);
+        GBin2TextStream stream(source, GUTF8Encoding::GetInstance());
+        return ReadText(stream);
+    }
+    void Store() const override { WriteText(mKept); }
+    void Forget() override { mKept.Clear(); }
+
+    mutable GString mKept;
+};
+
+TEST(GSettingsInterface, SetsReplacesAndClears) {
+    StringSettings settings;
+    EXPECT_EQ(settings.Find(GPPSettingsKey::cActorName), nullptr);
+    settings.Set(GPPSettingsKey::cActorName, GString("first"));
+    settings.Set(GPPSettingsKey::cActorName, GString("second"));
+    settings.Set(GPPSettingsKey::cIsPlugin, GString("true"));
+    ASSERT_NE(settings.Find("ActorName"), nullptr);
+    EXPECT_TRUE(*settings.Find("ActorName") == GString("second"));
+    EXPECT_EQ(settings.Find("actorname"), nullptr);
+    settings.Clear();
+    EXPECT_EQ(settings.Find("IsPlugin"), nullptr);
+}
+
+TEST(GSettingsInterface, SurvivesAsText) {
+    StringSettings settings;
+    settings.Set(GPPSettingsKey::cApplicationPath, GString("C:\\Program Files\\x.exe"));
+    settings.Set(GPPSettingsKey::cPDFSettings, GString("\"a\"\n#b"));
+    settings.Store();
+    StringSettings other(settings);
+    other.Clear();
+    other.Set("Old", GString("1"));
+    EXPECT_TRUE(other.Load());
+    EXPECT_TRUE(*other.Find("ApplicationPath") == GString("C:\\Program Files\\x.exe"));
+    EXPECT_TRUE(*other.Find("PDFSettings") == GString("\"a\"\r\n#b"));
+    EXPECT_EQ(other.Find("Old"), nullptr);
+    other.Forget();
+    EXPECT_FALSE(other.Load());
+}
+
+TEST(GSettingsInterface, CopiesAreIndependent) {
+    static_assert(std::is_abstract_v<GSettingsInterface>);
+    StringSettings one;
+    one.Set("Key", GString("1"));
+    StringSettings two(one);
+    two.Set("Key", GString("2"));
+    EXPECT_TRUE(*one.Find("Key") == GString("1"));
+    one = two;
+    EXPECT_TRUE(*one.Find("Key") == GString("2"));
+}
+
+}  // namespace

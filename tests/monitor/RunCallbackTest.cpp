@@ -1,0 +1,80 @@
+#include "monitor/RunCallback.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <stdexcept>
+#include <thread>
+
+#include "tests/monitor/FakeMonitorPlatform.h"
+
+namespace {
+
+class RunCallbackTest : public testing::Test {
+protected:
+    template <class Body>
+    bool Run(CallbackFailure failure, Body body) {
+        return RunCallback(mPlatform, mState, L"PPMTest", failure, [&] {
+            mPlatform.mLastError = 5;  // what the work leaves behind
+            return body();
+        });
+    }
+    bool IsLockFree() {
+        bool free = false;
+        std::thread other([&] {
+            free = mState.sMonitorLock.TryToLock();
+            if (free) mState.sMonitorLock.Unlock();
+        });
+        other.join();
+        return free;
+    }
+
+    FakeMonitorPlatform mPlatform;
+    MonitorState mState;
+};
+
+TEST_F(RunCallbackTest, LeavesTheLastErrorUnlessTheOutcomeNamesOne) {
+    const struct {
+        const char* what;
+        CallbackOutcome outcome;
+        bool result;
+        std::uint32_t lastError;
+    } rows[] = {
+        {"success", CallbackOutcome::Success(), true, FakeMonitorPlatform::cUntouched},
+        {"failure", CallbackOutcome::Failure(39), false, 39},
+        {"failure without a code", CallbackOutcome::SilentFailure(), false, FakeMonitorPlatform::cUntouched},
+        {"success with a code", {true, 1906}, true, 1906},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.what);
+        mPlatform.mLastError = FakeMonitorPlatform::cUntouched;
+        EXPECT_EQ(Run({1003}, [&] { return row.outcome; }), row.result);
+        EXPECT_EQ(mPlatform.mLastError, row.lastError);
+    }
+}
+
+TEST_F(RunCallbackTest, TracesBeforeItLocksAndLocksForTheWholeRun) {
+    bool lockedInside = false;
+    Run({1003}, [&] {
+        EXPECT_THAT(mPlatform.mEvents, testing::ElementsAre("PPMTest"));
+        lockedInside = !IsLockFree();
+        return CallbackOutcome::Success();
+    });
+    EXPECT_TRUE(lockedInside);
+    EXPECT_TRUE(IsLockFree());
+}
+
+TEST_F(RunCallbackTest, TurnsAnyExceptionIntoTheFailureCode) {
+    EXPECT_FALSE(Run({14}, []() -> CallbackOutcome { throw std::runtime_error("lost"); }));
+    EXPECT_EQ(mPlatform.mLastError, 14u);
+    EXPECT_FALSE(Run({1003}, []() -> CallbackOutcome { throw 7; }));
+    EXPECT_EQ(mPlatform.mLastError, 1003u);
+    EXPECT_TRUE(IsLockFree());
+}
+
+TEST_F(RunCallbackTest, LetsAnExceptionOutOnlyWhenAskedAndAfterTheLockIsFree) {
+    EXPECT_THROW(Run({}, []() -> CallbackOutcome { throw std::runtime_error("lost"); }), std::runtime_error);
+    EXPECT_TRUE(IsLockFree());
+}
+
+}  // namespace
