@@ -152,6 +152,8 @@ std::wstring Installation::InstallDriverForWine() {
         Say(L"The printer driver '" + name + L"' is there already.");
         return name;
     }
+    // Wine takes a description that is not there and fails only when something is printed.
+    if (!LibraryFile::Exists(mWishes.ppd)) throw Failure(L"There is no file " + mWishes.ppd + L'.');
     const std::wstring description = Drivers::InstallForWine(name, mWishes.ppd);
     mRollback.AddUndo(L"the installed printer driver", [name, description] {
         Drivers::Remove(name);

@@ -122,13 +122,13 @@ void LibraryFile::MoveBack(const std::wstring& aside, const std::wstring& target
 }
 
 bool LibraryFile::Remove(const std::wstring& path) {
-    if (::DeleteFileW(path.c_str())) return true;
-    const DWORD error = ::GetLastError();
-    if (error == ERROR_FILE_NOT_FOUND || error == ERROR_PATH_NOT_FOUND) return true;
-    // Access denied is also what deleting a loaded library gives. Who lacks the rights fails here.
+    if (!Exists(path)) return true;
+    // Under another name first: a file that is open somewhere may keep its name when it is deleted.
     const std::wstring aside = MoveAside(path);
-    if (!::MoveFileExW(aside.c_str(), nullptr, MOVEFILE_DELAY_UNTIL_REBOOT)) {
-        throw SystemFailure(L"Removing " + aside);
+    if (::DeleteFileW(aside.c_str()) || ::MoveFileExW(aside.c_str(), nullptr, MOVEFILE_DELAY_UNTIL_REBOOT)) {
+        return !Exists(aside);
     }
-    return false;
+    const Failure failure = SystemFailure(L"Removing " + path);
+    MoveBack(aside, path);
+    throw failure;
 }

@@ -1,5 +1,6 @@
 #include "tools/quillonctl/MonitorRegistry.h"
 
+#include "monitor/MonitorNames.h"
 #include "tools/quillonctl/Product.h"
 #include "tools/quillonctl/RegistryKey.h"
 #include "tools/quillonctl/SpoolerList.h"
@@ -7,6 +8,17 @@
 #include <winspool.h>
 
 namespace {
+
+constexpr bool IsSameText(const wchar_t* wide, const char* narrow) {
+    while (*wide != 0 && *wide == static_cast<wchar_t>(*narrow)) {
+        ++wide;
+        ++narrow;
+    }
+    return *wide == static_cast<wchar_t>(*narrow);
+}
+
+static_assert(IsSameText(Product::cMonitorName, MonitorNames::cMonitor));
+static_assert(IsSameText(Product::cPortName, MonitorNames::cPort));
 
 std::wstring GetPortsKeyPath() {
     return std::wstring(L"System\\CurrentControlSet\\Control\\Print\\Monitors\\") + Product::cMonitorName +

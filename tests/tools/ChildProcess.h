@@ -1,0 +1,27 @@
+#pragma once
+
+#include <string>
+
+/// ChildProcess: a program of this build, running in a process group of its own with its output in a
+/// file. Whatever still runs when the object goes is ended.
+class ChildProcess {
+public:
+    /// `commandLine` begins with the program's file name; it stands beside this test program.
+    ChildProcess(const std::wstring& commandLine, const std::wstring& outputPath,
+                 const std::wstring& errorPath);
+    ChildProcess(const ChildProcess&) = delete;
+    ChildProcess& operator=(const ChildProcess&) = delete;
+    ~ChildProcess();
+
+    bool IsStarted() const { return mProcess != nullptr; }
+    unsigned long GetID() const { return mID; }
+    bool IsRunning() const;
+    /// As Ctrl-Break on the program's console.
+    bool Break() const;
+    /// Waits half a minute at most; -1 when it still runs then.
+    long WaitForExitCode() const;
+
+private:
+    void* mProcess = nullptr;
+    unsigned long mID = 0;
+};

@@ -1,0 +1,124 @@
+#include "tools/quillonctl/CommandLine.h"
+
+#include <gmock/gmock.h>
+
+#include "tools/console/Console.h"
+#include "tools/quillonctl/Failure.h"
+
+namespace {
+
+using Arguments = std::vector<std::wstring>;
+
+struct Parsed {
+    Command command;
+    std::wstring printer;
+    std::wstring driver;
+    std::wstring ppd;
+    std::wstring library;
+};
+
+TEST(CommandLine, ReadsACommandAndItsOptionsInAnyOrder) {
+    const struct {
+        const char* what;
+        Arguments arguments;
+        Parsed expected;
+    } rows[] = {
+        {"a command alone", {L"install"}, {Command::Install, L"", L"", L"", L""}},
+        {"uninstall", {L"uninstall"}, {Command::Uninstall, L"", L"", L"", L""}},
+        {"status", {L"status"}, {Command::Status, L"", L"", L"", L""}},
+        {"testpage", {L"testpage"}, {Command::TestPage, L"", L"", L"", L""}},
+        {"testpage with a printer",
+         {L"testpage", L"--printer", L"A B"},
+         {Command::TestPage, L"A B", L"", L"", L""}},
+        {"every option of install",
+         {L"install", L"--dll", L"C:\\x.dll", L"--ppd", L"p.ppd", L"--printer", L"P", L"--driver", L"D, x"},
+         {Command::Install, L"P", L"D, x", L"p.ppd", L"C:\\x.dll"}},
+        {"a value with one dash", {L"install", L"--driver", L"-x"}, {Command::Install, L"", L"-x", L"", L""}},
+        {"help", {L"--help"}, {Command::Help, L"", L"", L"", L""}},
+        {"short help", {L"-h"}, {Command::Help, L"", L"", L"", L""}},
+        {"help behind half a command",
+         {L"install", L"--printer", L"--help"},
+         {Command::Help, L"", L"", L"", L""}},
+        {"help behind an unknown command", {L"instal", L"--help"}, {Command::Help, L"", L"", L"", L""}},
+        {"version", {L"--version"}, {Command::Version, L"", L"", L"", L""}},
+        {"the longest printer name",
+         {L"install", L"--printer", std::wstring(220, L'p')},
+         {Command::Install, std::wstring(220, L'p'), L"", L"", L""}},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.what);
+        const CommandLine result = ParseCommandLine(row.arguments);
+        EXPECT_EQ(result.command, row.expected.command);
+        EXPECT_EQ(result.printer, row.expected.printer);
+        EXPECT_EQ(result.driver, row.expected.driver);
+        EXPECT_EQ(result.ppd, row.expected.ppd);
+        EXPECT_EQ(result.library, row.expected.library);
+    }
+}
+
+TEST(CommandLine, RefusesWhatItDoesNotKnowAndNamesIt) {
+    const struct {
+        const char* what;
+        Arguments arguments;
+        const wchar_t* named;
+    } rows[] = {
+        {"nothing", {}, L"No command"},
+        {"an unknown command", {L"remove"}, L"'remove' is not a command"},
+        {"a shortened command", {L"inst"}, L"'inst' is not a command"},
+        {"a command in upper case", {L"Status"}, L"'Status' is not a command"},
+        {"an empty command", {L""}, L"'' is not a command"},
+        {"an option first", {L"--printer", L"x"}, L"'--printer' is not a command"},
+        {"version with more", {L"--version", L"status"}, L"'--version' is not a command"},
+        {"an unknown option", {L"install", L"--force"}, L"'--force' is not an option of install"},
+        {"an option with one dash", {L"install", L"-printer", L"x"}, L"'-printer' is not an option"},
+        {"an option joined to its value", {L"install", L"--printer=x"}, L"'--printer=x' is not an option"},
+        {"a second command", {L"install", L"status"}, L"'status' is not an option of install"},
+        {"an option of another command",
+         {L"status", L"--printer", L"x"},
+         L"'--printer' does not go with status"},
+        {"testpage with a driver", {L"testpage", L"--driver", L"x"}, L"'--driver' does not go with testpage"},
+        {"uninstall with a printer", {L"uninstall", L"--printer", L"x"}, L"does not go with uninstall"},
+        {"a value missing at the end", {L"install", L"--printer"}, L"'--printer' needs a NAME"},
+        {"an option for a value", {L"install", L"--ppd", L"--driver", L"x"}, L"'--ppd' needs a FILE"},
+        {"an empty value", {L"install", L"--driver", L""}, L"'--driver' needs a NAME"},
+        {"an option twice", {L"install", L"--ppd", L"a", L"--ppd", L"a"}, L"'--ppd' is given twice"},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.what);
+        try {
+            ParseCommandLine(row.arguments);
+            ADD_FAILURE() << "accepted";
+        } catch (const UsageFailure& failure) {
+            EXPECT_NE(failure.GetText().find(row.named), std::wstring::npos) << ToUTF8(failure.GetText());
+        }
+    }
+}
+
+TEST(CommandLine, RefusesPrinterNamesThatMeanSomethingElseToTheSpooler) {
+    const struct {
+        const char* what;
+        std::wstring name;
+    } rows[] = {
+        {"another machine's printer", L"\\\\server\\printer"},
+        {"a backslash inside", L"a\\b"},
+        {"a comma", L"Proof, Port"},
+        {"an exclamation mark", L"Proof!"},
+        {"a line end", L"a\nb"},
+        {"a blank in front", L" Proof"},
+        {"a blank behind", L"Proof "},
+        {"one unit too long", std::wstring(221, L'p')},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.what);
+        EXPECT_THROW(ParseCommandLine({L"install", L"--printer", row.name}), UsageFailure);
+        EXPECT_THROW(ParseCommandLine({L"testpage", L"--printer", row.name}), UsageFailure);
+    }
+}
+
+TEST(CommandLine, HelpTellsWhichCommandTakesAnOption) {
+    const std::string help = ToUTF8(GetHelpText());
+    EXPECT_THAT(help, testing::HasSubstr("\n  --printer NAME  the printer's name (install, testpage)\n"));
+    EXPECT_THAT(help, testing::HasSubstr("\n  uninstall       remove what"));
+}
+
+}  // namespace

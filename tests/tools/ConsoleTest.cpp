@@ -1,0 +1,102 @@
+#include "tools/console/Console.h"
+
+#include <gmock/gmock.h>
+
+#include "platform/win32/PWin32Api.h"
+#include "tests/tools/TemporaryFolder.h"
+#include "tools/quillonctl/Failure.h"
+
+namespace {
+
+/// The process's standard output goes to a file while it exists.
+class OutputToFile {
+public:
+    explicit OutputToFile(const std::wstring& path, DWORD access = GENERIC_WRITE)
+        : mBefore(::GetStdHandle(STD_OUTPUT_HANDLE)),
+          mFile(::CreateFileW(path.c_str(), access, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, OPEN_ALWAYS,
+                              0, nullptr)) {
+        ::SetStdHandle(STD_OUTPUT_HANDLE, mFile);
+    }
+    ~OutputToFile() {
+        ::SetStdHandle(STD_OUTPUT_HANDLE, mBefore);
+        ::CloseHandle(mFile);
+    }
+
+private:
+    HANDLE mBefore;
+    HANDLE mFile;
+};
+
+TEST(Console, WritesUTF8WithBareLineFeedsToAFile) {
+    const TemporaryFolder folder("console-test");
+    const std::wstring path = folder.GetFile(L"out");
+    bool written = false;
+    {
+        const OutputToFile output(path);
+        written =
+            Console::Write(L"K\u00F6ln \u20AC \U0001F600\n") && Console::Write(L"") && Console::Write(L"x\n");
+    }
+    EXPECT_TRUE(written);
+    EXPECT_EQ(TemporaryFolder::ReadFile(path), "K\xC3\xB6ln \xE2\x82\xAC \xF0\x9F\x98\x80\nx\n");
+}
+
+TEST(Console, WritesTextsBeyondOneBlockWhole) {
+    const TemporaryFolder folder("console-test");
+    const std::wstring path = folder.GetFile(L"out");
+    bool written = false;
+    {
+        const OutputToFile output(path);
+        written = Console::Write(std::wstring(3'000'001, L'x'));
+    }
+    EXPECT_TRUE(written);
+    EXPECT_EQ(TemporaryFolder::ReadFile(path), std::string(3'000'001, 'x'));
+}
+
+TEST(Console, TellsWhenTheTextCouldNotBeWritten) {
+    const TemporaryFolder folder("console-test");
+    bool written = true;
+    {
+        const OutputToFile output(folder.WriteFile(L"out", ""), GENERIC_READ);
+        written = Console::Write(L"x");
+    }
+    EXPECT_FALSE(written);
+}
+
+TEST(ToUTF8, ReplacesUnpairedSurrogates) {
+    const struct {
+        const char* what;
+        std::wstring text;
+        const char* expected;
+    } rows[] = {
+        {"empty", L"", ""},
+        {"one, two, three and four bytes", L"a\u00E4\u20AC\U00010000",
+         "a\xC3\xA4\xE2\x82\xAC\xF0\x90\x80\x80"},
+        {"a zero", std::wstring(1, L'\0') + L"b", nullptr},
+        {"a high surrogate alone", std::wstring(1, wchar_t(0xD83D)) + L"x", "\xEF\xBF\xBDx"},
+        {"a low surrogate alone", std::wstring(1, wchar_t(0xDE00)), "\xEF\xBF\xBD"},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.what);
+        EXPECT_EQ(ToUTF8(row.text),
+                  row.expected != nullptr ? std::string(row.expected) : std::string("\0b", 2));
+    }
+}
+
+TEST(Failure, NamesTheActionTheReasonAndTheNumber) {
+    const std::string text = ToUTF8(SystemFailure(L"Opening it", ERROR_FILE_NOT_FOUND).GetText());
+    EXPECT_THAT(text, testing::StartsWith("Opening it failed: "));
+    EXPECT_THAT(text, testing::EndsWith("(error 2)"));
+}
+
+TEST(Failure, AdvisesWhereTheAdministratorCanHelp) {
+    EXPECT_THAT(ToUTF8(DescribeSystemError(ERROR_ACCESS_DENIED)),
+                testing::EndsWith("(error 5)\nRun this from an administrator's command prompt."));
+    EXPECT_THAT(ToUTF8(DescribeSystemError(RPC_S_SERVER_UNAVAILABLE)),
+                testing::HasSubstr("net start spooler"));
+}
+
+TEST(Failure, ANumberWithoutATextStandsAlone) {
+    EXPECT_EQ(ToUTF8(DescribeSystemError(0x2FFFFFFF)), "(error 805306367)");
+}
+
+}  // namespace

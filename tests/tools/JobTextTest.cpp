@@ -1,0 +1,113 @@
+#include "examples/PrinterProcessorWin/JobText.h"
+
+#include <gmock/gmock.h>
+
+#include "examples/PrinterProcessorWin/JobFile.h"
+#include "monitor/GPPJobRecord.h"
+#include "platform/win32/PWin32Api.h"
+#include "platform/win32/PWin32Wide.h"
+#include "tests/tools/TemporaryFolder.h"
+#include "tools/console/Console.h"
+
+namespace {
+
+GPPJobRecord MakeRecord(const std::string& dictionaryText) {
+    GPPJobRecord record;
+    const GBuffer data(reinterpret_cast<const unsigned char*>(dictionaryText.data()),
+                       static_cast<long>(dictionaryText.size()));
+    EXPECT_TRUE(record.SetFromMessageData(data));
+    return record;
+}
+
+const char cFullRecord[] =
+    "#BEGINDICT\r\n"
+    "\"UserName\" \"J\xC3\xBCrgen \\\"J\\\"\"\r\n"
+    "\"JobPath\" \"C:\\\\Temp\\\\a.ps\"\r\n"
+    "\"PrinterName\" \"Proof\"\r\n"
+    "\"PortName\" \"QuillonPDFPort:\"\r\n"
+    "\"CopyCount\" \"1\"\r\n"
+    "#ENDDICT\r\n";
+
+TEST(JobText, AFullRecordAsLines) {
+    EXPECT_EQ(ToUTF8(FormatAsLines(MakeRecord(cFullRecord), 12345)),
+              "Job file: C:\\Temp\\a.ps\n"
+              "Bytes: 12345\n"
+              "User: J\xC3\xBCrgen \"J\"\n"
+              "Printer: Proof\n"
+              "Port: QuillonPDFPort:\n"
+              "Copies: 1\n\n");
+}
+
+TEST(JobText, AFullRecordAsJson) {
+    EXPECT_EQ(ToUTF8(FormatAsJson(MakeRecord(cFullRecord), 12345)),
+              R"({"JobPath":"C:\\Temp\\a.ps","JobBytes":12345,"UserName":"J)"
+              "\xC3\xBC"
+              R"(rgen \"J\"","PrinterName":"Proof","PortName":"QuillonPDFPort:","CopyCount":1})"
+              "\n");
+}
+
+TEST(JobText, ARecordWithoutValuesIsStillWellFormed) {
+    const GPPJobRecord record = MakeRecord("#BEGINDICT\r\n#ENDDICT\r\n");
+    EXPECT_EQ(ToUTF8(FormatAsLines(record, std::nullopt)),
+              "Job file: \nBytes: unknown\nUser: \nPrinter: \nPort: \nCopies: 0\n\n");
+    EXPECT_EQ(ToUTF8(FormatAsJson(record, std::nullopt)),
+              "{\"JobPath\":\"\",\"JobBytes\":null,\"UserName\":\"\",\"PrinterName\":\"\",\"PortName\":\"\","
+              "\"CopyCount\":0}\n");
+}
+
+TEST(JobText, ValuesCannotSteerTheTerminalNorAddLines) {
+    const GPPJobRecord record =
+        MakeRecord("#BEGINDICT\r\n\"UserName\" \"a\\nCopies: 9\x1B[2J\x7F\xC2\x9B\xC2\xA0\"\r\n#ENDDICT\r\n");
+    const std::string lines = ToUTF8(FormatAsLines(record, 0));
+    EXPECT_THAT(lines, testing::HasSubstr("\nUser: a?Copies: 9?[2J??\xC2\xA0\nPrinter:"));
+    EXPECT_THAT(ToUTF8(FormatAsJson(record, 0)), testing::HasSubstr(R"(:"a\nCopies: 9\u001b[2J\u007f)"));
+}
+
+TEST(WaitForJobFile, TellsTheSizeOfAClosedFile) {
+    const TemporaryFolder folder("job-file-test");
+    const std::wstring path = folder.WriteFile(L"a.ps", "12345");
+    EXPECT_EQ(WaitForJobFile(FromWide(path.c_str(), static_cast<long>(path.size()))), 5u);
+}
+
+TEST(WaitForJobFile, AMissingFileIsNotWaitedFor) {
+    const TemporaryFolder folder("job-file-test");
+    const std::wstring path = folder.GetFile(L"missing.ps");
+    EXPECT_FALSE(WaitForJobFile(FromWide(path.c_str(), static_cast<long>(path.size()))));
+    EXPECT_FALSE(WaitForJobFile(GString()));
+}
+
+/// Closes a file a moment later, as the monitor does once its notification has been taken.
+class LateCloser {
+public:
+    explicit LateCloser(HANDLE file)
+        : mFile(file), mThread(::CreateThread(nullptr, 0, Close, this, 0, nullptr)) {}
+    ~LateCloser() {
+        ::WaitForSingleObject(mThread, INFINITE);
+        ::CloseHandle(mThread);
+    }
+
+private:
+    static DWORD WINAPI Close(void* self) {
+        const HANDLE file = static_cast<LateCloser*>(self)->mFile;
+        DWORD written = 0;
+        ::Sleep(100);
+        ::WriteFile(file, "last", 4, &written, nullptr);
+        ::CloseHandle(file);
+        return 0;
+    }
+
+    HANDLE mFile;
+    HANDLE mThread;
+};
+
+TEST(WaitForJobFile, WaitsUntilTheWriterHasClosed) {
+    const TemporaryFolder folder("job-file-test");
+    const std::wstring path = folder.GetFile(L"a.ps");
+    const HANDLE file =
+        ::CreateFileW(path.c_str(), GENERIC_WRITE, FILE_SHARE_READ, nullptr, CREATE_ALWAYS, 0, nullptr);
+    ASSERT_NE(file, INVALID_HANDLE_VALUE);
+    const LateCloser closer(file);
+    EXPECT_EQ(WaitForJobFile(FromWide(path.c_str(), static_cast<long>(path.size()))), 4u);
+}
+
+}  // namespace

@@ -1,0 +1,70 @@
+#include "examples/PrinterProcessorWin/JsonText.h"
+
+#include <gmock/gmock.h>
+
+#include "examples/PrinterProcessorWin/Options.h"
+#include "tools/console/Console.h"
+
+namespace {
+
+TEST(QuoteAsJson, EscapesWhatJsonForbidsAndKeepsTheRest) {
+    const struct {
+        const char* what;
+        std::wstring text;
+        const char* expected;
+    } rows[] = {
+        {"empty", L"", "\"\""},
+        {"plain", L"anna", "\"anna\""},
+        {"a path", L"C:\\a b\\c.ps", R"("C:\\a b\\c.ps")"},
+        {"quotes and a slash", L"\"x\"/", R"("\"x\"/")"},
+        {"line ends and a tab", L"a\r\nb\tc", R"("a\r\nb\tc")"},
+        {"a zero", std::wstring(1, L'\0'), R"("\u0000")"},
+        {"the last control character", L"\x1F ", R"("\u001f ")"},
+        {"delete", L"~\x7F\x80", "\"~\\u007f\xC2\x80\""},
+        {"line separators", L"\x85\x2027\x2028\x2029\x202A",
+         "\"\\u0085\xE2\x80\xA7\\u2028\\u2029\xE2\x80\xAA\""},
+        {"other scripts", L"K\u00F6ln \u20AC", "\"K\xC3\xB6ln \xE2\x82\xAC\""},
+        {"a surrogate pair", L"\U0001F600", "\"\xF0\x9F\x98\x80\""},
+        {"a high surrogate at the end", std::wstring(1, wchar_t(0xD83D)), R"("\ud83d")"},
+        {"two high surrogates and a low one",
+         {wchar_t(0xD83D), wchar_t(0xD83D), wchar_t(0xDE00)},
+         "\"\\ud83d\xF0\x9F\x98\x80\""},
+        {"a pair the wrong way round", {wchar_t(0xDE00), wchar_t(0xD83D)}, R"("\ude00\ud83d")"},
+        {"the edges of the surrogates", {wchar_t(0xD7FF), wchar_t(0xE000)}, "\"\xED\x9F\xBF\xEE\x80\x80\""},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.what);
+        EXPECT_EQ(ToUTF8(QuoteAsJson(row.text)), row.expected);
+    }
+}
+
+TEST(Options, AreReadStrictly) {
+    const struct {
+        const char* what;
+        std::vector<const wchar_t*> arguments;
+        bool accepted;
+        bool json;
+        bool once;
+    } rows[] = {
+        {"no option", {L"p.exe"}, true, false, false},
+        {"json", {L"p.exe", L"--json"}, true, true, false},
+        {"once", {L"p.exe", L"--once"}, true, false, true},
+        {"both", {L"p.exe", L"--once", L"--json"}, true, true, true},
+        {"twice", {L"p.exe", L"--json", L"--json"}, true, true, false},
+        {"help", {L"p.exe", L"--help"}, false, false, false},
+        {"unknown behind known", {L"p.exe", L"--json", L"--twice"}, false, false, false},
+        {"shortened", {L"p.exe", L"--js"}, false, false, false},
+        {"empty", {L"p.exe", L""}, false, false, false},
+        {"not even a program's name", {}, true, false, false},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.what);
+        const auto options = Options::Parse(static_cast<int>(row.arguments.size()), row.arguments.data());
+        ASSERT_EQ(options.has_value(), row.accepted);
+        if (!options) continue;
+        EXPECT_EQ(options->json, row.json);
+        EXPECT_EQ(options->once, row.once);
+    }
+}
+
+}  // namespace

@@ -1,0 +1,70 @@
+#include "tools/quillonctl/Rollback.h"
+
+#include <gmock/gmock.h>
+
+#include <stdexcept>
+
+#include "tools/quillonctl/Failure.h"
+
+namespace {
+
+using testing::ElementsAre;
+using Log = std::vector<std::wstring>;
+
+class RollbackTest : public testing::Test {
+protected:
+    Rollback::Reporter Report() {
+        return [this](const std::wstring& text) { mLog.push_back(text); };
+    }
+    Rollback::Action Note(const wchar_t* text) {
+        return [this, text] { mLog.push_back(text); };
+    }
+    Log mLog;
+};
+
+TEST_F(RollbackTest, TakesTheStepsBackNewestFirst) {
+    {
+        Rollback rollback(Report());
+        rollback.AddUndo(L"the first", Note(L"undo 1"));
+        rollback.AddUndo(L"the second", Note(L"undo 2"));
+        rollback.AddCompletion(Note(L"completion"));
+    }
+    EXPECT_THAT(mLog,
+                ElementsAre(L"Taking back the second.", L"undo 2", L"Taking back the first.", L"undo 1"));
+}
+
+TEST_F(RollbackTest, RunsWhileAnExceptionIsOnItsWay) {
+    try {
+        Rollback rollback(Report());
+        rollback.AddUndo(L"it", Note(L"undo"));
+        throw Failure(L"a later step");
+    } catch (const Failure& failure) {
+        mLog.push_back(failure.GetText());
+    }
+    EXPECT_THAT(mLog, ElementsAre(L"Taking back it.", L"undo", L"a later step"));
+}
+
+TEST_F(RollbackTest, AnUndoThatFailsIsNamedAndTheOthersStillRun) {
+    {
+        Rollback rollback(Report());
+        rollback.AddUndo(L"the first", Note(L"undo 1"));
+        rollback.AddUndo(L"the second", [] { throw Failure(L"In use."); });
+    }
+    EXPECT_THAT(
+        mLog, ElementsAre(L"Taking back the second.", L"Warning: the second could not be taken back. In use.",
+                          L"Taking back the first.", L"undo 1"));
+}
+
+TEST_F(RollbackTest, CommittingKeepsTheStepsAndCompletesThemInOrder) {
+    {
+        Rollback rollback(Report());
+        rollback.AddUndo(L"it", Note(L"undo"));
+        rollback.AddCompletion(Note(L"completion 1"));
+        rollback.AddCompletion([] { throw Failure(L"No space."); });
+        rollback.AddCompletion(Note(L"completion 3"));
+        rollback.Commit();
+    }
+    EXPECT_THAT(mLog, ElementsAre(L"completion 1", L"Warning: No space.", L"completion 3"));
+}
+
+}  // namespace

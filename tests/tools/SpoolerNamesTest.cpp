@@ -1,0 +1,79 @@
+#include <gmock/gmock.h>
+
+#include "tools/quillonctl/Drivers.h"
+#include "tools/quillonctl/Printers.h"
+
+namespace {
+
+using Names = std::vector<std::wstring>;
+
+TEST(Printers, SplitsTheListOfAPooledPrintersPorts) {
+    const struct {
+        const char* what;
+        const wchar_t* list;
+        Names expected;
+    } rows[] = {
+        {"nothing", L"", {}},
+        {"one port", L"LPT1:", {L"LPT1:"}},
+        {"two ports", L"LPT1:,QuillonPDFPort:", {L"LPT1:", L"QuillonPDFPort:"}},
+        {"blanks around", L" LPT1: , C:\\a b.txt ", {L"LPT1:", L"C:\\a b.txt"}},
+        {"empty parts", L",LPT1:,, ,", {L"LPT1:"}},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.what);
+        EXPECT_EQ(SplitPortList(row.list), row.expected);
+    }
+}
+
+TEST(Printers, KnowsOurPortInWhateverCaseAndPlace) {
+    const struct {
+        const char* what;
+        Names ports;
+        bool ours;
+    } rows[] = {
+        {"ours", {L"QuillonPDFPort:"}, true},
+        {"in upper case", {L"QUILLONPDFPORT:"}, true},
+        {"one of a pool", {L"LPT1:", L"QuillonPDFPort:"}, true},
+        {"without the colon", {L"QuillonPDFPort"}, false},
+        {"a longer name", {L"QuillonPDFPort:2"}, false},
+        {"another port", {L"LPT1:"}, false},
+        {"no port", {}, false},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.what);
+        EXPECT_EQ((PrinterInfo{L"P", row.ports, L"D"}).IsOnOurPort(), row.ours);
+    }
+}
+
+TEST(Drivers, ChoosesAPostScriptDriverOfWindowsBeforeAMakers) {
+    const DriverInfo classDriver{L"Microsoft PS Class Driver", L"C:\\d\\mxdwdrv.dll", L""};
+    const DriverInfo imagesetter{L"MS Publisher Imagesetter", L"C:\\d\\PSCRIPT5.DLL", L""};
+    const DriverInfo maker{L"Laser 9 PS", L"C:\\d\\pscript5.dll", L""};
+    const DriverInfo wine{L"Test PS", L"C:\\d\\wineps.drv", L""};
+    const DriverInfo fax{L"Fax", L"C:\\d\\fxsdrv.dll", L""};
+    const DriverInfo lookalike{L"PS for all", L"C:\\pscript5.dll\\unidrv.dll", L""};
+    const struct {
+        const char* what;
+        std::vector<DriverInfo> drivers;
+        const wchar_t* chosen;  // null: none
+    } rows[] = {
+        {"no driver", {}, nullptr},
+        {"none that makes PostScript", {fax, lookalike}, nullptr},
+        {"the only one", {fax, maker}, L"Laser 9 PS"},
+        {"Wine's", {fax, wine}, L"Test PS"},
+        {"Windows' own before a maker's", {maker, imagesetter}, L"MS Publisher Imagesetter"},
+        {"the class driver before the imagesetter",
+         {imagesetter, maker, classDriver},
+         L"Microsoft PS Class Driver"},
+        {"the first of two makers'", {wine, maker}, L"Test PS"},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.what);
+        const DriverInfo* chosen = ChoosePostScriptDriver(row.drivers);
+        ASSERT_EQ(chosen != nullptr, row.chosen != nullptr);
+        if (chosen == nullptr) continue;
+        EXPECT_EQ(chosen->name, row.chosen);
+    }
+}
+
+}  // namespace

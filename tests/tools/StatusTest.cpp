@@ -1,0 +1,128 @@
+#include "tools/quillonctl/Status.h"
+
+#include <gmock/gmock.h>
+
+#include <functional>
+
+#include "tools/console/Console.h"
+
+namespace {
+
+StatusFacts MakeReadyFacts() {
+    StatusFacts facts;
+    facts.registeredLibrary.value = L"QuillonPortMonitor64.dll";
+    facts.library.value = {L"C:\\windows\\system32\\QuillonPortMonitor64.dll", true, L"0.1.0.0"};
+    facts.portFound.value = true;
+    facts.printers.value = {{L"Quillon PDF", {L"QuillonPDFPort:"}, L"Some PS"}};
+    facts.listeners.value = {{1, 4711, Listener::State::Listening}};
+    facts.jobFolder.value = {L"C:\\Temp\\", 1536};
+    return facts;
+}
+
+TEST(StatusFacts, IsReadyOnlyWithEverythingThatAJobNeeds) {
+    const struct {
+        const char* what;
+        std::function<void(StatusFacts&)> change;
+        bool ready;
+    } rows[] = {
+        {"everything", [](StatusFacts&) {}, true},
+        {"no listener: jobs are written all the same", [](StatusFacts& f) { f.listeners.value.clear(); },
+         true},
+        {"listeners unknown", [](StatusFacts& f) { f.listeners.problem = L"x"; }, true},
+        {"job folder unknown", [](StatusFacts& f) { f.jobFolder.problem = L"x"; }, true},
+        {"no version", [](StatusFacts& f) { f.library.value.version.reset(); }, true},
+        {"not registered", [](StatusFacts& f) { f.registeredLibrary.value.reset(); }, false},
+        {"registration unknown", [](StatusFacts& f) { f.registeredLibrary.problem = L"x"; }, false},
+        {"library missing", [](StatusFacts& f) { f.library.value.exists = false; }, false},
+        {"library unknown", [](StatusFacts& f) { f.library.problem = L"x"; }, false},
+        {"port missing", [](StatusFacts& f) { f.portFound.value = false; }, false},
+        {"port unknown", [](StatusFacts& f) { f.portFound.problem = L"x"; }, false},
+        {"no printer", [](StatusFacts& f) { f.printers.value.clear(); }, false},
+        {"printers unknown", [](StatusFacts& f) { f.printers.problem = L"x"; }, false},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.what);
+        StatusFacts facts = MakeReadyFacts();
+        row.change(facts);
+        EXPECT_EQ(facts.IsReady(), row.ready);
+    }
+}
+
+TEST(StatusFacts, ShowsEachFactInItsRow) {
+    StatusFacts facts = MakeReadyFacts();
+    facts.printers.value.push_back({L"B\u00FCro", {L"QuillonPDFPort:"}, L"Other PS"});
+    facts.listeners.value.push_back({2, 99, Listener::State::Unreachable});
+    EXPECT_EQ(ToUTF8(facts.Format()),
+              "Monitor:     registered, QuillonPortMonitor64.dll\n"
+              "Library:     C:\\windows\\system32\\QuillonPortMonitor64.dll, version 0.1.0.0\n"
+              "Port:        QuillonPDFPort: is known to the print spooler\n"
+              "Printers:    Quillon PDF (driver Some PS)\n"
+              "             B\xC3\xBCro (driver Other PS)\n"
+              "Listeners:   session 1: process 4711\n"
+              "             session 2: process 99, cannot be reached\n"
+              "Job folder:  C:\\Temp\\, 1.5 KB free\n"
+              "Ready to print.\n");
+}
+
+TEST(StatusFacts, NamesWhatIsMissingOrUnknown) {
+    StatusFacts facts;
+    facts.library.value = {L"C:\\x.dll", false, std::nullopt};
+    facts.listeners.problem = L"No.\nStart it.";
+    facts.jobFolder.value = {L"C:\\Temp\\", 0};
+    EXPECT_EQ(ToUTF8(facts.Format()),
+              "Monitor:     not registered\n"
+              "Library:     C:\\x.dll is missing\n"
+              "Port:        QuillonPDFPort: is missing\n"
+              "Printers:    none on the port\n"
+              "Listeners:   unknown: No.\n"
+              "             Start it.\n"
+              "Job folder:  C:\\Temp\\, 0 bytes free\n"
+              "Not ready to print.\n");
+}
+
+TEST(StatusFacts, GathersWithoutThrowingOnAnyMachine) {
+    const StatusFacts facts = StatusFacts::Gather();
+    EXPECT_TRUE(facts.jobFolder.IsKnown()) << ToUTF8(facts.jobFolder.problem);
+    EXPECT_EQ(facts.jobFolder.value.path.back(), L'\\');
+}
+
+TEST(Listener, TellsSessionProcessAndState) {
+    const struct {
+        const char* what;
+        Listener listener;
+        const wchar_t* expected;
+    } rows[] = {
+        {"listening", {3, 12, Listener::State::Listening}, L"session 3: process 12"},
+        {"in the services' session", {0, 12, Listener::State::Listening}, L"session 0: process 12"},
+        {"session unknown", {-1, 12, Listener::State::Listening}, L"all sessions: process 12"},
+        {"not usable", {1, 12, Listener::State::Unreachable}, L"session 1: process 12, cannot be reached"},
+        {"ended", {1, 12, Listener::State::Gone}, L"session 1: process 12, has ended"},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.what);
+        EXPECT_EQ(row.listener.Format(), row.expected);
+    }
+}
+
+TEST(FormatByteCount, TakesTheLargestUnitAndCutsTheRest) {
+    const struct {
+        unsigned long long bytes;
+        const wchar_t* expected;
+    } rows[] = {
+        {0, L"0 bytes"},
+        {1023, L"1023 bytes"},
+        {1024, L"1.0 KB"},
+        {1535, L"1.4 KB"},
+        {1536, L"1.5 KB"},
+        {1048575, L"1023.9 KB"},
+        {1048576, L"1.0 MB"},
+        {1073741823, L"1023.9 MB"},
+        {1073741824, L"1.0 GB"},
+        {1099511627776, L"1.0 TB"},
+        {1152921504606846975, L"1023.9 PB"},
+        {18446744073709551615u, L"15.9 EB"},
+    };
+    for (const auto& row : rows) EXPECT_EQ(FormatByteCount(row.bytes), row.expected) << row.bytes;
+}
+
+}  // namespace

@@ -1,0 +1,204 @@
+#!/bin/sh
+# quillonctl.sh BUILD PREFIX: quillonctl on a fresh machine: what it installs works, what fails is taken
+# back, and what it removes is all that it had installed.
+set -eu
+build=$1
+root=$(cd "$(dirname "$0")/../.." && pwd)
+. "$root/tests/support/wine-prefix.sh"
+
+bin=$build/bin
+support=$build/test-support
+wine_use "$2"
+trap wine_stop EXIT
+wine_new
+system=$WINEPREFIX/drive_c/windows/system32
+installed=$system/QuillonPortMonitor64.dll
+library=$bin/QuillonPortMonitor64.dll
+print_key='HKLM\System\CurrentControlSet\Control\Print'
+monitor_key="$print_key\\Monitors\\Quillon Port Monitor"
+record_key='HKLM\SOFTWARE\Quillon\Port Monitor\Installed'
+ppd=$(winepath -w "$root/tests/support/TestDriver.ppd")
+scratch=$WINEPREFIX/scratch
+mkdir -p "$scratch"
+
+fail() {
+    printf 'FAILED: %s\n' "$*" >&2
+    [ ! -f "$scratch/out" ] || cat "$scratch/out" >&2
+    exit 1
+}
+
+# Wine's spooler runs inside quillonctl, and a program loads what stands beside it first: so the program runs
+# from a folder where it stands alone, and what it installs is what the spooler loads.
+mkdir -p "$scratch/bin"
+cp "$bin/quillonctl.exe" "$scratch/bin/"
+delivered=$(winepath -w "$library")
+
+# ctl EXIT-CODE ARGUMENT...: runs it; what it says is in $scratch/out.
+ctl() {
+    expected=$1
+    shift
+    actual=0
+    wine "$scratch/bin/quillonctl.exe" "$@" >"$scratch/out" 2>&1 || actual=$?
+    [ "$actual" = "$expected" ] || fail "quillonctl $*: exit code $actual instead of $expected"
+}
+
+# says TEXT: a line of the last run holds it.
+says() {
+    grep -qF -- "$1" "$scratch/out" || fail "it did not say: $1"
+}
+
+# All that an installation may change: the spooler's settings, the record, the files of the system. Without
+# what Wine makes by itself when it is first asked for drivers, and never removes.
+snapshot() {
+    {
+        wine reg query "$print_key" /s
+        wine reg query 'HKLM\SOFTWARE\Quillon' /s || true
+        cd "$system"
+        sha256sum Quillon* || true
+        ls spool/drivers/x64/3 || true
+    } 2>/dev/null | tr -d '\r' | grep -v -e '^$' -e 'wineps.drv$' -e '\\Drivers$' -e '\\Version-3$'
+}
+
+# unchanged_since FILE WHAT
+unchanged_since() {
+    (snapshot) >"$scratch/now"
+    diff "$1" "$scratch/now" >&2 || fail "$2 left something changed"
+}
+
+value_of() {
+    wine reg query "$1" /v "$2" 2>/dev/null | tr -d '\r' | sed -n 's/.*REG_SZ *//p'
+}
+
+ctl 1 status
+says 'not registered'
+says 'QuillonPortMonitor64.dll is missing'
+says 'none on the port'
+says 'Not ready to print.'
+(snapshot) >"$scratch/fresh"
+
+ctl 0 uninstall
+says 'Nothing to remove'
+ctl 1 testpage
+says 'No printer is on the port'
+ctl 2 install --force
+says "'--force' is not an option of install"
+ctl 2
+ctl 0 --help
+says 'Exit codes:'
+unchanged_since "$scratch/fresh" "looking and asking"
+
+# Each of these stops one step later than the one before.
+ctl 1 install --ppd "$ppd"
+says 'scratch\bin\QuillonPortMonitor64.dll.'
+ctl 1 install --dll 'C:\no\such.dll' --ppd "$ppd"
+says 'There is no library'
+unchanged_since "$scratch/fresh" "a missing library"
+ctl 1 install --dll 'C:\windows\system32\version.dll' --ppd "$ppd"
+says 'Registering the port monitor failed'
+says 'Taking back the copied library'
+unchanged_since "$scratch/fresh" "a library that is no monitor"
+ctl 1 install --dll "$delivered"
+says 'No PostScript printer driver was found'
+unchanged_since "$scratch/fresh" "the lack of a driver"
+ctl 1 install --dll "$delivered" --driver 'No such driver'
+says "There is no printer driver 'No such driver'"
+unchanged_since "$scratch/fresh" "an unknown driver"
+ctl 1 install --dll "$delivered" --ppd 'C:\no\such.ppd'
+says 'Taking back the registered port monitor'
+unchanged_since "$scratch/fresh" "a missing description"
+
+# A whole installation, twice.
+ctl 0 install --dll "$delivered" --ppd "$ppd"
+says "Added the printer 'Quillon PDF' with the driver 'Quillon PostScript'"
+cmp "$library" "$installed" || fail "the library in the system folder is another one"
+[ "$(value_of "$monitor_key" Driver)" = QuillonPortMonitor64.dll ] || fail "the monitor's library is not registered"
+wine reg query "$monitor_key\\Ports\\QuillonPDFPort:" >/dev/null || fail "the port has no key"
+(snapshot) >"$scratch/installed"
+ctl 0 install --dll "$delivered" --ppd "$ppd"
+says "The printer 'Quillon PDF' is there already"
+unchanged_since "$scratch/installed" "a second installation"
+ctl 0 install --dll "$delivered"
+unchanged_since "$scratch/installed" "a third one, which needs no driver"
+ctl 0 status
+says 'registered, QuillonPortMonitor64.dll'
+says ', version '
+says 'Quillon PDF (driver Quillon PostScript)'
+says 'Listeners:   none'
+says 'users\anna\Temp\, '
+says 'Ready to print.'
+
+# The page comes out of the port; the forwarding monitor supplies the printer's name, as Windows does.
+cp "$support/ForwardingMonitor.dll" "$system/"
+wine reg add "$monitor_key" /v RealDriver /d QuillonPortMonitor64.dll /f >/dev/null
+wine reg add "$monitor_key" /v Driver /d ForwardingMonitor.dll /f >/dev/null
+ctl 0 testpage --printer 'quillon pdf'
+says "Printed the test page on 'Quillon PDF'"
+job="$WINEPREFIX/drive_c/users/anna/Temp/anna/Quillon PDF/Quillon test page.ps"
+[ "$(head -c 11 "$job")" = '%!PS-Adobe-' ] || fail "the job file is no PostScript"
+tail -n 3 "$job" | grep -q '^%%EOF' || fail "the job file has no end"
+ctl 1 testpage --printer Nobody
+says "There is no printer 'Nobody'"
+wine reg delete "$monitor_key" /v RealDriver /f >/dev/null
+wine reg add "$monitor_key" /v Driver /d QuillonPortMonitor64.dll /f >/dev/null
+rm -f "$system/ForwardingMonitor.dll"
+unchanged_since "$scratch/installed" "the test page"
+
+# A newer library takes the place of the one that was installed, but not when something goes wrong later.
+cp "$library" "$scratch/newer.dll"
+printf 'newer' >>"$scratch/newer.dll"
+newer=$(winepath -w "$scratch/newer.dll")
+ctl 1 install --dll "$newer" --printer Second --driver 'No such driver'
+says 'Taking back the replaced library'
+unchanged_since "$scratch/installed" "a failed replacement"
+ctl 0 install --dll "$newer"
+says 'Replaced the library'
+cmp "$scratch/newer.dll" "$installed" || fail "the library was not replaced"
+[ "$(find "$system" -name 'Quillon*' | wc -l)" -eq 1 ] || fail "a saved library is left"
+ctl 0 install --dll "$delivered"
+unchanged_since "$scratch/installed" "going back to the first library"
+
+# A second printer; then one that this program did not add keeps it from removing anything.
+ctl 0 install --dll "$delivered" --printer Second
+says "Added the printer 'Second' with the driver 'Quillon PostScript'"
+wine reg delete "$record_key\\Printers" /v Second /f >/dev/null
+(snapshot) >"$scratch/foreign"
+ctl 1 uninstall
+says 'Second'
+unchanged_since "$scratch/foreign" "a refused removal"
+wine reg add "$print_key\\Printers\\Second" /v Port /d LPT1: /f >/dev/null
+ctl 1 install --dll "$delivered" --printer Second
+says "A printer 'Second' exists on another port"
+ctl 0 uninstall
+says "The printer driver 'Quillon PostScript' is used by another printer and stays."
+says "Removed the library"
+[ ! -e "$installed" ] || fail "the library is still there"
+wine reg delete "$print_key\\Printers\\Second" /f >/dev/null
+wine reg delete "$print_key\\Environments\\Windows x64\\Drivers\\Version-3\\Quillon PostScript" /f >/dev/null
+rm -f "$system"/spool/drivers/x64/3/TestDriver.ppd
+unchanged_since "$scratch/fresh" "removal with another's printer in the way"
+
+# What was there before stays there, and another's library is not replaced.
+cp "$scratch/newer.dll" "$installed"
+ctl 1 install --dll "$delivered" --ppd "$ppd"
+says 'which this program did not install'
+cp "$library" "$installed"
+(snapshot) >"$scratch/copied"
+ctl 0 install --dll "$delivered" --ppd "$ppd"
+says 'The library is in place'
+ctl 0 uninstall
+unchanged_since "$scratch/copied" "removal beside a library put there by hand"
+rm "$installed"
+
+# Things that went away behind its back are no obstacle.
+ctl 0 install --dll "$delivered" --ppd "$ppd" --printer 'Büro €'
+ctl 0 status
+says 'Büro € (driver Quillon PostScript)'
+wine reg delete "$print_key\\Printers\\Büro €" /f >/dev/null
+rm "$installed"
+ctl 1 status
+says 'QuillonPortMonitor64.dll is missing'
+ctl 0 uninstall
+says "The printer 'Büro €' is gone already."
+unchanged_since "$scratch/fresh" "removal of what was half gone"
+ctl 0 uninstall
+says 'Nothing to remove'
