@@ -41,7 +41,7 @@ bool PostAndDrain(GIPCMessageQueue& queue, const GBuffer& data) {
 
 /// False when a message was lost, which would make the figures worthless.
 bool Compare(GIPCMessageQueue& queue, std::size_t size) {
-    const std::vector<char> bytes(size, 'x');
+    const std::vector<unsigned char> bytes(size, 'x');
     std::vector<char> shared(size);
     std::vector<char> taken(size);
     const GBuffer data(bytes.data(), static_cast<long>(size));
