@@ -138,7 +138,7 @@ public:
 
     /// Chunks that are held now.
     long GetChunkCount() noexcept;
-    /// Small blocks that are in use now.
+    /// Small blocks that are in use now. Empties the caches to see it, but for one in use just then.
     long GetUsedBlockCount() noexcept;
 
     /// Throws the exception for exhausted memory, a GMemoryException.
@@ -185,4 +185,5 @@ private:
     GFixedSizeAllocator mFixedSizes[cSmallClassCount];
     BlockList mPooled[cPooledClassCount];
     void* mEmergency = nullptr;
+    bool mEmergencySpent = false;  // to be taken again in idle time
 };

@@ -129,7 +129,9 @@ public:
     long GetArraySize() const noexcept { return static_cast<long>(mArraySize); }
     void SetArraySize(long arraySize) noexcept { mArraySize = static_cast<std::uint32_t>(arraySize); }
     /// The block's size less its two spare bytes; 0 without a block.
-    long GetAllocatedLength() const noexcept;
+    long GetAllocatedLength() const noexcept {
+        return mArraySize < 2 ? 0 : static_cast<long>(mArraySize) - 2;
+    }
 
     // --- Editing -------------------------------------------------------------------------------
 
@@ -204,14 +206,15 @@ public:
 
 private:
     bool HasOwnRoomFor(std::int32_t more) const noexcept {
-        return mAllocated && static_cast<std::uint32_t>(mLength) + 2 + more <= mArraySize;
+        return mAllocated &&
+               static_cast<std::uint32_t>(mLength) + 2 + static_cast<std::uint32_t>(more) <= mArraySize;
     }
     void GrowForElement(long size);
-    void GrowForLength(long long newLength);
-    void MoveToBlock(long long arraySize) const;
     void FreeBlock() const noexcept;
-    void Borrow(const unsigned char* bytes, long length, long arraySize) noexcept;
-    void SetText(const char* text, long length);
+    void TakeBlock(unsigned char* block, std::int32_t size) const noexcept;
+    void MoveToBlock(long size) const;
+    void Borrow(const unsigned char* bytes, long length, long arraySize);
+    void ReplaceInNewBlock(long start, long removeCount, const unsigned char* bytes, long insertCount);
 
     // A const GetPtr() may move borrowed bytes into a block of its own; the bytes stay the same.
     mutable unsigned char* mData = nullptr;  // null only before the first byte

@@ -69,7 +69,11 @@ public:
     static const unsigned char* ConvertToPString(GBuffer& text);
     /// Removes zero bytes, or 16-bit zeros, at the end.
     static void StripTrailingZeroes(GBuffer& text, bool wide);
-    /// Removes bytes of the set 8, 9, 10, 11, 13, 32 at the start or the end.
+    /// The set that all stripping and number parsing shares: 8, 9, 10, 11, 13 and 32.
+    static bool IsWhiteSpace(unsigned short character) noexcept {
+        return character == ' ' || (character >= 8 && character <= 13 && character != 12);
+    }
+    /// Removes white space at the start or the end.
     static void StripLeadingWhiteSpace(GBuffer& text);
     static void StripTrailingWhiteSpace(GBuffer& text);
     /// UTF-16: removes the first unit 0x1B, the next one, and all between them.

@@ -54,7 +54,8 @@ public:
     }
 
     bool operator==(const GCharCode& other) const noexcept {
-        return mLength == other.mLength && std::memcmp(mBytes, other.mBytes, mLength) == 0;
+        return mLength == other.mLength &&
+               std::memcmp(mBytes, other.mBytes, static_cast<std::size_t>(mLength)) == 0;
     }
     /// By bytes as memcmp has it, the shorter code first on a tie.
     bool operator<(const GCharCode& other) const noexcept;

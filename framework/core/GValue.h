@@ -46,7 +46,7 @@ public:
     explicit GValue(const GString& text);
     explicit GValue(const GTable<GValue>& list);
     explicit GValue(const GDict<GBuffer, GValue>& dict);
-    /// With an implementation of one's own.
+    /// With an implementation of one's own, whose type is not one of the above.
     explicit GValue(GSharedObject<const GValueImp> imp) noexcept;
     explicit GValue(const char*) = delete;  // would be taken for a bool
 

@@ -1,0 +1,5 @@
+#include "framework/core/GRefCount.h"
+
+GRefCount::~GRefCount() = default;
+
+GThreadSafeRefCount::~GThreadSafeRefCount() = default;
