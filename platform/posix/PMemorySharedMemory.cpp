@@ -22,7 +22,6 @@ struct NamedBlock {
 struct Table {
     std::mutex mGuard;
     std::map<std::string, NamedBlock> mBlocks;
-    std::string mRefused;  // empty: nothing is
 };
 
 Table& GetTable() {
@@ -45,7 +44,7 @@ void PutSize(unsigned char* block, long size) noexcept {
 }
 
 // The table's guard is held by the caller.
-PMemorySharedMemory::Block FindBlock(const std::string& name, long& size) {
+PMemorySharedMemory::Block FindNamed(const std::string& name, long& size) {
     const auto found = GetTable().mBlocks.find(name);
     if (found == GetTable().mBlocks.end()) return nullptr;
     size = found->second.mSize;
@@ -62,7 +61,7 @@ PMemorySharedMemory::Block AddBlock(const std::string& name, long size) {
 
 PMemorySharedMemory::PMemorySharedMemory(const GBuffer& path, const GBuffer& identifier) {
     const std::lock_guard<std::mutex> lock(GetTable().mGuard);
-    mBlock = FindBlock(MakeName(path, identifier), mBlockSize);
+    mBlock = FindNamed(MakeName(path, identifier), mBlockSize);
     if (!mBlock) ThrowGeneral("There is no such shared memory");
 }
 
@@ -70,15 +69,13 @@ PMemorySharedMemory::PMemorySharedMemory(const GBuffer& path, const GBuffer& ide
                                          bool& created) {
     const std::lock_guard<std::mutex> lock(GetTable().mGuard);
     const std::string name = MakeName(path, identifier);
-    mBlock = FindBlock(name, mBlockSize);
+    mBlock = FindNamed(name, mBlockSize);
     created = !mBlock;
     if (mBlock) {
         if (mBlockSize < size + cSizeWord || GetLength() != size)
             throw GSimpleException(GExceptionID::cSharedMemorySizeDiffers);
         return;
     }
-    const std::string& refused = GetTable().mRefused;
-    if (!refused.empty() && name.compare(0, refused.size(), refused) == 0) ThrowGeneral("Access is denied");
     mBlockSize = size + cSizeWord;
     mBlock = AddBlock(name, mBlockSize);
     PutSize(mBlock.get(), mBlockSize);
@@ -89,7 +86,7 @@ PMemorySharedMemory::~PMemorySharedMemory() = default;
 bool PMemorySharedMemory::Exists(const GBuffer& path, const GBuffer& identifier) {
     const std::lock_guard<std::mutex> lock(GetTable().mGuard);
     long size = 0;
-    return FindBlock(MakeName(path, identifier), size) != nullptr;
+    return FindNamed(MakeName(path, identifier), size) != nullptr;
 }
 
 long PMemorySharedMemory::GetMaxIDSize() {
@@ -130,17 +127,14 @@ void PMemorySharedMemory::Close() noexcept {
     mBlock.reset();
 }
 
+PMemorySharedMemory::Block PMemorySharedMemory::FindBlock(const GBuffer& path, const GBuffer& identifier,
+                                                          long& wholeSize) {
+    const std::lock_guard<std::mutex> lock(GetTable().mGuard);
+    return FindNamed(MakeName(path, identifier), wholeSize);
+}
+
 PMemorySharedMemory::Block PMemorySharedMemory::MakeBlock(const GBuffer& path, const GBuffer& identifier,
                                                           long wholeSize) {
     const std::lock_guard<std::mutex> lock(GetTable().mGuard);
     return AddBlock(MakeName(path, identifier), wholeSize);
-}
-
-void PMemorySharedMemory::Refuse(const GBuffer& path) {
-    const std::lock_guard<std::mutex> lock(GetTable().mGuard);
-    GetTable().mRefused.assign(path.GetPtr(), path.GetLength());
-}
-
-void PMemorySharedMemory::RefuseNothing() {
-    Refuse(GBuffer());
 }

@@ -38,15 +38,14 @@ public:
 
     void Close() noexcept;
 
-    /// @name For whoever plays another process: the block itself, first word included.
+    /// @name For whoever plays another process: a block with all its bytes, the size word included. It
+    /// lives as long as it is held.
     /// @{
     using Block = std::shared_ptr<unsigned char[]>;
-    /// Makes or replaces the named block; it lives as long as it is held.
+    /// Null when there is none.
+    static Block FindBlock(const GBuffer& path, const GBuffer& identifier, long& wholeSize);
+    /// Makes one in place of any that has the name already.
     static Block MakeBlock(const GBuffer& path, const GBuffer& identifier, long wholeSize);
-    unsigned char* GetBlock() noexcept { return mBlock.get(); }
-    /// Names starting with this are refused, as a system refuses what a user has no right to.
-    static void Refuse(const GBuffer& path);
-    static void RefuseNothing();
     /// @}
 
 private:

@@ -1,0 +1,345 @@
+#include "framework/ipc/GIPCMessageQueue.h"
+
+#include <random>
+
+#include "tests/ipc/IPCWorld.h"
+#include "tests/ipc/RawSegment.h"
+
+namespace {
+
+using ByteList = std::vector<unsigned char>;
+
+constexpr const char* cPath = "Session\\1\\";
+constexpr const char* cName = "QulShDP4711MQ12345";
+
+class GIPCMessageQueueTest : public testing::Test {
+protected:
+    GIPCMessageQueueTest() : mQueue(1, 4711, 12345, mCreated), mRaw(RawSegment::Open(cPath, cName)) {}
+
+    static GBuffer Payload(long length) { return Bytes(std::string(static_cast<std::size_t>(length), 'p')); }
+    long EndOffset() const { return static_cast<long>(mRaw->GetWord(8)); }
+    /// The bytes in use behind the queue's header.
+    ByteList Records() const { return mRaw->Copy(12, EndOffset() - 8); }
+    /// Makes the queue hold these bytes, as some other process would.
+    void SetRecords(const ByteList& records) {
+        std::copy(records.begin(), records.end(), mRaw->GetBytes() + 12);
+        mRaw->SetWord(8, static_cast<std::uint32_t>(8 + records.size()));
+    }
+    void Heal() {
+        mRaw->SetWord(0, 32772);
+        mRaw->SetWord(4, 1);
+        mRaw->SetWord(8, 8);
+    }
+    std::vector<std::string> Drain() {
+        GTable<GSmartPtr<GIPCMessage>> messages;
+        mQueue.ReadPendingMessages(messages);
+        return Describe(messages);
+    }
+    static std::vector<std::string> Describe(const GTable<GSmartPtr<GIPCMessage>>& messages) {
+        std::vector<std::string> texts;
+        for (const auto& message : messages)
+            texts.push_back(std::to_string(message->GetSenderProcessID()) + ":" +
+                            std::to_string(message->GetType()) + ":" + Text(message->GetData()));
+        return texts;
+    }
+
+    IPCWorld mWorld;
+    bool mCreated = false;
+    GIPCMessageQueue mQueue;
+    std::unique_ptr<RawSegment> mRaw;
+};
+
+// A message of type 145 from process 4711 with the payload "Hi!", one of kind 2, and one without payload.
+const ByteList cHi = {1, 0, 0, 0, 15, 0, 0, 0, 0x67, 0x12, 0, 0, 145, 0, 0, 0, 3, 0, 0, 0, 'H', 'i', '!'};
+const ByteList cKindTwo = {2, 0, 0, 0, 4, 0, 0, 0, 0xAA, 0xBB, 0xCC, 0xDD};
+const ByteList cEmpty = {1, 0, 0, 0, 12, 0, 0, 0, 0xFF, 0xFF, 0xFF, 0xFF, 7, 0, 0, 0, 0, 0, 0, 0};
+
+ByteList Join(std::initializer_list<ByteList> parts) {
+    ByteList all;
+    for (const ByteList& part : parts) all.insert(all.end(), part.begin(), part.end());
+    return all;
+}
+
+TEST_F(GIPCMessageQueueTest, IsNamedAfterSessionProcessAndRegistration) {
+    EXPECT_EQ(Text(GIPCMessageQueue::GetMemoryPath(1)), "Session\\1\\");
+    EXPECT_EQ(Text(GIPCMessageQueue::GetMemoryPath(-1)), "Global\\");
+    EXPECT_EQ(Text(GIPCMessageQueue::ConvertToMemoryID(4711, 12345).GetBuffer()), "P4711MQ12345");
+    EXPECT_EQ(ThrownBy([] { GIPCMessageQueue::ConvertToMemoryID(-1, 7); }), 40162);
+    EXPECT_NE(mRaw, nullptr);
+}
+
+TEST_F(GIPCMessageQueueTest, IsEmptyWhenNew) {
+    EXPECT_TRUE(mCreated);
+    EXPECT_EQ(mRaw->Copy(0, 12), (ByteList{4, 128, 0, 0, 1, 0, 0, 0, 8, 0, 0, 0}));
+    EXPECT_TRUE(Drain().empty());
+    EXPECT_EQ(EndOffset(), 8);
+}
+
+TEST_F(GIPCMessageQueueTest, AppendsRecordsByteForByte) {
+    EXPECT_TRUE(mQueue.TryToAddRawMessage(145, Bytes("Hi!")));
+    EXPECT_EQ(EndOffset(), 31);
+    EXPECT_EQ(Records(), cHi);
+    EXPECT_TRUE(mQueue.TryToAddRawMessage(-1, 7, GBuffer()));
+    EXPECT_EQ(EndOffset(), 51);
+    EXPECT_EQ(Records(), Join({cHi, cEmpty}));
+}
+
+TEST_F(GIPCMessageQueueTest, DrainsInOrderOnceAndSkipsOtherKinds) {
+    SetRecords(Join({cKindTwo, cHi, cKindTwo, cEmpty, {9, 0, 0, 0, 0, 0, 0, 0}}));
+    EXPECT_EQ(Drain(), (std::vector<std::string>{"4711:145:Hi!", "-1:7:"}));
+    EXPECT_EQ(EndOffset(), 8);
+    EXPECT_TRUE(Drain().empty());
+}
+
+TEST_F(GIPCMessageQueueTest, AMessageMayBeFollowedByMoreThanItsPayload) {
+    ByteList longer = Join({cHi, {0xEE, 0xEE}});
+    longer[4] = 17;
+    SetRecords(Join({longer, cEmpty}));
+    EXPECT_EQ(Drain(), (std::vector<std::string>{"4711:145:Hi!", "-1:7:"}));
+}
+
+TEST_F(GIPCMessageQueueTest, AppendsExactlyWhileTheRecordFitsAndARefusalChangesNothing) {
+    const struct {
+        const char* what;
+        long payload;
+        bool accepted;
+        long endOffset;
+    } rows[] = {
+        {"an empty payload is a record too", 0, true, 28},
+        {"the largest record", 32740, true, 32768},
+        {"one byte too many", 32741, false, 8},
+        {"what fits an empty queue by the looser test", 32748, false, 8},
+        {"far too many", 40000, false, 8},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.what);
+        Heal();
+        const ByteList before = mRaw->Copy();
+        EXPECT_EQ(mQueue.TryToAddRawMessage(145, Payload(row.payload)), row.accepted);
+        EXPECT_EQ(EndOffset(), row.endOffset);
+        EXPECT_EQ(mRaw->Copy() == before, !row.accepted);
+    }
+}
+
+TEST_F(GIPCMessageQueueTest, FillsUpToTheLastByte) {
+    ASSERT_TRUE(mQueue.TryToAddRawMessage(145, Payload(32000)));  // ends at 32028
+    EXPECT_FALSE(mQueue.TryToAddRawMessage(145, Payload(721)));
+    EXPECT_TRUE(mQueue.TryToAddRawMessage(145, Payload(720)));
+    EXPECT_FALSE(mQueue.TryToAddRawMessage(145, GBuffer()));
+    EXPECT_EQ(Drain().size(), 2u);
+    EXPECT_TRUE(mQueue.TryToAddRawMessage(145, Payload(32740)));
+}
+
+TEST_F(GIPCMessageQueueTest, TellsWhatFitsAnEmptyQueueWithoutItsHeader) {
+    EXPECT_TRUE(GIPCMessageQueue::RawDataFitsEmptyQueue(Payload(0)));
+    EXPECT_TRUE(GIPCMessageQueue::RawDataFitsEmptyQueue(Payload(32748)));
+    EXPECT_FALSE(GIPCMessageQueue::RawDataFitsEmptyQueue(Payload(32749)));
+}
+
+TEST_F(GIPCMessageQueueTest, AddsOnceWhatIsNotWaitingYet) {
+    const struct {
+        const char* what;
+        long sender, type;
+        const char* payload;
+        long endOffset;
+    } rows[] = {
+        {"new", 1, 145, "Hi!", 31},
+        {"the same", 1, 145, "Hi!", 31},
+        {"the same from another sender", 2, 145, "Hi!", 31},
+        {"another type", 1, 146, "Hi!", 54},
+        {"another payload of that length", 1, 145, "Ho!", 77},
+        {"a shorter payload", 1, 145, "Hi", 99},
+        {"no payload", 1, 145, "", 119},
+        {"no payload again", 1, 145, "", 119},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.what);
+        EXPECT_TRUE(mQueue.TryToAddRawMessageOnce(row.sender, row.type, Bytes(row.payload)));
+        EXPECT_EQ(EndOffset(), row.endOffset);
+    }
+    EXPECT_TRUE(mQueue.ContainsRawMessage(145, Bytes("Ho!")));
+    EXPECT_FALSE(mQueue.ContainsRawMessage(147, Bytes("Ho!")));
+    Drain();
+    EXPECT_FALSE(mQueue.ContainsRawMessage(145, Bytes("Ho!")));
+    EXPECT_TRUE(mQueue.TryToAddRawMessageOnce(145, Bytes("Hi!")));
+    EXPECT_EQ(EndOffset(), 31);
+}
+
+TEST_F(GIPCMessageQueueTest, ADuplicateCountsAsAddedEvenWhenTheQueueIsFull) {
+    ASSERT_TRUE(mQueue.TryToAddRawMessageOnce(145, Payload(32740)));
+    EXPECT_TRUE(mQueue.TryToAddRawMessageOnce(145, Payload(32740)));
+    EXPECT_FALSE(mQueue.TryToAddRawMessageOnce(145, Payload(32739)));
+}
+
+TEST_F(GIPCMessageQueueTest, ARecordOfAnotherKindIsNoDuplicate) {
+    ByteList disguised = cHi;
+    disguised[0] = 2;
+    SetRecords(disguised);
+    EXPECT_FALSE(mQueue.ContainsRawMessage(145, Bytes("Hi!")));
+}
+
+TEST_F(GIPCMessageQueueTest, OpensWhatIsThereAndOfThisVersion) {
+    bool created = true;
+    GIPCMessageQueue again(1, 4711, 12345, created);
+    EXPECT_FALSE(created);
+    GIPCMessageQueue opened(1, 4711, 12345);
+    ASSERT_TRUE(opened.TryToAddRawMessage(145, Bytes("Hi!")));
+    EXPECT_EQ(again.ContainsRawMessage(145, Bytes("Hi!")), true);
+    EXPECT_EQ(ThrownBy([] { GIPCMessageQueue(1, 4711, 1); }), 2450);
+    EXPECT_EQ(ThrownBy([] { GIPCMessageQueue(0, 4711, 12345); }), 2450);
+    for (const std::uint32_t version : {0u, 2u, 0x01000000u, 0xFFFFFFFFu}) {
+        SCOPED_TRACE(version);
+        mRaw->SetWord(4, version);
+        EXPECT_EQ(ThrownBy([] { GIPCMessageQueue(1, 4711, 12345); }), 40154);
+        EXPECT_EQ(ThrownBy([&] { GIPCMessageQueue(1, 4711, 12345, created); }), 40154);
+    }
+}
+
+TEST(GIPCMessageQueue, IsNotMadeOfASegmentOfAnotherSize) {
+    const IPCWorld world;
+    const auto raw = RawSegment::Make(cPath, cName, 4096);
+    raw->SetWord(4, 1);
+    for (const std::uint32_t claimed : {0u, 4096u, 32772u, 0xFFFFFFFFu}) {
+        SCOPED_TRACE(claimed);
+        raw->SetWord(0, claimed);
+        bool created = false;
+        EXPECT_EQ(ThrownBy([&] { GIPCMessageQueue(1, 4711, 12345, created); }), 40168);
+    }
+}
+
+TEST(GIPCMessageQueue, OpenedInASmallerSegmentStaysWithinIt) {
+    const IPCWorld world;
+    const auto raw = RawSegment::Make(cPath, cName, 4096);
+    raw->SetWord(0, 4096);
+    raw->SetWord(4, 1);
+    raw->SetWord(8, 8);
+    GIPCMessageQueue queue(1, 4711, 12345);
+    EXPECT_FALSE(queue.TryToAddRawMessage(145, Bytes(std::string(4065, 'p'))));
+    EXPECT_TRUE(queue.TryToAddRawMessage(145, Bytes(std::string(4064, 'p'))));
+    EXPECT_EQ(raw->GetWord(8), 4092u);
+    raw->SetWord(8, 4093);
+    EXPECT_EQ(ThrownBy([&] { queue.TryToAddRawMessage(145, GBuffer()); }), 40161);
+}
+
+TEST(GIPCMessageQueue, NeverLooksBeyondItsOwnSizeInALargerSegment) {
+    const IPCWorld world;
+    const auto raw = RawSegment::Make(cPath, cName, 1 << 20);
+    raw->SetWord(0, 1 << 20);
+    raw->SetWord(4, 1);
+    raw->SetWord(8, 32768);
+    GIPCMessageQueue queue(1, 4711, 12345);
+    EXPECT_FALSE(queue.TryToAddRawMessage(145, GBuffer()));
+    raw->SetWord(8, 32769);
+    EXPECT_EQ(ThrownBy([&] { queue.TryToAddRawMessage(145, GBuffer()); }), 40161);
+    EXPECT_EQ(ThrownBy([&] { queue.ContainsRawMessage(145, GBuffer()); }), 40161);
+}
+
+/// What a word of the segment was turned into, and what draining, appending and asking then throw.
+struct CorruptRow {
+    const char* what;
+    long offset;  // within the view: 0 size, 8 end offset, 12 the record of "Hi!", 35 the empty one
+    std::uint32_t value;
+    long drain, append, contains;
+};
+
+TEST_F(GIPCMessageQueueTest, ACorruptWordThrowsAndChangesNothing) {
+    const CorruptRow rows[] = {
+        {"a size of 0", 0, 0, 40163, 40163, 40163},
+        {"a size that has no room for itself", 0, 3, 40163, 40163, 40163},
+        {"a size with nothing behind it", 0, 4, 40161, 40161, 40161},
+        {"a size without end offset", 0, 11, 40161, 40161, 40161},
+        {"a size that cuts the last record", 0, 54, 40161, 40161, 40161},
+        {"a size behind the view", 0, 0x00100000, 40163, 40163, 40163},
+        {"the largest size", 0, 0x7FFFFFFF, 40163, 40163, 40163},
+        {"the smallest negative size", 0, 0x80000000, 40163, 40163, 40163},
+        {"a negative size", 0, 0xFFFFFFFF, 40163, 40163, 40163},
+        {"an end offset of 0", 8, 0, 40161, 40161, 40161},
+        {"an end offset in the header", 8, 7, 40161, 40161, 40161},
+        {"an end offset in a record", 8, 30, 40161, 0, 40161},
+        {"an end offset in the queue's last byte", 8, 32767, 40161, 0, 40161},
+        {"an end offset behind the queue", 8, 32769, 40161, 40161, 40161},
+        {"the largest end offset", 8, 0x7FFFFFFF, 40161, 40161, 40161},
+        {"a negative end offset", 8, 0xFFFFFFFF, 40161, 40161, 40161},
+        {"the smallest negative end offset", 8, 0x80000000, 40161, 40161, 40161},
+        {"a record length of 0", 16, 0, 40161, 0, 40161},
+        {"a record length short of a message", 16, 11, 40161, 0, 40161},
+        {"a record length short of the payload", 16, 14, 40161, 0, 40161},
+        {"a record length behind the end offset", 16, 36, 40161, 0, 40161},
+        {"a record length that leads back to itself", 16, 0xFFFFFFF8, 40161, 0, 40161},
+        {"a negative record length", 16, 0xFFFFFFFF, 40161, 0, 40161},
+        {"the largest record length", 16, 0x7FFFFFFF, 40161, 0, 40161},
+        {"a payload of one byte more", 28, 4, 40161, 0, 40161},
+        {"a negative payload", 28, 0xFFFFFFFF, 40161, 0, 40161},
+        {"the largest payload", 28, 0x7FFFFFFF, 40161, 0, 40161},
+        {"another kind that leads behind the end", 39, 13, 40161, 0, 40161},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.what);
+        std::fill_n(mRaw->GetBytes(), mRaw->GetSize(), static_cast<unsigned char>(0));
+        Heal();
+        SetRecords(Join({cHi, cEmpty}));
+        mRaw->SetWord(row.offset, row.value);
+        const ByteList before = mRaw->Copy();
+        EXPECT_EQ(ThrownBy([&] { Drain(); }), row.drain);
+        EXPECT_EQ(mRaw->Copy(), before);
+        EXPECT_EQ(ThrownBy([&] { mQueue.ContainsRawMessage(1, Bytes("absent")); }), row.contains);
+        EXPECT_EQ(ThrownBy([&] { mQueue.TryToAddRawMessageOnce(1, Bytes("absent")); }), row.contains);
+        EXPECT_EQ(mRaw->Copy(), before);
+        EXPECT_EQ(ThrownBy([&] { mQueue.TryToAddRawMessage(1, Bytes("absent")); }), row.append);
+        EXPECT_EQ(mRaw->Copy() == before, row.append != 0 || row.value == 32767);
+    }
+    EXPECT_FALSE(mQueue.IsLocked());
+}
+
+TEST_F(GIPCMessageQueueTest, EveryTruncationOfALogThrowsUnlessItEndsBetweenRecords) {
+    const ByteList log = Join({cHi, cKindTwo, cEmpty});
+    const std::vector<std::size_t> boundaries = {0, 23, 35, 55};
+    for (std::size_t length = 0; length <= log.size(); ++length) {
+        SCOPED_TRACE(length);
+        SetRecords(ByteList(log.begin(), log.begin() + static_cast<long>(length)));
+        const bool whole = std::count(boundaries.begin(), boundaries.end(), length) > 0;
+        EXPECT_EQ(ThrownBy([&] { Drain(); }), whole ? 0 : 40161);
+        EXPECT_EQ(EndOffset(), whole ? 8 : 8 + static_cast<long>(length));
+    }
+}
+
+TEST_F(GIPCMessageQueueTest, WhatStandsBeforeACorruptRecordIsHandedOut) {
+    SetRecords(Join({cHi, {1, 0, 0, 0, 0xFF, 0xFF, 0xFF, 0xFF}}));
+    GTable<GSmartPtr<GIPCMessage>> messages;
+    EXPECT_EQ(ThrownBy([&] { mQueue.ReadPendingMessages(messages); }), 40161);
+    EXPECT_EQ(Describe(messages), std::vector<std::string>{"4711:145:Hi!"});
+}
+
+TEST_F(GIPCMessageQueueTest, ResettingMendsWhateverWasDone) {
+    for (long offset : {0L, 4L, 8L, 12L}) {
+        SCOPED_TRACE(offset);
+        mRaw->SetWord(offset, 0xFFFFFFFF);
+        mQueue.Reset();
+        EXPECT_TRUE(Drain().empty());
+        EXPECT_TRUE(mQueue.TryToAddRawMessage(145, Bytes("Hi!")));
+        EXPECT_EQ(Drain(), std::vector<std::string>{"4711:145:Hi!"});
+    }
+}
+
+TEST_F(GIPCMessageQueueTest, RandomSegmentsNeitherCrashNorHangNorGrow) {
+    std::mt19937 random(20240229);
+    const std::uint32_t values[] = {0,  1,  2,     8,          11,         12,         20,
+                                    28, 31, 32767, 0x7FFFFFFF, 0x80000000, 0xFFFFFFF8, 0xFFFFFFFF};
+    long drained = 0;
+    for (int round = 0; round < 20000; ++round) {
+        Heal();
+        SetRecords(Join({cHi, cKindTwo, cEmpty, cHi, cHi}));
+        for (int change = 0; change < 3; ++change)
+            mRaw->SetWord(static_cast<long>(random() % 120), values[random() % std::size(values)]);
+        GTable<GSmartPtr<GIPCMessage>> messages;
+        ThrownBy([&] { mQueue.TryToAddRawMessageOnce(145, Bytes("Hi?")); });
+        drained += ThrownBy([&] { mQueue.ReadPendingMessages(messages); }) == 0;
+        long total = 0;
+        for (const auto& message : messages) total += message->GetData().GetLength() + 20;
+        ASSERT_LE(total, 32760);
+    }
+    EXPECT_GT(drained, 1000);
+    EXPECT_LT(drained, 19000);
+}
+
+}  // namespace

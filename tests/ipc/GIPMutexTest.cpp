@@ -1,0 +1,95 @@
+#include "framework/ipc/GIPMutex.h"
+
+#include <thread>
+
+#include "tests/ipc/IPCWorld.h"
+#include "tests/ipc/PlatformsUnderTest.h"
+
+namespace {
+
+TEST(GIPPrefix, HasFourPrefixesOfSixCharacters) {
+    const struct {
+        long id;
+        const char* prefix;
+    } rows[] = {{-1, nullptr}, {0, "QulDef"}, {1, "QulMtx"},        {2, "QulShD"},
+                {3, "QulShL"}, {4, nullptr},  {0x7FFFFFFF, nullptr}};
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.id);
+        EXPECT_STREQ(GIPPrefix::GetPrefix(row.id), row.prefix);
+    }
+}
+
+template <class Imp>
+class GIPMutexTest : public testing::Test {
+protected:
+    using Mutex = GIPMutexBase<Imp>;
+
+    /// Whether another thread, which has no hold on the mutex, can take it at once.
+    static bool IsFree(const char* identifier) {
+        bool taken = false;
+        std::thread([&] {
+            Mutex other{GShMemID(identifier)};
+            taken = other.TryToLock(0);
+            if (taken) other.Unlock();
+        }).join();
+        return taken;
+    }
+};
+TYPED_TEST_SUITE(GIPMutexTest, MutexesUnderTest);
+
+TYPED_TEST(GIPMutexTest, IsHeldOnceTakenAndFreeOnceReleased) {
+    typename TestFixture::Mutex mutex{GShMemID("TestA")};
+    EXPECT_TRUE(this->IsFree("TestA"));
+    mutex.Lock();
+    EXPECT_FALSE(this->IsFree("TestA"));
+    EXPECT_TRUE(this->IsFree("TestB"));
+    mutex.Unlock();
+    EXPECT_TRUE(this->IsFree("TestA"));
+    EXPECT_TRUE(mutex.TryToLock(0.5));
+    EXPECT_FALSE(this->IsFree("TestA"));
+    mutex.Unlock();
+}
+
+TYPED_TEST(GIPMutexTest, IsReleasedByTheLastOfAsManyUnlocksAsLocks) {
+    typename TestFixture::Mutex mutex{GShMemID("TestA")};
+    mutex.Lock();
+    mutex.Lock();
+    mutex.Unlock();
+    EXPECT_FALSE(this->IsFree("TestA"));
+    mutex.Unlock();
+    EXPECT_TRUE(this->IsFree("TestA"));
+    EXPECT_EQ(ThrownBy([&] { mutex.Unlock(); }), 2450);
+}
+
+TYPED_TEST(GIPMutexTest, IsAnotherOneUnderAnotherPrefix) {
+    typename TestFixture::Mutex mutex(GShMemID("TestA"), GIPPrefix::cSharedMemoryLock);
+    mutex.Lock();
+    EXPECT_TRUE(this->IsFree("TestA"));
+    mutex.Unlock();
+    EXPECT_EQ(ThrownBy([] { typename TestFixture::Mutex(GShMemID("TestA"), 4); }), 40162);
+}
+
+TYPED_TEST(GIPMutexTest, ALockerHoldsItForItsLifetimeAndThroughAnException) {
+    typename TestFixture::Mutex mutex{GShMemID("TestA")};
+    EXPECT_EQ(ThrownBy([&] {
+                  const GIPMutexLocker locker(mutex);
+                  EXPECT_FALSE(this->IsFree("TestA"));
+                  throw GSimpleException(40160);
+              }),
+              40160);
+    EXPECT_TRUE(this->IsFree("TestA"));
+}
+
+TYPED_TEST(GIPMutexTest, ALockerThatMayNotWaitThrowsAndLeavesTheMutexAlone) {
+    typename TestFixture::Mutex mutex{GShMemID("TestA")};
+    mutex.Lock();
+    std::thread([] {
+        typename TestFixture::Mutex other{GShMemID("TestA")};
+        GWaitBudget budget(0);
+        EXPECT_EQ(ThrownBy([&] { const GIPMutexLocker locker(other, &budget); }), 40202);
+    }).join();
+    EXPECT_FALSE(this->IsFree("TestA"));
+    mutex.Unlock();
+}
+
+}  // namespace

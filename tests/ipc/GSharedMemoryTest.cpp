@@ -1,0 +1,240 @@
+#include "framework/ipc/GSharedMemory.h"
+
+#include "tests/ipc/IPCWorld.h"
+#include "tests/ipc/PlatformsUnderTest.h"
+
+namespace {
+
+template <class Imp>
+class GSharedMemoryTest : public testing::Test {
+protected:
+    using Segment = GSharedMemoryBase<Imp>;
+
+    explicit GSharedMemoryTest(long size = 16) : mSegment("Global\\", GShMemID("TestSeg"), size, mCreated) {}
+
+    /// What the system's object holds, its size word included.
+    std::vector<int> GetAllBytes() {
+        std::vector<int> all;
+        Imp view("Global\\", "QulShDTestSeg");
+        for (long offset = -4; offset < view.GetLength(); ++offset) {
+            unsigned char byte = 0;
+            view.Read(offset, &byte, 1);
+            all.push_back(byte);
+        }
+        return all;
+    }
+    void Fill() {
+        mSegment.SetCursor(0);
+        mSegment.WriteBytes("ABCDEFGHIJKLMNOP", 16);
+        mSegment.SetCursor(0);
+    }
+
+    bool mCreated = false;
+    Segment mSegment;
+};
+TYPED_TEST_SUITE(GSharedMemoryTest, SegmentsUnderTest);
+
+TYPED_TEST(GSharedMemoryTest, BeginsWithItsSizeAndIsZeroBehindThat) {
+    EXPECT_TRUE(this->mCreated);
+    EXPECT_EQ(this->mSegment.GetLength(), 16);
+    EXPECT_EQ(this->GetAllBytes(),
+              (std::vector<int>{20, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0}));
+}
+
+TYPED_TEST(GSharedMemoryTest, IsOneObjectUnderOneName) {
+    using Memory = typename TestFixture::Segment;
+    bool created = true;
+    Memory same("Global\\", GShMemID("TestSeg"), 16, created);
+    EXPECT_FALSE(created);
+    Memory opened("Global\\", GShMemID("TestSeg"));
+    same.WriteInt32(0x01020304);
+    EXPECT_EQ(opened.ReadInt32(), 0x01020304);
+    EXPECT_TRUE(TypeParam::Exists("Global\\", "QulShDTestSeg"));
+    EXPECT_FALSE(TypeParam::Exists("Global\\", "QulShDTestSe"));
+    EXPECT_EQ(ThrownBy([] { Memory("Global\\", GShMemID("TestNone")); }), 2450);
+    EXPECT_EQ(ThrownBy([] { Memory("Session\\1\\", GShMemID("TestSeg")); }), 2450);
+}
+
+TYPED_TEST(GSharedMemoryTest, RefusesAnotherSizeAndLeavesTheSegmentUntouched) {
+    using Memory = typename TestFixture::Segment;
+    this->Fill();
+    const auto before = this->GetAllBytes();
+    for (const long size : {0L, 15L, 17L, 40000L}) {
+        SCOPED_TRACE(size);
+        bool created = false;
+        EXPECT_EQ(ThrownBy([&] { Memory("Global\\", GShMemID("TestSeg"), size, created); }), 40168);
+    }
+    EXPECT_EQ(this->GetAllBytes(), before);
+}
+
+TYPED_TEST(GSharedMemoryTest, GoesWithTheLastObjectThatHasItOpen) {
+    using Memory = typename TestFixture::Segment;
+    {
+        bool created = false;
+        Memory other("Global\\", GShMemID("TestOther"), 4, created);
+        other.WriteInt32(7);
+        other.Close();
+    }
+    bool created = false;
+    Memory again("Global\\", GShMemID("TestOther"), 4, created);
+    EXPECT_TRUE(created);
+    EXPECT_EQ(again.ReadInt32(), 0);
+}
+
+TYPED_TEST(GSharedMemoryTest, WritesWordsLowByteFirst) {
+    auto& segment = this->mSegment;
+    segment.WriteInt32(0x01020304);
+    segment.WriteInt32(-2);
+    segment.WriteBuffer(Bytes("xy"));
+    EXPECT_EQ(segment.GetCursor(), 14);
+    EXPECT_EQ(this->GetAllBytes(),
+              (std::vector<int>{20, 0, 0, 0, 4, 3, 2, 1, 254, 255, 255, 255, 2, 0, 0, 0, 'x', 'y', 0, 0}));
+    segment.SetCursor(4);
+    EXPECT_EQ(segment.ReadInt32(), -2);
+    GBuffer data;
+    segment.ReadBuffer(data);
+    EXPECT_EQ(Text(data), "xy");
+    EXPECT_EQ(segment.GetCursor(), 14);
+}
+
+TYPED_TEST(GSharedMemoryTest, ReadsAndWritesUpToTheLastByteAndNotBeyond) {
+    const struct {
+        const char* what;
+        long cursor;
+        long read, write;
+    } rows[] = {
+        {"the first word", 0, 0, 0},
+        {"the last word", 12, 0, 0},
+        {"three bytes left", 13, 40161, 40160},
+        {"nothing left", 16, 40161, 40160},
+        {"behind the end", 17, 40161, 40160},
+        {"far behind it", 0x7FFFFFFF, 40161, 40160},
+        {"before the beginning", -1, 40161, 40160},
+        {"far before it", -0x7FFFFFFF, 40161, 40160},
+    };
+    auto& segment = this->mSegment;
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.what);
+        this->Fill();
+        const auto before = this->GetAllBytes();
+        segment.SetCursor(row.cursor);
+        EXPECT_EQ(ThrownBy([&] { segment.ReadInt32(); }), row.read);
+        EXPECT_EQ(segment.GetCursor(), row.read == 0 ? row.cursor + 4 : row.cursor);
+        segment.SetCursor(row.cursor);
+        EXPECT_EQ(ThrownBy([&] { segment.WriteInt32(1); }), row.write);
+        EXPECT_EQ(segment.GetCursor(), row.write == 0 ? row.cursor + 4 : row.cursor);
+        EXPECT_EQ(this->GetAllBytes() == before, row.write != 0);
+    }
+}
+
+TYPED_TEST(GSharedMemoryTest, WritesABufferWithItsLengthOrNothing) {
+    const struct {
+        const char* what;
+        long cursor, length, thrown;
+    } rows[] = {
+        {"all of it", 0, 12, 0},
+        {"an empty one at the end", 12, 0, 0},
+        {"the bytes fit, their length does not", 0, 13, 40164},
+        {"the bytes just fit", 0, 16, 40164},
+        {"the bytes do not fit", 0, 17, 40160},
+        {"not even the length fits", 13, 0, 40160},
+        {"nor together with a byte", 13, 1, 40160},
+    };
+    auto& segment = this->mSegment;
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.what);
+        this->Fill();
+        const auto before = this->GetAllBytes();
+        segment.SetCursor(row.cursor);
+        const GBuffer data = Bytes(std::string(static_cast<std::size_t>(row.length), 'z'));
+        EXPECT_EQ(ThrownBy([&] { segment.WriteBuffer(data); }), row.thrown);
+        EXPECT_EQ(segment.GetCursor(), row.thrown == 0 ? row.cursor + 4 + row.length : row.cursor);
+        EXPECT_EQ(this->GetAllBytes() == before, row.thrown != 0);
+    }
+}
+
+TYPED_TEST(GSharedMemoryTest, ReadsNoBufferWhoseLengthIsALie) {
+    auto& segment = this->mSegment;
+    for (const long length : {13L, 16L, 0x7FFFFFFFL, -1L, -0x7FFFFFFFL - 1}) {
+        SCOPED_TRACE(length);
+        segment.SetCursor(0);
+        segment.WriteInt32(length);
+        segment.SetCursor(0);
+        GBuffer data = Bytes("as it was");
+        EXPECT_EQ(ThrownBy([&] { segment.ReadBuffer(data); }), 40161);
+        EXPECT_EQ(segment.GetCursor(), 0);
+        EXPECT_EQ(Text(data), "as it was");
+    }
+}
+
+TYPED_TEST(GSharedMemoryTest, ComparesInPlace) {
+    auto& segment = this->mSegment;
+    this->Fill();
+    segment.SetCursor(13);
+    EXPECT_TRUE(segment.Matches(Bytes("NOP")));
+    EXPECT_FALSE(segment.Matches(Bytes("NOQ")));
+    EXPECT_TRUE(segment.Matches(GBuffer()));
+    EXPECT_EQ(ThrownBy([&] { segment.Matches(Bytes("NOPQ")); }), 40161);
+    EXPECT_EQ(segment.GetCursor(), 13);
+}
+
+TYPED_TEST(GSharedMemoryTest, ACursorGuardPutsTheCursorBackUnlessReleased) {
+    auto& segment = this->mSegment;
+    segment.SetCursor(3);
+    {
+        GShMemCursorGuard guard(segment);
+        segment.SetCursor(8);
+    }
+    EXPECT_EQ(segment.GetCursor(), 3);
+    {
+        GShMemCursorGuard guard(segment);
+        segment.SetCursor(8);
+        guard.Release();
+    }
+    EXPECT_EQ(segment.GetCursor(), 8);
+}
+
+TYPED_TEST(GSharedMemoryTest, LocksOnceHoweverDeep) {
+    using Mutex = GIPMutexBase<typename TypeParam::MutexImp>;
+    auto& segment = this->mSegment;
+    {
+        GSharedMemoryLocker outer(segment);
+        {
+            GSharedMemoryLocker inner(segment);
+            segment.GetLength();
+        }
+        EXPECT_TRUE(segment.IsLocked());
+    }
+    EXPECT_FALSE(segment.IsLocked());
+    segment.Unlock();
+    // Had anything been released once too often or not at all, this thread could not do as it likes.
+    Mutex mutex(GShMemID("TestSeg"), GIPPrefix::cSharedMemoryLock);
+    EXPECT_EQ(ThrownBy([&] { mutex.Unlock(); }), 2450);
+}
+
+TYPED_TEST(GSharedMemoryTest, IsPreparedWithItsMutexHeld) {
+    using Memory = typename TestFixture::Segment;
+    static bool sLocked = false;
+    static bool sCreated = false;
+    const auto prepare = [](Memory& segment, bool created) {
+        sLocked = segment.IsLocked();
+        sCreated = created;
+        segment.SetCursor(0);
+        if (created) segment.WriteInt32(5);
+        if (!created && segment.ReadInt32() != 5) throw GSimpleException(40154);
+    };
+    bool created = false;
+    Memory first("Global\\", GShMemID("TestPrep"), 4, created, nullptr, prepare);
+    EXPECT_TRUE(sLocked);
+    EXPECT_TRUE(sCreated);
+    EXPECT_FALSE(first.IsLocked());
+    Memory second("Global\\", GShMemID("TestPrep"), nullptr, prepare);
+    EXPECT_FALSE(sCreated);
+    first.SetCursor(0);
+    first.WriteInt32(6);
+    EXPECT_EQ(ThrownBy([&] { Memory("Global\\", GShMemID("TestPrep"), nullptr, prepare); }), 40154);
+    GWaitBudget none(0);
+    EXPECT_EQ(ThrownBy([&] { Memory("Global\\", GShMemID("TestPrep"), &none); }), 0);
+}
+
+}  // namespace

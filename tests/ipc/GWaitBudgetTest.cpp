@@ -1,0 +1,93 @@
+#include "framework/ipc/GWaitBudget.h"
+
+#include <vector>
+
+#include "tests/ipc/IPCWorld.h"
+
+namespace {
+
+unsigned long long sNow = 0;
+
+unsigned long long Now() {
+    return sNow;
+}
+
+/// Free, or taken by somebody who gives it up after `mBusyFor` milliseconds.
+class FakeMutex {
+public:
+    void Lock() { mWaits.push_back(-1); }
+    bool TryToLock(double seconds) {
+        const long milliseconds = static_cast<long>(seconds * 1000 + 0.5);
+        mWaits.push_back(milliseconds);
+        const bool locked = mBusyFor <= milliseconds;
+        const long waited = locked ? mBusyFor : milliseconds;
+        sNow += static_cast<unsigned long long>(waited);
+        mBusyFor -= waited;
+        return locked;
+    }
+
+    long mBusyFor = 0;
+    std::vector<long> mWaits;
+};
+
+long Lock(GWaitBudget* budget, FakeMutex& mutex) {
+    return ThrownBy([&] { GWaitBudget::Lock(budget, mutex); });
+}
+
+TEST(GWaitBudget, NoneMeansWaitingWithoutLimit) {
+    FakeMutex mutex;
+    EXPECT_EQ(Lock(nullptr, mutex), 0);
+    EXPECT_EQ(mutex.mWaits, std::vector<long>{-1});
+}
+
+TEST(GWaitBudget, AFreeMutexCostsNothingAndOneWait) {
+    FakeMutex mutex;
+    GWaitBudget budget(5000, &Now);
+    EXPECT_EQ(Lock(&budget, mutex), 0);
+    EXPECT_EQ(mutex.mWaits, std::vector<long>{0});
+    EXPECT_EQ(budget.GetRemaining(), 5000);
+}
+
+TEST(GWaitBudget, AllWaitsTogetherStayWithinIt) {
+    GWaitBudget budget(5000, &Now);
+    const struct {
+        const char* what;
+        long busyFor, thrown, remaining;
+    } rows[] = {
+        {"the first wait is taken off", 3000, 0, 2000},
+        {"the second gets the rest, to the last millisecond", 2000, 0, 0},
+        {"a free mutex is still taken", 0, 0, 0},
+        {"a busy one is not waited for any more", 1, 40202, 0},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.what);
+        FakeMutex mutex;
+        mutex.mBusyFor = row.busyFor;
+        EXPECT_EQ(Lock(&budget, mutex), row.thrown);
+        EXPECT_EQ(budget.GetRemaining(), row.remaining);
+    }
+}
+
+TEST(GWaitBudget, AWaitThatTimesOutUsesItUp) {
+    GWaitBudget budget(5000, &Now);
+    FakeMutex mutex;
+    mutex.mBusyFor = 5001;
+    EXPECT_EQ(Lock(&budget, mutex), 40202);
+    EXPECT_EQ(budget.GetRemaining(), 0);
+    EXPECT_EQ(mutex.mWaits, (std::vector<long>{0, 5000}));
+}
+
+TEST(GWaitBudget, IsRefilledWithWhatIsGivenNotMore) {
+    GWaitBudget budget(5000, &Now);
+    budget.Refill(0);
+    FakeMutex mutex;
+    mutex.mBusyFor = 1;
+    EXPECT_EQ(Lock(&budget, mutex), 40202);
+    EXPECT_EQ(mutex.mWaits, std::vector<long>{0});
+    budget.Refill(700);
+    EXPECT_EQ(budget.GetRemaining(), 700);
+    budget.Refill(-1);
+    EXPECT_EQ(budget.GetRemaining(), 0);
+}
+
+}  // namespace

@@ -1,0 +1,55 @@
+#include "tests/ipc/IPCWorld.h"
+
+class IPCWorld::Processes : public GProcessInfo {
+public:
+    explicit Processes(const IPCWorld& world) : mWorld(world) {}
+
+    unsigned long long GetTotalPhysicalMemory() override { return 0; }
+    unsigned long long GetAvailablePhysicalMemory() override { return 0; }
+    unsigned long long GetOwnMemory() override { return 0; }
+    void GetProcessIDs(const GString&, GTable<std::int32_t>& ids, bool) override { ids.Clear(); }
+    void GetProcessNames(GTable<GString>& names, bool) override { names.Clear(); }
+    long GetCurrentProcessID() override { return mWorld.mProcessID; }
+    bool IsProcessRunning(long processID) override { return mWorld.mRunning.count(processID) > 0; }
+    GTable<std::int32_t> GetChildProcessIDs(long) override { return {}; }
+    GPathName GetApplicationPath() override { return GPathName(); }
+
+private:
+    const IPCWorld& mWorld;
+};
+
+class IPCWorld::Sessions : public GSessionInfo {
+public:
+    explicit Sessions(const IPCWorld& world) : mWorld(world) {}
+
+    long GetCurrentSessionID() override { return mWorld.mSession; }
+    void GetSessionIDs(GTable<std::int32_t>& ids) override {
+        ids = {-1};
+        for (const long session : mWorld.mSessions) ids.Append(static_cast<std::int32_t>(session));
+    }
+    void GetSessionPath(GBuffer& path, long session) override {
+        path = session < 0 ? GBuffer("Global\\") : Bytes("Session\\" + std::to_string(session) + "\\");
+    }
+
+private:
+    const IPCWorld& mWorld;
+};
+
+IPCWorld::IPCWorld() {
+    GShMemID::Initialize();
+    GProcessInfo::SetInstance(new Processes(*this));
+    GSessionInfo::SetInstance(new Sessions(*this));
+    ActAs(4711, 1);
+}
+
+IPCWorld::~IPCWorld() {
+    GSessionInfo::SetInstance(nullptr);
+    GProcessInfo::SetInstance(nullptr);
+    GShMemID::Finalize();
+}
+
+void IPCWorld::ActAs(long processID, long session) {
+    mProcessID = processID;
+    mSession = session;
+    mRunning.insert(processID);
+}

@@ -1,0 +1,55 @@
+#pragma once
+
+#include <gmock/gmock.h>
+
+#include <set>
+#include <string>
+#include <vector>
+
+#include "framework/core/GException.h"
+#include "framework/ipc/GShMemID.h"
+#include "framework/system/GProcessInfo.h"
+#include "framework/system/GSessionInfo.h"
+
+/// A machine with the processes and sessions that a test needs, played by this one process.
+///
+/// Sessions 0 and 1 and the global name space are there on every system that the tests run on.
+class IPCWorld {
+public:
+    IPCWorld();
+    ~IPCWorld();
+    IPCWorld(const IPCWorld&) = delete;
+    IPCWorld& operator=(const IPCWorld&) = delete;
+
+    /// From now on this process is `processID`, runs in `session`, and is alive.
+    void ActAs(long processID, long session);
+    void Kill(long processID) { mRunning.erase(processID); }
+    void SetSessions(const std::vector<long>& sessions) { mSessions = sessions; }
+
+private:
+    class Processes;
+    class Sessions;
+
+    long mProcessID = 0;
+    long mSession = 0;
+    std::set<long> mRunning;
+    std::vector<long> mSessions = {0, 1};
+};
+
+/// The number of the exception that `call` throws; 0 when it throws none.
+template <class Call>
+long ThrownBy(Call call) {
+    try {
+        call();
+    } catch (const GException& exception) {
+        return exception.GetExceptionID();
+    }
+    return 0;
+}
+
+inline GBuffer Bytes(const std::string& text) {
+    return GBuffer(reinterpret_cast<const unsigned char*>(text.data()), static_cast<long>(text.size()));
+}
+inline std::string Text(const GBuffer& bytes) {
+    return std::string(bytes.GetPtr(), static_cast<std::size_t>(bytes.GetLength()));
+}
