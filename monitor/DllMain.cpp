@@ -201,6 +201,16 @@ void Detach(bool processEnds) {
 
 extern "C" {
 
+BOOL WINAPI DllMainCRTStartup(HINSTANCE module, DWORD reason, LPVOID reserved);
+
+/// What the loader calls (the link names it). Windows does not switch thread notifications off for a module
+/// with thread-local storage, such as the run-time library keeps for exceptions; they end here, so that
+/// DllMain does not speak up for every thread of the spooler.
+BOOL WINAPI ModuleEntryPoint(HINSTANCE module, DWORD reason, LPVOID reserved) {
+    if (reason == DLL_THREAD_ATTACH || reason == DLL_THREAD_DETACH) return TRUE;
+    return DllMainCRTStartup(module, reason, reserved);
+}
+
 __declspec(dllexport) LPMONITOR2 WINAPI InitializePrintMonitor2(PMONITORINIT init, PHANDLE handle) {
     PSystem::Trace(L"InitializePrintMonitor2");
     if (handle != nullptr) *handle = init;

@@ -1,0 +1,210 @@
+// Jobs through the DLL's table, and what processing applications in other processes hear of them.
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <memory>
+#include <string>
+#include <thread>
+
+#include "framework/core/GException.h"
+#include "framework/ipc/GIPCMessageQueueMgr.h"
+#include "framework/ipc/GIPPrefix.h"
+#include "framework/ipc/GShMemID.h"
+#include "framework/system/GSessionInfo.h"
+#include "tests/monitor/ListenerProcess.h"
+#include "tests/monitor/MonitorLibrary.h"
+#include "tests/monitor/TraceCapture.h"
+
+namespace {
+
+using testing::Contains;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+const char* const cSucceeded = "Notification to PrintProcessor succeeded!";
+const char* const cFailed = "Notification to PrintProcessor failed!";
+
+class MonitorNotification : public testing::Test {
+protected:
+    void SetUp() override { ASSERT_TRUE(mLibrary.Open()); }
+
+    MonitorLibrary mLibrary;
+};
+
+/// The names of the kernel objects behind the registry of listeners, in this session or for all.
+std::string RegistrySegment(long session) {
+    GBuffer path;
+    GSessionInfo::GetInstance()->GetSessionPath(path, session);
+    return std::string(path.GetPtr()) + "QulShDGIPC_PP";
+}
+constexpr const char* cRegistryMutex = "Global\\QulShLGIPC_PP";
+
+/// Overwrites one word of a registry for as long as it lives.
+class SpoiltRegistry {
+public:
+    SpoiltRegistry(long session, std::size_t wordOffset, std::uint32_t value)
+        : mMapping(::OpenFileMappingA(FILE_MAP_ALL_ACCESS, FALSE, RegistrySegment(session).c_str())),
+          mView(static_cast<char*>(::MapViewOfFile(mMapping, FILE_MAP_ALL_ACCESS, 0, 0, 0))),
+          mWord(mView + wordOffset) {
+        std::memcpy(&mOld, mWord, sizeof mOld);
+        std::memcpy(mWord, &value, sizeof value);
+    }
+    SpoiltRegistry(const SpoiltRegistry&) = delete;
+    SpoiltRegistry& operator=(const SpoiltRegistry&) = delete;
+    ~SpoiltRegistry() {
+        std::memcpy(mWord, &mOld, sizeof mOld);
+        ::UnmapViewOfFile(mView);
+        ::CloseHandle(mMapping);
+    }
+
+private:
+    HANDLE mMapping;
+    char* mView;
+    char* mWord;
+    std::uint32_t mOld;
+};
+
+/// Another thread that keeps the registries' mutex for as long as this lives.
+class KeptMutex {
+public:
+    KeptMutex() : mThread([this] { Keep(); }) { ::WaitForSingleObject(mTaken, INFINITE); }
+    KeptMutex(const KeptMutex&) = delete;
+    KeptMutex& operator=(const KeptMutex&) = delete;
+    ~KeptMutex() {
+        ::SetEvent(mEnd);
+        mThread.join();
+    }
+
+private:
+    void Keep() {
+        const HANDLE mutex = ::CreateMutexA(nullptr, TRUE, cRegistryMutex);
+        ::WaitForSingleObject(mutex, INFINITE);
+        ::SetEvent(mTaken);
+        ::WaitForSingleObject(mEnd, INFINITE);
+        ::ReleaseMutex(mutex);
+        ::CloseHandle(mutex);
+    }
+
+    HANDLE mTaken = ::CreateEventW(nullptr, TRUE, FALSE, nullptr);
+    HANDLE mEnd = ::CreateEventW(nullptr, TRUE, FALSE, nullptr);
+    std::thread mThread;
+};
+
+TEST_F(MonitorNotification, FailsWithoutAListenerAndTheJobIsGood) {
+    TraceCapture trace;
+    EXPECT_TRUE(mLibrary.Print(L"nobody.txt", "x"));
+    EXPECT_THAT(trace.Take(), Contains(cFailed));
+    EXPECT_EQ(ReadFileBytes(GetJobPath(L"nobody.ps")), "x");
+}
+
+TEST_F(MonitorNotification, TellsEveryListenerOfEveryJobOnce) {
+    ListenerProcess first(L"listen");
+    ListenerProcess second(L"listen");
+    TraceCapture trace;
+    for (const wchar_t* title : {L"a.txt", L"b.txt", L"b.txt", L"\x00FC.txt"}) {
+        EXPECT_TRUE(mLibrary.Print(title, "x"));
+        EXPECT_THAT(trace.Take(), Contains(cSucceeded));
+    }
+    EXPECT_EQ(first.Finish(), 0u);
+    EXPECT_EQ(second.Finish(), 0u);
+    EXPECT_THAT(first.GetJobs(), ElementsAre(L"a.ps", L"b.ps", L"b.ps", testing::_));
+    EXPECT_EQ(first.GetJobs(), second.GetJobs());
+}
+
+TEST_F(MonitorNotification, GivesAStalledListenerItsTimeAndLeavesTheMessageThere) {
+    ListenerProcess listener(L"stall");
+    TraceCapture trace;
+    const ULONGLONG start = ::GetTickCount64();
+    EXPECT_TRUE(mLibrary.Print(L"slow.txt", "x"));
+    const ULONGLONG elapsed = ::GetTickCount64() - start;
+    EXPECT_THAT(trace.Take(), Contains(cSucceeded));
+    EXPECT_GE(elapsed, 3000u);
+    EXPECT_LT(elapsed, 15000u);
+    EXPECT_THAT(listener.GetJobs(), IsEmpty());
+    EXPECT_EQ(listener.Finish(), 0u);
+    EXPECT_THAT(listener.GetJobs(), ElementsAre(L"slow.ps"));
+}
+
+TEST_F(MonitorNotification, DeliversToAFullQueueWithTheNextJob) {
+    ListenerProcess listener(L"full");
+    TraceCapture trace;
+    EXPECT_TRUE(mLibrary.Print(L"first.txt", "x"));
+    EXPECT_THAT(trace.Take(), Contains(cSucceeded)) << "kept for later counts as sent";
+    EXPECT_TRUE(mLibrary.Print(L"second.txt", "x"));
+    EXPECT_THAT(listener.GetJobs(), IsEmpty());
+    listener.Drain();
+    EXPECT_TRUE(mLibrary.Print(L"third.txt", "x"));
+    EXPECT_EQ(listener.Finish(), 0u);
+    EXPECT_THAT(listener.GetJobs(), ElementsAre(L"first.ps", L"second.ps", L"third.ps"));
+}
+
+TEST_F(MonitorNotification, IsNotDisturbedByAListenerThatDied) {
+    ListenerProcess dead(L"die");
+    EXPECT_EQ(dead.Finish(), 9u);
+    TraceCapture trace;
+    EXPECT_TRUE(mLibrary.Print(L"dead.txt", "x"));
+    EXPECT_THAT(trace.Take(), Contains(cFailed));
+    ListenerProcess alive(L"listen");
+    EXPECT_TRUE(mLibrary.Print(L"alive.txt", "x"));
+    EXPECT_THAT(trace.Take(), Contains(cSucceeded));
+    EXPECT_EQ(alive.Finish(), 0u);
+    EXPECT_THAT(alive.GetJobs(), ElementsAre(L"alive.ps"));
+}
+
+TEST_F(MonitorNotification, PassesOnWhatASpoiltRegistryThrowsAndPrintsOn) {
+    ListenerProcess listener(L"listen");
+    const long session = GSessionInfo::GetInstance()->GetCurrentSessionID();
+    constexpr std::size_t cEndOffsetWord = 12;  // behind the size word, the version and the seed
+    ASSERT_TRUE(mLibrary.Start(L"spoilt.txt"));
+    ASSERT_TRUE(mLibrary.Write("all of it"));
+    {
+        const SpoiltRegistry own(session, cEndOffsetWord, 0x7FFFFFFF);
+        const SpoiltRegistry global(-1, cEndOffsetWord, 0xFFFFFFFF);
+        EXPECT_THROW(mLibrary.End(), GException);
+    }
+    EXPECT_EQ(ReadFileBytes(GetJobPath(L"spoilt.ps")), "all of it");
+    EXPECT_TRUE(IsClosed(GetJobPath(L"spoilt.ps")));
+    std::thread([this] { EXPECT_TRUE(mLibrary.Print(L"sound.txt", "x")) << "on another thread"; }).join();
+    EXPECT_EQ(listener.Finish(), 0u);
+    EXPECT_THAT(listener.GetJobs(), ElementsAre(L"sound.ps"));
+}
+
+TEST_F(MonitorNotification, WaitsOnlySoLongForAMutexThatSomebodyKeeps) {
+    ListenerProcess listener(L"listen");
+    TraceCapture trace;
+    {
+        const KeptMutex kept;
+        const ULONGLONG start = ::GetTickCount64();
+        EXPECT_TRUE(mLibrary.Print(L"kept.txt", "x"));
+        EXPECT_LT(::GetTickCount64() - start, 15000u);
+    }
+    EXPECT_THAT(trace.Take(),
+                testing::IsSupersetOf(
+                    {std::string(cFailed), std::string("PrinterProcessorWin could not be reached in time")}));
+    EXPECT_TRUE(mLibrary.Print(L"free.txt", "x"));
+    EXPECT_EQ(listener.Finish(), 0u);
+    EXPECT_THAT(listener.GetJobs(), ElementsAre(L"free.ps"));
+}
+
+TEST(MonitorWithoutHandOff, PrintsAndStartsItWithALaterJob) {
+    TraceCapture trace;
+    auto kept = std::make_unique<KeptMutex>();
+    MonitorLibrary library;
+    EXPECT_THAT(trace.Take(), ElementsAre("DLLMain", "DLL_PROCESS_ATTACH", testing::_,
+                                          "GPPPrinterProcessorLayer::Initialize",
+                                          "Failed in DLL_PROCESS_ATTACH", "InitializePrintMonitor2"));
+    ASSERT_TRUE(library.Open());
+    EXPECT_TRUE(library.Print(L"without.txt", "x"));
+    EXPECT_THAT(trace.Take(), Contains(cFailed));
+    EXPECT_EQ(ReadFileBytes(GetJobPath(L"without.ps")), "x");
+    kept.reset();
+    ListenerProcess listener(L"listen");
+    EXPECT_TRUE(library.Print(L"with.txt", "x"));
+    EXPECT_THAT(trace.Take(), Contains(cSucceeded));
+    EXPECT_EQ(listener.Finish(), 0u);
+    EXPECT_THAT(listener.GetJobs(), ElementsAre(L"with.ps"));
+}
+
+}  // namespace
