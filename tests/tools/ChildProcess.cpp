@@ -28,8 +28,8 @@ ChildProcess::ChildProcess(const std::wstring& commandLine, const std::wstring& 
     PROCESS_INFORMATION process{};
     const std::wstring program = GetOwnFolder() + commandLine.substr(0, commandLine.find(L' '));
     std::wstring line = commandLine;
-    if (::CreateProcessW(program.c_str(), line.data(), nullptr, nullptr, TRUE, CREATE_NEW_PROCESS_GROUP,
-                         nullptr, nullptr, &startup, &process)) {
+    if (::CreateProcessW(program.c_str(), line.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr, &startup,
+                         &process)) {
         ::CloseHandle(process.hThread);
         mProcess = process.hProcess;
         mID = process.dwProcessId;
@@ -40,8 +40,7 @@ ChildProcess::ChildProcess(const std::wstring& commandLine, const std::wstring& 
 
 ChildProcess::~ChildProcess() {
     if (mProcess == nullptr) return;
-    if (IsRunning()) ::TerminateProcess(mProcess, 99);
-    ::WaitForSingleObject(mProcess, INFINITE);
+    if (IsRunning()) Kill();
     ::CloseHandle(mProcess);
 }
 
@@ -49,8 +48,9 @@ bool ChildProcess::IsRunning() const {
     return ::WaitForSingleObject(mProcess, 0) == WAIT_TIMEOUT;
 }
 
-bool ChildProcess::Break() const {
-    return ::GenerateConsoleCtrlEvent(CTRL_BREAK_EVENT, mID) != FALSE;
+void ChildProcess::Kill() const {
+    ::TerminateProcess(mProcess, 99);
+    ::WaitForSingleObject(mProcess, INFINITE);
 }
 
 long ChildProcess::WaitForExitCode() const {

@@ -2,8 +2,8 @@
 
 #include <string>
 
-/// ChildProcess: a program of this build, running in a process group of its own with its output in a
-/// file. Whatever still runs when the object goes is ended.
+/// ChildProcess: a program of this build, running with its output in a file. Whatever still runs when the
+/// object goes is ended.
 class ChildProcess {
 public:
     /// `commandLine` begins with the program's file name; it stands beside this test program.
@@ -16,8 +16,8 @@ public:
     bool IsStarted() const { return mProcess != nullptr; }
     unsigned long GetID() const { return mID; }
     bool IsRunning() const;
-    /// As Ctrl-Break on the program's console.
-    bool Break() const;
+    /// Ends it on the spot and waits until it has gone.
+    void Kill() const;
     /// Waits half a minute at most; -1 when it still runs then.
     long WaitForExitCode() const;
 

@@ -14,7 +14,7 @@ StatusFacts MakeReadyFacts() {
     facts.library.value = {L"C:\\windows\\system32\\QuillonPortMonitor64.dll", true, L"0.1.0.0"};
     facts.portFound.value = true;
     facts.printers.value = {{L"Quillon PDF", {L"QuillonPDFPort:"}, L"Some PS"}};
-    facts.listeners.value = {{1, 4711, Listener::State::Listening}};
+    facts.listeners.value = {{1, 4711, true}};
     facts.jobFolder.value = {L"C:\\Temp\\", 1536};
     return facts;
 }
@@ -51,7 +51,7 @@ TEST(StatusFacts, IsReadyOnlyWithEverythingThatAJobNeeds) {
 TEST(StatusFacts, ShowsEachFactInItsRow) {
     StatusFacts facts = MakeReadyFacts();
     facts.printers.value.push_back({L"B\u00FCro", {L"QuillonPDFPort:"}, L"Other PS"});
-    facts.listeners.value.push_back({2, 99, Listener::State::Unreachable});
+    facts.listeners.value.push_back({2, 99, false});
     EXPECT_EQ(ToUTF8(facts.Format()),
               "Monitor:     registered, QuillonPortMonitor64.dll\n"
               "Library:     C:\\windows\\system32\\QuillonPortMonitor64.dll, version 0.1.0.0\n"
@@ -59,7 +59,7 @@ TEST(StatusFacts, ShowsEachFactInItsRow) {
               "Printers:    Quillon PDF (driver Some PS)\n"
               "             B\xC3\xBCro (driver Other PS)\n"
               "Listeners:   session 1: process 4711\n"
-              "             session 2: process 99, cannot be reached\n"
+              "             session 2: process 99, no longer listening\n"
               "Job folder:  C:\\Temp\\, 1.5 KB free\n"
               "Ready to print.\n");
 }
@@ -86,17 +86,16 @@ TEST(StatusFacts, GathersWithoutThrowingOnAnyMachine) {
     EXPECT_EQ(facts.jobFolder.value.path.back(), L'\\');
 }
 
-TEST(Listener, TellsSessionProcessAndState) {
+TEST(Listener, TellsSessionProcessAndWhetherItListens) {
     const struct {
         const char* what;
         Listener listener;
         const wchar_t* expected;
     } rows[] = {
-        {"listening", {3, 12, Listener::State::Listening}, L"session 3: process 12"},
-        {"in the services' session", {0, 12, Listener::State::Listening}, L"session 0: process 12"},
-        {"session unknown", {-1, 12, Listener::State::Listening}, L"all sessions: process 12"},
-        {"not usable", {1, 12, Listener::State::Unreachable}, L"session 1: process 12, cannot be reached"},
-        {"ended", {1, 12, Listener::State::Gone}, L"session 1: process 12, has ended"},
+        {"listening", {3, 12, true}, L"session 3: process 12"},
+        {"in the services' session", {0, 12, true}, L"session 0: process 12"},
+        {"session unknown", {-1, 12, true}, L"all sessions: process 12"},
+        {"ended", {1, 12, false}, L"session 1: process 12, no longer listening"},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.what);

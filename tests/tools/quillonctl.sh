@@ -127,6 +127,22 @@ says 'Listeners:   none'
 says 'users\anna\Temp\, '
 says 'Ready to print.'
 
+# A processing application is listed while it runs; Ctrl-C ends it in good order.
+wine "$bin/PrinterProcessorWin.exe" >"$scratch/application" 2>&1 </dev/null &
+application=$!
+tries=0
+until grep -q '^Listening' "$scratch/application"; do
+    tries=$((tries + 1))
+    [ "$tries" -lt 300 ] || fail "PrinterProcessorWin does not listen"
+    sleep 0.1
+done
+ctl 0 status
+grep -q '^Listeners:   session [0-9]*: process [0-9]*$' "$scratch/out" || fail "the listener is not listed"
+kill -INT "$application"
+wait "$application" || fail "Ctrl-C ended PrinterProcessorWin with $?"
+ctl 0 status
+says 'Listeners:   none'
+
 # The page comes out of the port; the forwarding monitor supplies the printer's name, as Windows does.
 cp "$support/ForwardingMonitor.dll" "$system/"
 wine reg add "$monitor_key" /v RealDriver /d QuillonPortMonitor64.dll /f >/dev/null

@@ -9,6 +9,7 @@
 #include "framework/ipc/GWaitBudget.h"
 #include "framework/system/GSessionInfo.h"
 #include "monitor/GPPIPCManager.h"
+#include "platform/win32/PWin32Api.h"
 #include "platform/win32/PWin32Wide.h"
 #include "tools/quillonctl/Failure.h"
 
@@ -34,15 +35,8 @@ public:
     }
 };
 
-Listener::State GetState(long processID) {
-    switch (GPPIPCManager::GetInstance()->GetListeningState(processID)) {
-        case GIPCManager::cListening:
-            return Listener::State::Listening;
-        case GIPCManager::cNotUsable:
-            return Listener::State::Unreachable;
-        default:
-            return Listener::State::Gone;
-    }
+bool IsListening(long processID) {
+    return GPPIPCManager::GetInstance()->GetListeningState(processID) == GIPCManager::cListening;
 }
 
 GTable<GIPCQueueAddress> GetRegistrations(GWaitBudget& budget) {
@@ -58,6 +52,15 @@ bool ComesBefore(const Listener& one, const Listener& other) {
     return one.session != other.session ? one.session < other.session : one.processID < other.processID;
 }
 
+// For a process that stands in the shared registry alone: where the messaging knows no sessions, the
+// system may.
+void FindSession(Listener& listener) {
+    DWORD session = 0;
+    if (listener.session < 0 && ::ProcessIdToSessionId(static_cast<DWORD>(listener.processID), &session)) {
+        listener.session = static_cast<long>(session);
+    }
+}
+
 // A process stands in its session's registry and in the one that all sessions share (-1): the first
 // says more. It may also stand several times in one.
 std::vector<Listener> MergeRegistrations(const GTable<GIPCQueueAddress>& queues) {
@@ -70,6 +73,7 @@ std::vector<Listener> MergeRegistrations(const GTable<GIPCQueueAddress>& queues)
             known->session = queue.mSession;
         }
     }
+    std::ranges::for_each(listeners, FindSession);
     std::ranges::sort(listeners, ComesBefore);
     return listeners;
 }
@@ -77,12 +81,10 @@ std::vector<Listener> MergeRegistrations(const GTable<GIPCQueueAddress>& queues)
 }  // namespace
 
 std::wstring Listener::Format() const {
-    const wchar_t* meaning = L"";
-    if (state == State::Unreachable) meaning = L", cannot be reached";
-    if (state == State::Gone) meaning = L", has ended";
     const std::wstring place =
         session < 0 ? std::wstring(L"all sessions") : L"session " + std::to_wstring(session);
-    return place + L": process " + std::to_wstring(processID) + meaning;
+    return place + L": process " + std::to_wstring(processID) +
+           (isListening ? L"" : L", no longer listening");
 }
 
 std::vector<Listener> Listeners::GetAll() {
@@ -90,7 +92,7 @@ std::vector<Listener> Listeners::GetAll() {
         GWaitBudget budget(cMaxWaitMilliseconds);
         const HandOffReference handOff(budget);
         std::vector<Listener> listeners = MergeRegistrations(GetRegistrations(budget));
-        for (Listener& listener : listeners) listener.state = GetState(listener.processID);
+        for (Listener& listener : listeners) listener.isListening = IsListening(listener.processID);
         return listeners;
     } catch (const GException& failure) {
         throw Failure(AsWide(failure.GetFullDescription()));

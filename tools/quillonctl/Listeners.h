@@ -5,11 +5,9 @@
 
 /// A process that has registered for the notifications of printed jobs.
 struct Listener {
-    enum class State { Gone, Unreachable, Listening };
-
     long session = 0;  // -1 when the system does not tell
     long processID = 0;
-    State state = State::Listening;
+    bool isListening = true;  // false: it has ended, or left a broken queue, without signing off
 
     /// One line without a line end.
     std::wstring Format() const;
