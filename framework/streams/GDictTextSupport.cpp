@@ -46,6 +46,7 @@ void GDictTextSupport::Write(const GDict<GBuffer, GString>& dict, GString& text)
 
 bool GDictTextSupport::Read(GBin2TextStream& stream, GDict<GBuffer, GString>& dict) {
     dict.Clear();
+    stream.SkipWhiteSpaceAndLineEnds();
     GString token;
     if (!stream.ReadToken(token) || token != GString(cBegin)) return false;
     stream.SkipWhiteSpaceAndLineEnds();

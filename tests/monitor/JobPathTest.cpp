@@ -132,8 +132,8 @@ TEST(JobPath, KeepsTheNameWithinOneComponent) {
         const char* what;
         std::u16string title;
     } rows[] = {
-        {"252 units and the extension are all that fits", std::u16string(252, u'x')},
-        {"one too many", std::u16string(253, u'x')},
+        {"all that fits", std::u16string(251, u'x')},
+        {"one too many", std::u16string(252, u'x')},
         {"a long title", std::u16string(300, u'x')},
         {"a long title with an extension", std::u16string(300, u'x') + u".docx"},
         {"a long extension", u"x." + std::u16string(300, u'y')},
@@ -145,7 +145,7 @@ TEST(JobPath, KeepsTheNameWithinOneComponent) {
         EXPECT_LE(name.size(), 255u);
         EXPECT_EQ(name.substr(name.size() - 3), u".ps");
     }
-    EXPECT_EQ(FileName(std::u16string(252, u'x')), std::u16string(252, u'x') + u".ps");
+    EXPECT_EQ(FileName(std::u16string(251, u'x')), std::u16string(251, u'x') + u".ps");
 }
 
 TEST(JobPath, NeverCutsACharacterInTwo) {
