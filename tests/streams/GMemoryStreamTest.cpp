@@ -1,0 +1,192 @@
+#include <gtest/gtest.h>
+
+#include <memory>
+
+#include "framework/streams/GMemoryInStream.h"
+#include "framework/streams/GMemoryOutStream.h"
+#include "tests/streams/StreamTestSupport.h"
+
+namespace {
+
+TEST(GMemoryInStream, ReadsWhatIsLeftAndThenEnds) {
+    const GBuffer data("0123456789");
+    GMemoryInStream stream(data);
+    GBuffer out("left over");
+    EXPECT_EQ(stream.Read(out, 4), 4);
+    EXPECT_EQ(BytesOf(out), "0123");
+    EXPECT_EQ(stream.Read(out, 100), 6);
+    EXPECT_EQ(BytesOf(out), "456789");
+    EXPECT_EQ(stream.Read(out, 100), -1);
+    EXPECT_TRUE(out.IsEmpty());
+    EXPECT_EQ(stream.Read(out, 1), -1);
+}
+
+TEST(GMemoryInStream, AsksForNothing) {
+    const GBuffer data("0123456789");
+    for (const long count : {0L, -1L, -2147483647L}) {
+        SCOPED_TRACE(count);
+        GMemoryInStream stream(data);
+        GBuffer out("left over");
+        EXPECT_EQ(stream.Read(out, count), -1);
+        EXPECT_TRUE(out.IsEmpty());
+        EXPECT_EQ(stream.GetPosition(), 0);
+    }
+}
+
+TEST(GMemoryInStream, DeliversTheSameInPiecesOfEverySize) {
+    for (const std::size_t length : {0u, 1u, 2u, 17u, 64u}) {
+        const std::string bytes = Pattern(length);
+        const GBuffer data = BufferOf(bytes);
+        for (long size = 1; size <= static_cast<long>(length) + 1; ++size) {
+            GMemoryInStream stream(&data);
+            EXPECT_EQ(ReadAll(stream, size), bytes) << "pieces of " << size;
+        }
+    }
+}
+
+TEST(GMemoryInStream, SkipsWithinTheData) {
+    const GBuffer data("0123456789");
+    const struct {
+        const char* what;
+        long long count;
+        long long moved;
+        long position;
+    } rows[] = {
+        {"forward", 3, 3, 7},
+        {"to the end", 6, 6, 10},
+        {"past the end", 7, 6, 10},
+        {"by no int", 1LL << 40, 6, 10},
+        {"not at all", 0, 0, 4},
+        {"back", -1, -1, 3},
+        {"back to the start", -4, -4, 0},
+        {"back past the start", -5, -4, 0},
+        {"far back", -(1LL << 40), -4, 0},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.what);
+        GMemoryInStream stream(data);
+        EXPECT_EQ(stream.Skip(4), 4);
+        EXPECT_EQ(stream.Skip(row.count), row.moved);
+        EXPECT_EQ(stream.GetPosition(), row.position);
+    }
+}
+
+TEST(GMemoryInStream, StepsBackToTheStartAtMost) {
+    const GBuffer data("0123456789");
+    const struct {
+        long count;
+        long moved;
+        long position;
+    } rows[] = {{2, 2, 4}, {6, 6, 0}, {20, 6, 0}, {0, 0, 6}, {-3, 0, 6}};
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.count);
+        GMemoryInStream stream(data);
+        stream.Skip(6);
+        EXPECT_EQ(stream.Unread(row.count), row.moved);
+        EXPECT_EQ(stream.GetPosition(), row.position);
+    }
+}
+
+TEST(GMemoryInStream, RollsBackOnceToThePoint) {
+    const GBuffer data("0123456789");
+    GMemoryInStream stream(data);
+    GBuffer out;
+    EXPECT_EQ(stream.RollBack(), -1);
+    stream.Skip(2);
+    stream.SetRollBackPoint();
+    stream.Read(out, 5);
+    EXPECT_EQ(stream.RollBack(), 5);
+    EXPECT_EQ(stream.GetPosition(), 2);
+    EXPECT_EQ(stream.RollBack(), -1);
+    EXPECT_EQ(stream.GetPosition(), 2);
+}
+
+TEST(GMemoryInStream, RollsForwardToAPointItHasLeftBackwards) {
+    const GBuffer data("0123456789");
+    GMemoryInStream stream(data);
+    stream.Skip(5);
+    stream.SetRollBackPoint();
+    stream.Unread(3);
+    EXPECT_EQ(stream.RollBack(), 0);
+    EXPECT_EQ(stream.GetPosition(), 5);
+}
+
+TEST(GMemoryInStream, ResetForgetsTheRollBackPoint) {
+    const GBuffer data("0123456789");
+    GMemoryInStream stream(data);
+    stream.Skip(5);
+    stream.SetRollBackPoint();
+    stream.Reset();
+    EXPECT_EQ(stream.GetPosition(), 0);
+    EXPECT_EQ(stream.RollBack(), -1);
+}
+
+TEST(GMemoryInStream, AClonesPositionIsItsOwn) {
+    const GBuffer data("0123456789");
+    GMemoryInStream stream(data);
+    stream.Skip(3);
+    const std::unique_ptr<GInStream> clone(stream.CreateClone());
+    EXPECT_EQ(ReadAll(*clone, 100), "3456789");
+    EXPECT_EQ(stream.GetPosition(), 3);
+}
+
+TEST(GMemoryInStream, EndsWhereABufferThatShrankEnds) {
+    GBuffer data("0123456789");
+    GMemoryInStream stream(data);
+    stream.Skip(8);
+    data.SetLength(4);
+    GBuffer out;
+    EXPECT_EQ(stream.Read(out, 100), -1);
+    EXPECT_EQ(stream.Skip(1), -4);
+    EXPECT_EQ(stream.GetPosition(), 4);
+}
+
+TEST(GInStream, SkipsByReading) {
+    const struct {
+        const char* what;
+        long long count;
+        long long moved;
+    } rows[] = {
+        {"part", 5, 5}, {"all", 10, 10}, {"more than there is", 11, 10}, {"nothing", 0, 0}, {"less", -5, 0}};
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.what);
+        PieceStream stream("0123456789", 3);
+        EXPECT_EQ(stream.Skip(row.count), row.moved);
+        EXPECT_EQ(stream.GetPosition(), row.moved);
+    }
+}
+
+TEST(GInStream, SkipsInChunksOfOneMebibyte) {
+    PieceStream stream(Pattern(0x100000 + 10), 0x200000);
+    EXPECT_EQ(stream.Skip(0x100000 + 5), 0x100000 + 5);
+    EXPECT_EQ(stream.GetLargestRequest(), 0x100000);
+}
+
+TEST(GMemoryOutStream, AppendsAndCountsWhatItWasGiven) {
+    GBuffer target("head:");
+    GMemoryOutStream stream(target);
+    EXPECT_EQ(stream.Write(GBuffer("one")), 3);
+    EXPECT_EQ(stream.Write(GBuffer()), 0);
+    EXPECT_EQ(stream.Write(GBuffer("two")), 3);
+    EXPECT_EQ(BytesOf(target), "head:onetwo");
+}
+
+TEST(GMemoryOutStream, TakesItsOwnTarget) {
+    GBuffer target("abc");
+    GMemoryOutStream stream(&target);
+    EXPECT_EQ(stream.Write(target), 3);
+    EXPECT_EQ(BytesOf(target), "abcabc");
+}
+
+TEST(GMemoryOutStream, CannotSkipOrGoBack) {
+    GBuffer target;
+    GMemoryOutStream stream(target);
+    stream.Write(GBuffer("abc"));
+    EXPECT_EQ(stream.Skip(5), 0);
+    stream.Flush();
+    stream.Reset();
+    stream.Write(GBuffer("d"));
+    EXPECT_EQ(BytesOf(target), "abcd");
+}
+
+}  // namespace

@@ -1,0 +1,228 @@
+#include <gtest/gtest.h>
+
+#include <vector>
+
+#include "framework/core/GException.h"
+#include "framework/core/GProgress.h"
+#include "framework/streams/GMemoryInStream.h"
+#include "framework/streams/GMemoryOutStream.h"
+#include "framework/streams/GStreamSupport.h"
+#include "tests/streams/StreamTestSupport.h"
+
+using namespace std::string_literals;
+
+namespace {
+
+// Installs a centre for one test and writes down what is reported.
+class RecordingCentre : public GProgressCentre {
+public:
+    struct Entry {
+        long long done;
+        long long total;
+        bool operator==(const Entry&) const = default;
+    };
+
+    RecordingCentre(std::vector<Entry>& entries, long& finished, long long cancelAt)
+        : mEntries(entries), mFinished(finished), mCancelAt(cancelAt) {}
+
+    void Report(const GProgress& progress) override {
+        mEntries.push_back({progress.GetDone(), progress.GetTotal()});
+        if (mCancelAt >= 0 && progress.GetDone() >= mCancelAt) throw GAbortException();
+    }
+    void Finished(const GProgress&) noexcept override { ++mFinished; }
+
+private:
+    std::vector<Entry>& mEntries;
+    long& mFinished;
+    long long mCancelAt;
+};
+
+class CopyStream : public testing::Test {
+protected:
+    using Entry = RecordingCentre::Entry;
+
+    ~CopyStream() override { GProgressCentre::SetInstance(nullptr); }
+    void Record(long long cancelAt = -1) {
+        GProgressCentre::SetInstance(new RecordingCentre(mEntries, mFinished, cancelAt));
+    }
+
+    std::vector<Entry> mEntries;
+    long mFinished = 0;
+};
+
+TEST_F(CopyStream, CopiesTheRestOfTheSource) {
+    const struct {
+        std::size_t length;
+        long piece;
+    } rows[] = {{0, 10}, {1, 10}, {102399, 102400}, {102400, 102400}, {102401, 102400}, {250000, 999}};
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.length);
+        PieceStream source(Pattern(row.length), row.piece);
+        GBuffer copy;
+        GMemoryOutStream target(copy);
+        EXPECT_EQ(GStreamSupport::CopyStream(source, target), static_cast<long long>(row.length));
+        EXPECT_EQ(BytesOf(copy), Pattern(row.length));
+        EXPECT_EQ(source.GetLargestRequest(), 102400);
+    }
+}
+
+TEST_F(CopyStream, StartsWhereTheSourceStands) {
+    const GBuffer data("0123456789");
+    GMemoryInStream source(data);
+    source.Skip(7);
+    GBuffer copy;
+    GMemoryOutStream target(copy);
+    EXPECT_EQ(GStreamSupport::CopyStream(source, target), 3);
+    EXPECT_EQ(BytesOf(copy), "789");
+}
+
+TEST_F(CopyStream, ReportsBytesOfAKnownTotal) {
+    Record();
+    const GBuffer data = BufferOf(Pattern(102400 + 50));
+    GMemoryInStream source(data);
+    source.Skip(10);
+    FullStream target(1000000);
+    GStreamSupport::CopyStream(source, target);
+    EXPECT_EQ(mEntries, (std::vector<Entry>{{0, 102440}, {102400, 102440}, {102440, 102440}}));
+    EXPECT_EQ(mFinished, 1);
+}
+
+TEST_F(CopyStream, ReportsBytesWithoutAKnownTotal) {
+    Record();
+    PieceStream source("0123456789", 6);
+    FullStream target(100);
+    GStreamSupport::CopyStream(source, target);
+    EXPECT_EQ(mEntries, (std::vector<Entry>{{0, -1}, {6, -1}, {10, -1}}));
+}
+
+TEST_F(CopyStream, IsCanceledByTheCentre) {
+    Record(6);
+    PieceStream source("0123456789", 3);
+    FullStream target(100);
+    EXPECT_THROW(GStreamSupport::CopyStream(source, target), GAbortException);
+    EXPECT_EQ(target.GetTaken(), "012345");
+    EXPECT_EQ(mFinished, 1);
+}
+
+TEST_F(CopyStream, ThrowsWhenTheTargetIsFull) {
+    PieceStream source("0123456789", 4);
+    FullStream target(6);
+    try {
+        GStreamSupport::CopyStream(source, target);
+        ADD_FAILURE() << "nothing was thrown";
+    } catch (const GSimpleException& failure) {
+        EXPECT_EQ(failure.GetExceptionID(), 2464);
+    }
+    EXPECT_EQ(target.GetTaken(), "012345");
+}
+
+TEST(GProgress, TellsItsFraction) {
+    const struct {
+        long long total;
+        long long done;
+        double fraction;
+    } rows[] = {{-1, 50, 0}, {0, 0, 0}, {200, 0, 0}, {200, 50, 0.25}, {200, 200, 1}, {200, 250, 1}};
+    for (const auto& row : rows) {
+        GProgress progress(row.total);
+        progress.Advance(row.done);
+        EXPECT_EQ(progress.GetFraction(), row.fraction) << row.done << " of " << row.total;
+    }
+}
+
+TEST(GetContent, CollectsTheRestOfTheSource) {
+    for (const std::size_t length : {0u, 1u, 102400u, 102401u, 300000u}) {
+        SCOPED_TRACE(length);
+        PieceStream source("head" + Pattern(length), 70000);
+        source.Skip(4);
+        GBuffer content("left over");
+        EXPECT_EQ(GStreamSupport::GetContent(source, content), static_cast<long>(length));
+        EXPECT_EQ(BytesOf(content), Pattern(length));
+    }
+}
+
+TEST(GetContent, StopsAtItsLimit) {
+    const struct {
+        const char* what;
+        long limit;
+        bool fits;
+    } rows[] = {
+        {"room to spare", 11, true}, {"just", 10, true}, {"one too many", 9, false}, {"no room", 0, false}};
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.what);
+        const GBuffer data("0123456789");
+        PieceStream pieces("0123456789", 4);
+        GMemoryInStream memory(data);
+        for (GInStream* source : {static_cast<GInStream*>(&pieces), static_cast<GInStream*>(&memory)}) {
+            GBuffer content("as it was");
+            if (row.fits) {
+                EXPECT_EQ(GStreamSupport::GetContent(*source, content, row.limit), 10);
+            } else {
+                EXPECT_THROW(GStreamSupport::GetContent(*source, content, row.limit), GSimpleException);
+                EXPECT_EQ(BytesOf(content), "as it was");
+            }
+        }
+    }
+}
+
+TEST(GetStreamLength, CountsAllDataAndMovesNothing) {
+    for (const std::size_t length : {0u, 1u, 2000000u}) {
+        SCOPED_TRACE(length);
+        const GBuffer data = BufferOf(Pattern(length));
+        GMemoryInStream memory(data);
+        PieceStream pieces(Pattern(length), 65536);
+        memory.Skip(1);
+        pieces.Skip(1);
+        EXPECT_EQ(GStreamSupport::GetStreamLength(memory), length);
+        EXPECT_EQ(GStreamSupport::GetStreamLength(pieces), length);
+        EXPECT_EQ(pieces.GetPosition(), length < 1 ? 0 : 1);
+    }
+}
+
+TEST(GetStreamType, KnowsDataByItsFirstBytes) {
+    const struct {
+        const char* what;
+        std::string data;
+        GTypeEnums::Types type;
+    } rows[] = {
+        {"nothing", "", GTypeEnums::cNone},
+        {"any text", "Dear Sir,", GTypeEnums::cNone},
+        {"PostScript", "%!PS-Adobe-3.0\n%%Title: x EPSF-3.0", GTypeEnums::cPostScript},
+        {"PostScript of few words", "%!\nshowpage", GTypeEnums::cPostScript},
+        {"encapsulated", "%!PS-Adobe-3.0 EPSF-3.0\n", GTypeEnums::cEPS},
+        {"encapsulated, with a preview", "\xC5\xD0\xD3\xC6\x1e"s, GTypeEnums::cEPS},
+        {"behind job language", "\x1B%-12345X@PJL\r\n@PJL ENTER LANGUAGE=POSTSCRIPT\r\n%!PS-Adobe-3.0\n",
+         GTypeEnums::cPostScript},
+        {"directly behind the escape", "\x1B%-12345X%!PS-Adobe-3.0\n", GTypeEnums::cPostScript},
+        {"another language",
+         "\x1B%-12345X@PJL ENTER LANGUAGE=PCL\r\n\x1B"
+         "E",
+         GTypeEnums::cPrinterJob},
+        {"PDF", "%PDF-1.7\n", GTypeEnums::cPDF},
+        {"half of PDF's mark", "%PDF", GTypeEnums::cNone},
+        {"PNG", "\x89PNG\r\n\x1A\n\0"s, GTypeEnums::cPNG},
+        {"PNG after a text transfer", "\x89PNG\n\x1A\n\0"s, GTypeEnums::cNone},
+        {"JPEG", "\xFF\xD8\xFF\xE0"s, GTypeEnums::cJPEG},
+        {"GIF", "GIF89a", GTypeEnums::cGIF},
+        {"TIFF, little-endian", "II*\0\x08"s, GTypeEnums::cTIFF},
+        {"TIFF, big-endian", "MM\0*"s, GTypeEnums::cTIFF},
+        {"bitmap", "BM\x36\0\0\0\0\0\0\0\x36\0\0\0\x28\0\0\0"s, GTypeEnums::cBMP},
+        {"text that begins like a bitmap", "BMW is a make of car", GTypeEnums::cNone},
+        {"archive", "PK\x03\x04", GTypeEnums::cZip},
+        {"compressed", "\x1F\x8B\x08"s, GTypeEnums::cGZip},
+        {"dictionary", "#BEGINDICT\r\n", GTypeEnums::cDictionary},
+        {"preferences", "#BEGINPREFS\r\n", GTypeEnums::cPreferences},
+        {"UTF-8 text", "\xEF\xBB\xBFhello", GTypeEnums::cText},
+        {"UTF-16 text", "\xFF\xFEh\0"s, GTypeEnums::cText},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.what);
+        PieceStream stream(row.data, 3);
+        stream.Skip(2);
+        const long position = stream.GetPosition();
+        EXPECT_EQ(GStreamSupport::GetStreamType(stream), row.type);
+        EXPECT_EQ(stream.GetPosition(), position);
+        EXPECT_EQ(GStreamSupport::GetBufferType(BufferOf(row.data)), row.type);
+    }
+}
+
+}  // namespace
