@@ -133,7 +133,8 @@ void PWin32FileSystemImp::CreateFile(const GPathName& path, bool mustBeNew) {
                                         nullptr, CREATE_NEW, FILE_ATTRIBUTE_NORMAL, nullptr));
     if (file) return;
     const DWORD error = ::GetLastError();
-    if (mustBeNew || error != ERROR_FILE_EXISTS) Throw(error, path);
+    // A folder of that name is told by the same code.
+    if (mustBeNew || error != ERROR_FILE_EXISTS || IsFolder(path)) Throw(error, path);
 }
 
 void PWin32FileSystemImp::CreateFolder(const GPathName& path) {

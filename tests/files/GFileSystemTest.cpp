@@ -1,0 +1,297 @@
+#include "framework/files/GFileSystem.h"
+
+#include <gtest/gtest.h>
+
+#include "framework/core/GException.h"
+#include "framework/files/GFileSystemDefinitions.h"
+#include "tests/files/TestFolder.h"
+
+namespace {
+
+// A platform whose folders have short names and whose files are one set.
+struct FakePlatform {
+    static inline GPathName sTemp = GPathName("T:/temp/");
+    static inline std::string sFile;  // the one file that exists
+    static inline int sTempQuestions = 0;
+    static inline bool sRefuses = false;
+
+    static GPathName GetUserApplicationDataFolder() { return GPathName("U:/data"); }
+    static GPathName GetUserPreferenceFolder() { return GPathName("U:/prefs"); }
+    static GPathName GetCommonAppDataFolder() { return GPathName("A:/data"); }
+    static GPathName GetGlobalPreferenceFolder() { return GPathName("A:/prefs"); }
+    static GPathName GetDesktopFolder() { return GPathName("U:/desktop"); }
+    static GPathName GetUserDocumentsFolder() { return GPathName("U:/documents"); }
+    static GPathName GetSystemFolder() { return GPathName("W:/system"); }
+    static GPathName GetGlobalSystemFolder() { return GPathName("W:/"); }
+    static GPathName GetApplicationsFolder() { return GPathName("P:/64"); }
+    static GPathName GetApplicationsFolder32() { return GPathName("P:/32"); }
+    static GPathName GetUserHomeFolder() { return GPathName("U:/"); }
+    static GPathName GetGlobalTempFolder() {
+        ++sTempQuestions;
+        return sTemp;
+    }
+    static GPathName GetLibraryPath() { return GPathName("L:/q/Quillon.dll"); }
+    static GPathName GetApplicationPath() { return GPathName("L:/app.exe"); }
+    static bool FileExists(const GPathName& path) {
+        if (sRefuses) throw GSimpleException(GExceptionID::cGeneral);
+        return TextOf(path) == sFile;
+    }
+    static bool FolderExists(const GPathName&) { return false; }
+    static bool FileInUse(const GPathName&) { return false; }
+    static long GetVolumeType(const GPathName&) { return 0; }
+    static void CreateFile(const GPathName&, bool) {}
+    static void CreateFolder(const GPathName&) {}
+    static void CreateParentFolder(const GPathName&) {}
+    static void RemoveFile(const GPathName&) {}
+    static void RemoveFolderOnly(const GPathName&) {}
+    static void MoveFile(const GPathName&, const GPathName&) {}
+    static void MoveFolder(const GPathName&, const GPathName&) {}
+    static void CopyFile(const GPathName&, const GPathName&) {}
+    static bool IsHidden(const GPathName&) { return false; }
+    static bool IsWritable(const GPathName&) { return false; }
+    static void SetHidden(const GPathName&, bool) {}
+    static void SetWritable(const GPathName&, bool) {}
+    static GDateTime GetCreationDateTime(const GPathName&) { return GDateTime(); }
+    static GDateTime GetModificationDateTime(const GPathName&) { return GDateTime(); }
+};
+
+using FakeFileSystem = GFileSystemBase<FakePlatform>;
+
+class SpecialPaths : public testing::Test {
+protected:
+    ~SpecialPaths() override {
+        FakeFileSystem::RemoveAllSpecialPaths();
+        FakePlatform::sTemp = GPathName("T:/temp/");
+        FakePlatform::sFile.clear();
+        FakePlatform::sRefuses = false;
+    }
+};
+
+TEST_F(SpecialPaths, HaveTheirDefaults) {
+    const struct {
+        long id;
+        const char* path;
+    } rows[] = {
+        {-8, "U:/data"},
+        {-7, "W:/system"},
+        {-6, "L:/q/Quillon.dll"},
+        {-5, "L:/app.exe"},
+        {-4, "U:/prefs"},
+        {-3, "A:/prefs"},
+        {-2, "T:/temp/"},
+        {-1, "W:/"},
+        {7, "L:/q/Resources/CMap"},
+        {11, "L:/q/Resources"},
+        {21, "L:/q/Resources/FontMetrics"},
+        {22, "L:/q/Resources/lng"},
+        {23, "L:/q/Resources/ICC"},
+        {33, "A:/data/Quillon Prefs Folder"},
+        {35, "U:/data/Quillon Prefs Folder"},
+        {52, "L:/q/Resources/xml"},
+        {53, "U:/data/Quillon"},
+        {54, "L:/q/Resources/Artwork"},
+        {0, ""},
+        {-9, ""},
+        {55, ""},
+    };
+    for (const auto& row : rows)
+        EXPECT_EQ(TextOf(FakeFileSystem::GetSpecialPath(row.id)), row.path) << row.id;
+}
+
+TEST_F(SpecialPaths, AreOverriddenUntilRemoved) {
+    FakeFileSystem::AddSpecialPath(22, GPathName("X:/mine"));
+    FakeFileSystem::AddSpecialPath(1000, GPathName("X:/new"));
+    EXPECT_EQ(TextOf(FakeFileSystem::GetSpecialPath(22)), "X:/mine");
+    EXPECT_EQ(TextOf(FakeFileSystem::GetSpecialPath(1000)), "X:/new");
+    FakeFileSystem::RemoveSpecialPath(22);
+    FakeFileSystem::RemoveSpecialPath(23);
+    EXPECT_EQ(TextOf(FakeFileSystem::GetSpecialPath(22)), "L:/q/Resources/lng");
+    FakeFileSystem::RemoveAllSpecialPaths();
+    EXPECT_EQ(TextOf(FakeFileSystem::GetSpecialPath(1000)), "");
+}
+
+TEST_F(SpecialPaths, AnOverrideCarriesOverToWhatIsBuiltOnIt) {
+    FakeFileSystem::AddSpecialPath(-8, GPathName("X:/home"));
+    EXPECT_EQ(TextOf(FakeFileSystem::GetSpecialPath(53)), "X:/home/Quillon");
+    EXPECT_EQ(TextOf(FakeFileSystem::GetSpecialPath(35)), "U:/data/Quillon Prefs Folder");
+}
+
+TEST_F(SpecialPaths, SettingTheDefaultReplacesAnOverride) {
+    FakeFileSystem::AddSpecialPath(-2, GPathName("X:/mine"));
+    FakeFileSystem::SetSpecialPathToDefault(-2);
+    EXPECT_EQ(TextOf(FakeFileSystem::GetSpecialPath(-2)), "T:/temp/");
+    FakeFileSystem::AddSpecialPath(1000, GPathName("X:/new"));
+    FakeFileSystem::SetSpecialPathToDefault(1000);
+    EXPECT_EQ(TextOf(FakeFileSystem::GetSpecialPath(1000)), "X:/new");
+}
+
+TEST_F(SpecialPaths, ADefaultIsAskedForOnceUnlessThereWasNone) {
+    FakePlatform::sTempQuestions = 0;
+    FakePlatform::sTemp = GPathName();
+    EXPECT_EQ(TextOf(FakeFileSystem::GetSpecialPath(-2)), "");
+    FakePlatform::sTemp = GPathName("T:/late");
+    EXPECT_EQ(TextOf(FakeFileSystem::GetSpecialPath(-2)), "T:/late");
+    EXPECT_EQ(TextOf(FakeFileSystem::GetSpecialPath(-2)), "T:/late");
+    EXPECT_EQ(FakePlatform::sTempQuestions, 2);
+}
+
+TEST_F(SpecialPaths, TheDebugFolderLiesInTheTemporaryFolderOrBesideAFile) {
+    EXPECT_EQ(TextOf(FakeFileSystem::GetDebugFolder()), "T:/temp/QuillonDebug");
+    FakeFileSystem::AddSpecialPath(-2, GPathName("T:/temp"));
+    EXPECT_EQ(TextOf(FakeFileSystem::GetDebugFolder()), "T:/temp/QuillonDebug");
+    FakePlatform::sFile = "T:/temp";
+    EXPECT_EQ(TextOf(FakeFileSystem::GetDebugFolder()), "T:/QuillonDebug");
+}
+
+TEST_F(SpecialPaths, TryingToFindAFileNeverThrows) {
+    FakePlatform::sFile = "X:/f";
+    EXPECT_TRUE(FakeFileSystem::TryFileExists(GPathName("X:/f")));
+    EXPECT_FALSE(FakeFileSystem::TryFileExists(GPathName("X:/g")));
+    FakePlatform::sRefuses = true;
+    EXPECT_FALSE(FakeFileSystem::TryFileExists(GPathName("X:/f")));
+    EXPECT_THROW(FakeFileSystem::FileExists(GPathName("X:/f")), GException);
+}
+
+void CreateFile(const GPathName& path, bool mustBeNew) {
+    GFileSystem::CreateFile(path, GTypeEnums::cNone, mustBeNew);
+}
+
+TEST(GFileSystem, MakesFilesWithTheirFolders) {
+    const TestFolder folder;
+    CreateFile(folder.Portable("anna/Proof/Q3.ps"), false);
+    EXPECT_EQ(folder.Take("anna/Proof/Q3.ps"), "");
+    folder.Put("anna/Proof/Q3.ps", "there");
+    CreateFile(folder.Portable("anna/Proof/Q3.ps"), false);
+    EXPECT_EQ(folder.Take("anna/Proof/Q3.ps"), "there");
+    EXPECT_THROW(CreateFile(folder.Portable("anna/Proof/Q3.ps"), true), GException);
+    CreateFile(folder.Portable("anna/Proof/Q4.ps"), true);
+    EXPECT_EQ(folder.Take("anna/Proof/Q4.ps"), "");
+}
+
+TEST(GFileSystem, MakesNoFileWhereAFolderOrAFileIsInTheWay) {
+    const TestFolder folder;
+    folder.Put("file", "x");
+    GFileSystem::CreateFolder(folder.Portable("folder"));
+    EXPECT_THROW(CreateFile(folder.Portable("folder"), false), GException);
+    EXPECT_THROW(CreateFile(folder.Portable("file/sub/f"), false), GException);
+    EXPECT_EQ(folder.Take("file"), "x");
+}
+
+TEST(GFileSystem, MakesFoldersWithTheirParents) {
+    const TestFolder folder;
+    for (const char* const path : {"a", "a", "a/b/c", "a/b/c", "a/b/d/", "e//f", "\xC3\x9C\xE4\xB8\x80"}) {
+        SCOPED_TRACE(path);
+        GFileSystem::CreateFolder(folder.Portable(path));
+        EXPECT_TRUE(std::filesystem::is_directory(folder.Standard(path)));
+    }
+}
+
+TEST(GFileSystem, AFileInTheWayOfAFolderIsAClearFailure) {
+    const TestFolder folder;
+    folder.Put("file", "x");
+    const std::string native = TextOf(folder.Portable("file").GetNativePathString());
+    for (const char* const path : {"file", "file/a", "file/a/b"}) {
+        SCOPED_TRACE(path);
+        try {
+            GFileSystem::CreateFolder(folder.Portable(path));
+            ADD_FAILURE() << "nothing was thrown";
+        } catch (const GException& failure) {
+            EXPECT_EQ(TextOf(failure.GetFullDescription()).substr(0, native.size()), native);
+        }
+    }
+    EXPECT_EQ(folder.Take("file"), "x");
+}
+
+TEST(GFileSystem, TellsFilesFromFoldersAndFromNothing) {
+    const TestFolder folder;
+    folder.Put("file", "x");
+    GFileSystem::CreateFolder(folder.Portable("folder"));
+    const struct {
+        const char* path;
+        bool file;
+        bool folder;
+    } rows[] = {
+        {"file", true, false},        {"folder", false, true},         {"nothing", false, false},
+        {"file/below", false, false}, {"nothing/below", false, false},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.path);
+        EXPECT_EQ(GFileSystem::FileExists(folder.Portable(row.path)), row.file);
+        EXPECT_EQ(GFileSystem::TryFileExists(folder.Portable(row.path)), row.file);
+        EXPECT_EQ(GFileSystem::FolderExists(folder.Portable(row.path)), row.folder);
+    }
+}
+
+TEST(GFileSystem, RemovesFilesAndEmptyFolders) {
+    const TestFolder folder;
+    folder.Put("file", "x");
+    GFileSystem::CreateFolder(folder.Portable("empty"));
+    CreateFile(folder.Portable("full/f"), false);
+    GFileSystem::RemoveFile(folder.Portable("file"));
+    GFileSystem::RemoveFolderOnly(folder.Portable("empty"));
+    EXPECT_FALSE(folder.Has("file"));
+    EXPECT_FALSE(folder.Has("empty"));
+    EXPECT_THROW(GFileSystem::RemoveFile(folder.Portable("file")), GException);
+    EXPECT_THROW(GFileSystem::RemoveFolderOnly(folder.Portable("full")), GException);
+    EXPECT_TRUE(folder.Has("full/f"));
+}
+
+TEST(GFileSystem, RenamesCopiesAndMoves) {
+    const TestFolder folder;
+    folder.Put("f", "x");
+    GFileSystem::CreateFolder(folder.Portable("sub"));
+    EXPECT_EQ(TextOf(GFileSystem::RenameFile(folder.Portable("f"), "g")), TextOf(folder.Portable("g")));
+    EXPECT_EQ(TextOf(GFileSystem::CopyFileTo(folder.Portable("g"), folder.Portable("sub"))),
+              TextOf(folder.Portable("sub/g")));
+    GFileSystem::CopyAndRenameFile(folder.Portable("g"), folder.Portable("sub"), "h");
+    GFileSystem::RenameFolder(folder.Portable("sub"), "moved");
+    GFileSystem::CreateFolder(folder.Portable("deep"));
+    GFileSystem::MoveFolderTo(folder.Portable("moved"), folder.Portable("deep"));
+    GFileSystem::MoveFileTo(folder.Portable("g"), folder.Portable("deep"));
+    for (const char* const gone : {"f", "g", "sub", "moved"}) EXPECT_FALSE(folder.Has(gone)) << gone;
+    for (const char* const there : {"deep/g", "deep/moved/g", "deep/moved/h"}) {
+        EXPECT_EQ(folder.Take(there), "x") << there;
+    }
+}
+
+TEST(GFileSystem, ReplacesNothing) {
+    const TestFolder folder;
+    folder.Put("f", "new");
+    folder.Put("g", "old");
+    GFileSystem::CreateFolder(folder.Portable("sub"));
+    folder.Put("sub/f", "old");
+    EXPECT_THROW(GFileSystem::RenameFile(folder.Portable("f"), "g"), GException);
+    EXPECT_THROW(GFileSystem::MoveFileTo(folder.Portable("f"), folder.Portable("sub")), GException);
+    EXPECT_THROW(GFileSystem::CopyFileTo(folder.Portable("f"), folder.Portable("sub")), GException);
+    EXPECT_EQ(folder.Take("f"), "new");
+    EXPECT_EQ(folder.Take("g"), "old");
+    EXPECT_EQ(folder.Take("sub/f"), "old");
+}
+
+TEST(GFileSystem, MarksFilesReadOnlyAndBack) {
+    const TestFolder folder;
+    folder.Put("f", "x");
+    EXPECT_TRUE(GFileSystem::IsWritable(folder.Portable("f")));
+    GFileSystem::SetWritable(folder.Portable("f"), false);
+    EXPECT_FALSE(GFileSystem::IsWritable(folder.Portable("f")));
+    GFileSystem::SetWritable(folder.Portable("f"), true);
+    EXPECT_TRUE(GFileSystem::IsWritable(folder.Portable("f")));
+    EXPECT_THROW(GFileSystem::IsWritable(folder.Portable("g")), GException);
+}
+
+TEST(GFileSystem, DatesAreUTC) {
+    const TestFolder folder;
+    folder.Put("f", "x");
+    // 5 July 2014, 23:59:58 UTC
+    const std::chrono::sys_seconds moment{std::chrono::seconds(1404604798)};
+    std::filesystem::last_write_time(folder.Standard("f"), std::chrono::file_clock::from_sys(moment));
+    const GDateTime modified = GFileSystem::GetModificationDateTime(folder.Portable("f"));
+    EXPECT_EQ(modified.CompareWith(GDateTime(5, 7, 2014, 23, 59, 58, 1, 0, 0)), 0);
+    EXPECT_EQ(modified.GetRelationToUTC(), 1);
+    EXPECT_EQ(modified.GetOffsetHours(), 0);
+    folder.Put("new", "x");
+    EXPECT_LT(GDateTime(1, 1, 2020, 0, 0, 0, 1, 0, 0),
+              GFileSystem::GetCreationDateTime(folder.Portable("new")));
+}
+
+}  // namespace

@@ -1,0 +1,183 @@
+#include "framework/files/GFile.h"
+
+#include <gtest/gtest.h>
+
+#include "framework/core/GException.h"
+#include "framework/files/GFileOpenMode.h"
+#include "tests/files/TestFolder.h"
+#include "tests/streams/StreamTestSupport.h"
+
+namespace {
+
+constexpr long cRead = GFileOpenMode::cRead;
+constexpr long cWrite = GFileOpenMode::cWrite;
+constexpr long cCreate = GFileOpenMode::cCreate;
+constexpr long cStartEmpty = GFileOpenMode::cStartEmpty;
+
+TEST(GFile, ModesDecideWhatBecomesOfAFile) {
+    const struct {
+        const char* what;
+        long mode;
+        bool exists;
+        const char* contentAfter;  // with "XY" written at the start
+    } rows[] = {
+        {"must exist, exists", cWrite, true, "XYcd"},
+        {"must exist, is missing", cWrite, false, "no file"},
+        {"create, exists", cWrite | cCreate, true, "XYcd"},
+        {"create, is missing", cWrite | cCreate, false, "XY"},
+        {"start empty, exists", cWrite | cStartEmpty, true, "XY"},
+        {"start empty, is missing", cWrite | cStartEmpty, false, "XY"},
+        {"create and start empty, exists", cWrite | cCreate | cStartEmpty, true, "XY"},
+        {"the trace log's, is missing", 78, false, "XY"},
+        {"the trace log's, exists", 78, true, "XY"},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.what);
+        const TestFolder folder;
+        if (row.exists) folder.Put("f", "abcd");
+        try {
+            GFile file(folder.Portable("f"), row.mode);
+            EXPECT_EQ(file.Write(BufferOf("XY")), 2);
+        } catch (const GException&) {
+            EXPECT_STREQ(row.contentAfter, "no file");
+        }
+        EXPECT_EQ(folder.Take("f"), row.contentAfter);
+    }
+}
+
+TEST(GFile, OnlyCreateMakesMissingFolders) {
+    const TestFolder folder;
+    EXPECT_THROW(GFile(folder.Portable("a/b/f"), cWrite | cStartEmpty), GException);
+    EXPECT_FALSE(folder.Has("a"));
+    GFile(folder.Portable("a/b/f"), cWrite | cCreate);
+    EXPECT_EQ(folder.Take("a/b/f"), "");
+}
+
+TEST(GFile, ReadsAndWritesAtItsOwnPosition) {
+    const TestFolder folder;
+    GFile file(folder.Portable("f"), cRead | cWrite | cCreate);
+    EXPECT_EQ(file.Write(BufferOf("0123456789")), 10);
+    EXPECT_EQ(file.GetPosition(), 10);
+    file.Seek(4);
+    GBuffer out;
+    EXPECT_EQ(file.Read(out, 3), 3);
+    EXPECT_EQ(BytesOf(out), "456");
+    EXPECT_EQ(file.ReadAt(8, out, 100), 2);
+    EXPECT_EQ(BytesOf(out), "89");
+    EXPECT_EQ(file.WriteAt(0, BufferOf("ab")), 2);
+    EXPECT_EQ(file.GetPosition(), 7);
+    EXPECT_EQ(file.Read(out, 100), 3);
+    EXPECT_EQ(file.Read(out, 100), -1);
+    EXPECT_TRUE(out.IsEmpty());
+    EXPECT_EQ(folder.Take("f"), "ab23456789");
+}
+
+TEST(GFile, WritingBehindTheEndFillsTheGapWithZeros) {
+    const TestFolder folder;
+    GFile file(folder.Portable("f"), cWrite | cCreate);
+    file.Seek(3);
+    file.Write(BufferOf("x"));
+    EXPECT_EQ(file.GetLength(), 4);
+    EXPECT_EQ(folder.Take("f"), std::string("\0\0\0x", 4));
+}
+
+TEST(GFile, IsCutAndExtended) {
+    const TestFolder folder;
+    folder.Put("f", "0123456789");
+    GFile file(folder.Portable("f"), cWrite);
+    file.SetLength(4);
+    EXPECT_EQ(folder.Take("f"), "0123");
+    file.SetLength(6);
+    EXPECT_EQ(folder.Take("f"), std::string("0123\0\0", 6));
+    file.Flush();
+}
+
+TEST(GFile, AskingForEverythingNeedsNoMoreRoomThanTheFile) {
+    const TestFolder folder;
+    folder.Put("f", "0123456789");
+    GFile file(folder.Portable("f"), cRead);
+    GBuffer out;
+    EXPECT_EQ(file.Read(out, 0x7FFFFFFF), 10);
+    EXPECT_LE(out.GetArraySize(), 10000);
+}
+
+TEST(GFile, LeavesMemoryAloneThatABufferOnlyBorrowed) {
+    const TestFolder folder;
+    folder.Put("f", "0123456789");
+    GFile file(folder.Portable("f"), cRead);
+    unsigned char lent[20] = "untouched";
+    GBuffer out;
+    out.TakeByteArray(lent, 9, sizeof lent);
+    EXPECT_EQ(file.Read(out, 5), 5);
+    EXPECT_EQ(BytesOf(out), "01234");
+    EXPECT_STREQ(reinterpret_cast<const char*>(lent), "untouched");
+}
+
+long IDThrownBy(const auto& call) {
+    try {
+        call();
+    } catch (const GSimpleException& failure) {
+        return failure.GetExceptionID();
+    }
+    return 0;
+}
+
+TEST(GFile, RefusesWhatAClosedFileCannotDo) {
+    const TestFolder folder;
+    folder.Put("f", "abc");
+    GFile file(folder.Portable("f"));
+    GBuffer out("as it was");
+    EXPECT_FALSE(file.IsOpen());
+    EXPECT_EQ(IDThrownBy([&] { file.Read(out, 1); }), 40005);
+    EXPECT_EQ(BytesOf(out), "as it was");
+    EXPECT_EQ(IDThrownBy([&] { file.Write(out); }), 40005);
+    EXPECT_EQ(IDThrownBy([&] { file.GetLength(); }), 40005);
+    EXPECT_EQ(IDThrownBy([&] { file.SetLength(0); }), 40005);
+    EXPECT_EQ(IDThrownBy([&] { file.Flush(); }), 40005);
+    file.Open(cRead);
+    EXPECT_EQ(file.Read(out, 1), 1);
+    file.Close();
+    file.Close();
+    EXPECT_EQ(IDThrownBy([&] { file.Read(out, 1); }), 40005);
+    file.Open(cRead);
+    EXPECT_EQ(file.Read(out, 3), 3);
+}
+
+TEST(GFile, RefusesPositionsBeforeTheStart) {
+    const TestFolder folder;
+    GFile file(folder.Portable("f"), cRead | cWrite | cCreate);
+    GBuffer out;
+    file.Seek(2);
+    for (const long long position : {-1LL, -2LL, -(1LL << 62)}) {
+        EXPECT_EQ(IDThrownBy([&] { file.Seek(position); }), 40007);
+        EXPECT_EQ(IDThrownBy([&] { file.ReadAt(position, out, 1); }), 40007);
+        EXPECT_EQ(IDThrownBy([&] { file.WriteAt(position, BufferOf("x")); }), 40007);
+    }
+    EXPECT_EQ(file.GetPosition(), 2);
+    EXPECT_EQ(folder.Take("f"), "");
+}
+
+TEST(GFile, FailuresNameThePath) {
+    const TestFolder folder;
+    const std::string native = TextOf(folder.Portable("missing").GetNativePathString());
+    try {
+        GFile(folder.Portable("missing"), cRead);
+        ADD_FAILURE() << "nothing was thrown";
+    } catch (const GException& failure) {
+        EXPECT_EQ(TextOf(failure.GetFullDescription()).substr(0, native.size() + 2), native + ": ");
+    }
+}
+
+TEST(GFile, AFolderIsNoFile) {
+    const TestFolder folder;
+    EXPECT_THROW(GFile(folder.Portable(), cRead), GException);
+    EXPECT_THROW(GFile(folder.Portable(), cWrite | cCreate), GException);
+}
+
+TEST(GFile, NamesAreTakenInFullUnicode) {
+    const TestFolder folder;
+    GFile(folder.Portable("\xC3\x9C\xE4\xB8\x80\xE2\x82\xAC.ps"), cWrite | cCreate).Write(BufferOf("x"));
+    EXPECT_EQ(folder.Take("\xC3\x9C\xE4\xB8\x80\xE2\x82\xAC.ps"), "x");
+}
+
+}  // namespace

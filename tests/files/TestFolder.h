@@ -1,0 +1,70 @@
+#pragma once
+
+#include <filesystem>
+#include <fstream>
+#include <string>
+
+#include "framework/core/GPathName.h"
+#include "framework/core/GString.h"
+#include "framework/core/GUTF8Encoding.h"
+#include "framework/system/GProcessInfo.h"
+
+/// TestFolder: an empty folder of its own for one test, removed with everything in it.
+///
+/// It looks at files with the standard library, so that what is tested is not tested by itself.
+class TestFolder {
+public:
+    TestFolder() {
+        static int sCount = 0;
+        const long processID = GProcessInfo::GetInstance()->GetCurrentProcessID();
+        mPath = std::filesystem::temp_directory_path() /
+                ("quillon-" + std::to_string(processID) + "-" + std::to_string(++sCount));
+        std::filesystem::create_directories(mPath);
+    }
+    TestFolder(const TestFolder&) = delete;
+    TestFolder& operator=(const TestFolder&) = delete;
+    ~TestFolder() {
+        std::error_code ignored;
+        std::filesystem::remove_all(mPath, ignored);
+    }
+
+    const std::filesystem::path& GetPath() const { return mPath; }
+
+    /// A portable path in the folder, from UTF-8.
+    GPathName Portable(const std::string& relative = "") const {
+        const std::u8string text =
+            (mPath / std::u8string(relative.begin(), relative.end())).generic_u8string();
+        return GPathName(GString::FromUTF8(reinterpret_cast<const char*>(text.c_str())));
+    }
+
+    std::filesystem::path Standard(const std::string& relative) const {
+        return mPath / std::u8string(relative.begin(), relative.end());
+    }
+
+    void Put(const std::string& relative, const std::string& bytes) const {
+        std::ofstream(Standard(relative), std::ios::binary) << bytes;
+    }
+
+    /// The content of a file, or "no file".
+    std::string Take(const std::string& relative) const {
+        std::ifstream file(Standard(relative), std::ios::binary);
+        if (!file) return "no file";
+        return std::string((std::istreambuf_iterator<char>(file)), std::istreambuf_iterator<char>());
+    }
+
+    bool Has(const std::string& relative) const {
+        std::error_code ignored;
+        return std::filesystem::exists(Standard(relative), ignored);
+    }
+
+private:
+    std::filesystem::path mPath;
+};
+
+/// A portable path or text as UTF-8.
+inline std::string TextOf(const GString& text) {
+    return text.GetBuffer(GUTF8Encoding::GetInstance()).GetPtr();
+}
+inline std::string TextOf(const GPathName& path) {
+    return TextOf(path.GetPortablePath());
+}
