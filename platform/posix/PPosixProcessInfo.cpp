@@ -73,7 +73,8 @@ public:
     void GetProcessIDs(const GString& name, GTable<std::int32_t>& ids, bool currentUserOnly) override {
         ids.Clear();
         VisitProcesses(currentUserOnly, [&](std::int32_t processID) {
-            if (GetImageLeaf(processID) == name) ids.Append(processID);
+            const GString processName = GetImageLeaf(processID);
+            if (!processName.IsEmpty() && processName == name) ids.Append(processID);
         });
     }
 

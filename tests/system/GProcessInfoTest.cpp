@@ -1,0 +1,114 @@
+#include "framework/system/GProcessInfo.h"
+
+#include <gtest/gtest.h>
+
+#include "framework/system/GSessionInfo.h"
+#include "tests/files/TestFolder.h"
+
+namespace {
+
+GProcessInfo& Processes() {
+    return *GProcessInfo::GetInstance();
+}
+
+TEST(GProcessInfo, FindsItself) {
+    const long own = Processes().GetCurrentProcessID();
+    const GString name = Processes().GetApplicationPath().GetLeaf();
+    for (const bool currentUserOnly : {false, true}) {
+        SCOPED_TRACE(currentUserOnly);
+        GTable<std::int32_t> ids;
+        ids.Append(-5);
+        Processes().GetProcessIDs(name, ids, currentUserOnly);
+        EXPECT_GE(ids.Find(static_cast<std::int32_t>(own)), 0);
+        EXPECT_EQ(ids.Find(-5), -1);
+        GTable<GString> names;
+        Processes().GetProcessNames(names, currentUserOnly);
+        EXPECT_GE(names.Find(name), 0);
+    }
+}
+
+TEST(GProcessInfo, ComparesWholeLeavesExactly) {
+    const GString name = Processes().GetApplicationPath().GetLeaf();
+    GString upper(name);
+    upper.ToUpper();
+    const GString others[] = {upper, name.GetSubstring(1, -1), name + GString("x"), GString(),
+                              Processes().GetApplicationPath().GetNativePathString()};
+    for (const bool currentUserOnly : {false, true}) {
+        for (const GString& other : others) {
+            GTable<std::int32_t> ids;
+            Processes().GetProcessIDs(other, ids, currentUserOnly);
+            EXPECT_EQ(ids.GetCount(), 0) << TextOf(other);
+        }
+    }
+}
+
+TEST(GProcessInfo, KnowsWhoIsRunning) {
+    EXPECT_TRUE(Processes().IsProcessRunning(Processes().GetCurrentProcessID()));
+    for (const long never : {0x7FFFFFF1L, -1L, -2L})
+        EXPECT_FALSE(Processes().IsProcessRunning(never)) << never;
+}
+
+TEST(GProcessInfo, HasNoChildrenOfItsOwn) {
+    EXPECT_TRUE(Processes().GetChildProcessIDs(Processes().GetCurrentProcessID()).IsEmpty());
+    EXPECT_TRUE(Processes().GetChildProcessIDs(0x7FFFFFF1).IsEmpty());
+}
+
+TEST(GProcessInfo, TellsTheMemory) {
+    EXPECT_GT(Processes().GetTotalPhysicalMemory(), 64ull << 20);
+    EXPECT_GT(Processes().GetAvailablePhysicalMemory(), 0ull);
+    EXPECT_LT(Processes().GetAvailablePhysicalMemory(), Processes().GetTotalPhysicalMemory());
+    EXPECT_GT(Processes().GetOwnMemory(), 64ull << 10);
+    EXPECT_LT(Processes().GetOwnMemory(), 1ull << 46);
+}
+
+class FakeSessions : public GSessionInfo {
+public:
+    explicit FakeSessions(bool& alive) : mAlive(alive) { mAlive = true; }
+    ~FakeSessions() override { mAlive = false; }
+    long GetCurrentSessionID() override { return 7; }
+    void GetSessionIDs(GTable<std::int32_t>&) override {}
+    void GetSessionPath(GBuffer&, long) override {}
+
+private:
+    bool& mAlive;
+};
+
+TEST(GSessionInfo, IsReplacedAndOwned) {
+    bool first = false;
+    bool second = false;
+    GSessionInfo::SetInstance(new FakeSessions(first));
+    EXPECT_EQ(GSessionInfo::GetInstance()->GetCurrentSessionID(), 7);
+    GSessionInfo::SetInstance(new FakeSessions(second));
+    EXPECT_FALSE(first);
+    EXPECT_TRUE(second);
+    GSessionInfo::SetInstance(nullptr);
+    EXPECT_FALSE(second);
+    EXPECT_NE(GSessionInfo::GetInstance()->GetCurrentSessionID(), 7);
+}
+
+TEST(GSessionInfo, NamesTheNameSpaces) {
+    const struct {
+        long session;
+        const char* path;
+    } rows[] = {{-1, "Global\\"},
+                {-2, "Global\\"},
+                {0, "Session\\0\\"},
+                {1, "Session\\1\\"},
+                {2147483647, "Session\\2147483647\\"}};
+    for (const auto& row : rows) {
+        GBuffer path("left over");
+        GSessionInfo::GetInstance()->GetSessionPath(path, row.session);
+        EXPECT_STREQ(path.GetPtr(), row.path);
+    }
+}
+
+TEST(GSessionInfo, TheListStartsWithTheWholeMachine) {
+    GTable<std::int32_t> ids;
+    ids.Append(5);
+    GSessionInfo::GetInstance()->GetSessionIDs(ids);
+    ASSERT_GE(ids.GetCount(), 1);
+    EXPECT_EQ(ids[0], -1);
+    EXPECT_EQ(ids.Find(5), -1);
+}
+
+}  // namespace
