@@ -291,8 +291,10 @@ void GDict<K, V>::MoveEntries(Entry* slots, std::int32_t slotCount, GTable<std::
         const std::uint32_t hash = Tags()[old].hash;
         const std::uint32_t home = hash % static_cast<std::uint32_t>(slotCount);
         const std::int32_t slot = FreeSlotFrom(home, tags, slotCount);
-        std::memcpy(static_cast<void*>(&slots[slot].mKey), &mSlots[old].mKey, sizeof(K));
-        std::memcpy(static_cast<void*>(&slots[slot].mValue), &mSlots[old].mValue, sizeof(V));
+        std::memcpy(static_cast<void*>(&slots[slot].mKey), static_cast<const void*>(&mSlots[old].mKey),
+                    sizeof(K));
+        std::memcpy(static_cast<void*>(&slots[slot].mValue), static_cast<const void*>(&mSlots[old].mValue),
+                    sizeof(V));
         slots[slot].mOccupied = 1;
         ++slots[home].mHomeCount;
         tags[slot] = {hash, home};
