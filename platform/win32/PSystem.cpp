@@ -116,8 +116,9 @@ long PSystem::GetPlatformCode() {
 bool PSystem::IsWindowsServer() {
     OSVERSIONINFOEXW info = {};
     info.dwOSVersionInfoSize = sizeof info;
-    return ::GetVersionExW(reinterpret_cast<OSVERSIONINFOW*>(&info)) &&
-           info.wProductType != VER_NT_WORKSTATION;
+    if (!::GetVersionExW(reinterpret_cast<OSVERSIONINFOW*>(&info))) return false;
+    // Systems before NT leave the product type empty.
+    return info.dwPlatformId == VER_PLATFORM_WIN32_NT && info.wProductType != VER_NT_WORKSTATION;
 }
 
 bool PSystem::IsNTOrBetter() {
