@@ -61,16 +61,16 @@ void FindSession(Listener& listener) {
     }
 }
 
-// A process stands in its session's registry and in the one that all sessions share (-1): the first
-// says more. It may also stand several times in one.
+// A process stands in its session's registry and in the one that all sessions share (-1, and 0 where
+// the system makes both one): the first says more. It may also stand several times in one.
 std::vector<Listener> MergeRegistrations(const GTable<GIPCQueueAddress>& queues) {
     std::vector<Listener> listeners;
     for (const GIPCQueueAddress& queue : queues) {
         const auto known = std::ranges::find(listeners, queue.mProcessID, &Listener::processID);
         if (known == listeners.end()) {
             listeners.push_back({queue.mSession, queue.mProcessID});
-        } else if (known->session < 0) {
-            known->session = queue.mSession;
+        } else {
+            known->session = std::max<long>(known->session, queue.mSession);
         }
     }
     std::ranges::for_each(listeners, FindSession);
