@@ -39,6 +39,9 @@ chain_use() {
     scratch=$WINEPREFIX/scratch/$(basename "$0" .sh)
     rm -rf "$scratch"
     mkdir -p "$scratch"
+    # ctest waits for all that hold its output, so nothing may outlive a test that has failed.
+    children=
+    trap 'kill $children 2>/dev/null || true' EXIT
 }
 
 # Installs the product as its user would, then puts the forwarding monitor in front of the library.
@@ -78,7 +81,8 @@ listen() {
     shift
     wine "$bin/PrinterProcessorWin.exe" "$@" >"$records.out" 2>"$records.err" &
     listener=$!
-    wait_for "the listener" grep -q '^Waiting for printed jobs' "$records.err"
+    children="$children $listener"
+    wait_for "the listener" grep -q '^Listening' "$records.err"
 }
 
 # wait_for WHAT COMMAND...: until the command succeeds, half a minute at most.

@@ -15,9 +15,9 @@ say "Making a Windows machine of its own: a Wine prefix in ${folder#"$root"/}/wi
 rm -rf "$folder"
 mkdir -p "$folder"
 wine_use "$folder/wine"
-trap wine_stop EXIT
 wine_new
 chain_use "$folder/wine"
+trap wine_stop EXIT
 
 say "Installing the port monitor and the printer '$printer' on it: quillonctl install"
 chain_install

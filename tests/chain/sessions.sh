@@ -12,6 +12,7 @@ export WINEDLLOVERRIDES WTS_TEST_SESSIONS WTS_TEST_SESSION
 # The names of session 2 last as long as this program, and this as long as its input.
 mkfifo "$scratch/input"
 wine "$support/SessionNames.exe" 2 <"$scratch/input" >"$scratch/names" &
+children=$!
 exec 3>"$scratch/input"
 wait_for "the names of session 2" grep -q ready "$scratch/names"
 
@@ -29,8 +30,14 @@ second=$listener
 listen_in 2 --once
 third=$listener
 
-printf 'told to everybody\n' >"$scratch/job"
+# That they are where they were told to be is what makes the rest worth testing.
 WTS_TEST_SESSION=0
+wine "$bin/quillonctl.exe" status >"$scratch/status" || true
+for session in 0 1 2; do
+    expect_line "$scratch/status" "session $session: process"
+done
+
+printf 'told to everybody\n' >"$scratch/job"
 print_raw "to all sessions" "$scratch/job"
 for listener in "$first" "$second" "$third"; do
     wait "$listener" || fail "a listener ended with $?"
