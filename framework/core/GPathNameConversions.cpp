@@ -7,8 +7,7 @@
 
 namespace {
 
-constexpr char cVolumes[] = "/Volumes/";
-constexpr std::size_t cVolumesLength = sizeof cVolumes - 1;
+constexpr std::string_view cVolumes = "/Volumes/";
 
 GPathUnits WithoutSlashes(GPathUnits units) {
     while (!units.empty() && units.front() == '/') units = units.subspan(1);
@@ -25,8 +24,8 @@ VolumePath SplitVolume(GPathUnits path) {
     if (path.size() >= 2 && path[1] == ':' && GPathText::IsASCIILetter(path[0]))
         return {path.first(1), WithoutSlashes(path.subspan(2))};
     if (path.size() > 2 && path.back() == ':' && path[0] != '/') return {path.first(path.size() - 1), {}};
-    if (path.size() > cVolumesLength && GPathText::StartsWith(path, cVolumes)) {
-        const GPathUnits below = path.subspan(cVolumesLength);
+    if (path.size() > cVolumes.size() && GPathText::StartsWith(path, cVolumes)) {
+        const GPathUnits below = path.subspan(cVolumes.size());
         const std::size_t end = std::min(GPathText::Find(below, '/'), below.size());
         if (end > 0) return {below.first(end), WithoutSlashes(below.subspan(end))};
     }
@@ -80,7 +79,7 @@ void AddCFMNames(GUnitBuilder& portable, GPathUnits names) {
 
 GString CFMToPortable(GPathUnits cfm) {
     // The longest growth is a ':' that becomes "../".
-    GUnitBuilder portable(3 * cfm.size() + cVolumesLength + 2);
+    GUnitBuilder portable(3 * cfm.size() + cVolumes.size() + 2);
     const std::size_t colon = GPathText::Find(cfm, ':');
     if (colon == GPathText::cNotFound) {
         AddMacName(portable, cfm);
@@ -104,9 +103,7 @@ GString CFMToPortable(GPathUnits cfm) {
 class UnitCounter {
 public:
     void Add(unsigned short) noexcept { ++mCount; }
-    void Add(const char* ascii) noexcept {
-        while (*ascii++ != 0) ++mCount;
-    }
+    void Add(std::string_view ascii) noexcept { mCount += ascii.size(); }
     std::size_t GetCount() const noexcept { return mCount; }
 
 private:
@@ -164,9 +161,8 @@ bool StartsWithURLScheme(GPathUnits path) {
     return GPathText::StartsWith(path, "http://") || GPathText::StartsWith(path, "ftp://");
 }
 
-GString JoinUnits(const char* front, GPathUnits first, const char* middle, GPathUnits second) {
-    GUnitBuilder joined(std::char_traits<char>::length(front) + first.size() +
-                        std::char_traits<char>::length(middle) + second.size());
+GString JoinUnits(std::string_view front, GPathUnits first, std::string_view middle, GPathUnits second) {
+    GUnitBuilder joined(front.size() + first.size() + middle.size() + second.size());
     joined.Add(front);
     joined.Add(first);
     joined.Add(middle);

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cstddef>
 #include <span>
+#include <string_view>
+#include <utility>
 
 #include "framework/core/GString.h"
 #include "platform/PText.h"
@@ -21,14 +23,12 @@ struct GPathText {
     static GString MakeString(GPathUnits units) {
         return GString::FromUTF16(units.data(), static_cast<long>(units.size()));
     }
-    static bool StartsWith(GPathUnits units, const char* ascii) noexcept {
-        std::size_t i = 0;
-        for (; ascii[i] != 0; ++i)
-            if (i >= units.size() || units[i] != static_cast<unsigned char>(ascii[i])) return false;
-        return true;
+    static bool IsEqual(GPathUnits units, std::string_view ascii) noexcept {
+        return std::equal(units.begin(), units.end(), ascii.begin(), ascii.end(),
+                          [](unsigned short unit, char c) { return unit == static_cast<unsigned char>(c); });
     }
-    static bool IsEqual(GPathUnits units, const char* ascii) noexcept {
-        return StartsWith(units, ascii) && ascii[units.size()] == 0;
+    static bool StartsWith(GPathUnits units, std::string_view ascii) noexcept {
+        return units.size() >= ascii.size() && IsEqual(units.first(ascii.size()), ascii);
     }
     static bool IsEqualIgnoreCase(GPathUnits a, GPathUnits b) noexcept {
         return std::equal(a.begin(), a.end(), b.begin(), b.end(), [](unsigned short x, unsigned short y) {
@@ -82,8 +82,8 @@ public:
         std::copy_n(units.data(), count, mUnits + mCount);
         mCount += count;
     }
-    void Add(const char* ascii) noexcept {
-        for (; *ascii != 0; ++ascii) Add(static_cast<unsigned short>(static_cast<unsigned char>(*ascii)));
+    void Add(std::string_view ascii) noexcept {
+        for (const char c : ascii) Add(static_cast<unsigned short>(static_cast<unsigned char>(c)));
     }
     /// Adds the units with every `find` as `with`.
     void AddReplacing(GPathUnits units, unsigned short find, unsigned short with) noexcept {

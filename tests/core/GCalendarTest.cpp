@@ -1,0 +1,47 @@
+#include "framework/core/GCalendar.h"
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+
+TEST(GCalendar, AgreesWithTheStandardLibraryOnEveryDayOf4000Years) {
+    using namespace std::chrono;
+    const sys_days first = year(-1200) / January / 1;
+    const sys_days last = year(2800) / December / 31;
+    const std::int64_t offset = GCalendar::ToDayNumber(1970, 1, 1);
+    for (sys_days day = first; day <= last; day += days(1)) {
+        const year_month_day expected(day);
+        const std::int64_t number = day.time_since_epoch().count() + offset;
+        const GCalendar::Date date = GCalendar::FromDayNumber(number);
+        ASSERT_EQ(date.mYear, static_cast<int>(expected.year()));
+        ASSERT_EQ(date.mMonth, static_cast<unsigned>(expected.month()));
+        ASSERT_EQ(date.mDay, static_cast<unsigned>(expected.day()));
+        ASSERT_EQ(GCalendar::ToDayNumber(date.mYear, date.mMonth, date.mDay), number);
+        ASSERT_EQ(GCalendar::GetWeekday(number), weekday(day).c_encoding());
+    }
+}
+
+TEST(GCalendar, KnowsTheLengthsOfMonths) {
+    const int lengths[] = {31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
+    for (int month = 1; month <= 12; ++month) {
+        SCOPED_TRACE(month);
+        EXPECT_EQ(GCalendar::GetDaysInMonth(2023, month), lengths[month - 1]);
+        EXPECT_EQ(GCalendar::GetDaysInMonth(2024, month), month == 2 ? 29 : lengths[month - 1]);
+    }
+    EXPECT_EQ(GCalendar::GetDaysInMonth(1900, 2), 28);
+    EXPECT_EQ(GCalendar::GetDaysInMonth(2000, 2), 29);
+    EXPECT_EQ(GCalendar::GetDaysInMonth(0, 2), 29);
+    EXPECT_EQ(GCalendar::GetDaysInMonth(-1, 2), 28);
+}
+
+TEST(GCalendar, ReturnsFromTheEndsOfAllYears) {
+    for (const std::int64_t year : {-2147483648LL, 2147483647LL, -5000000000LL, 5000000000LL}) {
+        for (const std::int64_t month : {1, 3, 12}) {
+            SCOPED_TRACE(year * 100 + month);
+            const GCalendar::Date date = GCalendar::FromDayNumber(GCalendar::ToDayNumber(year, month, 1));
+            EXPECT_EQ(date.mYear, year);
+            EXPECT_EQ(date.mMonth, month);
+            EXPECT_EQ(date.mDay, 1);
+        }
+    }
+}

@@ -1,0 +1,452 @@
+#include "framework/core/GDateTime.h"
+
+#include <gtest/gtest.h>
+
+#include <climits>
+#include <string>
+#include <vector>
+
+#include "framework/core/GBuffer.h"
+#include "tests/core/TestText.h"
+
+namespace {
+
+constexpr long cMost = INT32_MAX;
+constexpr long cLeast = INT32_MIN;
+
+/// "year-month-day hour:minute:second relation/hours:minutes" of the stored fields.
+std::string Fields(const GDateTime& time) {
+    const auto text = [](long number) { return std::to_string(number); };
+    return text(time.GetYear()) + "-" + text(time.GetMonth()) + "-" + text(time.GetDay()) + " " +
+           text(time.GetHour()) + ":" + text(time.GetMinute()) + ":" + text(time.GetSecond()) + " " +
+           text(time.GetRelationToUTC()) + "/" + text(time.GetOffsetHours()) + ":" +
+           text(time.GetOffsetMinutes());
+}
+
+GBuffer Bytes(std::string_view text) {
+    return GBuffer(reinterpret_cast<const unsigned char*>(text.data()), static_cast<long>(text.size()));
+}
+
+GDateTime UTC(long year, long month, long day, long hour = 0, long minute = 0, long second = 0) {
+    return GDateTime(day, month, year, hour, minute, second, 1, 0, 0);
+}
+
+std::string PDF(const GDateTime& time) {
+    GBuffer text;
+    time.GetAsPDFDateTime(text);
+    return std::string(text.GetPtr(), static_cast<std::size_t>(text.GetLength()));
+}
+
+std::u16string Date(const GDateTime& time, bool local, std::u16string_view format) {
+    GString text;
+    time.GetDateAsString(text, local, Text(format));
+    return Plain(text);
+}
+
+std::u16string Time(const GDateTime& time, bool local, std::u16string_view format) {
+    GString text;
+    time.GetTimeAsString(text, local, Text(format));
+    return Plain(text);
+}
+
+}  // namespace
+
+TEST(GDateTime, StartsIn1980) {
+    EXPECT_EQ(Fields(GDateTime(false)), "1980-1-1 0:0:0 1/0:0");
+    EXPECT_EQ(Fields(GDateTime()), "1980-1-1 0:0:0 1/0:0");
+}
+
+TEST(GDateTime, IsNowWithTheLocalDifference) {
+    const GDateTime before(true);
+    const GDateTime now(true);
+    EXPECT_LE(before.CompareWith(now), 0);
+    EXPECT_LT(before.GetSecondsBetween(now), 60.0);
+    EXPECT_GT(now.GetYear(), 2023);
+    long relation;
+    long hours;
+    long minutes;
+    GDateTime::GetLocalToUTCDifference(relation, hours, minutes);
+    EXPECT_EQ(now.GetRelationToUTC(), relation);
+    EXPECT_EQ(now.GetOffsetHours(), hours);
+    EXPECT_EQ(now.GetOffsetMinutes(), minutes);
+}
+
+TEST(GDateTime, StoresFieldsAsTheyAreGiven) {
+    EXPECT_EQ(Fields(GDateTime(15, 3, 2014, 9, 30, 5, -1, 3, 30)), "2014-3-15 9:30:5 -1/3:30");
+    EXPECT_EQ(Fields(GDateTime(31, 2, 2014, 25, -1, 60, 0, 0, 0)), "2014-2-31 25:-1:60 0/0:0");
+    GDateTime time;
+    time.Set(1, 2, 3, 4, 5, 6, 1, 7, 8);
+    EXPECT_EQ(Fields(time), "3-2-1 4:5:6 1/7:8");
+    time.SetDate(31, 12, 2020, true);
+    EXPECT_EQ(Fields(time), "2020-12-31 4:5:6 1/7:8");
+    time.SetTime(23, 59, 58, true);
+    EXPECT_EQ(Fields(time), "2020-12-31 23:59:58 1/7:8");
+    time.Set(false);
+    EXPECT_EQ(Fields(time), "1980-1-1 0:0:0 1/0:0");
+}
+
+TEST(GDateTime, MovesLocalValuesByTheStoredOffset) {
+    const struct {
+        const char* what;
+        long relation, hours, minutes;
+        std::string date, time;
+    } rows[] = {
+        {"unknown place", 0, 1, 0, "2014-3-15 23:30:0 0/1:0", "2014-1-1 0:15:0 0/1:0"},
+        {"UTC", 1, 0, 0, "2014-3-15 23:30:0 1/0:0", "2014-1-1 0:15:0 1/0:0"},
+        {"ahead, local 00:30 of the next day", 1, 1, 0, "2014-3-14 23:30:0 1/1:0", "2014-1-1 23:15:0 1/1:0"},
+        {"behind", -1, 3, 30, "2014-3-15 23:30:0 -1/3:30", "2014-1-1 3:45:0 -1/3:30"},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.what);
+        GDateTime time(1, 1, 2014, 23, 30, 0, row.relation, row.hours, row.minutes);
+        time.SetDate(15, 3, 2014, false);
+        EXPECT_EQ(Fields(time), row.date);
+        time.Set(1, 1, 2014, 23, 30, 0, row.relation, row.hours, row.minutes);
+        time.SetTime(0, 15, 0, false);
+        EXPECT_EQ(Fields(time), row.time);
+    }
+}
+
+TEST(GDateTime, TakesLocalTimeOnConstruction) {
+    const GDateTime local(15, 3, 2014, 10, 30, 0, false);
+    EXPECT_EQ(Date(local, true, u"yyyy-MM-dd HH:mm"), u"2014-03-15 10:30");
+    const GDateTime midnight(15, 3, 2014, false);
+    EXPECT_EQ(Date(midnight, true, u"yyyy-MM-dd HH:mm"), u"2014-03-15 00:00");
+    const GDateTime utc(15, 3, 2014, true);
+    EXPECT_EQ(Date(utc, false, u"yyyy-MM-dd HH:mm"), u"2014-03-15 00:00");
+}
+
+TEST(GDateTime, ConvertsToAndFromBrokenDownTime) {
+    std::tm time = {};
+    UTC(2000, 2, 29, 13, 14, 15).GetAnsiCTm(time);
+    EXPECT_EQ(time.tm_year, 100);
+    EXPECT_EQ(time.tm_mon, 1);
+    EXPECT_EQ(time.tm_mday, 29);
+    EXPECT_EQ(time.tm_hour, 13);
+    EXPECT_EQ(time.tm_min, 14);
+    EXPECT_EQ(time.tm_sec, 15);
+    EXPECT_EQ(time.tm_wday, 2);
+    EXPECT_EQ(time.tm_yday, 59);
+    EXPECT_EQ(time.tm_isdst, -1);
+
+    GDateTime back(1, 1, 1970, 0, 0, 0, 1, 2, 30);
+    back.SetAnsiCTm(time, true);
+    EXPECT_EQ(Fields(back), "2000-2-29 13:14:15 1/2:30");
+    back.SetAnsiCTm(time, false);
+    EXPECT_EQ(Fields(back), "2000-2-29 10:44:15 1/2:30");
+    time.tm_year = INT_MAX;
+    back.SetAnsiCTm(time, true);
+    EXPECT_EQ(back.GetYear(), cMost);
+    UTC(cLeast, 1, 1).GetAnsiCTm(time);
+    EXPECT_EQ(time.tm_year, INT_MIN);
+    EXPECT_EQ(time.tm_yday, 0);
+}
+
+TEST(GDateTime, NormalizesByCarrying) {
+    const struct {
+        const char* what;
+        GDateTime time;
+        std::string result;
+    } rows[] = {
+        {"nothing to carry", UTC(2014, 3, 15, 23, 59, 59), "2014-3-15 23:59:59 1/0:0"},
+        {"a second too many", UTC(2014, 12, 31, 23, 59, 60), "2015-1-1 0:0:0 1/0:0"},
+        {"a second too few", UTC(2015, 1, 1, 0, 0, -1), "2014-12-31 23:59:59 1/0:0"},
+        {"minutes", UTC(2014, 1, 1, 0, -1, 0), "2013-12-31 23:59:0 1/0:0"},
+        {"hours", UTC(2014, 1, 1, 49, 0, 0), "2014-1-3 1:0:0 1/0:0"},
+        {"31 February", UTC(2014, 2, 31), "2014-3-3 0:0:0 1/0:0"},
+        {"31 February in a leap year", UTC(2016, 2, 31), "2016-3-2 0:0:0 1/0:0"},
+        {"29 February 1900", UTC(1900, 2, 29), "1900-3-1 0:0:0 1/0:0"},
+        {"29 February 2000", UTC(2000, 2, 29), "2000-2-29 0:0:0 1/0:0"},
+        {"day 0", UTC(2014, 3, 0), "2014-2-28 0:0:0 1/0:0"},
+        {"day -365", UTC(2014, 1, -364), "2013-1-1 0:0:0 1/0:0"},
+        {"month 13", UTC(2014, 13, 1), "2015-1-1 0:0:0 1/0:0"},
+        {"month 0", UTC(2014, 0, 1), "2013-12-1 0:0:0 1/0:0"},
+        {"month -11", UTC(2014, -11, 31), "2013-1-31 0:0:0 1/0:0"},
+        {"below year 0", UTC(0, 1, 0), "-1-12-31 0:0:0 1/0:0"},
+        {"everything at its most", UTC(2000, cMost, cMost, cMost, cMost, cMost),
+         "185087715-11-27 12:21:7 1/0:0"},
+        {"beyond the last year", UTC(cMost, 12, 31, 24, 0, 0), "2147483647-12-31 23:59:59 1/0:0"},
+        {"before the first year", UTC(cLeast, 1, 0), "-2147483648-1-1 0:0:0 1/0:0"},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.what);
+        GDateTime time = row.time;
+        time.Normalize();
+        EXPECT_EQ(Fields(time), row.result);
+    }
+}
+
+TEST(GDateTime, AddsMonthsToTheEndOfTheMonth) {
+    const struct {
+        GDateTime time;
+        long months;
+        std::string result;
+    } rows[] = {
+        {UTC(2014, 1, 31), 1, "2014-2-28 0:0:0 1/0:0"},
+        {UTC(2016, 1, 31), 1, "2016-2-29 0:0:0 1/0:0"},
+        {UTC(2014, 3, 31), -1, "2014-2-28 0:0:0 1/0:0"},
+        {UTC(2014, 1, 31), 3, "2014-4-30 0:0:0 1/0:0"},
+        {UTC(2014, 1, 15), 12, "2015-1-15 0:0:0 1/0:0"},
+        {UTC(2014, 1, 15), -13, "2012-12-15 0:0:0 1/0:0"},
+        {UTC(2014, 2, 31), 1, "2014-4-3 0:0:0 1/0:0"},
+        {UTC(2014, 5, 31), 0, "2014-5-31 0:0:0 1/0:0"},
+        {UTC(2014, 1, 1), cMost, "178958984-8-1 0:0:0 1/0:0"},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(Fields(row.time) + " + " + std::to_string(row.months));
+        GDateTime time = row.time;
+        time.AddMonths(row.months);
+        EXPECT_EQ(Fields(time), row.result);
+    }
+}
+
+TEST(GDateTime, AddsDaysAndTime) {
+    GDateTime time = UTC(2015, 12, 31, 23, 59, 59);
+    time.AddDays(60);
+    EXPECT_EQ(Fields(time), "2016-2-29 23:59:59 1/0:0");
+    time.AddDays(-366);
+    EXPECT_EQ(Fields(time), "2015-2-28 23:59:59 1/0:0");
+    time.AddTime(0, 0, 0, 1, 0, 0);
+    EXPECT_EQ(Fields(time), "2015-3-1 0:0:0 1/0:0");
+    time.AddTime(1, 2, 3, 4, 5, 6);
+    EXPECT_EQ(Fields(time), "2021-8-2 2:3:4 1/0:0");
+    time.AddTime(-1, -2, -3, -4, -5, -6);
+    EXPECT_EQ(Fields(time), "2015-3-1 0:0:0 1/0:0");
+    time.AddTime(0, 0, 0, cMost, 0, 0);
+    EXPECT_EQ(Fields(time), "2083-3-19 3:14:7 1/0:0");
+    time.AddTime(cMost, cMost, cMost, cMost, cMost, cMost);
+    EXPECT_EQ(Fields(time), "2147483647-12-31 23:59:59 1/0:0");
+    time.AddTime(cLeast, cLeast, cLeast, cLeast, cLeast, cLeast);
+    EXPECT_LT(time.GetYear(), 0);
+}
+
+TEST(GDateTime, ComparesFieldByFieldWithoutTheOffset) {
+    const GDateTime time = UTC(2014, 3, 15, 9, 30, 5);
+    const GDateTime later[] = {UTC(2015, 1, 1, 0, 0, 0),   UTC(2014, 4, 1, 0, 0, 0),
+                               UTC(2014, 3, 16, 0, 0, 0),  UTC(2014, 3, 15, 10, 0, 0),
+                               UTC(2014, 3, 15, 9, 31, 0), UTC(2014, 3, 15, 9, 30, 6)};
+    for (const GDateTime& other : later) {
+        SCOPED_TRACE(Fields(other));
+        EXPECT_EQ(time.CompareWith(other), -1);
+        EXPECT_EQ(other.CompareWith(time), 1);
+        EXPECT_TRUE(time < other);
+        EXPECT_TRUE(time <= other);
+        EXPECT_FALSE(other <= time);
+    }
+    const GDateTime elsewhere(15, 3, 2014, 9, 30, 5, -1, 8, 0);
+    EXPECT_EQ(time.CompareWith(elsewhere), 0);
+    EXPECT_FALSE(time < elsewhere);
+    EXPECT_TRUE(time <= elsewhere);
+}
+
+TEST(GDateTime, CountsDaysAndSecondsBetween) {
+    const struct {
+        GDateTime from, to;
+        long days;
+        double seconds;
+    } rows[] = {
+        {UTC(2014, 1, 1), UTC(2014, 1, 1), 0, 0.0},
+        {UTC(2014, 1, 1, 23, 59, 59), UTC(2014, 1, 2), 1, 1.0},
+        {UTC(2014, 1, 2), UTC(2014, 1, 1, 23, 59, 59), -1, -1.0},
+        {UTC(2000, 1, 1), UTC(2001, 1, 1), 366, 31622400.0},
+        {UTC(1900, 1, 1), UTC(1901, 1, 1), 365, 31536000.0},
+        {UTC(2000, 3, 1), UTC(1600, 3, 1), -146097, -12622780800.0},
+        {UTC(cLeast, 1, 1), UTC(cMost, 12, 31), cMost, 135536076801417600.0},
+        {UTC(cMost, 12, 31), UTC(cLeast, 1, 1), cLeast, -135536076801417600.0},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(Fields(row.from) + " to " + Fields(row.to));
+        EXPECT_EQ(row.from.GetDaysBetween(row.to), row.days);
+        EXPECT_EQ(row.from.GetSecondsBetween(row.to), row.seconds);
+    }
+}
+
+TEST(GDateTime, ReadsPDFDates) {
+    const struct {
+        const char* text;
+        long result;
+        std::string fields;
+    } rows[] = {
+        {"D:20140315103000+01'00'", 1, "2014-3-15 9:30:0 1/1:0"},
+        {"D:20140315103000-03'30'", 1, "2014-3-15 14:0:0 -1/3:30"},
+        {"D:20140101003000+01'00'", 1, "2013-12-31 23:30:0 1/1:0"},
+        {"D:20140315103000Z", 1, "2014-3-15 10:30:0 1/0:0"},
+        {"D:20140315103000Z00'00'", 1, "2014-3-15 10:30:0 1/0:0"},
+        {"20140315", 1, "2014-3-15 0:0:0 -1/5:45"},
+        {"D:2014", 1, "2014-1-1 0:0:0 -1/5:45"},
+        {"D:201402", 1, "2014-2-1 0:0:0 -1/5:45"},
+        {"D:2014031510", 1, "2014-3-15 10:0:0 -1/5:45"},
+        {"D:201403151030", 1, "2014-3-15 10:30:0 -1/5:45"},
+        {"D:2014Z", 1, "2014-1-1 0:0:0 1/0:0"},
+        {"D:20140231", 1, "2014-3-3 0:0:0 -1/5:45"},
+        {"D:20140315103000+01", 1, "2014-3-15 9:30:0 1/1:0"},
+        {"D:20140315103000+01'30", 1, "2014-3-15 9:0:0 1/1:30"},
+        {"D:20140315103000+0130", 1, "2014-3-15 9:30:0 1/1:0"},
+        {"D:20140315103000+", 1, "2014-3-15 10:30:0 1/0:0"},
+        {"D:20140315103000+-1'00'", 1, "2014-3-15 10:30:0 1/0:0"},
+        {"D:20140315103000+99'99'", 1, "2014-3-11 5:51:0 1/99:99"},
+        {"D:2014031510300099", 1, "2014-3-15 10:30:0 -1/5:45"},
+        {"D:2014 3 5", 1, "2014-3-5 0:0:0 -1/5:45"},
+        {"D: 2014\t03", 1, "2014-3-1 0:0:0 -1/5:45"},
+        {"D:2014x", 1, "2014-1-1 0:0:0 -1/5:45"},
+        {"D:20143x", 1, "2014-3-1 0:0:0 -1/5:45"},
+        {"D:201Z", 1, "201-1-1 0:0:0 1/0:0"},
+        {"D:0000", 1, "0-1-1 0:0:0 -1/5:45"},
+        {"D:9999123123595900", 1, "9999-12-31 23:59:59 -1/5:45"},
+        {"D:19100", 2, "2000-1-1 0:0:0 -1/5:45"},
+        {"D:191140315", 2, "2014-3-15 0:0:0 -1/5:45"},
+        {"D:191140315103000+01'00'", 2, "2014-3-15 9:30:0 1/1:0"},
+        {"D:19150101", 2, "2050-10-1 0:0:0 -1/5:45"},
+        {"D:1910", 2, "-15190-1-1 0:0:0 -1/5:45"},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.text);
+        GDateTime time(1, 1, 1970, 0, 0, 0, -1, 5, 45);
+        EXPECT_EQ(time.SetFromPDFDateTime(row.text), row.result);
+        EXPECT_EQ(GDateTime::CheckPDFDateTime(row.text), row.result);
+        EXPECT_EQ(Fields(time), row.fields);
+    }
+}
+
+TEST(GDateTime, RefusesOtherTextsAndStaysUnchanged) {
+    const struct {
+        const char* what;
+        std::string_view text;
+    } rows[] = {
+        {"nothing", ""},
+        {"D alone", "D"},
+        {"the prefix alone", "D:"},
+        {"three digits", "D:201"},
+        {"three digits with a zone in reach", "D:20Z"},
+        {"a zone before the third byte", "D:20+1'00'"},
+        {"another letter behind D", "D-2014"},
+        {"another letter", "X:2014"},
+        {"no digits", "D:abcd"},
+        {"blanks only", "D:    "},
+        {"a sign in front of the year", "D:-2014"},
+        {"month 0", "D:201400"},
+        {"month 0 of one digit", "D:20200"},
+        {"month 13", "D:20141301"},
+        {"day 0", "D:20140300"},
+        {"day 32", "D:20140332"},
+        {"hour 24", "D:2014031524"},
+        {"minute 60", "D:201403151060"},
+        {"second 60", "D:20140315103060"},
+        {"a zero byte in front", std::string_view("\0002014", 5)},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.what);
+        GDateTime time(2, 3, 1970, 4, 5, 6, -1, 5, 45);
+        EXPECT_EQ(time.SetFromPDFDateTime(Bytes(row.text)), 0);
+        EXPECT_EQ(GDateTime::CheckPDFDateTime(Bytes(row.text)), 0);
+        EXPECT_EQ(Fields(time), "1970-3-2 4:5:6 -1/5:45");
+    }
+}
+
+TEST(GDateTime, WritesPDFDates) {
+    const struct {
+        GDateTime time;
+        std::string text;
+    } rows[] = {
+        {UTC(2014, 3, 15, 9, 30, 0), "D:20140315093000Z"},
+        {GDateTime(15, 3, 2014, 9, 30, 0, 1, 1, 0), "D:20140315103000+01'00'"},
+        {GDateTime(15, 3, 2014, 14, 0, 0, -1, 3, 30), "D:20140315103000-03'30'"},
+        {GDateTime(31, 12, 2013, 23, 45, 0, 1, 0, 30), "D:20140101001500+00'30'"},
+        {GDateTime(15, 3, 2014, 9, 30, 0, 0, 1, 0), "D:20140315093000+01'00'"},
+        {GDateTime(15, 3, 2014, 9, 30, 0, 0, 0, 0), "D:20140315093000Z"},
+        {UTC(1, 2, 3, 4, 5, 6), "D:00010203040506Z"},
+        {UTC(12345, 1, 1), "D:123450101000000Z"},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(Fields(row.time));
+        EXPECT_EQ(PDF(row.time), row.text);
+    }
+    EXPECT_EQ(PDF(GDateTime(15, 3, 2014, 10, 30, 0, false)).substr(0, 16), "D:20140315103000");
+}
+
+TEST(GDateTime, ReadsBackWhatItWrites) {
+    for (const char* text : {"D:20140315103000+01'00'", "D:20000229235959-12'45'", "D:19991231000000Z"}) {
+        GDateTime time;
+        EXPECT_EQ(time.SetFromPDFDateTime(text), 1);
+        EXPECT_EQ(PDF(time), text);
+    }
+}
+
+TEST(GDateTime, WritesPictures) {
+    const GDateTime time(5, 3, 2014, 15, 4, 9, 1, 1, 0);
+    const struct {
+        std::u16string_view picture, text;
+    } rows[] = {
+        {u"yyyy-MM-dd", u"2014-03-05"},
+        {u"d.M.yy", u"5.3.14"},
+        {u"dd/MM/y", u"05/03/14"},
+        {u"HH:mm:ss", u"15:04:09"},
+        {u"H:m:s", u"15:4:9"},
+        {u"hh h", u"03 3"},
+        {u"'day' d", u"day 5"},
+        {u"d 'o''clock'", u"5 o'clock"},
+        {u"''yyyy''", u"'2014'"},
+        {u"'open d", u"open d"},
+        {u"'", u""},
+        {u"Q4 [yyyy]", u"Q4 [2014]"},
+        {u"yyyyyy", u"2014"},
+        {u"HHH", u"15"},
+        {u"\u5E74yyyy", u"\u5E742014"},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(Readable(row.picture));
+        EXPECT_EQ(Date(time, false, row.picture), row.text);
+        EXPECT_EQ(Time(time, false, row.picture), row.text);
+    }
+    EXPECT_EQ(Date(time, true, u"dd HH:mm"), u"05 16:04");
+    EXPECT_EQ(Date(UTC(2014, 3, 5, 0, 0, 0), false, u"hh"), u"12");
+    EXPECT_EQ(Date(UTC(2014, 3, 5, 12, 0, 0), false, u"h"), u"12");
+    EXPECT_EQ(Date(UTC(2014, 2, 31), false, u"dd.MM."), u"03.03.");
+    EXPECT_EQ(Date(UTC(-44, 3, 15), false, u"yyyy yy"), u"-0044 44");
+}
+
+TEST(GDateTime, WritesNamesInTheUsersLanguage) {
+    const std::u16string abbreviated = Date(UTC(2014, 3, 5), false, u"MMM ddd");
+    const std::u16string full = Date(UTC(2014, 3, 5), false, u"MMMM dddd");
+    EXPECT_GT(full.size(), abbreviated.size());
+    EXPECT_NE(full, Date(UTC(2014, 4, 5), false, u"MMMM dddd"));
+    const std::u16string half = Date(UTC(2014, 3, 5, 12, 0, 0), false, u"tt");
+    EXPECT_EQ(Date(UTC(2014, 3, 5, 12, 0, 0), false, u"t"), half.substr(0, 1));
+    EXPECT_NE(Date(UTC(2014, 3, 5, 11, 59, 59), false, u"tt"), half);
+}
+
+TEST(GDateTime, WritesAShortFormWithoutAPicture) {
+    EXPECT_NE(Date(UTC(2014, 3, 5), false, u"").find(u"14"), std::u16string::npos);
+    EXPECT_NE(Time(UTC(2014, 3, 5, 1, 47, 0), false, u"").find(u"47"), std::u16string::npos);
+    EXPECT_EQ(Date(UTC(40000, 3, 5), false, u""), u"40000-03-05");
+    EXPECT_EQ(Time(UTC(1, 3, 5, 6, 7, 8), false, u""), u"06:07:08");
+}
+
+TEST(GDateTime, TranslatesUTCToLocal) {
+    long day = 31;
+    long month = 12;
+    long year = 2013;
+    long hour = 23;
+    long minute = 45;
+    long second = 1;
+    GDateTime::TranslateUTCToLocal(day, month, year, hour, minute, second, 1, 5, 30);
+    EXPECT_EQ(std::vector<long>({year, month, day, hour, minute, second}),
+              std::vector<long>({2014, 1, 1, 5, 15, 1}));
+    GDateTime::TranslateUTCToLocal(day, month, year, hour, minute, second, -1, 5, 30);
+    EXPECT_EQ(std::vector<long>({year, month, day, hour, minute, second}),
+              std::vector<long>({2013, 12, 31, 23, 45, 1}));
+}
+
+TEST(GDateTime, SurvivesExtremeOffsets) {
+    GDateTime time(1, 1, 2000, 0, 0, 0, cMost, cMost, cMost);
+    time.SetTime(1, 2, 3, false);
+    EXPECT_EQ(time.GetSecond(), 3);
+    GDateTime other(1, 1, cLeast, cLeast, cLeast, cLeast, cLeast, cLeast, cLeast);
+    EXPECT_EQ(PDF(other).substr(0, 2), "D:");
+}
+
+TEST(GDateTime, CountsElapsedSeconds) {
+    const unsigned long before = GDateTime::ElapsedSeconds();
+    EXPECT_LT(before, 4294968ul);
+    EXPECT_LE(GDateTime::ElapsedSeconds() - before, 60ul);
+}

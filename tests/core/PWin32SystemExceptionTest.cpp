@@ -1,0 +1,117 @@
+#include "platform/win32/PWin32SystemException.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "framework/core/GDebugSupport.h"
+#include "framework/core/GExceptionLocation.h"
+#include "framework/core/GStringPool.h"
+#include "tests/core/TestText.h"
+
+#include "platform/win32/PWin32Api.h"
+
+namespace {
+
+constexpr long cUnknownCode = 0x2000BEEF;
+
+/// What the system itself says, whole; empty when it has no text, with the reason as last error.
+std::wstring SystemText(long code, DWORD language) {
+    wchar_t buffer[2048];
+    const DWORD length = ::FormatMessageW(FORMAT_MESSAGE_FROM_SYSTEM, nullptr, static_cast<DWORD>(code),
+                                          language, buffer, 2048, nullptr);
+    return std::wstring(buffer, length);
+}
+
+std::u16string WithoutLineEnd(std::wstring text) {
+    if (text.ends_with(L"\r\n")) text.resize(text.size() - 2);
+    return std::u16string(text.begin(), text.end());
+}
+
+std::u16string Description(long code) {
+    return Plain(PWin32SystemException(code).GetDescription());
+}
+
+template <class Call>
+long CodeThrownBy(Call call) {
+    try {
+        call();
+    } catch (const PWin32SystemException& exception) {
+        EXPECT_EQ(exception.GetExceptionID(), 40073);
+        return exception.GetSystemErrorCode();
+    }
+    return -1;
+}
+
+}  // namespace
+
+TEST(PWin32SystemException, SaysWhatTheSystemSaysInEnglish) {
+    for (const long code : {2L, 3L, 5L, 6L, 32L, 87L, 112L, 1801L}) {
+        SCOPED_TRACE(code);
+        const std::wstring text = SystemText(code, 1033);
+        ASSERT_TRUE(text.ends_with(L"\r\n"));
+        EXPECT_EQ(Description(code), WithoutLineEnd(text));
+    }
+}
+
+TEST(PWin32SystemException, SaysItInTheUsersLanguageWhenTheProgramDoesNotSpeakEnglish) {
+    GStringPoolSupport::SetCurrentLanguage("deDE");
+    EXPECT_EQ(Description(5), WithoutLineEnd(SystemText(5, 1024)));
+    GStringPoolSupport::SetCurrentLanguage("enUS");
+}
+
+TEST(PWin32SystemException, SaysSoWhenTheSystemHasNoText) {
+    ASSERT_EQ(SystemText(cUnknownCode, 2048), L"");
+    const std::string reason = std::to_string(::GetLastError());
+    EXPECT_EQ(Description(cUnknownCode),
+              u"Get system error string for error code 536919791 failed with error code " +
+                  std::u16string(reason.begin(), reason.end()));
+}
+
+TEST(PWin32SystemException, StandsBehindItsLocation) {
+    const GExceptionLocation where(Text(u"C:\\x"));
+    EXPECT_EQ(Plain(PWin32SystemException(5).GetFullDescription()),
+              u"C:\\x: " + WithoutLineEnd(SystemText(5, 1033)));
+}
+
+TEST(PWin32SystemException, ChecksResults) {
+    EXPECT_NO_THROW(PWin32SystemException::CheckForErrors(1));
+    EXPECT_NO_THROW(PWin32SystemException::CheckForErrors(-1));
+    ::SetLastError(1234);
+    EXPECT_EQ(CodeThrownBy([] { PWin32SystemException::CheckForErrors(0); }), 1234);
+}
+
+TEST(PWin32SystemException, ChecksHandles) {
+    int object = 0;
+    EXPECT_NO_THROW(PWin32SystemException::CheckHandle(&object));
+    ::SetLastError(2);
+    EXPECT_EQ(CodeThrownBy([] { PWin32SystemException::CheckHandle(nullptr); }), 2);
+    ::SetLastError(3);
+    EXPECT_EQ(CodeThrownBy([] { PWin32SystemException::CheckHandle(INVALID_HANDLE_VALUE); }), 3);
+}
+
+TEST(PWin32StackDump, NamesTheCallersModules) {
+    const std::u16string dump = Plain(GDebugSupport::GetStackDump());
+    wchar_t path[MAX_PATH];
+    ::GetModuleFileNameW(nullptr, path, MAX_PATH);
+    std::wstring module(path);
+    module = module.substr(module.rfind(L'\\') + 1);
+    module = module.substr(0, module.rfind(L'.'));
+    const std::u16string name(module.begin(), module.end());
+    EXPECT_NE(dump.find(u": " + name + u"! "), std::u16string::npos) << std::string(dump.begin(), dump.end());
+    EXPECT_EQ(dump.find(u"Error: "), std::u16string::npos);
+}
+
+TEST(PWin32StackDump, StartsEachFrameWithItsAddress) {
+    std::u16string dump = Plain(GDebugSupport::GetStackDump());
+    dump.erase(0, dump.find(u'\n') + 1);
+    long frames = 0;
+    for (; !dump.starts_with(u"==="); dump.erase(0, dump.find(u'\n') + 1), ++frames) {
+        const auto colon = dump.find(u": ");
+        ASSERT_NE(colon, dump.npos);
+        EXPECT_GE(colon, 8u);
+        EXPECT_EQ(dump.find_first_not_of(u"0123456789ABCDEF"), colon);
+    }
+    EXPECT_GE(frames, 3);
+    EXPECT_LE(frames, 1024);
+}
