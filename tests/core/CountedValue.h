@@ -1,0 +1,45 @@
+#pragma once
+
+#include <cstdint>
+#include <stdexcept>
+
+/// A value that counts its living objects, and whose copying fails when told to. It holds a block of
+/// its own, so that a sanitizer sees what is destroyed twice or not at all.
+class CountedValue {
+public:
+    /// Starts from zero, and leaves no failure behind.
+    struct Watch {
+        Watch() { sAlive = 0, sThrowAfterCopies = -1; }
+        ~Watch() { sThrowAfterCopies = -1; }
+    };
+
+    explicit CountedValue(long number = 0) : mNumber(number), mBlock(new char) { ++sAlive; }
+    CountedValue(const CountedValue& other) : mNumber(other.mNumber), mBlock(NewBlock()) { ++sAlive; }
+    CountedValue& operator=(const CountedValue& other) {
+        delete NewBlock();
+        mNumber = other.mNumber;
+        return *this;
+    }
+    ~CountedValue() {
+        delete mBlock;
+        --sAlive;
+    }
+    bool operator==(const CountedValue& other) const { return mNumber == other.mNumber; }
+    bool operator<(const CountedValue& other) const { return mNumber < other.mNumber; }
+    /// Few different hashes, so that keys meet.
+    std::uint32_t GetHash() const { return static_cast<std::uint32_t>(mNumber % 5); }
+
+    static inline long sAlive = 0;
+    static inline long sThrowAfterCopies = -1;  // negative: never
+
+    long mNumber;
+
+private:
+    static char* NewBlock() {
+        if (sThrowAfterCopies == 0) throw std::runtime_error("this copy fails");
+        if (sThrowAfterCopies > 0) --sThrowAfterCopies;
+        return new char;
+    }
+
+    char* mBlock;
+};

@@ -1,0 +1,418 @@
+#include "framework/core/GDict.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <memory>
+#include <new>
+#include <set>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include "framework/core/GBuffer.h"
+#include "framework/core/GBufferSupport.h"
+#include "framework/core/GDictBufferReader.h"
+#include "framework/core/GDictListReader.h"
+#include "framework/core/GDictUtil.h"
+#include "framework/core/GPair.h"
+#include "framework/core/GString.h"
+#include "tests/core/CountedValue.h"
+#include "tests/core/TextForTests.h"
+
+namespace {
+
+using Numbers = std::vector<long>;
+
+GDict<long, long> DictOf(const Numbers& keys) {
+    GDict<long, long> dict;
+    for (const long key : keys) dict.Insert(key, 10 * key);
+    return dict;
+}
+
+Numbers KeysOf(const GDict<long, long>& dict) {
+    Numbers keys;
+    for (const auto& entry : dict) keys.push_back(entry.GetKey());
+    return keys;
+}
+
+Numbers Sorted(Numbers numbers) {
+    std::sort(numbers.begin(), numbers.end());
+    return numbers;
+}
+
+Numbers Rest(GDictIterator<long, long>& iterator) {
+    Numbers keys;
+    while (const auto* entry = iterator.Next()) keys.push_back(entry->GetKey());
+    return keys;
+}
+
+}  // namespace
+
+// --- Sizes -------------------------------------------------------------------------------------
+
+TEST(GDictUtil, GetAllocation) {
+    const struct {
+        long count;
+        long allocation;
+    } rows[] = {
+        {-5, 7},
+        {0, 7},
+        {1, 7},
+        {7, 7},
+        {8, 13},
+        {14, 23},
+        {90, 127},
+        {43853, 43853},
+        {43854, 87701},
+        {5613217, 5613217},
+        {5613218, 11226434},
+        {6000000, 11226434},
+        {11226435, 22452868},
+        {1436983552, 1436983552},
+    };
+    for (const auto& row : rows) EXPECT_EQ(GDictUtil::GetAllocation(row.count), row.allocation) << row.count;
+    EXPECT_THROW(GDictUtil::GetAllocation(1436983553), std::bad_alloc);
+    EXPECT_THROW(GDictUtil::GetAllocation(0x7FFFFFFF), std::bad_alloc);
+}
+
+TEST(GDictUtil, TheEndOfLineIsThePlatforms) {
+    const struct {
+        bool cr;
+        bool lf;
+        std::u16string text;
+    } rows[] = {{true, false, u"\r"}, {false, true, u"\n"}, {false, false, u""}, {true, true, u"\r\n"}};
+    for (const auto& row : rows) {
+        GBufferSupport::SetLineEnding(row.cr, row.lf);
+        EXPECT_EQ(UnitsOf(GDictUtil::GetEOLString()), row.text);
+    }
+}
+
+TEST(GDictHash, OfNumbersIsTheirValueInEveryWidth) {
+    EXPECT_EQ(GDictHash(5), 5u);
+    EXPECT_EQ(GDictHash(5LL), 5u);
+    EXPECT_EQ(GDictHash(static_cast<unsigned char>(5)), 5u);
+    EXPECT_EQ(GDictHash(-1), 0xFFFFFFFFu);
+    EXPECT_EQ(GDictHash(-1L), 0xFFFFFFFFu);
+    EXPECT_EQ(GDictHash(-1LL), 0xFFFFFFFFu);
+    EXPECT_EQ(GDictHash(0x100000000LL), 1u) << "the upper half counts";
+    EXPECT_EQ(GDictHash(GBuffer("A")), 0x51u);
+    const long array[2] = {};
+    EXPECT_NE(GDictHash(&array[0]), GDictHash(reinterpret_cast<const char*>(&array[0]) + 8));
+}
+
+// --- Entries -----------------------------------------------------------------------------------
+
+TEST(GDict, RehashesAtThreeQuarters) {
+    GDict<long, long> dict;
+    EXPECT_EQ(dict.GetSlotCount(), 7);
+    const long slots[] = {7, 7, 7, 7, 23, 23, 23, 23, 23, 23, 23, 23, 23, 23, 23, 23, 67};
+    for (long i = 0; i < 17; ++i) {
+        dict.Insert(i * 1000, i);
+        EXPECT_EQ(dict.GetSlotCount(), slots[i]) << "after " << i + 1;
+        EXPECT_EQ(dict.GetCount(), i + 1);
+    }
+    EXPECT_EQ((GDict<long, long>(14).GetSlotCount()), 23);
+    EXPECT_EQ((GDict<long, long>(-1).GetSlotCount()), 7);
+}
+
+TEST(GDict, InsertsFindsReplacesAndRemoves) {
+    GDict<GBuffer, long> dict;
+    EXPECT_EQ(dict.Find("a"), nullptr);
+    EXPECT_FALSE(dict.Remove("a"));
+    EXPECT_TRUE(dict.Insert("a", 1));
+    EXPECT_TRUE(dict.Insert("b", 2));
+    EXPECT_FALSE(dict.Insert("a", 3)) << "the key exists";
+    EXPECT_EQ(*dict.Find("a"), 3) << "but its value is replaced";
+    EXPECT_EQ(dict.Set("b", 4), 4);
+    dict.Set("c", 5) = 6;
+    EXPECT_EQ(*dict.Find("c"), 6);
+    EXPECT_EQ(dict.GetOrInsert("d"), 0);
+    dict.GetOrInsert("d") = 7;
+    EXPECT_EQ(dict.GetOrInsert("d"), 7);
+    *dict.Find("d") = 8;
+    EXPECT_EQ(*std::as_const(dict).Find("d"), 8);
+    EXPECT_TRUE(dict.Has("d"));
+    EXPECT_EQ(dict.GetCount(), 4);
+    EXPECT_TRUE(dict.Remove("d"));
+    EXPECT_FALSE(dict.Has("d"));
+    EXPECT_FALSE(dict.Remove("d"));
+    dict.Clear();
+    EXPECT_TRUE(dict.IsEmpty());
+    EXPECT_EQ(dict.Find("a"), nullptr);
+    EXPECT_TRUE(dict.Insert("a", 9));
+}
+
+TEST(GDict, EntriesLieInTheFirstFreeSlotFromTheirHome) {
+    // 7 slots; the hash of a number is its value.
+    EXPECT_EQ(KeysOf(DictOf({3, 1, 2})), (Numbers{1, 2, 3}));
+    EXPECT_EQ(KeysOf(DictOf({6, 13, 20})), (Numbers{13, 20, 6})) << "around the end";
+    EXPECT_EQ(KeysOf(DictOf({8, 1, 2})), (Numbers{8, 1, 2})) << "pushed from its home by another's";
+    GDict<long, long> dict = DictOf({1, 8, 15});
+    dict.Remove(1);
+    EXPECT_TRUE(dict.Has(15)) << "a free slot does not end the search";
+    dict.Insert(22, 0);
+    EXPECT_EQ(KeysOf(dict), (Numbers{22, 8, 15})) << "and is taken by the next";
+}
+
+TEST(GDict, CopiesKeepTheSlots) {
+    GDict<long, long> dict = DictOf({1, 8, 15});
+    dict.Remove(8);
+    const GDict<long, long> copy(dict);
+    EXPECT_EQ(KeysOf(copy), (Numbers{1, 15}));
+    EXPECT_EQ(*copy.Find(15), 150);
+    dict.Insert(22, 0);
+    EXPECT_EQ(KeysOf(dict), (Numbers{1, 22, 15}));
+    EXPECT_EQ(copy.GetCount(), 2);
+    GDict<long, long> target = DictOf({5});
+    target = copy;
+    EXPECT_EQ(KeysOf(target), (Numbers{1, 15}));
+    const GDict<long, long>& self = target;
+    target = self;
+    EXPECT_EQ(target.GetCount(), 2);
+    GDict<long, long> large(100);
+    large = DictOf({1});
+    EXPECT_EQ(large.GetSlotCount(), 7);
+}
+
+TEST(GDict, MovesAndSwaps) {
+    GDict<long, long> dict = DictOf({1, 2});
+    GDict<long, long> moved(std::move(dict));
+    EXPECT_TRUE(dict.IsEmpty());
+    EXPECT_EQ(dict.GetSlotCount(), 7);
+    EXPECT_TRUE(dict.Insert(7, 7));
+    EXPECT_EQ(KeysOf(moved), (Numbers{1, 2}));
+    dict.Swap(moved);
+    EXPECT_EQ(KeysOf(dict), (Numbers{1, 2}));
+    moved = std::move(dict);
+    EXPECT_EQ(KeysOf(moved), (Numbers{1, 2}));
+    EXPECT_TRUE(dict.IsEmpty());
+}
+
+TEST(GDict, EqualityIgnoresTheSlots) {
+    EXPECT_TRUE(DictOf({1, 8}) == DictOf({8, 1}));
+    EXPECT_FALSE(DictOf({1, 8}) == DictOf({1}));
+    EXPECT_FALSE(DictOf({1, 8}) == DictOf({1, 2}));
+    GDict<long, long> other = DictOf({1, 8});
+    other.Set(8, 0);
+    EXPECT_FALSE(DictOf({1, 8}) == other);
+    EXPECT_TRUE((GDict<long, long>() == GDict<long, long>(100)));
+}
+
+TEST(GDict, ItsOwnKeysAndValuesMayBePassedIn) {
+    GDict<GBuffer, GBuffer> dict;
+    for (const char* key : {"a", "b", "c", "d"}) dict.Insert(key, key);
+    dict.Insert("e", *dict.Find("a"));  // the fifth: the slots are moved
+    EXPECT_EQ(*dict.Find("e"), "a");
+    dict.Set(dict.begin()->GetKey(), dict.begin()->GetKey());
+    const GBuffer first = dict.begin()->GetKey();
+    EXPECT_TRUE(dict.Remove(dict.begin()->GetKey()));
+    EXPECT_FALSE(dict.Has(first));
+    EXPECT_EQ(dict.GetCount(), 4);
+}
+
+TEST(GDict, HoldsDictionariesAndTables) {
+    GDict<GBuffer, GDict<GBuffer, GString>> groups;
+    for (char group = 'a'; group < 'z'; ++group) {
+        for (char key = 'a'; key < 'k'; ++key) {
+            groups.GetOrInsert(BufferOf(std::string(1, group)))
+                .Set(BufferOf(std::string(1, key)), GString(long{group}));
+        }
+    }
+    EXPECT_EQ(groups.GetCount(), 25);
+    const GDict<GBuffer, GDict<GBuffer, GString>> copy(groups);
+    groups.Clear();
+    ASSERT_NE(copy.Find("m"), nullptr);
+    EXPECT_EQ(copy.Find("m")->GetCount(), 10);
+    EXPECT_EQ(UnitsOf(*copy.Find("m")->Find("j")), u"109");
+}
+
+TEST(GDict, PointersAreKeys) {
+    long values[20];
+    GDict<const long*, long> dict;
+    for (long i = 0; i < 20; ++i) dict.Insert(&values[i], i);
+    for (long i = 0; i < 20; ++i) EXPECT_EQ(*dict.Find(&values[i]), i);
+    EXPECT_FALSE(dict.Has(nullptr));
+}
+
+TEST(GDict, EachKeyAndValueIsDestroyedOnce) {
+    CountedValue::Watch watch;
+    {
+        GDict<CountedValue, CountedValue> dict;
+        for (int i = 0; i < 30; ++i) dict.Insert(CountedValue(i), CountedValue(i));
+        EXPECT_EQ(CountedValue::sAlive, 60);
+        dict.Insert(CountedValue(7), CountedValue(8));
+        EXPECT_EQ(CountedValue::sAlive, 60);
+        for (int i = 0; i < 10; ++i) dict.Remove(CountedValue(i));
+        EXPECT_EQ(CountedValue::sAlive, 40);
+        GDict<CountedValue, CountedValue> copy(dict);
+        EXPECT_EQ(CountedValue::sAlive, 80);
+        dict.Clear();
+        EXPECT_EQ(CountedValue::sAlive, 40);
+        dict = std::move(copy);
+        EXPECT_EQ(CountedValue::sAlive, 40);
+    }
+    EXPECT_EQ(CountedValue::sAlive, 0);
+}
+
+TEST(GDict, ACopyThatThrowsChangesNothing) {
+    CountedValue::Watch watch;
+    GDict<CountedValue, CountedValue> dict;
+    for (int i = 0; i < 4; ++i) dict.Insert(CountedValue(i), CountedValue(i));
+    const CountedValue key(9), value(9);
+    for (const long copies : {0L, 1L}) {  // the key's, then the value's
+        CountedValue::sThrowAfterCopies = copies;
+        EXPECT_THROW(dict.Insert(key, value), std::runtime_error);
+        EXPECT_EQ(dict.GetCount(), 4);
+        EXPECT_FALSE(dict.Has(key));
+    }
+    for (const long copies : {0L, 3L, 7L}) {
+        CountedValue::sThrowAfterCopies = copies;
+        EXPECT_THROW((GDict<CountedValue, CountedValue>(dict)), std::runtime_error);
+    }
+    CountedValue::sThrowAfterCopies = -1;
+    EXPECT_EQ(CountedValue::sAlive, 10);
+    EXPECT_TRUE(dict.Insert(key, value));
+}
+
+// --- Robust iterators --------------------------------------------------------------------------
+
+TEST(GDictIterator, WalksInSlotOrder) {
+    GDict<long, long> dict = DictOf({3, 1, 8});
+    GDictIterator<long, long> iterator(dict);
+    EXPECT_EQ(iterator.GetPosition(), -1);
+    EXPECT_EQ(iterator.GetCurrent(), nullptr);
+    EXPECT_EQ(iterator.Next()->GetKey(), 1);
+    EXPECT_EQ(iterator.GetPosition(), 1);
+    iterator.GetCurrent()->GetValue() = 5;
+    EXPECT_EQ(*dict.Find(1), 5);
+    EXPECT_EQ(Rest(iterator), (Numbers{8, 3}));
+    EXPECT_EQ(iterator.Next(), nullptr);
+    EXPECT_EQ(iterator.GetPosition(), 7);
+    iterator.Reset();
+    EXPECT_EQ(iterator.Next()->GetKey(), 1);
+    GDict<long, long> empty;
+    GDictIterator<long, long> none(empty);
+    EXPECT_EQ(none.Next(), nullptr);
+}
+
+TEST(GDictIterator, MeetsEachEntryOnceAlsoThroughARehash) {
+    for (long meetFirst = 0; meetFirst <= 4; ++meetFirst) {
+        GDict<long, long> dict = DictOf({1, 2, 3, 4});
+        GDictIterator<long, long> iterator(dict);
+        Numbers met;
+        for (long i = 0; i < meetFirst; ++i) met.push_back(iterator.Next()->GetKey());
+        const auto* const current = iterator.GetCurrent();
+        const long currentKey = current == nullptr ? -1 : current->GetKey();
+        for (long key = 100; key < 200; ++key) dict.Insert(key, 0);  // four rehashes
+        if (currentKey >= 0) {
+            EXPECT_EQ(iterator.GetCurrent()->GetKey(), currentKey);
+        }
+        for (const long key : Rest(iterator)) {
+            if (key < 100) met.push_back(key);
+        }
+        EXPECT_EQ(Sorted(met), (Numbers{1, 2, 3, 4}));
+    }
+}
+
+TEST(GDictIterator, RemovedEntriesAreNotMet) {
+    GDict<long, long> dict = DictOf({1, 2, 3, 4});
+    GDictIterator<long, long> walking(dict);
+    GDictIterator<long, long> rehashed(dict);
+    walking.Next();
+    dict.Remove(1);
+    EXPECT_EQ(walking.GetCurrent(), nullptr);
+    dict.Remove(3);
+    dict.Insert(5, 0);
+    dict.Insert(6, 0);
+    dict.Insert(0, 0);  // the fifth: a rehash
+    ASSERT_EQ(dict.GetSlotCount(), 23);
+    dict.Remove(4);
+    dict.Insert(27, 0);  // where 4 was
+    EXPECT_EQ(Sorted(Rest(walking)), (Numbers{2, 5, 6}));
+    EXPECT_EQ(Sorted(Rest(rehashed)), (Numbers{0, 2, 5, 6}));
+}
+
+TEST(GDictIterator, MayRemoveWhatItMeets) {
+    GDict<long, long> dict;
+    for (long key = 0; key < 50; ++key) dict.Insert(7 * key, 0);
+    GDictIterator<long, long> iterator(dict);
+    std::set<long> met;
+    while (const auto* entry = iterator.Next()) {
+        EXPECT_TRUE(met.insert(entry->GetKey()).second);
+        dict.Remove(entry->GetKey());
+    }
+    EXPECT_EQ(met.size(), 50u);
+    EXPECT_TRUE(dict.IsEmpty());
+}
+
+TEST(GDictIterator, ClearAssignSwapAndEnd) {
+    auto dict = std::make_unique<GDict<long, long>>(DictOf({1, 2, 3}));
+    GDictIterator<long, long> iterator(*dict);
+    iterator.Next();
+    GDictIterator<long, long> copy(iterator);
+    EXPECT_EQ(copy.GetCurrent()->GetKey(), 1);
+    dict->Clear();
+    EXPECT_EQ(iterator.GetCurrent(), nullptr);
+    EXPECT_EQ(iterator.Next(), nullptr);
+    *dict = DictOf({4, 5});
+    EXPECT_EQ(Rest(iterator), (Numbers{4, 5})) << "assignment starts anew";
+    iterator.Reset();
+    iterator.Next();
+    GDict<long, long> other = DictOf({6});
+    dict->Swap(other);
+    EXPECT_EQ(iterator.GetCurrent()->GetKey(), 4);
+    EXPECT_EQ(Rest(iterator), (Numbers{5}));
+    dict->Swap(other);
+    dict.reset();
+    EXPECT_FALSE(iterator.IsValid());
+    EXPECT_EQ(iterator.GetPosition(), -1);
+    EXPECT_EQ(iterator.Next(), nullptr);
+    EXPECT_EQ(copy.GetCurrent(), nullptr);
+}
+
+TEST(GConstDictIterator, WalksAConstDictionary) {
+    GDict<long, long> dict = DictOf({1, 2});
+    const GDict<long, long>& constDict = dict;
+    GConstDictIterator<long, long> iterator(constDict);
+    EXPECT_EQ(iterator.Next()->GetValue(), 10);
+    dict.Remove(1);
+    EXPECT_EQ(iterator.GetCurrent(), nullptr);
+    EXPECT_EQ(iterator.Next()->GetKey(), 2);
+    EXPECT_EQ(iterator.Next(), nullptr);
+}
+
+// --- Readers -----------------------------------------------------------------------------------
+
+TEST(GDictReaders, ReadPairsFromABuffer) {
+    GDict<GBuffer, GString> dict;
+    dict.Set("kept", GString("1"));
+    dict.Set("replaced", GString("2"));
+    EXPECT_TRUE((GDictBufferReader<GBuffer, GString>("#|name|Zo\xC3\xAB|replaced|a#|b").ReadInto(dict)));
+    EXPECT_EQ(dict.GetCount(), 3);
+    EXPECT_EQ(UnitsOf(*dict.Find("name")), u"Zo\xEB");
+    EXPECT_EQ(UnitsOf(*dict.Find("replaced")), u"a|b");
+    EXPECT_FALSE((GDictBufferReader<GBuffer, GString>("#|name|x|key").ReadInto(dict)))
+        << "a key without a value";
+    EXPECT_EQ(UnitsOf(*dict.Find("name")), u"Zo\xEB");
+    EXPECT_TRUE((GDictBufferReader<GBuffer, GString>("").ReadInto(dict)));
+    EXPECT_EQ(dict.GetCount(), 3);
+    GDict<GString, GString> texts;
+    EXPECT_TRUE((GDictBufferReader<GString, GString>("#|a|b").ReadInto(texts)));
+    EXPECT_TRUE(texts.Has(GString("a")));
+}
+
+TEST(GDictReaders, ReadPairsFromAList) {
+    GTable<GPair<GBuffer, GBuffer>> pairs;
+    pairs.Append({GBuffer("a"), GBuffer("1")});
+    pairs.Append({GBuffer("b"), GBuffer("2")});
+    pairs.Append({GBuffer("a"), GBuffer("3")});
+    GDict<GBuffer, GBuffer> dict;
+    GDictListReader<GBuffer, GBuffer>(pairs).ReadInto(dict);
+    EXPECT_EQ(dict.GetCount(), 2);
+    EXPECT_EQ(*dict.Find("a"), "3");
+    const std::vector<GPair<const char*, long>> list = {{"x", 1}};
+    GDict<GBuffer, long> numbers;
+    GDictListReader<GBuffer, long, std::vector<GPair<const char*, long>>>(list).ReadInto(numbers);
+    EXPECT_EQ(*numbers.Find("x"), 1);
+}

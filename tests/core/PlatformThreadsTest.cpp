@@ -1,0 +1,71 @@
+#include <gtest/gtest.h>
+
+#include <mutex>
+#include <thread>
+#include <vector>
+
+#include "platform/PPlatform.h"
+
+TEST(PCriticalSection, IsRecursiveOnItsThreadAndShutsOutOthers) {
+    PCriticalSection section;
+    const auto otherGetsIn = [&section] {
+        bool entered = false;
+        std::thread([&] {
+            entered = section.TryToLock();
+            if (entered) section.Unlock();
+        }).join();
+        return entered;
+    };
+    EXPECT_TRUE(otherGetsIn());
+    section.Lock();
+    EXPECT_TRUE(section.TryToLock());
+    EXPECT_FALSE(otherGetsIn());
+    section.Unlock();
+    EXPECT_FALSE(otherGetsIn()) << "locked twice, unlocked once";
+    section.Unlock();
+    EXPECT_TRUE(otherGetsIn());
+}
+
+TEST(PCriticalSection, GuardsACount) {
+    PCriticalSection section;
+    long count = 0;
+    std::vector<std::thread> threads;
+    for (int t = 0; t < 4; ++t) {
+        threads.emplace_back([&] {
+            for (int i = 0; i < 20000; ++i) {
+                const std::lock_guard<PCriticalSection> outer(section);
+                const std::lock_guard<PCriticalSection> inner(section);
+                ++count;
+            }
+        });
+    }
+    for (std::thread& thread : threads) thread.join();
+    EXPECT_EQ(count, 80000);
+}
+
+TEST(PThreadLocalSlot, EachThreadHasItsOwnPointer) {
+    PThreadLocalSlot slot;
+    PThreadLocalSlot another;
+    int mine = 0;
+    EXPECT_EQ(slot.Get(), nullptr);
+    slot.Set(&mine);
+    EXPECT_EQ(slot.Get(), &mine);
+    EXPECT_EQ(another.Get(), nullptr);
+    std::thread([&] {
+        EXPECT_EQ(slot.Get(), nullptr);
+        int theirs = 0;
+        slot.Set(&theirs);
+        EXPECT_EQ(slot.Get(), &theirs);
+    }).join();
+    EXPECT_EQ(slot.Get(), &mine);
+    slot.Set(nullptr);
+    EXPECT_EQ(slot.Get(), nullptr);
+}
+
+TEST(PThreadLocalSlot, ManyMayComeAndGo) {
+    for (int i = 0; i < 5000; ++i) {
+        PThreadLocalSlot slot;
+        EXPECT_EQ(slot.Get(), nullptr);
+        slot.Set(&slot);
+    }
+}
