@@ -213,7 +213,7 @@ TEST(GStringSupport, EscapesAndQuotes) {
         EXPECT_EQ(UnitsOf(text), UnitsOf(GString(row.escaped)));
         text.Set(row.text);
         GStringSupport::QuoteString(text);
-        EXPECT_EQ(UnitsOf(text), u"\"" + UnitsOf(GString(row.escaped)) + u"\"");
+        EXPECT_EQ(UnitsOf(text), UnitsOf(GString("\"") + GString(row.escaped) + GString("\"")));
     }
     GString lines("a\r\nb\n\rc\nd");
     GStringSupport::ReplaceSpecialEndCharsWithDefaultChar(lines);
