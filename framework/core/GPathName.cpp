@@ -254,9 +254,8 @@ GPathName& GPathName::operator/=(const GPathName& relative) {
 }
 
 GPathName operator/(const GPathName& base, const GPathName& relative) {
-    GPathName path = base;
-    path /= relative;
-    return path;
+    if (!relative.IsRelative()) throw GSimpleException(GExceptionID::cPathNotRelative);
+    return GPathName(GPathName::Join(base.GetPortablePath(), relative.GetPortablePath()));
 }
 
 void GPathName::ReplaceLeaf(const GString& leaf) {

@@ -165,6 +165,8 @@ public:
     static void ConvertPortableToDISpec(const GString& portable, GString& di);
 
 private:
+    friend QUILLON_EXPORT GPathName operator/(const GPathName& base, const GPathName& relative);
+
     static GString Join(const GString& base, const GString& component);
     void Store(GString&& portable);
     GPathName Part(long start, long count) const;

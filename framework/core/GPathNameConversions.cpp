@@ -1,4 +1,5 @@
 // The native forms of GPathName.
+#include <array>
 #include <utility>
 
 #include "framework/core/GException.h"
@@ -111,12 +112,18 @@ private:
 };
 
 /// What RFC 3986 allows in the path of a URL as it is.
+constexpr std::array<bool, 0x80> MakePlainInURL() {
+    std::array<bool, 0x80> plain = {};
+    for (const char c : std::string_view("-._~!$&'()*+,;=:@/")) plain[static_cast<std::size_t>(c)] = true;
+    for (char c = '0'; c <= '9'; ++c) plain[static_cast<std::size_t>(c)] = true;
+    for (char c = 'A'; c <= 'Z'; ++c)
+        plain[static_cast<std::size_t>(c)] = plain[static_cast<std::size_t>(c | 0x20)] = true;
+    return plain;
+}
+
 bool IsPlainInURL(std::uint32_t codePoint) {
-    if (codePoint >= 0x80) return false;
-    if (GPathText::IsASCIILetter(static_cast<unsigned short>(codePoint))) return true;
-    if (codePoint >= '0' && codePoint <= '9') return true;
-    constexpr std::string_view cMarks = "-._~!$&'()*+,;=:@/";
-    return cMarks.find(static_cast<char>(codePoint)) != std::string_view::npos;
+    static constexpr std::array<bool, 0x80> cPlain = MakePlainInURL();
+    return codePoint < cPlain.size() && cPlain[codePoint];
 }
 
 template <class Out>
@@ -235,12 +242,20 @@ void GPathName::ConvertMachOToPortable(const GString& machO, GString& portable) 
 void GPathName::ConvertPortableToCFM(const GString& portable, GString& cfm) const {
     const GPathUnits path = GPathText::UnitsOf(portable);
     const bool noVolume = GPathText::StartsWith(path, "/") && SplitVolume(path).mVolume.empty();
-    cfm = path.empty() || noVolume ? portable : PortableToCFM(path);
+    if (path.empty() || noVolume) {
+        cfm = portable;
+    } else {
+        cfm = PortableToCFM(path);
+    }
 }
 
 void GPathName::ConvertCFMToPortable(const GString& cfm, GString& portable) const {
     const GPathUnits path = GPathText::UnitsOf(cfm);
-    portable = GPathText::StartsWith(path, "/") ? cfm : CFMToPortable(path);
+    if (GPathText::StartsWith(path, "/")) {
+        portable = cfm;
+    } else {
+        portable = CFMToPortable(path);
+    }
 }
 
 void GPathName::ConvertPortableToUNIX(const GString& portable, GString& unix) const {

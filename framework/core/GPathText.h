@@ -32,7 +32,7 @@ struct GPathText {
     }
     static bool IsEqualIgnoreCase(GPathUnits a, GPathUnits b) noexcept {
         return std::equal(a.begin(), a.end(), b.begin(), b.end(), [](unsigned short x, unsigned short y) {
-            return PText::ToLower(x) == PText::ToLower(y);
+            return x == y || PText::ToLower(x) == PText::ToLower(y);
         });
     }
     static std::size_t Find(GPathUnits units, unsigned short unit, std::size_t start = 0) noexcept {
@@ -87,7 +87,11 @@ public:
     }
     /// Adds the units with every `find` as `with`.
     void AddReplacing(GPathUnits units, unsigned short find, unsigned short with) noexcept {
-        for (const unsigned short unit : units) Add(unit == find ? with : unit);
+        const std::size_t count = std::min(units.size(), mRoom - mCount);
+        // Always stores, so that the compiler can take many units at once.
+        std::transform(units.data(), units.data() + count, mUnits + mCount,
+                       [find, with](unsigned short unit) { return unit == find ? with : unit; });
+        mCount += count;
     }
     void CutTo(std::size_t count) noexcept { mCount = std::min(mCount, count); }
     std::size_t GetCount() const noexcept { return mCount; }
