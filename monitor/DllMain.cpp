@@ -18,6 +18,9 @@
 
 #include <objbase.h>
 
+// Where the module's thread-local storage is described, as the loader finds it.
+extern "C" const IMAGE_TLS_DIRECTORY64 _tls_used;
+
 namespace {
 
 /// All of the monitor, from process attach to process detach.
@@ -181,7 +184,14 @@ void Attach(HINSTANCE module) {
     }
 }
 
-void Detach(bool processEnds) {
+/// The run-time library keeps two handles for each thread that has entered it, until that thread ends. For
+/// the thread that unloads the module this is the end.
+void LeaveThread(HINSTANCE module) {
+    auto* callback = reinterpret_cast<const PIMAGE_TLS_CALLBACK*>(_tls_used.AddressOfCallBacks);
+    for (; *callback != nullptr; ++callback) (*callback)(module, DLL_THREAD_DETACH, nullptr);
+}
+
+void Detach(HINSTANCE module, bool processEnds) {
     PSystem::Trace(L"DLL_PROCESS_DETACH");
     PSystem::Trace(L"PPMShutdown");
     // When the process ends, its other threads are gone, perhaps with our locks and half-made changes;
@@ -193,6 +203,7 @@ void Detach(bool processEnds) {
         static_cast<void>(monitor.mState.sJobStream.release());
         GPPPrinterProcessorLayer::Finalize();
         std::destroy_at(&monitor);
+        LeaveThread(module);
     }
     PSystem::Trace(L"Done detach");
 }
@@ -221,7 +232,7 @@ __declspec(dllexport) LPMONITOR2 WINAPI InitializePrintMonitor2(PMONITORINIT ini
 __declspec(dllexport) BOOL WINAPI DllMain(HINSTANCE module, DWORD reason, LPVOID reserved) {
     PSystem::Trace(L"DLLMain");
     if (reason == DLL_PROCESS_ATTACH) Attach(module);
-    if (reason == DLL_PROCESS_DETACH) Detach(reserved != nullptr);
+    if (reason == DLL_PROCESS_DETACH) Detach(module, reserved != nullptr);
     return TRUE;
 }
 

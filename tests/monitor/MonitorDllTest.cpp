@@ -93,6 +93,32 @@ TEST(MonitorDll, FillsElevenSlotsOfItsTable) {
     EXPECT_EQ(slots, "xx-xxxxx------xxxx");
 }
 
+TEST(MonitorDll, CarriesItsVersion) {
+    const MonitorLibrary library;
+    wchar_t path[MAX_PATH];
+    ::GetModuleFileNameW(library.GetModule(), path, MAX_PATH);
+    std::vector<BYTE> data(::GetFileVersionInfoSizeW(path, nullptr));
+    ASSERT_TRUE(::GetFileVersionInfoW(path, 0, static_cast<DWORD>(data.size()), data.data()));
+    const auto query = [&data](const wchar_t* name) {
+        void* value = nullptr;
+        UINT length = 0;
+        const std::wstring block = std::wstring(L"\\StringFileInfo\\040904B0\\") + name;
+        if (!::VerQueryValueW(data.data(), block.c_str(), &value, &length)) return std::wstring();
+        return std::wstring(static_cast<const wchar_t*>(value));
+    };
+    EXPECT_EQ(query(L"FileVersion"), QUILLON_VERSION);
+    EXPECT_EQ(query(L"ProductName"), L"Quillon Port Monitor");
+    EXPECT_EQ(query(L"OriginalFilename"), L"QuillonPortMonitor64.dll");
+    void* fixed = nullptr;
+    UINT length = 0;
+    ASSERT_TRUE(::VerQueryValueW(data.data(), L"\\", &fixed, &length));
+    const auto& info = *static_cast<const VS_FIXEDFILEINFO*>(fixed);
+    EXPECT_EQ(std::to_wstring(HIWORD(info.dwFileVersionMS)) + L"." +
+                  std::to_wstring(LOWORD(info.dwFileVersionMS)) + L"." +
+                  std::to_wstring(HIWORD(info.dwFileVersionLS)),
+              QUILLON_VERSION);
+}
+
 TEST(MonitorDll, RefusesTheConfigurationChannel) {
     const MonitorLibrary library;
     const MONITOR2& table = library.GetTable();
