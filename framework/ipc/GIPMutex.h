@@ -1,6 +1,8 @@
 #pragma once
 
 #include <concepts>
+// Seen before any exported class: otherwise the instantiation below exports the library's exceptions, too.
+#include <new>
 
 #include "PPlatformIPC.h"
 #include "framework/core/GBuffer.h"
