@@ -61,23 +61,6 @@ void FindSession(Listener& listener) {
     }
 }
 
-// A process stands in its session's registry and in the one that all sessions share (-1, and 0 where
-// the system makes both one): the first says more. It may also stand several times in one.
-std::vector<Listener> MergeRegistrations(const GTable<GIPCQueueAddress>& queues) {
-    std::vector<Listener> listeners;
-    for (const GIPCQueueAddress& queue : queues) {
-        const auto known = std::ranges::find(listeners, queue.mProcessID, &Listener::processID);
-        if (known == listeners.end()) {
-            listeners.push_back({queue.mSession, queue.mProcessID});
-        } else {
-            known->session = std::max<long>(known->session, queue.mSession);
-        }
-    }
-    std::ranges::for_each(listeners, FindSession);
-    std::ranges::sort(listeners, ComesBefore);
-    return listeners;
-}
-
 }  // namespace
 
 std::wstring Listener::Format() const {
@@ -91,10 +74,27 @@ std::vector<Listener> Listeners::GetAll() {
     try {
         GWaitBudget budget(cMaxWaitMilliseconds);
         const HandOffReference handOff(budget);
-        std::vector<Listener> listeners = MergeRegistrations(GetRegistrations(budget));
-        for (Listener& listener : listeners) listener.isListening = IsListening(listener.processID);
+        std::vector<Listener> listeners = Merge(GetRegistrations(budget));
+        for (Listener& listener : listeners) {
+            FindSession(listener);
+            listener.isListening = IsListening(listener.processID);
+        }
+        std::ranges::sort(listeners, ComesBefore);
         return listeners;
     } catch (const GException& failure) {
         throw Failure(AsWide(failure.GetFullDescription()));
     }
+}
+
+std::vector<Listener> Listeners::Merge(const GTable<GIPCQueueAddress>& registrations) {
+    std::vector<Listener> listeners;
+    for (const GIPCQueueAddress& registration : registrations) {
+        const auto known = std::ranges::find(listeners, registration.mProcessID, &Listener::processID);
+        if (known == listeners.end()) {
+            listeners.push_back({registration.mSession, registration.mProcessID});
+        } else {
+            known->session = std::max<long>(known->session, registration.mSession);
+        }
+    }
+    return listeners;
 }

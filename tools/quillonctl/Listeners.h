@@ -3,6 +3,9 @@
 #include <string>
 #include <vector>
 
+#include "framework/core/GTable.h"
+#include "framework/ipc/GIPCQueueAddress.h"
+
 /// A process that has registered for the notifications of printed jobs.
 struct Listener {
     long session = 0;  // -1 when the system does not tell
@@ -19,4 +22,9 @@ public:
     /// Of all sessions, in the order of sessions and processes. Throws a Failure when the
     /// registries cannot be read.
     static std::vector<Listener> GetAll();
+
+    /// One listener for each process, in the order of first mention. A process stands in its session's
+    /// registry and in the one that all sessions share, which is also that of session 0: the highest
+    /// number is its session.
+    static std::vector<Listener> Merge(const GTable<GIPCQueueAddress>& registrations);
 };
