@@ -113,11 +113,10 @@ private:
 
 /// What RFC 3986 allows in the path of a URL as it is.
 constexpr std::array<bool, 0x80> MakePlainInURL() {
+    constexpr std::string_view cPlain =
+        "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789-._~!$&'()*+,;=:@/";
     std::array<bool, 0x80> plain = {};
-    for (const char c : std::string_view("-._~!$&'()*+,;=:@/")) plain[static_cast<std::size_t>(c)] = true;
-    for (char c = '0'; c <= '9'; ++c) plain[static_cast<std::size_t>(c)] = true;
-    for (char c = 'A'; c <= 'Z'; ++c)
-        plain[static_cast<std::size_t>(c)] = plain[static_cast<std::size_t>(c | 0x20)] = true;
+    for (const unsigned char c : cPlain) plain[c] = true;
     return plain;
 }
 
