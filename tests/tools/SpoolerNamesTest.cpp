@@ -62,9 +62,10 @@ TEST(Drivers, ChoosesAPostScriptDriverOfWindowsBeforeAMakers) {
         {"the only one", {fax, maker}, L"Laser 9 PS"},
         {"Wine's", {fax, wine}, L"Test PS"},
         {"Windows' own before a maker's", {maker, imagesetter}, L"MS Publisher Imagesetter"},
-        {"the class driver before the imagesetter",
-         {imagesetter, maker, classDriver},
-         L"Microsoft PS Class Driver"},
+        {"the imagesetter before the class driver",
+         {classDriver, maker, imagesetter},
+         L"MS Publisher Imagesetter"},
+        {"the class driver, known by its name", {maker, classDriver}, L"Microsoft PS Class Driver"},
         {"the first of two makers'", {wine, maker}, L"Test PS"},
     };
     for (const auto& row : rows) {

@@ -115,9 +115,9 @@ const DriverInfo* ChoosePostScriptDriver(const std::vector<DriverInfo>& drivers)
 
 const std::vector<std::wstring>& GetPreferredDrivers() {
     static const std::vector<std::wstring> sPreferred = {
-        L"Microsoft PS Class Driver",
         L"MS Publisher Imagesetter",
         L"MS Publisher Color Printer",
+        L"Microsoft PS Class Driver",
     };
     return sPreferred;
 }

@@ -104,9 +104,10 @@ void Removal::Run() {
     }
     CheckNoForeignPrinterNeedsTheMonitor();
     RemoveAll(Kind::Printer, RemovePrinter);
-    RemoveAll(Kind::Driver, RemoveDriver);
     RemoveAll(Kind::PortKey, RemovePortKey);
     RemoveAll(Kind::Monitor, RemoveMonitor);
     RemoveAll(Kind::Library, RemoveLibrary);
+    // The spooler may hold a driver for a while after its last printer has gone; nothing else waits for that.
+    RemoveAll(Kind::Driver, RemoveDriver);
     Say(L"Done.");
 }
