@@ -20,7 +20,7 @@ long NarrowToASCII(const GBuffer& utf16, GBuffer& out) {
     unsigned char* bytes = result.GetWritePtr();
     long code = GEncoding::cConverted;
     for (std::size_t i = 0; i < length; ++i) {
-        i += GCodeUnits::NarrowASCII(utf16.GetRawData() + 2 * i, length - i, bytes + i, length - i);
+        i += GCodeUnits::NarrowASCII(utf16.GetRawData() + 2 * i, length - i, bytes + i);
         if (i == length) break;
         bytes[i] = static_cast<unsigned char>(GEncoding::GetDefaultCharacter());
         code = GEncoding::cReplaced;
@@ -55,7 +55,7 @@ long GASCIIEncoding::ConvertTo(const GBuffer& bytes, const GUnicodeEncoding*, GB
     unsigned char* units = result.GetWritePtr();
     long code = cConverted;
     for (std::size_t i = 0; i < length; ++i) {
-        i += GCodeUnits::WidenASCII(bytes.GetRawData() + i, length - i, units + 2 * i, length - i);
+        i += GCodeUnits::WidenASCII(bytes.GetRawData() + i, length - i, units + 2 * i);
         if (i == length) break;
         GCodeUnits::Store(units, i, GetDefaultUnit());
         code = cReplaced;

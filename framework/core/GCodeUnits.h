@@ -27,40 +27,125 @@ struct GCodeUnits {
         _mm_storeu_si128(reinterpret_cast<__m128i*>(bytes), value);
     }
 
-    /// Widens the leading bytes below `Limit`, which is 0x80 at most, of `length` bytes into room for
-    /// `room` units; returns how many were widened. `room` must take them all; what is spare may be
-    /// overwritten.
+    // The next five convert a block of some kind; false, with the output undefined, when it is of another.
+    // Callers go on one by one then.
+
+    /// 16 bytes below `Limit`, which is 0x80 at most, to 16 units.
     template <unsigned char Limit = 0x80>
-    static std::size_t WidenASCII(const unsigned char* bytes, std::size_t length, unsigned char* units,
-                                  std::size_t room) noexcept {
-        std::size_t done = 0;
-        while (length - done >= 16 && room - done >= 16) {
-            const __m128i vector = LoadVector(bytes + done);
-            StoreVector(units + 2 * done, _mm_unpacklo_epi8(vector, _mm_setzero_si128()));
-            StoreVector(units + 2 * done + 16, _mm_unpackhi_epi8(vector, _mm_setzero_si128()));
-            const std::uint32_t other = MaskOfBytesFrom<Limit>(vector);
-            if (other != 0) return done + static_cast<std::size_t>(std::countr_zero(other));
-            done += 16;
+    static bool WidenBlock(const unsigned char* bytes, unsigned char* units) noexcept {
+        __m128i vector = LoadVector(bytes);
+        StoreVector(units, _mm_unpacklo_epi8(vector, _mm_setzero_si128()));
+        StoreVector(units + 16, _mm_unpackhi_epi8(vector, _mm_setzero_si128()));
+        // As signed bytes, those from 0x80 on are negative: only the limit needs a comparison.
+        if constexpr (Limit < 0x80)
+            vector = _mm_or_si128(vector, _mm_cmpgt_epi8(vector, _mm_set1_epi8(Limit - 1)));
+        return _mm_movemask_epi8(vector) == 0;
+    }
+
+    /// 16 units below `Limit` to 16 bytes.
+    template <unsigned char Limit = 0x80>
+    static bool NarrowBlock(const unsigned char* units, unsigned char* bytes) noexcept {
+        const __m128i low = LoadVector(units);
+        const __m128i high = LoadVector(units + 16);
+        StoreVector(bytes, _mm_packus_epi16(low, high));
+        return AreAll(_mm_cmpeq_epi16(
+            _mm_or_si128(_mm_subs_epu16(low, Lanes(Limit - 1)), _mm_subs_epu16(high, Lanes(Limit - 1))),
+            _mm_setzero_si128()));
+    }
+
+    /// UTF-8 sequences of one and two bytes that begin in 16 of 17 readable bytes, to room for 16 units.
+    /// Adds how many bytes were read (16 or 17) and how many units were written.
+    static bool ReadMixedBlock(const unsigned char* bytes, unsigned char* units, std::size_t& read,
+                               std::size_t& written) noexcept {
+        const __m128i vector = LoadVector(bytes);
+        const __m128i next = LoadVector(bytes + 1);
+        const __m128i isLead = HasBits(vector, 0xE0, 0xC0);
+        const std::uint32_t ascii = ~MaskOf(vector) & 0xFFFF;
+        const std::uint32_t leads = MaskOf(isLead);
+        const std::uint32_t continuations = MaskOf(HasBits(vector, 0xC0, 0x80));
+        // Each lead byte has a continuation byte behind it, the last one perhaps beyond the block, and
+        // nothing else has.
+        if ((ascii | leads | continuations) != 0xFFFF || continuations != (leads << 1 & 0xFFFF) ||
+            (leads & ~MaskOf(HasBits(next, 0xC0, 0x80))) != 0)
+            return false;
+        // What would begin at every byte; then those that do move up, without a branch.
+        alignas(16) unsigned char candidates[32];
+        StoreVector(candidates, ReadOneOrTwo(_mm_unpacklo_epi8(vector, _mm_setzero_si128()),
+                                             _mm_unpacklo_epi8(next, _mm_setzero_si128()),
+                                             _mm_unpacklo_epi8(isLead, isLead)));
+        StoreVector(candidates + 16, ReadOneOrTwo(_mm_unpackhi_epi8(vector, _mm_setzero_si128()),
+                                                  _mm_unpackhi_epi8(next, _mm_setzero_si128()),
+                                                  _mm_unpackhi_epi8(isLead, isLead)));
+        const std::uint32_t starts = ascii | leads;
+        std::size_t count = 0;
+        for (std::size_t i = 0; i < 16; ++i) {
+            Store(units, count, Load(candidates, i));
+            count += starts >> i & 1;
         }
-        for (; done < length && bytes[done] < Limit; ++done) Store(units, done, bytes[done]);
+        read += 16 + (leads >> 15);
+        written += count;
+        return true;
+    }
+
+    /// 4 UTF-8 sequences of three bytes, of 16 readable bytes, to 4 units.
+    static bool ReadThreeByteBlock(const unsigned char* bytes, unsigned char* units) noexcept {
+        const __m128i triples =
+            _mm_set_epi32(LoadInt(bytes + 9), LoadInt(bytes + 6), LoadInt(bytes + 3), LoadInt(bytes));
+        const __m128i high = _mm_slli_epi32(triples, 12);
+        const __m128i middle = _mm_and_si128(_mm_srli_epi32(triples, 2), _mm_set1_epi32(0x0FC0));
+        const __m128i low = _mm_and_si128(_mm_srli_epi32(triples, 16), _mm_set1_epi32(0x003F));
+        // Sign-extended, a unit survives packing with signed saturation.
+        const __m128i values = _mm_or_si128(_mm_or_si128(high, middle), low);
+        const __m128i extended = _mm_srai_epi32(_mm_slli_epi32(values, 16), 16);
+        _mm_storel_epi64(reinterpret_cast<__m128i*>(units), _mm_packs_epi32(extended, extended));
+        return AreAll(
+            _mm_cmpeq_epi32(_mm_and_si128(triples, _mm_set1_epi32(0x00C0C0F0)), _mm_set1_epi32(0x008080E0)));
+    }
+
+    /// 8 units below 0x800 to UTF-8, in room for 16 bytes. Adds how many bytes were written.
+    static bool WriteMixedBlock(const unsigned char* units, unsigned char* bytes,
+                                std::size_t& written) noexcept {
+        const __m128i vector = LoadVector(units);
+        if (!AreAll(NotAbove(vector, 0x7FF))) return false;
+        const __m128i lead = _mm_or_si128(_mm_srli_epi16(vector, 6), Lanes(0x80C0));
+        const __m128i next = _mm_slli_epi16(_mm_and_si128(vector, Lanes(0x3F)), 8);
+        const __m128i isOne = NotAbove(vector, 0x7F);
+        alignas(16) unsigned char candidates[16];
+        StoreVector(candidates, Select(isOne, vector, _mm_or_si128(lead, next)));
+        const std::uint32_t ones = MaskOf(_mm_packs_epi16(isOne, isOne));
+        std::size_t count = 0;
+        for (std::size_t i = 0; i < 8; ++i) {
+            std::memcpy(bytes + count, candidates + 2 * i, 2);
+            count += 2 - (ones >> i & 1);
+        }
+        written += count;
+        return true;
+    }
+
+    /// 8 units from 0x800 on to 24 bytes of UTF-8, in room for 26.
+    static bool WriteThreeByteBlock(const unsigned char* units, unsigned char* bytes) noexcept {
+        const __m128i vector = LoadVector(units);
+        WriteTriples(_mm_unpacklo_epi16(vector, _mm_setzero_si128()), bytes);
+        WriteTriples(_mm_unpackhi_epi16(vector, _mm_setzero_si128()), bytes + 12);
+        return AreAll(InRange(vector, 0x800, 0xFFFF));
+    }
+
+    /// Widens the leading bytes below 0x80; returns how many were. `units` takes as many as `bytes`.
+    static std::size_t WidenASCII(const unsigned char* bytes, std::size_t length,
+                                  unsigned char* units) noexcept {
+        std::size_t done = 0;
+        while (length - done >= 16 && WidenBlock(bytes + done, units + 2 * done)) done += 16;
+        for (; done < length && bytes[done] < 0x80; ++done) Store(units, done, bytes[done]);
         return done;
     }
 
-    /// Narrows the leading units below `Limit` into room for `room` bytes, by the same rules.
-    template <unsigned char Limit = 0x80>
-    static std::size_t NarrowASCII(const unsigned char* units, std::size_t length, unsigned char* bytes,
-                                   std::size_t room) noexcept {
+    /// Narrows the leading units below 0x80, likewise.
+    static std::size_t NarrowASCII(const unsigned char* units, std::size_t length,
+                                   unsigned char* bytes) noexcept {
         std::size_t done = 0;
-        while (length - done >= 16 && room - done >= 16) {
-            const __m128i low = LoadVector(units + 2 * done);
-            const __m128i high = LoadVector(units + 2 * done + 16);
-            StoreVector(bytes + done, _mm_packus_epi16(low, high));
-            // Two bits a unit.
-            const std::uint32_t other = MaskAbove(low, Limit - 1) | MaskAbove(high, Limit - 1) << 16;
-            if (other != 0) return done + static_cast<std::size_t>(std::countr_zero(other)) / 2;
-            done += 16;
-        }
-        for (; done < length && Load(units, done) < Limit; ++done)
+        while (length - done >= 32 && NarrowTwoBlocks(units + 2 * done, bytes + done)) done += 32;
+        while (length - done >= 16 && NarrowBlock(units + 2 * done, bytes + done)) done += 16;
+        for (; done < length && Load(units, done) < 0x80; ++done)
             bytes[done] = static_cast<unsigned char>(Load(units, done));
         return done;
     }
@@ -83,22 +168,26 @@ struct GCodeUnits {
 
     /// How many bytes `length` units take in UTF-8 of one to three bytes a unit.
     static std::size_t CountUTF8Bytes(const unsigned char* units, std::size_t length) noexcept {
-        std::size_t more = 0;
+        std::size_t fewer = 0;  // than three bytes a unit
         std::size_t done = 0;
         while (length - done >= 8) {
+            // Each round of at most 16383 vectors counts in 8 lanes of 16 bits without overflow.
             __m128i lanes = _mm_setzero_si128();
-            for (int round = 0; round < 60 && length - done >= 8; ++round, done += 8) {
+            for (int round = 0; round < 16383 && length - done >= 8; ++round, done += 8) {
                 const __m128i vector = LoadVector(units + 2 * done);
-                lanes = _mm_add_epi8(lanes, OneByteWhereAbove(vector, 0x7F));
-                lanes = _mm_add_epi8(lanes, OneByteWhereAbove(vector, 0x7FF));
+                lanes = _mm_sub_epi16(lanes, NotAbove(vector, 0x7F));
+                lanes = _mm_sub_epi16(lanes, NotAbove(vector, 0x7FF));
             }
-            more += SumOfLanes(lanes);
+            const __m128i sums = _mm_madd_epi16(lanes, _mm_set1_epi16(1));
+            const __m128i halves = _mm_add_epi32(sums, _mm_srli_si128(sums, 8));
+            fewer +=
+                static_cast<std::size_t>(_mm_cvtsi128_si32(_mm_add_epi32(halves, _mm_srli_si128(halves, 4))));
         }
         for (; done < length; ++done) {
             const std::uint16_t unit = Load(units, done);
-            more += (unit >= 0x80 ? 1u : 0u) + (unit >= 0x800 ? 1u : 0u);
+            fewer += (unit < 0x80 ? 1u : 0u) + (unit < 0x800 ? 1u : 0u);
         }
-        return length + more;
+        return 3 * length - fewer;
     }
 
     /// The lanes of 16 bits that lie within the range, all bits set.
@@ -111,24 +200,63 @@ struct GCodeUnits {
 private:
     static __m128i Lanes(std::uint16_t unit) noexcept { return _mm_set1_epi16(static_cast<short>(unit)); }
 
-    template <unsigned char Limit>
-    static std::uint32_t MaskOfBytesFrom(__m128i vector) noexcept {
-        // As signed bytes, those from 0x80 on are negative: only the limit needs a comparison.
-        if constexpr (Limit < 0x80)
-            vector = _mm_or_si128(vector, _mm_cmpgt_epi8(vector, _mm_set1_epi8(Limit - 1)));
-        return static_cast<std::uint32_t>(_mm_movemask_epi8(vector));
-    }
+    static bool AreAll(__m128i lanes) noexcept { return _mm_movemask_epi8(lanes) == 0xFFFF; }
 
     static __m128i NotAbove(__m128i vector, std::uint16_t limit) noexcept {
         return _mm_cmpeq_epi16(_mm_subs_epu16(vector, Lanes(limit)), _mm_setzero_si128());
     }
 
-    static std::uint32_t MaskAbove(__m128i vector, std::uint16_t limit) noexcept {
-        return ~static_cast<std::uint32_t>(_mm_movemask_epi8(NotAbove(vector, limit))) & 0xFFFF;
+    static std::uint32_t MaskOf(__m128i bytes) noexcept {
+        return static_cast<std::uint32_t>(_mm_movemask_epi8(bytes));
     }
 
-    static __m128i OneByteWhereAbove(__m128i vector, std::uint16_t limit) noexcept {
-        return _mm_add_epi16(NotAbove(vector, limit), _mm_set1_epi16(1));
+    static __m128i Select(__m128i condition, __m128i yes, __m128i no) noexcept {
+        return _mm_or_si128(_mm_and_si128(condition, yes), _mm_andnot_si128(condition, no));
+    }
+
+    static __m128i HasBits(__m128i bytes, int mask, int bits) noexcept {
+        return _mm_cmpeq_epi8(_mm_and_si128(bytes, _mm_set1_epi8(static_cast<char>(mask))),
+                              _mm_set1_epi8(static_cast<char>(bits)));
+    }
+
+    static __m128i ReadOneOrTwo(__m128i first, __m128i second, __m128i isLead) noexcept {
+        const __m128i high = _mm_slli_epi16(_mm_and_si128(first, Lanes(0x1F)), 6);
+        return Select(isLead, _mm_or_si128(high, _mm_and_si128(second, Lanes(0x3F))), first);
+    }
+
+    static int LoadInt(const unsigned char* bytes) noexcept {
+        int value;
+        std::memcpy(&value, bytes, sizeof value);
+        return value;
+    }
+
+    static bool NarrowTwoBlocks(const unsigned char* units, unsigned char* bytes) noexcept {
+        const __m128i a = LoadVector(units);
+        const __m128i b = LoadVector(units + 16);
+        const __m128i c = LoadVector(units + 32);
+        const __m128i d = LoadVector(units + 48);
+        StoreVector(bytes, _mm_packus_epi16(a, b));
+        StoreVector(bytes + 16, _mm_packus_epi16(c, d));
+        const __m128i any = _mm_or_si128(_mm_or_si128(a, b), _mm_or_si128(c, d));
+        return AreAll(NotAbove(any, 0x7F));
+    }
+
+    // Four lanes of 32 bits with a unit each, as sequences of three bytes.
+    static void WriteTriples(__m128i units, unsigned char* bytes) noexcept {
+        const __m128i lead = _mm_srli_epi32(units, 12);
+        const __m128i middle = _mm_and_si128(_mm_slli_epi32(units, 2), _mm_set1_epi32(0x3F00));
+        const __m128i last = _mm_and_si128(_mm_slli_epi32(units, 16), _mm_set1_epi32(0x3F0000));
+        const __m128i triples =
+            _mm_or_si128(_mm_or_si128(lead, middle), _mm_or_si128(last, _mm_set1_epi32(0x008080E0)));
+        StoreTriples(bytes, _mm_cvtsi128_si64(triples));
+        StoreTriples(bytes + 6, _mm_cvtsi128_si64(_mm_unpackhi_epi64(triples, triples)));
+    }
+
+    // Two lanes of 32 bits with three bytes each, closed up; two bytes more are written.
+    static void StoreTriples(unsigned char* bytes, long long lanes) noexcept {
+        const auto value = static_cast<std::uint64_t>(lanes);
+        const std::uint64_t triples = (value & 0xFFFFFF) | (value >> 8 & 0xFFFFFF000000);
+        std::memcpy(bytes, &triples, sizeof triples);
     }
 
     static std::size_t SumOfLanes(__m128i lanes) noexcept {

@@ -1,5 +1,7 @@
 #include "framework/core/GSimpleEncoding.h"
 
+#include <algorithm>
+
 #include "framework/core/GCodeUnits.h"
 #include "framework/core/GEncodingBuffers.h"
 #include "framework/core/GEncodingSingleton.h"
@@ -13,6 +15,10 @@ constinit GEncodingSingleton<GSimpleEncoding> sInstance;
 
 constexpr std::uint32_t cIsUnit = 0x10000;
 constexpr std::uint16_t cIsCode = 0x100;
+
+// The vectors' blocks; and how many elements go through a table before it is asked whether one of
+// them was not there.
+constexpr std::size_t cBlock = 16;
 
 }  // namespace
 
@@ -100,19 +106,30 @@ long GSimpleEncoding::ConvertUnits(const unsigned char* bytes, long length, GBuf
     const auto count = static_cast<std::size_t>(length);
     GBuffer result = MakeEncodingOutput(2 * length);
     unsigned char* units = result.GetWritePtr();
-    std::uint32_t all = cIsUnit;
-    for (std::size_t i = 0; i < count; ++i) {
-        if (mIsASCIIBelow0x7F && bytes[i] < 0x7F) {
-            i += GCodeUnits::WidenASCII<0x7F>(bytes + i, count - i, units + 2 * i, count - i);
-            if (i == count) break;
+    const std::uint32_t* direct = mDirect.data();
+    const bool isASCIIBelow0x7F = mIsASCIIBelow0x7F;
+    long code = cConverted;
+    for (std::size_t i = 0; i < count;) {
+        if (isASCIIBelow0x7F && count - i >= cBlock &&
+            GCodeUnits::WidenBlock<0x7F>(bytes + i, units + 2 * i)) {
+            i += cBlock;
+            continue;
         }
-        const std::uint32_t entry = mDirect[bytes[i]];
-        all &= entry;
-        const std::uint32_t unit = (entry & cIsUnit) != 0 ? entry : GetDefaultUnit();
-        GCodeUnits::Store(units, i, static_cast<std::uint16_t>(unit));
+        // Other text goes through the table by blocks, without a question for each byte.
+        const std::size_t end = std::min(count, i + cBlock);
+        std::uint32_t all = cIsUnit;
+        const std::size_t start = i;
+        for (; i < end; ++i) {
+            all &= direct[bytes[i]];
+            GCodeUnits::Store(units, i, static_cast<std::uint16_t>(direct[bytes[i]]));
+        }
+        if ((all & cIsUnit) != 0) continue;
+        code = cReplaced;
+        for (std::size_t j = start; j < end; ++j)
+            if (direct[bytes[j]] == 0) GCodeUnits::Store(units, j, GetDefaultUnit());
     }
     out = std::move(result);
-    return (all & cIsUnit) != 0 ? cConverted : cReplaced;
+    return code;
 }
 
 long GSimpleEncoding::ConvertSequences(const unsigned char* bytes, long length, GBuffer& out) const {
@@ -137,18 +154,33 @@ long GSimpleEncoding::ConvertFromUnicode(const GBuffer& utf16, GBuffer& out) con
     const auto count = static_cast<std::size_t>(utf16.GetLength()) / 2;
     GBuffer result = MakeEncodingOutput(static_cast<long>(count));
     unsigned char* bytes = result.GetWritePtr();
-    std::uint16_t all = cIsCode;
-    for (std::size_t i = 0; i < count; ++i) {
-        if (mIsASCIIBelow0x7F && GCodeUnits::Load(units, i) < 0x7F) {
-            i += GCodeUnits::NarrowASCII<0x7F>(units + 2 * i, count - i, bytes + i, count - i);
-            if (i == count) break;
+    const ReversePage* pages = mPages.data();
+    const std::uint16_t* pageOfHighByte = mPageOfHighByte.data();
+    const auto find = [=](std::uint16_t unit) { return pages[pageOfHighByte[unit >> 8]][unit & 0xFF]; };
+    const bool isASCIIBelow0x7F = mIsASCIIBelow0x7F;
+    long code = cConverted;
+    for (std::size_t i = 0; i < count;) {
+        if (isASCIIBelow0x7F && count - i >= cBlock &&
+            GCodeUnits::NarrowBlock<0x7F>(units + 2 * i, bytes + i)) {
+            i += cBlock;
+            continue;
         }
-        const std::uint16_t entry = GetReverse(GCodeUnits::Load(units, i));
-        all &= entry;
-        bytes[i] = static_cast<unsigned char>((entry & cIsCode) != 0 ? entry : GetDefaultCharacter());
+        const std::size_t end = std::min(count, i + cBlock);
+        std::uint16_t all = cIsCode;
+        const std::size_t start = i;
+        for (; i < end; ++i) {
+            const std::uint16_t entry = find(GCodeUnits::Load(units, i));
+            all &= entry;
+            bytes[i] = static_cast<unsigned char>(entry);
+        }
+        if ((all & cIsCode) != 0) continue;
+        code = cReplaced;
+        for (std::size_t j = start; j < end; ++j)
+            if (find(GCodeUnits::Load(units, j)) == 0)
+                bytes[j] = static_cast<unsigned char>(GetDefaultCharacter());
     }
     out = std::move(result);
-    return (all & cIsCode) != 0 ? cConverted : cReplaced;
+    return code;
 }
 
 bool GSimpleEncoding::GetGlyphName(const GCharCode& code, GBuffer& name) const {

@@ -1,5 +1,6 @@
 #include "framework/core/GUTF8Encoding.h"
 
+#include <algorithm>
 #include <cstring>
 
 #include "framework/core/GCharCode.h"
@@ -18,60 +19,75 @@ constexpr bool IsContinuation(unsigned char byte) {
     return (byte & 0xC0) == 0x80;
 }
 
-// Reads UTF-8 into room for one unit per sequence, which is as many as there can be.
-class UTF8Reader {
-public:
-    UTF8Reader(const unsigned char* bytes, std::size_t length, unsigned char* units, std::size_t room)
-        : mBytes(bytes), mLength(length), mUnits(units), mRoom(room) {}
-
-    /// False at the first invalid byte.
-    bool Read() {
-        while (mPosition < mLength) {
-            if (mBytes[mPosition] < 0x80)
-                ReadASCII();
-            else if (!ReadSequence())
-                return false;
-        }
-        return true;
-    }
-    std::size_t GetUnitCount() const { return mCount; }
-
-private:
-    void ReadASCII() {
-        const std::size_t run = GCodeUnits::WidenASCII(mBytes + mPosition, mLength - mPosition,
-                                                       mUnits + 2 * mCount, mRoom - mCount);
-        mPosition += run;
-        mCount += run;
-    }
-
-    bool ReadSequence() {
-        const unsigned char* bytes = mBytes + mPosition;
-        const std::size_t left = mLength - mPosition;
-        if ((bytes[0] & 0xF0) == 0xE0 && left >= 3 && IsContinuation(bytes[1]) && IsContinuation(bytes[2])) {
-            Append((bytes[0] & 0x0F) << 12 | (bytes[1] & 0x3F) << 6 | (bytes[2] & 0x3F));
-            mPosition += 3;
-            return true;
-        }
-        if ((bytes[0] & 0xE0) == 0xC0 && left >= 2 && IsContinuation(bytes[1])) {
-            Append((bytes[0] & 0x1F) << 6 | (bytes[1] & 0x3F));
-            mPosition += 2;
-            return true;
-        }
-        return false;
-    }
-
-    void Append(int unit) { GCodeUnits::Store(mUnits, mCount++, static_cast<std::uint16_t>(unit)); }
-
-    const unsigned char* mBytes;
-    std::size_t mLength;
-    unsigned char* mUnits;
-    std::size_t mRoom;
-    std::size_t mPosition = 0;
-    std::size_t mCount = 0;
+// How far a conversion has come.
+struct Progress {
+    std::size_t read = 0;
+    std::size_t written = 0;
 };
 
-// Writes one unit of 0x80 or more; returns how many bytes that took.
-std::size_t WriteSequence(std::uint16_t unit, unsigned char* bytes) {
+// Converts one by one up to `end` or the first invalid byte. A sequence may reach beyond `end`.
+Progress ReadSequences(const unsigned char* bytes, std::size_t length, unsigned char* units,
+                       Progress progress, std::size_t end) {
+    while (progress.read < end) {
+        const unsigned char* sequence = bytes + progress.read;
+        const std::size_t left = length - progress.read;
+        int unit = sequence[0];
+        std::size_t used = 1;
+        if (unit >= 0x80) {
+            if ((unit & 0xE0) == 0xC0 && left >= 2 && IsContinuation(sequence[1])) {
+                unit = (unit & 0x1F) << 6 | (sequence[1] & 0x3F);
+                used = 2;
+            } else if ((unit & 0xF0) == 0xE0 && left >= 3 && IsContinuation(sequence[1]) &&
+                       IsContinuation(sequence[2])) {
+                unit = (unit & 0x0F) << 12 | (sequence[1] & 0x3F) << 6 | (sequence[2] & 0x3F);
+                used = 3;
+            } else {
+                break;
+            }
+        }
+        GCodeUnits::Store(units, progress.written++, static_cast<std::uint16_t>(unit));
+        progress.read += used;
+    }
+    return progress;
+}
+
+// Converts a block of 16 bytes or so; false when the place holds none of the kinds that go by blocks.
+inline bool ReadBlock(const unsigned char* bytes, unsigned char* units, Progress& progress) {
+    const unsigned char* from = bytes + progress.read;
+    unsigned char* to = units + 2 * progress.written;
+    if (*from < 0x80 && GCodeUnits::WidenBlock(from, to)) {
+        progress.read += 16;
+        progress.written += 16;
+        return true;
+    }
+    if (*from < 0xE0) return GCodeUnits::ReadMixedBlock(from, to, progress.read, progress.written);
+    if (!GCodeUnits::ReadThreeByteBlock(from, to)) return false;
+    progress.read += 12;
+    progress.written += 4;
+    return true;
+}
+
+// Reads UTF-8 up to the end or the first invalid byte. There must be room for as many units as there
+// are sequences, which is as many as there can be.
+Progress ReadUTF8(const unsigned char* bytes, std::size_t length, unsigned char* units, std::size_t room) {
+    const std::size_t ascii = GCodeUnits::WidenASCII(bytes, std::min(length, room), units);
+    Progress progress{ascii, ascii};
+    while (progress.read < length) {
+        const bool hasBlock = length - progress.read > 16 && room - progress.written >= 16;
+        if (hasBlock && ReadBlock(bytes, units, progress)) continue;
+        const std::size_t end = std::min(length, progress.read + 16);
+        progress = ReadSequences(bytes, length, units, progress, end);
+        if (progress.read < end) break;
+    }
+    return progress;
+}
+
+// Writes one unit; returns how many bytes that took.
+std::size_t WriteUnit(std::uint16_t unit, unsigned char* bytes) {
+    if (unit < 0x80) {
+        bytes[0] = static_cast<unsigned char>(unit);
+        return 1;
+    }
     const auto last = static_cast<unsigned char>(0x80 | (unit & 0x3F));
     if (unit < 0x800) {
         bytes[0] = static_cast<unsigned char>(0xC0 | unit >> 6);
@@ -84,24 +100,50 @@ std::size_t WriteSequence(std::uint16_t unit, unsigned char* bytes) {
     return 3;
 }
 
+// Converts a block of 8 or 16 units; false when the place holds none of the kinds that go by blocks.
+inline bool WriteBlock(const unsigned char* units, unsigned char* bytes, Progress& progress) {
+    const unsigned char* from = units + 2 * progress.read;
+    unsigned char* to = bytes + progress.written;
+    const std::uint16_t unit = GCodeUnits::Load(from, 0);
+    if (unit < 0x80 && GCodeUnits::NarrowBlock(from, to)) {
+        progress.read += 16;
+        progress.written += 16;
+        return true;
+    }
+    if (unit < 0x800) {
+        if (!GCodeUnits::WriteMixedBlock(from, to, progress.written)) return false;
+    } else {
+        if (!GCodeUnits::WriteThreeByteBlock(from, to)) return false;
+        progress.written += 24;
+    }
+    progress.read += 8;
+    return true;
+}
+
+// Writes UTF-8 into exactly the room that it takes.
+void WriteUTF8(const unsigned char* units, std::size_t count, unsigned char* bytes, std::size_t room) {
+    Progress progress;
+    while (progress.read < count) {
+        const bool hasBlock = count - progress.read >= 16 && room - progress.written >= 32;
+        if (hasBlock && WriteBlock(units, bytes, progress)) continue;
+        const std::size_t end = std::min(count, progress.read + 8);
+        for (; progress.read < end; ++progress.read)
+            progress.written += WriteUnit(GCodeUnits::Load(units, progress.read), bytes + progress.written);
+    }
+}
+
 void WriteUTF8(const GBuffer& utf16, GBuffer& out) {
     const unsigned char* units = utf16.GetRawData();
     const auto count = static_cast<std::size_t>(utf16.GetLength()) / 2;
-    const std::size_t length = GCodeUnits::CountUTF8Bytes(units, count);
-    GBuffer result = MakeEncodingOutput(static_cast<long>(length));
-    unsigned char* bytes = result.GetWritePtr();
-    std::size_t written = 0;
-    for (std::size_t i = 0; i < count;) {
-        const std::uint16_t unit = GCodeUnits::Load(units, i);
-        if (unit < 0x80) {
-            const std::size_t run =
-                GCodeUnits::NarrowASCII(units + 2 * i, count - i, bytes + written, length - written);
-            i += run;
-            written += run;
-        } else {
-            written += WriteSequence(unit, bytes + written);
-            ++i;
-        }
+    // Most texts are ASCII: that is tried before anything is counted.
+    GBuffer result = MakeEncodingOutput(static_cast<long>(count));
+    const std::size_t ascii = GCodeUnits::NarrowASCII(units, count, result.GetWritePtr());
+    if (ascii < count) {
+        const std::size_t rest = GCodeUnits::CountUTF8Bytes(units + 2 * ascii, count - ascii);
+        result.SetLength(static_cast<long>(ascii));
+        result.Allocate(static_cast<long>(ascii + rest));
+        result.SetLength(static_cast<long>(ascii + rest));
+        WriteUTF8(units + 2 * ascii, count - ascii, result.GetWritePtr() + ascii, rest);
     }
     out = std::move(result);
 }
@@ -121,8 +163,13 @@ long GUTF8Encoding::ConvertFrom(const GBuffer& bytes, const GEncoding* source, G
         out.Clear();
         return cConverted;
     }
+    const GUnicodeEncoding* unicode = GUnicodeEncoding::GetInstance();
+    if (source == unicode && bytes.GetLength() % 2 == 0) {
+        WriteUTF8(bytes, out);
+        return cConverted;
+    }
     GBuffer utf16;
-    const long result = source->ConvertTo(bytes, GUnicodeEncoding::GetInstance(), utf16);
+    const long result = source->ConvertTo(bytes, unicode, utf16);
     if (result == cConverted || result == cReplaced)
         WriteUTF8(utf16, out);
     else
@@ -135,11 +182,13 @@ long GUTF8Encoding::ConvertTo(const GBuffer& bytes, const GUnicodeEncoding*, GBu
     const auto length = static_cast<std::size_t>(bytes.GetLength());
     const std::size_t room = GCodeUnits::CountSequences(source, length);
     GBuffer result = MakeEncodingOutput(static_cast<long>(2 * room));
-    UTF8Reader reader(source, length, result.GetWritePtr(), room);
+    const Progress progress = ReadUTF8(source, length, result.GetWritePtr(), room);
+    result.SetLength(static_cast<long>(2 * progress.written));
     long code = cInvalid;
-    if (reader.Read())
-        code = length != 0 && std::memchr(source, 0, length) != nullptr ? cReplaced : cConverted;
-    result.SetLength(static_cast<long>(2 * reader.GetUnitCount()));
+    if (progress.read == length) {
+        const bool hasZero = length != 0 && std::memchr(source, 0, length) != nullptr;
+        code = hasZero ? cReplaced : cConverted;
+    }
     out = std::move(result);
     return code;
 }

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <random>
 #include <thread>
 
 #include "framework/core/GASCIIEncoding.h"
@@ -417,6 +418,60 @@ TEST(GUTF8Encoding, ReportsTheSourcesResultAndWritesNothingForInvalidInput) {
     EXPECT_EQ(BytesOf(out), "a@");
     EXPECT_EQ(utf8->ConvertFrom(BufferOf("a\xFF"sv), utf8, out), 4);
     EXPECT_EQ(BytesOf(out), "");
+}
+
+// The rules for reading, one character at a time.
+Conversion ReadSlowly(std::string_view bytes) {
+    Conversion read{u"", bytes.find('\0') == bytes.npos ? 1 : 2};
+    for (std::size_t i = 0; i < bytes.size();) {
+        const auto at = [&](std::size_t place) {
+            return place < bytes.size() ? static_cast<unsigned char>(bytes[place]) : 0u;
+        };
+        const bool hasSecond = (at(i + 1) & 0xC0) == 0x80;
+        if (at(i) < 0x80) {
+            read.units += static_cast<char16_t>(at(i));
+            i += 1;
+        } else if ((at(i) & 0xE0) == 0xC0 && hasSecond) {
+            read.units += static_cast<char16_t>((at(i) & 0x1F) << 6 | (at(i + 1) & 0x3F));
+            i += 2;
+        } else if ((at(i) & 0xF0) == 0xE0 && hasSecond && (at(i + 2) & 0xC0) == 0x80) {
+            read.units +=
+                static_cast<char16_t>((at(i) & 0x0F) << 12 | (at(i + 1) & 0x3F) << 6 | (at(i + 2) & 0x3F));
+            i += 3;
+        } else {
+            return {read.units, 4};
+        }
+    }
+    return read;
+}
+
+// Reading and writing go by blocks of several kinds: mixtures of all kinds must agree with the rules.
+TEST(GUTF8Encoding, MixturesOfAllKindsFollowTheRules) {
+    const std::string_view parts[] = {"a",
+                                      "abcdefghijklmnopqrst",
+                                      "\xC3\xA9",
+                                      "\xD0\x9F\xD0\xB5\xD1\x87\xD0\xB0\xD1\x82\xD1\x8C",
+                                      "\xE4\xB8\x80",
+                                      "\xE6\x89\x93\xE5\x8D\xB0\xE6\x96\x87\xE4\xBB\xB6",
+                                      "\xED\xA0\xBD"};
+    const std::string_view faults[] = {"\x80", "\xC3", "\xE4", "\xE4\xB8", "\xFF", "\xF0\x9F\x98\x80",
+                                       "\0"sv};
+    std::mt19937 random(815);
+    for (int i = 0; i < 20000; ++i) {
+        std::string text;
+        // Some texts favour one kind, so that its blocks become likely.
+        const std::size_t favourite = random() % std::size(parts);
+        for (std::size_t count = random() % 24; count > 0; --count)
+            text += parts[random() % 3 == 0 ? random() % std::size(parts) : favourite];
+        if (i % 2 == 0) text.insert(random() % (text.size() + 1), faults[random() % std::size(faults)]);
+        const Conversion expected = ReadSlowly(text);
+        const Conversion read = Read(GUTF8Encoding::GetInstance(), text);
+        ASSERT_EQ(read.units, expected.units) << testing::PrintToString(text);
+        ASSERT_EQ(read.result, expected.result) << testing::PrintToString(text);
+        if (i % 2 != 0) {
+            ASSERT_EQ(Write(GUTF8Encoding::GetInstance(), read.units).bytes, text);
+        }
+    }
 }
 
 // The writer counts in lanes of one byte: a text must be long enough to overflow them.
