@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "tests/monitor/MonitorLibrary.h"
+#include "tests/monitor/ProcessResources.h"
 #include "tests/monitor/TraceCapture.h"
 
 #include <objbase.h>
@@ -57,6 +58,25 @@ TEST(MonitorDll, LoadsAnewAfterItWasUnloaded) {
         EXPECT_EQ(::GetModuleHandleW(L"QuillonPortMonitor64.dll"), nullptr) << "something holds it";
         EXPECT_EQ(ReadFileBytes(GetJobPath(L"again.ps")), std::to_string(round));
     }
+}
+
+TEST(MonitorDll, LeavesNothingBehindWhenItIsUnloaded) {
+    constexpr std::size_t cLoads = 30;
+    constexpr std::size_t cRunTimeRest = 4096;  // bytes, of thread-local storage and the like
+    // The system's own library would leave a mutex behind each time that nobody uses it any more.
+    const HMODULE spooler = ::LoadLibraryW(L"winspool.drv");
+    const auto load = [] {
+        MonitorLibrary library;
+        EXPECT_TRUE(library.Open());
+        EXPECT_TRUE(library.Print(L"load.txt", "x"));
+    };
+    for (int i = 0; i < 5; ++i) load();
+    const ProcessResources before = ProcessResources::Count();
+    for (std::size_t i = 0; i < cLoads; ++i) load();
+    const ProcessResources after = ProcessResources::Count();
+    EXPECT_LE(after.mHandles, before.mHandles);
+    EXPECT_LE(after.mHeapBytes, before.mHeapBytes + cLoads * cRunTimeRest);
+    ::FreeLibrary(spooler);
 }
 
 TEST(MonitorDll, EndsWithItsProcess) {

@@ -159,24 +159,4 @@ TEST(MonitorSoak, KeepsNothingForThreadsThatComeAndGo) {
     ExpectNothingKept(before, ProcessResources::Count());
 }
 
-/// Every load leaves the run-time library's emergency store behind, and nothing else to speak of.
-TEST(MonitorSoak, LeavesNothingBehindWhenItIsUnloaded) {
-    constexpr std::size_t cLoads = 100;
-    constexpr std::size_t cEmergencyStore = 76 * 1024;
-    // The system's own library would leave a mutex behind each time that nobody uses it any more.
-    const HMODULE spooler = ::LoadLibraryW(L"winspool.drv");
-    const auto load = [] {
-        MonitorLibrary library;
-        EXPECT_TRUE(library.Open());
-        EXPECT_TRUE(library.Print(L"load.txt", "x"));
-    };
-    for (int i = 0; i < 5; ++i) load();
-    const ProcessResources before = ProcessResources::Count();
-    for (std::size_t i = 0; i < cLoads; ++i) load();
-    const ProcessResources after = ProcessResources::Count();
-    EXPECT_LE(after.mHandles, before.mHandles);
-    EXPECT_LE(after.mHeapBytes, before.mHeapBytes + cLoads * cEmergencyStore);
-    ::FreeLibrary(spooler);
-}
-
 }  // namespace
