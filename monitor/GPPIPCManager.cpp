@@ -17,33 +17,7 @@ GBuffer GetKernelName(long session, const GShMemID& identifier) {
     return name;
 }
 
-// The queues of a process in one registry. A registry that cannot be read is taken for an empty one;
-// the failure is kept for the case that no other registry knows the process either.
-GTable<GIPCQueueAddress> FindQueues(GIPCMessageQueueMgr& registry, long processID,
-                                    std::exception_ptr& failure) {
-    GTable<GIPCQueueAddress> queues;
-    long session = cAnySession;
-    GTable<std::int32_t> registrationIDs;
-    try {
-        registry.GetRegistered(processID, session, registrationIDs);
-    } catch (const GException&) {
-        if (!failure) failure = std::current_exception();
-    }
-    for (const std::int32_t registrationID : registrationIDs)
-        queues.Append(
-            {static_cast<std::int32_t>(session), static_cast<std::int32_t>(processID), registrationID});
-    return queues;
-}
-
 }  // namespace
-
-/// Where a process can be reached: a first choice, and what is left if that has no usable queue.
-struct GPPIPCManager::Route {
-    Addresses mPreferred;
-    Addresses mOther;
-
-    bool IsEmpty() const noexcept { return mPreferred.IsEmpty() && mOther.IsEmpty(); }
-};
 
 /// Notes that a queue is being written to, for its own lifetime.
 class GPPIPCManager::WritingMark {
@@ -154,15 +128,40 @@ void GPPIPCManager::Receive(long signalNumber, const GEmptyMessage& message) {
 
 // --- Finding a process
 
-GPPIPCManager::Route GPPIPCManager::FindRoute(long processID) {
-    std::exception_ptr failure;
-    Addresses session = FindQueues(*mSessionRegistry, processID, failure);
-    Addresses global;
-    if (mGlobalRegistry) global = FindQueues(*mGlobalRegistry, processID, failure);
-    if (session.IsEmpty() && global.IsEmpty() && failure) std::rethrow_exception(failure);
-    const bool isHere = !session.IsEmpty() && session[0].mSession == mSession;
-    if (isHere || global.IsEmpty()) return {std::move(session), std::move(global)};
-    return {std::move(global), std::move(session)};
+GTable<GIPCQueueAddress> GPPIPCManager::ReadQueues(Place place, long processID) {
+    GTable<std::int32_t> registrationIDs;
+    Addresses queues;
+    GIPCMessageQueueMgr* registry = place == Place::cGlobal ? mGlobalRegistry.get() : mSessionRegistry.get();
+    if (registry == nullptr) return queues;
+    if (place == Place::cOtherSessions) {
+        Addresses all;
+        registry->GetRegistered(all);
+        for (const GIPCQueueAddress& queue : all)
+            if (queue.mProcessID == processID && queue.mSession != mSession) queues.Append(queue);
+        return queues;
+    }
+    registry->GetRegisteredHere(processID, registrationIDs);
+    for (const std::int32_t registrationID : registrationIDs)
+        queues.Append({static_cast<std::int32_t>(registry->GetSession()),
+                       static_cast<std::int32_t>(processID), registrationID});
+    return queues;
+}
+
+// Calls tryQueues(queues) with the queues that a process has in each place, the best place first, until
+// it returns true. A registry that cannot be read is taken for one that does not know the process; the
+// failure is kept for the case that nothing else helps.
+template <class TryQueues>
+bool GPPIPCManager::TryPlaces(long processID, std::exception_ptr& failure, TryQueues tryQueues) {
+    for (const Place place : {Place::cThisSession, Place::cGlobal, Place::cOtherSessions}) {
+        Addresses queues;
+        try {
+            queues = ReadQueues(place, processID);
+        } catch (const GException&) {
+            if (!failure) failure = std::current_exception();
+        }
+        if (!queues.IsEmpty() && tryQueues(queues)) return true;
+    }
+    return false;
 }
 
 bool GPPIPCManager::CanOpenAny(const Addresses& queues, std::exception_ptr& failure) {
@@ -177,29 +176,34 @@ bool GPPIPCManager::CanOpenAny(const Addresses& queues, std::exception_ptr& fail
 }
 
 GIPCManager::ListeningState GPPIPCManager::GetListeningState(long processID) {
-    const Route route = FindRoute(processID);
-    if (route.IsEmpty()) return cNotListening;
-    if (!IsRunning(processID)) return cNotUsable;
     std::exception_ptr failure;
-    if (CanOpenAny(route.mPreferred, failure) || CanOpenAny(route.mOther, failure)) return cListening;
-    if (failure) std::rethrow_exception(failure);
-    return cNotUsable;
+    bool isRegistered = false;
+    bool canOpen = false;
+    const bool isKnown = TryPlaces(processID, failure, [&](const Addresses& queues) {
+        if (!std::exchange(isRegistered, true) && !IsRunning(processID)) return true;
+        canOpen = CanOpenAny(queues, failure);
+        return canOpen;
+    });
+    if (canOpen) return cListening;
+    if (!isKnown && failure) std::rethrow_exception(failure);
+    return isRegistered ? cNotUsable : cNotListening;
 }
 
 // --- Sending
 
 void GPPIPCManager::SendToProcess(long processID, long type, const GBuffer& data, bool once) {
     const std::lock_guard<PCriticalSection> lock(GetReceiverLock());
-    const Route route = FindRoute(processID);
-    if (route.IsEmpty()) return;
     std::exception_ptr failure;
-    if (SendToAny(route.mPreferred, type, data, once, failure) ||
-        SendToAny(route.mOther, type, data, once, failure))
-        return;
+    bool isRegistered = false;
+    const bool reached = TryPlaces(processID, failure, [&](const Addresses& queues) {
+        isRegistered = true;
+        return SendToAny(queues, type, data, once, failure);
+    });
+    if (reached || !failure) return;
     try {
         std::rethrow_exception(failure);
     } catch (const GException& reason) {
-        if (IsQueueFailure(reason)) AddCorruptedProcess(processID);
+        if (isRegistered && IsQueueFailure(reason)) AddCorruptedProcess(processID);
         throw;
     }
 }

@@ -11,8 +11,9 @@
 /// framework, and in that a message sent once waits to be taken. There are two registries: the one of
 /// this session, and a global one where that is another object. A process that listens stands in both,
 /// with a queue behind each; where the system refuses it global objects, only in its session's. A sender
-/// chooses one of them for each target: the session's for a process of the same session, otherwise the
-/// global one, and the other one if the first choice has no usable queue. So nobody gets a message twice.
+/// looks into its own session's registry, then into the global one, then into those of other sessions,
+/// and uses what it finds in the first of them that has a usable queue of the target. So nobody gets a
+/// message twice.
 ///
 /// A process's queue that cannot be opened is passed over while another one of it can. Kept messages are
 /// tried on every tick without waiting; they are dropped when their target has ended or their queue is
@@ -67,10 +68,13 @@ protected:
 
 private:
     class WritingMark;
-    struct Route;
     using Addresses = GTable<GIPCQueueAddress>;
+    /// Where a process can be registered, in the order in which a sender looks.
+    enum class Place { cThisSession, cGlobal, cOtherSessions };
 
-    Route FindRoute(long processID);
+    Addresses ReadQueues(Place place, long processID);
+    template <class TryQueues>
+    bool TryPlaces(long processID, std::exception_ptr& failure, TryQueues tryQueues);
     bool SendToAny(const Addresses& queues, long type, const GBuffer& data, bool once,
                    std::exception_ptr& failure);
     bool CanOpenAny(const Addresses& queues, std::exception_ptr& failure);

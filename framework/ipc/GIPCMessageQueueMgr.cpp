@@ -70,6 +70,10 @@ struct GIPCMessageQueueMgr::Entries {
             if (GetRegistrationID(position) == registrationID) return true;
         return false;
     }
+    void Collect(long processID, GTable<std::int32_t>& registrationIDs) const {
+        for (long position = 0; position < mCount; ++position)
+            if (GetProcessID(position) == processID) registrationIDs.Append(GetRegistrationID(position));
+    }
     long Find(long processID, long registrationID) const noexcept {
         for (long position = 0; position < mCount; ++position)
             if (GetProcessID(position) == processID && GetRegistrationID(position) == registrationID)
@@ -215,10 +219,14 @@ void GIPCMessageQueueMgr::ForgetOwn(long processID, long registrationID) {
 }
 
 bool GIPCMessageQueueMgr::IsRegistered(long processID) {
-    const Entries entries = ReadEntries(mRegistry);
-    for (long position = 0; position < entries.mCount; ++position)
-        if (entries.GetProcessID(position) == processID) return true;
-    return false;
+    GTable<std::int32_t> registrationIDs;
+    GetRegisteredHere(processID, registrationIDs);
+    return !registrationIDs.IsEmpty();
+}
+
+void GIPCMessageQueueMgr::GetRegisteredHere(long processID, GTable<std::int32_t>& registrationIDs) {
+    registrationIDs.Clear();
+    ReadEntries(mRegistry).Collect(processID, registrationIDs);
 }
 
 // The sessions to search: the pseudo-session only where it is a name space of its own, and this
@@ -276,9 +284,7 @@ void GIPCMessageQueueMgr::GetRegistered(long processID, long& session,
                                         GTable<std::int32_t>& registrationIDs) {
     registrationIDs.Clear();
     VisitSessions([&](long visited, const Entries& entries) {
-        for (long position = 0; position < entries.mCount; ++position)
-            if (entries.GetProcessID(position) == processID)
-                registrationIDs.Append(entries.GetRegistrationID(position));
+        entries.Collect(processID, registrationIDs);
         if (!registrationIDs.IsEmpty()) session = visited;
         return registrationIDs.IsEmpty();
     });

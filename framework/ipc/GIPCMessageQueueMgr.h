@@ -56,6 +56,8 @@ public:
 
     /// Whether this registry knows the process; no other session is asked.
     bool IsRegistered(long processID);
+    /// The registrations of a process in this registry.
+    void GetRegisteredHere(long processID, GTable<std::int32_t>& registrationIDs);
     /// The registrations of a process in the first session that knows it; none, and `session`
     /// untouched, when no session does.
     void GetRegistered(long processID, long& session, GTable<std::int32_t>& registrationIDs);

@@ -1,5 +1,7 @@
 #include "tests/ipc/IPCWorld.h"
 
+#include "framework/system/PSystem.h"
+
 class IPCWorld::Processes : public GProcessInfo {
 public:
     explicit Processes(const IPCWorld& world) : mWorld(world) {}
@@ -24,7 +26,7 @@ public:
 
     long GetCurrentSessionID() override { return mWorld.mSession; }
     void GetSessionIDs(GTable<std::int32_t>& ids) override {
-        ids = {-1};
+        ids.Clear();
         for (const long session : mWorld.mSessions) ids.Append(static_cast<std::int32_t>(session));
     }
     void GetSessionPath(GBuffer& path, long session) override {
@@ -39,6 +41,9 @@ IPCWorld::IPCWorld() {
     GShMemID::Initialize();
     GProcessInfo::SetInstance(new Processes(*this));
     GSessionInfo::SetInstance(new Sessions(*this));
+    // Only Windows has a name space beside its sessions that is not searched with them.
+    const bool isWindows = PSystem::GetPlatformCode() == PSystem::cPlatformWindows;
+    mSessions = isWindows ? std::vector<long>{-1, 0, 1} : std::vector<long>{0, 1};
     ActAs(4711, 1);
 }
 

@@ -24,6 +24,7 @@ public:
     /// From now on this process is `processID`, runs in `session`, and is alive.
     void ActAs(long processID, long session);
     void Kill(long processID) { mRunning.erase(processID); }
+    /// What the system lists, -1 included.
     void SetSessions(const std::vector<long>& sessions) { mSessions = sessions; }
 
 private:
@@ -33,7 +34,7 @@ private:
     long mProcessID = 0;
     long mSession = 0;
     std::set<long> mRunning;
-    std::vector<long> mSessions = {0, 1};
+    std::vector<long> mSessions;
 };
 
 /// The number of the exception that `call` throws; 0 when it throws none.

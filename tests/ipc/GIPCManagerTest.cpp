@@ -1,0 +1,358 @@
+#include "framework/ipc/GIPCManager.h"
+
+#include <stdexcept>
+
+#include "framework/core/GBasicSignals.h"
+#include "tests/ipc/ManagerTestSupport.h"
+#include "tests/ipc/RawSegment.h"
+
+namespace {
+
+constexpr long cType = 145;
+constexpr long cSender = 100;  // in session 1, like the others
+constexpr long cListener = 200;
+constexpr long cOther = 300;
+
+/// A process that listens from its first receiver on.
+struct Process {
+    Process(IPCWorld& world, long processID) : mID(processID) {
+        world.ActAs(processID, 1);
+        mReceiver.Register(cType);
+    }
+
+    long mID;
+    GIPCManager mManager;
+    NotingReceiver mReceiver{&mManager};
+};
+
+class GIPCManagerTest : public testing::Test {
+protected:
+    void ActAsSender() { mWorld.ActAs(cSender, 1); }
+    Log Tick(Process& process) {
+        process.mManager.ForceProcessPendingMessages();
+        return process.mReceiver.TakeLog();
+    }
+    std::unique_ptr<RawSegment> QueueOf(const Process& process) {
+        return RawSegment::Open("Session\\1\\", "QulShDP" + std::to_string(process.mID) + "MQ" +
+                                                    std::to_string(process.mManager.GetRegistrationID()));
+    }
+    long CountEntries() {
+        GTable<GIPCQueueAddress> queues;
+        mRegistry.GetRegistered(queues);
+        return queues.GetCount();
+    }
+
+    IPCWorld mWorld;
+    SleepLog mSleep;
+    GIPCMessageQueueMgr mRegistry;
+    Process mListener{mWorld, cListener};
+    GIPCManager mSender;
+};
+
+TEST_F(GIPCManagerTest, ListensFromTheFirstReceiverToTheLast) {
+    EXPECT_TRUE(mListener.mManager.IsListening());
+    EXPECT_TRUE(mRegistry.IsRegistered(cListener));
+    EXPECT_NE(QueueOf(mListener), nullptr);
+    const long registrationID = mListener.mManager.GetRegistrationID();
+    NotingReceiver second(&mListener.mManager, cType);
+    mListener.mReceiver.Unregister(cType);
+    mListener.mReceiver.Unregister(cType);
+    EXPECT_EQ(mListener.mManager.GetRegistrationID(), registrationID);
+    second.Unregister(cType);
+    EXPECT_FALSE(mListener.mManager.IsListening());
+    EXPECT_EQ(mListener.mManager.GetRegistrationID(), 0);
+    EXPECT_FALSE(mRegistry.IsRegistered(cListener));
+    EXPECT_FALSE(GBasicSignals::GetRepeaters().IsSubscribed(mListener.mManager));
+    mWorld.ActAs(cListener, 1);
+    second.Register(146);
+    EXPECT_TRUE(mRegistry.IsRegistered(cListener));
+}
+
+TEST_F(GIPCManagerTest, WhatCannotStartToListenChangesNothing) {
+    mWorld.ActAs(cOther, 1);
+    for (int i = 0; i < 1023; ++i) mRegistry.Register(1);
+    GIPCManager manager;
+    NotingReceiver receiver(&manager);
+    EXPECT_EQ(ThrownBy([&] { receiver.Register(cType); }), 40160);
+    EXPECT_FALSE(manager.IsListening());
+    mRegistry.UnregisterOwn();
+    receiver.Register(cType);
+    EXPECT_TRUE(manager.IsListening());
+}
+
+TEST_F(GIPCManagerTest, DeliversOnTheRepeaterSignalInOrderAndByType) {
+    NotingReceiver other(&mListener.mManager, 146);
+    NotingReceiver both(&mListener.mManager, cType);
+    both.Register(146);
+    both.Register(146);
+    ActAsSender();
+    mSender.SendRaw(cListener, cType, Bytes("a"));
+    mSender.Send(cListener, 146);
+    mSender.SendRaw(cListener, 147, Bytes("nobody's"));
+    mSender.SendRaw(cListener, cType, Bytes("b"));
+    mListener.mManager.Receive(100, GEmptyMessage());
+    EXPECT_TRUE(both.TakeLog().empty());
+    GBasicSignals::DevoteTimeToRepeaters();
+    EXPECT_EQ(mListener.mReceiver.TakeLog(), (Log{"100:145:a", "100:145:b"}));
+    EXPECT_EQ(other.TakeLog(), Log{"100:146:"});
+    EXPECT_EQ(both.TakeLog(), (Log{"100:145:a", "100:146:", "100:145:b"}));
+    GBasicSignals::DevoteTimeToRepeaters();
+    EXPECT_TRUE(both.TakeLog().empty());
+}
+
+TEST_F(GIPCManagerTest, SendsToEveryRegistrationOfAProcessAndToNoneWithoutComplaint) {
+    Process twin(mWorld, cListener);
+    ActAsSender();
+    mSender.SendRaw(cListener, cType, Bytes("a"));
+    mSender.SendRaw(cOther, cType, Bytes("b"));
+    EXPECT_EQ(Tick(mListener), Log{"100:145:a"});
+    EXPECT_EQ(Tick(twin), Log{"100:145:a"});
+}
+
+TEST_F(GIPCManagerTest, SendsOnceWhatIsStillWaiting) {
+    ActAsSender();
+    mSender.SendOnceRaw(cListener, cType, Bytes("a"));
+    mSender.SendOnceRaw(cListener, cType, Bytes("a"));
+    mSender.SendOnce(cListener, cType);
+    mSender.SendOnce(cListener, cType);
+    EXPECT_EQ(Tick(mListener), (Log{"100:145:a", "100:145:"}));
+}
+
+TEST_F(GIPCManagerTest, KeepsWhatDoesNotFitAndDeliversItInOrder) {
+    ActAsSender();
+    mSender.SendRaw(cListener, cType, Bytes(Filler(32740)));
+    for (const char* text : {"a", "b", "a"}) mSender.SendOnceRaw(cListener, cType, Bytes(text));
+    mSender.SendRaw(cListener, cType, Bytes("b"));
+    EXPECT_EQ(mSender.GetDelayedCount(), 4);
+    GBasicSignals::GetRepeaters().Unsubscribe(mListener.mManager);
+    GBasicSignals::DevoteTimeToRepeaters();
+    EXPECT_EQ(mSender.GetDelayedCount(), 4);
+    EXPECT_EQ(Tick(mListener).size(), 1u);
+    GBasicSignals::DevoteTimeToRepeaters();
+    EXPECT_EQ(mSender.GetDelayedCount(), 0);
+    EXPECT_FALSE(GBasicSignals::GetRepeaters().IsSubscribed(mSender));
+    // The second "a" found the first one waiting; the second "b" was to be sent in any case.
+    EXPECT_EQ(Tick(mListener), (Log{"100:145:a", "100:145:b", "100:145:b"}));
+}
+
+TEST_F(GIPCManagerTest, OneThatStillDoesNotFitKeepsItsPlace) {
+    ActAsSender();
+    mSender.SendRaw(cListener, cType, Bytes(Filler(32000)));
+    mSender.SendRaw(cListener, cType, Bytes(Filler(20000, 'A')));
+    mSender.SendRaw(cListener, cType, Bytes(Filler(20000, 'B')));
+    Tick(mListener);
+    mSender.ForceProcessPendingMessages();
+    EXPECT_EQ(mSender.GetDelayedCount(), 1);
+    EXPECT_EQ(Tick(mListener), Log{"100:145:20000 x A"});
+    mSender.ForceProcessPendingMessages();
+    EXPECT_EQ(Tick(mListener), Log{"100:145:20000 x B"});
+}
+
+TEST_F(GIPCManagerTest, ThrowsForWhatNoQueueCouldHoldAndHoldsItAgainstNobody) {
+    ActAsSender();
+    EXPECT_EQ(ThrownBy([&] { mSender.SendRaw(cListener, cType, Bytes(Filler(40000))); }), 40153);
+    EXPECT_EQ(ThrownBy([&] { mSender.SendRaw(cListener, cType, Bytes(Filler(32749))); }), 40153);
+    EXPECT_TRUE(mRegistry.IsRegistered(cListener));
+    EXPECT_EQ(mSender.GetDelayedCount(), 0);
+    mSender.SendRaw(cListener, cType, Bytes(Filler(32748)));
+    EXPECT_EQ(mSender.GetDelayedCount(), 1);
+}
+
+TEST_F(GIPCManagerTest, TakesATargetWithABrokenQueueOutOfTheRegistry) {
+    const struct {
+        const char* what;
+        long offset;
+        std::uint32_t value;
+        long thrown;
+    } rows[] = {
+        {"another version", 4, 2, 40154},
+        {"an impossible end offset", 8, 0xFFFFFFFF, 40161},
+        {"an impossible size", 0, 0, 40163},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.what);
+        Process target(mWorld, cOther);
+        const auto raw = QueueOf(target);
+        ActAsSender();
+        mSender.SendRaw(cOther, cType, Bytes(Filler(32740)));
+        mSender.SendRaw(cOther, cType, Bytes("kept"));
+        mSender.SendRaw(cListener, cType, Bytes(Filler(32740)));
+        mSender.SendRaw(cListener, cType, Bytes("kept"));
+        ASSERT_EQ(mSender.GetDelayedCount(), 2);
+        raw->SetWord(row.offset, row.value);
+        EXPECT_EQ(ThrownBy([&] { mSender.SendRaw(cOther, cType, Bytes("a")); }), row.thrown);
+        EXPECT_FALSE(mRegistry.IsRegistered(cOther));
+        EXPECT_TRUE(mRegistry.IsRegistered(cListener));
+        EXPECT_EQ(mSender.GetDelayedCount(), 1);
+        EXPECT_EQ(ThrownBy([&] { mSender.SendRaw(cOther, cType, Bytes("a")); }), 0);
+        Tick(mListener);
+        mSender.ForceProcessPendingMessages();
+        EXPECT_EQ(Tick(mListener), Log{"100:145:kept"});
+    }
+}
+
+TEST_F(GIPCManagerTest, ATickPurgesTheTargetOfAKeptMessageWhoseQueueIsGone) {
+    ActAsSender();
+    {
+        Process target(mWorld, cOther);
+        ActAsSender();
+        mSender.SendRaw(cOther, cType, Bytes(Filler(32740)));
+        mSender.SendRaw(cOther, cType, Bytes("kept"));
+        mSender.SendRaw(cOther, cType, Bytes("kept too"));
+    }
+    mRegistry.Register(cOther);
+    EXPECT_EQ(ThrownBy([&] { mSender.ForceProcessPendingMessages(); }), 0);
+    EXPECT_EQ(mSender.GetDelayedCount(), 0);
+    EXPECT_FALSE(mRegistry.IsRegistered(cOther));
+}
+
+TEST_F(GIPCManagerTest, BroadcastsToAllWhomeverItCannotReach) {
+    Process second(mWorld, cOther);
+    mRegistry.Register(400);  // which has no queue
+    ActAsSender();
+    mSender.BroadcastRaw(cType, Bytes("a"));
+    EXPECT_FALSE(mRegistry.IsRegistered(400));
+    mSender.BroadcastOnceRaw(cType, Bytes("a"));
+    mSender.Broadcast(cType);
+    mSender.BroadcastOnce(cType);
+    for (Process* process : {&mListener, &second}) EXPECT_EQ(Tick(*process), (Log{"100:145:a", "100:145:"}));
+    EXPECT_EQ(ThrownBy([&] { mSender.BroadcastRaw(cType, Bytes(Filler(40000))); }), 0);
+    EXPECT_EQ(CountEntries(), 2);
+}
+
+TEST_F(GIPCManagerTest, TellsWhoListens) {
+    EXPECT_EQ(mSender.GetListeningState(cOther), GIPCManager::cNotListening);
+    EXPECT_EQ(mSender.GetListeningState(cListener), GIPCManager::cListening);
+    mRegistry.Register(cListener);  // a second registration, without a queue
+    EXPECT_EQ(mSender.GetListeningState(cListener), GIPCManager::cNotUsable);
+    mRegistry.UnregisterOwn();
+    EXPECT_EQ(mSender.GetListeningState(cListener), GIPCManager::cListening);
+    mWorld.Kill(cListener);
+    EXPECT_EQ(mSender.GetListeningState(cListener), GIPCManager::cNotUsable);
+}
+
+TEST_F(GIPCManagerTest, WaitsTillAProcessListensOrEnds) {
+    mSender.WaitTillListening(cListener);
+    EXPECT_TRUE(mSleep.mSleeps.empty());
+    mWorld.ActAs(cOther, 1);
+    mSleep.mReaction = [&](std::size_t count) {
+        if (count == 3) mRegistry.Register(cOther);
+    };
+    mSender.WaitTillListening(cOther);
+    EXPECT_EQ(mSleep.mSleeps, (std::vector<long>{100, 100, 100}));
+    mRegistry.UnregisterOwn();
+    mSleep.mReaction = [&](std::size_t count) {
+        if (count == 5) mWorld.Kill(cOther);
+    };
+    EXPECT_EQ(ThrownBy([&] { mSender.WaitTillListening(cOther); }), 40152);
+    EXPECT_EQ(mSleep.mSleeps.size(), 5u);
+}
+
+TEST_F(GIPCManagerTest, ReceiversMayComeAndGoWhileAMessageIsHandedOut) {
+    auto doomed = std::make_unique<NotingReceiver>(&mListener.mManager, cType);
+    NotingReceiver late(&mListener.mManager);
+    NotingReceiver last(&mListener.mManager, cType);
+    mListener.mReceiver.mReaction = [&] {
+        mListener.mReceiver.mReaction = nullptr;
+        mListener.mReceiver.Unregister(cType);
+        doomed.reset();
+        for (long type = 1000; type < 1100; ++type) late.Register(type);
+        late.Register(cType);
+    };
+    ActAsSender();
+    mSender.SendRaw(cListener, cType, Bytes("a"));
+    EXPECT_EQ(Tick(mListener), Log{"100:145:a"});
+    EXPECT_EQ(last.TakeLog(), Log{"100:145:a"});
+    EXPECT_EQ(late.TakeLog(), Log{"100:145:a"});
+}
+
+TEST_F(GIPCManagerTest, AReceiverMayEndTheListening) {
+    mListener.mReceiver.mReaction = [&] { mListener.mReceiver.Unregister(cType); };
+    ActAsSender();
+    mSender.SendRaw(cListener, cType, Bytes("a"));
+    mSender.SendRaw(cListener, cType, Bytes("b"));
+    EXPECT_EQ(Tick(mListener), Log{"100:145:a"});
+    EXPECT_FALSE(mRegistry.IsRegistered(cListener));
+}
+
+TEST_F(GIPCManagerTest, WhatAReceiverThrowsComesAfterTheOtherMessages) {
+    NotingReceiver second(&mListener.mManager, cType);
+    mListener.mReceiver.mReaction = [] { throw std::runtime_error("refused"); };
+    ActAsSender();
+    mSender.SendRaw(cListener, cType, Bytes("a"));
+    mSender.SendRaw(cListener, cType, Bytes("b"));
+    EXPECT_THROW(mListener.mManager.ForceProcessPendingMessages(), std::runtime_error);
+    EXPECT_EQ(mListener.mReceiver.TakeLog().size(), 2u);
+    EXPECT_EQ(second.TakeLog(), (Log{"100:145:a", "100:145:b"}));
+    EXPECT_EQ(ThrownBy([&] { mListener.mManager.ForceProcessPendingMessages(); }), 0);
+}
+
+TEST_F(GIPCManagerTest, ABrokenInboxIsReportedOnceAndWorksAgain) {
+    const auto raw = QueueOf(mListener);
+    ActAsSender();
+    for (const long spoiled : {0L, 8L, 39L}) {  // the size, the end offset, the second record's length
+        SCOPED_TRACE(spoiled);
+        mSender.SendRaw(cListener, cType, Bytes("one"));
+        mSender.SendRaw(cListener, cType, Bytes("two"));
+        raw->SetWord(spoiled, 0xFFFFFFFF);
+        EXPECT_EQ(ThrownBy([&] { mListener.mManager.ForceProcessPendingMessages(); }),
+                  spoiled == 0 ? 40163 : 40161);
+        EXPECT_EQ(mListener.mReceiver.TakeLog(), spoiled == 39 ? Log{"100:145:one"} : Log{});
+        mSender.SendRaw(cListener, cType, Bytes("three"));
+        EXPECT_EQ(Tick(mListener), Log{"100:145:three"});
+    }
+}
+
+TEST_F(GIPCManagerTest, AManagerThatEndsTakesRegistrationsAlong) {
+    auto manager = std::make_unique<GIPCManager>();
+    mWorld.ActAs(cOther, 1);
+    NotingReceiver receiver(manager.get(), cType);
+    EXPECT_TRUE(mRegistry.IsRegistered(cOther));
+    manager.reset();
+    EXPECT_FALSE(mRegistry.IsRegistered(cOther));
+    receiver.Unregister(cType);
+}
+
+TEST_F(GIPCManagerTest, TheFrameworksInstanceIsCounted) {
+    NotingReceiver receiver(nullptr);
+    EXPECT_EQ(ThrownBy([&] { receiver.Register(cType); }), 40169);
+    GIPCManager::Initialize();
+    GIPCManager::Initialize();
+    GIPCManager* instance = GIPCManager::GetInstance();
+    ASSERT_NE(instance, nullptr);
+    receiver.Register(cType);
+    GIPCManager::Finalize();
+    EXPECT_EQ(GIPCManager::GetInstance(), instance);
+    EXPECT_TRUE(instance->IsListening());
+    GIPCManager::Finalize();
+    EXPECT_EQ(GIPCManager::GetInstance(), nullptr);
+    GIPCManager::Finalize();
+    EXPECT_EQ(ThrownBy([&] { receiver.Register(cType); }), 40169);
+}
+
+TEST_F(GIPCManagerTest, AMutexThatIsNotToBeHadInTimeIsHeldAgainstNobody) {
+    GWaitBudget budget(0);
+    GIPCManager hasty(&budget);
+    ActAsSender();
+    hasty.SendRaw(cListener, cType, Bytes(Filler(32740)));
+    hasty.SendRaw(cListener, cType, Bytes("kept"));
+    {
+        const MutexHog hog(
+            GIPCMessageQueue::ConvertToMemoryID(cListener, mListener.mManager.GetRegistrationID()));
+        EXPECT_EQ(ThrownBy([&] { hasty.SendRaw(cListener, cType, Bytes("a")); }), 40202);
+        EXPECT_EQ(ThrownBy([&] { hasty.GetListeningState(cListener); }), 40202);
+        EXPECT_EQ(ThrownBy([&] { hasty.ForceProcessPendingMessages(); }), 0);
+        EXPECT_EQ(hasty.GetDelayedCount(), 1);
+    }
+    EXPECT_TRUE(mRegistry.IsRegistered(cListener));
+    {
+        const MutexHog hog(GShMemID::GetSpecialID(GShMemID::cRegistry));
+        EXPECT_EQ(ThrownBy([&] { hasty.SendRaw(cListener, cType, Bytes("a")); }), 40202);
+        EXPECT_EQ(ThrownBy([&] { GIPCMessageQueueMgr(GIPCMessageQueueMgr::cNormal, &budget); }), 40202);
+    }
+    Tick(mListener);
+    hasty.ForceProcessPendingMessages();
+    EXPECT_EQ(Tick(mListener), Log{"100:145:kept"});
+}
+
+}  // namespace

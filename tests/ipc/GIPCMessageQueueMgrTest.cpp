@@ -1,0 +1,284 @@
+#include "framework/ipc/GIPCMessageQueueMgr.h"
+
+#include "framework/system/PSystem.h"
+#include "tests/ipc/IPCWorld.h"
+#include "tests/ipc/RawSegment.h"
+
+namespace {
+
+using ByteList = std::vector<unsigned char>;
+using Manager = GIPCMessageQueueMgr;
+
+constexpr const char* cName = "QulShDGIPCTest";
+
+std::vector<std::int32_t> List(const GTable<std::int32_t>& table) {
+    return {table.begin(), table.end()};
+}
+
+class GIPCMessageQueueMgrTest : public testing::Test {
+protected:
+    GIPCMessageQueueMgrTest() : mManager(Manager::cTest), mRaw(RawSegment::Open("Session\\1\\", cName)) {}
+
+    /// Everything in use behind version and seed: the end offset and the entries.
+    ByteList Entries() const { return mRaw->Copy(12, static_cast<long>(mRaw->GetWord(12)) - 8); }
+    void SetEntries(const std::vector<std::pair<int, int>>& entries) { SetEntries(*mRaw, entries); }
+    static void SetEntries(RawSegment& raw, const std::vector<std::pair<int, int>>& entries) {
+        long offset = 16;
+        for (const auto& [processID, registrationID] : entries) {
+            raw.SetWord(offset, static_cast<std::uint32_t>(processID));
+            raw.SetWord(offset + 4, static_cast<std::uint32_t>(registrationID));
+            offset += 8;
+        }
+        raw.SetWord(12, static_cast<std::uint32_t>(offset - 4));
+    }
+    /// Another session's registry, as its processes would have made it.
+    static std::unique_ptr<RawSegment> MakeRegistry(const char* path) {
+        auto raw = RawSegment::Make(path, cName, 8208);
+        raw->SetWord(0, 8208);
+        raw->SetWord(4, 1);
+        raw->SetWord(12, 12);
+        return raw;
+    }
+
+    IPCWorld mWorld;
+    Manager mManager;
+    std::unique_ptr<RawSegment> mRaw;
+};
+
+TEST_F(GIPCMessageQueueMgrTest, StartsWithVersionSeedAndEndOffset) {
+    EXPECT_EQ(mRaw->Copy(0, 8), (ByteList{0x10, 0x20, 0, 0, 1, 0, 0, 0}));
+    EXPECT_EQ(mRaw->Copy(12, 4), (ByteList{12, 0, 0, 0}));
+    EXPECT_LT(mRaw->GetWord(8), 600000u);  // the program's own run time in milliseconds
+    EXPECT_FALSE(mManager.IsRegistered(4711));
+    EXPECT_EQ(Text(Manager::GetMemoryPath()), "Session\\1\\");
+    EXPECT_EQ(Text(Manager::GetRegistryID(Manager::cNormal).GetBuffer()), "GIPC");
+}
+
+TEST_F(GIPCMessageQueueMgrTest, RegistersWithIDsOfTheCountedUpSeed) {
+    mRaw->SetWord(8, 0);
+    EXPECT_EQ(mManager.Register(4711), 16838);
+    EXPECT_EQ(mRaw->GetWord(8), 1u);
+    EXPECT_EQ(Entries(), (ByteList{20, 0, 0, 0, 0x67, 0x12, 0, 0, 0xC6, 0x41, 0, 0}));
+    // The state 1 again, whose first number is taken by now: its second one.
+    mRaw->SetWord(8, 0);
+    EXPECT_EQ(mManager.Register(4711), 5758);
+    EXPECT_EQ(mRaw->GetWord(12), 28u);
+    mRaw->SetWord(8, 0xFFFFFFFF);
+    EXPECT_NE(mManager.Register(4711), 0);
+    EXPECT_EQ(mRaw->GetWord(8), 0u);
+}
+
+TEST_F(GIPCMessageQueueMgrTest, HandsOutNoZeroAndNothingAbove32767) {
+    const struct {
+        const char* what;
+        std::uint32_t seed;
+        long registrationID;
+    } rows[] = {
+        {"the generator's first number is the smallest one", 1694, 1},
+        {"it is 0, so the second one counts", 26578, 11265},
+        {"it is 0 for another seed", 78041, 10672},
+        {"it is the largest one", 24883, 32767},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.what);
+        mRaw->SetWord(8, row.seed);
+        EXPECT_EQ(mManager.Register(4711), row.registrationID);
+    }
+}
+
+TEST_F(GIPCMessageQueueMgrTest, UnregistersOneByPuttingTheLastInItsPlace) {
+    SetEntries({{1, 10}, {2, 20}, {3, 30}});
+    mManager.Unregister(1, 10);
+    EXPECT_EQ(Entries(), (ByteList{28, 0, 0, 0, 3, 0, 0, 0, 30, 0, 0, 0, 2, 0, 0, 0, 20, 0, 0, 0}));
+    mManager.Unregister(2, 20);
+    EXPECT_EQ(Entries(), (ByteList{20, 0, 0, 0, 3, 0, 0, 0, 30, 0, 0, 0}));
+    mManager.Unregister(3, 20);
+    mManager.Unregister(4, 30);
+    EXPECT_EQ(mRaw->GetWord(12), 20u);
+    mManager.Unregister(3, 30);
+    EXPECT_EQ(mRaw->GetWord(12), 12u);
+    mManager.Unregister(3, 30);
+    EXPECT_EQ(mRaw->GetWord(12), 12u);
+}
+
+TEST_F(GIPCMessageQueueMgrTest, UnregistersAProcessKeepingTheOrderOfTheOthers) {
+    SetEntries({{1, 10}, {2, 20}, {1, 11}, {3, 30}, {1, 12}});
+    mManager.Unregister(4);
+    EXPECT_EQ(mRaw->GetWord(12), 52u);
+    mManager.Unregister(1);
+    EXPECT_EQ(Entries(), (ByteList{28, 0, 0, 0, 2, 0, 0, 0, 20, 0, 0, 0, 3, 0, 0, 0, 30, 0, 0, 0}));
+    EXPECT_FALSE(mManager.IsRegistered(1));
+    EXPECT_TRUE(mManager.IsRegistered(3));
+}
+
+TEST_F(GIPCMessageQueueMgrTest, TakesBackItsOwnRegistrationsAndNoOthers) {
+    {
+        Manager other(Manager::cTest);
+        other.Register(1);
+        const long id = other.Register(1);
+        other.Register(2);
+        mManager.Register(1);
+        other.Unregister(1, id);
+        EXPECT_EQ(mRaw->GetWord(12), 36u);
+    }
+    EXPECT_EQ(mRaw->GetWord(12), 20u);
+    mManager.UnregisterOwn();
+    EXPECT_EQ(mRaw->GetWord(12), 12u);
+}
+
+TEST_F(GIPCMessageQueueMgrTest, HoldsExactly1024Entries) {
+    std::vector<std::pair<int, int>> entries;
+    for (int i = 0; i < 1023; ++i) entries.push_back({i, 1 + i});
+    SetEntries(entries);
+    EXPECT_GT(mManager.Register(4711), 1023);
+    EXPECT_EQ(mRaw->GetWord(12), 8204u);
+    const ByteList before = mRaw->Copy(12, 8196);
+    EXPECT_EQ(ThrownBy([&] { mManager.Register(4711); }), 40160);
+    EXPECT_EQ(mRaw->Copy(12, 8196), before);
+    mManager.Unregister(0, 1);
+    EXPECT_EQ(ThrownBy([&] { mManager.Register(4711); }), 0);
+}
+
+TEST_F(GIPCMessageQueueMgrTest, FindsAProcessInTheFirstSessionThatKnowsIt) {
+    const auto services = MakeRegistry("Session\\0\\");
+    SetEntries({{2, 20}, {1, 10}});
+    SetEntries(*services, {{3, 30}, {3, 31}, {2, 21}});
+    const struct {
+        const char* what;
+        long processID, session;
+        std::vector<std::int32_t> ids;
+    } rows[] = {
+        {"in the own session only", 1, 1, {10}},
+        {"in another session only", 3, 0, {30, 31}},
+        {"in both", 2, 0, {21}},
+        {"in none", 4, 99, {}},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.what);
+        long session = 99;
+        GTable<std::int32_t> ids = {5};
+        mManager.GetRegistered(row.processID, session, ids);
+        EXPECT_EQ(session, row.session);
+        EXPECT_EQ(List(ids), row.ids);
+    }
+    EXPECT_FALSE(mManager.IsRegistered(3));
+    GTable<GIPCQueueAddress> all;
+    mManager.GetRegistered(all);
+    const GTable<GIPCQueueAddress> expected = {{0, 3, 30}, {0, 3, 31}, {0, 2, 21}, {1, 2, 20}, {1, 1, 10}};
+    EXPECT_EQ(all, expected);
+}
+
+TEST_F(GIPCMessageQueueMgrTest, LooksIntoTheOwnSessionEvenWhenTheSystemListsNone) {
+    mWorld.SetSessions({});
+    SetEntries({{1, 10}});
+    long session = 99;
+    GTable<std::int32_t> ids;
+    mManager.GetRegistered(1, session, ids);
+    EXPECT_EQ(session, 1);
+    EXPECT_EQ(List(ids), std::vector<std::int32_t>{10});
+}
+
+TEST_F(GIPCMessageQueueMgrTest, WithoutOtherSessionsItSearchesItselfAlone) {
+    const auto services = MakeRegistry("Session\\0\\");
+    SetEntries(*services, {{3, 30}});
+    Manager own(GShMemID("GIPCTest"), 1, Manager::Scope::cOwnOnly);
+    long session = 99;
+    GTable<std::int32_t> ids;
+    own.GetRegistered(3, session, ids);
+    EXPECT_TRUE(ids.IsEmpty());
+    mManager.GetRegistered(3, session, ids);
+    EXPECT_EQ(ids.GetCount(), 1);
+}
+
+TEST(GIPCMessageQueueMgr, SearchesTheSharedNameSpaceWhereSystemsHaveOneOnly) {
+    IPCWorld world;
+    world.SetSessions({-1});
+    Manager global(GShMemID("GIPCTest"), -1, Manager::Scope::cOwnOnly);
+    global.Register(7);
+    const struct {
+        long osCode;
+        bool searched;
+    } rows[] = {{3002, false}, {3003, true}, {3008, true}, {3009, false}, {3016, false}};
+    Manager manager(Manager::cTest);
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.osCode);
+        PSystem::SetOSCode(row.osCode);
+        long session = 99;
+        GTable<std::int32_t> ids;
+        manager.GetRegistered(7, session, ids);
+        const bool expected = row.searched || PSystem::GetPlatformCode() != PSystem::cPlatformWindows;
+        EXPECT_EQ(ids.GetCount(), expected ? 1 : 0);
+        EXPECT_EQ(session, expected ? -1 : 99);
+    }
+    PSystem::SetOSCode(PSystem::cUnknownOSCode);
+}
+
+TEST_F(GIPCMessageQueueMgrTest, ACorruptRegistryThrowsAndStaysAsItIs) {
+    const struct {
+        const char* what;
+        long offset;
+        std::uint32_t value;
+        long thrown;
+    } rows[] = {
+        {"a size of 0", 0, 0, 40163},
+        {"a size behind the view", 0, 0x00100000, 40163},
+        {"a negative size", 0, 0xFFFFFFFF, 40163},
+        {"a size without end offset", 0, 15, 40161},
+        {"a size that cuts an entry", 0, 31, 40161},
+        {"an end offset in the header", 12, 11, 40161},
+        {"an end offset of 0", 12, 0, 40161},
+        {"an end offset in an entry", 12, 21, 40161},
+        {"an end offset behind the registry", 12, 8212, 40161},
+        {"the largest end offset", 12, 0x7FFFFFFF, 40161},
+        {"a negative end offset", 12, 0xFFFFFFFC, 40161},
+        {"the smallest negative end offset", 12, 0x80000004, 40161},
+    };
+    mManager.Register(9);
+    const std::uint32_t registrationID = mRaw->GetWord(20);
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.what);
+        mRaw->SetWord(0, 8208);
+        SetEntries({{9, static_cast<int>(registrationID)}, {1, 10}, {2, 20}});
+        mRaw->SetWord(row.offset, row.value);
+        const ByteList before = mRaw->Copy();
+        long session = 99;
+        GTable<std::int32_t> ids;
+        GTable<GIPCQueueAddress> queues;
+        EXPECT_EQ(ThrownBy([&] { mManager.IsRegistered(1); }), row.thrown);
+        EXPECT_EQ(ThrownBy([&] { mManager.Register(3); }), row.thrown);
+        EXPECT_EQ(ThrownBy([&] { mManager.Unregister(1); }), row.thrown);
+        EXPECT_EQ(ThrownBy([&] { mManager.Unregister(1, 10); }), row.thrown);
+        EXPECT_EQ(ThrownBy([&] { mManager.UnregisterOwn(); }), row.thrown);
+        EXPECT_EQ(ThrownBy([&] { mManager.GetRegistered(1, session, ids); }), row.thrown);
+        EXPECT_EQ(ThrownBy([&] { mManager.GetRegistered(queues); }), row.thrown);
+        EXPECT_EQ(mRaw->Copy(), before);
+    }
+}
+
+TEST_F(GIPCMessageQueueMgrTest, ACorruptRegistryDoesNotHideTheOthers) {
+    const auto services = MakeRegistry("Session\\0\\");
+    SetEntries({{1, 10}});
+    for (const long spoiled : {0L, 4L, 12L}) {
+        SCOPED_TRACE(spoiled);
+        const std::uint32_t good = services->GetWord(spoiled);
+        services->SetWord(spoiled, 0xFFFFFFFF);
+        long session = 99;
+        GTable<std::int32_t> ids;
+        mManager.GetRegistered(1, session, ids);
+        EXPECT_EQ(session, 1);
+        GTable<GIPCQueueAddress> queues;
+        mManager.GetRegistered(queues);
+        EXPECT_EQ(queues.GetCount(), 1);
+        services->SetWord(spoiled, good);
+    }
+}
+
+TEST_F(GIPCMessageQueueMgrTest, OpensOnlyItsOwnVersionAndSize) {
+    mRaw->SetWord(4, 2);
+    EXPECT_EQ(ThrownBy([] { Manager another(Manager::cTest); }), 40154);
+    mRaw->SetWord(4, 1);
+    mRaw->SetWord(0, 8207);
+    EXPECT_EQ(ThrownBy([] { Manager another(Manager::cTest); }), 40168);
+}
+
+}  // namespace
