@@ -1,7 +1,9 @@
 #pragma once
 
+#include <cstdint>
 #include <new>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "monitor/MonitorPlatform.h"
