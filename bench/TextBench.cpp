@@ -67,6 +67,26 @@ void Compare(const std::string& what, std::vector<std::pair<std::string, std::fu
     std::printf("\n");
 }
 
+void CompareComposition(const char* name, GBuffer& utf16) {
+    const long units = utf16.GetLength() / 2;
+    const auto* source = reinterpret_cast<const char16_t*>(utf16.GetRawData());
+    std::vector<unsigned char> copy(static_cast<std::size_t>(utf16.GetLength()));
+    int32_t count = 0;
+    UErrorCode status = U_ZERO_ERROR;
+    const UNormalizer2* normalizer = unorm2_getNFCInstance(&status);
+    Compare(std::string("composition, ") + name,
+            {{"ours", [&] { GUnicodeEncoding::GetInstance()->EnsureComposedUnicode(utf16); }},
+             {"ICU",
+              [&] {
+                  UErrorCode error = U_ZERO_ERROR;
+                  count = unorm2_spanQuickCheckYes(normalizer, source, static_cast<int32_t>(units), &error);
+              }},
+             {"copy of the text", [&] {
+                  std::memcpy(copy.data(), utf16.GetRawData(), static_cast<std::size_t>(utf16.GetLength()));
+              }}});
+    Check(count == units, name);
+}
+
 void CompareUTF8(const char* name, const std::vector<const char*>& words) {
     const std::string text = MakeText(words);
     const GBuffer utf8 = BufferOf(text);
@@ -109,18 +129,7 @@ void CompareUTF8(const char* name, const std::vector<const char*>& words) {
          {"copy of the output", [&] { std::memcpy(copy.data(), text.data(), text.size()); }}});
     Check(out == utf8, name);
 
-    UErrorCode status = U_ZERO_ERROR;
-    const UNormalizer2* normalizer = unorm2_getNFCInstance(&status);
-    Compare(std::string("composition, ") + name,
-            {{"ours", [&] { GUnicodeEncoding::GetInstance()->EnsureComposedUnicode(utf16); }},
-             {"ICU",
-              [&] {
-                  UErrorCode error = U_ZERO_ERROR;
-                  count = unorm2_spanQuickCheckYes(normalizer, source, static_cast<int32_t>(units), &error);
-              }},
-             {"copy of the text", [&] {
-                  std::memcpy(copy.data(), utf16.GetRawData(), static_cast<std::size_t>(utf16.GetLength()));
-              }}});
+    CompareComposition(name, utf16);
 }
 
 void CompareWinAnsi(const char* name, const std::vector<const char*>& words) {

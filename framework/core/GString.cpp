@@ -1,19 +1,14 @@
 #include "framework/core/GString.h"
 
 #include <algorithm>
-#include <cstdarg>
 #include <cstring>
-#include <cwctype>
 #include <limits>
 #include <utility>
-#include <vector>
 
 #include "framework/core/GASCIIEncoding.h"
 #include "framework/core/GCodeUnits.h"
-#include "framework/core/GTable.h"
 #include "framework/core/GUTF8Encoding.h"
 #include "framework/core/GUnicodeEncoding.h"
-#include "platform/PText.h"
 
 const GString GString::cEmptyString;
 
@@ -405,156 +400,8 @@ double GString::GetReal() const {
     return GetBuffer(GASCIIEncoding::GetInstance()).GetReal();
 }
 
-// --- Comparison and case -----------------------------------------------------------------------
-
-bool GString::IsLessThan(const GString& a, const GString& b) {
-    return a < b;
-}
-
-bool GString::IsLessThanIgnoreCase(const GString& a, const GString& b) {
-    const auto toLower = [](unsigned short unit) { return static_cast<unsigned short>(std::towlower(unit)); };
-    GString lowerA(a);
-    GString lowerB(b);
-    lowerA.MapUnits(toLower);
-    lowerB.MapUnits(toLower);
-    return lowerA < lowerB;
-}
-
-std::uint32_t GString::GetHash() const {
-    EnsureUnicode();
-    return mBuffer.GetHash();
-}
-
-template <class Mapper>
-void GString::MapUnits(Mapper map) {
-    const auto length = static_cast<std::size_t>(GetLength());
-    unsigned char* units = mBuffer.GetWritePtr();
-    for (std::size_t i = 0; i < length; ++i) GCodeUnits::Store(units, i, map(GCodeUnits::Load(units, i)));
-}
-
-void GString::ToLower() {
-    if (mEncoding && !IsEmpty()) MapUnits(PText::ToLower);
-}
-
-void GString::ToUpper() {
-    if (mEncoding && !IsEmpty()) MapUnits(PText::ToUpper);
-}
-
-// --- Parameters --------------------------------------------------------------------------------
-
-GString& GString::SubstituteParams(const GString& first) {
-    const GString* const parameters[] = {&first};
-    return Substitute(parameters, 1);
-}
-
-GString& GString::SubstituteParams(const GString& first, const GString& second) {
-    const GString* const parameters[] = {&first, &second};
-    return Substitute(parameters, 2);
-}
-
-GString& GString::SubstituteParams(const GString& first, const GString& second, const GString& third) {
-    const GString* const parameters[] = {&first, &second, &third};
-    return Substitute(parameters, 3);
-}
-
-GString& GString::SubstituteParams(const GTable<const GString*>& parameters) {
-    return Substitute(parameters.begin(), parameters.GetCount());
-}
-
-GString& GString::SubstituteParams(long count, ...) {
-    std::vector<const GString*> parameters;
-    std::va_list list;
-    va_start(list, count);
-    for (long i = 0; i < count; ++i) parameters.push_back(va_arg(list, const GString*));
-    va_end(list);
-    return Substitute(parameters.data(), static_cast<long>(parameters.size()));
-}
-
-GString& GString::Substitute(const GString* const* parameters, long count) {
-    const unsigned char* units = GetUnits();
-    const auto length = static_cast<std::size_t>(GetLength());
-    GBuffer result;
-    std::size_t copied = 0;
-    long next = 0;
-    for (std::size_t i = 0; i + 1 < length; ++i) {
-        if (GCodeUnits::Load(units, i) != '%') continue;
-        const std::uint16_t marker = GCodeUnits::Load(units, i + 1);
-        long index = count;
-        if (marker >= '1' && marker <= '9') index = marker - '1';
-        if (marker == 's') index = next++;
-        if (index >= count || parameters[index] == nullptr) continue;
-        result.AppendByteArray(units + 2 * copied, static_cast<long>(2 * (i - copied)));
-        result += parameters[index]->GetBuffer(GUnicodeEncoding::GetInstance());
-        copied = i + 2;
-        ++i;
-    }
-    if (copied != 0) {
-        result.AppendByteArray(units + 2 * copied, static_cast<long>(2 * (length - copied)));
-        mBuffer.Swap(result);
-    }
-    GUnicodeEncoding::GetInstance()->Normalize(mBuffer);
-    return *this;
-}
-
-long GString::GetNumSubstitutes() const {
-    const unsigned char* units = GetUnits();
-    const auto length = static_cast<std::size_t>(GetLength());
-    long count = 0;
-    for (std::size_t i = 0; i + 1 < length; ++i) {
-        const std::uint16_t marker = GCodeUnits::Load(units, i + 1);
-        if (GCodeUnits::Load(units, i) == '%' && (marker == 's' || (marker >= '1' && marker <= '9'))) ++count;
-    }
-    return count;
-}
-
-// --- Free functions ----------------------------------------------------------------------------
-
-namespace {
-
-// Both texts as UTF-16, without changing them; a text that is UTF-16 already is not copied.
-class UnicodeView {
-public:
-    explicit UnicodeView(const GString& text) : mText(text) {
-        mIsConverted = !IsUnicode(text.GetEncoding());
-        if (mIsConverted) text.GetBuffer(mConverted, GUnicodeEncoding::GetInstance());
-    }
-    const GBuffer& Get() const { return mIsConverted ? mConverted : mText.GetEncodedBuffer(); }
-
-private:
-    const GString& mText;
-    GBuffer mConverted;
-    bool mIsConverted;
-};
-
-}  // namespace
-
 GString operator+(const GString& a, const GString& b) {
     GString result(a);
     result += b;
     return result;
-}
-
-bool operator==(const GString& a, const GString& b) {
-    if (a.GetEncoding() == b.GetEncoding()) return a.GetEncodedBuffer() == b.GetEncodedBuffer();
-    return UnicodeView(a).Get() == UnicodeView(b).Get();
-}
-
-bool operator!=(const GString& a, const GString& b) {
-    return !(a == b);
-}
-
-bool operator<(const GString& a, const GString& b) {
-    return UnicodeView(a).Get() < UnicodeView(b).Get();
-}
-
-bool operator<=(const GString& a, const GString& b) {
-    return a < b || a == b;
-}
-
-bool operator>(const GString& a, const GString& b) {
-    return b < a;
-}
-
-bool operator>=(const GString& a, const GString& b) {
-    return b < a || a == b;
 }

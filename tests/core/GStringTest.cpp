@@ -7,7 +7,6 @@
 #include "framework/core/GMacExpertEncoding.h"
 #include "framework/core/GMacRomanEncoding.h"
 #include "framework/core/GPDFDocEncoding.h"
-#include "framework/core/GTable.h"
 #include "framework/core/GUTF8Encoding.h"
 #include "framework/core/GWinAnsiEncoding.h"
 #include "tests/core/TextForTests.h"
@@ -164,87 +163,6 @@ TEST(GString, UTF16PointerIsZeroTerminatedAndAligned) {
     units = odd.GetUTF16Ptr();
     EXPECT_EQ(reinterpret_cast<std::uintptr_t>(units) % 2, 0u);
     EXPECT_EQ(units[2], 0);
-}
-
-TEST(GString, EqualityCompareTextsNotBytes) {
-    const struct {
-        const char* what;
-        GString a;
-        GString b;
-        bool equal;
-    } rows[] = {
-        {"ASCII and UTF-16", GString("abc"), StringOf(u"abc"), true},
-        {"WinAnsi and UTF-8", GString("\xE9", WinAnsi()), GString("\xC3\xA9", UTF8()), true},
-        {"the same bytes in two encodings", GString("\xE9", WinAnsi()),
-         GString("\xE9", GMacRomanEncoding::GetInstance()), false},
-        {"composed and not", GString("e\xCC\x81", UTF8()), StringOf(u"\u00E9"), true},
-        {"nothing and an empty text", GString(), GString(""), true},
-        {"nothing and a text", GString(), GString("a"), false},
-        {"a shorter text", GString("ab"), GString("abc"), false},
-        {"case", GString("abc"), GString("abC"), false},
-        {"a zero in it", GString(BufferOf("a\0b"sv), WinAnsi()), GString("a"), false},
-    };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.what);
-        EXPECT_EQ(row.a == row.b, row.equal);
-        EXPECT_EQ(row.b == row.a, row.equal);
-        EXPECT_EQ(row.a != row.b, !row.equal);
-    }
-}
-
-TEST(GString, ComparingConvertsNeitherText) {
-    const GString a("\xE9", WinAnsi());
-    const GString b("\xC3\xA9", UTF8());
-    EXPECT_TRUE(a == b);
-    EXPECT_FALSE(a < b);
-    EXPECT_EQ(NameOf(a), "WinAnsiEncoding");
-    EXPECT_EQ(NameOf(b), "UTF-8Encoding");
-}
-
-TEST(GString, OrderIsThatOfLittleEndianBytes) {
-    const struct {
-        const char* what;
-        GString less;
-        GString more;
-    } rows[] = {
-        {"letters", GString("abc"), GString("abd")},
-        {"a shorter text", GString("ab"), GString("abc")},
-        {"nothing", GString(), GString("a")},
-        {"capitals first", GString("Z"), GString("a")},
-        {"the low byte decides", StringOf(u"\u0100"), StringOf(u"\u00FF")},
-        {"then the high byte", StringOf(u"\u0141"), StringOf(u"\u0241")},
-        {"a mixed pair", GString("\xE9", WinAnsi()), StringOf(u"\u00EA")},
-    };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.what);
-        EXPECT_TRUE(row.less < row.more);
-        EXPECT_FALSE(row.more < row.less);
-        EXPECT_TRUE(row.less <= row.more);
-        EXPECT_FALSE(row.more <= row.less);
-        EXPECT_TRUE(row.more > row.less);
-        EXPECT_FALSE(row.less > row.more);
-        EXPECT_TRUE(row.more >= row.less);
-        EXPECT_FALSE(row.less >= row.more);
-        EXPECT_TRUE(GString::IsLessThan(row.less, row.more));
-        EXPECT_FALSE(row.less < row.less);
-        EXPECT_TRUE(row.less <= row.less);
-        EXPECT_TRUE(row.less >= row.less);
-    }
-}
-
-TEST(GString, OrderIgnoringCase) {
-    EXPECT_TRUE(GString::IsLessThanIgnoreCase(GString("a"), GString("B")));
-    EXPECT_FALSE(GString::IsLessThanIgnoreCase(GString("B"), GString("a")));
-    EXPECT_FALSE(GString::IsLessThanIgnoreCase(GString("ABC"), GString("abc")));
-    EXPECT_FALSE(GString::IsLessThanIgnoreCase(GString("abc"), GString("ABC")));
-    EXPECT_TRUE(GString::IsLessThanIgnoreCase(GString("_"), GString("Z"))) << "capitals become small letters";
-}
-
-TEST(GString, HashDoesNotDependOnTheEncoding) {
-    EXPECT_EQ(GString("abc").GetHash(), StringOf(u"abc").GetHash());
-    EXPECT_EQ(GString("\xE9", WinAnsi()).GetHash(), GString("\xC3\xA9", UTF8()).GetHash());
-    EXPECT_EQ(GString().GetHash(), 0u);
-    EXPECT_EQ(GString("A").GetHash(), 0x610u) << "((2 rotl 4) ^ 0x41) rotl 4, over two bytes";
 }
 
 TEST(GString, CharactersOutOfRangeReadAsZeroAndAreNotWritten) {
@@ -463,86 +381,6 @@ TEST(GString, CompatibleBytes) {
     };
     for (const auto& row : rows)
         EXPECT_EQ(GString::AreCompatible(BufferOf(row.bytes), row.encoding), row.compatible) << row.what;
-}
-
-TEST(GString, CaseMapping) {
-    GString text = StringOf(u"Stra\u00DFe \u00C4\u0416 \xD801\xDC00 1");
-    text.ToUpper();
-    EXPECT_EQ(UnitsOf(text), u"STRA\u00DFE \u00C4\u0416 \xD801\xDC00 1");
-    text.ToLower();
-    EXPECT_EQ(UnitsOf(text), u"stra\u00DFe \u00E4\u0436 \xD801\xDC00 1");
-    GString none;
-    none.ToUpper();
-    EXPECT_EQ(NameOf(none), "NULL");
-    GString empty("", WinAnsi());
-    empty.ToLower();
-    EXPECT_EQ(NameOf(empty), "WinAnsiEncoding");
-}
-
-TEST(GString, SubstitutesParameters) {
-    const struct {
-        const char* what;
-        const char* text;
-        std::vector<const char*> parameters;
-        const char* result;
-    } rows[] = {
-        {"by number", "%1 of %2", {"3", "7"}, "3 of 7"},
-        {"by number, the other way round", "%2 of %1", {"3", "7"}, "7 of 3"},
-        {"a number twice", "%1%1", {"a", "b"}, "aa"},
-        {"a number without a parameter", "%3", {"a", "b"}, "%3"},
-        {"number zero", "%0", {"a", "b"}, "%0"},
-        {"in order", "%s-%s-%s", {"a", "b"}, "a-b-%s"},
-        {"in order and by number", "%s %1 %s", {"a", "b"}, "a a b"},
-        {"at the end", "100%", {"a", "b"}, "100%"},
-        {"two signs", "%%1", {"a", "b"}, "%a"},
-        {"anything else", "%d %x %", {"a", "b"}, "%d %x %"},
-        {"a marker in a parameter", "%1 %2", {"%2", "%1"}, "%2 %1"},
-        {"halves of a marker", "%%1", {"1", "b"}, "%1"},
-        {"an empty parameter", "<%1>", {"", "b"}, "<>"},
-        {"none", "abc", {"a", "b"}, "abc"},
-        {"nothing", "", {"a", "b"}, ""},
-        {"the ninth", "%9", {"1", "2", "3", "4", "5", "6", "7", "8", "i"}, "i"},
-        {"two digits are one and a digit", "%10", {"x", "y"}, "x0"},
-    };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.what);
-        std::vector<GString> texts(row.parameters.begin(), row.parameters.end());
-        GTable<const GString*> table;
-        for (const GString& text : texts) table.Append(&text);
-        GString text(row.text);
-        EXPECT_EQ(&text.SubstituteParams(table), &text);
-        EXPECT_TRUE(text == GString(row.result));
-        if (texts.size() != 2) continue;
-        text.Set(row.text);
-        EXPECT_TRUE(text.SubstituteParams(texts[0], texts[1]) == GString(row.result));
-        text.Set(row.text);
-        EXPECT_TRUE(text.SubstituteParams(2, &texts[0], &texts[1]) == GString(row.result));
-    }
-}
-
-TEST(GString, SubstitutesOneOrThreeParametersAndNulls) {
-    GString text("%1-%2-%3");
-    EXPECT_TRUE(text.SubstituteParams(GString("a")) == GString("a-%2-%3"));
-    text.Set("%1-%2-%3");
-    EXPECT_TRUE(text.SubstituteParams(GString("a"), GString("b"), GString("c")) == GString("a-b-c"));
-    GTable<const GString*> withNull;
-    withNull.Append(nullptr);
-    text.Set("%1-%s");
-    EXPECT_TRUE(text.SubstituteParams(withNull) == GString("%1-%s"));
-    EXPECT_TRUE(text.SubstituteParams(0) == GString("%1-%s"));
-    text.Set("e%1");
-    EXPECT_EQ(UnitsOf(text.SubstituteParams(StringOf(u"\u0301"))), u"\u00E9") << "the result is composed";
-    text.Set("%1");
-    text.SubstituteParams(GString("\xE9", WinAnsi()));
-    EXPECT_EQ(UnitsOf(text), u"\u00E9");
-}
-
-TEST(GString, CountsSubstitutes) {
-    const struct {
-        const char* text;
-        long count;
-    } rows[] = {{"", 0}, {"%", 0}, {"%1", 1}, {"%0", 0}, {"%9%s", 2}, {"%%1", 1}, {"100%", 0}, {"%S %d", 0}};
-    for (const auto& row : rows) EXPECT_EQ(GString(row.text).GetNumSubstitutes(), row.count) << row.text;
 }
 
 TEST(GString, NormalizeKeepsTheEncodingOrNot) {

@@ -1,0 +1,149 @@
+#include "framework/core/GUTF8Encoding.h"
+
+#include <gtest/gtest.h>
+
+#include <random>
+
+#include "framework/core/GWinAnsiEncoding.h"
+#include "tests/core/EncodingForTests.h"
+
+namespace {
+
+using namespace std::string_literals;
+using namespace std::string_view_literals;
+
+TEST(GUTF8Encoding, ReadsOneToThreeBytes) {
+    const struct {
+        const char* what;
+        std::string_view bytes;
+        std::u16string units;
+        long result;
+    } rows[] = {
+        {"nothing", "", u"", 1},
+        {"the last of one byte", "\x7F", u"\x7F", 1},
+        {"the first of two bytes", "\xC2\x80", u"\u0080", 1},
+        {"the last of two bytes", "\xDF\xBF", u"\u07FF", 1},
+        {"the first of three bytes", "\xE0\xA0\x80", u"\u0800", 1},
+        {"the last of three bytes", "\xEF\xBF\xBF", u"\uFFFF", 1},
+        {"a pair of surrogates, each on its own", "\xED\xA0\xBD\xED\xB8\x80", u"\xD83D\xDE00", 1},
+        {"half a pair", "\xED\xA0\xBD", u"\xD83D", 1},
+        {"an overlong slash in two bytes", "\xC0\xAF", u"/", 1},
+        {"an overlong slash in three bytes", "\xE0\x80\xAF", u"/", 1},
+        {"an overlong zero is a zero unit, but no zero byte", "\xC0\x80", u"\0"s, 1},
+        {"a zero byte", "a\0b"sv, u"a\0b"s, 2},
+        {"a stray continuation byte", "a\x80z", u"a", 4},
+        {"four bytes", "a\xF0\x9F\x98\x80", u"a", 4},
+        {"a byte that is never used", "a\xFFz", u"a", 4},
+        {"two bytes cut off", "a\xC3", u"a", 4},
+        {"three bytes cut off after one", "a\xE4", u"a", 4},
+        {"three bytes cut off after two", "a\xE4\xB8", u"a", 4},
+        {"a letter instead of the second byte", "a\xC3z", u"a", 4},
+        {"a letter instead of the third byte", "a\xE4\xB8z", u"a", 4},
+        {"a lead byte instead of the second byte", "a\xE4\xC3\xA9", u"a", 4},
+        {"invalid input matters more than a zero byte", "\0\xFF"sv, u"\0"s, 4},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.what);
+        const Conversion read = Read(GUTF8Encoding::GetInstance(), row.bytes);
+        EXPECT_EQ(read.units, row.units);
+        EXPECT_EQ(read.result, row.result);
+    }
+}
+
+TEST(GUTF8Encoding, WritesOneToThreeBytesAUnit) {
+    const struct {
+        const char* what;
+        std::u16string_view units;
+        std::string bytes;
+    } rows[] = {
+        {"nothing", u"", ""},
+        {"a zero", u"\0"sv, "\0"s},
+        {"the last of one byte", u"\x7F", "\x7F"},
+        {"the first of two bytes", u"\u0080", "\xC2\x80"},
+        {"the last of two bytes", u"\u07FF", "\xDF\xBF"},
+        {"the first of three bytes", u"\u0800", "\xE0\xA0\x80"},
+        {"the last of three bytes", u"\uFFFF", "\xEF\xBF\xBF"},
+        {"a pair of surrogates, each on its own", u"\xD83D\xDE00", "\xED\xA0\xBD\xED\xB8\x80"},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.what);
+        const Written written = Write(GUTF8Encoding::GetInstance(), row.units);
+        EXPECT_EQ(written.bytes, row.bytes);
+        EXPECT_EQ(written.result, 1);
+    }
+}
+
+TEST(GUTF8Encoding, ReportsTheSourcesResultAndWritesNothingForInvalidInput) {
+    GBuffer out;
+    const GEncoding* utf8 = GUTF8Encoding::GetInstance();
+    EXPECT_EQ(utf8->ConvertFrom(BufferOf("a\x81"sv), GWinAnsiEncoding::GetInstance(), out), 2);
+    EXPECT_EQ(BytesOf(out), "a@");
+    EXPECT_EQ(utf8->ConvertFrom(BufferOf("a\xFF"sv), utf8, out), 4);
+    EXPECT_EQ(BytesOf(out), "");
+}
+
+// The rules for reading, one character at a time.
+Conversion ReadSlowly(std::string_view bytes) {
+    Conversion read{u"", bytes.find('\0') == bytes.npos ? 1 : 2};
+    for (std::size_t i = 0; i < bytes.size();) {
+        const auto at = [&](std::size_t place) {
+            return place < bytes.size() ? static_cast<unsigned char>(bytes[place]) : 0u;
+        };
+        const bool hasSecond = (at(i + 1) & 0xC0) == 0x80;
+        if (at(i) < 0x80) {
+            read.units += static_cast<char16_t>(at(i));
+            i += 1;
+        } else if ((at(i) & 0xE0) == 0xC0 && hasSecond) {
+            read.units += static_cast<char16_t>((at(i) & 0x1F) << 6 | (at(i + 1) & 0x3F));
+            i += 2;
+        } else if ((at(i) & 0xF0) == 0xE0 && hasSecond && (at(i + 2) & 0xC0) == 0x80) {
+            read.units +=
+                static_cast<char16_t>((at(i) & 0x0F) << 12 | (at(i + 1) & 0x3F) << 6 | (at(i + 2) & 0x3F));
+            i += 3;
+        } else {
+            return {read.units, 4};
+        }
+    }
+    return read;
+}
+
+// Reading and writing go by blocks of several kinds: mixtures of all kinds must agree with the rules.
+TEST(GUTF8Encoding, MixturesOfAllKindsFollowTheRules) {
+    const std::string_view parts[] = {"a",
+                                      "abcdefghijklmnopqrst",
+                                      "\xC3\xA9",
+                                      "\xD0\x9F\xD0\xB5\xD1\x87\xD0\xB0\xD1\x82\xD1\x8C",
+                                      "\xE4\xB8\x80",
+                                      "\xE6\x89\x93\xE5\x8D\xB0\xE6\x96\x87\xE4\xBB\xB6",
+                                      "\xED\xA0\xBD"};
+    const std::string_view faults[] = {"\x80", "\xC3", "\xE4", "\xE4\xB8", "\xFF", "\xF0\x9F\x98\x80",
+                                       "\0"sv};
+    std::mt19937 random(815);
+    for (int i = 0; i < 20000; ++i) {
+        std::string text;
+        // Some texts favour one kind, so that its blocks become likely.
+        const std::size_t favourite = random() % std::size(parts);
+        for (std::size_t count = random() % 24; count > 0; --count)
+            text += parts[random() % 3 == 0 ? random() % std::size(parts) : favourite];
+        if (i % 2 == 0) text.insert(random() % (text.size() + 1), faults[random() % std::size(faults)]);
+        const Conversion expected = ReadSlowly(text);
+        const Conversion read = Read(GUTF8Encoding::GetInstance(), text);
+        ASSERT_EQ(read.units, expected.units) << testing::PrintToString(text);
+        ASSERT_EQ(read.result, expected.result) << testing::PrintToString(text);
+        if (i % 2 != 0) {
+            ASSERT_EQ(Write(GUTF8Encoding::GetInstance(), read.units).bytes, text);
+        }
+    }
+}
+
+// Counting goes by lanes of 8 and 16 bits: a text must be long enough to overflow them.
+TEST(GUTF8Encoding, LongTextsGoThereAndBack) {
+    for (const char16_t unit : {u'x', u'\u00E9', u'\u4E00'}) {
+        const std::u16string units(300007, unit);
+        const Written written = Write(GUTF8Encoding::GetInstance(), units);
+        EXPECT_EQ(written.bytes.size(), units.size() * (unit < 0x80 ? 1 : unit < 0x800 ? 2 : 3));
+        EXPECT_EQ(Read(GUTF8Encoding::GetInstance(), written.bytes).units, units);
+    }
+}
+
+}  // namespace
