@@ -1,6 +1,7 @@
 #include "framework/core/GAllocator.h"
 
 #include <algorithm>
+#include <array>
 #include <mutex>
 
 #include "framework/core/GException.h"
@@ -12,7 +13,7 @@
 GAllocator GAllocator::sInstance __attribute__((init_priority(101)));
 
 GAllocator::GAllocator() noexcept {
-    for (std::size_t i = 0; i < cSmallClassCount; ++i) mFixedSizes[i].Initialize(this, (i + 1) * cGranularity);
+    for (std::size_t i = 0; i < cSmallClassCount; ++i) mFixedSizes[i].Initialize(this, SizeOf(i));
 }
 
 GAllocator::~GAllocator() {
@@ -26,26 +27,16 @@ void* GAllocator::Allocate(std::size_t size) {
     return block != nullptr ? block : AllocateAfterNewHandler(size);
 }
 
-void GAllocator::Free(void* block, std::size_t size) noexcept {
-    if (block == nullptr) return;
-    if (size <= cMaxSmallSize) {
-        GAllocator* const owner = GAllocatorChunk::Of(block)->GetOwner();
-        if (owner == this) {
-            FreeSmall(block, GetIndex(size) - 1);
-        } else if (owner != nullptr) {
-            owner->FreeForOtherModule(block, size);
-        }
-    } else if (size <= cMaxPooledSize) {
-        FreePooled(block, (size - cMaxSmallSize - 1) / cGranularity);
-    } else {
-        PMemory::FreeToHeap(block);
-    }
-}
-
 void* GAllocator::TryToAllocate(std::size_t size) noexcept {
-    if (size <= cMaxSmallSize) return AllocateSmall(GetIndex(size) - 1);
-    if (size <= cMaxPooledSize) return AllocatePooled((size - cMaxSmallSize - 1) / cGranularity);
-    return PMemory::AllocateFromHeap(size);
+    if (size > cMaxPooledSize) return PMemory::AllocateFromHeap(size);
+    const std::size_t sizeClass = ClassOf(size);
+    Cache& cache = CacheOfThread();
+    if (cache.busy.exchange(true, std::memory_order_acquire)) return TakeFromPool(sizeClass);
+    BlockList& list = cache.lists[sizeClass];
+    if (list.IsEmpty()) Refill(list, sizeClass);
+    void* const block = list.IsEmpty() ? nullptr : list.Take(sizeClass);
+    cache.busy.store(false, std::memory_order_release);
+    return block;
 }
 
 void* GAllocator::AllocateAfterNewHandler(std::size_t size) {
@@ -56,131 +47,133 @@ void* GAllocator::AllocateAfterNewHandler(std::size_t size) {
     ThrowOutOfMemory();
 }
 
-// Virtual, so that the owner's own module does it.
-void GAllocator::FreeForOtherModule(void* block, std::size_t size) noexcept {
-    const std::lock_guard<PCriticalSection> lock(mSection);
-    FreeSmallLocked(block, GetIndex(size) - 1);
+void GAllocator::ThrowOutOfMemory() {
+    throw GMemoryException();
 }
 
-void GAllocator::ThrowOutOfMemory() { throw GMemoryException(); }
+void GAllocator::Free(void* block, std::size_t size) noexcept {
+    if (block == nullptr) return;
+    if (size > cMaxPooledSize) {
+        PMemory::FreeToHeap(block);
+        return;
+    }
+    if (size <= cMaxSmallSize) {
+        GAllocator* const owner = GAllocatorChunk::Of(block)->GetOwner();
+        if (owner != this) {
+            if (owner != nullptr) owner->FreeForOtherModule(block, size);
+            return;
+        }
+    }
+    FreeCached(block, ClassOf(size));
+}
 
-// --- Small blocks ------------------------------------------------------------------------------
+void GAllocator::FreeCached(void* block, std::size_t sizeClass) noexcept {
+    Cache& cache = CacheOfThread();
+    if (cache.busy.exchange(true, std::memory_order_acquire)) {
+        GiveToPool(block, sizeClass);
+        return;
+    }
+    BlockList& list = cache.lists[sizeClass];
+    list.Put(block, sizeClass);
+    if (list.GetCount() > CacheLimit(sizeClass)) Drain(list, sizeClass, list.GetCount() / 2);
+    cache.busy.store(false, std::memory_order_release);
+}
 
-GAllocator::Cache& GAllocator::CacheOfThread(GAllocator& allocator) noexcept {
+// Virtual, so that the owner's own module does it.
+void GAllocator::FreeForOtherModule(void* block, std::size_t size) noexcept {
+    GiveToPool(block, ClassOf(size));
+}
+
+// --- Caches ------------------------------------------------------------------------------------
+
+void GAllocator::BlockList::Put(void* block, std::size_t sizeClass) noexcept {
+    GPoolPoison::Forbid(block, SizeOf(sizeClass));
+    GPoolPoison::SetNext(block, mFirst);
+    mFirst = block;
+    ++mCount;
+}
+
+void* GAllocator::BlockList::Take(std::size_t sizeClass) noexcept {
+    void* const block = mFirst;
+    mFirst = GPoolPoison::GetNext(block, SizeOf(sizeClass));
+    --mCount;
+    return block;
+}
+
+GAllocator::Cache& GAllocator::CacheOfThread() noexcept {
     // Threads' stacks lie far apart. Two threads that come to share a cache by this only get in each
     // other's way a little; what is in it is guarded by its flag.
     const auto stack = reinterpret_cast<std::uintptr_t>(__builtin_frame_address(0));
     const std::uint32_t mixed = static_cast<std::uint32_t>(stack >> 18) * 0x9E3779B1U;
     static_assert(cCacheCount == 16);
-    return allocator.mCaches[mixed >> 28];
+    return mCaches[mixed >> 28];
 }
 
 // 2 KiB of a size, within reason.
-constexpr std::int32_t GAllocator::CacheLimit(std::size_t smallClass) noexcept {
-    constexpr std::size_t cBytes = 2048;
-    return static_cast<std::int32_t>(std::min<std::size_t>(cBytes / ((smallClass + 1) * cGranularity), 128));
+std::int32_t GAllocator::CacheLimit(std::size_t sizeClass) noexcept {
+    static constexpr auto cLimits = [] {
+        constexpr std::size_t cBytes = 2048, cMost = 128, cFewest = 2;
+        std::array<unsigned char, cClassCount> limits{};
+        for (std::size_t i = 0; i < cClassCount; ++i) {
+            limits[i] =
+                static_cast<unsigned char>(std::clamp(cBytes / ((i + 1) * cGranularity), cFewest, cMost));
+        }
+        return limits;
+    }();
+    return cLimits[sizeClass];
 }
 
-void* GAllocator::AllocateSmall(std::size_t smallClass) noexcept {
-    Cache& cache = CacheOfThread(*this);
-    if (cache.busy.exchange(true, std::memory_order_acquire)) return AllocateSmallLocked(smallClass);
-    BlockList& list = cache.lists[smallClass];
-    if (list.first == nullptr) Refill(list, smallClass);
-    void* const block = list.first;
-    if (block != nullptr) {
-        list.first = GPoolPoison::GetNext(block, (smallClass + 1) * cGranularity);
-        --list.count;
-    }
-    cache.busy.store(false, std::memory_order_release);
-    return block;
-}
-
-void GAllocator::FreeSmall(void* block, std::size_t smallClass) noexcept {
-    Cache& cache = CacheOfThread(*this);
-    if (cache.busy.exchange(true, std::memory_order_acquire)) {
-        const std::lock_guard<PCriticalSection> lock(mSection);
-        FreeSmallLocked(block, smallClass);
-        return;
-    }
-    BlockList& list = cache.lists[smallClass];
-    GPoolPoison::Forbid(block, (smallClass + 1) * cGranularity);
-    GPoolPoison::SetNext(block, list.first);
-    list.first = block;
-    if (++list.count > CacheLimit(smallClass)) Drain(list, smallClass, list.count / 2);
-    cache.busy.store(false, std::memory_order_release);
-}
-
-void* GAllocator::AllocateSmallLocked(std::size_t smallClass) noexcept {
+// Fetches half of what the cache may hold, or what there is; of a larger size, one block. The cache is
+// the caller's just now.
+void GAllocator::Refill(BlockList& list, std::size_t sizeClass) noexcept {
+    const std::int32_t wanted = sizeClass < cSmallClassCount ? CacheLimit(sizeClass) / 2 : 1;
     const std::lock_guard<PCriticalSection> lock(mSection);
-    return mFixedSizes[smallClass].Allocate();
-}
-
-void GAllocator::FreeSmallLocked(void* block, std::size_t smallClass) noexcept {
-    GPoolPoison::Forbid(block, (smallClass + 1) * cGranularity);
-    mFixedSizes[smallClass].Free(block);
-}
-
-// Fetches half of what a cache may hold, or what there is. The cache is the caller's just now.
-void GAllocator::Refill(BlockList& list, std::size_t smallClass) noexcept {
-    const std::size_t blockSize = (smallClass + 1) * cGranularity;
-    const std::lock_guard<PCriticalSection> lock(mSection);
-    for (std::int32_t wanted = CacheLimit(smallClass) / 2; wanted > 0; --wanted) {
-        void* const block = mFixedSizes[smallClass].Allocate();
+    while (list.GetCount() < wanted) {
+        void* const block = TakeFromPool(sizeClass);
         if (block == nullptr) return;
-        GPoolPoison::Forbid(block, blockSize);
-        GPoolPoison::SetNext(block, list.first);
-        list.first = block;
-        ++list.count;
+        list.Put(block, sizeClass);
     }
 }
 
-void GAllocator::Drain(BlockList& list, std::size_t smallClass, std::int32_t keep) noexcept {
+void GAllocator::Drain(BlockList& list, std::size_t sizeClass, std::int32_t keep) noexcept {
+    if (list.GetCount() <= keep) return;
     const std::lock_guard<PCriticalSection> lock(mSection);
-    while (list.count > keep) {
-        void* const block = list.first;
-        list.first = GPoolPoison::GetNext(block, (smallClass + 1) * cGranularity);
-        --list.count;
-        FreeSmallLocked(block, smallClass);
-    }
+    while (list.GetCount() > keep) GiveToPool(list.Take(sizeClass), sizeClass);
 }
 
 // Leaves out the caches that are in use just now.
 void GAllocator::DrainCaches() noexcept {
     for (Cache& cache : mCaches) {
         if (cache.busy.exchange(true, std::memory_order_acquire)) continue;
-        for (std::size_t i = 0; i < cSmallClassCount; ++i) Drain(cache.lists[i], i, 0);
+        for (std::size_t i = 0; i < cClassCount; ++i) Drain(cache.lists[i], i, 0);
         cache.busy.store(false, std::memory_order_release);
     }
 }
 
-// --- Larger blocks -----------------------------------------------------------------------------
+// --- Pools -------------------------------------------------------------------------------------
 
-void* GAllocator::AllocatePooled(std::size_t pooledClass) noexcept {
-    const std::size_t blockSize = cMaxSmallSize + (pooledClass + 1) * cGranularity;
+void* GAllocator::TakeFromPool(std::size_t sizeClass) noexcept {
     {
         const std::lock_guard<PCriticalSection> lock(mSection);
-        BlockList& list = mPooled[pooledClass];
-        if (list.first != nullptr) {
-            void* const block = list.first;
-            list.first = GPoolPoison::GetNext(block, blockSize);
-            --list.count;
-            return block;
-        }
+        if (sizeClass < cSmallClassCount) return mFixedSizes[sizeClass].Allocate();
+        BlockList& list = mHeapBlocks[sizeClass];
+        if (!list.IsEmpty()) return list.Take(sizeClass);
     }
-    return PMemory::AllocateFromHeap(blockSize);
+    return PMemory::AllocateFromHeap(SizeOf(sizeClass));
 }
 
-void GAllocator::FreePooled(void* block, std::size_t pooledClass) noexcept {
-    const std::size_t blockSize = cMaxSmallSize + (pooledClass + 1) * cGranularity;
+void GAllocator::GiveToPool(void* block, std::size_t sizeClass) noexcept {
     constexpr std::size_t cMaxListBytes = 32768;
     {
         const std::lock_guard<PCriticalSection> lock(mSection);
-        BlockList& list = mPooled[pooledClass];
-        if (static_cast<std::size_t>(list.count) * blockSize < cMaxListBytes) {
-            GPoolPoison::Forbid(block, blockSize);
-            GPoolPoison::SetNext(block, list.first);
-            list.first = block;
-            ++list.count;
+        if (sizeClass < cSmallClassCount) {
+            GPoolPoison::Forbid(block, SizeOf(sizeClass));
+            mFixedSizes[sizeClass].Free(block);
+            return;
+        }
+        BlockList& list = mHeapBlocks[sizeClass];
+        if (static_cast<std::size_t>(list.GetCount()) * SizeOf(sizeClass) < cMaxListBytes) {
+            list.Put(block, sizeClass);
             return;
         }
     }
@@ -197,20 +190,15 @@ bool GAllocator::ReleasePools(long keptChunks) noexcept {
     for (GFixedSizeAllocator& sizeClass : mFixedSizes) {
         if (sizeClass.ReleaseFreeChunks(keptChunks) > 0) released = true;
     }
-    for (std::size_t i = 0; i < cPooledClassCount; ++i) {
-        BlockList& list = mPooled[i];
-        while (list.first != nullptr) {
-            void* const block = list.first;
-            list.first = GPoolPoison::GetNext(block, cMaxSmallSize + (i + 1) * cGranularity);
-            --list.count;
-            PMemory::FreeToHeap(block);
-            released = true;
-        }
+    for (std::size_t i = cSmallClassCount; i < cClassCount; ++i) {
+        for (; !mHeapBlocks[i].IsEmpty(); released = true) PMemory::FreeToHeap(mHeapBlocks[i].Take(i));
     }
     return released;
 }
 
-void GAllocator::ReleaseFreeLists() noexcept { ReleasePools(0); }
+void GAllocator::ReleaseFreeLists() noexcept {
+    ReleasePools(0);
+}
 
 void GAllocator::DoIdleTime() noexcept {
     ReleasePools(1);

@@ -85,7 +85,7 @@ private:
 /// - above: the heap of the process.
 ///
 /// Threads: any thread may call anything. One critical section guards chunks and free lists. In front
-/// of it stand a few small caches of small blocks, chosen by the calling thread's stack; a cache that
+/// of it stand a few small caches of free blocks, chosen by the calling thread's stack; a cache that
 /// another thread is using just then is passed by, never waited for.
 ///
 /// Modules: each module that links the framework (the DLL; a program that links it statically) has an
@@ -145,37 +145,44 @@ public:
     [[noreturn]] static void ThrowOutOfMemory();
 
 private:
+    // Size classes count from 0 for 8 bytes; the first of them come from chunks.
     static constexpr std::size_t cSmallClassCount = cMaxSmallSize / cGranularity;
-    static constexpr std::size_t cPooledClassCount = (cMaxPooledSize - cMaxSmallSize) / cGranularity;
+    static constexpr std::size_t cClassCount = cMaxPooledSize / cGranularity;
     static constexpr std::size_t cCacheCount = 16;
     static constexpr std::size_t cEmergencySize = 65536;
 
-    // Free small blocks of one size, chained through their first word.
-    struct BlockList {
-        void* first = nullptr;
-        std::int32_t count = 0;
+    // Free blocks of one size, chained through their first word.
+    class BlockList {
+    public:
+        bool IsEmpty() const noexcept { return mFirst == nullptr; }
+        std::int32_t GetCount() const noexcept { return mCount; }
+        void Put(void* block, std::size_t sizeClass) noexcept;
+        void* Take(std::size_t sizeClass) noexcept;
+
+    private:
+        void* mFirst = nullptr;
+        std::int32_t mCount = 0;
     };
-    // A front cache. On a cache line of its own, so that two threads do not fight for it.
+    // A front cache. On cache lines of its own, so that two threads do not fight for it.
     struct alignas(64) Cache {
         std::atomic<bool> busy{false};
-        BlockList lists[cSmallClassCount];
+        BlockList lists[cClassCount];
     };
 
-    static Cache& CacheOfThread(GAllocator& allocator) noexcept;
-    static constexpr std::int32_t CacheLimit(std::size_t smallClass) noexcept;
+    static std::size_t ClassOf(std::size_t size) noexcept { return GetIndex(size) - 1; }
+    static std::size_t SizeOf(std::size_t sizeClass) noexcept { return (sizeClass + 1) * cGranularity; }
+    static std::int32_t CacheLimit(std::size_t sizeClass) noexcept;
+    Cache& CacheOfThread() noexcept;
 
-    void* AllocateSmall(std::size_t smallClass) noexcept;
-    void FreeSmall(void* block, std::size_t smallClass) noexcept;
-    void* AllocateSmallLocked(std::size_t smallClass) noexcept;
-    void FreeSmallLocked(void* block, std::size_t smallClass) noexcept;
-    void Refill(BlockList& list, std::size_t smallClass) noexcept;
-    void Drain(BlockList& list, std::size_t smallClass, std::int32_t keep) noexcept;
-    void DrainCaches() noexcept;
-    void* AllocatePooled(std::size_t pooledClass) noexcept;
-    void FreePooled(void* block, std::size_t pooledClass) noexcept;
-    bool ReleasePools(long keptChunks) noexcept;
-    void* AllocateAfterNewHandler(std::size_t size);
     void* TryToAllocate(std::size_t size) noexcept;
+    void* AllocateAfterNewHandler(std::size_t size);
+    void FreeCached(void* block, std::size_t sizeClass) noexcept;
+    void Refill(BlockList& list, std::size_t sizeClass) noexcept;
+    void Drain(BlockList& list, std::size_t sizeClass, std::int32_t keep) noexcept;
+    void DrainCaches() noexcept;
+    void* TakeFromPool(std::size_t sizeClass) noexcept;
+    void GiveToPool(void* block, std::size_t sizeClass) noexcept;
+    bool ReleasePools(long keptChunks) noexcept;
     virtual void FreeForOtherModule(void* block, std::size_t size) noexcept;
 
     static GAllocator sInstance;
@@ -183,7 +190,7 @@ private:
     PCriticalSection mSection;
     Cache mCaches[cCacheCount];
     GFixedSizeAllocator mFixedSizes[cSmallClassCount];
-    BlockList mPooled[cPooledClassCount];
+    BlockList mHeapBlocks[cClassCount];  // of the classes above the small ones
     void* mEmergency = nullptr;
     bool mEmergencySpent = false;  // to be taken again in idle time
 };

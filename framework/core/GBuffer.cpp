@@ -10,7 +10,7 @@
 // Constant-initialised and with nothing to free: usable before and after all other statics.
 constinit const GBuffer GBuffer::cEmptyBuffer;
 
-static_assert(sizeof(GBuffer) == 16, "a pointer, a length, and a size that shares its word with a bit");
+static_assert(sizeof(GBuffer) == 16, "a pointer, a length, and the word of size and ownership");
 
 namespace {
 
@@ -61,14 +61,13 @@ const unsigned char* AsBytes(const char* text) {
 // --- Blocks ------------------------------------------------------------------------------------
 
 void GBuffer::FreeBlock() const noexcept {
-    if (mAllocated) GAllocator::GetInstance().Free(mData, mArraySize);
+    if (GetAllocated()) GAllocator::GetInstance().Free(mData, SizeOf(mSizeWord));
 }
 
 void GBuffer::TakeBlock(unsigned char* block, std::int32_t size) const noexcept {
     FreeBlock();
     mData = block;
-    mArraySize = static_cast<std::uint32_t>(size) & 0x7FFFFFFF;
-    mAllocated = 1;
+    mSizeWord = static_cast<std::uint32_t>(size) | cAllocated;
 }
 
 // Moves the bytes into an own block of that size, or of what they and the spare bytes need.
@@ -92,8 +91,7 @@ void GBuffer::Borrow(const unsigned char* bytes, long length, long arraySize) {
     FreeBlock();
     mData = const_cast<unsigned char*>(bytes);
     mLength = static_cast<std::int32_t>(length);
-    mArraySize = static_cast<std::uint32_t>(std::clamp<long>(arraySize, length, cMaxArraySize)) & 0x7FFFFFFF;
-    mAllocated = 0;
+    mSizeWord = static_cast<std::uint32_t>(std::clamp<long>(arraySize, length, cMaxArraySize));
 }
 
 // --- Construction and setting ------------------------------------------------------------------
@@ -116,7 +114,7 @@ GBuffer::~GBuffer() {
 
 GBuffer& GBuffer::operator=(const GBuffer& other) {
     if (this == &other) return *this;
-    if (other.mAllocated) {
+    if (other.GetAllocated()) {
         CopyByteArray(other.mData, other.mLength, other.mLength);
     } else {
         Borrow(other.mData, other.mLength, other.GetArraySize());
@@ -145,7 +143,7 @@ void GBuffer::CopyByteArray(const unsigned char* source, long length, long copyL
     }
     const std::int32_t newSize = SumOfLengths(length, 0) + cSpareBytes;
     const long copied = std::min<long>(newSize, copyLength);
-    if (mAllocated && GetArraySize() >= newSize) {
+    if (GetAllocated() && GetArraySize() >= newSize) {
         Move(mData, source, copied);
     } else {
         // The old block goes last: the source may lie inside it.
@@ -175,7 +173,7 @@ void GBuffer::Allocate(long capacity) {
 
 void GBuffer::SetLength(long length) {
     if (length < 0) return;
-    const long room = mAllocated ? GetAllocatedLength() : GetArraySize();
+    const long room = GetAllocated() ? GetAllocatedLength() : GetArraySize();
     if (length > room) MoveToBlock(SumOfLengths(length, 0) + cSpareBytes);
     mLength = static_cast<std::int32_t>(length);
 }
@@ -183,19 +181,14 @@ void GBuffer::SetLength(long length) {
 void GBuffer::Swap(GBuffer& other) noexcept {
     std::swap(mData, other.mData);
     std::swap(mLength, other.mLength);
-    const std::uint32_t arraySize = mArraySize;
-    const std::uint32_t allocated = mAllocated;
-    mArraySize = other.mArraySize;
-    mAllocated = other.mAllocated;
-    other.mArraySize = arraySize;
-    other.mAllocated = allocated;
+    std::swap(mSizeWord, other.mSizeWord);
 }
 
 // --- Reading -----------------------------------------------------------------------------------
 
 const char* GBuffer::GetPtr() const {
     if (mData == nullptr) return cEmptyText;
-    if (!mAllocated) {
+    if (!GetAllocated()) {
         const bool terminated = mLength < GetArraySize() && mData[mLength] == 0;
         if (terminated) return reinterpret_cast<const char*>(mData);
         MoveToBlock(GetArraySize());
@@ -206,7 +199,7 @@ const char* GBuffer::GetPtr() const {
 
 unsigned char* GBuffer::GetWritePtr() {
     if (mData == nullptr) return nullptr;
-    if (!mAllocated) MoveToBlock(GetArraySize());
+    if (!GetAllocated()) MoveToBlock(GetArraySize());
     mData[mLength] = mData[mLength + 1] = 0;
     return mData;
 }
@@ -219,7 +212,7 @@ unsigned short GBuffer::GetWordAt(long index) const noexcept {
 
 void GBuffer::SetWordAt(long index, unsigned short word) {
     if (index < 0 || index >= GetArraySize() / 2) return;
-    if (!mAllocated) MoveToBlock(GetArraySize());
+    if (!GetAllocated()) MoveToBlock(GetArraySize());
     std::memcpy(mData + 2 * index, &word, sizeof word);
 }
 
@@ -248,26 +241,9 @@ GBuffer& GBuffer::operator+=(const GCharCode& code) {
     return *this;
 }
 
-GBuffer& GBuffer::operator+=(unsigned short unit) {
-    if (!HasOwnRoomFor(sizeof unit)) GrowForElement(sizeof unit);
-    std::memcpy(mData + mLength, &unit, sizeof unit);
-    mLength += sizeof unit;
-    return *this;
-}
-
 GBuffer& GBuffer::operator+=(const char* text) {
     AppendByteArray(AsBytes(text), LengthOfText(text));
     return *this;
-}
-
-void GBuffer::AppendByteArray(const unsigned char* bytes, long length) {
-    if (bytes == nullptr || length < 1) return;
-    if (mAllocated && length <= GetAllocatedLength() - mLength) {
-        std::memmove(mData + mLength, bytes, static_cast<std::size_t>(length));
-        mLength += static_cast<std::int32_t>(length);
-        return;
-    }
-    ReplaceInNewBlock(mLength, 0, bytes, length);
 }
 
 void GBuffer::ReplaceByteArray(long start, long removeCount, const unsigned char* bytes, long insertCount) {
@@ -276,12 +252,12 @@ void GBuffer::ReplaceByteArray(long start, long removeCount, const unsigned char
     if (bytes == nullptr || insertCount < 0) insertCount = 0;
     if (removeCount == 0 && insertCount == 0) return;
     const std::int32_t newLength = SumOfLengths(mLength - removeCount, insertCount);
-    if (!mAllocated || newLength > GetAllocatedLength()) {
+    if (!GetAllocated() || newLength > GetAllocatedLength()) {
         ReplaceInNewBlock(start, removeCount, bytes, insertCount);
         return;
     }
     GBuffer ownBytes;
-    if (insertCount > 0 && bytes >= mData && bytes < mData + mArraySize) {
+    if (insertCount > 0 && bytes >= mData && bytes < mData + GetArraySize()) {
         // What is inserted would be moved away under its own copying.
         ownBytes.Set(bytes, insertCount);
         bytes = ownBytes.mData;
@@ -352,11 +328,6 @@ int GBuffer::Compare(const GBuffer& other) const noexcept {
     const int order = shorter == 0 ? 0 : std::memcmp(mData, other.mData, static_cast<std::size_t>(shorter));
     if (order != 0) return order;
     return mLength < other.mLength ? -1 : mLength > other.mLength;
-}
-
-bool GBuffer::operator==(const GBuffer& other) const noexcept {
-    if (mLength != other.mLength) return false;
-    return mLength == 0 || std::memcmp(mData, other.mData, static_cast<std::size_t>(mLength)) == 0;
 }
 
 bool GBuffer::operator==(const char* text) const noexcept {

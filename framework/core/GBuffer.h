@@ -1,6 +1,8 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <utility>
 
 #include "framework/core/GExport.h"
@@ -124,14 +126,16 @@ public:
     void GetSubBuffer(long start, long count, GBuffer& out) const;
 
     // The fields as they are, for code that hands blocks around. The setters change nothing else.
-    bool GetAllocated() const noexcept { return mAllocated != 0; }
-    void SetAllocated(bool allocated) noexcept { mAllocated = allocated ? 1 : 0; }
-    long GetArraySize() const noexcept { return static_cast<long>(mArraySize); }
-    void SetArraySize(long arraySize) noexcept { mArraySize = static_cast<std::uint32_t>(arraySize); }
-    /// The block's size less its two spare bytes; 0 without a block.
-    long GetAllocatedLength() const noexcept {
-        return mArraySize < 2 ? 0 : static_cast<long>(mArraySize) - 2;
+    bool GetAllocated() const noexcept { return mSizeWord >= cAllocated; }
+    void SetAllocated(bool allocated) noexcept {
+        mSizeWord = SizeOf(mSizeWord) | (allocated ? cAllocated : 0);
     }
+    long GetArraySize() const noexcept { return static_cast<long>(SizeOf(mSizeWord)); }
+    void SetArraySize(long arraySize) noexcept {
+        mSizeWord = SizeOf(static_cast<std::uint32_t>(arraySize)) | (mSizeWord & cAllocated);
+    }
+    /// The block's size less its two spare bytes; 0 without a block.
+    long GetAllocatedLength() const noexcept { return GetArraySize() < 2 ? 0 : GetArraySize() - 2; }
 
     // --- Editing -------------------------------------------------------------------------------
 
@@ -140,12 +144,31 @@ public:
     GBuffer& operator+=(char byte) { return *this += static_cast<unsigned char>(byte); }
     GBuffer& operator+=(unsigned char byte) {
         if (!HasOwnRoomFor(1)) GrowForElement(1);
-        mData[mLength++] = byte;
+        // The length is stored last: a byte could be stored over anything, for all the compiler knows,
+        // so that it would load again what was stored before it.
+        const std::uint32_t length = static_cast<std::uint32_t>(mLength);
+        mData[length] = byte;
+        mLength = static_cast<std::int32_t>(length + 1);
         return *this;
     }
-    GBuffer& operator+=(unsigned short unit);  ///< two bytes in machine order
-    GBuffer& operator+=(const char* text);     ///< up to its zero; null adds nothing
-    void AppendByteArray(const unsigned char* bytes, long length);
+    /// Two bytes in machine order.
+    GBuffer& operator+=(unsigned short unit) {
+        if (!HasOwnRoomFor(sizeof unit)) GrowForElement(sizeof unit);
+        const std::uint32_t length = static_cast<std::uint32_t>(mLength);
+        std::memcpy(mData + length, &unit, sizeof unit);
+        mLength = static_cast<std::int32_t>(length + sizeof unit);
+        return *this;
+    }
+    GBuffer& operator+=(const char* text);  ///< up to its zero; null adds nothing
+    void AppendByteArray(const unsigned char* bytes, long length) {
+        if (bytes == nullptr || length < 1) return;
+        if (GetAllocated() && length <= GetAllocatedLength() - mLength) {
+            std::memmove(mData + mLength, bytes, static_cast<std::size_t>(length));
+            mLength += static_cast<std::int32_t>(length);
+        } else {
+            ReplaceInNewBlock(mLength, 0, bytes, length);
+        }
+    }
     /// Puts `insertCount` bytes in the place of `removeCount` at `start`, both cut to what is there.
     void ReplaceByteArray(long start, long removeCount, const unsigned char* bytes, long insertCount);
     void Replace(long start, long count, const GBuffer& with);
@@ -157,7 +180,12 @@ public:
 
     // --- Searching -----------------------------------------------------------------------------
 
-    long FindFirstOccurrence(unsigned char byte, long start = 0) const noexcept;
+    long FindFirstOccurrence(unsigned char byte, long start = 0) const noexcept {
+        start = start < 0 ? 0 : start;
+        if (start >= mLength) return -1;
+        const void* const found = std::memchr(mData + start, byte, static_cast<std::size_t>(mLength - start));
+        return found == nullptr ? -1 : static_cast<long>(static_cast<const unsigned char*>(found) - mData);
+    }
     long FindFirstOccurrence(char byte, long start = 0) const noexcept {
         return FindFirstOccurrence(static_cast<unsigned char>(byte), start);
     }
@@ -195,7 +223,10 @@ public:
 
     /// Negative, 0 or positive: memcmp over the shorter length; on a tie the shorter is less.
     int Compare(const GBuffer& other) const noexcept;
-    bool operator==(const GBuffer& other) const noexcept;
+    bool operator==(const GBuffer& other) const noexcept {
+        if (mLength != other.mLength) return false;
+        return mLength == 0 || std::memcmp(mData, other.mData, static_cast<std::size_t>(mLength)) == 0;
+    }
     bool operator==(const char* text) const noexcept;
     bool operator<(const GBuffer& other) const noexcept { return Compare(other) < 0; }
     bool operator<=(const GBuffer& other) const noexcept { return Compare(other) <= 0; }
@@ -205,9 +236,12 @@ public:
     std::uint32_t GetHash() const noexcept;
 
 private:
-    bool HasOwnRoomFor(std::int32_t more) const noexcept {
-        return mAllocated &&
-               static_cast<std::uint32_t>(mLength) + 2 + static_cast<std::uint32_t>(more) <= mArraySize;
+    static constexpr std::uint32_t cAllocated = 0x80000000;
+
+    static constexpr std::uint32_t SizeOf(std::uint32_t sizeWord) noexcept { return sizeWord & ~cAllocated; }
+    // For an own block the set top bit stands on both sides; a borrowed one is less in any case.
+    bool HasOwnRoomFor(std::uint32_t more) const noexcept {
+        return mSizeWord >= cAllocated + static_cast<std::uint32_t>(mLength) + 2 + more;
     }
     void GrowForElement(long size);
     void FreeBlock() const noexcept;
@@ -219,8 +253,8 @@ private:
     // A const GetPtr() may move borrowed bytes into a block of its own; the bytes stay the same.
     mutable unsigned char* mData = nullptr;  // null only before the first byte
     std::int32_t mLength = 0;
-    mutable std::uint32_t mArraySize : 31 = 0;  // whole block, spare bytes included
-    mutable std::uint32_t mAllocated : 1 = 0;   // set: the destructor frees the block
+    // Size of the whole block, spare bytes included; the top bit: the destructor frees it.
+    mutable std::uint32_t mSizeWord = 0;
 };
 
 QUILLON_EXPORT GBuffer operator+(const GBuffer& left, const GBuffer& right);

@@ -168,45 +168,83 @@ long FindFirstNotOfSet(const unsigned char* bytes, long length, const Unit* set,
     return FindFirst<Unit>(bytes, length, start, Not<LargeSet<Unit>>(what));
 }
 
-// A pattern of at least one element. Looks for places where both its first and its last element
-// stand, many places at a time; only those are compared whole.
+// Where a pattern of at least one element stands.
 template <class Unit>
-long FindPattern(const unsigned char* bytes, long length, const unsigned char* pattern, long patternLength,
-                 long start) {
-    constexpr long cSize = sizeof(Unit);
-    const long lastPlace = length - patternLength;
-    const long lastElement = patternLength - 1;
-    const auto patternBytes = static_cast<std::size_t>(patternLength * cSize);
-    const auto standsAt = [&](long place) {
-        return std::memcmp(bytes + place * cSize, pattern, patternBytes) == 0;
-    };
-    const __m128i first = Fill(ElementAt<Unit>(pattern, 0));
-    const __m128i last = Fill(ElementAt<Unit>(pattern, lastElement));
-    long i = std::max(start, 0L);
-    for (; i <= lastPlace - cLaneCount<Unit> + 1; i += cLaneCount<Unit>) {
-        const __m128i firsts = Equal<Unit>(Load(bytes + i * cSize), first);
-        const __m128i lasts = Equal<Unit>(Load(bytes + (i + lastElement) * cSize), last);
-        // One bit an element is enough to visit each place once.
-        unsigned mask = Mask(_mm_and_si128(firsts, lasts)) & (cSize == 1 ? 0xFFFFU : 0x5555U);
-        for (; mask != 0; mask &= mask - 1) {
-            const long place = i + std::countr_zero(mask) / cSize;
-            if (standsAt(place)) return place;
+class PatternSearch {
+public:
+    PatternSearch(const unsigned char* bytes, long length, const unsigned char* pattern, long patternLength)
+        : mBytes(bytes),
+          mPattern(pattern),
+          mLastElement(patternLength - 1),
+          mLastPlace(length - patternLength) {}
+
+    long FindFrom(long start) const {
+        start = std::max(start, 0L);
+        if constexpr (sizeof(Unit) == 1) {
+            if (FindByFirstByte(start)) return start;
+        }
+        return FindByBothEnds(start);
+    }
+
+private:
+    static constexpr long cSize = sizeof(Unit);
+
+    bool StandsAt(long place) const {
+        return std::memcmp(mBytes + place * cSize, mPattern,
+                           static_cast<std::size_t>((mLastElement + 1) * cSize)) == 0;
+    }
+
+    // Leaps from one occurrence of the first byte to the next, while they are rare. True when the
+    // pattern stands at `place`; otherwise it does not stand before there.
+    bool FindByFirstByte(long& place) const {
+        constexpr long cRare = 64;  // bytes between two occurrences, on the average
+        const long start = place;
+        for (long leaps = 0; place <= mLastPlace && leaps <= 2 + (place - start) / cRare; ++leaps) {
+            const auto rest = static_cast<std::size_t>(mLastPlace + 1 - place);
+            const void* const found = std::memchr(mBytes + place, mPattern[0], rest);
+            place = found == nullptr ? mLastPlace + 1 : static_cast<const unsigned char*>(found) - mBytes;
+            if (found != nullptr && StandsAt(place)) return true;
+            ++place;
+        }
+        return false;
+    }
+
+    // Looks for places where both the first and the last element stand, many places at a time; only
+    // those are compared whole.
+    long FindByBothEnds(long start) const {
+        const long lastBlock = mLastPlace - cLaneCount<Unit> + 1;
+        if (lastBlock < start) return FindOneByOne(start);
+        const __m128i first = Fill(ElementAt<Unit>(mPattern, 0));
+        const __m128i last = Fill(ElementAt<Unit>(mPattern, mLastElement));
+        for (long block = start;; block = std::min(block + cLaneCount<Unit>, lastBlock)) {
+            const __m128i firsts = Equal<Unit>(Load(mBytes + block * cSize), first);
+            const __m128i lasts = Equal<Unit>(Load(mBytes + (block + mLastElement) * cSize), last);
+            // One bit an element is enough to visit each place once.
+            unsigned mask = Mask(_mm_and_si128(firsts, lasts)) & (cSize == 1 ? 0xFFFFU : 0x5555U);
+            for (; mask != 0; mask &= mask - 1) {
+                const long place = block + std::countr_zero(mask) / cSize;
+                if (StandsAt(place)) return place;
+            }
+            // The last block overlaps the one before; what it sees again has been refused there.
+            if (block == lastBlock) return -1;
         }
     }
-    for (; i <= lastPlace; ++i) {
-        if (standsAt(i)) return i;
+
+    long FindOneByOne(long start) const {
+        const Unit first = ElementAt<Unit>(mPattern, 0);
+        for (long place = start; place <= mLastPlace; ++place) {
+            if (ElementAt<Unit>(mBytes, place) == first && StandsAt(place)) return place;
+        }
+        return -1;
     }
-    return -1;
-}
+
+    const unsigned char* mBytes;
+    const unsigned char* mPattern;
+    long mLastElement;
+    long mLastPlace;  // where the pattern could stand at most
+};
 
 }  // namespace
-
-long GBuffer::FindFirstOccurrence(unsigned char byte, long start) const noexcept {
-    start = std::max(start, 0L);
-    if (start >= mLength) return -1;
-    const void* const found = std::memchr(mData + start, byte, static_cast<std::size_t>(mLength - start));
-    return found == nullptr ? -1 : static_cast<long>(static_cast<const unsigned char*>(found) - mData);
-}
 
 long GBuffer::FindFirstOccurrence(unsigned short unit, long start) const noexcept {
     return FindFirst<unsigned short>(mData, mLength / 2, start, OneElement<unsigned short>(unit));
@@ -240,6 +278,8 @@ long GBuffer::FindSubBuffer(const GBuffer& pattern, long start, bool wide) const
     const long unitSize = wide ? 2 : 1;
     const long patternLength = pattern.mLength / unitSize;
     if (patternLength == 0) return 0;
-    if (wide) return FindPattern<unsigned short>(mData, mLength / 2, pattern.mData, patternLength, start);
-    return FindPattern<unsigned char>(mData, mLength, pattern.mData, patternLength, start);
+    if (wide)
+        return PatternSearch<unsigned short>(mData, mLength / 2, pattern.mData, patternLength)
+            .FindFrom(start);
+    return PatternSearch<unsigned char>(mData, mLength, pattern.mData, patternLength).FindFrom(start);
 }

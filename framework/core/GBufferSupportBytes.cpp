@@ -35,21 +35,29 @@ std::uint32_t FoldWord(std::uint64_t bigEndianWord) {
     return OddBytes(bigEndianWord) ^ std::rotl(OddBytes(bigEndianWord >> 8), 4);
 }
 
-// The bitwise sum of all whole eight-byte groups.
-std::uint64_t XorOfGroups(const unsigned char* bytes, long groupCount) {
+// The bitwise sum of eight groups of eight bytes, and of each eight that follow.
+std::uint64_t XorOfLongRun(const unsigned char* bytes, long runCount) {
     __m128i sums[4] = {};
-    long i = 0;
-    for (; i + 8 <= groupCount; i += 8) {
+    for (long run = 0; run < runCount; ++run, bytes += 64) {
         for (int lane = 0; lane < 4; ++lane) {
-            const auto* const source = reinterpret_cast<const __m128i*>(bytes + 8 * i + 16 * lane);
+            const auto* const source = reinterpret_cast<const __m128i*>(bytes + 16 * lane);
             sums[lane] = _mm_xor_si128(sums[lane], _mm_loadu_si128(source));
         }
     }
     const __m128i sum = _mm_xor_si128(_mm_xor_si128(sums[0], sums[1]), _mm_xor_si128(sums[2], sums[3]));
-    auto word =
-        static_cast<std::uint64_t>(_mm_cvtsi128_si64(_mm_xor_si128(sum, _mm_unpackhi_epi64(sum, sum))));
-    for (; i < groupCount; ++i) word ^= LoadWord(bytes + 8 * i);
-    return word;
+    return static_cast<std::uint64_t>(_mm_cvtsi128_si64(_mm_xor_si128(sum, _mm_unpackhi_epi64(sum, sum))));
+}
+
+// The bitwise sum of all whole eight-byte groups.
+std::uint64_t XorOfGroups(const unsigned char* bytes, long length) {
+    std::uint64_t sum = 0;
+    if (length >= 64) {
+        sum = XorOfLongRun(bytes, length / 64);
+        bytes += length / 64 * 64;
+        length %= 64;
+    }
+    for (; length >= 8; length -= 8, bytes += 8) sum ^= LoadWord(bytes);
+    return sum;
 }
 
 std::uint64_t LoadTail(const unsigned char* bytes, long count) {
@@ -106,14 +114,13 @@ GBuffer ToRoman(long value, const char* RomanStep::*letters) {
 std::uint32_t GBufferSupport::GetHash(const unsigned char* bytes, long length) noexcept {
     // Eight bytes turn the hash once around, and what they put in is added bit by bit. So the groups of
     // eight can be summed first, and only their sum be folded.
-    const long groupCount = length / 8;
+    auto hash = static_cast<std::uint32_t>(length);
     const int tail = static_cast<int>(length % 8);
-    std::uint32_t hash = static_cast<std::uint32_t>(length);
-    if (groupCount > 0) hash ^= FoldWord(__builtin_bswap64(XorOfGroups(bytes, groupCount)));
+    if (length < 8) return std::rotl(hash, 4 * tail) ^ FoldWord(LoadTail(bytes, length));
+    hash ^= FoldWord(__builtin_bswap64(XorOfGroups(bytes, length)));
     if (tail == 0) return hash;
     const std::uint64_t tailWord =
-        groupCount > 0 ? __builtin_bswap64(LoadWord(bytes + length - 8)) & ((1ULL << (8 * tail)) - 1)
-                       : LoadTail(bytes, tail);
+        __builtin_bswap64(LoadWord(bytes + length - 8)) & ((1ULL << (8 * tail)) - 1);
     return std::rotl(hash, 4 * tail) ^ FoldWord(tailWord);
 }
 

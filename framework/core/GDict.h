@@ -160,6 +160,7 @@ private:
     Entry* End() const noexcept { return mSlots == nullptr ? nullptr : mSlots + mSlotCount; }
     Tag* Tags() const noexcept { return TagsOf(mSlots, mSlotCount); }
     static Tag* TagsOf(Entry* slots, std::int32_t slotCount) noexcept;
+    std::uint32_t HomeOf(std::uint32_t hash) const noexcept;
     static std::size_t BlockSize(std::int32_t slotCount) noexcept;
     static Entry* NewBlock(std::int32_t slotCount);
     static void FreeBlock(Entry* slots, std::int32_t slotCount) noexcept;

@@ -64,7 +64,6 @@ GDict<K, V>::~GDict() {
 
 template <class K, class V>
 const V* GDict<K, V>::Find(const K& key) const {
-    if (mCount == 0) return nullptr;
     const long slot = FindSlot(key, GDictHash(key));
     return slot < 0 ? nullptr : &mSlots[slot].mValue;
 }
@@ -95,7 +94,7 @@ V& GDict<K, V>::GetOrInsert(const K& key) {
 
 template <class K, class V>
 bool GDict<K, V>::Remove(const K& key) {
-    const long slot = mCount == 0 ? -1 : FindSlot(key, GDictHash(key));
+    const long slot = FindSlot(key, GDictHash(key));
     if (slot < 0) return false;
     Vacate(static_cast<std::int32_t>(slot));
     mSlots[slot].mKey.~K();
@@ -144,6 +143,11 @@ bool GDict<K, V>::IsOccupied(const Entry& entry) noexcept {
 template <class K, class V>
 typename GDict<K, V>::Tag* GDict<K, V>::TagsOf(Entry* slots, std::int32_t slotCount) noexcept {
     return reinterpret_cast<Tag*>(slots + slotCount);
+}
+
+template <class K, class V>
+std::uint32_t GDict<K, V>::HomeOf(std::uint32_t hash) const noexcept {
+    return hash % static_cast<std::uint32_t>(mSlotCount);
 }
 
 template <class K, class V>
@@ -201,9 +205,13 @@ void GDict<K, V>::CopyEntries(const GDict& other) {
 
 template <class K, class V>
 long GDict<K, V>::FindSlot(const K& key, std::uint32_t hash) const {
-    if (mSlots == nullptr) return -1;
+    if (mCount == 0) return -1;
     const std::uint32_t slotCount = static_cast<std::uint32_t>(mSlotCount);
-    const std::uint32_t home = hash % slotCount;
+    const std::uint32_t home = HomeOf(hash);
+    if constexpr (std::is_scalar_v<K>) {
+        // Such keys cost nothing to compare: most are found without a look at the tags.
+        if (mSlots[home].mOccupied && mSlots[home].mKey == key) return static_cast<long>(home);
+    }
     std::uint32_t unseen = mSlots[home].mHomeCount;
     const Tag* const tags = Tags();
     for (std::uint32_t slot = home; unseen > 0; slot = slot + 1 == slotCount ? 0 : slot + 1) {
@@ -225,7 +233,7 @@ template <class K, class V>
 template <class MakeValue>
 V& GDict<K, V>::InsertNew(const K& key, std::uint32_t hash, MakeValue makeValue) {
     if (mSlots == nullptr) mSlots = NewBlock(mSlotCount);
-    std::int32_t slot = FreeSlotFrom(hash % static_cast<std::uint32_t>(mSlotCount), Tags(), mSlotCount);
+    std::int32_t slot = FreeSlotFrom(HomeOf(hash), Tags(), mSlotCount);
     Entry& entry = mSlots[slot];
     ::new (static_cast<void*>(&entry.mKey)) K(key);
     try {
@@ -249,7 +257,7 @@ V& GDict<K, V>::InsertNew(const K& key, std::uint32_t hash, MakeValue makeValue)
 
 template <class K, class V>
 void GDict<K, V>::Occupy(std::int32_t slot, std::uint32_t hash) noexcept {
-    const std::uint32_t home = hash % static_cast<std::uint32_t>(mSlotCount);
+    const std::uint32_t home = HomeOf(hash);
     ++mSlots[home].mHomeCount;
     mSlots[slot].mOccupied = 1;
     Tags()[slot] = {hash, home};

@@ -1,0 +1,81 @@
+#include <cstdint>
+#include <cstdlib>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "bench/Comparison.h"
+#include "framework/core/GAllocator.h"
+
+// The pooled allocator beside the C library's, which under Windows is the heap of the process.
+
+namespace {
+
+struct Pooled {
+    static void* Allocate(std::size_t size) { return GAllocator::GetInstance().Allocate(size); }
+    static void Free(void* block, std::size_t size) { GAllocator::GetInstance().Free(block, size); }
+};
+struct Plain {
+    static void* Allocate(std::size_t size) { return std::malloc(size); }
+    static void Free(void* block, std::size_t) { std::free(block); }
+};
+
+template <class Heap>
+void Pairs(std::size_t size, int count) {
+    for (int i = 0; i < count; ++i) {
+        void* const block = Heap::Allocate(size);
+        Comparison::Use(block);
+        Heap::Free(block, size);
+    }
+}
+
+// A thousand blocks of 8 to 128 bytes live; a random one makes room for the next.
+template <class Heap>
+void Churn(int count) {
+    struct Block {
+        void* memory;
+        std::size_t size;
+    };
+    constexpr std::uint32_t cBlocks = 1000;
+    std::vector<Block> blocks(cBlocks, Block{nullptr, 0});
+    std::uint32_t state = 1;
+    for (int i = 0; i < count; ++i) {
+        state = state * 1664525 + 1013904223;
+        Block& block = blocks[(state >> 8) % cBlocks];
+        if (block.memory != nullptr) Heap::Free(block.memory, block.size);
+        block.size = 8 + (state >> 20) % 121;
+        block.memory = Heap::Allocate(block.size);
+        *static_cast<std::uint32_t*>(block.memory) = state;
+    }
+    for (const Block& block : blocks) {
+        if (block.memory != nullptr) Heap::Free(block.memory, block.size);
+    }
+}
+
+template <class Work>
+void OnTwoThreads(Work work) {
+    std::thread other(work);
+    work();
+    other.join();
+}
+
+}  // namespace
+
+int main() {
+    constexpr int cCount = 50000;
+    for (const std::size_t size : {8, 24, 128, 500}) {
+        Comparison::Print(
+            "allocate and free " + std::to_string(size), cCount, "malloc",
+            [size] { Pairs<Pooled>(size, cCount); }, [size] { Pairs<Plain>(size, cCount); });
+    }
+    Comparison::Print(
+        "churn of 8 to 128", cCount, "malloc", [] { Churn<Pooled>(cCount); }, [] { Churn<Plain>(cCount); });
+    constexpr int cMany = 10 * cCount;  // so that starting the thread does not count
+    Comparison::Print(
+        "allocate and free 24, two threads", cMany, "malloc",
+        [] { OnTwoThreads([] { Pairs<Pooled>(24, cMany); }); },
+        [] { OnTwoThreads([] { Pairs<Plain>(24, cMany); }); });
+    Comparison::Print(
+        "churn of 8 to 128, two threads", cMany, "malloc", [] { OnTwoThreads([] { Churn<Pooled>(cMany); }); },
+        [] { OnTwoThreads([] { Churn<Plain>(cMany); }); });
+}
