@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <utility>
 
 /// GCodeUnits: the inner loops of text conversion, over plain memory.
 ///
@@ -68,22 +69,21 @@ struct GCodeUnits {
         if ((ascii | leads | continuations) != 0xFFFF || continuations != (leads << 1 & 0xFFFF) ||
             (leads & ~MaskOf(HasBits(next, 0xC0, 0x80))) != 0)
             return false;
-        // What would begin at every byte; then those that do move up, without a branch.
-        alignas(16) unsigned char candidates[32];
-        StoreVector(candidates, ReadOneOrTwo(_mm_unpacklo_epi8(vector, _mm_setzero_si128()),
-                                             _mm_unpacklo_epi8(next, _mm_setzero_si128()),
-                                             _mm_unpacklo_epi8(isLead, isLead)));
-        StoreVector(candidates + 16, ReadOneOrTwo(_mm_unpackhi_epi8(vector, _mm_setzero_si128()),
-                                                  _mm_unpackhi_epi8(next, _mm_setzero_si128()),
-                                                  _mm_unpackhi_epi8(isLead, isLead)));
-        const std::uint32_t starts = ascii | leads;
-        std::size_t count = 0;
-        for (std::size_t i = 0; i < 16; ++i) {
-            Store(units, count, Load(candidates, i));
-            count += starts >> i & 1;
-        }
+        // What would begin at every byte goes to the place that those before it leave: what does not
+        // begin there is overwritten by the next. No branch depends on the text.
+        const __m128i zero = _mm_setzero_si128();
+        const __m128i isStart = _mm_andnot_si128(HasBits(vector, 0xC0, 0x80), _mm_set1_epi8(1));
+        const auto low = SumUp(static_cast<std::uint64_t>(_mm_cvtsi128_si64(isStart)));
+        const auto high =
+            SumUp(static_cast<std::uint64_t>(_mm_cvtsi128_si64(_mm_unpackhi_epi64(isStart, isStart))));
+        StoreAtPlaces<2>(ReadOneOrTwo(_mm_unpacklo_epi8(vector, zero), _mm_unpacklo_epi8(next, zero),
+                                      _mm_unpacklo_epi8(isLead, isLead)),
+                         low << 8, units, std::make_index_sequence<8>());
+        StoreAtPlaces<2>(ReadOneOrTwo(_mm_unpackhi_epi8(vector, zero), _mm_unpackhi_epi8(next, zero),
+                                      _mm_unpackhi_epi8(isLead, isLead)),
+                         high << 8, units + 2 * (low >> 56), std::make_index_sequence<8>());
         read += 16 + (leads >> 15);
-        written += count;
+        written += (low >> 56) + (high >> 56);
         return true;
     }
 
@@ -110,15 +110,12 @@ struct GCodeUnits {
         const __m128i lead = _mm_or_si128(_mm_srli_epi16(vector, 6), Lanes(0x80C0));
         const __m128i next = _mm_slli_epi16(_mm_and_si128(vector, Lanes(0x3F)), 8);
         const __m128i isOne = NotAbove(vector, 0x7F);
-        alignas(16) unsigned char candidates[16];
-        StoreVector(candidates, Select(isOne, vector, _mm_or_si128(lead, next)));
-        const std::uint32_t ones = MaskOf(_mm_packs_epi16(isOne, isOne));
-        std::size_t count = 0;
-        for (std::size_t i = 0; i < 8; ++i) {
-            std::memcpy(bytes + count, candidates + 2 * i, 2);
-            count += 2 - (ones >> i & 1);
-        }
-        written += count;
+        const __m128i isOneByte = _mm_packs_epi16(isOne, isOne);
+        const __m128i lengths = _mm_add_epi8(isOneByte, _mm_set1_epi8(2));
+        const std::uint64_t sums = SumUp(static_cast<std::uint64_t>(_mm_cvtsi128_si64(lengths)));
+        StoreAtPlaces<1>(Select(isOne, vector, _mm_or_si128(lead, next)), sums << 8, bytes,
+                         std::make_index_sequence<8>());
+        written += sums >> 56;
         return true;
     }
 
@@ -208,6 +205,18 @@ private:
 
     static std::uint32_t MaskOf(__m128i bytes) noexcept {
         return static_cast<std::uint32_t>(_mm_movemask_epi8(bytes));
+    }
+
+    // Each of eight small numbers in bytes plus all below it.
+    static std::uint64_t SumUp(std::uint64_t bytes) noexcept { return bytes * 0x0101010101010101; }
+
+    // Stores eight lanes of 16 bits, each at its byte's place, counted in steps of `Step` bytes.
+    template <std::size_t Step, std::size_t... Lane>
+    static void StoreAtPlaces(__m128i lanes, std::uint64_t places, unsigned char* out,
+                              std::index_sequence<Lane...>) noexcept {
+        (Store(out + Step * (places >> 8 * Lane & 0xFF), 0,
+               static_cast<std::uint16_t>(_mm_extract_epi16(lanes, Lane))),
+         ...);
     }
 
     static __m128i Select(__m128i condition, __m128i yes, __m128i no) noexcept {
