@@ -72,7 +72,7 @@ PMemorySharedMemory::PMemorySharedMemory(const GBuffer& path, const GBuffer& ide
     mBlock = FindNamed(name, mBlockSize);
     created = !mBlock;
     if (mBlock) {
-        if (mBlockSize < size + cSizeWord || GetLength() != size)
+        if (mBlockSize < size + cSizeWord || ReadSizeWord() != static_cast<std::uint32_t>(size + cSizeWord))
             throw GSimpleException(GExceptionID::cSharedMemorySizeDiffers);
         return;
     }
@@ -93,11 +93,14 @@ long PMemorySharedMemory::GetMaxIDSize() {
     return 260;
 }
 
+std::uint32_t PMemorySharedMemory::ReadSizeWord() const noexcept {
+    const unsigned char* word = mBlock.get();
+    return word[0] | word[1] << 8 | word[2] << 16 | std::uint32_t{word[3]} << 24;
+}
+
 long PMemorySharedMemory::GetLength() const {
-    unsigned char word[cSizeWord] = {};
     if (mBlockSize < cSizeWord) throw GSimpleException(GExceptionID::cSharedMemoryReadFailed);
-    std::memcpy(word, mBlock.get(), sizeof word);
-    const std::uint32_t size = word[0] | word[1] << 8 | word[2] << 16 | std::uint32_t{word[3]} << 24;
+    const std::uint32_t size = ReadSizeWord();
     if (size < cSizeWord || size > static_cast<std::uint32_t>(mBlockSize))
         throw GSimpleException(GExceptionID::cSharedMemoryReadFailed);
     return static_cast<long>(size) - cSizeWord;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <memory>
 
 #include "framework/core/GBuffer.h"
@@ -49,6 +50,8 @@ public:
     /// @}
 
 private:
+    std::uint32_t ReadSizeWord() const noexcept;
+
     Block mBlock;
     long mBlockSize = 0;
 };

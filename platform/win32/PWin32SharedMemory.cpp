@@ -31,7 +31,8 @@ bool ShowsAFile(void* view) {
 long GetTouchableSize(void* view) {
     MEMORY_BASIC_INFORMATION region = {};
     if (::VirtualQuery(view, &region, sizeof region) == 0) PWin32KernelObject::ThrowLastError();
-    if (region.State != MEM_COMMIT || region.Type != MEM_MAPPED || ShowsAFile(view)) return 0;
+    const bool isWritable = region.Protect == PAGE_READWRITE || region.Protect == PAGE_EXECUTE_READWRITE;
+    if (region.State != MEM_COMMIT || region.Type != MEM_MAPPED || !isWritable || ShowsAFile(view)) return 0;
     return region.RegionSize > cLargestView ? cLargestView : static_cast<long>(region.RegionSize);
 }
 
@@ -77,7 +78,8 @@ void PWin32SharedMemory::OpenOrCreate(const GBuffer& name, long size, bool& crea
     MapView();
     if (created) {
         SetLength(size);
-    } else if (mViewSize < size + cSizeWord || GetLength() != size) {
+    } else if (mViewSize < size + cSizeWord ||
+               ReadSizeWord() != static_cast<std::uint32_t>(size + cSizeWord)) {
         throw GSimpleException(GExceptionID::cSharedMemorySizeDiffers);
     }
 }
@@ -102,10 +104,14 @@ GString PWin32SharedMemory::GetError() {
     return PWin32KernelObject::GetError(::GetLastError());
 }
 
+// Through a volatile pointer, so that the word that is checked is the word that is used.
+std::uint32_t PWin32SharedMemory::ReadSizeWord() const noexcept {
+    return *reinterpret_cast<const volatile std::uint32_t*>(mView.get());
+}
+
 long PWin32SharedMemory::GetLength() const {
     if (mViewSize < cSizeWord) throw GSimpleException(GExceptionID::cSharedMemoryReadFailed);
-    // Through a volatile pointer, so that the word that is checked is the word that is used.
-    const std::uint32_t size = *reinterpret_cast<const volatile std::uint32_t*>(mView.get());
+    const std::uint32_t size = ReadSizeWord();
     if (size < cSizeWord || size > static_cast<std::uint32_t>(mViewSize))
         throw GSimpleException(GExceptionID::cSharedMemoryReadFailed);
     return static_cast<long>(size) - cSizeWord;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <memory>
 
 #include "framework/core/GBuffer.h"
@@ -54,6 +55,7 @@ private:
     void Open(const GBuffer& name);
     void OpenOrCreate(const GBuffer& name, long size, bool& created);
     void MapView();
+    std::uint32_t ReadSizeWord() const noexcept;
 
     PWin32ScopedHandle<PWin32KernelHandle> mMapping;
     std::unique_ptr<unsigned char, Unmap> mView;

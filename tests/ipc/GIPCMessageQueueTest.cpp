@@ -197,14 +197,26 @@ TEST_F(GIPCMessageQueueTest, OpensWhatIsThereAndOfThisVersion) {
 
 TEST(GIPCMessageQueue, IsNotMadeOfASegmentOfAnotherSize) {
     const IPCWorld world;
-    const auto raw = RawSegment::Make(cPath, cName, 4096);
-    raw->SetWord(4, 1);
-    for (const std::uint32_t claimed : {0u, 4096u, 32772u, 0xFFFFFFFFu}) {
-        SCOPED_TRACE(claimed);
-        raw->SetWord(0, claimed);
-        bool created = false;
-        EXPECT_EQ(ThrownBy([&] { GIPCMessageQueue(1, 4711, 12345, created); }), 40168);
+    for (const long size : {4096L, 32772L}) {
+        const auto raw = RawSegment::Make(cPath, cName, size);
+        raw->SetWord(4, 1);
+        for (const std::uint32_t claimed : {0u, 3u, 4096u, 32771u, 32773u, 0x7FFFFFFFu, 0xFFFFFFFFu}) {
+            SCOPED_TRACE(claimed);
+            raw->SetWord(0, claimed);
+            bool created = false;
+            EXPECT_EQ(ThrownBy([&] { GIPCMessageQueue(1, 4711, 12345, created); }), 40168);
+        }
     }
+}
+
+TEST(GIPCMessageQueue, IsNotMadeOfASegmentThatOnlyClaimsTheRightSize) {
+    const IPCWorld world;
+    const auto raw = RawSegment::Make(cPath, cName, 4096);
+    raw->SetWord(0, 32772);
+    raw->SetWord(4, 1);
+    bool created = false;
+    EXPECT_EQ(ThrownBy([&] { GIPCMessageQueue(1, 4711, 12345, created); }), 40168);
+    EXPECT_EQ(ThrownBy([] { GIPCMessageQueue(1, 4711, 12345); }), 40163);
 }
 
 TEST(GIPCMessageQueue, OpenedInASmallerSegmentStaysWithinIt) {
