@@ -193,6 +193,7 @@ GIPCManager::ListeningState GPPIPCManager::GetListeningState(long processID) {
 
 void GPPIPCManager::SendToProcess(long processID, long type, const GBuffer& data, bool once) {
     const std::lock_guard<PCriticalSection> lock(GetReceiverLock());
+    mTakenBudget = cTakenBudget;
     std::exception_ptr failure;
     bool isRegistered = false;
     const bool reached = TryPlaces(processID, failure, [&](const Addresses& queues) {
@@ -235,8 +236,7 @@ GIPCManager::Delivery GPPIPCManager::SendToQueue(const GIPCQueueAddress& address
 
 void GPPIPCManager::WaitTillTaken(GIPCMessageQueue& queue, long type, const GBuffer& data) {
     try {
-        for (long budget = cTakenBudget; budget >= 0 && queue.ContainsRawMessage(type, data);
-             budget -= cTakenInterval)
+        for (; mTakenBudget >= 0 && queue.ContainsRawMessage(type, data); mTakenBudget -= cTakenInterval)
             MilliSleep(cTakenInterval);
     } catch (const GException&) {
         // What becomes of the queue after the message was put there is its owner's affair.

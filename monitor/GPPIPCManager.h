@@ -49,8 +49,10 @@ public:
     long GetRegistrationID() const noexcept override;
 
     static constexpr long cMaxDelayedPerTarget = 64;
-    static constexpr long cTakenBudget = 3000;   ///< milliseconds that sending once waits for a queue...
-    static constexpr long cTakenInterval = 300;  ///< ...looking so often
+    /// Milliseconds that sending once waits for a target, and how often it looks. All queues of one target
+    /// share them: whoever registers many of them cannot make the wait longer.
+    static constexpr long cTakenBudget = 3000;
+    static constexpr long cTakenInterval = 300;
 
 protected:
     void StartListening() override;
@@ -78,7 +80,7 @@ private:
     bool SendToAny(const Addresses& queues, long type, const GBuffer& data, bool once,
                    std::exception_ptr& failure);
     bool CanOpenAny(const Addresses& queues, std::exception_ptr& failure);
-    static void WaitTillTaken(GIPCMessageQueue& queue, long type, const GBuffer& data);
+    void WaitTillTaken(GIPCMessageQueue& queue, long type, const GBuffer& data);
 
     std::int32_t mSession;
     bool mServicesSession;
@@ -87,6 +89,7 @@ private:
     std::unique_ptr<GIPCInbox> mSessionInbox;              // null while not listening
     std::unique_ptr<GIPCInbox> mGlobalInbox;               // null as well where one is enough
     Addresses mBeingWritten;
+    std::int32_t mTakenBudget = 0;  // what is left of it for the current target
 
     static GPPIPCManager* sInstance;
     static long sReferences;

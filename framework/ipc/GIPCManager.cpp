@@ -302,8 +302,9 @@ long GIPCManager::GetDelayedLimit() const {
 }
 
 void GIPCManager::SendDelayedMessages() {
+    GTable<std::int32_t> waiting;
     for (long position = 0; position < mDelayed.GetCount();) {
-        if (IsDone(mDelayed[position])) {
+        if (IsDone(mDelayed[position], waiting)) {
             mDelayed.Remove(position);
         } else {
             ++position;
@@ -313,7 +314,9 @@ void GIPCManager::SendDelayedMessages() {
     UpdateSubscription();
 }
 
-bool GIPCManager::IsDone(const MessageData& message) {
+// True for a message that was delivered or is not to be kept. The processes in `waiting` are known to be
+// worth waiting for: finding that out takes longer than trying a queue.
+bool GIPCManager::IsDone(const MessageData& message, GTable<std::int32_t>& waiting) {
     if (IsBeingWritten(message.mQueue)) return false;
     try {
         if (TryDelayedMessage(message)) return true;
@@ -322,7 +325,10 @@ bool GIPCManager::IsDone(const MessageData& message) {
         DelayedTargetFailed(message);
         return true;
     }
-    return IsDelayedTargetGone(message);
+    if (waiting.Has(message.mQueue.mProcessID)) return false;
+    if (IsDelayedTargetGone(message)) return true;
+    waiting.Append(message.mQueue.mProcessID);
+    return false;
 }
 
 bool GIPCManager::TryDelayedMessage(const MessageData& message) {

@@ -169,7 +169,7 @@ private:
     void RemoveReceiver(long type, GIPCReceiver& receiver);
     void Dispatch(const GIPCMessage& message);
     void KeepForLater(const GIPCQueueAddress& address, long type, const GBuffer& data, bool once);
-    bool IsDone(const MessageData& message);
+    bool IsDone(const MessageData& message, GTable<std::int32_t>& waiting);
     bool TryDelayedMessage(const MessageData& message);
     static bool Append(GIPCMessageQueue& queue, long type, const GBuffer& data, bool once);
 

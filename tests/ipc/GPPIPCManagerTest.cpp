@@ -269,6 +269,16 @@ TEST_F(GPPIPCManagerTest, WaitsForAMessageSentOnceToBeTaken) {
     EXPECT_TRUE(mSleep.mSleeps.empty());
 }
 
+TEST_F(GPPIPCManagerTest, ManyQueuesOfOneTargetDoNotMultiplyTheWait) {
+    Listener first(mWorld, cListener, 1);
+    Listener second(mWorld, cListener, 1);
+    Listener third(mWorld, cListener, 1);
+    Process monitor(mWorld, cMonitor, 0);
+    Send(monitor, cListener);
+    EXPECT_EQ(mSleep.mSleeps.size(), 11u);
+    for (Listener* listener : {&first, &second, &third}) EXPECT_EQ(listener->Tick(), Log{"100:145:job"});
+}
+
 TEST_F(GPPIPCManagerTest, AQueueThatIsSpoiledWhileItIsWaitedForCountsAsReached) {
     Listener listener(mWorld, cListener, 1);
     Process monitor(mWorld, cMonitor, 0);
