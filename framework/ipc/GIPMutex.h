@@ -33,23 +33,53 @@ class GIPMutexBase {
 public:
     /// Opens or creates it. Throws 40162 for a prefix that GIPPrefix does not know, 2450 when the
     /// system refuses.
-    explicit GIPMutexBase(const GShMemID& identifier, long prefixID = GIPPrefix::cMutex)
-        : mImp(GIPPrefix::AddPrefix(prefixID, identifier)) {}
+    explicit GIPMutexBase(const GShMemID& identifier, long prefixID = GIPPrefix::cMutex);
 
     /// Waits without limit.
-    void Lock() { mImp.Lock(); }
+    void Lock();
     /// Waits at most so many seconds, 0 for not at all; false when they have passed.
-    bool TryToLock(double seconds) { return mImp.TryToLock(seconds); }
-    void Unlock() { mImp.Unlock(); }
+    bool TryToLock(double seconds);
+    void Unlock();
     /// Closes the mutex, and throws when the system refuses; the destructor keeps that to itself. The
     /// mutex is of no use afterwards.
-    void Close() { mImp.Close(); }
+    void Close();
 
-    static long GetMaxIDSize() { return Imp::GetMaxIDSize(); }
+    static long GetMaxIDSize();
 
 private:
     Imp mImp;
 };
+
+// Outside the class, because what is inline is not exported.
+
+template <GIPMutexImp Imp>
+GIPMutexBase<Imp>::GIPMutexBase(const GShMemID& identifier, long prefixID)
+    : mImp(GIPPrefix::AddPrefix(prefixID, identifier)) {}
+
+template <GIPMutexImp Imp>
+void GIPMutexBase<Imp>::Lock() {
+    mImp.Lock();
+}
+
+template <GIPMutexImp Imp>
+bool GIPMutexBase<Imp>::TryToLock(double seconds) {
+    return mImp.TryToLock(seconds);
+}
+
+template <GIPMutexImp Imp>
+void GIPMutexBase<Imp>::Unlock() {
+    mImp.Unlock();
+}
+
+template <GIPMutexImp Imp>
+void GIPMutexBase<Imp>::Close() {
+    mImp.Close();
+}
+
+template <GIPMutexImp Imp>
+long GIPMutexBase<Imp>::GetMaxIDSize() {
+    return Imp::GetMaxIDSize();
+}
 
 using GIPMutex = GIPMutexBase<PIPMutexImp>;
 extern template class QUILLON_EXPORT GIPMutexBase<PIPMutexImp>;

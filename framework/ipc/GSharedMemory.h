@@ -63,7 +63,7 @@ public:
     /// Releases everything and reports nothing: whether another exception is passing through cannot be
     /// told when that comes from a module with a C++ run-time library of its own, and throwing a second
     /// one would end the process. Close() reports.
-    ~GSharedMemoryBase() = default;
+    ~GSharedMemoryBase();
 
     /// Closes segment and mutex; throws 2450 when the system refuses, having tried both. Nothing else
     /// may be called afterwards.
@@ -169,6 +169,9 @@ GSharedMemoryBase<Imp>::GSharedMemoryBase(const GBuffer& path, const GShMemID& i
                                      created);
     if (prepare != nullptr) prepare(*this, created);
 }
+
+template <GSharedMemoryImp Imp>
+GSharedMemoryBase<Imp>::~GSharedMemoryBase() = default;
 
 template <GSharedMemoryImp Imp>
 void GSharedMemoryBase<Imp>::Close() {
