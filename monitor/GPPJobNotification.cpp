@@ -34,16 +34,35 @@ GTable<std::int32_t> FindProcessingApplications() {
     return ids;
 }
 
-/// True when it listens and has been sent the message. Only a mutex that somebody keeps makes it false
-/// instead of an exception: that tells nothing about the other targets.
+/// True for a failure that comes from what a target has put, or done, into shared memory: a mutex that it
+/// keeps, or a segment that makes no sense. Any local process can cause those; if one got through to
+/// the spooler, any local process could end it.
+bool IsTheTargetsDoing(const GException& failure) {
+    switch (failure.GetExceptionID()) {
+        case GExceptionID::cGeneral:
+        case GExceptionID::cUnknownIPCVersion:
+        case GExceptionID::cNotEnoughSpace:
+        case GExceptionID::cNotEnoughData:
+        case GExceptionID::cSharedMemoryReadFailed:
+        case GExceptionID::cSharedMemoryWriteFailed:
+        case GExceptionID::cSharedMemorySizeDiffers:
+        case GExceptionID::cCouldNotLockMutex:
+            return true;
+        default:
+            return false;
+    }
+}
+
+/// True when it listens and has been sent the message. What is wrong with one target tells nothing about
+/// the others, so it is no exception.
 bool TryToTell(GPPIPCManager& manager, long processID, const GBuffer& message) {
     try {
         if (manager.GetListeningState(processID) != GIPCManager::cListening) return false;
         manager.SendOnceRaw(processID, GPPJobRecord::cMessageType, message);
         return true;
     } catch (const GException& failure) {
-        if (failure.GetExceptionID() != GExceptionID::cCouldNotLockMutex) throw;
-        PSystem::Trace(L"PrinterProcessorWin could not be reached in time");
+        if (!IsTheTargetsDoing(failure)) throw;
+        PSystem::Trace(L"PrinterProcessorWin could not be reached");
         return false;
     }
 }
