@@ -1,5 +1,8 @@
 #include "platform/win32/PWin32FileImp.h"
 
+#include <mutex>
+#include <utility>
+
 #include "framework/core/GExceptionLocation.h"
 #include "framework/files/GFileOpenMode.h"
 #include "platform/win32/PWin32FileSystemImp.h"
@@ -44,13 +47,6 @@ DWORD AttributesFor(const wchar_t* path) {
     return kept != 0 ? kept : FILE_ATTRIBUTE_NORMAL;
 }
 
-OVERLAPPED AtPosition(long long position) {
-    OVERLAPPED where = {};
-    where.Offset = static_cast<DWORD>(position);
-    where.OffsetHigh = static_cast<DWORD>(position >> 32);
-    return where;
-}
-
 }  // namespace
 
 void PWin32FileImp::Open(long mode) {
@@ -64,26 +60,42 @@ void PWin32FileImp::Open(long mode) {
     mHandle.Reset(::CreateFileW(AsWide(apiPath), AccessOf(mode), SharingOf(mode), nullptr,
                                 DispositionOf(mode), flags, nullptr));
     if (!mHandle) ThrowLastError(mPath);
+    mPointer = 0;
+}
+
+/// A transfer that names its position costs a call of the system more, and a stream's is where the last one
+/// has ended.
+OVERLAPPED* PWin32FileImp::NameUnlessThere(long long position, OVERLAPPED& where) const noexcept {
+    where.Offset = static_cast<DWORD>(position);
+    where.OffsetHigh = static_cast<DWORD>(position >> 32);
+    return std::exchange(mPointer, cUnknown) == position ? nullptr : &where;
 }
 
 long PWin32FileImp::Read(long long position, unsigned char* bytes, long count) const {
-    OVERLAPPED where = AtPosition(position);
+    const std::lock_guard<PWin32CriticalSection> lock(mLock);
+    OVERLAPPED where = {};
     DWORD taken = 0;
-    if (::ReadFile(mHandle.Get(), bytes, static_cast<DWORD>(count), &taken, &where)) {
-        return static_cast<long>(taken);
+    if (!::ReadFile(mHandle.Get(), bytes, static_cast<DWORD>(count), &taken,
+                    NameUnlessThere(position, where))) {
+        const DWORD error = ::GetLastError();
+        if (error != ERROR_HANDLE_EOF && error != ERROR_BROKEN_PIPE) ThrowLastError(mPath);
+        return 0;
     }
-    const DWORD error = ::GetLastError();
-    if (error == ERROR_HANDLE_EOF || error == ERROR_BROKEN_PIPE) return 0;
-    ThrowLastError(mPath);
+    mPointer = position + taken;
+    return static_cast<long>(taken);
 }
 
 long PWin32FileImp::Write(long long position, const unsigned char* bytes, long count) {
-    OVERLAPPED where = AtPosition(position);
+    const std::lock_guard<PWin32CriticalSection> lock(mLock);
+    OVERLAPPED where = {};
     DWORD taken = 0;
-    if (!::WriteFile(mHandle.Get(), bytes, static_cast<DWORD>(count), &taken, &where)) {
+    if (!::WriteFile(mHandle.Get(), bytes, static_cast<DWORD>(count), &taken,
+                     NameUnlessThere(position, where))) {
         const DWORD error = ::GetLastError();
         if (error != ERROR_DISK_FULL && error != ERROR_HANDLE_DISK_FULL) ThrowLastError(mPath);
+        return static_cast<long>(taken);
     }
+    mPointer = position + taken;
     return static_cast<long>(taken);
 }
 

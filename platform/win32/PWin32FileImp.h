@@ -1,7 +1,10 @@
 #pragma once
 
 #include "framework/core/GPathName.h"
+#include "platform/win32/PWin32CriticalSection.h"
 #include "platform/win32/PWin32ScopedHandle.h"
+
+struct _OVERLAPPED;
 
 /// PWin32FileImp: one file handle, opened by a mode of GFileOpenMode.
 ///
@@ -27,6 +30,12 @@ public:
     void Flush();
 
 private:
+    static constexpr long long cUnknown = -1;
+
+    _OVERLAPPED* NameUnlessThere(long long position, _OVERLAPPED& where) const noexcept;
+
     GPathName mPath;
     PWin32ScopedHandle<PWin32FileHandle> mHandle;
+    mutable PWin32CriticalSection mLock;    // reading and writing move the handle's own pointer
+    mutable long long mPointer = cUnknown;  // where that stands
 };
