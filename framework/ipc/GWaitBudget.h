@@ -43,7 +43,7 @@ private:
         if (mutex.TryToLock(0.0)) return true;
         if (mRemaining <= 0) return false;
         const unsigned long long start = mClock();
-        const bool locked = mutex.TryToLock(mRemaining / 1000.0);
+        const bool locked = mutex.TryToLock(static_cast<double>(mRemaining) / 1000.0);
         Charge(start, locked);
         return locked;
     }
