@@ -7,10 +7,11 @@ GErrorReporter::~GErrorReporter() = default;
 void GErrorReporter::Report(const GString&) const {}
 
 GErrorReporter* GErrorReporter::GetInstance() {
-    if (!sInstance) sInstance = std::make_unique<GErrorReporter>();
-    return sInstance.get();
+    // No part of sInstance: two threads whose first failures meet must not both install one.
+    static GErrorReporter sSilent;
+    return sInstance ? sInstance.get() : &sSilent;
 }
 
 void GErrorReporter::SetInstance(GErrorReporter* reporter) {
-    if (reporter != sInstance.get()) sInstance.reset(reporter);
+    if (reporter != GetInstance()) sInstance.reset(reporter);
 }

@@ -9,7 +9,8 @@ class GString;
 /// GErrorReporter: where the text of a handled failure goes.
 ///
 /// The base class keeps silent. A program that wants to see errors installs a reporter of its own
-/// at start-up; the instance is not locked.
+/// at start-up; the instance is not locked. Report() may be called from every thread that handles
+/// failures, and must not replace the reporter that it belongs to.
 class QUILLON_EXPORT GErrorReporter {
 public:
     GErrorReporter() = default;

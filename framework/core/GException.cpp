@@ -42,6 +42,24 @@ private:
 std::atomic<long> NewHandlerGuard::sUsers{0};
 std::atomic<std::new_handler> NewHandlerGuard::sSaved{nullptr};
 
+/// Runs a step of building an exception. What is being reported matters more than a detail for which
+/// there is no memory.
+template <class Step>
+void Attempt(Step step) noexcept {
+    const NewHandlerGuard guard;
+    try {
+        step();
+    } catch (...) {
+        // The detail stays away.
+    }
+}
+
+std::unique_ptr<GString> CopyOf(const GString* text) noexcept {
+    std::unique_ptr<GString> copy;
+    if (text != nullptr) Attempt([&] { copy = std::make_unique<GString>(*text); });
+    return copy;
+}
+
 }  // namespace
 
 GException::GException() : GException(GExceptionID::cGeneral) {}
@@ -53,12 +71,7 @@ GException::GException(long id) : mExceptionID(static_cast<std::int32_t>(id)) {
 GException::~GException() = default;
 
 void GException::CaptureLocation() noexcept {
-    const NewHandlerGuard guard;
-    try {
-        mLocation = GExceptionLocation::GetLngDescription();
-    } catch (...) {
-        // What is being reported matters more than where it happened.
-    }
+    Attempt([this] { mLocation = GExceptionLocation::GetLngDescription(); });
 }
 
 GLngString GException::GetLngDescription() const {
@@ -105,16 +118,14 @@ const char* GMemoryException::what() const noexcept {
 
 GCustomException::GCustomException(long id) : GException(id) {}
 
-GCustomException::GCustomException(long id, const GString& text)
-    : GException(id), mText(std::make_unique<GString>(text)) {}
+GCustomException::GCustomException(long id, const GString& text) : GException(id), mText(CopyOf(&text)) {}
 
-GCustomException::GCustomException(const GCustomException& other)
-    : GException(other), mText(other.mText ? std::make_unique<GString>(*other.mText) : nullptr) {}
+GCustomException::GCustomException(const GCustomException& other) noexcept
+    : GException(other), mText(CopyOf(other.mText.get())) {}
 
-GCustomException& GCustomException::operator=(const GCustomException& other) {
-    std::unique_ptr<GString> text = other.mText ? std::make_unique<GString>(*other.mText) : nullptr;
+GCustomException& GCustomException::operator=(const GCustomException& other) noexcept {
     GException::operator=(other);
-    mText = std::move(text);
+    if (this != &other) mText = CopyOf(other.mText.get());
     return *this;
 }
 
@@ -127,12 +138,12 @@ GLngString GCustomException::GetLngDescription() const {
 GLngException::GLngException(const GLngString& description)
     : GException(description.GetID()), mDescription(description) {}
 
-GLngException::GLngException(long id, const GString& param) : GException(id), mDescription(id) {
-    mDescription.AddParam(param);
+GLngException::GLngException(long id, const GString& param) : GException(id) {
+    Attempt([&] { mDescription = GLngString(id).AddParam(param); });
 }
 
 GLngException::~GLngException() = default;
 
 GLngString GLngException::GetLngDescription() const {
-    return mDescription;
+    return mDescription.IsEmpty() ? GException::GetLngDescription() : mDescription;
 }

@@ -14,8 +14,10 @@ class GString;
 ///
 /// It carries a number, which is the key of its text in the string pools, and the description of
 /// what the throwing thread was doing (GExceptionLocation), taken when the exception is built. The
-/// copy taken then outlives the scope it describes. Building and copying an exception never fails:
-/// when memory runs out, it stays without a location. Exceptions are values; catch by reference.
+/// copy taken then outlives the scope it describes. Building and copying an exception, of any class
+/// here, never fails: when memory runs out, it stays without its location and without a text of its
+/// own, but with its number. Putting it into words does need memory: the calls that describe throw
+/// what running out of it throws. Exceptions are values; catch by reference.
 class QUILLON_EXPORT GException {
 public:
     /// A general exception, 2450.
@@ -81,8 +83,8 @@ class QUILLON_EXPORT GCustomException : public GException {
 public:
     explicit GCustomException(long id);
     GCustomException(long id, const GString& text);
-    GCustomException(const GCustomException& other);
-    GCustomException& operator=(const GCustomException& other);
+    GCustomException(const GCustomException& other) noexcept;
+    GCustomException& operator=(const GCustomException& other) noexcept;
     ~GCustomException() override;
 
     GLngString GetLngDescription() const override;

@@ -5,3 +5,9 @@
 #ifndef QUILLON_EXPORT
 #define QUILLON_EXPORT
 #endif
+
+/// The same for a class that stands whole in its header and of which every program takes a copy: a
+/// program that links the DLL's import library leaves it undefined.
+#ifndef QUILLON_EXPORT_INLINE
+#define QUILLON_EXPORT_INLINE
+#endif

@@ -50,18 +50,15 @@ DWORD64 CALLBACK GetModuleBase(HANDLE process, DWORD64 address) {
     return base;
 }
 
-void CaptureContext(CONTEXT& context) {
-    context = {};
-    context.ContextFlags = CONTEXT_FULL;
-    using Capture = void(WINAPI*)(CONTEXT*);
-    const HMODULE kernel = ::GetModuleHandleA("Kernel32.dll");
-    const auto capture =
-        reinterpret_cast<Capture>(reinterpret_cast<void*>(::GetProcAddress(kernel, "RtlCaptureContext")));
-    if (capture != nullptr) {
-        capture(&context);
-    } else {
-        ::GetThreadContext(::GetCurrentThread(), &context);
-    }
+using Capture = void(WINAPI*)(CONTEXT*);
+
+void WINAPI CaptureByThread(CONTEXT* context) {
+    ::GetThreadContext(::GetCurrentThread(), context);
+}
+
+Capture FindCapture() {
+    const FARPROC entry = ::GetProcAddress(::GetModuleHandleA("Kernel32.dll"), "RtlCaptureContext");
+    return entry != nullptr ? reinterpret_cast<Capture>(reinterpret_cast<void*>(entry)) : CaptureByThread;
 }
 
 STACKFRAME64 MakeFirstFrame(const CONTEXT& context) {
@@ -74,8 +71,10 @@ STACKFRAME64 MakeFirstFrame(const CONTEXT& context) {
 }
 
 long CollectAddresses(DWORD64 (&addresses)[PStackDump::cMaxFrames]) {
-    CONTEXT context;
-    CaptureContext(context);
+    CONTEXT context = {};
+    context.ContextFlags = CONTEXT_FULL;
+    // In this very frame: what was captured in one that has returned is overwritten by the walk.
+    FindCapture()(&context);
     STACKFRAME64 frame = MakeFirstFrame(context);
     long count = 0;
     while (count < PStackDump::cMaxFrames &&
@@ -109,7 +108,7 @@ void AppendSymbol(GBuffer& text, DWORD64 address) {
 }
 
 void AppendFrame(GBuffer& text, DWORD64 address) {
-    char number[32];
+    char number[32];  // eight digits at least; an address of 64 bits shows them all
     std::snprintf(number, sizeof number, "%8.8llX: ", static_cast<unsigned long long>(address));
     text += number;
     IMAGEHLP_MODULE64 module;

@@ -2,8 +2,13 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdlib>
+#include <functional>
+#include <initializer_list>
 #include <memory>
 #include <thread>
+#include <utility>
+#include <vector>
 
 #include "framework/core/GExceptionHandler.h"
 #include "framework/core/GExceptionLocation.h"
@@ -44,11 +49,25 @@ public:
 
 std::new_handler HungryLocation::sHandlerThen = nullptr;
 
+bool sNoMemory = false;
+
 void ProgramsOwnHandler() {
     FAIL() << "must not be asked while an exception is being built";
 }
 
 }  // namespace
+
+// Not inlined: the compiler would complain about a mismatch with free().
+[[gnu::noinline]] void* operator new(std::size_t size) {
+    void* const block = sNoMemory ? nullptr : std::malloc(size);
+    return block != nullptr ? block : throw std::bad_alloc();
+}
+[[gnu::noinline]] void operator delete(void* block) noexcept {
+    std::free(block);
+}
+[[gnu::noinline]] void operator delete(void* block, std::size_t) noexcept {
+    std::free(block);
+}
 
 TEST_F(GExceptionTest, HasTheMessagesOfAllPlatforms) {
     const struct {
@@ -74,17 +93,14 @@ TEST_F(GExceptionTest, HasTheMessagesOfAllPlatforms) {
          u"System error, contact your System Administrator: \"Error creating thread: permission denied\""},
         {40270, u"Random generator already initialised"},
     };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.id);
-        EXPECT_EQ(Plain(GSimpleException(row.id).GetDescription()), row.text);
-    }
+    for (const auto& row : rows) EXPECT_EQ(Plain(GSimpleException(row.id).GetDescription()), row.text);
     const GString helped = GSimpleException(40091).GetDescription();
     EXPECT_EQ(helped.Find("Internal error. Files are not locked. "), 0);
     GString none;
-    for (const long gap : {2449L, 2465L, 40080L, 40095L, 40208L, 40271L}) {
-        SCOPED_TRACE(gap);
-        EXPECT_FALSE(GStringPoolSupport::FindString(gap, none));
-    }
+    for (const long gap : {2449L, 2465L, 40080L, 40095L, 40208L, 40271L})
+        EXPECT_FALSE(GStringPoolSupport::FindString(gap, none)) << gap;
+    for (const long unknown : {40271L, -1L, 0x7FFFFFFFL})
+        EXPECT_EQ(Full(GSimpleException(unknown)), Plain(GString("Message ") + GString(unknown)));
 }
 
 TEST_F(GExceptionTest, EachClassHasItsNumberAndText) {
@@ -114,14 +130,8 @@ TEST_F(GExceptionTest, EachClassHasItsNumberAndText) {
         EXPECT_EQ(Plain(row.exception->GetDescription()), row.text);
         EXPECT_EQ(Full(*row.exception), row.text) << "no location, no colon";
     }
-}
-
-TEST_F(GExceptionTest, MemoryExceptionIsTheStandardOneToo) {
-    try {
-        throw GMemoryException();
-    } catch (const std::bad_alloc& exception) {
-        EXPECT_STREQ(exception.what(), "bad allocation");
-    }
+    const GMemoryException memory;
+    EXPECT_STREQ(static_cast<const std::bad_alloc&>(memory).what(), "bad allocation");
 }
 
 TEST_F(GExceptionTest, CopiesKeepTheirText) {
@@ -135,6 +145,26 @@ TEST_F(GExceptionTest, CopiesKeepTheirText) {
     EXPECT_EQ(assigned.GetExceptionID(), 40092);
     assigned = GCustomException(40093);
     EXPECT_EQ(Full(assigned), u"Internal error. The lock file is still in use.");
+    const std::u16string veryLong(1000000, u'x');
+    EXPECT_EQ(Full(GCustomException(GCustomException(1, Text(veryLong)))), veryLong);
+}
+
+TEST_F(GExceptionTest, IsBuiltAndCopiedWithItsNumberWhenThereIsNoMemory) {
+    const GString text = Text(u"own");
+    const GCustomException original(40092, text);
+    GCustomException assigned(2450, text);
+    sNoMemory = true;
+    const GCustomException custom(40092, text);
+    const GCustomException copy(original);
+    assigned = original;
+    const GLngException language(40101, text);
+    sNoMemory = false;
+    for (const GException* exception : std::initializer_list<const GException*>{&custom, &copy, &assigned}) {
+        EXPECT_EQ(exception->GetExceptionID(), 40092);
+        EXPECT_EQ(Full(*exception), u"Internal error. Could not lock.");
+    }
+    EXPECT_EQ(language.GetExceptionID(), 40101);
+    EXPECT_EQ(Full(language), u"Could not determine process number for %1");
 }
 
 TEST_F(GExceptionLocationTest, SaysWhatTheThreadWasDoing) {
@@ -145,33 +175,20 @@ TEST_F(GExceptionLocationTest, SaysWhatTheThreadWasDoing) {
               u"File or directory not found or incomplete path name");
 }
 
-TEST_F(GExceptionLocationTest, HasFourForms) {
-    {
-        const GExceptionLocation number(2454);
-        EXPECT_EQ(Full(GSimpleException(40068)), u"Could not read data from file: Invalid path");
-    }
+TEST_F(GExceptionLocationTest, HasFourFormsOfWhichTheInnermostIsShown) {
+    const GExceptionLocation number(2454);
+    EXPECT_EQ(Full(GSimpleException(40068)), u"Could not read data from file: Invalid path");
     {
         const GExceptionLocation text(Text(u"100% %1"));
         EXPECT_EQ(Full(GSimpleException(40068)), u"100% %1: Invalid path");
-    }
-    {
-        const GExceptionLocation path(Path(u"C:/dir/%1"));
-        EXPECT_EQ(Full(GSimpleException(40068)), u"C:\\dir\\%1: Invalid path");
-    }
-    {
+        GPathName path = Path(u"C:/dir/%1");
+        const GExceptionLocation where(path);
+        path = Path(u"C:/after");
+        EXPECT_EQ(Full(GSimpleException(40068)), u"C:\\dir\\%1: Invalid path") << "it keeps a copy";
         const GExceptionLocation empty((GString()));
         EXPECT_EQ(Full(GSimpleException(40068)), u"Invalid path");
     }
-    EXPECT_TRUE(GExceptionLocation::GetLngDescription().IsEmpty());
-}
-
-TEST_F(GExceptionLocationTest, ShowsTheInnermostOnly) {
-    const GExceptionLocation outer(Text(u"outer"));
-    {
-        const GExceptionLocation inner(Text(u"inner"));
-        EXPECT_EQ(Full(GSimpleException(40068)), u"inner: Invalid path");
-    }
-    EXPECT_EQ(Full(GSimpleException(40068)), u"outer: Invalid path");
+    EXPECT_EQ(Full(GSimpleException(40068)), u"Could not read data from file: Invalid path");
 }
 
 TEST_F(GExceptionLocationTest, ExceptionsOutliveTheirScope) {
@@ -186,13 +203,6 @@ TEST_F(GExceptionLocationTest, ExceptionsOutliveTheirScope) {
     EXPECT_EQ(Full(*kept), u"C:\\x: Invalid path");
 }
 
-TEST_F(GExceptionLocationTest, KeepsACopyOfWhatItWasGiven) {
-    GPathName path = Path(u"C:/before");
-    const GExceptionLocation where(path);
-    path = Path(u"C:/after");
-    EXPECT_EQ(Plain(GExceptionLocation::GetLngDescription().GetString()), u"C:\\before");
-}
-
 TEST_F(GExceptionLocationTest, IsReadInTheLanguageOfTheReader) {
     static constexpr GStringPoolRow cRows[] = {{2454, "Lesen"}, {40068, "Pfad"}};
     GStringPoolSupport::Register("deDE", "WinAnsiEncoding", cRows, 2);
@@ -205,16 +215,28 @@ TEST_F(GExceptionLocationTest, IsReadInTheLanguageOfTheReader) {
     GStringPoolSupport::Unregister(cRows);
 }
 
-TEST_F(GExceptionLocationTest, MayLeaveInAnyOrder) {
-    auto first = std::make_unique<GExceptionLocation>(Text(u"first"));
-    auto second = std::make_unique<GExceptionLocation>(Text(u"second"));
-    auto third = std::make_unique<GExceptionLocation>(Text(u"third"));
-    second.reset();
-    EXPECT_EQ(Plain(GExceptionLocation::GetLngDescription().GetString()), u"third");
-    third.reset();
-    EXPECT_EQ(Plain(GExceptionLocation::GetLngDescription().GetString()), u"first");
-    first.reset();
+TEST_F(GExceptionLocationTest, MayLeaveInAnyOrderFromAnyDepth) {
+    std::vector<std::unique_ptr<GExceptionLocation>> locations;
+    for (const char16_t* const text : {u"first", u"second", u"third"})
+        locations.push_back(std::make_unique<GExceptionLocation>(Text(text)));
+    locations[1].reset();
+    EXPECT_EQ(Full(GSimpleException(40068)), u"third: Invalid path");
+    locations[2].reset();
+    EXPECT_EQ(Full(GSimpleException(40068)), u"first: Invalid path");
+    for (int i = 0; i < 100000; ++i) locations.push_back(std::make_unique<GExceptionLocation>(2454));
+    for (; locations.size() > 1; locations.pop_back()) continue;
+    EXPECT_EQ(Full(GSimpleException(40068)), u"first: Invalid path");
+    locations.clear();
     EXPECT_TRUE(GExceptionLocation::GetLngDescription().IsEmpty());
+}
+
+TEST_F(GExceptionLocationTest, OneThatItsThreadHasLeftBehindIsNobodysElse) {
+    std::unique_ptr<GExceptionLocation> left;
+    std::thread([&left] { left = std::make_unique<GExceptionLocation>(Text(u"left behind")); }).join();
+    const GExceptionLocation here(Text(u"here"));
+    std::thread([] { EXPECT_EQ(Full(GSimpleException(40068)), u"Invalid path"); }).join();
+    left.reset();
+    EXPECT_EQ(Full(GSimpleException(40068)), u"here: Invalid path");
 }
 
 TEST_F(GExceptionLocationTest, EachThreadHasItsOwn) {
@@ -289,10 +311,9 @@ private:
     std::u16string& mNote;
 };
 
-/// What a handler does with something thrown; "on" when it is thrown on.
+/// What leaves a handler that is handed something thrown: "on" for the thing itself.
 template <class Thrown>
-std::string Dispatch(const Thrown& thrown) {
-    const NotingHandler handler;
+std::string Dispatch(const Thrown& thrown, const GExceptionHandler& handler) {
     try {
         try {
             throw thrown;
@@ -300,9 +321,18 @@ std::string Dispatch(const Thrown& thrown) {
             handler.Handle();
         }
     } catch (const Thrown&) {
-        return handler.mNote + "on";
+        return "on";
+    } catch (const long instead) {
+        return std::to_string(instead) + " instead";
     }
-    return handler.mNote;
+    return "";
+}
+
+template <class Thrown>
+std::string Dispatch(const Thrown& thrown) {
+    const NotingHandler handler;
+    const std::string left = Dispatch(thrown, handler);
+    return handler.mNote + left;
 }
 
 }  // namespace
@@ -316,12 +346,9 @@ TEST_F(GExceptionHandlerTest, DispatchesOnTheType) {
     EXPECT_EQ(Dispatch(GAbortException()), "on");
     EXPECT_EQ(Dispatch(std::bad_alloc()), "on");
     EXPECT_EQ(Dispatch(42), "on");
-}
-
-TEST_F(GExceptionHandlerTest, DoesNothingWithoutAnException) {
     const NotingHandler handler;
     handler.Handle();
-    EXPECT_EQ(handler.mNote, "");
+    EXPECT_EQ(handler.mNote, "") << "no exception to handle";
 }
 
 TEST_F(GExceptionHandlerTest, TheDefaultHandlerReportsTheFullDescription) {
@@ -329,40 +356,43 @@ TEST_F(GExceptionHandlerTest, TheDefaultHandlerReportsTheFullDescription) {
     GErrorReporter::SetInstance(new NotingReporter(note));
     const GExceptionLocation where(Text(u"here"));
     const GDefaultExceptionHandler handler;
-    handler.Handle(GSimpleException(40068));
-    EXPECT_EQ(note, u"here: Invalid path");
-    note.clear();
-    handler.Handle(GMemoryException());
-    EXPECT_EQ(note, u"Out of memory");
-    note.clear();
-    handler.Handle(GCustomException(2450, Text(u"own")));
-    EXPECT_EQ(note, u"here: own");
-    note.clear();
-    try {
-        throw GSimpleException(40067);
-    } catch (...) {
-        handler.Handle();
+    const struct {
+        std::function<void()> thrower;
+        std::u16string_view reported;
+    } rows[] = {
+        {[] { throw GSimpleException(40068); }, u"here: Invalid path"},
+        {[] { throw GMemoryException(); }, u"Out of memory"},
+        {[] { throw GCustomException(2450, Text(u"own")); }, u"here: own"},
+    };
+    for (const auto& row : rows) {
+        try {
+            row.thrower();
+        } catch (...) {
+            handler.Handle();
+        }
+        EXPECT_EQ(std::exchange(note, {}), row.reported);
     }
-    EXPECT_EQ(note, u"here: Path is not absolute");
-    note.clear();
-    EXPECT_THROW(
-        {
-            try {
-                throw GAbortException();
-            } catch (...) {
-                handler.Handle();
-            }
-        },
-        GAbortException);
+    EXPECT_EQ(Dispatch(GAbortException(), handler), "on");
     EXPECT_EQ(note, u"");
     GErrorReporter::SetInstance(nullptr);
     EXPECT_EQ(note, u"[gone]");
 }
 
+TEST_F(GExceptionHandlerTest, TheDefaultHandlersOverloadsMeetInOneThatMayBeReplacedAndMayThrow) {
+    class Translating : public GDefaultExceptionHandler {
+        using GDefaultExceptionHandler::Handle;
+        void Handle(const GException& exception) const override { throw exception.GetExceptionID(); }
+    };
+    const Translating handler;
+    EXPECT_EQ(Dispatch(GSimpleException(40068), handler), "40068 instead");
+    EXPECT_EQ(Dispatch(GMemoryException(), handler), "2451 instead");
+    EXPECT_FALSE(std::current_exception());
+}
+
 TEST_F(GExceptionHandlerTest, TheReporterIsReplacedAndOwned) {
     GErrorReporter* const silent = GErrorReporter::GetInstance();
-    ASSERT_NE(silent, nullptr);
     silent->Report(Text(u"nobody hears"));
+    GErrorReporter::SetInstance(silent);
     EXPECT_EQ(GErrorReporter::GetInstance(), silent);
     std::u16string note;
     auto* const own = new NotingReporter(note);

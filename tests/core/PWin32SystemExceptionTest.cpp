@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdint>
 #include <string>
 
 #include "framework/core/GDebugSupport.h"
@@ -12,8 +13,6 @@
 #include "platform/win32/PWin32Api.h"
 
 namespace {
-
-constexpr long cUnknownCode = 0x2000BEEF;
 
 /// What the system itself says, whole; empty when it has no text, with the reason as last error.
 std::wstring SystemText(long code, DWORD language) {
@@ -61,11 +60,14 @@ TEST(PWin32SystemException, SaysItInTheUsersLanguageWhenTheProgramDoesNotSpeakEn
 }
 
 TEST(PWin32SystemException, SaysSoWhenTheSystemHasNoText) {
-    ASSERT_EQ(SystemText(cUnknownCode, 2048), L"");
-    const std::string reason = std::to_string(::GetLastError());
-    EXPECT_EQ(Description(cUnknownCode),
-              u"Get system error string for error code 536919791 failed with error code " +
-                  std::u16string(reason.begin(), reason.end()));
+    // Of the last one the system has a text, but with a place that nobody can fill.
+    for (const long code : {0x2000BEEFL, 3003L, -5L, 193L}) {
+        ASSERT_EQ(SystemText(code, 2048), L"");
+        const std::string reason = std::to_string(::GetLastError());
+        const std::string expected = "Get system error string for error code " + std::to_string(code) +
+                                     " failed with error code " + reason;
+        EXPECT_EQ(Description(code), std::u16string(expected.begin(), expected.end()));
+    }
 }
 
 TEST(PWin32SystemException, StandsBehindItsLocation) {
@@ -74,16 +76,13 @@ TEST(PWin32SystemException, StandsBehindItsLocation) {
               u"C:\\x: " + WithoutLineEnd(SystemText(5, 1033)));
 }
 
-TEST(PWin32SystemException, ChecksResults) {
+TEST(PWin32SystemException, ChecksResultsAndHandles) {
+    int object = 0;
     EXPECT_NO_THROW(PWin32SystemException::CheckForErrors(1));
     EXPECT_NO_THROW(PWin32SystemException::CheckForErrors(-1));
+    EXPECT_NO_THROW(PWin32SystemException::CheckHandle(&object));
     ::SetLastError(1234);
     EXPECT_EQ(CodeThrownBy([] { PWin32SystemException::CheckForErrors(0); }), 1234);
-}
-
-TEST(PWin32SystemException, ChecksHandles) {
-    int object = 0;
-    EXPECT_NO_THROW(PWin32SystemException::CheckHandle(&object));
     ::SetLastError(2);
     EXPECT_EQ(CodeThrownBy([] { PWin32SystemException::CheckHandle(nullptr); }), 2);
     ::SetLastError(3);
@@ -102,16 +101,45 @@ TEST(PWin32StackDump, NamesTheCallersModules) {
     EXPECT_EQ(dump.find(u"Error: "), std::u16string::npos);
 }
 
-TEST(PWin32StackDump, StartsEachFrameWithItsAddress) {
+/// How many frames the dump shows below `depth` calls of this function; each starts with an address.
+__attribute__((noinline)) long CountFramesBelow(int depth) {
+    if (depth > 0) {
+        const volatile long frames = CountFramesBelow(depth - 1);
+        return frames;
+    }
     std::u16string dump = Plain(GDebugSupport::GetStackDump());
     dump.erase(0, dump.find(u'\n') + 1);
     long frames = 0;
     for (; !dump.starts_with(u"==="); dump.erase(0, dump.find(u'\n') + 1), ++frames) {
         const auto colon = dump.find(u": ");
-        ASSERT_NE(colon, dump.npos);
         EXPECT_GE(colon, 8u);
         EXPECT_EQ(dump.find_first_not_of(u"0123456789ABCDEF"), colon);
     }
+    return frames;
+}
+
+TEST(PWin32StackDump, ShowsEveryFrameUpTo1024) {
+    const long frames = CountFramesBelow(0);
     EXPECT_GE(frames, 3);
-    EXPECT_LE(frames, 1024);
+    EXPECT_EQ(CountFramesBelow(100), frames + 100);
+    EXPECT_EQ(CountFramesBelow(1100), 1024);
+}
+
+/// The frames of a stack that does not lead back: a caller's address is overwritten meanwhile.
+__attribute__((noinline)) long CountFramesOfABrokenStack(std::uintptr_t garbage) {
+    void* volatile* const callers = static_cast<void* volatile*>(__builtin_frame_address(0)) + 1;
+    void* const caller = __builtin_return_address(0);
+    EXPECT_EQ(*callers, caller);
+    *callers = reinterpret_cast<void*>(garbage);
+    const long frames = CountFramesBelow(0);
+    *callers = caller;
+    return frames;
+}
+
+TEST(PWin32StackDump, EndsWhereTheStackIsBroken) {
+    for (const std::uintptr_t garbage :
+         {std::uintptr_t{0}, std::uintptr_t{1}, UINTPTR_MAX / 2, UINTPTR_MAX}) {
+        SCOPED_TRACE(garbage);
+        EXPECT_GE(CountFramesOfABrokenStack(garbage), 2);
+    }
 }

@@ -29,7 +29,7 @@ foreign=$(printf '%s\n' "$names" |
 [ -z "$foreign" ] || complain "exported from a library: $foreign"
 
 # Each class that a header marks for export has a function or table among the exports.
-for class in $(sed -n 's/^\(class\|struct\) QUILLON_EXPORT \([A-Za-z0-9]*\).*/\2/p' \
+for class in $(sed -n 's/^\(class\|struct\) QUILLON_EXPORT\(_INLINE\)\? \([A-Za-z0-9]*\).*/\3/p' \
     "$root"/framework/*.h "$root"/framework/*/*.h); do
     # All of this one is inline.
     [ "$class" != GFastAllocatable ] || continue
