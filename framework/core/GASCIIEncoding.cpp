@@ -16,7 +16,7 @@ constinit GEncodingSingleton<GASCIIEncoding> sInstance;
 
 long NarrowToASCII(const GBuffer& utf16, GBuffer& out) {
     const auto length = static_cast<std::size_t>(utf16.GetLength()) / 2;
-    GBuffer result = MakeEncodingOutput(static_cast<long>(length));
+    GBuffer result = MakeEncodingOutput(length);
     unsigned char* bytes = result.GetWritePtr();
     long code = GEncoding::cConverted;
     for (std::size_t i = 0; i < length; ++i) {
@@ -51,7 +51,7 @@ long GASCIIEncoding::ConvertFrom(const GBuffer& bytes, const GEncoding* source, 
 
 long GASCIIEncoding::ConvertTo(const GBuffer& bytes, const GUnicodeEncoding*, GBuffer& out) const {
     const auto length = static_cast<std::size_t>(bytes.GetLength());
-    GBuffer result = MakeEncodingOutput(2 * bytes.GetLength());
+    GBuffer result = MakeEncodingOutput(2 * length);
     unsigned char* units = result.GetWritePtr();
     long code = cConverted;
     for (std::size_t i = 0; i < length; ++i) {

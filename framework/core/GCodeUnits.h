@@ -2,11 +2,9 @@
 
 #include <emmintrin.h>
 
-#include <bit>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
-#include <utility>
 
 /// GCodeUnits: the inner loops of text conversion, over plain memory.
 ///
@@ -28,7 +26,9 @@ struct GCodeUnits {
         _mm_storeu_si128(reinterpret_cast<__m128i*>(bytes), value);
     }
 
-    // The next five convert a block of some kind; false, with the output undefined, when it is of another.
+    static constexpr std::size_t cLongBlock = 64;
+
+    // The next four convert a block of some kind; false, with the output undefined, when it is of another.
     // Callers go on one by one then.
 
     /// 16 bytes below `Limit`, which is 0x80 at most, to 16 units.
@@ -54,83 +54,36 @@ struct GCodeUnits {
             _mm_setzero_si128()));
     }
 
-    /// UTF-8 sequences of one and two bytes that begin in 16 of 17 readable bytes, to room for 16 units.
-    /// Adds how many bytes were read (16 or 17) and how many units were written.
-    static bool ReadMixedBlock(const unsigned char* bytes, unsigned char* units, std::size_t& read,
-                               std::size_t& written) noexcept {
-        const __m128i vector = LoadVector(bytes);
-        const __m128i next = LoadVector(bytes + 1);
-        const __m128i isLead = HasBits(vector, 0xE0, 0xC0);
-        const std::uint32_t ascii = ~MaskOf(vector) & 0xFFFF;
-        const std::uint32_t leads = MaskOf(isLead);
-        const std::uint32_t continuations = MaskOf(HasBits(vector, 0xC0, 0x80));
-        // Each lead byte has a continuation byte behind it, the last one perhaps beyond the block, and
-        // nothing else has.
-        if ((ascii | leads | continuations) != 0xFFFF || continuations != (leads << 1 & 0xFFFF) ||
-            (leads & ~MaskOf(HasBits(next, 0xC0, 0x80))) != 0)
-            return false;
-        // What would begin at every byte goes to the place that those before it leave: what does not
-        // begin there is overwritten by the next. No branch depends on the text.
-        const __m128i zero = _mm_setzero_si128();
-        const __m128i isStart = _mm_andnot_si128(HasBits(vector, 0xC0, 0x80), _mm_set1_epi8(1));
-        const auto low = SumUp(static_cast<std::uint64_t>(_mm_cvtsi128_si64(isStart)));
-        const auto high =
-            SumUp(static_cast<std::uint64_t>(_mm_cvtsi128_si64(_mm_unpackhi_epi64(isStart, isStart))));
-        StoreAtPlaces<2>(ReadOneOrTwo(_mm_unpacklo_epi8(vector, zero), _mm_unpacklo_epi8(next, zero),
-                                      _mm_unpacklo_epi8(isLead, isLead)),
-                         low << 8, units, std::make_index_sequence<8>());
-        StoreAtPlaces<2>(ReadOneOrTwo(_mm_unpackhi_epi8(vector, zero), _mm_unpackhi_epi8(next, zero),
-                                      _mm_unpackhi_epi8(isLead, isLead)),
-                         high << 8, units + 2 * (low >> 56), std::make_index_sequence<8>());
-        read += 16 + (leads >> 15);
-        written += (low >> 56) + (high >> 56);
-        return true;
+    /// cLongBlock bytes below 0x80 to as many units.
+    static bool WidenLongBlock(const unsigned char* bytes, unsigned char* units) noexcept {
+        __m128i any = _mm_setzero_si128();
+        for (std::size_t i = 0; i < cLongBlock; i += 16) {
+            const __m128i vector = LoadVector(bytes + i);
+            StoreVector(units + 2 * i, _mm_unpacklo_epi8(vector, _mm_setzero_si128()));
+            StoreVector(units + 2 * i + 16, _mm_unpackhi_epi8(vector, _mm_setzero_si128()));
+            any = _mm_or_si128(any, vector);
+        }
+        return _mm_movemask_epi8(any) == 0;
     }
 
-    /// 4 UTF-8 sequences of three bytes, of 16 readable bytes, to 4 units.
-    static bool ReadThreeByteBlock(const unsigned char* bytes, unsigned char* units) noexcept {
-        const __m128i triples =
-            _mm_set_epi32(LoadInt(bytes + 9), LoadInt(bytes + 6), LoadInt(bytes + 3), LoadInt(bytes));
-        const __m128i high = _mm_slli_epi32(triples, 12);
-        const __m128i middle = _mm_and_si128(_mm_srli_epi32(triples, 2), _mm_set1_epi32(0x0FC0));
-        const __m128i low = _mm_and_si128(_mm_srli_epi32(triples, 16), _mm_set1_epi32(0x003F));
-        // Sign-extended, a unit survives packing with signed saturation.
-        const __m128i values = _mm_or_si128(_mm_or_si128(high, middle), low);
-        const __m128i extended = _mm_srai_epi32(_mm_slli_epi32(values, 16), 16);
-        _mm_storel_epi64(reinterpret_cast<__m128i*>(units), _mm_packs_epi32(extended, extended));
-        return AreAll(
-            _mm_cmpeq_epi32(_mm_and_si128(triples, _mm_set1_epi32(0x00C0C0F0)), _mm_set1_epi32(0x008080E0)));
-    }
-
-    /// 8 units below 0x800 to UTF-8, in room for 16 bytes. Adds how many bytes were written.
-    static bool WriteMixedBlock(const unsigned char* units, unsigned char* bytes,
-                                std::size_t& written) noexcept {
-        const __m128i vector = LoadVector(units);
-        if (!AreAll(NotAbove(vector, 0x7FF))) return false;
-        const __m128i lead = _mm_or_si128(_mm_srli_epi16(vector, 6), Lanes(0x80C0));
-        const __m128i next = _mm_slli_epi16(_mm_and_si128(vector, Lanes(0x3F)), 8);
-        const __m128i isOne = NotAbove(vector, 0x7F);
-        const __m128i isOneByte = _mm_packs_epi16(isOne, isOne);
-        const __m128i lengths = _mm_add_epi8(isOneByte, _mm_set1_epi8(2));
-        const std::uint64_t sums = SumUp(static_cast<std::uint64_t>(_mm_cvtsi128_si64(lengths)));
-        StoreAtPlaces<1>(Select(isOne, vector, _mm_or_si128(lead, next)), sums << 8, bytes,
-                         std::make_index_sequence<8>());
-        written += sums >> 56;
-        return true;
-    }
-
-    /// 8 units from 0x800 on to 24 bytes of UTF-8, in room for 26.
-    static bool WriteThreeByteBlock(const unsigned char* units, unsigned char* bytes) noexcept {
-        const __m128i vector = LoadVector(units);
-        WriteTriples(_mm_unpacklo_epi16(vector, _mm_setzero_si128()), bytes);
-        WriteTriples(_mm_unpackhi_epi16(vector, _mm_setzero_si128()), bytes + 12);
-        return AreAll(InRange(vector, 0x800, 0xFFFF));
+    /// cLongBlock units below 0x80 to as many bytes.
+    static bool NarrowLongBlock(const unsigned char* units, unsigned char* bytes) noexcept {
+        __m128i any = _mm_setzero_si128();
+        for (std::size_t i = 0; i < cLongBlock; i += 16) {
+            const __m128i low = LoadVector(units + 2 * i);
+            const __m128i high = LoadVector(units + 2 * i + 16);
+            StoreVector(bytes + i, _mm_packus_epi16(low, high));
+            any = _mm_or_si128(any, _mm_or_si128(low, high));
+        }
+        return AreAll(NotAbove(any, 0x7F));
     }
 
     /// Widens the leading bytes below 0x80; returns how many were. `units` takes as many as `bytes`.
     static std::size_t WidenASCII(const unsigned char* bytes, std::size_t length,
                                   unsigned char* units) noexcept {
         std::size_t done = 0;
+        while (length - done >= cLongBlock && WidenLongBlock(bytes + done, units + 2 * done))
+            done += cLongBlock;
         while (length - done >= 16 && WidenBlock(bytes + done, units + 2 * done)) done += 16;
         for (; done < length && bytes[done] < 0x80; ++done) Store(units, done, bytes[done]);
         return done;
@@ -140,7 +93,8 @@ struct GCodeUnits {
     static std::size_t NarrowASCII(const unsigned char* units, std::size_t length,
                                    unsigned char* bytes) noexcept {
         std::size_t done = 0;
-        while (length - done >= 32 && NarrowTwoBlocks(units + 2 * done, bytes + done)) done += 32;
+        while (length - done >= cLongBlock && NarrowLongBlock(units + 2 * done, bytes + done))
+            done += cLongBlock;
         while (length - done >= 16 && NarrowBlock(units + 2 * done, bytes + done)) done += 16;
         for (; done < length && Load(units, done) < 0x80; ++done)
             bytes[done] = static_cast<unsigned char>(Load(units, done));
@@ -201,71 +155,6 @@ private:
 
     static __m128i NotAbove(__m128i vector, std::uint16_t limit) noexcept {
         return _mm_cmpeq_epi16(_mm_subs_epu16(vector, Lanes(limit)), _mm_setzero_si128());
-    }
-
-    static std::uint32_t MaskOf(__m128i bytes) noexcept {
-        return static_cast<std::uint32_t>(_mm_movemask_epi8(bytes));
-    }
-
-    // Each of eight small numbers in bytes plus all below it.
-    static std::uint64_t SumUp(std::uint64_t bytes) noexcept { return bytes * 0x0101010101010101; }
-
-    // Stores eight lanes of 16 bits, each at its byte's place, counted in steps of `Step` bytes.
-    template <std::size_t Step, std::size_t... Lane>
-    static void StoreAtPlaces(__m128i lanes, std::uint64_t places, unsigned char* out,
-                              std::index_sequence<Lane...>) noexcept {
-        (Store(out + Step * (places >> 8 * Lane & 0xFF), 0,
-               static_cast<std::uint16_t>(_mm_extract_epi16(lanes, Lane))),
-         ...);
-    }
-
-    static __m128i Select(__m128i condition, __m128i yes, __m128i no) noexcept {
-        return _mm_or_si128(_mm_and_si128(condition, yes), _mm_andnot_si128(condition, no));
-    }
-
-    static __m128i HasBits(__m128i bytes, int mask, int bits) noexcept {
-        return _mm_cmpeq_epi8(_mm_and_si128(bytes, _mm_set1_epi8(static_cast<char>(mask))),
-                              _mm_set1_epi8(static_cast<char>(bits)));
-    }
-
-    static __m128i ReadOneOrTwo(__m128i first, __m128i second, __m128i isLead) noexcept {
-        const __m128i high = _mm_slli_epi16(_mm_and_si128(first, Lanes(0x1F)), 6);
-        return Select(isLead, _mm_or_si128(high, _mm_and_si128(second, Lanes(0x3F))), first);
-    }
-
-    static int LoadInt(const unsigned char* bytes) noexcept {
-        int value;
-        std::memcpy(&value, bytes, sizeof value);
-        return value;
-    }
-
-    static bool NarrowTwoBlocks(const unsigned char* units, unsigned char* bytes) noexcept {
-        const __m128i a = LoadVector(units);
-        const __m128i b = LoadVector(units + 16);
-        const __m128i c = LoadVector(units + 32);
-        const __m128i d = LoadVector(units + 48);
-        StoreVector(bytes, _mm_packus_epi16(a, b));
-        StoreVector(bytes + 16, _mm_packus_epi16(c, d));
-        const __m128i any = _mm_or_si128(_mm_or_si128(a, b), _mm_or_si128(c, d));
-        return AreAll(NotAbove(any, 0x7F));
-    }
-
-    // Four lanes of 32 bits with a unit each, as sequences of three bytes.
-    static void WriteTriples(__m128i units, unsigned char* bytes) noexcept {
-        const __m128i lead = _mm_srli_epi32(units, 12);
-        const __m128i middle = _mm_and_si128(_mm_slli_epi32(units, 2), _mm_set1_epi32(0x3F00));
-        const __m128i last = _mm_and_si128(_mm_slli_epi32(units, 16), _mm_set1_epi32(0x3F0000));
-        const __m128i triples =
-            _mm_or_si128(_mm_or_si128(lead, middle), _mm_or_si128(last, _mm_set1_epi32(0x008080E0)));
-        StoreTriples(bytes, _mm_cvtsi128_si64(triples));
-        StoreTriples(bytes + 6, _mm_cvtsi128_si64(_mm_unpackhi_epi64(triples, triples)));
-    }
-
-    // Two lanes of 32 bits with three bytes each, closed up; two bytes more are written.
-    static void StoreTriples(unsigned char* bytes, long long lanes) noexcept {
-        const auto value = static_cast<std::uint64_t>(lanes);
-        const std::uint64_t triples = (value & 0xFFFFFF) | (value >> 8 & 0xFFFFFF000000);
-        std::memcpy(bytes, &triples, sizeof triples);
     }
 
     static std::size_t SumOfLanes(__m128i lanes) noexcept {

@@ -20,7 +20,9 @@ class GWinAnsiEncoding;
 /// What an encoding cannot represent becomes the default character, '@' unless it was changed.
 ///
 /// Conversions are const and may run on any thread. The output may be the same buffer as the input.
-/// A missing source or target (null) gives an empty output and the result cConverted.
+/// A missing source or target (null) gives an empty output and the result cConverted; a target of
+/// Unicode only chooses the overload and is not looked at. A call that throws, for want of memory,
+/// leaves its output as it was.
 class QUILLON_EXPORT GEncoding : public GThreadSafeRefCount {
 public:
     /// What a conversion reports.

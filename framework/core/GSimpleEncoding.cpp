@@ -57,14 +57,15 @@ void GSimpleEncoding::AddMapping(unsigned char code, unsigned short unicode) {
 
 void GSimpleEncoding::AddMapping(unsigned char code, const GBuffer& glyphName, const GCharCode& unicode,
                                  bool convertsBack) {
-    Mapping& mapping = mMappings[code];
-    const GCharCode old = mapping.units;
-    mapping.units = GCharCode(unicode.GetPtr(), 2 * unicode.GetUnitCount());
-    mapping.glyphName = glyphName;
-    mapping.convertsBack = convertsBack && mapping.units.GetUnitCount() == 1;
-    mDirect[code] = mapping.units.GetUnitCount() == 1 ? cIsUnit | mapping.units.GetUnit() : 0;
-    if (!old.IsEmpty()) RefreshReverse(old.GetUnit());
+    const bool isUnit = unicode.GetUnitCount() == 1;
+    Mapping mapping{GCharCode(unicode.GetPtr(), 2 * unicode.GetUnitCount()), glyphName,
+                    convertsBack && isUnit};
+    if (mapping.convertsBack) EnsurePage(unicode.GetUnit());
+    // From here on nothing fails: what was replaced has its page if it converted back.
+    std::swap(mMappings[code], mapping);
+    mDirect[code] = isUnit ? cIsUnit | unicode.GetUnit() : 0;
     if (mapping.convertsBack) RefreshReverse(mapping.units.GetUnit());
+    if (mMappings[code].convertsBack) RefreshReverse(unicode.GetUnit());
     RefreshFlags();
 }
 
@@ -72,13 +73,15 @@ bool GSimpleEncoding::HasMapping(unsigned char code) const {
     return !mMappings[code].units.IsEmpty();
 }
 
-void GSimpleEncoding::RefreshReverse(unsigned short unit) {
+void GSimpleEncoding::EnsurePage(unsigned short unit) {
     std::uint16_t& page = mPageOfHighByte[unit >> 8];
-    if (page == 0) {
-        mPages.emplace_back();
-        page = static_cast<std::uint16_t>(mPages.size() - 1);
-    }
-    mPages[page][unit & 0xFF] = FindLowestCode(unit);
+    if (page != 0) return;
+    mPages.emplace_back();
+    page = static_cast<std::uint16_t>(mPages.size() - 1);
+}
+
+void GSimpleEncoding::RefreshReverse(unsigned short unit) {
+    mPages[mPageOfHighByte[unit >> 8]][unit & 0xFF] = FindLowestCode(unit);
 }
 
 std::uint16_t GSimpleEncoding::FindLowestCode(unsigned short unit) const {
@@ -104,7 +107,7 @@ long GSimpleEncoding::ConvertTo(const GBuffer& bytes, const GUnicodeEncoding*, G
 
 long GSimpleEncoding::ConvertUnits(const unsigned char* bytes, long length, GBuffer& out) const {
     const auto count = static_cast<std::size_t>(length);
-    GBuffer result = MakeEncodingOutput(2 * length);
+    GBuffer result = MakeEncodingOutput(2 * count);
     unsigned char* units = result.GetWritePtr();
     const std::uint32_t* direct = mDirect.data();
     const bool isASCIIBelow0x7F = mIsASCIIBelow0x7F;
@@ -133,8 +136,8 @@ long GSimpleEncoding::ConvertUnits(const unsigned char* bytes, long length, GBuf
 }
 
 long GSimpleEncoding::ConvertSequences(const unsigned char* bytes, long length, GBuffer& out) const {
-    GBuffer result;
-    result.Allocate(2 * length);
+    GBuffer result = MakeEncodingOutput(2 * static_cast<std::size_t>(length));
+    result.Clear();
     long code = cConverted;
     for (long i = 0; i < length; ++i) {
         const GCharCode& units = mMappings[bytes[i]].units;
@@ -152,7 +155,7 @@ long GSimpleEncoding::ConvertSequences(const unsigned char* bytes, long length, 
 long GSimpleEncoding::ConvertFromUnicode(const GBuffer& utf16, GBuffer& out) const {
     const unsigned char* units = utf16.GetRawData();
     const auto count = static_cast<std::size_t>(utf16.GetLength()) / 2;
-    GBuffer result = MakeEncodingOutput(static_cast<long>(count));
+    GBuffer result = MakeEncodingOutput(count);
     unsigned char* bytes = result.GetWritePtr();
     const ReversePage* pages = mPages.data();
     const std::uint16_t* pageOfHighByte = mPageOfHighByte.data();

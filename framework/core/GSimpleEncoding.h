@@ -60,6 +60,7 @@ private:
     };
     using ReversePage = std::array<std::uint16_t, 256>;
 
+    void EnsurePage(unsigned short unit);
     void RefreshReverse(unsigned short unit);
     void RefreshFlags();
     std::uint16_t FindLowestCode(unsigned short unit) const;

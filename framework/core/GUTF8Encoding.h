@@ -6,9 +6,9 @@
 /// GUTF8Encoding: UTF-8 in one to three bytes a UTF-16 unit.
 ///
 /// A surrogate is written, and read, on its own as three bytes; a sequence of four bytes is invalid.
-/// Reading accepts overlong forms. A zero byte is read as U+0000 with the result cReplaced. Invalid
-/// input (result cInvalid) stops the reading; what stands before it has been converted. Writing
-/// writes nothing when the source's own bytes are invalid.
+/// Reading accepts overlong forms and takes a byte-order mark for the character U+FEFF. A zero byte is read
+/// as U+0000 with the result cReplaced. Invalid input (result cInvalid) stops the reading; what stands before
+/// it has been converted. Writing writes nothing when the source's own bytes are invalid.
 class QUILLON_EXPORT GUTF8Encoding : public GEncoding {
 public:
     /// The shared instance, made on first use; valid until SetInstance or the framework's end.

@@ -37,7 +37,8 @@ struct UnitRange {
     std::uint16_t first;
     std::uint16_t last;
 };
-constexpr UnitRange cMarkRanges[] = {{0x0300, 0x0345}, {0x0653, 0x11C2}, {0x1B35, 0x1B35}, {0x3099, 0x309A}};
+constexpr UnitRange cMarkRanges[] = {{0x0300, 0x0345}, {0x0653, 0x1B35}, {0x3099, 0x309A}};
+constexpr std::size_t cRangeCount = std::size(cMarkRanges);
 
 constexpr std::uint16_t cMarkLimit = 0x3100;
 
@@ -79,24 +80,38 @@ std::uint16_t ComposeHangul(std::uint16_t base, std::uint16_t mark) {
     return 0;
 }
 
-bool MayHoldMark(__m128i vector) {
+__m128i Lanes(int unit) {
+    return _mm_set1_epi16(static_cast<short>(unit));
+}
+
+constexpr std::size_t cLongBlock = 64;
+constexpr std::size_t cShortBlock = 8;
+
+// Whether any unit of a block lies in a range. Counted from the start of a range, which is the least
+// of signed numbers, the units in the range are the first ones: the least unit tells for all.
+template <std::size_t Length>
+bool MayHoldMark(const unsigned char* units) {
+    __m128i least[cRangeCount];
+    std::ranges::fill(least, Lanes(0x7FFF));
+    for (std::size_t i = 0; i < Length; i += 8) {
+        const __m128i vector = GCodeUnits::LoadVector(units + 2 * i);
+        for (std::size_t range = 0; range < cRangeCount; ++range) {
+            const __m128i fromFirst = _mm_add_epi16(vector, Lanes(0x8000 - cMarkRanges[range].first));
+            least[range] = _mm_min_epi16(least[range], fromFirst);
+        }
+    }
     __m128i found = _mm_setzero_si128();
-    for (const UnitRange& range : cMarkRanges)
-        found = _mm_or_si128(found, GCodeUnits::InRange(vector, range.first, range.last));
+    for (std::size_t range = 0; range < cRangeCount; ++range) {
+        const int length = cMarkRanges[range].last - cMarkRanges[range].first + 1;
+        found = _mm_or_si128(found, _mm_cmpgt_epi16(Lanes(0x8000 + length), least[range]));
+    }
     return _mm_movemask_epi8(found) != 0;
 }
 
-// The one range that holds all others tells for text in Latin letters, and for ideographs, at once
-// that there is no mark.
-bool MayHoldMark(const unsigned char* units) {
-    constexpr std::uint16_t cFirst = std::begin(cMarkRanges)->first;
-    constexpr std::uint16_t cLast = (std::end(cMarkRanges) - 1)->last;
-    const auto isInRange = [units](int index) {
-        return GCodeUnits::InRange(GCodeUnits::LoadVector(units + 16 * index), cFirst, cLast);
-    };
-    const __m128i found =
-        _mm_or_si128(_mm_or_si128(isInRange(0), isInRange(1)), _mm_or_si128(isInRange(2), isInRange(3)));
-    return _mm_movemask_epi8(found) != 0;
+// A block of another length is looked at in any case.
+bool MayHoldMark(const unsigned char* units, std::size_t length) {
+    if (length == cLongBlock) return MayHoldMark<cLongBlock>(units);
+    return length != cShortBlock || MayHoldMark<cShortBlock>(units);
 }
 
 // Position of the first unit from `position` to before `end` that composes with its predecessor.
@@ -121,22 +136,17 @@ std::uint16_t GUnicodeComposition::Compose(std::uint16_t base, std::uint16_t mar
 }
 
 std::size_t GUnicodeComposition::FindFirst(const unsigned char* units, std::size_t length) noexcept {
-    constexpr std::size_t cStep = 8;
-    constexpr std::size_t cStride = 4 * cStep;
-    std::size_t position = 0;
-    while (length - position >= cStep) {
-        const unsigned char* from = units + 2 * position;
-        if (length - position >= cStride && !MayHoldMark(from)) {
-            position += cStride;
-            continue;
+    for (std::size_t position = 0; position < length;) {
+        const std::size_t left = length - position;
+        const std::size_t block = left >= cLongBlock ? cLongBlock : std::min(left, cShortBlock);
+        const std::size_t end = position + block;
+        if (MayHoldMark(units + 2 * position, block)) {
+            const std::size_t found = FindOneByOne(units, position, end);
+            if (found < end) return found;
         }
-        if (MayHoldMark(GCodeUnits::LoadVector(from))) {
-            const std::size_t found = FindOneByOne(units, position, position + cStep);
-            if (found < position + cStep) return found;
-        }
-        position += cStep;
+        position = end;
     }
-    return FindOneByOne(units, position, length);
+    return length;
 }
 
 std::size_t GUnicodeComposition::ComposeFrom(unsigned char* units, std::size_t length,

@@ -151,6 +151,6 @@ GBuffer& GUnicodeEncoding::EnsureComposedUnicode(GBuffer& utf16) const {
     const std::size_t first = GUnicodeComposition::FindFirst(utf16.GetRawData(), length);
     if (first == length) return utf16;
     const std::size_t composed = GUnicodeComposition::ComposeFrom(utf16.GetWritePtr(), length, first);
-    utf16.SetLength(static_cast<long>(2 * composed));
+    utf16.Remove(static_cast<long>(2 * composed), static_cast<long>(2 * (length - composed)));
     return utf16;
 }

@@ -49,7 +49,7 @@ public:
     /// character, as far as Unicode has one (canonical composition; Hangul letters become
     /// syllables). Marks are taken in the order in which they stand, without reordering; a mark that
     /// does not compose stays and ends its base's turn. Linear time. Text in which nothing composes
-    /// is left untouched and uncopied. Returns `utf16`.
+    /// is left untouched and uncopied, an odd last byte where it is. Returns `utf16`.
     virtual GBuffer& EnsureComposedUnicode(GBuffer& utf16) const;
 
     static const GBuffer sDescription;

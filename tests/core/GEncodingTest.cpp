@@ -178,7 +178,7 @@ TEST(GEncoding, EveryMappedByteComesBack) {
     }
 }
 
-// The fast paths work on blocks of 16 elements: a special element must be met at each place in one.
+// The fast paths work on blocks of 16 and 64 elements: a special element must be met at each place in one.
 TEST(GEncoding, ASpecialElementIsFoundAtEveryPlaceOfALongText) {
     const struct {
         const char* what;
@@ -195,8 +195,8 @@ TEST(GEncoding, ASpecialElementIsFoundAtEveryPlaceOfALongText) {
         {"UTF-8 zero", GUTF8Encoding::GetInstance(), "\0"sv, u"\0"sv, 2},
     };
     for (const auto& row : rows) {
-        for (std::size_t before = 0; before < 40; ++before) {
-            for (const std::size_t after : {0u, 1u, 15u, 16u, 17u}) {
+        for (std::size_t before = 0; before < 84; ++before) {
+            for (const std::size_t after : {0u, 1u, 17u, 66u}) {
                 SCOPED_TRACE(testing::Message()
                              << row.what << ", " << before << " before, " << after << " after");
                 const std::string text =

@@ -70,10 +70,10 @@ TEST(GUnicodeEncoding, ComposesBasesWithMarks) {
     }
 }
 
-// Units are looked at in groups of eight: a pair may lie in one group or across two.
+// Units are looked at in groups of 8 and 64: a pair may lie in one group or across two.
 TEST(GUnicodeEncoding, FindsAPairAtEveryPlace) {
-    for (std::size_t before = 0; before < 20; ++before) {
-        for (const std::size_t after : {0u, 1u, 7u, 8u, 9u}) {
+    for (std::size_t before = 0; before < 75; ++before) {
+        for (const std::size_t after : {0u, 1u, 7u, 8u, 63u, 64u}) {
             const std::u16string head(before, u'\u4E00');
             const std::u16string tail(after, u'\u0416');
             EXPECT_EQ(Compose(head + u"e\u0301" + tail), head + u"\u00E9" + tail) << before << ", " << after;
