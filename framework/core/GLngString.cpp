@@ -36,7 +36,8 @@ public:
 GLngString::GLngString() noexcept = default;
 
 GLngString::GLngString(long id) {
-    if (id != 0) OwnParts().mTable.Append(LngPart{static_cast<std::int32_t>(id), {}, {}});
+    const auto number = static_cast<std::int32_t>(id);
+    if (number != 0) OwnParts().mTable.Append(LngPart{number, {}, {}});
 }
 
 GLngString::GLngString(const GString& text) {

@@ -14,7 +14,8 @@ class GString;
 class QUILLON_EXPORT GLngString {
 public:
     GLngString() noexcept;
-    /// The text of that number, in whatever language is current when it is read.
+    /// The text of that number, in whatever language is current when it is read; 0 gives the empty
+    /// language string.
     explicit GLngString(long id);
     /// A text that is the same in every language; an empty one gives the empty language string.
     explicit GLngString(const GString& text);

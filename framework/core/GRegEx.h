@@ -26,7 +26,8 @@ public:
     /// How many groups the expression captures, the whole match not counted.
     long GetGroupCount() const;
     /// True when the whole text matches. This and all searches below throw GCustomException for a
-    /// text on which the expression would take too long.
+    /// text on which the expression would take more than 100 million steps: some seconds. Neither long
+    /// texts nor long or deep expressions use up the stack.
     bool Matches(const GString& text) const;
     /// The first match at or after `start`, as a range of positions (empty, from its position to the
     /// one before, for a match of nothing); false, `match` untouched, when there is none.

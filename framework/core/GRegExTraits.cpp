@@ -73,7 +73,7 @@ bool IsControl(char16_t unit) {
 }
 
 bool IsHexDigit(char16_t unit) {
-    return IsIn(unit, u"0123456789abcdefABCDEF") && unit != 0;
+    return IsIn(unit, u"0123456789abcdefABCDEF");
 }
 
 Classes GetClasses(char16_t unit) {

@@ -2,20 +2,27 @@
 
 #include <algorithm>
 #include <cstring>
-#include <limits>
 #include <utility>
 
 #include "framework/core/GASCIIEncoding.h"
+#include "framework/core/GAllocator.h"
 #include "framework/core/GCodeUnits.h"
 #include "framework/core/GUTF8Encoding.h"
 #include "framework/core/GUnicodeEncoding.h"
 
-const GString GString::cEmptyString;
+// Constant-initialised: usable before and after all other statics.
+constinit const GString GString::cEmptyString;
 
 namespace {
 
 bool IsUnicode(const GEncoding* encoding) {
     return encoding == GUnicodeEncoding::GetInstance();
+}
+
+// Units in bytes. What no buffer can hold counts as want of memory.
+long CountBytes(long units) {
+    if (units > GBuffer::cMaxLength / 2) GAllocator::ThrowOutOfMemory();
+    return 2 * std::max(units, 0L);
 }
 
 // A position within a text of `length` units, or its end.
@@ -80,8 +87,8 @@ GString::GString(double value, long precision) {
 }
 
 GString GString::FromUTF16(const unsigned short* units, long length) {
-    const long count = units == nullptr ? 0 : std::clamp(length, 0L, long{GBuffer::cMaxLength / 2});
-    return GString(reinterpret_cast<const unsigned char*>(units), 2 * count, GUnicodeEncoding::GetInstance());
+    const long bytes = units == nullptr ? 0 : CountBytes(length);
+    return GString(reinterpret_cast<const unsigned char*>(units), bytes, GUnicodeEncoding::GetInstance());
 }
 
 GString GString::FromUTF8(const char* text) {
@@ -107,15 +114,22 @@ void GString::Set(const char* text, const GEncoding* encoding, bool keepEncoding
 }
 
 void GString::Set(const unsigned char* bytes, long length, const GEncoding* encoding, bool keepEncoding) {
-    mBuffer.Set(bytes, length);
-    mEncoding = encoding;
-    Normalize(keepEncoding);
+    GBuffer copy(bytes, length);
+    SetOwn(copy, encoding, keepEncoding);
+}
+
+// Takes the bytes over. They are put into form apart, so that want of memory leaves the old text.
+void GString::SetOwn(GBuffer& bytes, const GEncoding* encoding, bool keepEncoding) {
+    GString text;
+    text.mBuffer.Swap(bytes);
+    text.mEncoding = encoding;
+    text.Normalize(keepEncoding);
+    Swap(text);
 }
 
 void GString::Set(const GBuffer& bytes, const GEncoding* encoding, bool keepEncoding) {
-    mBuffer = bytes;
-    mEncoding = encoding;
-    Normalize(keepEncoding);
+    GBuffer copy(bytes);
+    SetOwn(copy, encoding, keepEncoding);
 }
 
 void GString::Set(int value) {
@@ -180,6 +194,8 @@ void GString::Swap(GString& other) noexcept {
 // --- The character form ------------------------------------------------------------------------
 
 void GString::EnsureUnicode() const {
+    // The shared constant stays as it is: threads may read it at once.
+    if (this == &cEmptyString) return;
     const GUnicodeEncoding* unicode = GUnicodeEncoding::GetInstance();
     if (mEncoding && mEncoding.Get() != unicode) {
         GBuffer utf16;
@@ -229,7 +245,9 @@ void GString::SetChar(long position, unsigned short unit) {
 
 void GString::SetLength(long length) {
     const long old = 2 * GetLength();
-    const long bytes = 2 * std::clamp(length, 0L, long{GBuffer::cMaxLength / 2});
+    const long bytes = CountBytes(length);
+    // Borrowed bytes move while the length is still the old one: that may want memory.
+    if (bytes > old) mBuffer.GetWritePtr();
     mBuffer.SetLength(bytes);
     if (bytes > old) std::memset(mBuffer.GetWritePtr() + old, 0, static_cast<std::size_t>(bytes - old));
 }

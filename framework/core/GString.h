@@ -21,8 +21,9 @@ class GTable;
 /// that use it: a string holds a counted reference. Copying copies the bytes by GBuffer's rules:
 /// borrowed bytes are shared.
 ///
-/// No operation throws for bad input, only for want of memory. Positions out of range are harmless:
-/// reading there gives 0, writing does nothing, and ranges are cut to the text.
+/// No operation throws for bad input, only for want of memory (a length that no buffer can have is
+/// that, too), and the text is then as it was. Positions out of range are harmless: reading there
+/// gives 0, writing does nothing, and ranges are cut to the text.
 ///
 /// Const operations may rewrite the byte form. One string must not be used by two threads at once,
 /// not even for reading; different strings may, also when they share bytes or an encoding.
@@ -31,6 +32,7 @@ class GTable;
 /// reduced modulo 2^32 as by the product's own `long`.
 class QUILLON_EXPORT GString {
 public:
+    /// The one string that threads may share: it is never converted.
     static const GString cEmptyString;
 
     GString() noexcept = default;
@@ -83,7 +85,7 @@ public:
     void Set(double value);
     void Set(double value, const GBuffer& format);
     void Set(double value, long precision);
-    /// Decimal text with at least `minDigits` digits, zeros in front.
+    /// Decimal text with at least `minDigits` digits (1022 for more), zeros in front.
     void SetInt(long value, long minDigits);
     /// Fixed notation with up to 15 fractional digits.
     void SetWithHighPrecision(double value);
@@ -101,7 +103,7 @@ public:
     /// A position beyond the end appends, a negative one inserts at the start.
     void Insert(long position, const GString& text);
     void Insert(long position, unsigned short unit);
-    /// Removes up to `count` units; a negative count removes nothing.
+    /// Removes up to `count` units; a negative start or count removes nothing.
     void Remove(long start, long count);
     /// Replaces every occurrence from `start` on; what was inserted is not searched again. True when
     /// something was replaced. An empty `find` replaces nothing.
@@ -178,6 +180,7 @@ public:
 
 private:
     void SetASCII();
+    void SetOwn(GBuffer& bytes, const GEncoding* encoding, bool keepEncoding);
     const unsigned char* GetUnits() const;
     GString& Substitute(const GString* const* parameters, long count);
     template <class Mapper>

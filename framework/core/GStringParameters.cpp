@@ -1,5 +1,5 @@
 #include <cstdarg>
-#include <vector>
+#include <utility>
 
 #include "framework/core/GCodeUnits.h"
 #include "framework/core/GString.h"
@@ -26,12 +26,12 @@ GString& GString::SubstituteParams(const GTable<const GString*>& parameters) {
 }
 
 GString& GString::SubstituteParams(long count, ...) {
-    std::vector<const GString*> parameters;
+    GTable<const GString*> parameters;
     std::va_list list;
     va_start(list, count);
-    for (long i = 0; i < count; ++i) parameters.push_back(va_arg(list, const GString*));
+    for (long i = 0; i < count; ++i) parameters.Append(va_arg(list, const GString*));
     va_end(list);
-    return Substitute(parameters.data(), static_cast<long>(parameters.size()));
+    return SubstituteParams(parameters);
 }
 
 GString& GString::Substitute(const GString* const* parameters, long count) {
@@ -52,11 +52,13 @@ GString& GString::Substitute(const GString* const* parameters, long count) {
         copied = i + 2;
         ++i;
     }
-    if (copied != 0) {
-        result.AppendByteArray(units + 2 * copied, static_cast<long>(2 * (length - copied)));
-        mBuffer.Swap(result);
+    if (copied == 0) {
+        GUnicodeEncoding::GetInstance()->Normalize(mBuffer);
+        return *this;
     }
-    GUnicodeEncoding::GetInstance()->Normalize(mBuffer);
+    result.AppendByteArray(units + 2 * copied, static_cast<long>(2 * (length - copied)));
+    GUnicodeEncoding::GetInstance()->Normalize(result);
+    mBuffer.Swap(result);
     return *this;
 }
 

@@ -126,8 +126,9 @@ void GStringSupport::IncreaseNumericSuffix(GString& text, unsigned long maxLengt
     }
     const long longest = static_cast<long>(std::min<unsigned long>(maxLength, INT32_MAX));
     if (longest != 0) kept = std::clamp(longest - suffix.GetLength(), 0L, kept);
-    text = text.GetSubstring(0, kept);
-    text += suffix;
+    GString increased = text.GetSubstring(0, kept);
+    increased += suffix;
+    text.Swap(increased);
 }
 
 // --- White space and special characters --------------------------------------------------------
@@ -169,9 +170,11 @@ void GStringSupport::ReplaceSpecialEndCharsWithDefaultChar(GString& text) {
 }
 
 void GStringSupport::QuoteString(GString& text) {
-    ReplaceSpecialChars(text);
-    text.Insert(0, static_cast<unsigned short>('"'));
-    text += static_cast<unsigned short>('"');
+    GString quoted(text);
+    ReplaceSpecialChars(quoted);
+    quoted.Insert(0, static_cast<unsigned short>('"'));
+    quoted += static_cast<unsigned short>('"');
+    text.Swap(quoted);
 }
 
 // --- Lists -------------------------------------------------------------------------------------
@@ -182,11 +185,13 @@ void GStringSupport::SeparatedStringToStringTable(const GString& text, const GSt
     const auto add = [&](long start, long count) {
         if (count > 0 || keepEmpty) parts.Append(text.GetSubstring(start, count));
     };
+    // In units: bytes that are no text in their encoding have none, and are found everywhere.
+    const long separatorLength = separator.GetLength();
     long start = 0;
-    if (!separator.IsEmpty()) {
+    if (separatorLength > 0) {
         for (long end = text.Find(separator); end >= 0; end = text.Find(separator, start)) {
             add(start, end - start);
-            start = end + separator.GetLength();
+            start = end + separatorLength;
         }
     }
     add(start, text.GetLength() - start);
@@ -204,5 +209,7 @@ void GStringSupport::StringTableToSeparatedString(const GTable<GString>& strings
 }
 
 void GStringSupport::SearchAndReplace(GString& text, const GTable<GPair<GString, GString>>& pairs) {
-    for (const GPair<GString, GString>& pair : pairs) text.Replace(0, pair.GetFirst(), pair.GetSecond());
+    GString replaced(text);
+    for (const GPair<GString, GString>& pair : pairs) replaced.Replace(0, pair.GetFirst(), pair.GetSecond());
+    text.Swap(replaced);
 }

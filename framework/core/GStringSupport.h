@@ -10,7 +10,8 @@ class GEncoding;
 
 /// GStringSupport: functions on strings that need nothing of their insides.
 ///
-/// They throw only for want of memory. Strings given by reference end up as UTF-16.
+/// They throw only for want of memory, and what they were to change is then as it was. Strings given
+/// by reference end up as UTF-16.
 struct QUILLON_EXPORT GStringSupport {
     /// The blocks of Unicode that GetUnicodeRange knows.
     enum RangeSpecifier {
@@ -47,11 +48,14 @@ struct QUILLON_EXPORT GStringSupport {
     /// the native build by units, after ToLower when the case does not count.
     static long Compare(const GString& a, const GString& b, bool caseSensitive);
     static bool IsEqualIgnoreCase(const GString& a, const GString& b);
-    /// Natural order: "file9" is less than "file10". Usable as a sort predicate. Allocates nothing
-    /// for strings that are UTF-16 already.
+    /// Natural order: "file9" is less than "file10". Usable as a sort predicate. Digits are '0' to '9',
+    /// numbers of more than 32 bits count as the largest, and leading zeros make no difference. Strings
+    /// that are not UTF-16 yet become it on the first comparison; all else allocates nothing, and long
+    /// texts take no more of the stack than short ones.
     static bool IsLessThanAlphanumeric(const GString& a, const GString& b);
     /// "Report" becomes "Report (2)", that "Report (3)". With `maxLength` the part before the
-    /// suffix is cut so that the whole is no longer than that many units; 0: no limit.
+    /// suffix is cut so that the whole is no longer than that many units, or is the suffix alone where
+    /// not even that fits; 0: no limit. A suffix that no 64-bit number can count on from stays.
     static void IncreaseNumericSuffix(GString& text, unsigned long maxLength);
 
     /// Backspace, tab, line feed, vertical tab, carriage return and space; form feed is not.

@@ -218,7 +218,8 @@ bool GStringSupport::DeScramble(GString& text) {
     if (digits < 2 * cDigitsPerUnit || digits % cDigitsPerUnit != 0) return false;
     if (text.GetSubstring(0, cMarkLength) != GString(cScrambleMark)) return false;
     ScrambleStream stream;
-    GBuffer units;
+    // Put together unit by unit: as the text was, not composed anew.
+    GString plain;
     std::uint16_t sum = 0;
     for (long position = cMarkLength; position < length; position += cDigitsPerUnit) {
         const long value = ReadHex(text, position);
@@ -228,11 +229,9 @@ bool GStringSupport::DeScramble(GString& text) {
             if (unit != sum) return false;
         } else {
             sum = AddToCheckSum(sum, unit);
-            units += static_cast<unsigned short>(unit);
+            plain += static_cast<unsigned short>(unit);
         }
     }
-    // As the units were: not composed anew.
-    text.Clear();
-    for (long i = 0; i < units.GetLength() / 2; ++i) text += units.GetWordAt(i);
+    text.Swap(plain);
     return true;
 }

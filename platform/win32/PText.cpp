@@ -1,7 +1,9 @@
 #include "platform/PText.h"
 
 #include <algorithm>
+#include <utility>
 
+#include "framework/core/GAllocator.h"
 #include "framework/core/GEncoding.h"
 #include "framework/core/GString.h"
 #include "platform/win32/PWin32Api.h"
@@ -10,6 +12,8 @@ namespace {
 
 // No code page of the system needs more bytes for one character.
 constexpr int cLongestCharacter = 8;
+// A code page in four bytes that takes flags as UTF-8 does, unlike its neighbours.
+constexpr UINT cGB18030 = 54936;
 
 const wchar_t* AsWideUnits(const GBuffer& utf16) {
     return reinterpret_cast<const wchar_t*>(utf16.GetRawData());
@@ -30,11 +34,11 @@ bool AllowsFlags(UINT codePage) {
 }
 
 bool AllowsDefaultCharacter(UINT codePage) {
-    return AllowsFlags(codePage) && codePage != CP_UTF8 && codePage != 54936;
+    return AllowsFlags(codePage) && codePage != CP_UTF8 && codePage != cGB18030;
 }
 
 int ToWide(UINT codePage, const char* bytes, int length, wchar_t* units, int room) {
-    const DWORD flags = AllowsFlags(codePage) || codePage == 54936 ? MB_ERR_INVALID_CHARS : 0;
+    const DWORD flags = AllowsFlags(codePage) || codePage == cGB18030 ? MB_ERR_INVALID_CHARS : 0;
     return ::MultiByteToWideChar(codePage, flags, bytes, length, units, room);
 }
 
@@ -73,7 +77,7 @@ struct NarrowResult {
 NarrowResult ToNarrow(UINT codePage, const wchar_t* units, int count, char* bytes, int room) {
     NarrowResult result;
     if (!AllowsDefaultCharacter(codePage)) {
-        const DWORD flags = codePage == CP_UTF8 || codePage == 54936 ? WC_ERR_INVALID_CHARS : 0;
+        const DWORD flags = codePage == CP_UTF8 || codePage == cGB18030 ? WC_ERR_INVALID_CHARS : 0;
         result.length = ::WideCharToMultiByte(codePage, flags, units, count, bytes, room, nullptr, nullptr);
         return result;
     }
@@ -118,6 +122,7 @@ long PText::CodePageToUTF16(long codePage, const GBuffer& bytes, GBuffer& utf16)
     const auto length = static_cast<int>(bytes.GetLength());
     const int count = ToWide(page, AsChars(bytes), length, nullptr, 0);
     if (count == 0) return ReplaceInvalidBytes(page, bytes, utf16);
+    if (count > GBuffer::cMaxLength / 2) GAllocator::ThrowOutOfMemory();
     GBuffer result;
     result.Allocate(2L * count);
     result.SetLength(2L * count);
