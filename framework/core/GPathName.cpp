@@ -87,9 +87,11 @@ GString MakeWay(std::size_t stepsUp, GPathUnits rest) {
 
 const GPathName GPathName::cEmptyPathName;
 
-GPathName::GPathName(const GString& portable) : mPath(portable) {}
+GPathName::GPathName(const GString& portable) : mPath(GPathText::MakeUnicode(portable)) {}
 
-GPathName::GPathName(GString&& portable) noexcept : mPath(std::move(portable)) {}
+GPathName::GPathName(GString&& portable) : mPath(std::move(portable)) {
+    if (!mPath.IsEmpty()) mPath.EnsureUnicode();
+}
 
 GPathName::~GPathName() = default;
 
@@ -98,7 +100,7 @@ GPathName GPathName::FromNative(const GString& native) {
 }
 
 void GPathName::SetCrossPlatformString(const GString& portable) {
-    if (&portable != &mPath) mPath = portable;
+    if (&portable != &mPath) mPath = GPathText::MakeUnicode(portable);
 }
 
 const GString& GPathName::GetCrossPlatformString() const {
@@ -114,18 +116,25 @@ void GPathName::SetPortablePath(const GString& portable) {
 }
 
 /// Keeps a text that was made for this path, without a copy, and passes it through the virtual
-/// setter, where a derived class hears of every change.
+/// setter, where a derived class hears of every change and may refuse it.
 void GPathName::Store(GString&& portable) {
-    mPath = std::move(portable);
-    SetCrossPlatformString(mPath);
+    GString before = std::exchange(mPath, std::move(portable));
+    try {
+        SetCrossPlatformString(mPath);
+    } catch (...) {
+        mPath = std::move(before);
+        throw;
+    }
 }
 
-GPathName GPathName::Part(long start, long count) const {
-    return GPathName(mPath.GetSubstring(start, count));
+/// Up to `count` units from `start`, both within the path; a negative count gives the rest.
+GString GPathName::Part(long start, long count) const {
+    const GPathUnits rest = GPathText::UnitsOf(mPath).subspan(static_cast<std::size_t>(start));
+    return GPathText::MakeString(count < 0 ? rest : rest.first(static_cast<std::size_t>(count)));
 }
 
 GPathName GPathName::GetRootName() const {
-    return Part(0, GetRootNameLength(mPath));
+    return GPathName(GetCrossPlatformRootNameString());
 }
 
 GPathName GPathName::GetRootDirectory() const {
@@ -133,11 +142,11 @@ GPathName GPathName::GetRootDirectory() const {
 }
 
 GPathName GPathName::GetRootPath() const {
-    return Part(0, GetStartPositionRelativePath(mPath));
+    return GPathName(Part(0, GetStartPositionRelativePath(mPath)));
 }
 
 GPathName GPathName::GetRelativePath() const {
-    return Part(GetStartPositionRelativePath(mPath), -1);
+    return GPathName(Part(GetStartPositionRelativePath(mPath), -1));
 }
 
 GPathName GPathName::GetRelativePathFrom(const GPathName& base) const {
@@ -150,18 +159,19 @@ GPathName GPathName::GetRelativePathFrom(const GPathName& base) const {
     if (!GPathText::IsEqualIgnoreCase(path.first(root), from.first(fromRoot)))
         return GPathName(std::move(target));
 
-    const CommonWay way = FindCommonWay(path, from, root);
-    const std::size_t stepsUp = CountStepsUp(from, way.mInBase);
+    const CommonWay common = FindCommonWay(path, from, root);
+    const std::size_t stepsUp = CountStepsUp(from, common.mInBase);
     if (stepsUp == cNoWay) return GPathName(std::move(target));
-    return GPathName(MakeWay(stepsUp, path.subspan(way.mInPath)));
+    GPathName way(MakeWay(stepsUp, path.subspan(common.mInPath)));
+    return way.IsRelative() ? way : GPathName(std::move(target));
 }
 
 GPathName GPathName::GetBranch() const {
-    return Part(0, GetLeafPosition(mPath));
+    return GPathName(Part(0, GetLeafPosition(mPath)));
 }
 
 GString GPathName::GetLeaf() const {
-    return mPath.GetSubstring(GetLeafPosition(mPath), -1);
+    return Part(GetLeafPosition(mPath), -1);
 }
 
 /// The position of the last dot of the leaf; -1 without an extension.
@@ -176,12 +186,12 @@ long GPathName::GetExtensionPosition() const {
 GString GPathName::GetLeafWithoutExtension() const {
     const long leaf = GetLeafPosition(mPath);
     const long dot = GetExtensionPosition();
-    return mPath.GetSubstring(leaf, dot < 0 ? -1 : dot - leaf);
+    return Part(leaf, dot < 0 ? -1 : dot - leaf);
 }
 
 GString GPathName::GetExtension() const {
     const long dot = GetExtensionPosition();
-    return dot < 0 ? GString() : mPath.GetSubstring(dot + 1, -1);
+    return dot < 0 ? GString() : Part(dot + 1, -1);
 }
 
 GPathName GPathName::GetPartialPath(long count) const {
@@ -189,7 +199,7 @@ GPathName GPathName::GetPartialPath(long count) const {
     auto end = static_cast<std::size_t>(GetStartPositionRelativePath(mPath));
     for (std::size_t next = end; count > 0; --count, end = next)
         if (GPathText::NextComponent(path, next).empty()) break;
-    return Part(0, static_cast<long>(end));
+    return GPathName(Part(0, static_cast<long>(end)));
 }
 
 long GPathName::GetNumberOfComponents() const {
@@ -209,7 +219,7 @@ bool GPathName::HasBranch() const {
 }
 
 bool GPathName::HasLeaf() const {
-    return GetLeafPosition(mPath) < mPath.GetLength();
+    return static_cast<std::size_t>(GetLeafPosition(mPath)) < GPathText::UnitsOf(mPath).size();
 }
 
 bool GPathName::HasExtension() const {
@@ -233,9 +243,10 @@ bool GPathName::StartsWith(const GPathName& start) const {
 
 GString GPathName::Join(const GString& base, const GString& component) {
     if (component.IsEmpty()) return base;
-    if (base.IsEmpty()) return component;
+    if (base.IsEmpty()) return GPathText::MakeUnicode(component);
     const GPathUnits front = GPathText::UnitsOf(base);
-    const GPathUnits back = GPathText::UnitsOf(component);
+    const GPathInput input(component);
+    const GPathUnits back = input.GetUnits();
     GUnitBuilder joined(front.size() + 1 + back.size());
     joined.Add(front);
     if (!front.empty() && front.back() != '/') joined.Add('/');
@@ -261,7 +272,8 @@ GPathName operator/(const GPathName& base, const GPathName& relative) {
 void GPathName::ReplaceLeaf(const GString& leaf) {
     const GPathUnits branch =
         GPathText::UnitsOf(mPath).first(static_cast<std::size_t>(GetLeafPosition(mPath)));
-    const GPathUnits name = GPathText::UnitsOf(leaf);
+    const GPathInput input(leaf);
+    const GPathUnits name = input.GetUnits();
     GUnitBuilder path(branch.size() + 1 + name.size());
     path.Add(branch);
     const bool hostAlone = GPathText::StartsWith(branch, "//") && !HasRootDirectory();
@@ -274,7 +286,8 @@ void GPathName::ReplaceLeafWithoutExtension(const GString& name) {
     const long dot = GetExtensionPosition();
     if (dot < 0) return ReplaceLeaf(name);
     const GPathUnits path = GPathText::UnitsOf(mPath);
-    const GPathUnits stem = GPathText::UnitsOf(name);
+    const GPathInput input(name);
+    const GPathUnits stem = input.GetUnits();
     GUnitBuilder result(path.size() + stem.size());
     result.Add(path.first(static_cast<std::size_t>(GetLeafPosition(mPath))));
     result.Add(stem);
@@ -287,7 +300,8 @@ void GPathName::ReplaceExtension(const GString& extension) {
     const long dot = GetExtensionPosition();
     GPathUnits path = GPathText::UnitsOf(mPath);
     if (dot >= 0) path = path.first(static_cast<std::size_t>(dot));
-    const GPathUnits added = GPathText::UnitsOf(extension);
+    const GPathInput input(extension);
+    const GPathUnits added = input.GetUnits();
     GUnitBuilder result(path.size() + 1 + added.size());
     result.Add(path);
     if (!added.empty() && added.front() != '.') result.Add('.');
@@ -325,10 +339,11 @@ bool operator!=(const GPathName& a, const GPathName& b) {
 }
 
 void GPathName::CreateValidFileName(GString& name, long maxLength, unsigned short replacement) {
-    name = GValidFileName(GPathText::UnitsOf(name), maxLength, replacement).Get();
+    name = GValidFileName(GPathInput(name).GetUnits(), maxLength, replacement).Get();
 }
 
 void GPathName::CheckCrossPlatformString(const GString& portable) {
-    for (const unsigned short unit : GPathText::UnitsOf(portable))
+    const GPathInput input(portable);
+    for (const unsigned short unit : input.GetUnits())
         if (unit == 0 || unit == '\\') throw GSimpleException(GExceptionID::cInvalidPath);
 }

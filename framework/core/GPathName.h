@@ -10,8 +10,8 @@
 ///
 /// Portable form: '/' separates; a drive ("C:"), a network host ("//server") or, as the whole path, a
 /// volume ("Data:") is the root name, the '/' behind it the root directory. The native forms are made
-/// on demand. A path is a value: it holds a GString and nothing else, and keeps to GString's rules
-/// on threads. Nothing here touches a disk. Text that fits no rule passes through unchanged.
+/// on demand. A path is a value: it holds a GString in UTF-16 and nothing else, and keeps to GString's
+/// rules on threads. Nothing here touches a disk. Text that fits no rule passes through unchanged.
 ///
 /// Example: "//server/share/a.tar.gz" has the root name "//server", the root directory "/", the
 /// relative path "share/a.tar.gz", the branch "//server/share/", the leaf "a.tar.gz", and the
@@ -22,7 +22,7 @@ public:
 
     GPathName() = default;
     explicit GPathName(const GString& portable);
-    explicit GPathName(GString&& portable) noexcept;
+    explicit GPathName(GString&& portable);
     GPathName(const GPathName&) = default;
     GPathName(GPathName&&) noexcept = default;
     GPathName& operator=(const GPathName&) = default;
@@ -31,6 +31,8 @@ public:
     /// A path from the form that the operating system uses.
     static GPathName FromNative(const GString& native);
 
+    /// Every change of the path passes through here. A derived class may refuse one by throwing; the
+    /// path then stays as it was.
     void SetCrossPlatformString(const GString& portable) override;
     const GString& GetCrossPlatformString() const override;
     void ConvertPortableToWin32(const GString& portable, GString& win32) const override;
@@ -75,8 +77,8 @@ public:
     GString GetUNCPathString() const;
     GString GetDIPathString() const;
     /// "file:///C:/a%20b", "file://server/share/x": percent-encoded UTF-8 (RFC 3986; a surrogate
-    /// without its other half becomes U+FFFD). A relative path is written as if it started at the
-    /// root, as URLs of files know no other.
+    /// without its other half becomes U+FFFD; ':' and '@' stay as they are but in the name of a host).
+    /// A relative path is written as if it started at the root, as URLs of files know no other.
     GString GetURLPathString() const;
     GString GetMachOPathString() const;
     GString GetCFMPathString() const;
@@ -92,8 +94,9 @@ public:
     GPathName GetRelativePath() const;
     /// The way from `base` to this path, so that base / result names this path: "C:/a/b" from
     /// "C:/a/c" is "../b". Both are normalised first; names are compared without regard to case.
-    /// The empty path when both are the same. Where there is no way (another root, or a base that
-    /// steps up beyond what it shares with this path), the normalised path itself.
+    /// The empty path when both are the same. Where there is no way (another root, a base that steps
+    /// up beyond what it shares with this path, or a way that would read as a root name, such as
+    /// "D:x"), the normalised path itself.
     GPathName GetRelativePathFrom(const GPathName& base) const;
     /// Everything before the leaf, the '/' included; the whole path when it has no leaf.
     GPathName GetBranch() const;
@@ -132,7 +135,8 @@ public:
     /// stays as it is.
     void ReplaceExtension(const GString& extension);
     /// Resolves "." and ".." behind the root as text. A leading "..", and one behind an empty
-    /// component, stay.
+    /// component, stay; at the root too: "C:/.." is left to the system. What follows a component that
+    /// goes may come to stand where a root is read: "./C:/x" becomes "C:/x", "/.//x" "//x".
     void Normalize();
     void Clear();
 
@@ -169,7 +173,7 @@ private:
 
     static GString Join(const GString& base, const GString& component);
     void Store(GString&& portable);
-    GPathName Part(long start, long count) const;
+    GString Part(long start, long count) const;
     long GetExtensionPosition() const;
 
     GString mPath;

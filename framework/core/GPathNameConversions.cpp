@@ -59,10 +59,11 @@ GString PortableToCFM(GPathUnits path) {
         cfm.Add(':');
     }
     if (endsInName && parts.mRest.back() != '/') cfm.CutTo(cfm.GetCount() - 1);
-    const GPathUnits name = cfm.GetUnits().subspan(root);
-    if (parts.mVolume.empty() && endsInName && GPathText::Find(name, ':') == GPathText::cNotFound)
-        return GPathText::MakeString(name);
-    return cfm.Take();
+    const bool nameAlone = parts.mVolume.empty() && endsInName &&
+                           GPathText::Find(cfm.GetUnits(), ':', root) == GPathText::cNotFound;
+    GString text = cfm.Take();
+    if (nameAlone) text.Remove(0, static_cast<long>(root));
+    return text;
 }
 
 void AddCFMNames(GUnitBuilder& portable, GPathUnits names) {
@@ -111,7 +112,7 @@ private:
     std::size_t mCount = 0;
 };
 
-/// What RFC 3986 allows in the path of a URL as it is.
+/// What RFC 3986 allows in the path of a URL as it is; in the name of a host all but ':' and '@'.
 constexpr std::array<bool, 0x80> MakePlainInURL() {
     constexpr std::string_view cPlain =
         "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789-._~!$&'()*+,;=:@/";
@@ -134,8 +135,9 @@ void AddPercent(Out& out, std::uint32_t byte) {
 }
 
 template <class Out>
-void AddToURL(Out& out, std::uint32_t codePoint) {
-    if (IsPlainInURL(codePoint)) return out.Add(static_cast<unsigned short>(codePoint));
+void AddToURL(Out& out, std::uint32_t codePoint, bool inHost) {
+    const bool reserved = inHost && (codePoint == ':' || codePoint == '@');
+    if (IsPlainInURL(codePoint) && !reserved) return out.Add(static_cast<unsigned short>(codePoint));
     if (codePoint < 0x80) return AddPercent(out, codePoint);
     const int following = codePoint < 0x800 ? 1 : codePoint < 0x10000 ? 2 : 3;
     constexpr std::uint32_t cLeads[] = {0, 0xC0, 0xE0, 0xF0};
@@ -146,8 +148,10 @@ void AddToURL(Out& out, std::uint32_t codePoint) {
 template <class Out>
 void WriteURL(Out& out, GPathUnits path) {
     constexpr std::uint32_t cReplacementCharacter = 0xFFFD;
+    std::size_t hostEnd = 0;
     if (GPathText::StartsWith(path, "//")) {
         out.Add("file:");
+        hostEnd = GPathText::Find(path, '/', 2);
     } else {
         out.Add(GPathText::StartsWith(path, "/") ? "file://" : "file:///");
     }
@@ -156,9 +160,10 @@ void WriteURL(Out& out, GPathUnits path) {
         const bool pair = GPathText::IsHighSurrogate(path[i]) && i + 1 < path.size() &&
                           GPathText::IsLowSurrogate(path[i + 1]);
         if (pair) {
-            AddToURL(out, 0x10000 + ((unit & 0x3FF) << 10) + (path[++i] & 0x3FFu));
+            AddToURL(out, 0x10000 + ((unit & 0x3FF) << 10) + (path[++i] & 0x3FFu), false);
         } else {
-            AddToURL(out, unit >= 0xD800 && unit <= 0xDFFF ? cReplacementCharacter : unit);
+            const bool half = unit >= 0xD800 && unit <= 0xDFFF;
+            AddToURL(out, half ? cReplacementCharacter : unit, i < hostEnd);
         }
     }
 }
@@ -176,7 +181,9 @@ GString JoinUnits(std::string_view front, GPathUnits first, std::string_view mid
     return joined.Take();
 }
 
-GString UNCToPortable(GPathUnits unc) {
+GString UNCToPortable(const GString& text) {
+    const GPathInput input(text);
+    GPathUnits unc = input.GetUnits();
     const bool longNetwork = GPathText::StartsWith(unc, R"(\\?\UNC\)");
     if (longNetwork) {
         unc = unc.subspan(7);
@@ -189,7 +196,9 @@ GString UNCToPortable(GPathUnits unc) {
     return portable.Take();
 }
 
-GString DIToPortable(GPathUnits di) {
+GString DIToPortable(const GString& text) {
+    const GPathInput input(text);
+    const GPathUnits di = input.GetUnits();
     if (GPathText::IsEqual(di, "./")) return GString();
     if (GPathText::IsEqual(di, "../")) return GString("..");
     if (!GPathText::StartsWith(di, "/")) return GPathText::MakeString(di);
@@ -199,7 +208,9 @@ GString DIToPortable(GPathUnits di) {
     return JoinUnits("/", di, "", {});
 }
 
-GString PortableToDI(GPathUnits path) {
+GString PortableToDI(const GString& portable) {
+    const GPathInput input(portable);
+    const GPathUnits path = input.GetUnits();
     if (path.empty()) return GString("./");
     if (GPathText::IsEqual(path, "..")) return GString("../");
     if (path.size() > 1 && path[1] == ':') return JoinUnits("/", path.first(1), "", path.subspan(2));
@@ -219,7 +230,8 @@ void GPathName::ConvertWin32ToPortable(const GString& win32, GString& portable) 
 }
 
 void GPathName::ConvertPortableToMachO(const GString& portable, GString& machO) const {
-    const GPathUnits path = GPathText::UnitsOf(portable);
+    const GPathInput input(portable);
+    const GPathUnits path = input.GetUnits();
     const VolumePath parts = SplitVolume(path);
     if (parts.mVolume.empty() || path[0] == '/') {
         machO = portable;
@@ -229,7 +241,8 @@ void GPathName::ConvertPortableToMachO(const GString& portable, GString& machO) 
 }
 
 void GPathName::ConvertMachOToPortable(const GString& machO, GString& portable) const {
-    const GPathUnits path = GPathText::UnitsOf(machO);
+    const GPathInput input(machO);
+    const GPathUnits path = input.GetUnits();
     const VolumePath parts = SplitVolume(path);
     if (GPathText::StartsWith(path, cVolumes) && IsDrive(parts.mVolume)) {
         portable = JoinUnits("", parts.mVolume, ":/", parts.mRest);
@@ -239,7 +252,8 @@ void GPathName::ConvertMachOToPortable(const GString& machO, GString& portable) 
 }
 
 void GPathName::ConvertPortableToCFM(const GString& portable, GString& cfm) const {
-    const GPathUnits path = GPathText::UnitsOf(portable);
+    const GPathInput input(portable);
+    const GPathUnits path = input.GetUnits();
     const bool noVolume = GPathText::StartsWith(path, "/") && SplitVolume(path).mVolume.empty();
     if (path.empty() || noVolume) {
         cfm = portable;
@@ -249,7 +263,8 @@ void GPathName::ConvertPortableToCFM(const GString& portable, GString& cfm) cons
 }
 
 void GPathName::ConvertCFMToPortable(const GString& cfm, GString& portable) const {
-    const GPathUnits path = GPathText::UnitsOf(cfm);
+    const GPathInput input(cfm);
+    const GPathUnits path = input.GetUnits();
     if (GPathText::StartsWith(path, "/")) {
         portable = cfm;
     } else {
@@ -266,7 +281,9 @@ void GPathName::ConvertUNIXToPortable(const GString& unix, GString& portable) co
 }
 
 void GPathName::SetWin32PathString(const GString& path) {
-    Store(Win32ToPortable(path));
+    GString portable;
+    ConvertWin32ToPortable(path, portable);
+    Store(std::move(portable));
 }
 
 void GPathName::SetNativePathString(const GString& path) {
@@ -278,13 +295,13 @@ void GPathName::SetLegacyPlatformString(const GString& path) {
 }
 
 void GPathName::SetUNCPathString(const GString& path) {
-    Store(UNCToPortable(GPathText::UnitsOf(path)));
+    Store(UNCToPortable(path));
 }
 
 void GPathName::SetDIPathString(const GString& path) {
-    const GPathUnits units = GPathText::UnitsOf(path);
-    if (StartsWithURLScheme(units)) throw GSimpleException(GExceptionID::cURLNotSupported);
-    Store(DIToPortable(units));
+    if (StartsWithURLScheme(GPathInput(path).GetUnits()))
+        throw GSimpleException(GExceptionID::cURLNotSupported);
+    Store(DIToPortable(path));
 }
 
 void GPathName::SetMachOPathString(const GString& path) {
@@ -304,7 +321,7 @@ GString GPathName::GetUNCPathString() const {
 }
 
 GString GPathName::GetDIPathString() const {
-    return PortableToDI(GPathText::UnitsOf(mPath));
+    return PortableToDI(mPath);
 }
 
 GString GPathName::GetURLPathString() const {
@@ -341,7 +358,7 @@ void GPathName::ConvertPortableToNative(const GString& portable, GString& native
 }
 
 void GPathName::ConvertUNCSpecToPortable(const GString& unc, GString& portable) {
-    portable = UNCToPortable(GPathText::UnitsOf(unc));
+    portable = UNCToPortable(unc);
 }
 
 void GPathName::ConvertPortableToUNCSpec(const GString& portable, GString& unc) {
@@ -349,9 +366,9 @@ void GPathName::ConvertPortableToUNCSpec(const GString& portable, GString& unc) 
 }
 
 void GPathName::ConvertDISpecToPortable(const GString& di, GString& portable) {
-    portable = DIToPortable(GPathText::UnitsOf(di));
+    portable = DIToPortable(di);
 }
 
 void GPathName::ConvertPortableToDISpec(const GString& portable, GString& di) {
-    di = PortableToDI(GPathText::UnitsOf(portable));
+    di = PortableToDI(portable);
 }

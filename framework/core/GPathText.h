@@ -16,13 +16,20 @@ using GPathUnits = std::span<const unsigned short>;
 struct GPathText {
     static constexpr std::size_t cNotFound = static_cast<std::size_t>(-1);
 
+    /// Leaves an empty text untouched: the shared empty path is read by all threads.
     static GPathUnits UnitsOf(const GString& text) {
+        if (text.IsEmpty()) return {};
         const auto length = static_cast<std::size_t>(text.GetLength());
         return {text.GetUTF16Ptr(), length};
     }
     static GString MakeString(GPathUnits units) {
+        if (units.empty()) return GString();
         return GString::FromUTF16(units.data(), static_cast<long>(units.size()));
     }
+    /// The text in UTF-16, in one block where it is UTF-16 already or ASCII.
+    static GString MakeUnicode(const GString& text);
+    /// The bytes of a text that stand for units one by one; null for any other text.
+    static const GBuffer* GetPlainASCII(const GString& text) noexcept;
     static bool IsEqual(GPathUnits units, std::string_view ascii) noexcept {
         return std::equal(units.begin(), units.end(), ascii.begin(), ascii.end(),
                           [](unsigned short unit, char c) { return unit == static_cast<unsigned char>(c); });
@@ -60,6 +67,23 @@ struct GPathText {
     }
 };
 
+/// GPathInput: the units of a text that a caller gave, and leaves a short ASCII text as it is: reading
+/// its characters would turn it into UTF-16, in a block of its own.
+class GPathInput {
+public:
+    /// The text must stay as it is while the units are used.
+    explicit GPathInput(const GString& text);
+    GPathInput(const GPathInput&) = delete;
+    GPathInput& operator=(const GPathInput&) = delete;
+    GPathUnits GetUnits() const noexcept { return mUnits; }
+
+private:
+    static constexpr std::size_t cMostWidened = 260;  // what Windows calls the longest ordinary path
+
+    unsigned short mWidened[cMostWidened];
+    GPathUnits mUnits;
+};
+
 /// GUnitBuilder: makes a text of known largest length with one allocation.
 ///
 /// Units beyond that length are left out.
@@ -84,6 +108,9 @@ public:
     }
     void Add(std::string_view ascii) noexcept {
         for (const char c : ascii) Add(static_cast<unsigned short>(static_cast<unsigned char>(c)));
+    }
+    void AddBytes(const GBuffer& ascii) noexcept {
+        for (long i = 0; i < ascii.GetLength(); ++i) Add(static_cast<unsigned short>(ascii.GetRawData()[i]));
     }
     /// Adds the units with every `find` as `with`.
     void AddReplacing(GPathUnits units, unsigned short find, unsigned short with) noexcept {

@@ -1,14 +1,19 @@
 #include "platform/win32/PWin32PathNameImp.h"
 
 #include <algorithm>
+#include <bit>
+#include <iterator>
+#include <string_view>
 
+#include "framework/core/GBufferSupport.h"
 #include "framework/core/GPathText.h"
-#include "framework/core/GStringSupport.h"
 
 namespace {
 
 // From this length on the system's own limit is near: a folder must leave room for an 8.3 name.
-constexpr std::size_t cLongPathLength = 247;
+constexpr long cLongPathLength = 247;
+// What GetWin32APIPathString puts into a long path.
+constexpr std::size_t cLongPathPrefix = 6;
 
 bool StartsWithNetworkRoot(GPathUnits path) {
     return GPathText::StartsWith(path, "//");
@@ -32,10 +37,6 @@ std::size_t RootNameLengthIn(GPathUnits path) {
     return length >= 2 && path.back() == ':' ? length : 0;
 }
 
-bool IsSeparator(unsigned short unit) {
-    return unit == '/' || unit == '\\';
-}
-
 }  // namespace
 
 PWin32PathNameImp::~PWin32PathNameImp() = default;
@@ -55,13 +56,14 @@ GString PWin32PathNameImp::GetLegacyPlatformString() const {
 }
 
 GString PWin32PathNameImp::GetWin32APIPathString() const {
-    const GPathUnits path = GPathText::UnitsOf(GetCrossPlatformString());
-    if (path.size() < cLongPathLength) return GetWin32PathString();
-    const bool network = IsSeparator(path[0]) && IsSeparator(path[1]);
-    GUnitBuilder api(path.size() + 7);
-    api.Add(network ? R"(\\?\UNC)" : R"(\\?\)");
-    api.AddReplacing(path.subspan(network ? 1 : 0), '/', '\\');
-    return api.Take();
+    GString api = GetWin32PathString();
+    if (api.GetLength() < cLongPathLength) return api;
+    const bool network = api[0] == '\\' && api[1] == '\\';
+    // Unit by unit: PortableToWin32 has left room for them.
+    long position = network ? 2 : 0;
+    for (const char c : std::string_view(network ? R"(?\UNC\)" : R"(\\?\)"))
+        api.Insert(position++, static_cast<unsigned short>(c));
+    return api;
 }
 
 void PWin32PathNameImp::SetRootName(const GString& native) {
@@ -85,8 +87,8 @@ void PWin32PathNameImp::SetCrossPlatformRootPathString(const GString& portable) 
 }
 
 GString PWin32PathNameImp::GetCrossPlatformRootNameString() const {
-    const GString& path = GetCrossPlatformString();
-    return path.GetSubstring(0, GetRootNameLength(path));
+    const GPathUnits path = GPathText::UnitsOf(GetCrossPlatformString());
+    return GPathText::MakeString(path.first(RootNameLengthIn(path)));
 }
 
 GString PWin32PathNameImp::GetCrossPlatformRootDirectoryString() const {
@@ -110,13 +112,26 @@ bool PWin32PathNameImp::IsRelative() const {
 }
 
 bool PWin32PathNameImp::Equals(const PWin32PathNameImp& other) const {
-    return GStringSupport::IsEqualIgnoreCase(GetCrossPlatformString(), other.GetCrossPlatformString());
+    return GPathText::IsEqualIgnoreCase(GPathText::UnitsOf(GetCrossPlatformString()),
+                                        GPathText::UnitsOf(other.GetCrossPlatformString()));
 }
 
 std::uint32_t PWin32PathNameImp::GetHash() const {
-    GString lower = GetCrossPlatformString();
-    lower.ToLower();
-    return lower.GetHash();
+    const GPathUnits path = GPathText::UnitsOf(GetCrossPlatformString());
+    unsigned short lower[128];
+    auto hash = static_cast<std::uint32_t>(2 * path.size());
+    for (GPathUnits rest = path; !rest.empty();) {
+        const GPathUnits part = rest.first(std::min(rest.size(), std::size(lower)));
+        std::transform(part.begin(), part.end(), lower, PText::ToLower);
+        const auto bytes = static_cast<std::uint32_t>(2 * part.size());
+        // The hash of a text starts from its length and turns by four bits a byte: a part adds what is
+        // left of its own hash without the length.
+        hash =
+            std::rotl(hash ^ bytes, static_cast<int>(4 * (bytes % 8))) ^
+            GBufferSupport::GetHash(reinterpret_cast<const unsigned char*>(lower), static_cast<long>(bytes));
+        rest = rest.subspan(part.size());
+    }
+    return hash;
 }
 
 long PWin32PathNameImp::GetRootNameLength(const GString& portable) {
@@ -129,7 +144,9 @@ long PWin32PathNameImp::GetRootDirectoryLength(const GString& portable) {
 
 long PWin32PathNameImp::GetStartPositionRelativePath(const GString& portable) {
     // "/ab:" counts both as a root name in whole and as starting at the root.
-    return std::min(GetRootNameLength(portable) + GetRootDirectoryLength(portable), portable.GetLength());
+    const GPathUnits path = GPathText::UnitsOf(portable);
+    const std::size_t end = RootNameLengthIn(path) + (HasRootDirectoryIn(path) ? 1 : 0);
+    return static_cast<long>(std::min(end, path.size()));
 }
 
 long PWin32PathNameImp::GetLeafPosition(const GString& portable) {
@@ -144,7 +161,8 @@ long PWin32PathNameImp::GetLeafPosition(const GString& portable) {
 }
 
 GString PWin32PathNameImp::Win32ToPortable(const GString& win32) {
-    GPathUnits path = GPathText::UnitsOf(win32);
+    const GPathInput input(win32);
+    GPathUnits path = input.GetUnits();
     // Seven units of "\\?\UNC\" leave one backslash in front of the server: other readers of paths
     // stored in this form count on the single slash.
     if (GPathText::StartsWith(path, R"(\\?\)"))
@@ -155,9 +173,11 @@ GString PWin32PathNameImp::Win32ToPortable(const GString& win32) {
 }
 
 GString PWin32PathNameImp::PortableToWin32(const GString& portable) {
-    if (portable.IsEmpty()) return GString(".");
-    const GPathUnits path = GPathText::UnitsOf(portable);
-    GUnitBuilder win32(path.size());
+    const GPathInput input(portable);
+    const GPathUnits path = input.GetUnits();
+    const bool isLong = path.size() >= static_cast<std::size_t>(cLongPathLength);
+    GUnitBuilder win32(path.size() + (isLong ? cLongPathPrefix : 1));
+    if (path.empty()) win32.Add('.');
     win32.AddReplacing(path, '/', '\\');
     return win32.Take();
 }
