@@ -15,5 +15,8 @@ public:
 
     /// A heap block, aligned to 16 bytes. Null when the system has none.
     static void* AllocateFromHeap(std::size_t size) noexcept;
+    /// Changes a heap block's size, where it stands when the heap can, and keeps the bytes that both
+    /// sizes hold. The block's new place; null, with the block as it was, when the system has none.
+    static void* ReallocateInHeap(void* block, std::size_t size) noexcept;
     static void FreeToHeap(void* block) noexcept;
 };

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstring>
 #include <mutex>
 
 #include "framework/core/GException.h"
@@ -14,6 +15,7 @@ GAllocator GAllocator::sInstance __attribute__((init_priority(101)));
 
 GAllocator::GAllocator() noexcept {
     for (std::size_t i = 0; i < cSmallClassCount; ++i) mFixedSizes[i].Initialize(this, SizeOf(i));
+    for (std::size_t i = 0; i < cStackCount; ++i) mCacheOfStack[i] = &mCaches[i % cCacheCount];
 }
 
 GAllocator::~GAllocator() {
@@ -24,24 +26,37 @@ GAllocator::~GAllocator() {
 
 void* GAllocator::Allocate(std::size_t size) {
     void* const block = TryToAllocate(size);
-    return block != nullptr ? block : AllocateAfterNewHandler(size);
+    return block != nullptr ? block : TryAfterNewHandler([=, this] { return TryToAllocate(size); });
 }
 
 void* GAllocator::TryToAllocate(std::size_t size) noexcept {
     if (size > cMaxPooledSize) return PMemory::AllocateFromHeap(size);
     const std::size_t sizeClass = ClassOf(size);
-    Cache& cache = CacheOfThread();
-    if (cache.busy.exchange(true, std::memory_order_acquire)) return TakeFromPool(sizeClass);
-    BlockList& list = cache.lists[sizeClass];
+    Cache* const cache = EnterCacheOfThread();
+    if (cache == nullptr) return TakeFromPool(sizeClass);
+    BlockList& list = cache->lists[sizeClass];
     if (list.IsEmpty()) Refill(list, sizeClass);
     void* const block = list.IsEmpty() ? nullptr : list.Take(sizeClass);
-    cache.busy.store(false, std::memory_order_release);
+    Leave(*cache);
     return block;
 }
 
-void* GAllocator::AllocateAfterNewHandler(std::size_t size) {
+void* GAllocator::Reallocate(void* block, std::size_t oldSize, std::size_t newSize) {
+    if (oldSize > cMaxPooledSize && newSize > cMaxPooledSize) {
+        void* const grown = PMemory::ReallocateInHeap(block, newSize);
+        if (grown != nullptr) return grown;
+        return TryAfterNewHandler([=] { return PMemory::ReallocateInHeap(block, newSize); });
+    }
+    void* const moved = Allocate(newSize);
+    std::memcpy(moved, block, std::min(oldSize, newSize));
+    Free(block, oldSize);
+    return moved;
+}
+
+template <class Try>
+void* GAllocator::TryAfterNewHandler(Try tryOnce) {
     while (NewHandler()) {
-        void* const block = TryToAllocate(size);
+        void* const block = tryOnce();
         if (block != nullptr) return block;
     }
     ThrowOutOfMemory();
@@ -68,15 +83,15 @@ void GAllocator::Free(void* block, std::size_t size) noexcept {
 }
 
 void GAllocator::FreeCached(void* block, std::size_t sizeClass) noexcept {
-    Cache& cache = CacheOfThread();
-    if (cache.busy.exchange(true, std::memory_order_acquire)) {
+    Cache* const cache = EnterCacheOfThread();
+    if (cache == nullptr) {
         GiveToPool(block, sizeClass);
         return;
     }
-    BlockList& list = cache.lists[sizeClass];
+    BlockList& list = cache->lists[sizeClass];
     list.Put(block, sizeClass);
     if (list.GetCount() > CacheLimit(sizeClass)) Drain(list, sizeClass, list.GetCount() / 2);
-    cache.busy.store(false, std::memory_order_release);
+    Leave(*cache);
 }
 
 // Virtual, so that the owner's own module does it.
@@ -100,13 +115,18 @@ void* GAllocator::BlockList::Take(std::size_t sizeClass) noexcept {
     return block;
 }
 
-GAllocator::Cache& GAllocator::CacheOfThread() noexcept {
-    // Threads' stacks lie far apart. Two threads that come to share a cache by this only get in each
-    // other's way a little; what is in it is guarded by its flag.
+// Null when another thread is using the cache just now. Threads' stacks lie far apart, so that each
+// soon has a cache of its own: those that meet in one go on to others.
+GAllocator::Cache* GAllocator::EnterCacheOfThread() noexcept {
     const auto stack = reinterpret_cast<std::uintptr_t>(__builtin_frame_address(0));
     const std::uint32_t mixed = static_cast<std::uint32_t>(stack >> 18) * 0x9E3779B1U;
-    static_assert(cCacheCount == 16);
-    return mCaches[mixed >> 28];
+    static_assert(cStackCount == 512);
+    std::atomic<Cache*>& place = mCacheOfStack[mixed >> 23];
+    Cache* const cache = place.load(std::memory_order_relaxed);
+    if (!cache->busy.exchange(true, std::memory_order_acquire)) return cache;
+    Cache* const next = cache + 1;
+    place.store(next == std::end(mCaches) ? mCaches : next, std::memory_order_relaxed);
+    return nullptr;
 }
 
 // 2 KiB of a size, within reason.
@@ -146,7 +166,7 @@ void GAllocator::DrainCaches() noexcept {
     for (Cache& cache : mCaches) {
         if (cache.busy.exchange(true, std::memory_order_acquire)) continue;
         for (std::size_t i = 0; i < cClassCount; ++i) Drain(cache.lists[i], i, 0);
-        cache.busy.store(false, std::memory_order_release);
+        Leave(cache);
     }
 }
 

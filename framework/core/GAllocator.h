@@ -85,8 +85,8 @@ private:
 /// - above: the heap of the process.
 ///
 /// Threads: any thread may call anything. One critical section guards chunks and free lists. In front
-/// of it stand a few small caches of free blocks, chosen by the calling thread's stack; a cache that
-/// another thread is using just then is passed by, never waited for.
+/// of it stand a few small caches of free blocks, chosen by the calling thread's stack; a thread that finds
+/// its cache in use by another just then passes it by, never waits, and takes to the next one.
 ///
 /// Modules: each module that links the framework (the DLL; a program that links it statically) has an
 /// allocator of its own. A small block that is given to another module's allocator is passed on to
@@ -114,6 +114,10 @@ public:
     /// A block of at least `size` bytes, to be given back with the same size. Throws as
     /// ThrowOutOfMemory() does when there is no memory even after NewHandler().
     [[nodiscard]] void* Allocate(std::size_t size);
+    /// A block of at least `newSize` bytes in the place of one of `oldSize`, whose bytes it has as far as
+    /// both reach. A large block grows where it stands when the heap can. Throws as Allocate(), and
+    /// the block is then as it was.
+    [[nodiscard]] void* Reallocate(void* block, std::size_t oldSize, std::size_t newSize);
     /// Takes back a block; `size` is what Allocate() was asked for. Null is ignored.
     void Free(void* block, std::size_t size) noexcept;
 
@@ -149,6 +153,7 @@ private:
     static constexpr std::size_t cSmallClassCount = cMaxSmallSize / cGranularity;
     static constexpr std::size_t cClassCount = cMaxPooledSize / cGranularity;
     static constexpr std::size_t cCacheCount = 16;
+    static constexpr std::size_t cStackCount = 512;
     static constexpr std::size_t cEmergencySize = 65536;
 
     // Free blocks of one size, chained through their first word.
@@ -172,16 +177,20 @@ private:
     static std::size_t ClassOf(std::size_t size) noexcept { return GetIndex(size) - 1; }
     static std::size_t SizeOf(std::size_t sizeClass) noexcept { return (sizeClass + 1) * cGranularity; }
     static std::int32_t CacheLimit(std::size_t sizeClass) noexcept;
-    Cache& CacheOfThread() noexcept;
+    Cache* EnterCacheOfThread() noexcept;
+    static void Leave(Cache& cache) noexcept { cache.busy.store(false, std::memory_order_release); }
 
     void* TryToAllocate(std::size_t size) noexcept;
-    void* AllocateAfterNewHandler(std::size_t size);
     void FreeCached(void* block, std::size_t sizeClass) noexcept;
-    void Refill(BlockList& list, std::size_t sizeClass) noexcept;
-    void Drain(BlockList& list, std::size_t sizeClass, std::int32_t keep) noexcept;
+    // The rare ways stay out of line: saving the registers that they need would be what takes the
+    // longest in the common ones.
+    template <class Try>
+    [[gnu::noinline]] void* TryAfterNewHandler(Try tryOnce);
+    [[gnu::noinline]] void Refill(BlockList& list, std::size_t sizeClass) noexcept;
+    [[gnu::noinline]] void Drain(BlockList& list, std::size_t sizeClass, std::int32_t keep) noexcept;
+    [[gnu::noinline]] void* TakeFromPool(std::size_t sizeClass) noexcept;
+    [[gnu::noinline]] void GiveToPool(void* block, std::size_t sizeClass) noexcept;
     void DrainCaches() noexcept;
-    void* TakeFromPool(std::size_t sizeClass) noexcept;
-    void GiveToPool(void* block, std::size_t sizeClass) noexcept;
     bool ReleasePools(long keptChunks) noexcept;
     virtual void FreeForOtherModule(void* block, std::size_t size) noexcept;
 
@@ -189,6 +198,8 @@ private:
 
     PCriticalSection mSection;
     Cache mCaches[cCacheCount];
+    // The cache of the threads whose stacks lie at a place.
+    std::atomic<Cache*> mCacheOfStack[cStackCount];
     GFixedSizeAllocator mFixedSizes[cSmallClassCount];
     BlockList mHeapBlocks[cClassCount];  // of the classes above the small ones
     void* mEmergency = nullptr;

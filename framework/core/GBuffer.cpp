@@ -1,7 +1,10 @@
 #include "framework/core/GBuffer.h"
 
+#include <emmintrin.h>
+
 #include <algorithm>
 #include <cstring>
+#include <functional>
 
 #include "framework/core/GAllocator.h"
 #include "framework/core/GBufferSupport.h"
@@ -39,11 +42,36 @@ unsigned char* NewBlock(std::int32_t size) {
     return static_cast<unsigned char*>(GAllocator::GetInstance().Allocate(static_cast<std::size_t>(size)));
 }
 
-// memcpy and memmove must not be called with the null pointer of an empty buffer.
-void Copy(unsigned char* target, const unsigned char* source, long length) {
-    if (length > 0) std::memcpy(target, source, static_cast<std::size_t>(length));
+// Moves a short run as its first and its last bytes, which meet or overlap in the middle. Both are read
+// before either is written.
+template <class Word>
+void MoveByEnds(unsigned char* target, const unsigned char* source, std::size_t length) {
+    Word first, last;
+    std::memcpy(&first, source, sizeof first);
+    std::memcpy(&last, source + length - sizeof last, sizeof last);
+    std::memcpy(target, &first, sizeof first);
+    std::memcpy(target + length - sizeof last, &last, sizeof last);
 }
 
+// Moves bytes between areas that may overlap; most runs are short, and calling the library would take
+// longer than moving those.
+inline void MoveMostlyShort(unsigned char* target, const unsigned char* source, std::size_t length) {
+    if (length > 32) {
+        std::memmove(target, source, length);
+    } else if (length >= 16) {
+        MoveByEnds<__m128i>(target, source, length);
+    } else if (length >= 8) {
+        MoveByEnds<std::uint64_t>(target, source, length);
+    } else if (length >= 4) {
+        MoveByEnds<std::uint32_t>(target, source, length);
+    } else if (length >= 2) {
+        MoveByEnds<std::uint16_t>(target, source, length);
+    } else if (length == 1) {
+        *target = *source;
+    }
+}
+
+// memmove must not be called with the null pointer of an empty buffer.
 void Move(unsigned char* target, const unsigned char* source, long length) {
     if (length > 0) std::memmove(target, source, static_cast<std::size_t>(length));
 }
@@ -70,13 +98,25 @@ void GBuffer::TakeBlock(unsigned char* block, std::int32_t size) const noexcept 
     mSizeWord = static_cast<std::uint32_t>(size) | cAllocated;
 }
 
+bool GBuffer::IsInOwnBlock(const unsigned char* bytes) const noexcept {
+    // Of pointers into different blocks only this order is defined.
+    return GetAllocated() && !std::less<>()(bytes, mData) && std::less<>()(bytes, mData + GetArraySize());
+}
+
 // Moves the bytes into an own block of that size, or of what they and the spare bytes need.
 void GBuffer::MoveToBlock(long size) const {
     const std::int32_t needed = SumOfLengths(mLength, 0) + cSpareBytes;
     const std::int32_t blockSize =
         std::max(needed, static_cast<std::int32_t>(std::min<long>(size, cMaxArraySize)));
+    if (GetAllocated() && mLength >= GetArraySize() / 2) {
+        // Hardly a byte too many is moved, and of a large block perhaps none.
+        mData = static_cast<unsigned char*>(GAllocator::GetInstance().Reallocate(
+            mData, SizeOf(mSizeWord), static_cast<std::size_t>(blockSize)));
+        mSizeWord = static_cast<std::uint32_t>(blockSize) | cAllocated;
+        return;
+    }
     unsigned char* const block = NewBlock(blockSize);
-    Copy(block, mData, mLength);
+    Move(block, mData, mLength);
     TakeBlock(block, blockSize);
 }
 
@@ -148,7 +188,7 @@ void GBuffer::CopyByteArray(const unsigned char* source, long length, long copyL
     } else {
         // The old block goes last: the source may lie inside it.
         unsigned char* const block = NewBlock(newSize);
-        Copy(block, source, copied);
+        Move(block, source, copied);
         TakeBlock(block, newSize);
     }
     mLength = static_cast<std::int32_t>(length);
@@ -173,9 +213,10 @@ void GBuffer::Allocate(long capacity) {
 
 void GBuffer::SetLength(long length) {
     if (length < 0) return;
+    const std::int32_t newLength = SumOfLengths(length, 0);
     const long room = GetAllocated() ? GetAllocatedLength() : GetArraySize();
-    if (length > room) MoveToBlock(SumOfLengths(length, 0) + cSpareBytes);
-    mLength = static_cast<std::int32_t>(length);
+    if (length > room) MoveToBlock(newLength + cSpareBytes);
+    mLength = newLength;
 }
 
 void GBuffer::Swap(GBuffer& other) noexcept {
@@ -246,6 +287,25 @@ GBuffer& GBuffer::operator+=(const char* text) {
     return *this;
 }
 
+void GBuffer::AppendByteArray(const unsigned char* bytes, long length) {
+    if (bytes == nullptr || length < 1) return;
+    const auto count = static_cast<std::size_t>(length);
+    if (!HasOwnRoomFor(count)) return AppendInLargerBlock(bytes, length);
+    unsigned char* const end = mData + mLength;
+    mLength += static_cast<std::int32_t>(length);
+    MoveMostlyShort(end, bytes, count);
+}
+
+void GBuffer::AppendInLargerBlock(const unsigned char* bytes, long length) {
+    const std::int32_t newLength = SumOfLengths(mLength, length);
+    // What lies in the own block moves with it.
+    const bool isOwn = IsInOwnBlock(bytes);
+    const std::ptrdiff_t offset = isOwn ? bytes - mData : 0;
+    MoveToBlock(BlockSizeToGrowTo(newLength));
+    Move(mData + mLength, isOwn ? mData + offset : bytes, length);
+    mLength = newLength;
+}
+
 void GBuffer::ReplaceByteArray(long start, long removeCount, const unsigned char* bytes, long insertCount) {
     start = std::clamp<long>(start, 0, mLength);
     removeCount = std::clamp<long>(removeCount, 0, mLength - start);
@@ -257,13 +317,13 @@ void GBuffer::ReplaceByteArray(long start, long removeCount, const unsigned char
         return;
     }
     GBuffer ownBytes;
-    if (insertCount > 0 && bytes >= mData && bytes < mData + GetArraySize()) {
+    if (insertCount > 0 && IsInOwnBlock(bytes)) {
         // What is inserted would be moved away under its own copying.
         ownBytes.Set(bytes, insertCount);
         bytes = ownBytes.mData;
     }
     Move(mData + start + insertCount, mData + start + removeCount, mLength - start - removeCount);
-    Copy(mData + start, bytes, insertCount);
+    Move(mData + start, bytes, insertCount);
     mLength = newLength;
 }
 
@@ -272,10 +332,10 @@ void GBuffer::ReplaceInNewBlock(long start, long removeCount, const unsigned cha
     const std::int32_t newLength = SumOfLengths(mLength - removeCount, insertCount);
     const std::int32_t size = BlockSizeToGrowTo(newLength);
     unsigned char* const block = NewBlock(size);
-    Copy(block, mData, start);
-    Copy(block + start, bytes, insertCount);
+    Move(block, mData, start);
+    Move(block + start, bytes, insertCount);
     const long tail = start + removeCount;
-    if (mLength > tail) Copy(block + start + insertCount, mData + tail, mLength - tail);
+    if (mLength > tail) Move(block + start + insertCount, mData + tail, mLength - tail);
     TakeBlock(block, size);
     mLength = newLength;
 }

@@ -28,8 +28,9 @@ class GCharCode;
 /// on different threads. Objects may be relocated bitwise.
 class QUILLON_EXPORT GBuffer {
 public:
-    /// The longest buffer that can be: the block's size, spare bytes included, has 31 bits.
-    static constexpr std::int32_t cMaxLength = 0x7FFFFFFF - 2;
+    /// The longest buffer that can be: the size of a block with room for one more 16-bit unit and the
+    /// two spare bytes has 31 bits.
+    static constexpr std::int32_t cMaxLength = 0x7FFFFFFF - 4;
 
     /// A shared empty constant.
     static const GBuffer cEmptyBuffer;
@@ -143,7 +144,7 @@ public:
     GBuffer& operator+=(const GCharCode& code);
     GBuffer& operator+=(char byte) { return *this += static_cast<unsigned char>(byte); }
     GBuffer& operator+=(unsigned char byte) {
-        if (!HasOwnRoomFor(1)) GrowForElement(1);
+        if (!HasOwnRoomFor(1U)) GrowForElement(1);
         // The length is stored last: a byte could be stored over anything, for all the compiler knows,
         // so that it would load again what was stored before it.
         const std::uint32_t length = static_cast<std::uint32_t>(mLength);
@@ -153,22 +154,14 @@ public:
     }
     /// Two bytes in machine order.
     GBuffer& operator+=(unsigned short unit) {
-        if (!HasOwnRoomFor(sizeof unit)) GrowForElement(sizeof unit);
+        if (!HasOwnRoomFor(2U)) GrowForElement(sizeof unit);
         const std::uint32_t length = static_cast<std::uint32_t>(mLength);
         std::memcpy(mData + length, &unit, sizeof unit);
         mLength = static_cast<std::int32_t>(length + sizeof unit);
         return *this;
     }
     GBuffer& operator+=(const char* text);  ///< up to its zero; null adds nothing
-    void AppendByteArray(const unsigned char* bytes, long length) {
-        if (bytes == nullptr || length < 1) return;
-        if (GetAllocated() && length <= GetAllocatedLength() - mLength) {
-            std::memmove(mData + mLength, bytes, static_cast<std::size_t>(length));
-            mLength += static_cast<std::int32_t>(length);
-        } else {
-            ReplaceInNewBlock(mLength, 0, bytes, length);
-        }
-    }
+    void AppendByteArray(const unsigned char* bytes, long length);
     /// Puts `insertCount` bytes in the place of `removeCount` at `start`, both cut to what is there.
     void ReplaceByteArray(long start, long removeCount, const unsigned char* bytes, long insertCount);
     void Replace(long start, long count, const GBuffer& with);
@@ -239,14 +232,18 @@ private:
     static constexpr std::uint32_t cAllocated = 0x80000000;
 
     static constexpr std::uint32_t SizeOf(std::uint32_t sizeWord) noexcept { return sizeWord & ~cAllocated; }
-    // For an own block the set top bit stands on both sides; a borrowed one is less in any case.
-    bool HasOwnRoomFor(std::uint32_t more) const noexcept {
-        return mSizeWord >= cAllocated + static_cast<std::uint32_t>(mLength) + 2 + more;
+    // For an own block the set top bit stands on both sides; a borrowed one is less in any case. The sum
+    // of 32 bits holds one unit more than the longest buffer; what may be larger comes in 64 bits.
+    template <class Size>
+    bool HasOwnRoomFor(Size more) const noexcept {
+        return mSizeWord >= more + static_cast<std::uint32_t>(mLength) + 2 + cAllocated;
     }
     void GrowForElement(long size);
+    bool IsInOwnBlock(const unsigned char* bytes) const noexcept;
     void FreeBlock() const noexcept;
     void TakeBlock(unsigned char* block, std::int32_t size) const noexcept;
     void MoveToBlock(long size) const;
+    [[gnu::noinline]] void AppendInLargerBlock(const unsigned char* bytes, long length);
     void Borrow(const unsigned char* bytes, long length, long arraySize);
     void ReplaceInNewBlock(long start, long removeCount, const unsigned char* bytes, long insertCount);
 

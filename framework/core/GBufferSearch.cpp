@@ -168,6 +168,32 @@ long FindFirstNotOfSet(const unsigned char* bytes, long length, const Unit* set,
     return FindFirst<Unit>(bytes, length, start, Not<LargeSet<Unit>>(what));
 }
 
+// Whether two short runs are equal, by their first and their last bytes, which meet or overlap in the
+// middle.
+template <class Word>
+bool HaveEqualEnds(const unsigned char* a, const unsigned char* b, std::size_t length) {
+    Word ends[4];
+    std::memcpy(&ends[0], a, sizeof(Word));
+    std::memcpy(&ends[1], b, sizeof(Word));
+    std::memcpy(&ends[2], a + length - sizeof(Word), sizeof(Word));
+    std::memcpy(&ends[3], b + length - sizeof(Word), sizeof(Word));
+    return ((ends[0] ^ ends[1]) | (ends[2] ^ ends[3])) == 0;
+}
+
+// Patterns are short as a rule, and calling the library takes longer than comparing those.
+constexpr long cShortRun = 16;
+
+inline bool AreEqualShort(const unsigned char* a, const unsigned char* b, std::size_t length) {
+    if (length >= 8) return HaveEqualEnds<std::uint64_t>(a, b, length);
+    if (length >= 4) return HaveEqualEnds<std::uint32_t>(a, b, length);
+    if (length >= 2) return HaveEqualEnds<std::uint16_t>(a, b, length);
+    return *a == *b;
+}
+
+inline bool AreEqual(const unsigned char* a, const unsigned char* b, std::size_t length) {
+    return length <= cShortRun ? AreEqualShort(a, b, length) : std::memcmp(a, b, length) == 0;
+}
+
 // Where a pattern of at least one element stands.
 template <class Unit>
 class PatternSearch {
@@ -178,64 +204,53 @@ public:
           mLastElement(patternLength - 1),
           mLastPlace(length - patternLength) {}
 
+    /// Compares only where both the first and the last element stand.
     long FindFrom(long start) const {
-        start = std::max(start, 0L);
-        if constexpr (sizeof(Unit) == 1) {
-            if (FindByFirstByte(start)) return start;
+        for (long place = start; place <= mLastPlace; ++place) {
+            place = NextBothEnds(place);
+            if (place <= mLastPlace && StandsAt(place)) return place;
         }
-        return FindByBothEnds(start);
+        return -1;
     }
 
 private:
     static constexpr long cSize = sizeof(Unit);
+    static constexpr long cLanes = cLaneCount<Unit>;
 
     bool StandsAt(long place) const {
-        return std::memcmp(mBytes + place * cSize, mPattern,
-                           static_cast<std::size_t>((mLastElement + 1) * cSize)) == 0;
+        return AreEqual(mBytes + place * cSize, mPattern,
+                        static_cast<std::size_t>((mLastElement + 1) * cSize));
     }
 
-    // Leaps from one occurrence of the first byte to the next, while they are rare. True when the
-    // pattern stands at `place`; otherwise it does not stand before there.
-    bool FindByFirstByte(long& place) const {
-        constexpr long cRare = 64;  // bytes between two occurrences, on the average
-        const long start = place;
-        for (long leaps = 0; place <= mLastPlace && leaps <= 2 + (place - start) / cRare; ++leaps) {
-            const auto rest = static_cast<std::size_t>(mLastPlace + 1 - place);
-            const void* const found = std::memchr(mBytes + place, mPattern[0], rest);
-            place = found == nullptr ? mLastPlace + 1 : static_cast<const unsigned char*>(found) - mBytes;
-            if (found != nullptr && StandsAt(place)) return true;
-            ++place;
-        }
-        return false;
-    }
-
-    // Looks for places where both the first and the last element stand, many places at a time; only
-    // those are compared whole.
-    long FindByBothEnds(long start) const {
-        const long lastBlock = mLastPlace - cLaneCount<Unit> + 1;
-        if (lastBlock < start) return FindOneByOne(start);
+    // The next place where both stand, or one behind the last place; looks at many places at a time.
+    long NextBothEnds(long place) const {
+        const long lastBlock = mLastPlace - cLanes + 1;
+        if (lastBlock < 0) return NextBothEndsOfFew(place);
         const __m128i first = Fill(ElementAt<Unit>(mPattern, 0));
         const __m128i last = Fill(ElementAt<Unit>(mPattern, mLastElement));
-        for (long block = start;; block = std::min(block + cLaneCount<Unit>, lastBlock)) {
-            const __m128i firsts = Equal<Unit>(Load(mBytes + block * cSize), first);
-            const __m128i lasts = Equal<Unit>(Load(mBytes + (block + mLastElement) * cSize), last);
-            // One bit an element is enough to visit each place once.
-            unsigned mask = Mask(_mm_and_si128(firsts, lasts)) & (cSize == 1 ? 0xFFFFU : 0x5555U);
-            for (; mask != 0; mask &= mask - 1) {
-                const long place = block + std::countr_zero(mask) / cSize;
-                if (StandsAt(place)) return place;
-            }
-            // The last block overlaps the one before; what it sees again has been refused there.
-            if (block == lastBlock) return -1;
+        for (; place <= lastBlock; place += cLanes) {
+            const unsigned mask = BothEndsMask(place, first, last);
+            if (mask != 0) return place + std::countr_zero(mask) / cSize;
         }
+        // The last block overlaps the one before; the places that were seen there are shifted out.
+        const unsigned mask = BothEndsMask(lastBlock, first, last) >> ((place - lastBlock) * cSize);
+        return mask == 0 ? mLastPlace + 1 : place + std::countr_zero(mask) / cSize;
     }
 
-    long FindOneByOne(long start) const {
+    unsigned BothEndsMask(long place, __m128i first, __m128i last) const {
+        const __m128i firsts = Equal<Unit>(Load(mBytes + place * cSize), first);
+        const __m128i lasts = Equal<Unit>(Load(mBytes + (place + mLastElement) * cSize), last);
+        return Mask(_mm_and_si128(firsts, lasts));
+    }
+
+    long NextBothEndsOfFew(long place) const {
         const Unit first = ElementAt<Unit>(mPattern, 0);
-        for (long place = start; place <= mLastPlace; ++place) {
-            if (ElementAt<Unit>(mBytes, place) == first && StandsAt(place)) return place;
+        const Unit last = ElementAt<Unit>(mPattern, mLastElement);
+        while (place <= mLastPlace && (ElementAt<Unit>(mBytes, place) != first ||
+                                       ElementAt<Unit>(mBytes, place + mLastElement) != last)) {
+            ++place;
         }
-        return -1;
+        return place;
     }
 
     const unsigned char* mBytes;
@@ -243,6 +258,29 @@ private:
     long mLastElement;
     long mLastPlace;  // where the pattern could stand at most
 };
+
+template <class Unit>
+long FindByBothEnds(const unsigned char* bytes, long length, const unsigned char* pattern, long patternLength,
+                    long start) {
+    return PatternSearch<Unit>(bytes, length, pattern, patternLength).FindFrom(start);
+}
+
+// Leaps from one occurrence of the first byte to the next, as long as they are rare. One stands at
+// `start`. Out of line, lest the registers that it needs are saved for finding that.
+[[gnu::noinline]] long FindByFirstByte(const unsigned char* bytes, long length, const unsigned char* pattern,
+                                       long patternLength, long start) {
+    constexpr long cRare = 64;  // bytes between two occurrences, on the average
+    const unsigned char* place = bytes + start;
+    const unsigned char* const end = bytes + length - patternLength + 1;
+    for (long leaps = 0; place - bytes >= start + (leaps - 2) * cRare; ++leaps) {
+        if (AreEqual(place, pattern, static_cast<std::size_t>(patternLength))) return place - bytes;
+        if (++place == end) return -1;
+        const void* const found = std::memchr(place, pattern[0], static_cast<std::size_t>(end - place));
+        if (found == nullptr) return -1;
+        place = static_cast<const unsigned char*>(found);
+    }
+    return FindByBothEnds<unsigned char>(bytes, length, pattern, patternLength, place - bytes);
+}
 
 }  // namespace
 
@@ -275,11 +313,21 @@ long GBuffer::FindLastOccurrence(unsigned short unit, long upTo) const noexcept 
 }
 
 long GBuffer::FindSubBuffer(const GBuffer& pattern, long start, bool wide) const noexcept {
-    const long unitSize = wide ? 2 : 1;
-    const long patternLength = pattern.mLength / unitSize;
-    if (patternLength == 0) return 0;
-    if (wide)
-        return PatternSearch<unsigned short>(mData, mLength / 2, pattern.mData, patternLength)
-            .FindFrom(start);
-    return PatternSearch<unsigned char>(mData, mLength, pattern.mData, patternLength).FindFrom(start);
+    start = std::max(start, 0L);
+    const unsigned char* const what = pattern.mData;
+    if (wide) {
+        const long unitCount = pattern.mLength / 2;
+        return unitCount == 0 ? 0
+                              : FindByBothEnds<unsigned short>(mData, mLength / 2, what, unitCount, start);
+    }
+    const long count = pattern.mLength;
+    if (count == 0) return 0;
+    const long places = mLength - count + 1 - start;
+    if (places <= 0) return -1;
+    const void* const found = std::memchr(mData + start, *what, static_cast<std::size_t>(places));
+    if (found == nullptr) return -1;
+    const auto* const place = static_cast<const unsigned char*>(found);
+    if (count <= cShortRun && AreEqualShort(place, what, static_cast<std::size_t>(count)))
+        return place - mData;
+    return FindByFirstByte(mData, mLength, what, count, place - mData);
 }

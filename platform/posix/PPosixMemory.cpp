@@ -14,6 +14,10 @@ void* PMemory::AllocateFromHeap(std::size_t size) noexcept {
     return std::malloc(size);
 }
 
+void* PMemory::ReallocateInHeap(void* block, std::size_t size) noexcept {
+    return std::realloc(block, size);
+}
+
 void PMemory::FreeToHeap(void* block) noexcept {
     std::free(block);
 }

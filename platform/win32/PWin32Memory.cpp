@@ -34,6 +34,10 @@ void* PMemory::AllocateFromHeap(std::size_t size) noexcept {
     return ::HeapAlloc(::GetProcessHeap(), 0, size);
 }
 
+void* PMemory::ReallocateInHeap(void* block, std::size_t size) noexcept {
+    return ::HeapReAlloc(::GetProcessHeap(), 0, block, size);
+}
+
 void PMemory::FreeToHeap(void* block) noexcept {
     if (block != nullptr) ::HeapFree(::GetProcessHeap(), 0, block);
 }
