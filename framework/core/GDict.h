@@ -10,6 +10,7 @@
 
 #include "framework/core/GAllocator.h"
 #include "framework/core/GDictCursor.h"
+#include "framework/core/GDictIndex.h"
 #include "framework/core/GDictUtil.h"
 
 template <class K, class V>
@@ -31,9 +32,7 @@ template <class K>
 requires std::integral<K> || std::is_enum_v<K> std::uint32_t GDictHash(K key)
 noexcept {
     const long long value = static_cast<long long>(key);
-    const std::uint32_t low = static_cast<std::uint32_t>(value);
-    const std::uint32_t high = static_cast<std::uint32_t>(static_cast<unsigned long long>(value) >> 32);
-    return value < 0 ? low ^ ~high : low ^ high;
+    return static_cast<std::uint32_t>(value ^ (value >> 32) ^ (value >> 63));
 }
 template <class T>
 std::uint32_t GDictHash(T* key) noexcept {
@@ -72,13 +71,12 @@ private:
 
 /// GDict: a hash dictionary.
 ///
-/// A key's home slot is its hash modulo the number of slots; an entry lies in the first free slot from
-/// there on, with wrap-around. Each slot counts the entries whose home it is, so that a look-up stops
-/// when it has seen that many of them: free slots on the way do not end it, and a removal frees its
-/// slot without a trace. From three quarters on the slots are doubled (GDictUtil::GetAllocation).
+/// A key's home slot is its hash modulo the number of slots; an entry lies in the first slot that was
+/// free from there on, with wrap-around. Each slot counts the entries whose home it is, so that free
+/// slots on the way to one do not end a search, and a removal frees its slot without a trace. From
+/// three quarters on the slots are doubled (GDictUtil::GetAllocation).
 ///
-/// Behind the slots, in the same block, each slot's entry has its hash and its home noted, so that
-/// probing computes no hashes and compares only keys whose hashes agree.
+/// Around the slots, in the same block, lies their index: a look-up goes by that instead of probing.
 ///
 /// Keys have `==` and a GDictHash; keys and values must bear being moved bitwise, as in a GTable.
 /// Iteration is in slot order, which depends on hashes and history. Robust iterators (GDictIterator)
@@ -148,24 +146,14 @@ private:
     friend class GDictIterator<K, V>;
     friend class GConstDictIterator<K, V>;
 
-    static constexpr std::uint32_t cFree = 0xFFFFFFFF;  // the home of no entry
-
-    // What probing looks at. Stands behind the slots in the same block.
-    struct Tag {
-        std::uint32_t hash;
-        std::uint32_t home;
-    };
-
     static bool IsOccupied(const Entry& entry) noexcept;
     Entry* End() const noexcept { return mSlots == nullptr ? nullptr : mSlots + mSlotCount; }
-    Tag* Tags() const noexcept { return TagsOf(mSlots, mSlotCount); }
-    static Tag* TagsOf(Entry* slots, std::int32_t slotCount) noexcept;
-    std::uint32_t HomeOf(std::uint32_t hash) const noexcept;
+    GDictIndex Index() const noexcept { return GDictIndex(mSlots); }
     static std::size_t BlockSize(std::int32_t slotCount) noexcept;
     static Entry* NewBlock(std::int32_t slotCount);
     static void FreeBlock(Entry* slots, std::int32_t slotCount) noexcept;
-    static std::int32_t FreeSlotFrom(std::uint32_t home, const Tag* tags, std::int32_t slotCount) noexcept;
 
+    /// Of a dictionary with entries: the slot of the key, or -1.
     long FindSlot(const K& key, std::uint32_t hash) const;
     template <class MakeValue>
     V& InsertNew(const K& key, std::uint32_t hash, MakeValue makeValue);

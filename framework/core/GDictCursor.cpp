@@ -73,8 +73,10 @@ void GDictCursor::StandPastEnd(long slotCount) noexcept {
 
 void GDictCursor::EntryRemoved(GDictCursor* chain, long slot) noexcept {
     for (GDictCursor* cursor = chain; cursor != nullptr; cursor = cursor->mNext) {
-        if (cursor->mPosition == slot) cursor->mState = cBetween;
-        if (!cursor->mHasList) continue;
+        const bool standsThere = cursor->mState == cOnEntry && cursor->mPosition == slot;
+        if (standsThere) cursor->mState = cBetween;
+        // Where it stands it has been: that is not on its list any more.
+        if (standsThere || !cursor->mHasList) continue;
         const long listed = cursor->mList.Find(static_cast<std::int32_t>(slot), cursor->mListPosition);
         if (listed >= 0) cursor->mList[listed] = -1;
     }

@@ -63,7 +63,8 @@ GDict<K, V>::~GDict() {
 }
 
 template <class K, class V>
-const V* GDict<K, V>::Find(const K& key) const {
+inline const V* GDict<K, V>::Find(const K& key) const {
+    if (mCount == 0) return nullptr;
     const long slot = FindSlot(key, GDictHash(key));
     return slot < 0 ? nullptr : &mSlots[slot].mValue;
 }
@@ -78,7 +79,7 @@ bool GDict<K, V>::Insert(const K& key, const V& value) {
 template <class K, class V>
 V& GDict<K, V>::Set(const K& key, const V& value) {
     const std::uint32_t hash = GDictHash(key);
-    const long slot = FindSlot(key, hash);
+    const long slot = mCount == 0 ? -1 : FindSlot(key, hash);
     if (slot < 0) return InsertNew(key, hash, [&value](void* place) { ::new (place) V(value); });
     mSlots[slot].mValue = value;
     return mSlots[slot].mValue;
@@ -87,13 +88,14 @@ V& GDict<K, V>::Set(const K& key, const V& value) {
 template <class K, class V>
 V& GDict<K, V>::GetOrInsert(const K& key) {
     const std::uint32_t hash = GDictHash(key);
-    const long slot = FindSlot(key, hash);
+    const long slot = mCount == 0 ? -1 : FindSlot(key, hash);
     if (slot < 0) return InsertNew(key, hash, [](void* place) { ::new (place) V(); });
     return mSlots[slot].mValue;
 }
 
 template <class K, class V>
 bool GDict<K, V>::Remove(const K& key) {
+    if (mCount == 0) return false;
     const long slot = FindSlot(key, GDictHash(key));
     if (slot < 0) return false;
     Vacate(static_cast<std::int32_t>(slot));
@@ -109,8 +111,8 @@ void GDict<K, V>::Clear() noexcept {
     for (std::int32_t slot = 0; slot < mSlotCount; ++slot) {
         mSlots[slot].mOccupied = 0;
         mSlots[slot].mHomeCount = 0;
-        Tags()[slot].home = cFree;
     }
+    Index().Clear(mSlotCount);
     mCount = 0;
     GDictCursor::AllRemoved(mCursors);
 }
@@ -133,7 +135,7 @@ bool GDict<K, V>::operator==(const GDict& other) const {
     return true;
 }
 
-// --- The block: slots, then tags ---------------------------------------------------------------
+// --- The block: the slots and their index ------------------------------------------------------
 
 template <class K, class V>
 bool GDict<K, V>::IsOccupied(const Entry& entry) noexcept {
@@ -141,33 +143,26 @@ bool GDict<K, V>::IsOccupied(const Entry& entry) noexcept {
 }
 
 template <class K, class V>
-typename GDict<K, V>::Tag* GDict<K, V>::TagsOf(Entry* slots, std::int32_t slotCount) noexcept {
-    return reinterpret_cast<Tag*>(slots + slotCount);
-}
-
-template <class K, class V>
-std::uint32_t GDict<K, V>::HomeOf(std::uint32_t hash) const noexcept {
-    return hash % static_cast<std::uint32_t>(mSlotCount);
-}
-
-template <class K, class V>
 std::size_t GDict<K, V>::BlockSize(std::int32_t slotCount) noexcept {
-    return static_cast<std::size_t>(slotCount) * (sizeof(Entry) + sizeof(Tag));
+    return GDictIndex::GetFrontSize(slotCount) + static_cast<std::size_t>(slotCount) * sizeof(Entry) +
+           GDictIndex::GetBackSize(slotCount);
 }
 
 template <class K, class V>
 typename GDict<K, V>::Entry* GDict<K, V>::NewBlock(std::int32_t slotCount) {
-    Entry* const slots = static_cast<Entry*>(GAllocator::GetInstance().Allocate(BlockSize(slotCount)));
+    void* const block = GAllocator::GetInstance().Allocate(BlockSize(slotCount));
+    void* const place = static_cast<unsigned char*>(block) + GDictIndex::GetFrontSize(slotCount);
+    Entry* const slots = static_cast<Entry*>(place);
     for (std::int32_t slot = 0; slot < slotCount; ++slot) ::new (static_cast<void*>(slots + slot)) Entry();
-    Tag* const tags = TagsOf(slots, slotCount);
-    for (std::int32_t slot = 0; slot < slotCount; ++slot)
-        ::new (static_cast<void*>(tags + slot)) Tag{0, cFree};
+    GDictIndex::Create(slots, slots + slotCount, slotCount);
     return slots;
 }
 
 template <class K, class V>
 void GDict<K, V>::FreeBlock(Entry* slots, std::int32_t slotCount) noexcept {
-    if (slots != nullptr) GAllocator::GetInstance().Free(slots, BlockSize(slotCount));
+    if (slots == nullptr) return;
+    void* const block = reinterpret_cast<unsigned char*>(slots) - GDictIndex::GetFrontSize(slotCount);
+    GAllocator::GetInstance().Free(block, BlockSize(slotCount));
 }
 
 template <class K, class V>
@@ -195,45 +190,35 @@ void GDict<K, V>::CopyEntries(const GDict& other) {
             target.mKey.~K();
             throw;
         }
-        copy.Occupy(slot, other.Tags()[slot].hash);
+        copy.Occupy(slot, other.Index().GetHash(slot));
     }
     std::swap(mSlots, copy.mSlots);
     std::swap(mCount, copy.mCount);
 }
 
-// --- Probing -----------------------------------------------------------------------------------
+// --- Looking up --------------------------------------------------------------------------------
 
 template <class K, class V>
-long GDict<K, V>::FindSlot(const K& key, std::uint32_t hash) const {
-    if (mCount == 0) return -1;
-    const std::uint32_t slotCount = static_cast<std::uint32_t>(mSlotCount);
-    const std::uint32_t home = HomeOf(hash);
-    if constexpr (std::is_scalar_v<K>) {
-        // Such keys cost nothing to compare: most are found without a look at the tags.
-        if (mSlots[home].mOccupied && mSlots[home].mKey == key) return static_cast<long>(home);
-    }
-    std::uint32_t unseen = mSlots[home].mHomeCount;
-    const Tag* const tags = Tags();
-    for (std::uint32_t slot = home; unseen > 0; slot = slot + 1 == slotCount ? 0 : slot + 1) {
-        if (tags[slot].home != home) continue;
-        if (tags[slot].hash == hash && mSlots[slot].mKey == key) return static_cast<long>(slot);
-        --unseen;
+inline long GDict<K, V>::FindSlot(const K& key, std::uint32_t hash) const {
+    const GDictIndex index = Index();
+    const std::uint32_t home = index.GetHome(hash, mSlotCount);
+    // Most entries lie in their home. Slots too many for the nearest cache are fetched from there
+    // while the index is.
+    constexpr std::int32_t cManySlots = 4096;
+    if (mSlotCount > cManySlots) __builtin_prefetch(mSlots + home);
+    for (std::int32_t slot = index.GetFirst(home); slot >= 0; slot = index.GetNext(slot)) {
+        // Scalars cost no more to compare than their hashes.
+        if (!std::is_scalar_v<K> && index.GetHash(slot) != hash) continue;
+        if (key == mSlots[slot].mKey) return slot;
     }
     return -1;
-}
-
-template <class K, class V>
-std::int32_t GDict<K, V>::FreeSlotFrom(std::uint32_t home, const Tag* tags, std::int32_t slotCount) noexcept {
-    std::int32_t slot = static_cast<std::int32_t>(home);
-    while (tags[slot].home != cFree) slot = slot + 1 == slotCount ? 0 : slot + 1;
-    return slot;
 }
 
 template <class K, class V>
 template <class MakeValue>
 V& GDict<K, V>::InsertNew(const K& key, std::uint32_t hash, MakeValue makeValue) {
     if (mSlots == nullptr) mSlots = NewBlock(mSlotCount);
-    std::int32_t slot = FreeSlotFrom(HomeOf(hash), Tags(), mSlotCount);
+    std::int32_t slot = Index().FindFree(Index().GetHome(hash, mSlotCount), mSlotCount);
     Entry& entry = mSlots[slot];
     ::new (static_cast<void*>(&entry.mKey)) K(key);
     try {
@@ -257,20 +242,20 @@ V& GDict<K, V>::InsertNew(const K& key, std::uint32_t hash, MakeValue makeValue)
 
 template <class K, class V>
 void GDict<K, V>::Occupy(std::int32_t slot, std::uint32_t hash) noexcept {
-    const std::uint32_t home = HomeOf(hash);
+    const std::uint32_t home = Index().GetHome(hash, mSlotCount);
     ++mSlots[home].mHomeCount;
     mSlots[slot].mOccupied = 1;
-    Tags()[slot] = {hash, home};
+    Index().Add(slot, hash, home);
     ++mCount;
 }
 
 // The key and the value are still alive afterwards, but no longer the dictionary's.
 template <class K, class V>
 void GDict<K, V>::Vacate(std::int32_t slot) noexcept {
-    Tag& tag = Tags()[slot];
-    --mSlots[tag.home].mHomeCount;
+    const std::uint32_t home = Index().GetHome(Index().GetHash(slot), mSlotCount);
+    --mSlots[home].mHomeCount;
     mSlots[slot].mOccupied = 0;
-    tag.home = cFree;
+    Index().Remove(slot, home);
     --mCount;
     if (mCursors != nullptr) GDictCursor::EntryRemoved(mCursors, slot);
 }
@@ -278,6 +263,7 @@ void GDict<K, V>::Vacate(std::int32_t slot) noexcept {
 // Returns the new slot of the entry in `followedSlot`. Nothing changes when it throws.
 template <class K, class V>
 std::int32_t GDict<K, V>::Rehash(std::int32_t followedSlot) {
+    if (mSlotCount > INT32_MAX / 2) GAllocator::ThrowOutOfMemory();
     const std::int32_t slotCount = static_cast<std::int32_t>(GDictUtil::GetAllocation(2L * mSlotCount));
     GTable<std::int32_t> newSlots;
     newSlots.Reserve(mSlotCount);
@@ -290,22 +276,22 @@ std::int32_t GDict<K, V>::Rehash(std::int32_t followedSlot) {
 
 template <class K, class V>
 void GDict<K, V>::MoveEntries(Entry* slots, std::int32_t slotCount, GTable<std::int32_t>& newSlots) noexcept {
-    Tag* const tags = TagsOf(slots, slotCount);
+    GDictIndex index(slots);
     for (std::int32_t old = 0; old < mSlotCount; ++old) {
         if (!IsOccupied(mSlots[old])) {
             newSlots.Append(-1);
             continue;
         }
-        const std::uint32_t hash = Tags()[old].hash;
-        const std::uint32_t home = hash % static_cast<std::uint32_t>(slotCount);
-        const std::int32_t slot = FreeSlotFrom(home, tags, slotCount);
+        const std::uint32_t hash = Index().GetHash(old);
+        const std::uint32_t home = index.GetHome(hash, slotCount);
+        const std::int32_t slot = index.FindFree(home, slotCount);
         std::memcpy(static_cast<void*>(&slots[slot].mKey), static_cast<const void*>(&mSlots[old].mKey),
                     sizeof(K));
         std::memcpy(static_cast<void*>(&slots[slot].mValue), static_cast<const void*>(&mSlots[old].mValue),
                     sizeof(V));
         slots[slot].mOccupied = 1;
         ++slots[home].mHomeCount;
-        tags[slot] = {hash, home};
+        index.Add(slot, hash, home);
         newSlots.Append(slot);
     }
     FreeBlock(mSlots, mSlotCount);
