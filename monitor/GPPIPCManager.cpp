@@ -47,6 +47,10 @@ void GPPIPCManager::ReleaseReference() {
     const std::unique_ptr<GPPIPCManager> owner(std::exchange(sInstance, nullptr));
 }
 
+GShMemID GPPIPCManager::GetRegistryID(ManagerType type) {
+    return GIPCMessageQueueMgr::GetRegistryID(type) + GShMemID("_PP");
+}
+
 GPPIPCManager* GPPIPCManager::GetInstance() noexcept {
     return sInstance;
 }
@@ -56,7 +60,7 @@ GPPIPCManager::GPPIPCManager(ManagerType type, GWaitBudget* budget)
       mSession(static_cast<std::int32_t>(GSessionInfo::GetInstance()->GetCurrentSessionID())),
       mServicesSession(mSession < 1) {
     using Scope = GIPCMessageQueueMgr::Scope;
-    const GShMemID identifier = GIPCMessageQueueMgr::GetRegistryID(type) + GShMemID("_PP");
+    const GShMemID identifier = GetRegistryID(type);
     mSessionRegistry =
         std::make_unique<GIPCMessageQueueMgr>(identifier, mSession, Scope::cEverySession, budget);
     if (GetKernelName(mSession, identifier) == GetKernelName(cAnySession, identifier)) return;

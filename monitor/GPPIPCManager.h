@@ -32,6 +32,9 @@ public:
     static GPPIPCManager* GetInstance() noexcept;
     /// @}
 
+    /// The registry of the processing applications: the messaging's own with "_PP" behind it.
+    static GShMemID GetRegistryID(ManagerType type);
+
     /// Opens the registries; throws what that throws, except that a global registry which the system
     /// refuses is done without. `budget`, null for none, limits the waits for shared mutexes.
     explicit GPPIPCManager(ManagerType type = GIPCMessageQueueMgr::cNormal, GWaitBudget* budget = nullptr);

@@ -20,6 +20,15 @@ using testing::ElementsAre;
 
 constexpr DWORD cUntouched = 4711;
 
+/// The last error that a call leaves; cUntouched, too, when it succeeds. A wrong pairing of the two is 0.
+template <class Call>
+DWORD ErrorOf(Call call) {
+    ::SetLastError(cUntouched);
+    const bool succeeded = call();
+    const DWORD lastError = ::GetLastError();
+    return succeeded == (lastError == cUntouched) ? lastError : 0;
+}
+
 TEST(MonitorDll, TracesItsLoadAndUnload) {
     ::CoInitializeEx(nullptr, COINIT_MULTITHREADED);
     const struct {
@@ -47,28 +56,19 @@ TEST(MonitorDll, TracesItsLoadAndUnload) {
     }
 }
 
-TEST(MonitorDll, LoadsAnewAfterItWasUnloaded) {
-    for (int round = 0; round < 5; ++round) {
-        SCOPED_TRACE(round);
-        {
-            MonitorLibrary library;
-            ASSERT_TRUE(library.Open());
-            EXPECT_TRUE(library.Print(L"again.txt", std::to_string(round)));
-        }
-        EXPECT_EQ(::GetModuleHandleW(L"QuillonPortMonitor64.dll"), nullptr) << "something holds it";
-        EXPECT_EQ(ReadFileBytes(GetJobPath(L"again.ps")), std::to_string(round));
-    }
-}
-
 TEST(MonitorDll, LeavesNothingBehindWhenItIsUnloaded) {
     constexpr std::size_t cLoads = 30;
     constexpr std::size_t cRunTimeRest = 4096;  // bytes, of thread-local storage and the like
     // The system's own library would leave a mutex behind each time that nobody uses it any more.
     const HMODULE spooler = ::LoadLibraryW(L"winspool.drv");
     const auto load = [] {
-        MonitorLibrary library;
-        EXPECT_TRUE(library.Open());
-        EXPECT_TRUE(library.Print(L"load.txt", "x"));
+        {
+            MonitorLibrary library;
+            EXPECT_TRUE(library.Open());
+            EXPECT_TRUE(library.Print(L"load.txt", "x"));
+        }
+        EXPECT_EQ(::GetModuleHandleW(L"QuillonPortMonitor64.dll"), nullptr) << "something holds it";
+        EXPECT_EQ(ReadFileBytes(GetJobPath(L"load.ps")), "x");
     };
     for (int i = 0; i < 5; ++i) load();
     const ProcessResources before = ProcessResources::Count();
@@ -92,6 +92,9 @@ TEST(MonitorDll, AnswersOtherCallsOfItsEntryPointWithItsNameOnly) {
     const auto entry =
         reinterpret_cast<Entry>(reinterpret_cast<void*>(::GetProcAddress(library.GetModule(), "DllMain")));
     ASSERT_NE(entry, nullptr);
+    TraceCapture before;
+    std::thread([] {}).join();
+    EXPECT_THAT(before.Take(), testing::IsEmpty()) << "the system does not tell it of threads";
     for (const DWORD reason : {DLL_THREAD_ATTACH, DLL_THREAD_DETACH, 99}) {
         TraceCapture trace;
         EXPECT_TRUE(entry(library.GetModule(), reason, nullptr));
@@ -113,30 +116,30 @@ TEST(MonitorDll, FillsElevenSlotsOfItsTable) {
     EXPECT_EQ(slots, "xx-xxxxx------xxxx");
 }
 
-TEST(MonitorDll, CarriesItsVersion) {
-    const MonitorLibrary library;
-    wchar_t path[MAX_PATH];
-    ::GetModuleFileNameW(library.GetModule(), path, MAX_PATH);
-    std::vector<BYTE> data(::GetFileVersionInfoSizeW(path, nullptr));
-    ASSERT_TRUE(::GetFileVersionInfoW(path, 0, static_cast<DWORD>(data.size()), data.data()));
-    const auto query = [&data](const wchar_t* name) {
+/// The texts of a version resource beside this program, and its number, as "name|product|text|number".
+std::wstring VersionOf(const wchar_t* file) {
+    std::vector<BYTE> data(::GetFileVersionInfoSizeW(file, nullptr));
+    if (!::GetFileVersionInfoW(file, 0, static_cast<DWORD>(data.size()), data.data())) return L"none";
+    const auto query = [&data](const std::wstring& block) {
         void* value = nullptr;
         UINT length = 0;
-        const std::wstring block = std::wstring(L"\\StringFileInfo\\040904B0\\") + name;
-        if (!::VerQueryValueW(data.data(), block.c_str(), &value, &length)) return std::wstring();
-        return std::wstring(static_cast<const wchar_t*>(value));
+        return ::VerQueryValueW(data.data(), block.c_str(), &value, &length) ? value : nullptr;
     };
-    EXPECT_EQ(query(L"FileVersion"), QUILLON_VERSION);
-    EXPECT_EQ(query(L"ProductName"), L"Quillon Port Monitor");
-    EXPECT_EQ(query(L"OriginalFilename"), L"QuillonPortMonitor64.dll");
-    void* fixed = nullptr;
-    UINT length = 0;
-    ASSERT_TRUE(::VerQueryValueW(data.data(), L"\\", &fixed, &length));
-    const auto& info = *static_cast<const VS_FIXEDFILEINFO*>(fixed);
-    EXPECT_EQ(std::to_wstring(HIWORD(info.dwFileVersionMS)) + L"." +
-                  std::to_wstring(LOWORD(info.dwFileVersionMS)) + L"." +
-                  std::to_wstring(HIWORD(info.dwFileVersionLS)),
-              QUILLON_VERSION);
+    std::wstring texts;
+    for (const wchar_t* name : {L"OriginalFilename", L"ProductName", L"FileVersion"}) {
+        const void* const text = query(std::wstring(L"\\StringFileInfo\\040904B0\\") + name);
+        texts += std::wstring(text != nullptr ? static_cast<const wchar_t*>(text) : L"none") + L"|";
+    }
+    const auto& info = *static_cast<const VS_FIXEDFILEINFO*>(query(L"\\"));
+    return texts + std::to_wstring(HIWORD(info.dwFileVersionMS)) + L"." +
+           std::to_wstring(LOWORD(info.dwFileVersionMS)) + L"." +
+           std::to_wstring(HIWORD(info.dwFileVersionLS));
+}
+
+TEST(MonitorDll, CarriesItsVersionAsTheProgramsDo) {
+    for (const wchar_t* file : {L"QuillonPortMonitor64.dll", L"quillonctl.exe", L"PrinterProcessorWin.exe"})
+        EXPECT_EQ(VersionOf(file),
+                  std::wstring(file) + L"|Quillon Port Monitor|" QUILLON_VERSION L"|" QUILLON_VERSION);
 }
 
 TEST(MonitorDll, RefusesTheConfigurationChannel) {
@@ -144,22 +147,17 @@ TEST(MonitorDll, RefusesTheConfigurationChannel) {
     const MONITOR2& table = library.GetTable();
     TraceCapture trace;
     HANDLE channel = &channel;
-    ::SetLastError(cUntouched);
-    EXPECT_FALSE(table.pfnXcvOpenPort(nullptr, L"XcvPort", 1, &channel));
-    EXPECT_EQ(::GetLastError(), 1u);
-    EXPECT_EQ(channel, nullptr);
-
-    ::SetLastError(cUntouched);
     BYTE output = 0xEE;
     DWORD needed = cUntouched;
-    EXPECT_EQ(table.pfnXcvDataPort(nullptr, L"MonitorUI", nullptr, 0, &output, 1, &needed), 1u);
-    EXPECT_EQ(::GetLastError(), 1u);
+    EXPECT_EQ(ErrorOf([&] { return table.pfnXcvOpenPort(nullptr, L"XcvPort", 1, &channel); }), 1u);
+    EXPECT_EQ(channel, nullptr);
+    EXPECT_EQ(ErrorOf([&] {
+                  return table.pfnXcvDataPort(nullptr, L"MonitorUI", nullptr, 0, &output, 1, &needed) != 1;
+              }),
+              1u);
     EXPECT_EQ(output, 0xEE);
     EXPECT_EQ(needed, cUntouched);
-
-    ::SetLastError(cUntouched);
-    EXPECT_FALSE(table.pfnXcvClosePort(nullptr));
-    EXPECT_EQ(::GetLastError(), 1u);
+    EXPECT_EQ(ErrorOf([&] { return table.pfnXcvClosePort(nullptr); }), 1u);
     EXPECT_THAT(trace.Take(), ElementsAre("PPMOpenPort", "PPMDataPort", "PPMClosePort"));
 }
 
@@ -169,9 +167,12 @@ TEST(MonitorDll, ListsThePortInTheSpoolersRecords) {
     alignas(8) BYTE buffer[140];
     DWORD needed = 0;
     DWORD returned = 0;
-    ::SetLastError(cUntouched);
-    ASSERT_TRUE(library.GetTable().pfnEnumPorts(nullptr, nullptr, 2, buffer, 140, &needed, &returned));
-    EXPECT_EQ(::GetLastError(), cUntouched);
+    const auto enumerate = [&](DWORD level, DWORD size) {
+        return ErrorOf([&] {
+            return library.GetTable().pfnEnumPorts(nullptr, nullptr, level, buffer, size, &needed, &returned);
+        });
+    };
+    EXPECT_EQ(enumerate(2, 140), cUntouched);
     EXPECT_EQ(needed, 140u);
     EXPECT_EQ(returned, 1u);
     const auto& port = *reinterpret_cast<const PORT_INFO_2W*>(buffer);
@@ -179,57 +180,30 @@ TEST(MonitorDll, ListsThePortInTheSpoolersRecords) {
     EXPECT_EQ(std::wstring(port.pMonitorName), L"Quillon Port Monitor");
     EXPECT_EQ(std::wstring(port.pDescription), L"Quillon PDF Port");
     EXPECT_EQ(port.fPortType, static_cast<DWORD>(PORT_TYPE_WRITE));
-    EXPECT_EQ(reinterpret_cast<const BYTE*>(port.pDescription) - buffer, 32);
-    EXPECT_EQ(reinterpret_cast<const BYTE*>(port.pMonitorName) - buffer, 66);
-    EXPECT_EQ(reinterpret_cast<const BYTE*>(port.pPortName) - buffer, 108);
-
-    ASSERT_TRUE(library.GetTable().pfnEnumPorts(nullptr, nullptr, 1, buffer, 40, &needed, &returned));
+    EXPECT_EQ(enumerate(1, 40), cUntouched);
     EXPECT_EQ(std::wstring(reinterpret_cast<const PORT_INFO_1W*>(buffer)->pName), L"QuillonPDFPort:");
-
-    const struct {
-        DWORD level;
-        DWORD size;
-        DWORD lastError;
-    } refusals[] = {{1, 39, 122}, {2, 139, 122}, {3, 140, 124}, {0, 140, 124}};
-    for (const auto& row : refusals) {
-        SCOPED_TRACE(row.level);
-        EXPECT_FALSE(library.GetTable().pfnEnumPorts(nullptr, nullptr, row.level, buffer, row.size, &needed,
-                                                     &returned));
-        EXPECT_EQ(::GetLastError(), row.lastError);
-    }
-    EXPECT_THAT(trace.Take(), ElementsAre("PPMEnumPorts", "PPMEnumPorts: Received request for Level 2 info",
-                                          "PPMEnumPorts", "PPMEnumPorts: Received request for Level 1 info",
-                                          "PPMEnumPorts", "PPMEnumPorts: Received request for Level 1 info",
-                                          "PPMEnumPorts", "PPMEnumPorts: Received request for Level 2 info",
-                                          "PPMEnumPorts", "PPMEnumPorts"));
+    EXPECT_EQ(enumerate(2, 139), 122u);
+    EXPECT_EQ(enumerate(3, 140), 124u);
+    const std::string call = "PPMEnumPorts";
+    const std::string level1 = "PPMEnumPorts: Received request for Level 1 info";
+    const std::string level2 = "PPMEnumPorts: Received request for Level 2 info";
+    EXPECT_THAT(trace.Take(), ElementsAre(call, level2, call, level1, call, level2, call));
 }
 
 TEST(MonitorDll, OpensAndClosesThePort) {
     MonitorLibrary library;
     const MONITOR2& table = library.GetTable();
     TraceCapture trace;
-    EXPECT_FALSE(library.Open(L"quillonpdfport:"));
-    EXPECT_EQ(::GetLastError(), 1796u);
-    EXPECT_FALSE(table.pfnOpenPort(nullptr, nullptr, &library.mPort));
-    EXPECT_EQ(::GetLastError(), 87u);
-    ::SetLastError(cUntouched);
-    EXPECT_TRUE(library.Open());
-    EXPECT_EQ(::GetLastError(), cUntouched);
+    EXPECT_EQ(ErrorOf([&] { return library.Open(L"quillonpdfport:"); }), 1796u);
+    EXPECT_EQ(ErrorOf([&] { return library.Open(nullptr); }), 87u);
+    EXPECT_EQ(ErrorOf([&] { return library.Open(); }), cUntouched);
     const HANDLE port = library.mPort;
-    EXPECT_FALSE(library.Open());
-    EXPECT_EQ(::GetLastError(), 170u);
-    EXPECT_FALSE(table.pfnClosePort(nullptr));
-    EXPECT_EQ(::GetLastError(), 6u);
-    EXPECT_FALSE(table.pfnClosePort(&library));
-    EXPECT_EQ(::GetLastError(), 6u);
-    EXPECT_TRUE(table.pfnClosePort(port));
-    EXPECT_FALSE(table.pfnClosePort(port));
-    EXPECT_EQ(::GetLastError(), 6u);
-    EXPECT_FALSE(table.pfnClosePort(nullptr)) << "closed port, null handle";
-    EXPECT_EQ(::GetLastError(), 6u);
-    EXPECT_THAT(trace.Take(),
-                ElementsAre("PPMOpenPort", "PPMOpenPort", "PPMOpenPort", "PPMOpenPort", "PPMClosePort",
-                            "PPMClosePort", "PPMClosePort", "PPMClosePort", "PPMClosePort"));
+    EXPECT_EQ(ErrorOf([&] { return library.Open(); }), 170u);
+    EXPECT_EQ(ErrorOf([&] { return table.pfnClosePort(&library); }), 6u);
+    EXPECT_EQ(ErrorOf([&] { return table.pfnClosePort(port); }), cUntouched);
+    EXPECT_EQ(ErrorOf([&] { return table.pfnClosePort(nullptr); }), 6u) << "closed port, null handle";
+    EXPECT_THAT(trace.Take(), ElementsAre("PPMOpenPort", "PPMOpenPort", "PPMOpenPort", "PPMOpenPort",
+                                          "PPMClosePort", "PPMClosePort", "PPMClosePort"));
 }
 
 TEST(MonitorDll, HasNothingToRead) {
@@ -258,13 +232,6 @@ TEST(MonitorDll, WorksOnAfterShutdown) {
     ASSERT_TRUE(library.Open());
     EXPECT_TRUE(library.Print(L"after.txt", "all well"));
     EXPECT_EQ(ReadFileBytes(GetJobPath(L"after.ps")), "all well");
-}
-
-TEST(MonitorDll, IsNotToldOfThreads) {
-    const MonitorLibrary library;
-    TraceCapture trace;
-    std::thread([] {}).join();
-    EXPECT_THAT(trace.Take(), testing::IsEmpty());
 }
 
 }  // namespace

@@ -5,7 +5,6 @@
 #include "framework/core/GException.h"
 #include "framework/core/GTable.h"
 #include "framework/ipc/GIPCMessageQueueMgr.h"
-#include "framework/ipc/GShMemID.h"
 #include "framework/ipc/GWaitBudget.h"
 #include "framework/system/GSessionInfo.h"
 #include "monitor/GPPIPCManager.h"
@@ -40,8 +39,8 @@ bool IsListening(long processID) {
 }
 
 GTable<GIPCQueueAddress> GetRegistrations(GWaitBudget& budget) {
-    const GShMemID identifier = GShMemID::GetSpecialID(GShMemID::cRegistry) + GShMemID("_PP");
-    GIPCMessageQueueMgr registry(identifier, GSessionInfo::GetInstance()->GetCurrentSessionID(),
+    GIPCMessageQueueMgr registry(GPPIPCManager::GetRegistryID(GIPCMessageQueueMgr::cNormal),
+                                 GSessionInfo::GetInstance()->GetCurrentSessionID(),
                                  GIPCMessageQueueMgr::Scope::cEverySession, &budget);
     GTable<GIPCQueueAddress> queues;
     registry.GetRegistered(queues);
