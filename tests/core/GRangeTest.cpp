@@ -3,43 +3,39 @@
 #include <gtest/gtest.h>
 
 #include <limits>
+#include <tuple>
 
 namespace {
 
 TEST(GRange, HoldsBothItsEnds) {
-    const GRange range(3, 5);
-    EXPECT_EQ(range.GetFirst(), 3);
-    EXPECT_EQ(range.GetLast(), 5);
-    EXPECT_EQ(range.GetCount(), 3);
-    EXPECT_FALSE(range.Contains(2));
-    EXPECT_TRUE(range.Contains(3));
-    EXPECT_TRUE(range.Contains(5));
-    EXPECT_FALSE(range.Contains(6));
-}
-
-TEST(GRange, EmptyRangesHoldNothingAndAreEqual) {
-    EXPECT_TRUE(GRange().IsEmpty());
-    EXPECT_TRUE(GRange(5, 4).IsEmpty());
-    EXPECT_FALSE(GRange(5, 5).IsEmpty());
-    EXPECT_EQ(GRange(5, 4).GetCount(), 0);
-    EXPECT_FALSE(GRange(5, 4).Contains(4));
-    EXPECT_TRUE(GRange() == GRange(5, 4));
-    EXPECT_FALSE(GRange() == GRange(0, 0));
+    const long lowest = std::numeric_limits<std::int32_t>::min();
+    const long highest = std::numeric_limits<std::int32_t>::max();
+    const std::tuple<GRange, long, long, long long> rows[] = {
+        {{3, 5}, 3, 5, 3}, {{5, 5}, 5, 5, 1}, {{lowest, highest}, lowest, highest, 4294967296}};
+    for (const auto& [range, first, last, count] : rows) {
+        EXPECT_EQ(range.GetFirst(), first);
+        EXPECT_EQ(range.GetLast(), last);
+        EXPECT_EQ(range.GetCount(), count);
+        EXPECT_FALSE(range.IsEmpty());
+        EXPECT_TRUE(range.Contains(first) && range.Contains(last));
+    }
+    EXPECT_FALSE(GRange(3, 5).Contains(2) || GRange(3, 5).Contains(6));
     EXPECT_FALSE(GRange(0, 1) == GRange(0, 2));
 }
 
-TEST(GRange, TheWholeOf32BitsCanBeCounted) {
-    const GRange all(std::numeric_limits<std::int32_t>::min(), std::numeric_limits<std::int32_t>::max());
-    EXPECT_EQ(all.GetCount(), 4294967296LL);
+TEST(GRange, EmptyRangesHoldNothingAndAreEqual) {
+    for (const GRange& empty : {GRange(), GRange(5, 4)}) {
+        EXPECT_TRUE(empty.IsEmpty());
+        EXPECT_EQ(empty.GetCount(), 0);
+        EXPECT_FALSE(empty.Contains(4) || empty.Contains(0));
+        EXPECT_TRUE(empty == GRange());
+        EXPECT_FALSE(empty == GRange(0, 0));
+        EXPECT_TRUE(GRange(1, 2).Contains(empty));
+    }
 }
 
 TEST(GRange, Intersections) {
-    const struct {
-        const char* what;
-        GRange a;
-        GRange b;
-        GRange common;
-    } rows[] = {
+    const std::tuple<const char*, GRange, GRange, GRange> rows[] = {
         {"apart", {0, 4}, {6, 9}, {}},
         {"side by side", {0, 4}, {5, 9}, {}},
         {"one number in common", {0, 5}, {5, 9}, {5, 5}},
@@ -47,16 +43,14 @@ TEST(GRange, Intersections) {
         {"the same", {2, 3}, {2, 3}, {2, 3}},
         {"with an empty one inside", {0, 9}, {5, 4}, {}},
     };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.what);
-        EXPECT_TRUE(row.a.GetIntersection(row.b) == row.common);
-        EXPECT_TRUE(row.b.GetIntersection(row.a) == row.common);
-        EXPECT_EQ(row.a.Intersects(row.b), !row.common.IsEmpty());
+    for (const auto& [what, a, b, common] : rows) {
+        SCOPED_TRACE(what);
+        EXPECT_TRUE(a.GetIntersection(b) == common);
+        EXPECT_TRUE(b.GetIntersection(a) == common);
+        EXPECT_EQ(a.Intersects(b), !common.IsEmpty());
+        EXPECT_EQ(a.Contains(b), common == b);
+        EXPECT_EQ(b.Contains(a), common == a);
     }
-    EXPECT_TRUE(GRange(0, 9).Contains(GRange(0, 9)));
-    EXPECT_FALSE(GRange(0, 9).Contains(GRange(5, 10)));
-    EXPECT_FALSE(GRange(1, 9).Contains(GRange(0, 5)));
-    EXPECT_TRUE(GRange(1, 2).Contains(GRange()));
 }
 
 }  // namespace
