@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 #include "framework/core/GLngString.h"
 #include "framework/core/GMacRomanEncoding.h"
 #include "framework/core/GShiftJISEncoding.h"
@@ -42,131 +44,111 @@ std::u16string Read(const GLngString& text) {
 
 }  // namespace
 
-TEST_F(GStringPoolTest, FindsTextsByNumberInTheCurrentLanguage) {
+TEST_F(GStringPoolTest, FindsTextsByNumberInTheCurrentLanguageOrEnglish) {
     EXPECT_EQ(GStringPoolSupport::GetCurrentLanguage(), "enUS");
-    EXPECT_EQ(Pooled(70000001), u"Delete %1");
-    EXPECT_EQ(Pooled(70000009), u"last");
-    GStringPoolSupport::SetCurrentLanguage("deDE");
-    EXPECT_EQ(Pooled(70000001), u"%1 l\u00F6schen f\u00FCr 5 \u20AC");
-    EXPECT_EQ(Pooled(70000003), u"%2 hat %1");
-}
-
-TEST_F(GStringPoolTest, FallsBackToEnglish) {
-    GStringPoolSupport::SetCurrentLanguage("deDE");
-    EXPECT_EQ(Pooled(70000002), u"Launch");
-    GStringPoolSupport::SetCurrentLanguage("jaJP");
-    EXPECT_EQ(Pooled(70000001), u"Delete %1");
+    const std::tuple<const char*, long, std::u16string> rows[] = {
+        {"enUS", 70000001, u"Delete %1"},
+        {"enUS", 70000009, u"last"},
+        {"deDE", 70000001, u"%1 l\u00F6schen f\u00FCr 5 \u20AC"},
+        {"deDE", 70000003, u"%2 hat %1"},
+        {"deDE", 70000002, u"Launch"},
+        {"jaJP", 70000001, u"Delete %1"},
+    };
+    for (const auto& [language, id, text] : rows) {
+        GStringPoolSupport::SetCurrentLanguage(language);
+        EXPECT_EQ(Pooled(id), text) << language << id;
+    }
 }
 
 TEST_F(GStringPoolTest, NamesANumberWithoutAText) {
     GString text("before");
     for (const long id : {70000000L, 70000004L, 70000010L, 0L, -1L}) {
-        SCOPED_TRACE(id);
-        EXPECT_FALSE(GStringPoolSupport::FindString(id, text));
+        EXPECT_FALSE(GStringPoolSupport::FindString(id, text)) << id;
         EXPECT_EQ(Plain(text), u"before");
     }
     EXPECT_EQ(Pooled(70000004), u"Message 70000004");
     EXPECT_EQ(Pooled(-1), u"Message -1");
 }
 
-TEST_F(GStringPoolTest, AsksTheLatestRegistrationFirst) {
+TEST_F(GStringPoolTest, AsksTheLatestRegistrationFirstAndKnowsTheSameRowsOnce) {
     static constexpr GStringPoolRow cNewer[] = {{70000002, "Start"}};
     GStringPoolSupport::Register("enUS", "WinAnsiEncoding", cNewer, 1);
+    GStringPoolSupport::Register("enUS", "WinAnsiEncoding", cEnglish, 4);
     EXPECT_EQ(Pooled(70000002), u"Start");
     EXPECT_EQ(Pooled(70000009), u"last");
     GStringPoolSupport::Unregister(cNewer);
     EXPECT_EQ(Pooled(70000002), u"Launch");
-}
-
-TEST_F(GStringPoolTest, RegistersTheSameRowsOnce) {
-    GStringPoolSupport::Register("enUS", "WinAnsiEncoding", cEnglish, 4);
     GStringPoolSupport::Unregister(cEnglish);
     EXPECT_EQ(Pooled(70000002), u"Message 70000002");
 }
 
 TEST_F(GStringPoolTest, ReadsEachPoolInItsEncoding) {
     alignas(2) static constexpr char cUTF16[] = "\x42\x30\x44\x30\0\0";
-    const struct {
-        const char* encoding;
-        const char* bytes;
-        std::u16string_view text;
-    } rows[] = {
-        {"WinAnsiEncoding", "\x80\xE4", u"\u20AC\u00E4"},
-        {"MacRomanEncoding", "\x8A", u"\u00E4"},
-        {"UTF8Encoding", "\xE2\x82\xAC", u"\u20AC"},
-        {"UnicodeEncoding", cUTF16, u"\u3042\u3044"},
-        {"ShiftJISEncoding", "\x82\xA0", u"\u3042"},
-        {"UTF-8Encoding", "plain", u"plain"},
-        {"", "plain", u"plain"},
+    const std::tuple<const char*, const GEncoding*, const char*, std::u16string> rows[] = {
+        {"WinAnsiEncoding", GWinAnsiEncoding::GetInstance(), "\x80\xE4", u"\u20AC\u00E4"},
+        {"MacRomanEncoding", GMacRomanEncoding::GetInstance(), "\x8A", u"\u00E4"},
+        {"UTF8Encoding", GUTF8Encoding::GetInstance(), "\xE2\x82\xAC", u"\u20AC"},
+        {"UnicodeEncoding", GUnicodeEncoding::GetInstance(), cUTF16, u"\u3042\u3044"},
+        {"ShiftJISEncoding", GShiftJISEncoding::GetInstance(), "\x82\xA0", u"\u3042"},
+        {"UTF-8Encoding", nullptr, "plain", u"plain"},
+        {"ASCIIEncoding", nullptr, "plain", u"plain"},
+        {"winansiencoding", nullptr, "plain\x80", u"plain@"},
+        {"", nullptr, "plain", u"plain"},
     };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.encoding);
-        const GStringPoolRow pooled[] = {{1, row.bytes}};
-        const GStringPool pool("xxXX", row.encoding, pooled, 1);
+    for (const auto& [name, encoding, bytes, expected] : rows) {
+        SCOPED_TRACE(name);
+        EXPECT_EQ(GStringPoolSupport::GetEncoding(name), encoding);
+        const GStringPoolRow pooled[] = {{1, bytes}};
         GString text;
-        ASSERT_TRUE(pool.Find(1, text));
-        EXPECT_EQ(Plain(text), row.text);
+        ASSERT_TRUE(GStringPool("xxXX", name, pooled, 1).Find(1, text));
+        EXPECT_EQ(Plain(text), expected);
     }
 }
 
-TEST_F(GStringPoolTest, FindsInUnsortedRowsAndTakesTheFirstOfEqualNumbers) {
+TEST_F(GStringPoolTest, FindsInRowsOfAnyOrder) {
     static constexpr GStringPoolRow cUnsorted[] = {{9, "nine"}, {1, "one"}, {5, "five"}, {1, "again"}};
     static constexpr GStringPoolRow cDouble[] = {{1, "one"}, {1, "again"}, {2, nullptr}};
-    GString text;
-    const GStringPool unsorted("xxXX", "WinAnsiEncoding", cUnsorted, 4);
-    EXPECT_TRUE(unsorted.Find(9, text));
-    EXPECT_EQ(Plain(text), u"nine");
-    EXPECT_TRUE(unsorted.Find(1, text));
-    EXPECT_EQ(Plain(text), u"one");
-    EXPECT_FALSE(unsorted.Find(2, text));
-    const GStringPool twice("xxXX", "WinAnsiEncoding", cDouble, 3);
-    EXPECT_TRUE(twice.Find(1, text));
-    EXPECT_EQ(Plain(text), u"one");
-    EXPECT_FALSE(twice.Find(2, text)) << "a row without a text";
-}
-
-TEST_F(GStringPoolTest, ToleratesPoolsWithoutRows) {
-    GString text;
-    EXPECT_FALSE(GStringPool("xxXX", "WinAnsiEncoding", nullptr, 5).Find(1, text));
-    EXPECT_FALSE(GStringPool("xxXX", "WinAnsiEncoding", cEnglish, -1).Find(70000001, text));
-}
-
-TEST_F(GStringPoolTest, KnowsTheEncodingsOfStringFiles) {
-    EXPECT_EQ(GStringPoolSupport::GetEncoding("WinAnsiEncoding"), GWinAnsiEncoding::GetInstance());
-    EXPECT_EQ(GStringPoolSupport::GetEncoding("MacRomanEncoding"), GMacRomanEncoding::GetInstance());
-    EXPECT_EQ(GStringPoolSupport::GetEncoding("UnicodeEncoding"), GUnicodeEncoding::GetInstance());
-    EXPECT_EQ(GStringPoolSupport::GetEncoding("ShiftJISEncoding"), GShiftJISEncoding::GetInstance());
-    EXPECT_EQ(GStringPoolSupport::GetEncoding("UTF8Encoding"), GUTF8Encoding::GetInstance());
-    for (const char* other : {"UTF-8Encoding", "ASCIIEncoding", "PDFDocEncoding", "winansiencoding", ""}) {
-        SCOPED_TRACE(other);
-        EXPECT_EQ(GStringPoolSupport::GetEncoding(other), nullptr);
+    const std::tuple<const char*, const GStringPoolRow*, long, long, const char*> rows[] = {
+        {"the first of unsorted ones", cUnsorted, 4, 9, "nine"},
+        {"the first of equal unsorted ones", cUnsorted, 4, 1, "one"},
+        {"none of unsorted ones", cUnsorted, 4, 2, "before"},
+        {"the first of equal ones", cDouble, 3, 1, "one"},
+        {"a row without a text", cDouble, 3, 2, "before"},
+        {"no rows", nullptr, 5, 1, "before"},
+        {"a negative count", cDouble, -1, 1, "before"},
+    };
+    for (const auto& [what, pooled, count, id, expected] : rows) {
+        SCOPED_TRACE(what);
+        GString text("before");
+        const GStringPool pool("xxXX", "WinAnsiEncoding", pooled, count);
+        EXPECT_EQ(pool.Find(id, text), expected != std::string("before"));
+        EXPECT_TRUE(text == GString(expected));
     }
 }
 
-TEST_F(GLngStringTest, IsReadInTheLanguageOfTheMoment) {
-    GLngString text(70000003);
-    text.AddParam(Text(u"3")).AddParam(Text(u"7"));
-    EXPECT_EQ(Read(text), u"3 of 7");
-    GStringPoolSupport::SetCurrentLanguage("deDE");
-    EXPECT_EQ(Read(text), u"7 hat 3");
-}
-
-TEST_F(GLngStringTest, SubstitutesOnlyWhatItWasGiven) {
-    EXPECT_EQ(Read(GLngString(70000003)), u"%1 of %2");
-    EXPECT_EQ(Read(GLngString(70000003).AddParam(Text(u"%2"))), u"%2 of %2");
-    EXPECT_EQ(Read(GLngString(70000003).AddParam(Text(u"%2")).AddParam(Text(u"x"))), u"%2 of x");
-    EXPECT_EQ(Read(GLngString(Text(u"plain %1")).AddParam(Text(u"p"))), u"plain p");
-    EXPECT_EQ(Read(GLngString(Text(u"plain %1"))), u"plain %1");
-}
-
-TEST_F(GLngStringTest, KnowsWhenItIsEmpty) {
-    EXPECT_TRUE(GLngString().IsEmpty());
-    EXPECT_TRUE(GLngString(0).IsEmpty());
-    EXPECT_TRUE(GLngString(GString()).IsEmpty());
-    EXPECT_TRUE(GLngString().AddParam(Text(u"p")).IsEmpty());
-    EXPECT_FALSE(GLngString(70000002).IsEmpty());
-    EXPECT_FALSE(GLngString(Text(u"x")).IsEmpty());
-    EXPECT_EQ(Read(GLngString()), u"");
+TEST_F(GLngStringTest, IsReadInTheLanguageOfTheMomentWithWhatItWasGiven) {
+    const GString two = Text(u"%2");
+    const std::tuple<GLngString, std::u16string, std::u16string> rows[] = {
+        {GLngString(70000003), u"%1 of %2", u"%2 hat %1"},
+        {GLngString(70000003).AddParam(Text(u"3")).AddParam(Text(u"7")), u"3 of 7", u"7 hat 3"},
+        {GLngString(70000003).AddParam(two), u"%2 of %2", u"%2 hat %2"},
+        {GLngString(70000003).AddParam(two).AddParam(Text(u"x")), u"%2 of x", u"x hat %2"},
+        {GLngString(Text(u"plain %1")).AddParam(Text(u"p")), u"plain p", u"plain p"},
+        {GLngString(Text(u"plain %1")), u"plain %1", u"plain %1"},
+    };
+    for (const auto& [text, english, german] : rows) {
+        GStringPoolSupport::SetCurrentLanguage("enUS");
+        EXPECT_EQ(Read(text), english);
+        GStringPoolSupport::SetCurrentLanguage("deDE");
+        EXPECT_EQ(Read(text), german);
+        EXPECT_FALSE(text.IsEmpty());
+    }
+    const auto beyond32Bits = static_cast<long>(0x100000000LL);
+    for (const GLngString& empty : {GLngString(), GLngString(0), GLngString(beyond32Bits),
+                                    GLngString(GString()), GLngString().AddParam(Text(u"p"))}) {
+        EXPECT_TRUE(empty.IsEmpty());
+        EXPECT_EQ(Read(empty), u"");
+    }
 }
 
 TEST_F(GLngStringTest, JoinsPartsWithTheirParameters) {
