@@ -100,9 +100,9 @@ public:
     using Entry = DictEntry<K, V>;
 
     /// 7 slots; they are allocated with the first entry.
-    GDict() noexcept = default;
+    GDict() noexcept;
     /// GDictUtil::GetAllocation(slots) slots.
-    explicit GDict(long slots) : mSlotCount(static_cast<std::int32_t>(GDictUtil::GetAllocation(slots))) {}
+    explicit GDict(long slots);
     GDict(const GDict& other);  ///< entry for entry in the same slots
     /// Leaves `other` empty; its iterators stay with it, at its start.
     GDict(GDict&& other) noexcept;
@@ -111,14 +111,14 @@ public:
     GDict& operator=(GDict&& other) noexcept;
     ~GDict();
 
-    long GetCount() const noexcept { return mCount; }
-    long GetSlotCount() const noexcept { return mSlotCount; }
-    bool IsEmpty() const noexcept { return mCount == 0; }
+    long GetCount() const noexcept;
+    long GetSlotCount() const noexcept;
+    bool IsEmpty() const noexcept;
 
     /// The value, valid until the next insert or removal; null when the key is absent.
     const V* Find(const K& key) const;
-    V* Find(const K& key) { return const_cast<V*>(std::as_const(*this).Find(key)); }
-    bool Has(const K& key) const { return Find(key) != nullptr; }
+    V* Find(const K& key);
+    bool Has(const K& key) const;
 
     /// True when the key is new; otherwise replaces its value, keeps the old key and returns false.
     bool Insert(const K& key, const V& value);
@@ -134,10 +134,10 @@ public:
     void Swap(GDict& other) noexcept;
 
     // Forward iteration in slot order, for walks that neither insert nor remove.
-    SlotIterator<Entry> begin() noexcept { return {mSlots, End()}; }
-    SlotIterator<Entry> end() noexcept { return {End(), End()}; }
-    SlotIterator<const Entry> begin() const noexcept { return {mSlots, End()}; }
-    SlotIterator<const Entry> end() const noexcept { return {End(), End()}; }
+    SlotIterator<Entry> begin() noexcept;
+    SlotIterator<Entry> end() noexcept;
+    SlotIterator<const Entry> begin() const noexcept;
+    SlotIterator<const Entry> end() const noexcept;
 
     /// Same keys with equal values, in whatever slots.
     bool operator==(const GDict& other) const;
@@ -153,6 +153,7 @@ private:
     static Entry* NewBlock(std::int32_t slotCount);
     static void FreeBlock(Entry* slots, std::int32_t slotCount) noexcept;
 
+    const V* FindValue(const K& key) const;
     /// Of a dictionary with entries: the slot of the key, or -1.
     long FindSlot(const K& key, std::uint32_t hash) const;
     template <class MakeValue>

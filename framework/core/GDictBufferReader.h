@@ -14,21 +14,29 @@
 template <class K, class V>
 class GDictBufferReader {
 public:
-    explicit GDictBufferReader(const GBuffer& merged) : mMerged(merged) {}
+    explicit GDictBufferReader(const GBuffer& merged);
 
     /// Adds the entries to `dict`. False, with nothing added, when the last key has no value.
-    bool ReadInto(GDict<K, V>& dict) const {
-        GTable<GBuffer> elements;
-        GBufferSupport::SplitSeparatedBuffer(mMerged, elements);
-        if (elements.GetCount() % 2 != 0) return false;
-        GDict<K, V> result(dict);
-        for (long i = 0; i < elements.GetCount(); i += 2) {
-            result.Set(GDictText<K>::From(elements[i]), GDictText<V>::From(elements[i + 1]));
-        }
-        dict.Swap(result);
-        return true;
-    }
+    bool ReadInto(GDict<K, V>& dict) const;
 
 private:
     GBuffer mMerged;
 };
+
+// Outside the class, because what is inline is not exported.
+
+template <class K, class V>
+GDictBufferReader<K, V>::GDictBufferReader(const GBuffer& merged) : mMerged(merged) {}
+
+template <class K, class V>
+bool GDictBufferReader<K, V>::ReadInto(GDict<K, V>& dict) const {
+    GTable<GBuffer> elements;
+    GBufferSupport::SplitSeparatedBuffer(mMerged, elements);
+    if (elements.GetCount() % 2 != 0) return false;
+    GDict<K, V> result(dict);
+    for (long i = 0; i < elements.GetCount(); i += 2) {
+        result.Set(GDictText<K>::From(elements[i]), GDictText<V>::From(elements[i + 1]));
+    }
+    dict.Swap(result);
+    return true;
+}

@@ -1,6 +1,7 @@
 #pragma once
 
-// The bodies of GDict's longer members; included by GDict.h, which is the header to include.
+// The bodies of GDict's members; included by GDict.h, which is the header to include. No public one
+// is inline: of an instance the DLL does not export what is.
 
 template <class K, class V>
 template <class EntryType>
@@ -24,6 +25,12 @@ private:
     EntryType* mSlot;
     EntryType* mEnd;
 };
+
+template <class K, class V>
+GDict<K, V>::GDict() noexcept = default;
+
+template <class K, class V>
+GDict<K, V>::GDict(long slots) : mSlotCount(static_cast<std::int32_t>(GDictUtil::GetAllocation(slots))) {}
 
 template <class K, class V>
 GDict<K, V>::GDict(const GDict& other) : mSlotCount(other.mSlotCount) {
@@ -63,10 +70,33 @@ GDict<K, V>::~GDict() {
 }
 
 template <class K, class V>
-inline const V* GDict<K, V>::Find(const K& key) const {
-    if (mCount == 0) return nullptr;
-    const long slot = FindSlot(key, GDictHash(key));
-    return slot < 0 ? nullptr : &mSlots[slot].mValue;
+long GDict<K, V>::GetCount() const noexcept {
+    return mCount;
+}
+
+template <class K, class V>
+long GDict<K, V>::GetSlotCount() const noexcept {
+    return mSlotCount;
+}
+
+template <class K, class V>
+bool GDict<K, V>::IsEmpty() const noexcept {
+    return mCount == 0;
+}
+
+template <class K, class V>
+const V* GDict<K, V>::Find(const K& key) const {
+    return FindValue(key);
+}
+
+template <class K, class V>
+V* GDict<K, V>::Find(const K& key) {
+    return const_cast<V*>(FindValue(key));
+}
+
+template <class K, class V>
+bool GDict<K, V>::Has(const K& key) const {
+    return FindValue(key) != nullptr;
 }
 
 template <class K, class V>
@@ -123,6 +153,26 @@ void GDict<K, V>::Swap(GDict& other) noexcept {
     std::swap(mSlotCount, other.mSlotCount);
     std::swap(mCount, other.mCount);
     GDictCursor::SwapChains(this, mCursors, &other, other.mCursors);
+}
+
+template <class K, class V>
+typename GDict<K, V>::template SlotIterator<DictEntry<K, V>> GDict<K, V>::begin() noexcept {
+    return {mSlots, End()};
+}
+
+template <class K, class V>
+typename GDict<K, V>::template SlotIterator<DictEntry<K, V>> GDict<K, V>::end() noexcept {
+    return {End(), End()};
+}
+
+template <class K, class V>
+typename GDict<K, V>::template SlotIterator<const DictEntry<K, V>> GDict<K, V>::begin() const noexcept {
+    return {mSlots, End()};
+}
+
+template <class K, class V>
+typename GDict<K, V>::template SlotIterator<const DictEntry<K, V>> GDict<K, V>::end() const noexcept {
+    return {End(), End()};
 }
 
 template <class K, class V>
@@ -197,6 +247,13 @@ void GDict<K, V>::CopyEntries(const GDict& other) {
 }
 
 // --- Looking up --------------------------------------------------------------------------------
+
+template <class K, class V>
+inline const V* GDict<K, V>::FindValue(const K& key) const {
+    if (mCount == 0) return nullptr;
+    const long slot = FindSlot(key, GDictHash(key));
+    return slot < 0 ? nullptr : &mSlots[slot].mValue;
+}
 
 template <class K, class V>
 inline long GDict<K, V>::FindSlot(const K& key, std::uint32_t hash) const {

@@ -12,15 +12,23 @@ template <class K, class V, class List = GTable<GPair<K, V>>>
 class GDictListReader {
 public:
     /// The list must outlive the reader.
-    explicit GDictListReader(const List& list) noexcept : mList(list) {}
+    explicit GDictListReader(const List& list) noexcept;
 
     /// Adds the entries to `dict`, which is as it was when this throws.
-    void ReadInto(GDict<K, V>& dict) const {
-        GDict<K, V> result(dict);
-        for (const auto& pair : mList) result.Set(pair.GetFirst(), pair.GetSecond());
-        dict.Swap(result);
-    }
+    void ReadInto(GDict<K, V>& dict) const;
 
 private:
     const List& mList;
 };
+
+// Outside the class, because what is inline is not exported.
+
+template <class K, class V, class List>
+GDictListReader<K, V, List>::GDictListReader(const List& list) noexcept : mList(list) {}
+
+template <class K, class V, class List>
+void GDictListReader<K, V, List>::ReadInto(GDict<K, V>& dict) const {
+    GDict<K, V> result(dict);
+    for (const auto& pair : mList) result.Set(pair.GetFirst(), pair.GetSecond());
+    dict.Swap(result);
+}

@@ -38,9 +38,9 @@ class GTable {
     static_assert(alignof(T) <= GAllocator::cGranularity, "blocks are aligned to 8 bytes");
 
 public:
-    GTable() noexcept = default;
-    GTable(std::initializer_list<T> elements) { AppendAll(elements.begin(), elements.size()); }
-    GTable(const GTable& other) { AppendAll(other.mElements, static_cast<std::size_t>(other.mCount)); }
+    GTable() noexcept;
+    GTable(std::initializer_list<T> elements);
+    GTable(const GTable& other);
     /// Leaves `other` empty; its iterators stay with it, at its start.
     GTable(GTable&& other) noexcept;
     /// Iterators of this table start anew.
@@ -48,39 +48,33 @@ public:
     GTable& operator=(GTable&& other) noexcept;
     ~GTable();
 
-    long GetCount() const noexcept { return mCount; }
-    bool IsEmpty() const noexcept { return mCount == 0; }
-    long GetCapacity() const noexcept { return mCapacity; }
+    long GetCount() const noexcept;
+    bool IsEmpty() const noexcept;
+    long GetCapacity() const noexcept;
 
-    T& operator[](long position) noexcept {
-        assert(position >= 0 && position < mCount);
-        return mElements[position];
-    }
-    const T& operator[](long position) const noexcept {
-        assert(position >= 0 && position < mCount);
-        return mElements[position];
-    }
-    T& GetLast() noexcept { return (*this)[mCount - 1L]; }
-    const T& GetLast() const noexcept { return (*this)[mCount - 1L]; }
+    T& operator[](long position) noexcept;
+    const T& operator[](long position) const noexcept;
+    T& GetLast() noexcept;
+    const T& GetLast() const noexcept;
 
     // Plain pointers, for walks that do not change the table's count.
-    T* begin() noexcept { return mElements; }
-    T* end() noexcept { return mElements + mCount; }
-    const T* begin() const noexcept { return mElements; }
-    const T* end() const noexcept { return mElements + mCount; }
+    T* begin() noexcept;
+    T* end() noexcept;
+    const T* begin() const noexcept;
+    const T* end() const noexcept;
 
-    void Append(const T& element) { Insert(mCount, element); }
-    void Append(T&& element) { Insert(mCount, std::move(element)); }
+    void Append(const T& element);
+    void Append(T&& element);
     /// Before the element at `position`; at or behind the end appends. A full array doubles (2 from 0).
-    void Insert(long position, const T& element) { InsertElement(position, element); }
-    void Insert(long position, T&& element) { InsertElement(position, std::move(element)); }
+    void Insert(long position, const T& element);
+    void Insert(long position, T&& element);
     void Remove(long position, long count = 1) noexcept;
     /// Removes all elements; keeps the array.
-    void Clear() noexcept { Remove(0, mCount); }
+    void Clear() noexcept;
 
     /// Position of the first element at or after `start` that equals `element`, or -1.
     long Find(const T& element, long start = 0) const;
-    bool Has(const T& element) const { return Find(element) >= 0; }
+    bool Has(const T& element) const;
 
     /// Makes room for `capacity` elements in all; never shrinks.
     void Reserve(long capacity);
@@ -91,11 +85,9 @@ public:
     void Sort(Less less) {
         std::sort(begin(), end(), less);
     }
-    void Sort() { std::sort(begin(), end()); }
+    void Sort();
 
-    bool operator==(const GTable& other) const {
-        return mCount == other.mCount && std::equal(begin(), end(), other.begin());
-    }
+    bool operator==(const GTable& other) const;
 
 private:
     friend class GTableIterator<T>;

@@ -1,6 +1,20 @@
 #pragma once
 
-// The bodies of GTable's longer members; included by GTable.h, which is the header to include.
+// The bodies of GTable's members; included by GTable.h, which is the header to include. None stands in
+// the class: what does is inline, and of an instance the DLL does not export what is.
+
+template <class T>
+GTable<T>::GTable() noexcept = default;
+
+template <class T>
+GTable<T>::GTable(std::initializer_list<T> elements) {
+    AppendAll(elements.begin(), elements.size());
+}
+
+template <class T>
+GTable<T>::GTable(const GTable& other) {
+    AppendAll(other.mElements, static_cast<std::size_t>(other.mCount));
+}
 
 template <class T>
 GTable<T>::GTable(GTable&& other) noexcept
@@ -38,6 +52,83 @@ GTable<T>::~GTable() {
 }
 
 template <class T>
+long GTable<T>::GetCount() const noexcept {
+    return mCount;
+}
+
+template <class T>
+bool GTable<T>::IsEmpty() const noexcept {
+    return mCount == 0;
+}
+
+template <class T>
+long GTable<T>::GetCapacity() const noexcept {
+    return mCapacity;
+}
+
+template <class T>
+T& GTable<T>::operator[](long position) noexcept {
+    assert(position >= 0 && position < mCount);
+    return mElements[position];
+}
+
+template <class T>
+const T& GTable<T>::operator[](long position) const noexcept {
+    assert(position >= 0 && position < mCount);
+    return mElements[position];
+}
+
+template <class T>
+T& GTable<T>::GetLast() noexcept {
+    return (*this)[mCount - 1L];
+}
+
+template <class T>
+const T& GTable<T>::GetLast() const noexcept {
+    return (*this)[mCount - 1L];
+}
+
+template <class T>
+T* GTable<T>::begin() noexcept {
+    return mElements;
+}
+
+template <class T>
+T* GTable<T>::end() noexcept {
+    return mElements + mCount;
+}
+
+template <class T>
+const T* GTable<T>::begin() const noexcept {
+    return mElements;
+}
+
+template <class T>
+const T* GTable<T>::end() const noexcept {
+    return mElements + mCount;
+}
+
+template <class T>
+void GTable<T>::Append(const T& element) {
+    InsertElement(mCount, element);
+}
+
+template <class T>
+void GTable<T>::Append(T&& element) {
+    InsertElement(mCount, std::move(element));
+}
+
+template <class T>
+void GTable<T>::Insert(long position, const T& element) {
+    InsertElement(position, element);
+}
+
+template <class T>
+void GTable<T>::Insert(long position, T&& element) {
+    InsertElement(position, std::move(element));
+}
+
+template <class T>
 void GTable<T>::Remove(long position, long count) noexcept {
     if (position < 0 || position >= mCount || count <= 0) return;
     count = std::min(count, mCount - position);
@@ -46,6 +137,16 @@ void GTable<T>::Remove(long position, long count) noexcept {
     MoveElements(position + count, position, static_cast<std::size_t>(rest));
     mCount -= static_cast<std::int32_t>(count);
     GTableCursor::ElementsRemoved(mCursors, position, count);
+}
+
+template <class T>
+void GTable<T>::Clear() noexcept {
+    Remove(0, mCount);
+}
+
+template <class T>
+bool GTable<T>::Has(const T& element) const {
+    return Find(element) >= 0;
 }
 
 template <class T>
@@ -67,6 +168,16 @@ void GTable<T>::Swap(GTable& other) noexcept {
     std::swap(mCapacity, other.mCapacity);
     std::swap(mCount, other.mCount);
     GTableCursor::SwapChains(this, mCursors, &other, other.mCursors);
+}
+
+template <class T>
+void GTable<T>::Sort() {
+    std::sort(begin(), end());
+}
+
+template <class T>
+bool GTable<T>::operator==(const GTable& other) const {
+    return mCount == other.mCount && std::equal(begin(), end(), other.begin());
 }
 
 template <class T>
