@@ -51,11 +51,6 @@ std::u16string Time(const GDateTime& time, bool local, std::u16string_view forma
 
 }  // namespace
 
-TEST(GDateTime, StartsIn1980) {
-    EXPECT_EQ(Fields(GDateTime(false)), "1980-1-1 0:0:0 1/0:0");
-    EXPECT_EQ(Fields(GDateTime()), "1980-1-1 0:0:0 1/0:0");
-}
-
 TEST(GDateTime, IsNowWithTheLocalDifference) {
     const GDateTime before(true);
     const GDateTime now(true);
@@ -72,11 +67,11 @@ TEST(GDateTime, IsNowWithTheLocalDifference) {
 }
 
 TEST(GDateTime, StoresFieldsAsTheyAreGiven) {
+    EXPECT_EQ(Fields(GDateTime()), "1980-1-1 0:0:0 1/0:0");
     EXPECT_EQ(Fields(GDateTime(15, 3, 2014, 9, 30, 5, -1, 3, 30)), "2014-3-15 9:30:5 -1/3:30");
     EXPECT_EQ(Fields(GDateTime(31, 2, 2014, 25, -1, 60, 0, 0, 0)), "2014-2-31 25:-1:60 0/0:0");
     GDateTime time;
     time.Set(1, 2, 3, 4, 5, 6, 1, 7, 8);
-    EXPECT_EQ(Fields(time), "3-2-1 4:5:6 1/7:8");
     time.SetDate(31, 12, 2020, true);
     EXPECT_EQ(Fields(time), "2020-12-31 4:5:6 1/7:8");
     time.SetTime(23, 59, 58, true);
@@ -117,18 +112,18 @@ TEST(GDateTime, TakesLocalTimeOnConstruction) {
 }
 
 TEST(GDateTime, ConvertsToAndFromBrokenDownTime) {
+    const auto fieldsOf = [](const GDateTime& source) {
+        std::tm time = {};
+        source.GetAnsiCTm(time);
+        return std::vector<int>{time.tm_year, time.tm_mon,  time.tm_mday, time.tm_hour, time.tm_min,
+                                time.tm_sec,  time.tm_wday, time.tm_yday, time.tm_isdst};
+    };
+    EXPECT_EQ(fieldsOf(UTC(2000, 2, 29, 13, 14, 15)), std::vector<int>({100, 1, 29, 13, 14, 15, 2, 59, -1}));
+    EXPECT_EQ(fieldsOf(UTC(2014, 14, 0)), std::vector<int>({114, 13, 0, 0, 0, 0, 6, 30, -1}));
+    EXPECT_EQ(fieldsOf(UTC(cLeast, 1, 1)), std::vector<int>({INT_MIN, 0, 1, 0, 0, 0, 2, 0, -1}));
+
     std::tm time = {};
     UTC(2000, 2, 29, 13, 14, 15).GetAnsiCTm(time);
-    EXPECT_EQ(time.tm_year, 100);
-    EXPECT_EQ(time.tm_mon, 1);
-    EXPECT_EQ(time.tm_mday, 29);
-    EXPECT_EQ(time.tm_hour, 13);
-    EXPECT_EQ(time.tm_min, 14);
-    EXPECT_EQ(time.tm_sec, 15);
-    EXPECT_EQ(time.tm_wday, 2);
-    EXPECT_EQ(time.tm_yday, 59);
-    EXPECT_EQ(time.tm_isdst, -1);
-
     GDateTime back(1, 1, 1970, 0, 0, 0, 1, 2, 30);
     back.SetAnsiCTm(time, true);
     EXPECT_EQ(Fields(back), "2000-2-29 13:14:15 1/2:30");
@@ -137,9 +132,6 @@ TEST(GDateTime, ConvertsToAndFromBrokenDownTime) {
     time.tm_year = INT_MAX;
     back.SetAnsiCTm(time, true);
     EXPECT_EQ(back.GetYear(), cMost);
-    UTC(cLeast, 1, 1).GetAnsiCTm(time);
-    EXPECT_EQ(time.tm_year, INT_MIN);
-    EXPECT_EQ(time.tm_yday, 0);
 }
 
 TEST(GDateTime, NormalizesByCarrying) {
@@ -148,10 +140,8 @@ TEST(GDateTime, NormalizesByCarrying) {
         GDateTime time;
         std::string result;
     } rows[] = {
-        {"nothing to carry", UTC(2014, 3, 15, 23, 59, 59), "2014-3-15 23:59:59 1/0:0"},
         {"a second too many", UTC(2014, 12, 31, 23, 59, 60), "2015-1-1 0:0:0 1/0:0"},
         {"a second too few", UTC(2015, 1, 1, 0, 0, -1), "2014-12-31 23:59:59 1/0:0"},
-        {"minutes", UTC(2014, 1, 1, 0, -1, 0), "2013-12-31 23:59:0 1/0:0"},
         {"hours", UTC(2014, 1, 1, 49, 0, 0), "2014-1-3 1:0:0 1/0:0"},
         {"31 February", UTC(2014, 2, 31), "2014-3-3 0:0:0 1/0:0"},
         {"31 February in a leap year", UTC(2016, 2, 31), "2016-3-2 0:0:0 1/0:0"},
@@ -176,48 +166,41 @@ TEST(GDateTime, NormalizesByCarrying) {
     }
 }
 
-TEST(GDateTime, AddsMonthsToTheEndOfTheMonth) {
+TEST(GDateTime, AddsMonthsToTheEndOfTheMonthAndThenTheRest) {
+    struct Span {
+        long days, hours, minutes, seconds, months, years;
+    };
     const struct {
         GDateTime time;
-        long months;
+        Span span;
         std::string result;
     } rows[] = {
-        {UTC(2014, 1, 31), 1, "2014-2-28 0:0:0 1/0:0"},
-        {UTC(2016, 1, 31), 1, "2016-2-29 0:0:0 1/0:0"},
-        {UTC(2014, 3, 31), -1, "2014-2-28 0:0:0 1/0:0"},
-        {UTC(2014, 1, 31), 3, "2014-4-30 0:0:0 1/0:0"},
-        {UTC(2014, 1, 15), 12, "2015-1-15 0:0:0 1/0:0"},
-        {UTC(2014, 1, 15), -13, "2012-12-15 0:0:0 1/0:0"},
-        {UTC(2014, 2, 31), 1, "2014-4-3 0:0:0 1/0:0"},
-        {UTC(2014, 5, 31), 0, "2014-5-31 0:0:0 1/0:0"},
-        {UTC(2014, 1, 1), cMost, "178958984-8-1 0:0:0 1/0:0"},
+        {UTC(2014, 1, 31), {0, 0, 0, 0, 1, 0}, "2014-2-28 0:0:0 1/0:0"},
+        {UTC(2016, 1, 31), {0, 0, 0, 0, 1, 0}, "2016-2-29 0:0:0 1/0:0"},
+        {UTC(2016, 2, 29), {0, 0, 0, 0, 0, 1}, "2017-2-28 0:0:0 1/0:0"},
+        {UTC(2014, 3, 31), {0, 0, 0, 0, -1, 0}, "2014-2-28 0:0:0 1/0:0"},
+        {UTC(2014, 1, 15), {0, 0, 0, 0, -13, 0}, "2012-12-15 0:0:0 1/0:0"},
+        {UTC(2014, 2, 31), {0, 0, 0, 0, 1, 0}, "2014-4-3 0:0:0 1/0:0"},
+        {UTC(2014, 1, 31), {1, 0, 0, 0, 1, 0}, "2014-3-1 0:0:0 1/0:0"},
+        {UTC(2014, 1, 1), {0, 0, 0, 0, cMost, 0}, "178958984-8-1 0:0:0 1/0:0"},
+        {UTC(2015, 2, 28, 23, 59, 59), {0, 0, 0, 1, 0, 0}, "2015-3-1 0:0:0 1/0:0"},
+        {UTC(2015, 3, 1), {1, 2, 3, 4, 5, 6}, "2021-8-2 2:3:4 1/0:0"},
+        {UTC(2021, 8, 2, 2, 3, 4), {-1, -2, -3, -4, -5, -6}, "2015-3-1 0:0:0 1/0:0"},
+        {UTC(2015, 3, 1), {0, 0, 0, cMost, 0, 0}, "2083-3-19 3:14:7 1/0:0"},
+        {UTC(2015, 3, 1), {cMost, cMost, cMost, cMost, cMost, cMost}, "2147483647-12-31 23:59:59 1/0:0"},
+        {UTC(cLeast, 3, 1), {cLeast, cLeast, cLeast, cLeast, 0, 0}, "-2147483648-1-1 0:0:0 1/0:0"},
     };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(Fields(row.time) + " + " + std::to_string(row.months));
-        GDateTime time = row.time;
-        time.AddMonths(row.months);
-        EXPECT_EQ(Fields(time), row.result);
+    for (const auto& [start, span, result] : rows) {
+        SCOPED_TRACE(Fields(start) + " -> " + result);
+        GDateTime time = start;
+        time.AddTime(span.days, span.hours, span.minutes, span.seconds, span.months, span.years);
+        EXPECT_EQ(Fields(time), result);
     }
-}
-
-TEST(GDateTime, AddsDaysAndTime) {
     GDateTime time = UTC(2015, 12, 31, 23, 59, 59);
     time.AddDays(60);
     EXPECT_EQ(Fields(time), "2016-2-29 23:59:59 1/0:0");
-    time.AddDays(-366);
+    time.AddMonths(-12);
     EXPECT_EQ(Fields(time), "2015-2-28 23:59:59 1/0:0");
-    time.AddTime(0, 0, 0, 1, 0, 0);
-    EXPECT_EQ(Fields(time), "2015-3-1 0:0:0 1/0:0");
-    time.AddTime(1, 2, 3, 4, 5, 6);
-    EXPECT_EQ(Fields(time), "2021-8-2 2:3:4 1/0:0");
-    time.AddTime(-1, -2, -3, -4, -5, -6);
-    EXPECT_EQ(Fields(time), "2015-3-1 0:0:0 1/0:0");
-    time.AddTime(0, 0, 0, cMost, 0, 0);
-    EXPECT_EQ(Fields(time), "2083-3-19 3:14:7 1/0:0");
-    time.AddTime(cMost, cMost, cMost, cMost, cMost, cMost);
-    EXPECT_EQ(Fields(time), "2147483647-12-31 23:59:59 1/0:0");
-    time.AddTime(cLeast, cLeast, cLeast, cLeast, cLeast, cLeast);
-    EXPECT_LT(time.GetYear(), 0);
 }
 
 TEST(GDateTime, ComparesFieldByFieldWithoutTheOffset) {
@@ -270,12 +253,9 @@ TEST(GDateTime, ReadsPDFDates) {
         {"D:20140315103000+01'00'", 1, "2014-3-15 9:30:0 1/1:0"},
         {"D:20140315103000-03'30'", 1, "2014-3-15 14:0:0 -1/3:30"},
         {"D:20140101003000+01'00'", 1, "2013-12-31 23:30:0 1/1:0"},
-        {"D:20140315103000Z", 1, "2014-3-15 10:30:0 1/0:0"},
         {"D:20140315103000Z00'00'", 1, "2014-3-15 10:30:0 1/0:0"},
         {"20140315", 1, "2014-3-15 0:0:0 -1/5:45"},
         {"D:2014", 1, "2014-1-1 0:0:0 -1/5:45"},
-        {"D:201402", 1, "2014-2-1 0:0:0 -1/5:45"},
-        {"D:2014031510", 1, "2014-3-15 10:0:0 -1/5:45"},
         {"D:201403151030", 1, "2014-3-15 10:30:0 -1/5:45"},
         {"D:2014Z", 1, "2014-1-1 0:0:0 1/0:0"},
         {"D:20140231", 1, "2014-3-3 0:0:0 -1/5:45"},
@@ -284,17 +264,16 @@ TEST(GDateTime, ReadsPDFDates) {
         {"D:20140315103000+0130", 1, "2014-3-15 9:30:0 1/1:0"},
         {"D:20140315103000+", 1, "2014-3-15 10:30:0 1/0:0"},
         {"D:20140315103000+-1'00'", 1, "2014-3-15 10:30:0 1/0:0"},
+        {"D:20000229235959+14'45'", 1, "2000-2-29 9:14:59 1/14:45"},
         {"D:20140315103000+99'99'", 1, "2014-3-11 5:51:0 1/99:99"},
         {"D:2014031510300099", 1, "2014-3-15 10:30:0 -1/5:45"},
         {"D:2014 3 5", 1, "2014-3-5 0:0:0 -1/5:45"},
         {"D: 2014\t03", 1, "2014-3-1 0:0:0 -1/5:45"},
-        {"D:2014x", 1, "2014-1-1 0:0:0 -1/5:45"},
         {"D:20143x", 1, "2014-3-1 0:0:0 -1/5:45"},
         {"D:201Z", 1, "201-1-1 0:0:0 1/0:0"},
         {"D:0000", 1, "0-1-1 0:0:0 -1/5:45"},
         {"D:9999123123595900", 1, "9999-12-31 23:59:59 -1/5:45"},
         {"D:19100", 2, "2000-1-1 0:0:0 -1/5:45"},
-        {"D:191140315", 2, "2014-3-15 0:0:0 -1/5:45"},
         {"D:191140315103000+01'00'", 2, "2014-3-15 9:30:0 1/1:0"},
         {"D:19150101", 2, "2050-10-1 0:0:0 -1/5:45"},
         {"D:1910", 2, "-15190-1-1 0:0:0 -1/5:45"},
@@ -309,36 +288,30 @@ TEST(GDateTime, ReadsPDFDates) {
 }
 
 TEST(GDateTime, RefusesOtherTextsAndStaysUnchanged) {
-    const struct {
-        const char* what;
-        std::string_view text;
-    } rows[] = {
-        {"nothing", ""},
-        {"D alone", "D"},
-        {"the prefix alone", "D:"},
-        {"three digits", "D:201"},
-        {"three digits with a zone in reach", "D:20Z"},
-        {"a zone before the third byte", "D:20+1'00'"},
-        {"another letter behind D", "D-2014"},
-        {"another letter", "X:2014"},
-        {"no digits", "D:abcd"},
-        {"blanks only", "D:    "},
-        {"a sign in front of the year", "D:-2014"},
-        {"month 0", "D:201400"},
-        {"month 0 of one digit", "D:20200"},
-        {"month 13", "D:20141301"},
-        {"day 0", "D:20140300"},
-        {"day 32", "D:20140332"},
-        {"hour 24", "D:2014031524"},
-        {"minute 60", "D:201403151060"},
-        {"second 60", "D:20140315103060"},
-        {"a zero byte in front", std::string_view("\0002014", 5)},
-    };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.what);
+    for (const std::string_view text : std::initializer_list<std::string_view>{"",
+                                                                               "D",
+                                                                               "D:",
+                                                                               "D:201",
+                                                                               "D:20Z",
+                                                                               "D:20+1'00'",
+                                                                               "D-2014",
+                                                                               "X:2014",
+                                                                               "D:abcd",
+                                                                               "D:    ",
+                                                                               "D:-2014",
+                                                                               "D:201400",
+                                                                               "D:20200",
+                                                                               "D:20141301",
+                                                                               "D:20140300",
+                                                                               "D:20140332",
+                                                                               "D:2014031524",
+                                                                               "D:201403151060",
+                                                                               "D:20140315103060",
+                                                                               {"\0002014", 5}}) {
+        SCOPED_TRACE(text);
         GDateTime time(2, 3, 1970, 4, 5, 6, -1, 5, 45);
-        EXPECT_EQ(time.SetFromPDFDateTime(Bytes(row.text)), 0);
-        EXPECT_EQ(GDateTime::CheckPDFDateTime(Bytes(row.text)), 0);
+        EXPECT_EQ(time.SetFromPDFDateTime(Bytes(text)), 0);
+        EXPECT_EQ(GDateTime::CheckPDFDateTime(Bytes(text)), 0);
         EXPECT_EQ(Fields(time), "1970-3-2 4:5:6 -1/5:45");
     }
 }
@@ -356,20 +329,15 @@ TEST(GDateTime, WritesPDFDates) {
         {GDateTime(15, 3, 2014, 9, 30, 0, 0, 0, 0), "D:20140315093000Z"},
         {UTC(1, 2, 3, 4, 5, 6), "D:00010203040506Z"},
         {UTC(12345, 1, 1), "D:123450101000000Z"},
+        {UTC(-1, 1, 1), "D:42949672950101000000Z"},
     };
     for (const auto& row : rows) {
-        SCOPED_TRACE(Fields(row.time));
+        SCOPED_TRACE(row.text);
         EXPECT_EQ(PDF(row.time), row.text);
     }
     EXPECT_EQ(PDF(GDateTime(15, 3, 2014, 10, 30, 0, false)).substr(0, 16), "D:20140315103000");
-}
-
-TEST(GDateTime, ReadsBackWhatItWrites) {
-    for (const char* text : {"D:20140315103000+01'00'", "D:20000229235959-12'45'", "D:19991231000000Z"}) {
-        GDateTime time;
-        EXPECT_EQ(time.SetFromPDFDateTime(text), 1);
-        EXPECT_EQ(PDF(time), text);
-    }
+    EXPECT_EQ(PDF(GDateTime(1, 1, cLeast, cLeast, cLeast, cLeast, cLeast, cLeast, cLeast)).substr(0, 2),
+              "D:");
 }
 
 TEST(GDateTime, WritesPictures) {
@@ -377,21 +345,16 @@ TEST(GDateTime, WritesPictures) {
     const struct {
         std::u16string_view picture, text;
     } rows[] = {
-        {u"yyyy-MM-dd", u"2014-03-05"},
-        {u"d.M.yy", u"5.3.14"},
-        {u"dd/MM/y", u"05/03/14"},
-        {u"HH:mm:ss", u"15:04:09"},
-        {u"H:m:s", u"15:4:9"},
-        {u"hh h", u"03 3"},
-        {u"'day' d", u"day 5"},
-        {u"d 'o''clock'", u"5 o'clock"},
+        {u"yyyy-MM-dd HH:mm:ss", u"2014-03-05 15:04:09"},
+        {u"d.M.yy H:m:s", u"5.3.14 15:4:9"},
+        {u"dd/MM/y hh h", u"05/03/14 03 3"},
+        {u"yyyyyy yyy HHH", u"2014 2014 15"},
+        {u"'day' d 'o''clock'", u"day 5 o'clock"},
         {u"''yyyy''", u"'2014'"},
         {u"'open d", u"open d"},
         {u"'", u""},
         {u"Q4 [yyyy]", u"Q4 [2014]"},
-        {u"yyyyyy", u"2014"},
-        {u"HHH", u"15"},
-        {u"\u5E74yyyy", u"\u5E742014"},
+        {u"\u5E74yyyy\U0001F600", u"\u5E742014\U0001F600"},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(Readable(row.picture));
@@ -418,31 +381,23 @@ TEST(GDateTime, WritesNamesInTheUsersLanguage) {
 TEST(GDateTime, WritesAShortFormWithoutAPicture) {
     EXPECT_NE(Date(UTC(2014, 3, 5), false, u"").find(u"14"), std::u16string::npos);
     EXPECT_NE(Time(UTC(2014, 3, 5, 1, 47, 0), false, u"").find(u"47"), std::u16string::npos);
-    EXPECT_EQ(Date(UTC(40000, 3, 5), false, u""), u"40000-03-05");
+    for (const long year : {1600L, 30828L, 40000L})
+        EXPECT_EQ(Date(UTC(year, 3, 5), false, u""), Date(UTC(year, 3, 5), false, u"yyyy-MM-dd"));
+    EXPECT_EQ(Date(UTC(0, 12, 31), false, u""), u"0000-12-31");
     EXPECT_EQ(Time(UTC(1, 3, 5, 6, 7, 8), false, u""), u"06:07:08");
 }
 
 TEST(GDateTime, TranslatesUTCToLocal) {
-    long day = 31;
-    long month = 12;
-    long year = 2013;
-    long hour = 23;
-    long minute = 45;
-    long second = 1;
-    GDateTime::TranslateUTCToLocal(day, month, year, hour, minute, second, 1, 5, 30);
-    EXPECT_EQ(std::vector<long>({year, month, day, hour, minute, second}),
-              std::vector<long>({2014, 1, 1, 5, 15, 1}));
-    GDateTime::TranslateUTCToLocal(day, month, year, hour, minute, second, -1, 5, 30);
-    EXPECT_EQ(std::vector<long>({year, month, day, hour, minute, second}),
-              std::vector<long>({2013, 12, 31, 23, 45, 1}));
-}
-
-TEST(GDateTime, SurvivesExtremeOffsets) {
-    GDateTime time(1, 1, 2000, 0, 0, 0, cMost, cMost, cMost);
-    time.SetTime(1, 2, 3, false);
-    EXPECT_EQ(time.GetSecond(), 3);
-    GDateTime other(1, 1, cLeast, cLeast, cLeast, cLeast, cLeast, cLeast, cLeast);
-    EXPECT_EQ(PDF(other).substr(0, 2), "D:");
+    const auto translated = [](std::vector<long> t, long relation, long hours, long minutes) {
+        GDateTime::TranslateUTCToLocal(t[0], t[1], t[2], t[3], t[4], t[5], relation, hours, minutes);
+        return t;
+    };
+    using Times = std::vector<long>;
+    EXPECT_EQ(translated({31, 12, 2013, 23, 45, 1}, 1, 5, 30), Times({1, 1, 2014, 5, 15, 1}));
+    EXPECT_EQ(translated({1, 1, 2014, 5, 15, 1}, -1, 5, 30), Times({31, 12, 2013, 23, 45, 1}));
+    EXPECT_EQ(translated({1, 1, 2014, 5, 15, 1}, 1, 14, 45), Times({1, 1, 2014, 20, 0, 1}));
+    EXPECT_EQ(translated({1, 1, 2014, 5, 15, 1}, 0, 14, 45), Times({1, 1, 2014, 5, 15, 1}));
+    EXPECT_EQ(translated({1, 1, 2000, 0, 0, 3}, 1, cMost, cMost), Times({1, 11, 251066, 9, 7, 3}));
 }
 
 TEST(GDateTime, CountsElapsedSeconds) {

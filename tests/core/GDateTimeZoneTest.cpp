@@ -2,11 +2,10 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
-#include <string>
 
 #include "framework/core/GBuffer.h"
 #include "framework/core/GDateTime.h"
-#include "tests/core/TestText.h"
+#include "framework/core/GString.h"
 
 namespace {
 
@@ -24,11 +23,17 @@ public:
 
 }  // namespace
 
-TEST(GDateTimeZone, KnowsTheLocalDifference) {
+TEST(GDateTimeZone, TakesTheDifferenceOfTheLocalZone) {
     const struct {
         const char* zone;
-        long relation, hours, minutes;
-    } rows[] = {{"UTC0", 1, 0, 0}, {"AAA-1", 1, 1, 0}, {"BBB3:30", -1, 3, 30}, {"CCC-12:45", 1, 12, 45}};
+        long relation, hours, minutes, utcHour;
+        const char* text;
+    } rows[] = {
+        {"UTC0", 1, 0, 0, 22, "D:20131231220000Z"},
+        {"AAA-1", 1, 1, 0, 21, "D:20131231220000+01'00'"},
+        {"BBB3:30", -1, 3, 30, 1, "D:20131231220000-03'30'"},
+        {"CCC-12:45", 1, 12, 45, 9, "D:20131231220000+12'45'"},
+    };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.zone);
         const InZone zone(row.zone);
@@ -39,18 +44,12 @@ TEST(GDateTimeZone, KnowsTheLocalDifference) {
         EXPECT_EQ(relation, row.relation);
         EXPECT_EQ(hours, row.hours);
         EXPECT_EQ(minutes, row.minutes);
+        const GDateTime time(31, 12, 2013, 22, 0, 0, false);
+        EXPECT_EQ(time.GetHour(), row.utcHour);
+        GBuffer text;
+        time.GetAsPDFDateTime(text);
+        EXPECT_STREQ(text.GetPtr(), row.text);
     }
-}
-
-TEST(GDateTimeZone, TakesLocalTimeToUTC) {
-    const InZone zone("BBB3:30");
-    const GDateTime time(31, 12, 2013, 22, 0, 0, false);
-    EXPECT_EQ(time.GetDay(), 1);
-    EXPECT_EQ(time.GetHour(), 1);
-    EXPECT_EQ(time.GetMinute(), 30);
-    GBuffer text;
-    time.GetAsPDFDateTime(text);
-    EXPECT_STREQ(text.GetPtr(), "D:20131231220000-03'30'");
 }
 
 TEST(GDateTimeZone, ShowsNowInLocalTime) {
