@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 #include "framework/core/GException.h"
 #include "framework/files/GFileSystemDefinitions.h"
 #include "tests/files/TestFolder.h"
@@ -68,10 +70,7 @@ protected:
 };
 
 TEST_F(SpecialPaths, HaveTheirDefaults) {
-    const struct {
-        long id;
-        const char* path;
-    } rows[] = {
+    const std::tuple<long, const char*> rows[] = {
         {-8, "U:/data"},
         {-7, "W:/system"},
         {-6, "L:/q/Quillon.dll"},
@@ -94,8 +93,7 @@ TEST_F(SpecialPaths, HaveTheirDefaults) {
         {-9, ""},
         {55, ""},
     };
-    for (const auto& row : rows)
-        EXPECT_EQ(TextOf(FakeFileSystem::GetSpecialPath(row.id)), row.path) << row.id;
+    for (const auto& [id, path] : rows) EXPECT_EQ(TextOf(FakeFileSystem::GetSpecialPath(id)), path) << id;
 }
 
 TEST_F(SpecialPaths, AreOverriddenUntilRemoved) {
@@ -206,19 +204,15 @@ TEST(GFileSystem, TellsFilesFromFoldersAndFromNothing) {
     const TestFolder folder;
     folder.Put("file", "x");
     GFileSystem::CreateFolder(folder.Portable("folder"));
-    const struct {
-        const char* path;
-        bool file;
-        bool folder;
-    } rows[] = {
+    const std::tuple<const char*, bool, bool> rows[] = {
         {"file", true, false},        {"folder", false, true},         {"nothing", false, false},
         {"file/below", false, false}, {"nothing/below", false, false},
     };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.path);
-        EXPECT_EQ(GFileSystem::FileExists(folder.Portable(row.path)), row.file);
-        EXPECT_EQ(GFileSystem::TryFileExists(folder.Portable(row.path)), row.file);
-        EXPECT_EQ(GFileSystem::FolderExists(folder.Portable(row.path)), row.folder);
+    for (const auto& [path, isFile, isFolder] : rows) {
+        SCOPED_TRACE(path);
+        EXPECT_EQ(GFileSystem::FileExists(folder.Portable(path)), isFile);
+        EXPECT_EQ(GFileSystem::TryFileExists(folder.Portable(path)), isFile);
+        EXPECT_EQ(GFileSystem::FolderExists(folder.Portable(path)), isFolder);
     }
 }
 

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 #include "framework/core/GException.h"
 #include "framework/files/GFileOpenMode.h"
 #include "tests/files/TestFolder.h"
@@ -15,12 +17,7 @@ constexpr long cCreate = GFileOpenMode::cCreate;
 constexpr long cStartEmpty = GFileOpenMode::cStartEmpty;
 
 TEST(GFile, ModesDecideWhatBecomesOfAFile) {
-    const struct {
-        const char* what;
-        long mode;
-        bool exists;
-        const char* contentAfter;  // with "XY" written at the start
-    } rows[] = {
+    const std::tuple<const char*, long, bool, const char*> rows[] = {
         {"must exist, exists", cWrite, true, "XYcd"},
         {"must exist, is missing", cWrite, false, "no file"},
         {"create, exists", cWrite | cCreate, true, "XYcd"},
@@ -31,17 +28,17 @@ TEST(GFile, ModesDecideWhatBecomesOfAFile) {
         {"the trace log's, is missing", 78, false, "XY"},
         {"the trace log's, exists", 78, true, "XY"},
     };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.what);
+    for (const auto& [what, mode, exists, contentAfter] : rows) {
+        SCOPED_TRACE(what);
         const TestFolder folder;
-        if (row.exists) folder.Put("f", "abcd");
+        if (exists) folder.Put("f", "abcd");
         try {
-            GFile file(folder.Portable("f"), row.mode);
+            GFile file(folder.Portable("f"), mode);
             EXPECT_EQ(file.Write(BufferOf("XY")), 2);
         } catch (const GException&) {
-            EXPECT_STREQ(row.contentAfter, "no file");
+            EXPECT_STREQ(contentAfter, "no file");
         }
-        EXPECT_EQ(folder.Take("f"), row.contentAfter);
+        EXPECT_EQ(folder.Take("f"), contentAfter);
     }
 }
 

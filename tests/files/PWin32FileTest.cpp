@@ -1,6 +1,8 @@
 // What only Windows does: sharing between openers, long paths, attributes, shell folders.
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 #include "framework/files/GFile.h"
 #include "framework/files/GFileOpenMode.h"
 #include "framework/files/GFileSystem.h"
@@ -32,12 +34,7 @@ long ErrorOf(const auto& call) {
 }
 
 TEST(PWin32FileImp, TheSharingBitsSayWhoElseMayOpen) {
-    const struct {
-        const char* what;
-        long mode;
-        bool othersRead;
-        bool othersWrite;
-    } rows[] = {
+    const std::tuple<const char*, long, bool, bool> rows[] = {
         {"a reader", cRead, true, false},
         {"a reader with the readers' bit alone", cRead | cReaders, true, false},
         {"a reader with the writers' bit", cRead | cWriters, false, true},
@@ -48,9 +45,9 @@ TEST(PWin32FileImp, TheSharingBitsSayWhoElseMayOpen) {
     const TestFolder folder;
     folder.Put("f", "abc");
     const std::wstring name = folder.Standard("f").wstring();
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.what);
-        const GFile file(folder.Portable("f"), row.mode);
+    for (const auto& [what, mode, othersRead, othersWrite] : rows) {
+        SCOPED_TRACE(what);
+        const GFile file(folder.Portable("f"), mode);
         // The other opener itself shares everything, so that only the first one's word counts.
         const auto opens = [&](DWORD access) {
             const PWin32ScopedHandle<PWin32FileHandle> other(
@@ -60,8 +57,8 @@ TEST(PWin32FileImp, TheSharingBitsSayWhoElseMayOpen) {
             EXPECT_TRUE(other || error == ERROR_SHARING_VIOLATION) << error;
             return static_cast<bool>(other);
         };
-        EXPECT_EQ(opens(GENERIC_READ), row.othersRead);
-        EXPECT_EQ(opens(GENERIC_WRITE), row.othersWrite);
+        EXPECT_EQ(opens(GENERIC_READ), othersRead);
+        EXPECT_EQ(opens(GENERIC_WRITE), othersWrite);
     }
 }
 
@@ -100,21 +97,14 @@ TEST(PWin32FileImp, KeepsTheAttributesOfAFileThatItEmpties) {
 TEST(PWin32FileImp, ReportsTheSystemsCodes) {
     const TestFolder folder;
     folder.Put("f", "abc");
-    const struct {
-        const char* what;
-        const char* path;
-        long mode;
-        long error;
-    } rows[] = {
+    const std::tuple<const char*, const char*, long, long> rows[] = {
         {"missing file", "g", cRead, ERROR_FILE_NOT_FOUND},
         {"missing folder", "g/h", cRead, ERROR_PATH_NOT_FOUND},
         {"a name that is none", "a|b", cRead, ERROR_INVALID_NAME},
         {"a folder", "", cRead, ERROR_ACCESS_DENIED},
     };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.what);
-        EXPECT_EQ(ErrorOf([&] { GFile(folder.Portable(row.path), row.mode); }), row.error);
-    }
+    for (const auto& [what, path, mode, error] : rows)
+        EXPECT_EQ(ErrorOf([&] { GFile(folder.Portable(path), mode); }), error) << what;
     EXPECT_EQ(ErrorOf([&] { GFileSystem::CreateFolder(folder.Portable("f/g")); }), ERROR_ALREADY_EXISTS);
     EXPECT_EQ(ErrorOf([&] { GFileSystem::RemoveFile(folder.Portable("g")); }), ERROR_FILE_NOT_FOUND);
 }
@@ -153,19 +143,11 @@ TEST(PWin32FileSystemImp, AFileIsInUseWhileAnybodyHasItOpen) {
 }
 
 TEST(PWin32FileSystemImp, KnowsTheVolumesByTheirRoots) {
-    const struct {
-        const char* path;
-        UINT drive;
-        long type;
-    } rows[] = {
-        {"C:", DRIVE_FIXED, 1},
-        {"C:/", DRIVE_FIXED, 1},
-        {"C:/windows/missing", DRIVE_FIXED, 1},
-        {"Q:/missing", DRIVE_NO_ROOT_DIR, 4},
-        {"//no-such-server/share/x", DRIVE_NO_ROOT_DIR, 4},
+    const std::tuple<const char*, long> rows[] = {
+        {"C:", 1}, {"C:/", 1}, {"C:/windows/missing", 1}, {"Q:/missing", 4}, {"//no-such-server/share/x", 4},
     };
-    for (const auto& row : rows)
-        EXPECT_EQ(GFileSystem::GetVolumeType(GPathName(row.path)), row.type) << row.path;
+    for (const auto& [path, type] : rows)
+        EXPECT_EQ(GFileSystem::GetVolumeType(GPathName(path)), type) << path;
     EXPECT_EQ(GFileSystem::GetVolumeType(GPathName("relative")), 1);
 }
 

@@ -1,6 +1,7 @@
 #include "framework/ipc/GIPCManager.h"
 
 #include <stdexcept>
+#include <tuple>
 
 #include "framework/core/GBasicSignals.h"
 #include "tests/ipc/ManagerTestSupport.h"
@@ -159,18 +160,13 @@ TEST_F(GIPCManagerTest, ThrowsForWhatNoQueueCouldHoldAndHoldsItAgainstNobody) {
 }
 
 TEST_F(GIPCManagerTest, TakesATargetWithABrokenQueueOutOfTheRegistry) {
-    const struct {
-        const char* what;
-        long offset;
-        std::uint32_t value;
-        long thrown;
-    } rows[] = {
+    const std::tuple<const char*, long, std::uint32_t, long> rows[] = {
         {"another version", 4, 2, 40154},
         {"an impossible end offset", 8, 0xFFFFFFFF, 40161},
         {"an impossible size", 0, 0, 40163},
     };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.what);
+    for (const auto& [what, offset, value, thrown] : rows) {
+        SCOPED_TRACE(what);
         Process target(mWorld, cOther);
         const auto raw = QueueOf(target);
         ActAsSender();
@@ -179,8 +175,8 @@ TEST_F(GIPCManagerTest, TakesATargetWithABrokenQueueOutOfTheRegistry) {
         mSender.SendRaw(cListener, cType, Bytes(Filler(32740)));
         mSender.SendRaw(cListener, cType, Bytes("kept"));
         ASSERT_EQ(mSender.GetDelayedCount(), 2);
-        raw->SetWord(row.offset, row.value);
-        EXPECT_EQ(ThrownBy([&] { mSender.SendRaw(cOther, cType, Bytes("a")); }), row.thrown);
+        raw->SetWord(offset, value);
+        EXPECT_EQ(ThrownBy([&] { mSender.SendRaw(cOther, cType, Bytes("a")); }), thrown);
         EXPECT_FALSE(mRegistry.IsRegistered(cOther));
         EXPECT_TRUE(mRegistry.IsRegistered(cListener));
         EXPECT_EQ(mSender.GetDelayedCount(), 1);

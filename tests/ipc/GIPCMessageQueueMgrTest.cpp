@@ -1,5 +1,7 @@
 #include "framework/ipc/GIPCMessageQueueMgr.h"
 
+#include <tuple>
+
 #include "framework/system/PSystem.h"
 #include "tests/ipc/IPCWorld.h"
 #include "tests/ipc/RawSegment.h"
@@ -69,20 +71,16 @@ TEST_F(GIPCMessageQueueMgrTest, RegistersWithIDsOfTheCountedUpSeed) {
 }
 
 TEST_F(GIPCMessageQueueMgrTest, HandsOutNoZeroAndNothingAbove32767) {
-    const struct {
-        const char* what;
-        std::uint32_t seed;
-        long registrationID;
-    } rows[] = {
+    const std::tuple<const char*, std::uint32_t, long> rows[] = {
         {"the generator's first number is the smallest one", 1694, 1},
         {"it is 0, so the second one counts", 26578, 11265},
         {"it is 0 for another seed", 78041, 10672},
         {"it is the largest one", 24883, 32767},
     };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.what);
-        mRaw->SetWord(8, row.seed);
-        EXPECT_EQ(mManager.Register(4711), row.registrationID);
+    for (const auto& [what, seed, registrationID] : rows) {
+        SCOPED_TRACE(what);
+        mRaw->SetWord(8, seed);
+        EXPECT_EQ(mManager.Register(4711), registrationID);
     }
 }
 
@@ -195,18 +193,16 @@ TEST(GIPCMessageQueueMgr, SearchesTheSharedNameSpaceWhereSystemsHaveOneOnly) {
     world.SetSessions({-1});
     Manager global(GShMemID("GIPCTest"), -1, Manager::Scope::cOwnOnly);
     global.Register(7);
-    const struct {
-        long osCode;
-        bool searched;
-    } rows[] = {{3002, false}, {3003, true}, {3008, true}, {3009, false}, {3016, false}};
+    const std::tuple<long, bool> rows[] = {
+        {3002, false}, {3003, true}, {3008, true}, {3009, false}, {3016, false}};
     Manager manager(Manager::cTest);
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.osCode);
-        PSystem::SetOSCode(row.osCode);
+    for (const auto& [osCode, searched] : rows) {
+        SCOPED_TRACE(osCode);
+        PSystem::SetOSCode(osCode);
         long session = 99;
         GTable<std::int32_t> ids;
         manager.GetRegistered(7, session, ids);
-        const bool expected = row.searched || PSystem::GetPlatformCode() != PSystem::cPlatformWindows;
+        const bool expected = searched || PSystem::GetPlatformCode() != PSystem::cPlatformWindows;
         EXPECT_EQ(ids.GetCount(), expected ? 1 : 0);
         EXPECT_EQ(session, expected ? -1 : 99);
     }
@@ -214,12 +210,7 @@ TEST(GIPCMessageQueueMgr, SearchesTheSharedNameSpaceWhereSystemsHaveOneOnly) {
 }
 
 TEST_F(GIPCMessageQueueMgrTest, ACorruptRegistryThrowsAndStaysAsItIs) {
-    const struct {
-        const char* what;
-        long offset;
-        std::uint32_t value;
-        long thrown;
-    } rows[] = {
+    const std::tuple<const char*, long, std::uint32_t, long> rows[] = {
         {"a size of 0", 0, 0, 40163},
         {"a size behind the view", 0, 0x00100000, 40163},
         {"a negative size", 0, 0xFFFFFFFF, 40163},
@@ -235,22 +226,22 @@ TEST_F(GIPCMessageQueueMgrTest, ACorruptRegistryThrowsAndStaysAsItIs) {
     };
     mManager.Register(9);
     const std::uint32_t registrationID = mRaw->GetWord(20);
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.what);
+    for (const auto& [what, offset, value, thrown] : rows) {
+        SCOPED_TRACE(what);
         mRaw->SetWord(0, 8208);
         SetEntries({{9, static_cast<int>(registrationID)}, {1, 10}, {2, 20}});
-        mRaw->SetWord(row.offset, row.value);
+        mRaw->SetWord(offset, value);
         const ByteList before = mRaw->Copy();
         long session = 99;
         GTable<std::int32_t> ids;
         GTable<GIPCQueueAddress> queues;
-        EXPECT_EQ(ThrownBy([&] { mManager.IsRegistered(1); }), row.thrown);
-        EXPECT_EQ(ThrownBy([&] { mManager.Register(3); }), row.thrown);
-        EXPECT_EQ(ThrownBy([&] { mManager.Unregister(1); }), row.thrown);
-        EXPECT_EQ(ThrownBy([&] { mManager.Unregister(1, 10); }), row.thrown);
-        EXPECT_EQ(ThrownBy([&] { mManager.UnregisterOwn(); }), row.thrown);
-        EXPECT_EQ(ThrownBy([&] { mManager.GetRegistered(1, session, ids); }), row.thrown);
-        EXPECT_EQ(ThrownBy([&] { mManager.GetRegistered(queues); }), row.thrown);
+        EXPECT_EQ(ThrownBy([&] { mManager.IsRegistered(1); }), thrown);
+        EXPECT_EQ(ThrownBy([&] { mManager.Register(3); }), thrown);
+        EXPECT_EQ(ThrownBy([&] { mManager.Unregister(1); }), thrown);
+        EXPECT_EQ(ThrownBy([&] { mManager.Unregister(1, 10); }), thrown);
+        EXPECT_EQ(ThrownBy([&] { mManager.UnregisterOwn(); }), thrown);
+        EXPECT_EQ(ThrownBy([&] { mManager.GetRegistered(1, session, ids); }), thrown);
+        EXPECT_EQ(ThrownBy([&] { mManager.GetRegistered(queues); }), thrown);
         EXPECT_EQ(mRaw->Copy(), before);
     }
 }

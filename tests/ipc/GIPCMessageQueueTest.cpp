@@ -1,6 +1,7 @@
 #include "framework/ipc/GIPCMessageQueue.h"
 
 #include <random>
+#include <tuple>
 
 #include "tests/ipc/IPCWorld.h"
 #include "tests/ipc/RawSegment.h"
@@ -99,25 +100,20 @@ TEST_F(GIPCMessageQueueTest, AMessageMayBeFollowedByMoreThanItsPayload) {
 }
 
 TEST_F(GIPCMessageQueueTest, AppendsExactlyWhileTheRecordFitsAndARefusalChangesNothing) {
-    const struct {
-        const char* what;
-        long payload;
-        bool accepted;
-        long endOffset;
-    } rows[] = {
+    const std::tuple<const char*, long, bool, long> rows[] = {
         {"an empty payload is a record too", 0, true, 28},
         {"the largest record", 32740, true, 32768},
         {"one byte too many", 32741, false, 8},
         {"what fits an empty queue by the looser test", 32748, false, 8},
         {"far too many", 40000, false, 8},
     };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.what);
+    for (const auto& [what, payload, accepted, endOffset] : rows) {
+        SCOPED_TRACE(what);
         Heal();
         const ByteList before = mRaw->Copy();
-        EXPECT_EQ(mQueue.TryToAddRawMessage(145, Payload(row.payload)), row.accepted);
-        EXPECT_EQ(EndOffset(), row.endOffset);
-        EXPECT_EQ(mRaw->Copy() == before, !row.accepted);
+        EXPECT_EQ(mQueue.TryToAddRawMessage(145, Payload(payload)), accepted);
+        EXPECT_EQ(EndOffset(), endOffset);
+        EXPECT_EQ(mRaw->Copy() == before, !accepted);
     }
 }
 
@@ -137,12 +133,7 @@ TEST_F(GIPCMessageQueueTest, TellsWhatFitsAnEmptyQueueWithoutItsHeader) {
 }
 
 TEST_F(GIPCMessageQueueTest, AddsOnceWhatIsNotWaitingYet) {
-    const struct {
-        const char* what;
-        long sender, type;
-        const char* payload;
-        long endOffset;
-    } rows[] = {
+    const std::tuple<const char*, long, long, const char*, long> rows[] = {
         {"new", 1, 145, "Hi!", 31},
         {"the same", 1, 145, "Hi!", 31},
         {"the same from another sender", 2, 145, "Hi!", 31},
@@ -152,10 +143,10 @@ TEST_F(GIPCMessageQueueTest, AddsOnceWhatIsNotWaitingYet) {
         {"no payload", 1, 145, "", 119},
         {"no payload again", 1, 145, "", 119},
     };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.what);
-        EXPECT_TRUE(mQueue.TryToAddRawMessageOnce(row.sender, row.type, Bytes(row.payload)));
-        EXPECT_EQ(EndOffset(), row.endOffset);
+    for (const auto& [what, sender, type, payload, endOffset] : rows) {
+        SCOPED_TRACE(what);
+        EXPECT_TRUE(mQueue.TryToAddRawMessageOnce(sender, type, Bytes(payload)));
+        EXPECT_EQ(EndOffset(), endOffset);
     }
     EXPECT_TRUE(mQueue.ContainsRawMessage(145, Bytes("Ho!")));
     EXPECT_FALSE(mQueue.ContainsRawMessage(147, Bytes("Ho!")));

@@ -1,6 +1,7 @@
 #include "framework/ipc/GIPMutex.h"
 
 #include <thread>
+#include <tuple>
 
 #include "tests/ipc/IPCWorld.h"
 #include "tests/ipc/PlatformsUnderTest.h"
@@ -8,15 +9,10 @@
 namespace {
 
 TEST(GIPPrefix, HasFourPrefixesOfSixCharacters) {
-    const struct {
-        long id;
-        const char* prefix;
-    } rows[] = {{-1, nullptr}, {0, "QulDef"}, {1, "QulMtx"},        {2, "QulShD"},
-                {3, "QulShL"}, {4, nullptr},  {0x7FFFFFFF, nullptr}};
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.id);
-        EXPECT_STREQ(GIPPrefix::GetPrefix(row.id), row.prefix);
-    }
+    const std::tuple<long, const char*> rows[] = {{-1, nullptr},        {0, "QulDef"}, {1, "QulMtx"},
+                                                  {2, "QulShD"},        {3, "QulShL"}, {4, nullptr},
+                                                  {0x7FFFFFFF, nullptr}};
+    for (const auto& [id, prefix] : rows) EXPECT_STREQ(GIPPrefix::GetPrefix(id), prefix) << id;
 }
 
 template <class Imp>

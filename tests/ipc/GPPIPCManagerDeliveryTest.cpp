@@ -2,26 +2,25 @@
 #include "framework/core/GBasicSignals.h"
 #include "tests/ipc/HandOffTestSupport.h"
 
+#include <tuple>
+
 namespace {
 
 using GPPIPCManagerDeliveryTest = HandOffTest;
 
 TEST_F(GPPIPCManagerDeliveryTest, WaitsForAMessageSentOnceToBeTaken) {
-    const struct {
-        const char* what;
-        std::size_t takenAt;  // the sleep in which the listener drains; 0 for never
-        std::size_t sleeps;
-    } rows[] = {{"during the first sleep", 1, 1}, {"later", 4, 4}, {"in the last", 11, 11}, {"never", 0, 11}};
+    const std::tuple<const char*, std::size_t, std::size_t> rows[] = {
+        {"during the first sleep", 1, 1}, {"later", 4, 4}, {"in the last", 11, 11}, {"never", 0, 11}};
     Listener listener(mWorld, cListener, 1);
     Process monitor(mWorld, cMonitor, 0);
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.what);
+    for (const auto& [what, takenAt, sleeps] : rows) {
+        SCOPED_TRACE(what);
         mSleep.mSleeps.clear();
         mSleep.mReaction = [&](std::size_t count) {
-            if (count == row.takenAt) listener.Tick();
+            if (count == takenAt) listener.Tick();
         };
         Send(monitor, cListener);
-        EXPECT_EQ(mSleep.mSleeps, std::vector<long>(row.sleeps, 300));
+        EXPECT_EQ(mSleep.mSleeps, std::vector<long>(sleeps, 300));
     }
     // What was never taken is still waiting. The same again is not added, but waited for.
     mSleep.mSleeps.clear();
@@ -103,21 +102,18 @@ TEST_F(GPPIPCManagerDeliveryTest, DropsWhatItKeepsForATargetThatHasEnded) {
 }
 
 TEST_F(GPPIPCManagerDeliveryTest, DropsWhatItKeepsForAQueueThatIsGoneOrBrokenAndNothingElse) {
-    const struct {
-        const char* what;
-        long offset;
-        std::uint32_t value;
-    } rows[] = {{"another version", 4, 2}, {"an impossible end offset", 8, 7}, {"an impossible size", 0, 3}};
+    const std::tuple<const char*, long, std::uint32_t> rows[] = {
+        {"another version", 4, 2}, {"an impossible end offset", 8, 7}, {"an impossible size", 0, 3}};
     Process monitor(mWorld, cMonitor, 0);
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.what);
+    for (const auto& [what, offset, value] : rows) {
+        SCOPED_TRACE(what);
         Listener listener(mWorld, cListener, 1);
         const long registrationID = RegistrationIn("Global\\", cListener);
         listener.Fill(-1, registrationID);
         Send(monitor, cListener);
         ASSERT_EQ(monitor.mManager->GetDelayedCount(), 1);
         const auto raw = RawSegment::Open("Global\\", QueueName(cListener, registrationID));
-        raw->SetWord(row.offset, row.value);
+        raw->SetWord(offset, value);
         EXPECT_EQ(ThrownBy([&] { monitor.mManager->ForceProcessPendingMessages(); }), 0);
         EXPECT_EQ(monitor.mManager->GetDelayedCount(), 0);
         EXPECT_EQ(RegistrationIn("Session\\1\\", cListener), listener.mManager->GetRegistrationID());

@@ -1,5 +1,7 @@
 #include "framework/ipc/GShMemID.h"
 
+#include <tuple>
+
 #include "framework/core/GUnicodeEncoding.h"
 #include "tests/ipc/IPCWorld.h"
 
@@ -12,11 +14,7 @@ struct InitializedIDs : public testing::Test {
 using GShMemIDTest = InitializedIDs;
 
 TEST_F(GShMemIDTest, TakesLettersDigitsAndUnderscoresOnly) {
-    const struct {
-        const char* what;
-        std::string text;
-        bool valid;
-    } rows[] = {
+    const std::tuple<const char*, std::string, bool> rows[] = {
         {"nothing", "", true},
         {"all that is allowed", "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789_", true},
         {"an underscore alone", "_", true},
@@ -33,11 +31,10 @@ TEST_F(GShMemIDTest, TakesLettersDigitsAndUnderscoresOnly) {
         {"a byte outside ASCII", "a\xE4", false},
         {"a zero in the middle", std::string("a\0b", 3), false},
     };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.what);
-        EXPECT_EQ(ThrownBy([&] { EXPECT_EQ(Text(GShMemID(Bytes(row.text)).GetBuffer()), row.text); }),
-                  row.valid ? 0 : 40162);
-    }
+    for (const auto& [what, text, valid] : rows)
+        EXPECT_EQ(ThrownBy([&] { EXPECT_EQ(Text(GShMemID(Bytes(text)).GetBuffer()), text); }),
+                  valid ? 0 : 40162)
+            << what;
 }
 
 TEST_F(GShMemIDTest, TakesStringsOfAnyEncodingAsFarAsTheyAreASCII) {
@@ -60,15 +57,11 @@ TEST_F(GShMemIDTest, JoinsWithoutSeparator) {
 }
 
 TEST_F(GShMemIDTest, KnowsSevenSpecialIDs) {
-    const struct {
-        long number;
-        const char* text;
-    } rows[] = {{0, ""},     {1, "P"},    {2, "G"},      {3, "M"},          {4, ""},  {-1, ""},
-                {101, "MQ"}, {102, "PS"}, {201, "GIPC"}, {202, "GIPCTest"}, {203, ""}};
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.number);
-        EXPECT_EQ(Text(GShMemID::GetSpecialID(row.number).GetBuffer()), row.text);
-    }
+    const std::tuple<long, const char*> rows[] = {{0, ""},       {1, "P"},          {2, "G"},    {3, "M"},
+                                                  {4, ""},       {-1, ""},          {101, "MQ"}, {102, "PS"},
+                                                  {201, "GIPC"}, {202, "GIPCTest"}, {203, ""}};
+    for (const auto& [number, text] : rows)
+        EXPECT_EQ(Text(GShMemID::GetSpecialID(number).GetBuffer()), text) << number;
     GShMemID::Finalize();
     EXPECT_TRUE(GShMemID::GetSpecialID(201).IsEmpty());
 }

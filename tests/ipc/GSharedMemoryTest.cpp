@@ -1,5 +1,7 @@
 #include "framework/ipc/GSharedMemory.h"
 
+#include <tuple>
+
 #include "tests/ipc/IPCWorld.h"
 #include "tests/ipc/PlatformsUnderTest.h"
 
@@ -98,11 +100,7 @@ TYPED_TEST(GSharedMemoryTest, WritesWordsLowByteFirst) {
 }
 
 TYPED_TEST(GSharedMemoryTest, ReadsAndWritesUpToTheLastByteAndNotBeyond) {
-    const struct {
-        const char* what;
-        long cursor;
-        long read, write;
-    } rows[] = {
+    const std::tuple<const char*, long, long, long> rows[] = {
         {"the first word", 0, 0, 0},
         {"the last word", 12, 0, 0},
         {"three bytes left", 13, 40161, 40160},
@@ -113,25 +111,22 @@ TYPED_TEST(GSharedMemoryTest, ReadsAndWritesUpToTheLastByteAndNotBeyond) {
         {"far before it", -0x7FFFFFFF, 40161, 40160},
     };
     auto& segment = this->mSegment;
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.what);
+    for (const auto& [what, cursor, read, write] : rows) {
+        SCOPED_TRACE(what);
         this->Fill();
         const auto before = this->GetAllBytes();
-        segment.SetCursor(row.cursor);
-        EXPECT_EQ(ThrownBy([&] { segment.ReadInt32(); }), row.read);
-        EXPECT_EQ(segment.GetCursor(), row.read == 0 ? row.cursor + 4 : row.cursor);
-        segment.SetCursor(row.cursor);
-        EXPECT_EQ(ThrownBy([&] { segment.WriteInt32(1); }), row.write);
-        EXPECT_EQ(segment.GetCursor(), row.write == 0 ? row.cursor + 4 : row.cursor);
-        EXPECT_EQ(this->GetAllBytes() == before, row.write != 0);
+        segment.SetCursor(cursor);
+        EXPECT_EQ(ThrownBy([&] { segment.ReadInt32(); }), read);
+        EXPECT_EQ(segment.GetCursor(), read == 0 ? cursor + 4 : cursor);
+        segment.SetCursor(cursor);
+        EXPECT_EQ(ThrownBy([&] { segment.WriteInt32(1); }), write);
+        EXPECT_EQ(segment.GetCursor(), write == 0 ? cursor + 4 : cursor);
+        EXPECT_EQ(this->GetAllBytes() == before, write != 0);
     }
 }
 
 TYPED_TEST(GSharedMemoryTest, WritesABufferWithItsLengthOrNothing) {
-    const struct {
-        const char* what;
-        long cursor, length, thrown;
-    } rows[] = {
+    const std::tuple<const char*, long, long, long> rows[] = {
         {"all of it", 0, 12, 0},
         {"an empty one at the end", 12, 0, 0},
         {"the bytes fit, their length does not", 0, 13, 40164},
@@ -141,15 +136,15 @@ TYPED_TEST(GSharedMemoryTest, WritesABufferWithItsLengthOrNothing) {
         {"nor together with a byte", 13, 1, 40160},
     };
     auto& segment = this->mSegment;
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.what);
+    for (const auto& [what, cursor, length, thrown] : rows) {
+        SCOPED_TRACE(what);
         this->Fill();
         const auto before = this->GetAllBytes();
-        segment.SetCursor(row.cursor);
-        const GBuffer data = Bytes(std::string(static_cast<std::size_t>(row.length), 'z'));
-        EXPECT_EQ(ThrownBy([&] { segment.WriteBuffer(data); }), row.thrown);
-        EXPECT_EQ(segment.GetCursor(), row.thrown == 0 ? row.cursor + 4 + row.length : row.cursor);
-        EXPECT_EQ(this->GetAllBytes() == before, row.thrown != 0);
+        segment.SetCursor(cursor);
+        const GBuffer data = Bytes(std::string(static_cast<std::size_t>(length), 'z'));
+        EXPECT_EQ(ThrownBy([&] { segment.WriteBuffer(data); }), thrown);
+        EXPECT_EQ(segment.GetCursor(), thrown == 0 ? cursor + 4 + length : cursor);
+        EXPECT_EQ(this->GetAllBytes() == before, thrown != 0);
     }
 }
 

@@ -1,5 +1,6 @@
 #include "framework/ipc/GWaitBudget.h"
 
+#include <tuple>
 #include <vector>
 
 #include "tests/ipc/IPCWorld.h"
@@ -50,21 +51,18 @@ TEST(GWaitBudget, AFreeMutexCostsNothingAndOneWait) {
 
 TEST(GWaitBudget, AllWaitsTogetherStayWithinIt) {
     GWaitBudget budget(5000, &Now);
-    const struct {
-        const char* what;
-        long busyFor, thrown, remaining;
-    } rows[] = {
+    const std::tuple<const char*, long, long, long> rows[] = {
         {"the first wait is taken off", 3000, 0, 2000},
         {"the second gets the rest, to the last millisecond", 2000, 0, 0},
         {"a free mutex is still taken", 0, 0, 0},
         {"a busy one is not waited for any more", 1, 40202, 0},
     };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.what);
+    for (const auto& [what, busyFor, thrown, remaining] : rows) {
+        SCOPED_TRACE(what);
         FakeMutex mutex;
-        mutex.mBusyFor = row.busyFor;
-        EXPECT_EQ(Lock(&budget, mutex), row.thrown);
-        EXPECT_EQ(budget.GetRemaining(), row.remaining);
+        mutex.mBusyFor = busyFor;
+        EXPECT_EQ(Lock(&budget, mutex), thrown);
+        EXPECT_EQ(budget.GetRemaining(), remaining);
     }
 }
 

@@ -1,5 +1,7 @@
 #include "platform/win32/PWin32SharedMemory.h"
 
+#include <tuple>
+
 #include "framework/system/PSystem.h"
 #include "platform/win32/PWin32Api.h"
 #include "platform/win32/PWin32IPMutexImp.h"
@@ -55,14 +57,11 @@ TEST(PWin32SharedMemory, TouchesNoPagesThatAreOnlyReserved) {
     EXPECT_EQ(OpenOrCreate(100), 40168);
     auto* view = static_cast<DWORD*>(::MapViewOfFile(mapping.Get(), FILE_MAP_ALL_ACCESS, 0, 0, 0));
     ASSERT_NE(::VirtualAlloc(view, 4096, MEM_COMMIT, PAGE_READWRITE), nullptr);
-    const struct {
-        DWORD claimed;
-        long thrown;
-    } rows[] = {{4096, 0}, {4097, 40163}, {65536, 40163}};
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.claimed);
-        *view = row.claimed;
-        EXPECT_EQ(OpenAndGetLength(), row.thrown);
+    const std::tuple<DWORD, long> rows[] = {{4096, 0}, {4097, 40163}, {65536, 40163}};
+    for (const auto& [claimed, thrown] : rows) {
+        SCOPED_TRACE(claimed);
+        *view = claimed;
+        EXPECT_EQ(OpenAndGetLength(), thrown);
     }
     *view = 65536;
     EXPECT_EQ(OpenOrCreate(65532), 40168);
@@ -111,17 +110,14 @@ TEST(PWin32SharedMemory, CarriesTheSystemsText) {
 }
 
 TEST(PWin32IPMutexImp, HasNoNameSpaceOnOldSystems) {
-    const struct {
-        long osCode;
-        const char* path;
-        long maxIDSize;
-    } rows[] = {{3000, "Global\\", 253}, {3002, "Global\\", 253}, {3003, "", 260},
-                {3008, "", 260},         {3009, "Global\\", 253}, {3016, "Global\\", 253}};
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.osCode);
-        PSystem::SetOSCode(row.osCode);
-        EXPECT_EQ(Text(PWin32IPMutexImp::GetMemoryPath()), row.path);
-        EXPECT_EQ(PWin32IPMutexImp::GetMaxIDSize(), row.maxIDSize);
+    const std::tuple<long, const char*, long> rows[] = {{3000, "Global\\", 253}, {3002, "Global\\", 253},
+                                                        {3003, "", 260},         {3008, "", 260},
+                                                        {3009, "Global\\", 253}, {3016, "Global\\", 253}};
+    for (const auto& [osCode, path, maxIDSize] : rows) {
+        SCOPED_TRACE(osCode);
+        PSystem::SetOSCode(osCode);
+        EXPECT_EQ(Text(PWin32IPMutexImp::GetMemoryPath()), path);
+        EXPECT_EQ(PWin32IPMutexImp::GetMaxIDSize(), maxIDSize);
     }
     PSystem::SetOSCode(PSystem::cUnknownOSCode);
     EXPECT_EQ(PWin32SharedMemory::GetMaxIDSize(), 260);

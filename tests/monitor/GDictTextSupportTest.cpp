@@ -4,6 +4,7 @@
 
 #include <map>
 #include <string>
+#include <tuple>
 
 #include "framework/core/GUTF8Encoding.h"
 #include "framework/streams/GBin2TextStream.h"
@@ -85,12 +86,7 @@ TEST(GDictTextSupport, ReadsBackWhatItHasWritten) {
 }
 
 TEST(GDictTextSupport, ReadsUpToTheLineThatEndsIt) {
-    const struct {
-        const char* what;
-        const char* text;
-        bool good;
-        const char* entries;
-    } rows[] = {
+    const std::tuple<const char*, const char*, bool, const char*> rows[] = {
         {"empty", "#BEGINDICT\r\n#ENDDICT\r\n", true, ""},
         {"without a last line end", "#BEGINDICT\n#ENDDICT", true, ""},
         {"entries", "#BEGINDICT\r\n\"a\" \"1\"\r\n\"b\" \"2\"\r\n#ENDDICT\r\n", true, "a=1;b=2;"},
@@ -119,12 +115,12 @@ TEST(GDictTextSupport, ReadsUpToTheLineThatEndsIt) {
         {"an empty line between entries", "#BEGINDICT\r\n\"a\" \"1\"\r\n\r\n\"b\" \"2\"\r\n#ENDDICT\r\n",
          false, "a=1;"},
     };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.what);
+    for (const auto& [what, text, good, entries] : rows) {
+        SCOPED_TRACE(what);
         Dict dict;
         dict.Set("old", GString("value"));
-        EXPECT_EQ(Read(row.text, dict), row.good);
-        EXPECT_EQ(Entries(dict), row.entries);
+        EXPECT_EQ(Read(text, dict), good);
+        EXPECT_EQ(Entries(dict), entries);
     }
 }
 

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include "framework/core/GPathName.h"
@@ -57,13 +58,7 @@ TEST(GPPJobRecord, IsTheSameAfterTheJourney) {
 }
 
 TEST(GPPJobRecord, ReadsWhatOthersWrite) {
-    const struct {
-        const char* what;
-        const char* data;
-        bool good;
-        const char* user;
-        int copies;
-    } rows[] = {
+    const std::tuple<const char*, const char*, bool, const char*, int> rows[] = {
         {"another order and an unknown key",
          "#BEGINDICT\r\n\"CopyCount\" \"12\"\r\n\"Color\" \"no\"\r\n\"UserName\" \"b\"\r\n#ENDDICT\r\n", true,
          "b", 12},
@@ -73,12 +68,12 @@ TEST(GPPJobRecord, ReadsWhatOthersWrite) {
         {"cut off", "#BEGINDICT\r\n\"UserName\" \"b\"\r\n\"Cop", false, "b", 0},
         {"foreign bytes", "\x01\x02\xFF\xFF", false, "", 0},
     };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.what);
+    for (const auto& [what, data, good, user, copies] : rows) {
+        SCOPED_TRACE(what);
         GPPJobRecord record;
-        EXPECT_EQ(record.SetFromMessageData(GBuffer(row.data)), row.good);
-        EXPECT_TRUE(record.GetUserName() == GString(row.user));
-        EXPECT_EQ(record.GetCopyCount(), row.copies);
+        EXPECT_EQ(record.SetFromMessageData(GBuffer(data)), good);
+        EXPECT_TRUE(record.GetUserName() == GString(user));
+        EXPECT_EQ(record.GetCopyCount(), copies);
         EXPECT_TRUE(record.GetValue("Missing").IsEmpty());
     }
 }

@@ -6,6 +6,7 @@
 #include <memory>
 #include <stdexcept>
 #include <string>
+#include <tuple>
 
 #include "monitor/MonitorPort.h"
 #include "tests/monitor/FakeJobNotifier.h"
@@ -212,13 +213,11 @@ TEST_F(MonitorJobTest, RefusesToWriteWithoutAJobOrAPort) {
 TEST_F(MonitorJobTest, RefusesAWriteWithoutDataAndNamesNoError) {
     EXPECT_TRUE(Start(u"a.txt").mSucceeded);
     mPlatform.mEvents.clear();
-    const struct {
-        const unsigned char* data;
-        std::uint32_t size;
-    } rows[] = {{reinterpret_cast<const unsigned char*>("x"), 0}, {nullptr, 5}, {nullptr, 0}};
-    for (const auto& row : rows) {
+    const std::tuple<const unsigned char*, std::uint32_t> rows[] = {
+        {reinterpret_cast<const unsigned char*>("x"), 0}, {nullptr, 5}, {nullptr, 0}};
+    for (const auto& [data, size] : rows) {
         std::uint32_t written = 4711;
-        const CallbackOutcome outcome = mJob.Write(mHandle, row.data, row.size, written);
+        const CallbackOutcome outcome = mJob.Write(mHandle, data, size, written);
         EXPECT_FALSE(outcome.mSucceeded);
         EXPECT_EQ(outcome.mLastError, std::nullopt);
         EXPECT_EQ(written, 0u);

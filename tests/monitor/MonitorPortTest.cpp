@@ -5,6 +5,7 @@
 
 #include <cstring>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include "tests/monitor/FakeMonitorPlatform.h"
@@ -82,18 +83,15 @@ TEST_F(MonitorPortTest, PacksAllTextsFromTheEndAtLevel2) {
 }
 
 TEST_F(MonitorPortTest, AsksForMoreWhenTheBufferIsTooSmall) {
-    const struct {
-        std::uint32_t level;
-        std::size_t size;
-        unsigned long needed;
-    } rows[] = {{1, 0, 40}, {1, 39, 40}, {2, 0, 140}, {2, 40, 140}, {2, 139, 140}};
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.size);
-        std::vector<unsigned char> buffer(row.size, 0xEE);
-        const CallbackOutcome outcome = Enumerate(row.level, buffer);
+    const std::tuple<std::uint32_t, std::size_t, unsigned long> rows[] = {
+        {1, 0, 40}, {1, 39, 40}, {2, 0, 140}, {2, 40, 140}, {2, 139, 140}};
+    for (const auto& [level, size, needed] : rows) {
+        SCOPED_TRACE(size);
+        std::vector<unsigned char> buffer(size, 0xEE);
+        const CallbackOutcome outcome = Enumerate(level, buffer);
         EXPECT_FALSE(outcome.mSucceeded);
         EXPECT_EQ(outcome.mLastError, 122u);
-        EXPECT_EQ(mNeeded, row.needed);
+        EXPECT_EQ(mNeeded, needed);
         EXPECT_EQ(mReturned, 0u);
         EXPECT_THAT(buffer, testing::Each(0xEE));
     }
@@ -122,10 +120,7 @@ TEST_F(MonitorPortTest, RefusesToListIntoNothing) {
 }
 
 TEST_F(MonitorPortTest, OpensForItsExactNameOnly) {
-    const struct {
-        const char16_t* name;
-        bool opens;
-    } rows[] = {
+    const std::tuple<const char16_t*, bool> rows[] = {
         {u"QuillonPDFPort:", true},
         {u"quillonpdfport:", false},
         {u"QuillonPDFPort", false},
@@ -136,14 +131,14 @@ TEST_F(MonitorPortTest, OpensForItsExactNameOnly) {
         {u"", false},
         {u"LPT1:", false},
     };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(testing::PrintToString(std::u16string(row.name)));
+    for (const auto& [name, opens] : rows) {
+        SCOPED_TRACE(testing::PrintToString(std::u16string(name)));
         void* handle = nullptr;
-        const CallbackOutcome outcome = mPort.Open(Units(row.name), &handle);
-        EXPECT_EQ(outcome.mSucceeded, row.opens);
-        EXPECT_EQ(handle != nullptr, row.opens);
+        const CallbackOutcome outcome = mPort.Open(Units(name), &handle);
+        EXPECT_EQ(outcome.mSucceeded, opens);
+        EXPECT_EQ(handle != nullptr, opens);
         EXPECT_EQ(mState.sPortHandle, handle);
-        if (row.opens) {
+        if (opens) {
             EXPECT_TRUE(mPort.Close(handle).mSucceeded);
         } else {
             EXPECT_EQ(outcome.mLastError, 1796u);

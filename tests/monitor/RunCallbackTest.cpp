@@ -5,6 +5,7 @@
 
 #include <stdexcept>
 #include <thread>
+#include <tuple>
 
 #include "tests/monitor/FakeMonitorPlatform.h"
 
@@ -34,22 +35,17 @@ protected:
 };
 
 TEST_F(RunCallbackTest, LeavesTheLastErrorUnlessTheOutcomeNamesOne) {
-    const struct {
-        const char* what;
-        CallbackOutcome outcome;
-        bool result;
-        std::uint32_t lastError;
-    } rows[] = {
+    const std::tuple<const char*, CallbackOutcome, bool, std::uint32_t> rows[] = {
         {"success", CallbackOutcome::Success(), true, FakeMonitorPlatform::cUntouched},
         {"failure", CallbackOutcome::Failure(39), false, 39},
         {"failure without a code", CallbackOutcome::SilentFailure(), false, FakeMonitorPlatform::cUntouched},
         {"success with a code", {true, 1906}, true, 1906},
     };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.what);
+    for (const auto& [what, outcome, result, lastError] : rows) {
+        SCOPED_TRACE(what);
         mPlatform.mLastError = FakeMonitorPlatform::cUntouched;
-        EXPECT_EQ(Run({1003}, [&] { return row.outcome; }), row.result);
-        EXPECT_EQ(mPlatform.mLastError, row.lastError);
+        EXPECT_EQ(Run({1003}, [&] { return outcome; }), result);
+        EXPECT_EQ(mPlatform.mLastError, lastError);
     }
 }
 

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <memory>
+#include <tuple>
 #include <vector>
 
 #include "framework/core/GASCIIEncoding.h"
@@ -48,12 +49,7 @@ private:
 };
 
 TEST(GBin2TextStream, ReadsTokensUpToWhiteSpace) {
-    const struct {
-        const char* what;
-        const char* text;
-        const char* token;
-        const char* rest;
-    } rows[] = {
+    const std::tuple<const char*, const char*, const char*, const char*> rows[] = {
         {"alone", "one", "<one>", "none"},
         {"before a blank", "one two", "<one>", "< two>"},
         {"before a tab", "one\ttwo", "<one>", "<\ttwo>"},
@@ -66,21 +62,16 @@ TEST(GBin2TextStream, ReadsTokensUpToWhiteSpace) {
         {"blanks alone", "  \r\none", "none", "<>"},
         {"nothing", "", "none", "none"},
     };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.what);
-        Text text(row.text);
-        EXPECT_EQ(text.Token(), row.token);
-        EXPECT_EQ(text.Line(), row.rest);
+    for (const auto& [what, input, token, rest] : rows) {
+        SCOPED_TRACE(what);
+        Text text(input);
+        EXPECT_EQ(text.Token(), token);
+        EXPECT_EQ(text.Line(), rest);
     }
 }
 
 TEST(GBin2TextStream, ReadsQuotedStringsAndUndoesTheirEscapes) {
-    const struct {
-        const char* what;
-        const char* text;
-        const char* quoted;
-        const char* rest;
-    } rows[] = {
+    const std::tuple<const char*, const char*, const char*, const char*> rows[] = {
         {"plain", "\"anna\" x", "<anna>", "< x>"},
         {"empty", "\"\"", "<>", "none"},
         {"two in a row", "\"a\"\"b\"", "<a>", "<\"b\">"},
@@ -107,20 +98,16 @@ TEST(GBin2TextStream, ReadsQuotedStringsAndUndoesTheirEscapes) {
         {"an escaped line end", "\"anna\\\n\"", "none", "<\"anna\\>"},
         {"nothing", "", "none", "none"},
     };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.what);
-        Text text(row.text);
-        EXPECT_EQ(text.Quoted(), row.quoted);
-        EXPECT_EQ(text.Line(), row.rest);
+    for (const auto& [what, input, quoted, rest] : rows) {
+        SCOPED_TRACE(what);
+        Text text(input);
+        EXPECT_EQ(text.Quoted(), quoted);
+        EXPECT_EQ(text.Line(), rest);
     }
 }
 
 TEST(GBin2TextStream, ReadsLinesOfEveryLineEnd) {
-    const struct {
-        const char* what;
-        const char* text;
-        std::vector<std::string> lines;
-    } rows[] = {
+    const std::tuple<const char*, const char*, std::vector<std::string>> rows[] = {
         {"CR LF", "a\r\nb\r\n", {"<a>", "<b>"}},
         {"LF", "a\nb\n", {"<a>", "<b>"}},
         {"CR", "a\rb\r", {"<a>", "<b>"}},
@@ -129,10 +116,10 @@ TEST(GBin2TextStream, ReadsLinesOfEveryLineEnd) {
         {"empty lines", "\n\r\n\r", {"<>", "<>", "<>"}},
         {"nothing", "", {}},
     };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.what);
-        Text text(row.text);
-        for (const std::string& line : row.lines) EXPECT_EQ(text.Line(), line);
+    for (const auto& [what, input, lines] : rows) {
+        SCOPED_TRACE(what);
+        Text text(input);
+        for (const std::string& line : lines) EXPECT_EQ(text.Line(), line);
         EXPECT_TRUE(text->IsAtEnd());
         EXPECT_EQ(text.Line(), "none");
         EXPECT_EQ(text.Line(), "none");
@@ -156,11 +143,7 @@ TEST(GBin2TextStream, SkipsWhiteSpaceWithAndWithoutLineEnds) {
 }
 
 TEST(GBin2TextStream, ReadsEveryEncoding) {
-    const struct {
-        const char* what;
-        std::string bytes;
-        const GEncoding* encoding;
-    } rows[] = {
+    const std::tuple<const char*, std::string, const GEncoding*> rows[] = {
         {"UTF-8", "\"gr\xC3\xBC\xC3\x9F\" x\r\nend", GUTF8Encoding::GetInstance()},
         {"UTF-8 with a mark", "\xEF\xBB\xBF\"gr\xC3\xBC\xC3\x9F\" x\r\nend", GUTF8Encoding::GetInstance()},
         {"WinAnsi", "\"gr\xFC\xDF\" x\r\nend", GWinAnsiEncoding::GetInstance()},
@@ -168,9 +151,9 @@ TEST(GBin2TextStream, ReadsEveryEncoding) {
         {"UTF-16 with a mark", UTF16Of(u"\uFEFF\"gr\u00FC\u00DF\" x\r\nend"),
          GUnicodeEncoding::GetInstance()},
     };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.what);
-        Text text(row.bytes, row.encoding);
+    for (const auto& [what, bytes, encoding] : rows) {
+        SCOPED_TRACE(what);
+        Text text(bytes, encoding);
         EXPECT_EQ(text.Quoted(), "<gr\xC3\xBC\xC3\x9F>");
         EXPECT_EQ(text.Token(), "<x>");
         EXPECT_EQ(text.Line(), "<>");
@@ -199,19 +182,15 @@ TEST(GBin2TextStream, AMarkIsPartOfTheTextExceptAtTheStart) {
 }
 
 TEST(GBin2TextStream, InvalidBytesEndTheText) {
-    const struct {
-        const char* what;
-        std::string bytes;
-        const GEncoding* encoding;
-    } rows[] = {
+    const std::tuple<const char*, std::string, const GEncoding*> rows[] = {
         {"a stray byte", "one\ntwo\xFF\nthree", GUTF8Encoding::GetInstance()},
         {"a sequence cut off by the line end", "one\ntwo\xC3\nthree", GUTF8Encoding::GetInstance()},
         {"a sequence cut off by the end", "one\ntwo\xE2\x82", GUTF8Encoding::GetInstance()},
         {"half a unit", UTF16Of(u"one\ntwo") + "x", GUnicodeEncoding::GetInstance()},
     };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.what);
-        Text text(row.bytes, row.encoding);
+    for (const auto& [what, bytes, encoding] : rows) {
+        SCOPED_TRACE(what);
+        Text text(bytes, encoding);
         EXPECT_EQ(text.Line(), "<one>");
         EXPECT_EQ(text.Line(), "<two>");
         EXPECT_EQ(text.Line(), "none");
@@ -373,43 +352,35 @@ TEST(GBin2TextStream, RefusesToWorkWithoutAnEncoding) {
 
 TEST(GText2BinStream, WritesTextInItsEncoding) {
     const GString text = GString::FromUTF8("gr\xC3\xBC\xC3\x9F \xE2\x82\xAC");
-    const struct {
-        const char* what;
-        const GEncoding* encoding;
-        std::string bytes;
-    } rows[] = {
+    const std::tuple<const char*, const GEncoding*, std::string> rows[] = {
         {"UTF-8", GUTF8Encoding::GetInstance(), "gr\xC3\xBC\xC3\x9F \xE2\x82\xAC"},
         {"UTF-16", GUnicodeEncoding::GetInstance(), UTF16Of(u"gr\u00FC\u00DF \u20AC")},
         {"WinAnsi", GWinAnsiEncoding::GetInstance(), "gr\xFC\xDF \x80"},
         {"ASCII lacks three", GASCIIEncoding::GetInstance(), "gr@@ @"},
     };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.what);
+    for (const auto& [what, encoding, bytes] : rows) {
+        SCOPED_TRACE(what);
         GBuffer target;
         GMemoryOutStream out(target);
-        GText2BinStream(out, row.encoding).WriteString(text);
-        EXPECT_EQ(BytesOf(target), row.bytes);
+        GText2BinStream(out, encoding).WriteString(text);
+        EXPECT_EQ(BytesOf(target), bytes);
     }
 }
 
 TEST(GText2BinStream, QuotesEscapesAndEndsLines) {
-    const struct {
-        const char* what;
-        const char* text;
-        const char* bytes;
-    } rows[] = {
+    const std::tuple<const char*, const char*, const char*> rows[] = {
         {"plain", "anna", "\"anna\"\r\n"},
         {"empty", "", "\"\"\r\n"},
         {"quote and backslash", "a\"b\\c", "\"a\\\"b\\\\c\"\r\n"},
         {"tab and line ends", "a\tb\r\nc\nd\re", "\"a\\tb\\nc\\nd\\ne\"\r\n"},
     };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.what);
+    for (const auto& [what, text, bytes] : rows) {
+        SCOPED_TRACE(what);
         GBuffer target;
         GText2BinStream out(new GMemoryOutStream(target), GUTF8Encoding::GetInstance());
-        out.WriteQuotedString(GString::FromUTF8(row.text));
+        out.WriteQuotedString(GString::FromUTF8(text));
         out.WriteEOL();
-        EXPECT_EQ(BytesOf(target), row.bytes);
+        EXPECT_EQ(BytesOf(target), bytes);
     }
 }
 

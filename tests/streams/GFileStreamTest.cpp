@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <memory>
+#include <tuple>
 
 #include "framework/core/GException.h"
 #include "framework/files/GFileOpenMode.h"
@@ -40,24 +41,19 @@ TEST(GFileInStream, AsksForNothing) {
 TEST(GFileInStream, SkipsWithinTheFile) {
     const TestFolder folder;
     folder.Put("f", "0123456789");
-    const struct {
-        const char* what;
-        long long count;
-        long long moved;
-        const char* rest;
-    } rows[] = {
+    const std::tuple<const char*, long long, long long, const char*> rows[] = {
         {"forward", 3, 3, "789"},
         {"past the end", 7, 6, ""},
         {"far past", 1LL << 62, 6, ""},
         {"back", -1, -1, "3456789"},
         {"back past the start", -5, -4, "0123456789"},
     };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.what);
+    for (const auto& [what, count, moved, rest] : rows) {
+        SCOPED_TRACE(what);
         GFileInStream stream(folder.Portable("f"));
         EXPECT_EQ(stream.Skip(4), 4);
-        EXPECT_EQ(stream.Skip(row.count), row.moved);
-        EXPECT_EQ(ReadAll(stream, 100), row.rest);
+        EXPECT_EQ(stream.Skip(count), moved);
+        EXPECT_EQ(ReadAll(stream, 100), rest);
     }
 }
 

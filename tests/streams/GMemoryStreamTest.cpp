@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <memory>
+#include <tuple>
 
 #include "framework/streams/GMemoryInStream.h"
 #include "framework/streams/GMemoryOutStream.h"
@@ -46,12 +47,7 @@ TEST(GMemoryInStream, DeliversTheSameInPiecesOfEverySize) {
 
 TEST(GMemoryInStream, SkipsWithinTheData) {
     const GBuffer data("0123456789");
-    const struct {
-        const char* what;
-        long long count;
-        long long moved;
-        long position;
-    } rows[] = {
+    const std::tuple<const char*, long long, long long, long> rows[] = {
         {"forward", 3, 3, 7},
         {"to the end", 6, 6, 10},
         {"past the end", 7, 6, 10},
@@ -62,28 +58,24 @@ TEST(GMemoryInStream, SkipsWithinTheData) {
         {"back past the start", -5, -4, 0},
         {"far back", -(1LL << 40), -4, 0},
     };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.what);
+    for (const auto& [what, count, moved, position] : rows) {
+        SCOPED_TRACE(what);
         GMemoryInStream stream(data);
         EXPECT_EQ(stream.Skip(4), 4);
-        EXPECT_EQ(stream.Skip(row.count), row.moved);
-        EXPECT_EQ(stream.GetPosition(), row.position);
+        EXPECT_EQ(stream.Skip(count), moved);
+        EXPECT_EQ(stream.GetPosition(), position);
     }
 }
 
 TEST(GMemoryInStream, StepsBackToTheStartAtMost) {
     const GBuffer data("0123456789");
-    const struct {
-        long count;
-        long moved;
-        long position;
-    } rows[] = {{2, 2, 4}, {6, 6, 0}, {20, 6, 0}, {0, 0, 6}, {-3, 0, 6}};
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.count);
+    const std::tuple<long, long, long> rows[] = {{2, 2, 4}, {6, 6, 0}, {20, 6, 0}, {0, 0, 6}, {-3, 0, 6}};
+    for (const auto& [count, moved, position] : rows) {
+        SCOPED_TRACE(count);
         GMemoryInStream stream(data);
         stream.Skip(6);
-        EXPECT_EQ(stream.Unread(row.count), row.moved);
-        EXPECT_EQ(stream.GetPosition(), row.position);
+        EXPECT_EQ(stream.Unread(count), moved);
+        EXPECT_EQ(stream.GetPosition(), position);
     }
 }
 
@@ -142,17 +134,13 @@ TEST(GMemoryInStream, EndsWhereABufferThatShrankEnds) {
 }
 
 TEST(GInStream, SkipsByReading) {
-    const struct {
-        const char* what;
-        long long count;
-        long long moved;
-    } rows[] = {
+    const std::tuple<const char*, long long, long long> rows[] = {
         {"part", 5, 5}, {"all", 10, 10}, {"more than there is", 11, 10}, {"nothing", 0, 0}, {"less", -5, 0}};
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.what);
+    for (const auto& [what, count, moved] : rows) {
+        SCOPED_TRACE(what);
         PieceStream stream("0123456789", 3);
-        EXPECT_EQ(stream.Skip(row.count), row.moved);
-        EXPECT_EQ(stream.GetPosition(), row.moved);
+        EXPECT_EQ(stream.Skip(count), moved);
+        EXPECT_EQ(stream.GetPosition(), moved);
     }
 }
 

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <tuple>
 #include <vector>
 
 #include "framework/core/GException.h"
@@ -51,17 +52,15 @@ protected:
 };
 
 TEST_F(CopyStream, CopiesTheRestOfTheSource) {
-    const struct {
-        std::size_t length;
-        long piece;
-    } rows[] = {{0, 10}, {1, 10}, {102399, 102400}, {102400, 102400}, {102401, 102400}, {250000, 999}};
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.length);
-        PieceStream source(Pattern(row.length), row.piece);
+    const std::tuple<std::size_t, long> rows[] = {{0, 10},          {1, 10},          {102399, 102400},
+                                                  {102400, 102400}, {102401, 102400}, {250000, 999}};
+    for (const auto& [length, piece] : rows) {
+        SCOPED_TRACE(length);
+        PieceStream source(Pattern(length), piece);
         GBuffer copy;
         GMemoryOutStream target(copy);
-        EXPECT_EQ(GStreamSupport::CopyStream(source, target), static_cast<long long>(row.length));
-        EXPECT_EQ(BytesOf(copy), Pattern(row.length));
+        EXPECT_EQ(GStreamSupport::CopyStream(source, target), static_cast<long long>(length));
+        EXPECT_EQ(BytesOf(copy), Pattern(length));
         EXPECT_EQ(source.GetLargestRequest(), 102400);
     }
 }
@@ -117,15 +116,12 @@ TEST_F(CopyStream, ThrowsWhenTheTargetIsFull) {
 }
 
 TEST(GProgress, TellsItsFraction) {
-    const struct {
-        long long total;
-        long long done;
-        double fraction;
-    } rows[] = {{-1, 50, 0}, {0, 0, 0}, {200, 0, 0}, {200, 50, 0.25}, {200, 200, 1}, {200, 250, 1}};
-    for (const auto& row : rows) {
-        GProgress progress(row.total);
-        progress.Advance(row.done);
-        EXPECT_EQ(progress.GetFraction(), row.fraction) << row.done << " of " << row.total;
+    const std::tuple<long long, long long, double> rows[] = {{-1, 50, 0},     {0, 0, 0},     {200, 0, 0},
+                                                             {200, 50, 0.25}, {200, 200, 1}, {200, 250, 1}};
+    for (const auto& [total, done, fraction] : rows) {
+        GProgress progress(total);
+        progress.Advance(done);
+        EXPECT_EQ(progress.GetFraction(), fraction) << done << " of " << total;
     }
 }
 
@@ -141,23 +137,19 @@ TEST(GetContent, CollectsTheRestOfTheSource) {
 }
 
 TEST(GetContent, StopsAtItsLimit) {
-    const struct {
-        const char* what;
-        long limit;
-        bool fits;
-    } rows[] = {
+    const std::tuple<const char*, long, bool> rows[] = {
         {"room to spare", 11, true}, {"just", 10, true}, {"one too many", 9, false}, {"no room", 0, false}};
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.what);
+    for (const auto& [what, limit, fits] : rows) {
+        SCOPED_TRACE(what);
         const GBuffer data("0123456789");
         PieceStream pieces("0123456789", 4);
         GMemoryInStream memory(data);
         for (GInStream* source : {static_cast<GInStream*>(&pieces), static_cast<GInStream*>(&memory)}) {
             GBuffer content("as it was");
-            if (row.fits) {
-                EXPECT_EQ(GStreamSupport::GetContent(*source, content, row.limit), 10);
+            if (fits) {
+                EXPECT_EQ(GStreamSupport::GetContent(*source, content, limit), 10);
             } else {
-                EXPECT_THROW(GStreamSupport::GetContent(*source, content, row.limit), GSimpleException);
+                EXPECT_THROW(GStreamSupport::GetContent(*source, content, limit), GSimpleException);
                 EXPECT_EQ(BytesOf(content), "as it was");
             }
         }
@@ -179,11 +171,7 @@ TEST(GetStreamLength, CountsAllDataAndMovesNothing) {
 }
 
 TEST(GetStreamType, KnowsDataByItsFirstBytes) {
-    const struct {
-        const char* what;
-        std::string data;
-        GTypeEnums::Types type;
-    } rows[] = {
+    const std::tuple<const char*, std::string, GTypeEnums::Types> rows[] = {
         {"nothing", "", GTypeEnums::cNone},
         {"any text", "Dear Sir,", GTypeEnums::cNone},
         {"PostScript", "%!PS-Adobe-3.0\n%%Title: x EPSF-3.0", GTypeEnums::cPostScript},
@@ -214,14 +202,14 @@ TEST(GetStreamType, KnowsDataByItsFirstBytes) {
         {"UTF-8 text", "\xEF\xBB\xBFhello", GTypeEnums::cText},
         {"UTF-16 text", "\xFF\xFEh\0"s, GTypeEnums::cText},
     };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.what);
-        PieceStream stream(row.data, 3);
+    for (const auto& [what, data, type] : rows) {
+        SCOPED_TRACE(what);
+        PieceStream stream(data, 3);
         stream.Skip(2);
         const long position = stream.GetPosition();
-        EXPECT_EQ(GStreamSupport::GetStreamType(stream), row.type);
+        EXPECT_EQ(GStreamSupport::GetStreamType(stream), type);
         EXPECT_EQ(stream.GetPosition(), position);
-        EXPECT_EQ(GStreamSupport::GetBufferType(BufferOf(row.data)), row.type);
+        EXPECT_EQ(GStreamSupport::GetBufferType(BufferOf(data)), type);
     }
 }
 

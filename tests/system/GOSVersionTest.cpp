@@ -2,14 +2,12 @@
 
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 namespace {
 
 TEST(GOSVersion, GivesTheCode) {
-    const struct {
-        const char* what;
-        GOSVersion version;
-        long code;
-    } rows[] = {
+    const std::tuple<const char*, GOSVersion, long> rows[] = {
         {"not NT", {1, 4, 10, false, false, false}, 0},
         {"not NT, whatever the numbers", {1, 6, 1, true, true, true}, 0},
         {"4.0", {2, 4, 0, false, false, false}, 3000},
@@ -35,7 +33,7 @@ TEST(GOSVersion, GivesTheCode) {
         {"10.0", {2, 10, 0, false, false, false}, 3000},
         {"10.0 server", {2, 10, 0, true, false, false}, 3000},
     };
-    for (const auto& row : rows) EXPECT_EQ(row.version.GetOSCode(), row.code) << row.what;
+    for (const auto& [what, version, code] : rows) EXPECT_EQ(version.GetOSCode(), code) << what;
 }
 
 }  // namespace

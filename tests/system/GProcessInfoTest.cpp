@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 #include "framework/system/GSessionInfo.h"
 #include "tests/files/TestFolder.h"
 
@@ -87,18 +89,15 @@ TEST(GSessionInfo, IsReplacedAndOwned) {
 }
 
 TEST(GSessionInfo, NamesTheNameSpaces) {
-    const struct {
-        long session;
-        const char* path;
-    } rows[] = {{-1, "Global\\"},
-                {-2, "Global\\"},
-                {0, "Session\\0\\"},
-                {1, "Session\\1\\"},
-                {2147483647, "Session\\2147483647\\"}};
-    for (const auto& row : rows) {
+    const std::tuple<long, const char*> rows[] = {{-1, "Global\\"},
+                                                  {-2, "Global\\"},
+                                                  {0, "Session\\0\\"},
+                                                  {1, "Session\\1\\"},
+                                                  {2147483647, "Session\\2147483647\\"}};
+    for (const auto& [session, expected] : rows) {
         GBuffer path("left over");
-        GSessionInfo::GetInstance()->GetSessionPath(path, row.session);
-        EXPECT_STREQ(path.GetPtr(), row.path);
+        GSessionInfo::GetInstance()->GetSessionPath(path, session);
+        EXPECT_STREQ(path.GetPtr(), expected);
     }
 }
 

@@ -4,6 +4,7 @@
 
 #include <cstdlib>
 #include <regex>
+#include <tuple>
 
 #include "framework/core/GBufferSupport.h"
 #include "tests/files/TestFolder.h"
@@ -11,11 +12,7 @@
 namespace {
 
 TEST(PSystem, FormatsHardwareAddresses) {
-    const struct {
-        const char* what;
-        GBuffer address;
-        const char* text;
-    } rows[] = {
+    const std::tuple<const char*, GBuffer, const char*> rows[] = {
         {"an adapter", GBuffer(reinterpret_cast<const unsigned char*>("\x00\x1A\x2B\x3C\xFF\x5E"), 6),
          "00:1a:2b:3c:ff:5eN"},
         {"dial-up", GBuffer(reinterpret_cast<const unsigned char*>("DEST\0\x01"), 6), "44:45:53:54:00:01M"},
@@ -25,8 +22,8 @@ TEST(PSystem, FormatsHardwareAddresses) {
         {"eight bytes", GBuffer(reinterpret_cast<const unsigned char*>("DEST\0\0\0\0"), 8), ""},
         {"nothing", GBuffer(), ""},
     };
-    for (const auto& row : rows)
-        EXPECT_EQ(TextOf(PSystem::FormatEtherAddress(row.address)), row.text) << row.what;
+    for (const auto& [what, address, text] : rows)
+        EXPECT_EQ(TextOf(PSystem::FormatEtherAddress(address)), text) << what;
 }
 
 TEST(PSystem, ListsTheAdaptersAsBytesAndAsTexts) {

@@ -1,6 +1,8 @@
 // What only Windows answers.
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 #include "framework/system/GProcessInfo.h"
 #include "framework/system/GSessionInfo.h"
 #include "framework/system/PSystem.h"
@@ -120,21 +122,18 @@ TEST(PWinProcessInfo, SeesAChildComeAndGo) {
 }
 
 TEST(PWinSessionInfo, OldSystemsHaveNoSessions) {
-    const struct {
-        long code;
-        bool hasSessions;
-    } rows[] = {{3002, true}, {3003, false}, {3005, false}, {3007, false},
-                {3008, true}, {3009, true},  {3000, true}};
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.code);
-        PSystem::SetOSCode(row.code);
+    const std::tuple<long, bool> rows[] = {{3002, true}, {3003, false}, {3005, false}, {3007, false},
+                                           {3008, true}, {3009, true},  {3000, true}};
+    for (const auto& [code, hasSessions] : rows) {
+        SCOPED_TRACE(code);
+        PSystem::SetOSCode(code);
         PWinSessionInfo info;
         GBuffer path("left over");
         info.GetSessionPath(path, 3);
-        EXPECT_STREQ(path.GetPtr(), row.hasSessions ? "Session\\3\\" : "");
+        EXPECT_STREQ(path.GetPtr(), hasSessions ? "Session\\3\\" : "");
         info.GetSessionPath(path, -1);
-        EXPECT_STREQ(path.GetPtr(), row.hasSessions ? "Global\\" : "");
-        if (!row.hasSessions) {
+        EXPECT_STREQ(path.GetPtr(), hasSessions ? "Global\\" : "");
+        if (!hasSessions) {
             EXPECT_EQ(info.GetCurrentSessionID(), -1);
             GTable<std::int32_t> ids;
             info.GetSessionIDs(ids);

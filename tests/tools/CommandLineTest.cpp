@@ -2,6 +2,8 @@
 
 #include <gmock/gmock.h>
 
+#include <tuple>
+
 #include "tools/console/Console.h"
 #include "tools/quillonctl/Failure.h"
 
@@ -18,11 +20,7 @@ struct Parsed {
 };
 
 TEST(CommandLine, ReadsACommandAndItsOptionsInAnyOrder) {
-    const struct {
-        const char* what;
-        Arguments arguments;
-        Parsed expected;
-    } rows[] = {
+    const std::tuple<const char*, Arguments, Parsed> rows[] = {
         {"a command alone", {L"install"}, {Command::Install, L"", L"", L"", L""}},
         {"uninstall", {L"uninstall"}, {Command::Uninstall, L"", L"", L"", L""}},
         {"status", {L"status"}, {Command::Status, L"", L"", L"", L""}},
@@ -45,23 +43,19 @@ TEST(CommandLine, ReadsACommandAndItsOptionsInAnyOrder) {
          {L"install", L"--printer", std::wstring(220, L'p')},
          {Command::Install, std::wstring(220, L'p'), L"", L"", L""}},
     };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.what);
-        const CommandLine result = ParseCommandLine(row.arguments);
-        EXPECT_EQ(result.command, row.expected.command);
-        EXPECT_EQ(result.printer, row.expected.printer);
-        EXPECT_EQ(result.driver, row.expected.driver);
-        EXPECT_EQ(result.ppd, row.expected.ppd);
-        EXPECT_EQ(result.library, row.expected.library);
+    for (const auto& [what, arguments, expected] : rows) {
+        SCOPED_TRACE(what);
+        const CommandLine result = ParseCommandLine(arguments);
+        EXPECT_EQ(result.command, expected.command);
+        EXPECT_EQ(result.printer, expected.printer);
+        EXPECT_EQ(result.driver, expected.driver);
+        EXPECT_EQ(result.ppd, expected.ppd);
+        EXPECT_EQ(result.library, expected.library);
     }
 }
 
 TEST(CommandLine, RefusesWhatItDoesNotKnowAndNamesIt) {
-    const struct {
-        const char* what;
-        Arguments arguments;
-        const wchar_t* named;
-    } rows[] = {
+    const std::tuple<const char*, Arguments, const wchar_t*> rows[] = {
         {"nothing", {}, L"No command"},
         {"an unknown command", {L"remove"}, L"'remove' is not a command"},
         {"a shortened command", {L"inst"}, L"'inst' is not a command"},
@@ -83,22 +77,19 @@ TEST(CommandLine, RefusesWhatItDoesNotKnowAndNamesIt) {
         {"an empty value", {L"install", L"--driver", L""}, L"'--driver' needs a NAME"},
         {"an option twice", {L"install", L"--ppd", L"a", L"--ppd", L"a"}, L"'--ppd' is given twice"},
     };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.what);
+    for (const auto& [what, arguments, named] : rows) {
+        SCOPED_TRACE(what);
         try {
-            ParseCommandLine(row.arguments);
+            ParseCommandLine(arguments);
             ADD_FAILURE() << "accepted";
         } catch (const UsageFailure& failure) {
-            EXPECT_NE(failure.GetText().find(row.named), std::wstring::npos) << ToUTF8(failure.GetText());
+            EXPECT_NE(failure.GetText().find(named), std::wstring::npos) << ToUTF8(failure.GetText());
         }
     }
 }
 
 TEST(CommandLine, RefusesPrinterNamesThatMeanSomethingElseToTheSpooler) {
-    const struct {
-        const char* what;
-        std::wstring name;
-    } rows[] = {
+    const std::tuple<const char*, std::wstring> rows[] = {
         {"another machine's printer", L"\\\\server\\printer"},
         {"a backslash inside", L"a\\b"},
         {"a comma", L"Proof, Port"},
@@ -108,10 +99,10 @@ TEST(CommandLine, RefusesPrinterNamesThatMeanSomethingElseToTheSpooler) {
         {"a blank behind", L"Proof "},
         {"one unit too long", std::wstring(221, L'p')},
     };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.what);
-        EXPECT_THROW(ParseCommandLine({L"install", L"--printer", row.name}), UsageFailure);
-        EXPECT_THROW(ParseCommandLine({L"testpage", L"--printer", row.name}), UsageFailure);
+    for (const auto& [what, name] : rows) {
+        SCOPED_TRACE(what);
+        EXPECT_THROW(ParseCommandLine({L"install", L"--printer", name}), UsageFailure);
+        EXPECT_THROW(ParseCommandLine({L"testpage", L"--printer", name}), UsageFailure);
     }
 }
 

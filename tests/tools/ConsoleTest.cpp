@@ -2,6 +2,8 @@
 
 #include <gmock/gmock.h>
 
+#include <tuple>
+
 #include "platform/win32/PWin32Api.h"
 #include "tests/tools/TemporaryFolder.h"
 #include "tools/quillonctl/Failure.h"
@@ -63,11 +65,7 @@ TEST(Console, TellsWhenTheTextCouldNotBeWritten) {
 }
 
 TEST(ToUTF8, ReplacesUnpairedSurrogates) {
-    const struct {
-        const char* what;
-        std::wstring text;
-        const char* expected;
-    } rows[] = {
+    const std::tuple<const char*, std::wstring, const char*> rows[] = {
         {"empty", L"", ""},
         {"one, two, three and four bytes", L"a\u00E4\u20AC\U00010000",
          "a\xC3\xA4\xE2\x82\xAC\xF0\x90\x80\x80"},
@@ -75,11 +73,8 @@ TEST(ToUTF8, ReplacesUnpairedSurrogates) {
         {"a high surrogate alone", std::wstring(1, wchar_t(0xD83D)) + L"x", "\xEF\xBF\xBDx"},
         {"a low surrogate alone", std::wstring(1, wchar_t(0xDE00)), "\xEF\xBF\xBD"},
     };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.what);
-        EXPECT_EQ(ToUTF8(row.text),
-                  row.expected != nullptr ? std::string(row.expected) : std::string("\0b", 2));
-    }
+    for (const auto& [what, text, expected] : rows)
+        EXPECT_EQ(ToUTF8(text), expected != nullptr ? std::string(expected) : std::string("\0b", 2)) << what;
 }
 
 TEST(Failure, NamesTheActionTheReasonAndTheNumber) {

@@ -2,17 +2,15 @@
 
 #include <gmock/gmock.h>
 
+#include <tuple>
+
 #include "examples/PrinterProcessorWin/Options.h"
 #include "tools/console/Console.h"
 
 namespace {
 
 TEST(QuoteAsJson, EscapesWhatJsonForbidsAndKeepsTheRest) {
-    const struct {
-        const char* what;
-        std::wstring text;
-        const char* expected;
-    } rows[] = {
+    const std::tuple<const char*, std::wstring, const char*> rows[] = {
         {"empty", L"", "\"\""},
         {"plain", L"anna", "\"anna\""},
         {"a path", L"C:\\a b\\c.ps", R"("C:\\a b\\c.ps")"},
@@ -32,20 +30,11 @@ TEST(QuoteAsJson, EscapesWhatJsonForbidsAndKeepsTheRest) {
         {"a pair the wrong way round", {wchar_t(0xDE00), wchar_t(0xD83D)}, R"("\ude00\ud83d")"},
         {"the edges of the surrogates", {wchar_t(0xD7FF), wchar_t(0xE000)}, "\"\xED\x9F\xBF\xEE\x80\x80\""},
     };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.what);
-        EXPECT_EQ(ToUTF8(QuoteAsJson(row.text)), row.expected);
-    }
+    for (const auto& [what, text, expected] : rows) EXPECT_EQ(ToUTF8(QuoteAsJson(text)), expected) << what;
 }
 
 TEST(Options, AreReadStrictly) {
-    const struct {
-        const char* what;
-        std::vector<const wchar_t*> arguments;
-        bool accepted;
-        bool json;
-        bool once;
-    } rows[] = {
+    const std::tuple<const char*, std::vector<const wchar_t*>, bool, bool, bool> rows[] = {
         {"no option", {L"p.exe"}, true, false, false},
         {"json", {L"p.exe", L"--json"}, true, true, false},
         {"once", {L"p.exe", L"--once"}, true, false, true},
@@ -57,13 +46,13 @@ TEST(Options, AreReadStrictly) {
         {"empty", {L"p.exe", L""}, false, false, false},
         {"not even a program's name", {}, true, false, false},
     };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.what);
-        const auto options = Options::Parse(static_cast<int>(row.arguments.size()), row.arguments.data());
-        ASSERT_EQ(options.has_value(), row.accepted);
+    for (const auto& [what, arguments, accepted, json, once] : rows) {
+        SCOPED_TRACE(what);
+        const auto options = Options::Parse(static_cast<int>(arguments.size()), arguments.data());
+        ASSERT_EQ(options.has_value(), accepted);
         if (!options) continue;
-        EXPECT_EQ(options->json, row.json);
-        EXPECT_EQ(options->once, row.once);
+        EXPECT_EQ(options->json, json);
+        EXPECT_EQ(options->once, once);
     }
 }
 

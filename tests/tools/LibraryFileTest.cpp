@@ -16,8 +16,7 @@ protected:
 TEST_F(LibraryFileTest, ComparesContentOverBlockEdges) {
     const struct {
         const char* what;
-        std::string one;
-        std::string other;
+        std::string one, other;
         bool same;
     } rows[] = {
         {"both empty", "", "", true},

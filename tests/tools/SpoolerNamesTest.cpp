@@ -1,5 +1,7 @@
 #include <gmock/gmock.h>
 
+#include <tuple>
+
 #include "tools/quillonctl/Drivers.h"
 #include "tools/quillonctl/Printers.h"
 
@@ -8,29 +10,18 @@ namespace {
 using Names = std::vector<std::wstring>;
 
 TEST(Printers, SplitsTheListOfAPooledPrintersPorts) {
-    const struct {
-        const char* what;
-        const wchar_t* list;
-        Names expected;
-    } rows[] = {
+    const std::tuple<const char*, const wchar_t*, Names> rows[] = {
         {"nothing", L"", {}},
         {"one port", L"LPT1:", {L"LPT1:"}},
         {"two ports", L"LPT1:,QuillonPDFPort:", {L"LPT1:", L"QuillonPDFPort:"}},
         {"blanks around", L" LPT1: , C:\\a b.txt ", {L"LPT1:", L"C:\\a b.txt"}},
         {"empty parts", L",LPT1:,, ,", {L"LPT1:"}},
     };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.what);
-        EXPECT_EQ(SplitPortList(row.list), row.expected);
-    }
+    for (const auto& [what, list, expected] : rows) EXPECT_EQ(SplitPortList(list), expected) << what;
 }
 
 TEST(Printers, KnowsOurPortInWhateverCaseAndPlace) {
-    const struct {
-        const char* what;
-        Names ports;
-        bool ours;
-    } rows[] = {
+    const std::tuple<const char*, Names, bool> rows[] = {
         {"ours", {L"QuillonPDFPort:"}, true},
         {"in upper case", {L"QUILLONPDFPORT:"}, true},
         {"one of a pool", {L"LPT1:", L"QuillonPDFPort:"}, true},
@@ -39,10 +30,8 @@ TEST(Printers, KnowsOurPortInWhateverCaseAndPlace) {
         {"another port", {L"LPT1:"}, false},
         {"no port", {}, false},
     };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.what);
-        EXPECT_EQ((PrinterInfo{L"P", row.ports, L"D"}).IsOnOurPort(), row.ours);
-    }
+    for (const auto& [what, ports, ours] : rows)
+        EXPECT_EQ((PrinterInfo{L"P", ports, L"D"}).IsOnOurPort(), ours) << what;
 }
 
 TEST(Drivers, ChoosesAPostScriptDriverOfWindowsBeforeAMakers) {

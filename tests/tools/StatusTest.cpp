@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 
 #include <functional>
+#include <tuple>
 
 #include "tools/console/Console.h"
 
@@ -20,11 +21,7 @@ StatusFacts MakeReadyFacts() {
 }
 
 TEST(StatusFacts, IsReadyOnlyWithEverythingThatAJobNeeds) {
-    const struct {
-        const char* what;
-        std::function<void(StatusFacts&)> change;
-        bool ready;
-    } rows[] = {
+    const std::tuple<const char*, std::function<void(StatusFacts&)>, bool> rows[] = {
         {"everything", [](StatusFacts&) {}, true},
         {"no listener: jobs are written all the same", [](StatusFacts& f) { f.listeners.value.clear(); },
          true},
@@ -40,11 +37,11 @@ TEST(StatusFacts, IsReadyOnlyWithEverythingThatAJobNeeds) {
         {"no printer", [](StatusFacts& f) { f.printers.value.clear(); }, false},
         {"printers unknown", [](StatusFacts& f) { f.printers.problem = L"x"; }, false},
     };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.what);
+    for (const auto& [what, change, ready] : rows) {
+        SCOPED_TRACE(what);
         StatusFacts facts = MakeReadyFacts();
-        row.change(facts);
-        EXPECT_EQ(facts.IsReady(), row.ready);
+        change(facts);
+        EXPECT_EQ(facts.IsReady(), ready);
     }
 }
 
@@ -87,27 +84,17 @@ TEST(StatusFacts, GathersWithoutThrowingOnAnyMachine) {
 }
 
 TEST(Listener, TellsSessionProcessAndWhetherItListens) {
-    const struct {
-        const char* what;
-        Listener listener;
-        const wchar_t* expected;
-    } rows[] = {
+    const std::tuple<const char*, Listener, const wchar_t*> rows[] = {
         {"listening", {3, 12, true}, L"session 3: process 12"},
         {"in the services' session", {0, 12, true}, L"session 0: process 12"},
         {"session unknown", {-1, 12, true}, L"all sessions: process 12"},
         {"ended", {1, 12, false}, L"session 1: process 12, no longer listening"},
     };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.what);
-        EXPECT_EQ(row.listener.Format(), row.expected);
-    }
+    for (const auto& [what, listener, expected] : rows) EXPECT_EQ(listener.Format(), expected) << what;
 }
 
 TEST(FormatByteCount, TakesTheLargestUnitAndCutsTheRest) {
-    const struct {
-        unsigned long long bytes;
-        const wchar_t* expected;
-    } rows[] = {
+    const std::tuple<unsigned long long, const wchar_t*> rows[] = {
         {0, L"0 bytes"},
         {1023, L"1023 bytes"},
         {1024, L"1.0 KB"},
@@ -121,7 +108,7 @@ TEST(FormatByteCount, TakesTheLargestUnitAndCutsTheRest) {
         {1152921504606846975, L"1023.9 PB"},
         {18446744073709551615u, L"15.9 EB"},
     };
-    for (const auto& row : rows) EXPECT_EQ(FormatByteCount(row.bytes), row.expected) << row.bytes;
+    for (const auto& [bytes, expected] : rows) EXPECT_EQ(FormatByteCount(bytes), expected) << bytes;
 }
 
 }  // namespace
