@@ -46,8 +46,8 @@ public:
     /// bits behind the point that is exact for all numbers of 32 bits.
     std::uint32_t GetHome(std::uint32_t hash, std::int32_t slotCount) const noexcept {
         __extension__ using Wide = unsigned __int128;
-        const Wide fraction = mHeader->reciprocal * hash;
-        return static_cast<std::uint32_t>(fraction * static_cast<std::uint32_t>(slotCount) >> 64);
+        const std::uint64_t fraction = mHeader->reciprocal * hash;
+        return static_cast<std::uint32_t>(Wide{fraction} * static_cast<std::uint32_t>(slotCount) >> 64);
     }
     /// An entry of a home, or cEnd; with GetNext() all of them.
     std::int32_t GetFirst(std::uint32_t home) const noexcept { return First(home); }

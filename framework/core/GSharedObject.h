@@ -24,12 +24,8 @@ public:
     ~GSharedObject() {
         if (mObject) mObject->Release();
     }
-    GSharedObject& operator=(const GSharedObject& other) {
-        GSharedObject(other).Swap(*this);
-        return *this;
-    }
-    GSharedObject& operator=(GSharedObject&& other) noexcept {
-        GSharedObject(std::move(other)).Swap(*this);
+    GSharedObject& operator=(GSharedObject other) noexcept {
+        Swap(other);
         return *this;
     }
 

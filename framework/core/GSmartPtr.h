@@ -24,12 +24,8 @@ public:
     ~GSmartPtr() {
         if (mObject) mObject->Release();
     }
-    GSmartPtr& operator=(const GSmartPtr& other) {
-        GSmartPtr(other).Swap(*this);
-        return *this;
-    }
-    GSmartPtr& operator=(GSmartPtr&& other) noexcept {
-        GSmartPtr(std::move(other)).Swap(*this);
+    GSmartPtr& operator=(GSmartPtr other) noexcept {
+        Swap(other);
         return *this;
     }
 

@@ -93,10 +93,13 @@ private:
     friend class GTableIterator<T>;
     friend class GConstTableIterator<T>;
 
+    // NOLINTNEXTLINE(bugprone-sizeof-expression): of the element itself, also where that is a pointer
+    static constexpr std::size_t cElementSize = sizeof(T);
+
     // An element out of the array: constructed, moved in bitwise, and then no longer ours.
     union Detached {
-        template <class Source>
-        explicit Detached(Source&& source) : element(std::forward<Source>(source)) {}
+        explicit Detached(const T& source) : element(source) {}
+        explicit Detached(T&& source) : element(std::move(source)) {}
         ~Detached() {}
         T element;
     };

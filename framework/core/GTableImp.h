@@ -40,7 +40,7 @@ GTable<T>& GTable<T>::operator=(GTable&& other) noexcept {
     GTableCursor::ResetAll(mCursors);
     GTableCursor::ResetAll(other.mCursors);
     DestroyElements(oldElements, oldCount);
-    GAllocator::GetInstance().Free(oldElements, static_cast<std::size_t>(oldCapacity) * sizeof(T));
+    GAllocator::GetInstance().Free(oldElements, static_cast<std::size_t>(oldCapacity) * cElementSize);
     return *this;
 }
 
@@ -198,7 +198,8 @@ void GTable<T>::InsertElement(long position, Source&& source) {
             }
         }
         MoveElements(position, position + 1, static_cast<std::size_t>(mCount - position));
-        std::memcpy(static_cast<void*>(mElements + position), &detached.element, sizeof(T));
+        std::memcpy(static_cast<void*>(mElements + position), static_cast<const void*>(&detached.element),
+                    cElementSize);
     }
     ++mCount;
     if (mCursors != nullptr) GTableCursor::ElementInserted(mCursors, position);
@@ -226,11 +227,12 @@ void GTable<T>::GrowForOneMore() {
 
 template <class T>
 void GTable<T>::Reallocate(std::size_t capacity) {
-    constexpr std::size_t cMaxCapacity = INT32_MAX;
-    if (capacity > cMaxCapacity || capacity > PTRDIFF_MAX / sizeof(T)) GAllocator::ThrowOutOfMemory();
-    T* const elements = static_cast<T*>(GAllocator::GetInstance().Allocate(capacity * sizeof(T)));
+    constexpr std::size_t cMaxCapacity = std::min<std::size_t>(INT32_MAX, PTRDIFF_MAX / cElementSize);
+    if (capacity > cMaxCapacity) GAllocator::ThrowOutOfMemory();
+    T* const elements = static_cast<T*>(GAllocator::GetInstance().Allocate(capacity * cElementSize));
     if (mCount > 0) {
-        std::memcpy(static_cast<void*>(elements), mElements, static_cast<std::size_t>(mCount) * sizeof(T));
+        std::memcpy(static_cast<void*>(elements), static_cast<const void*>(mElements),
+                    static_cast<std::size_t>(mCount) * cElementSize);
     }
     FreeArray();
     mElements = elements;
@@ -239,7 +241,9 @@ void GTable<T>::Reallocate(std::size_t capacity) {
 
 template <class T>
 void GTable<T>::MoveElements(long from, long to, std::size_t count) noexcept {
-    if (count > 0) std::memmove(static_cast<void*>(mElements + to), mElements + from, count * sizeof(T));
+    if (count > 0)
+        std::memmove(static_cast<void*>(mElements + to), static_cast<const void*>(mElements + from),
+                     count * cElementSize);
 }
 
 template <class T>
@@ -249,5 +253,5 @@ void GTable<T>::DestroyElements(T* elements, long count) noexcept {
 
 template <class T>
 void GTable<T>::FreeArray() noexcept {
-    GAllocator::GetInstance().Free(mElements, static_cast<std::size_t>(mCapacity) * sizeof(T));
+    GAllocator::GetInstance().Free(mElements, static_cast<std::size_t>(mCapacity) * cElementSize);
 }
