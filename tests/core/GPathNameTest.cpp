@@ -5,6 +5,7 @@
 #include <string>
 
 #include "framework/core/GException.h"
+#include "tests/core/TableRow.h"
 #include "tests/core/TestText.h"
 
 namespace {
@@ -15,6 +16,12 @@ GPathName Path(std::u16string_view portable) {
 
 std::u16string Plain(const GPathName& path) {
     return Plain(path.GetPortablePath());
+}
+
+std::u16string Without(char16_t unit, std::u16string_view text) {
+    std::u16string result(text);
+    std::erase(result, unit);
+    return result;
 }
 
 template <class Call>
@@ -30,80 +37,50 @@ long ThrownBy(Call call) {
 }  // namespace
 
 TEST(GPathName, TakesARootApart) {
-    const struct {
-        std::u16string_view path, rootName, rootDirectory, relative;
-    } rows[] = {
-        {u"", u"", u"", u""},
-        {u"dir/file", u"", u"", u"dir/file"},
-        {u":", u"", u"", u":"},
-        {u"/", u"", u"/", u""},
-        {u"/dir", u"", u"/", u"dir"},
-        {u"C:", u"C:", u"", u""},
-        {u"C:/", u"C:", u"/", u""},
-        {u"C:/dir/file", u"C:", u"/", u"dir/file"},
-        {u"C:file", u"C:", u"", u"file"},
-        {u"//server", u"//server", u"", u""},
-        {u"//server/", u"//server", u"/", u""},
-        {u"//server/share/x", u"//server", u"/", u"share/x"},
-        {u"Data:", u"Data:", u"", u""},
-        {u"Data:file", u"", u"", u"Data:file"},
-        {u"a/b:", u"a/b:", u"", u""},
-        {u"//", u"", u"/", u"/"},
-        {u"///x", u"//", u"/", u"x"},
-        {u"/:", u"/:", u"/", u""},
-        {u"/ab:", u"/ab:", u"/", u""},
-    };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(Readable(row.path));
-        const GPathName path = Path(row.path);
-        EXPECT_EQ(Plain(path.GetRootName()), row.rootName);
-        EXPECT_EQ(Plain(path.GetCrossPlatformRootNameString()), row.rootName);
-        EXPECT_EQ(Plain(path.GetRootDirectory()), row.rootDirectory);
-        EXPECT_EQ(path.HasRootDirectory(), !row.rootDirectory.empty());
-        EXPECT_EQ(Plain(path.GetRelativePath()), row.relative);
-        EXPECT_EQ(Plain(path.GetRootPath()) + Plain(path.GetRelativePath()), row.path);
+    for (const std::u16string_view row :
+         {u"||", u"||dir/file", u"||:", u"|/|", u"|/|dir", u"C:||", u"C:|/|", u"C:|/|dir/file", u"C:||file",
+          u"//server||", u"//server|/|", u"//server|/|share/x", u"Data:||", u"||Data:file", u"a/b:||",
+          u"|/|/", u"//|/|x", u"/:|/|", u"//.|/|pipe/x"}) {
+        SCOPED_TRACE(Readable(row));
+        const auto [rootName, rootDirectory, relative] = CellsOf<3>(row, u"|");
+        const GPathName path = Path(Without(u'|', row));
+        EXPECT_EQ(Plain(path.GetRootName()), rootName);
+        EXPECT_EQ(Plain(path.GetCrossPlatformRootNameString()), rootName);
+        EXPECT_EQ(Plain(path.GetRootDirectory()), rootDirectory);
+        EXPECT_EQ(path.HasRootDirectory(), !rootDirectory.empty());
+        EXPECT_EQ(Plain(path.GetRelativePath()), relative);
+        EXPECT_EQ(Plain(path.GetRootPath()),
+                  Without(u'|', row).substr(0, rootName.size() + rootDirectory.size()));
         // Two slashes promise the name of a host, even where it is missing.
-        const bool hasRootName = !row.rootName.empty() || row.path == u"//";
+        const bool hasRootName = !rootName.empty() || row == u"|/|/";
         EXPECT_EQ(path.HasRootName(), hasRootName);
         EXPECT_EQ(path.IsRelative(), !hasRootName);
-        EXPECT_EQ(path.HasRootPath(), hasRootName || !row.rootDirectory.empty());
+        EXPECT_EQ(path.HasRootPath(), hasRootName || !rootDirectory.empty());
     }
+    // Both a root name in whole and a path from the root.
+    const GPathName both = Path(u"/ab:");
+    EXPECT_EQ(Plain(both.GetRootName()), u"/ab:");
+    EXPECT_EQ(Plain(both.GetRootPath()), u"/ab:");
+    EXPECT_TRUE(both.HasRootDirectory());
+    EXPECT_EQ(Plain(both.GetRelativePath()), u"");
 }
 
 TEST(GPathName, TakesALeafApart) {
-    const struct {
-        std::u16string_view path, branch, leaf, stem, extension;
-        bool hasExtension;
-    } rows[] = {
-        {u"", u"", u"", u"", u"", false},
-        {u"file", u"", u"file", u"file", u"", false},
-        {u"C:/dir/file.txt", u"C:/dir/", u"file.txt", u"file", u"txt", true},
-        {u"/x", u"/", u"x", u"x", u"", false},
-        {u"a/b", u"a/", u"b", u"b", u"", false},
-        {u"dir/", u"dir/", u"", u"", u"", false},
-        {u"C:", u"C:", u"", u"", u"", false},
-        {u"C:x.y", u"C:", u"x.y", u"x", u"y", true},
-        {u"//srv", u"//srv", u"", u"", u"", false},
-        {u"//srv/share", u"//srv/", u"share", u"share", u"", false},
-        {u"Data:file", u"Data:", u"file", u"file", u"", false},
-        {u"d.ir/a:b", u"d.ir/", u"a:b", u"a:b", u"", false},
-        {u"a.tar.gz", u"", u"a.tar.gz", u"a.tar", u"gz", true},
-        {u"d/.foo", u"d/", u".foo", u"", u"foo", true},
-        {u"a.", u"", u"a.", u"a", u"", true},
-        {u".", u"", u".", u".", u"", false},
-        {u"a/..", u"a/", u"..", u"..", u"", false},
-        {u"...", u"", u"...", u"..", u"", true},
-    };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(Readable(row.path));
-        const GPathName path = Path(row.path);
-        EXPECT_EQ(Plain(path.GetBranch()), row.branch);
-        EXPECT_EQ(path.HasBranch(), !row.branch.empty());
-        EXPECT_EQ(Plain(path.GetLeaf()), row.leaf);
-        EXPECT_EQ(path.HasLeaf(), !row.leaf.empty());
-        EXPECT_EQ(Plain(path.GetLeafWithoutExtension()), row.stem);
-        EXPECT_EQ(Plain(path.GetExtension()), row.extension);
-        EXPECT_EQ(path.HasExtension(), row.hasExtension);
+    for (const std::u16string_view row :
+         {u"||", u"|file|", u"C:/dir/|file|.txt", u"/|x|", u"a/|b|", u"dir/||", u"C:||", u"C:|x|.y",
+          u"//srv||", u"//srv/|share|", u"Data:|file|", u"d.ir/|a:b|", u"|a.tar|.gz", u"d/||.foo", u"|a|.",
+          u"|.|", u"a/|..|", u"|..|."}) {
+        SCOPED_TRACE(Readable(row));
+        const auto [branch, stem, dotExtension] = CellsOf<3>(row, u"|");
+        const GPathName path = Path(Without(u'|', row));
+        const std::u16string leaf = std::u16string(stem) + std::u16string(dotExtension);
+        EXPECT_EQ(Plain(path.GetBranch()), branch);
+        EXPECT_EQ(path.HasBranch(), !branch.empty());
+        EXPECT_EQ(Plain(path.GetLeaf()), leaf);
+        EXPECT_EQ(path.HasLeaf(), !leaf.empty());
+        EXPECT_EQ(Plain(path.GetLeafWithoutExtension()), stem);
+        EXPECT_EQ(path.HasExtension(), !dotExtension.empty());
+        EXPECT_EQ(Plain(path.GetExtension()), dotExtension.substr(dotExtension.empty() ? 0 : 1));
     }
 }
 
@@ -133,26 +110,17 @@ TEST(GPathName, CountsComponentsAndCutsBehindThem) {
 }
 
 TEST(GPathName, AppendsBehindOneSlash) {
-    const struct {
-        std::u16string_view path, component, result;
-    } rows[] = {
-        {u"C:/a", u"b", u"C:/a/b"},
-        {u"C:/a/", u"b", u"C:/a/b"},
-        {u"", u"b", u"b"},
-        {u"a", u"", u"a"},
-        {u"", u"", u""},
-        {u"a", u"/b", u"a//b"},
-        {u"C:", u"x/y", u"C:/x/y"},
-        {u"a", u"\U0001F600", u"a/\U0001F600"},
-    };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(Readable(row.path) + " + " + Readable(row.component));
-        GPathName path = Path(row.path);
-        path.Append(Text(row.component));
-        EXPECT_EQ(Plain(path), row.result);
-        EXPECT_EQ(Plain(Path(row.path) / Path(row.component)), row.result);
-        path = Path(row.path);
-        EXPECT_EQ(Plain(path /= Path(row.component)), row.result);
+    for (const std::u16string_view row :
+         {u"C:/a -> b -> C:/a/b", u"C:/a/ -> b -> C:/a/b", u" -> b -> b", u"a ->  -> a", u" ->  -> ",
+          u"a -> /b -> a//b", u"C: -> x/y -> C:/x/y", u"a -> \U0001F600 -> a/\U0001F600"}) {
+        SCOPED_TRACE(Readable(row));
+        const auto [base, component, result] = CellsOf<3>(row);
+        GPathName path = Path(base);
+        path.Append(Text(component));
+        EXPECT_EQ(Plain(path), result);
+        EXPECT_EQ(Plain(Path(base) / Path(component)), result);
+        path = Path(base);
+        EXPECT_EQ(Plain(path /= Path(component)), result);
     }
     GPathName path = Path(u"a/b");
     path.Append(path.GetPortablePath());
@@ -200,37 +168,33 @@ TEST(GPathName, ReplacesTheLeafOrAPartOfIt) {
 }
 
 TEST(GPathName, NormalizesAsText) {
-    const struct {
-        std::u16string_view path, result;
-    } rows[] = {
-        {u"", u""},
-        {u"C:/a/./b/../c", u"C:/a/c"},
-        {u"../x", u"../x"},
-        {u"a//../b", u"a//../b"},
-        {u"a/..", u""},
-        {u"a/../..", u".."},
-        {u"a/b/../../../c", u"../c"},
-        {u"C:/../a", u"C:/../a"},
-        {u"C:/.", u"C:/"},
-        {u"./", u""},
-        {u"a/./", u"a/"},
-        {u"a/b/..", u"a"},
-        {u"a/b/../", u"a/"},
-        {u"//srv/share/../x", u"//srv/x"},
-        {u"a/.../..", u"a"},
-        {u"..a/..", u""},
-        {u"C:a/../b", u"C:b"},
-        {u"a/..//b", u"/b"},
-        {u"/.//b", u"//b"},
-        {u"./C:./b", u"C:./b"},
-        {u"\u00E9/\U0001F600/..", u"\u00E9"},
-    };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(Readable(row.path));
-        GPathName path = Path(row.path);
-        EXPECT_EQ(Plain(path.GetNormalizedPortablePathFrom(Text(row.path))), row.result);
+    for (const std::u16string_view row : {u" -> ",
+                                          u"C:/a/./b/../c -> C:/a/c",
+                                          u"../x -> ../x",
+                                          u"a//../b -> a//../b",
+                                          u"a/.. -> ",
+                                          u"a/../.. -> ..",
+                                          u"a/b/../../../c -> ../c",
+                                          u"C:/../a -> C:/../a",
+                                          u"C:/. -> C:/",
+                                          u"./ -> ",
+                                          u"a/./ -> a/",
+                                          u"a/b/.. -> a",
+                                          u"a/b/../ -> a/",
+                                          u"//srv/share/../x -> //srv/x",
+                                          u"a/.../.. -> a",
+                                          u"..a/.. -> ",
+                                          u"C:a/../b -> C:b",
+                                          u"a/..//b -> /b",
+                                          u"/.//b -> //b",
+                                          u"./C:./b -> C:./b",
+                                          u"\u00E9/\U0001F600/.. -> \u00E9"}) {
+        SCOPED_TRACE(Readable(row));
+        const auto [text, result] = CellsOf<2>(row);
+        GPathName path = Path(text);
+        EXPECT_EQ(Plain(path.GetNormalizedPortablePathFrom(Text(text))), result);
         path.Normalize();
-        EXPECT_EQ(Plain(path), row.result);
+        EXPECT_EQ(Plain(path), result);
     }
     std::u16string deep = u"C:";
     for (int i = 0; i < 20000; ++i) deep += u"/d";
@@ -241,83 +205,49 @@ TEST(GPathName, NormalizesAsText) {
 }
 
 TEST(GPathName, FindsTheWayFromABase) {
-    const struct {
-        std::u16string_view path, base, way;
-    } rows[] = {
-        {u"C:/a/b", u"C:/a/c", u"../b"},
-        {u"C:/a/b", u"C:/a/", u"b"},
-        {u"C:/A/b", u"c:/a/C/d", u"../../b"},
-        {u"C:/a", u"C:/a", u""},
-        {u"C:/a", u"C:/a/b/c", u"../.."},
-        {u"C:/a/b", u"C:/ab", u"../a/b"},
-        {u"C:/a", u"D:/a", u"C:/a"},
-        {u"C:/a", u"C:a", u"C:/a"},
-        {u"C:/a", u"a", u"C:/a"},
-        {u"//srv/s/x", u"//SRV/s/y/z", u"../../x"},
-        {u"//srv/s/x", u"//other/s", u"//srv/s/x"},
-        {u"a/b", u"a/c", u"../b"},
-        {u"x", u"../y", u"x"},
-        {u"../x", u"y", u"../../x"},
-        {u"C:/a/./b/../c", u"C:/a/d/..", u"c"},
-        {u"C:/a/D:/x", u"C:/a", u"C:/a/D:/x"},
-        {u"C:/a/D:/x", u"C:/b", u"../a/D:/x"},
-        {u"C:/a/Data:", u"C:/a", u"C:/a/Data:"},
-        {u"", u"", u""},
-    };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(Readable(row.path) + " from " + Readable(row.base));
-        EXPECT_EQ(Plain(Path(row.path).GetRelativePathFrom(Path(row.base))), row.way);
+    for (const std::u16string_view row :
+         {u"C:/a/b -> C:/a/c -> ../b", u"C:/a/b -> C:/a/ -> b", u"C:/A/b -> c:/a/C/d -> ../../b",
+          u"C:/a -> C:/a -> ", u"C:/a -> C:/a/b/c -> ../..", u"C:/a/b -> C:/ab -> ../a/b",
+          u"C:/a -> D:/a -> C:/a", u"C:/a -> C:a -> C:/a", u"C:/a -> a -> C:/a",
+          u"//srv/s/x -> //SRV/s/y/z -> ../../x", u"//srv/s/x -> //other/s -> //srv/s/x",
+          u"a/b -> a/c -> ../b", u"x -> ../y -> x", u"../x -> y -> ../../x",
+          u"C:/a/./b/../c -> C:/a/d/.. -> c", u"C:/a/D:/x -> C:/a -> C:/a/D:/x",
+          u"C:/a/D:/x -> C:/b -> ../a/D:/x", u"C:/a/Data: -> C:/a -> C:/a/Data:", u" ->  -> "}) {
+        SCOPED_TRACE(Readable(row));
+        const auto [path, base, way] = CellsOf<3>(row);
+        EXPECT_EQ(Plain(Path(path).GetRelativePathFrom(Path(base))), way);
     }
 }
 
 TEST(GPathName, StartsWithWholeComponents) {
-    const struct {
-        std::u16string_view path, start;
-        bool result;
-    } rows[] = {
-        {u"C:/dir/x", u"c:/DIR", true},
-        {u"C:/dir/x", u"C:/dir/", true},
-        {u"C:/dir/x", u"C:/di", false},
-        {u"C:/dir", u"C:/dir/x", false},
-        {u"C:/dir", u"C:/", true},
-        {u"C:/dir", u"C:", true},
-        {u"C:dir", u"C:", true},
-        {u"C:dir", u"C:/", false},
-        {u"/a/b", u"a", false},
-        {u"a/b", u"/a", false},
-        {u"a/b", u"a", true},
-        {u"/a", u"/", true},
-        {u"a", u"/", false},
-        {u"//srv/share", u"//srv", true},
-        {u"//server/x", u"//srv", false},
-        {u"//srv/share", u"/", false},
-        {u"", u"", true},
-        {u"\u00C4/x", u"\u00E4", true},
+    const auto startsWith = [](std::u16string_view row) {
+        const auto [path, start] = CellsOf<2>(row);
+        return Path(path).StartsWith(Path(start));
     };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(Readable(row.path) + " with " + Readable(row.start));
-        EXPECT_EQ(Path(row.path).StartsWith(Path(row.start)), row.result);
-    }
+    for (const std::u16string_view row :
+         {u"C:/dir/x -> c:/DIR", u"C:/dir/x -> C:/dir/", u"C:/dir -> C:/", u"C:/dir -> C:", u"C:dir -> C:",
+          u"a/b -> a", u"/a -> /", u"//srv/share -> //srv", u" -> ", u"\u00C4/x -> \u00E4"})
+        EXPECT_TRUE(startsWith(row)) << Readable(row);
+    for (const std::u16string_view row :
+         {u"C:/dir/x -> C:/di", u"C:/dir -> C:/dir/x", u"C:dir -> C:/", u"/a/b -> a", u"a/b -> /a", u"a -> /",
+          u"//server/x -> //srv", u"//srv/share -> /"})
+        EXPECT_FALSE(startsWith(row)) << Readable(row);
 }
 
 TEST(GPathName, ComparesWithoutRegardToCase) {
-    const struct {
-        std::u16string_view a, b;
-        bool equal;
-    } rows[] = {
-        {u"c:/Dir/A.txt", u"C:/dir/a.TXT", true},
-        {u"\u00C4", u"\u00E4", true},
-        {u"a", u"b", false},
-        {u"a", u"a/", false},
-        {u"", u"", true},
-        {u"a", u"", false},
-        {u"C:/a", u"C:\\a", false},
-    };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(Readable(row.a) + " and " + Readable(row.b));
-        EXPECT_EQ(Path(row.a) == Path(row.b), row.equal);
-        EXPECT_EQ(Path(row.a) != Path(row.b), !row.equal);
-        EXPECT_EQ(Path(row.a).GetHash() == Path(row.b).GetHash(), row.equal);
+    for (const std::u16string_view row : {u"c:/Dir/A.txt -> C:/dir/a.TXT", u"\u00C4 -> \u00E4", u" -> "}) {
+        SCOPED_TRACE(Readable(row));
+        const auto [a, b] = CellsOf<2>(row);
+        EXPECT_TRUE(Path(a) == Path(b));
+        EXPECT_FALSE(Path(a) != Path(b));
+        EXPECT_EQ(Path(a).GetHash(), Path(b).GetHash());
+    }
+    for (const std::u16string_view row : {u"a -> b", u"a -> a/", u"a -> ", u"C:/a -> C:\\a"}) {
+        SCOPED_TRACE(Readable(row));
+        const auto [a, b] = CellsOf<2>(row);
+        EXPECT_FALSE(Path(a) == Path(b));
+        EXPECT_TRUE(Path(a) != Path(b));
+        EXPECT_NE(Path(a).GetHash(), Path(b).GetHash());
     }
 }
 
