@@ -4,6 +4,7 @@
 
 #include "framework/core/GException.h"
 #include "framework/core/GPathName.h"
+#include "tests/core/TableRow.h"
 #include "tests/core/TestText.h"
 
 namespace {
@@ -20,11 +21,6 @@ std::u16string Repeated(char16_t unit, std::size_t count) {
     return std::u16string(count, unit);
 }
 
-/// A path in a foreign form, what it is read as, and what that is written as.
-struct FormRow {
-    std::u16string_view form, portable, back;
-};
-
 struct Form {
     void (GPathName::*set)(const GString&);
     GString (GPathName::*get)() const;
@@ -32,18 +28,20 @@ struct Form {
     void (*write)(const GString&, GString&);
 };
 
-void ExpectForms(const Form& form, std::initializer_list<FormRow> rows) {
-    for (const FormRow& row : rows) {
-        SCOPED_TRACE(Readable(row.form));
+/// Each row has a path in that form, what it is read as, and what that is written as.
+void ExpectForms(const Form& form, std::initializer_list<std::u16string_view> rows) {
+    for (const std::u16string_view row : rows) {
+        SCOPED_TRACE(Readable(row));
+        const auto [foreign, portable, back] = CellsOf<3>(row);
         GPathName path = Path(u"before");
-        (path.*form.set)(Text(row.form));
-        EXPECT_EQ(Plain(path), row.portable);
-        EXPECT_EQ(Plain((path.*form.get)()), row.back);
-        GString text = Text(row.form);
+        (path.*form.set)(Text(foreign));
+        EXPECT_EQ(Plain(path), portable);
+        EXPECT_EQ(Plain((path.*form.get)()), back);
+        GString text = Text(foreign);
         form.read(text, text);
-        EXPECT_EQ(Plain(text), row.portable);
+        EXPECT_EQ(Plain(text), portable);
         form.write(text, text);
-        EXPECT_EQ(Plain(text), row.back);
+        EXPECT_EQ(Plain(text), back);
     }
 }
 
@@ -52,21 +50,13 @@ void ExpectForms(const Form& form, std::initializer_list<FormRow> rows) {
 TEST(GPathNameConversions, ReadsAndWritesWin32Paths) {
     const Form form = {&GPathName::SetWin32PathString, &GPathName::GetWin32PathString,
                        GPathName::ConvertNativeToPortable, GPathName::ConvertPortableToNative};
-    ExpectForms(form, {
-                          {u"C:\\dir\\file.txt", u"C:/dir/file.txt", u"C:\\dir\\file.txt"},
-                          {u"\\\\?\\C:\\x", u"C:/x", u"C:\\x"},
-                          {u"\\\\?\\UNC\\srv\\s\\x", u"/srv/s/x", u"\\srv\\s\\x"},
-                          {u"\\\\?\\unc\\srv", u"unc/srv", u"unc\\srv"},
-                          {u"\\\\?\\UNC", u"UNC", u"UNC"},
-                          {u"\\\\?\\", u"", u"."},
-                          {u"\\\\?", u"//?", u"\\\\?"},
-                          {u"\\\\.\\pipe\\x", u"//./pipe/x", u"\\\\.\\pipe\\x"},
-                          {u"\\\\srv\\share", u"//srv/share", u"\\\\srv\\share"},
-                          {u"C:/already", u"C:/already", u"C:\\already"},
-                          {u"C:x", u"C:x", u"C:x"},
-                          {u"", u"", u"."},
-                          {u".", u".", u"."},
-                      });
+    ExpectForms(
+        form, {u"C:\\dir\\file.txt -> C:/dir/file.txt -> C:\\dir\\file.txt", u"\\\\?\\C:\\x -> C:/x -> C:\\x",
+               u"\\\\?\\UNC\\srv\\s\\x -> /srv/s/x -> \\srv\\s\\x", u"\\\\?\\unc\\srv -> unc/srv -> unc\\srv",
+               u"\\\\?\\UNC -> UNC -> UNC", u"\\\\?\\ ->  -> .", u"\\\\? -> //? -> \\\\?",
+               u"\\\\.\\pipe\\x -> //./pipe/x -> \\\\.\\pipe\\x",
+               u"\\\\srv\\share -> //srv/share -> \\\\srv\\share", u"C:/already -> C:/already -> C:\\already",
+               u"C:x -> C:x -> C:x", u" ->  -> .", u". -> . -> ."});
 }
 
 TEST(GPathNameConversions, HoldsTheNativeFormToBeWin32) {
@@ -110,36 +100,19 @@ TEST(GPathNameConversions, GivesTheSystemLongPathsLiterally) {
 TEST(GPathNameConversions, KeepsBothSlashesOfUNCPaths) {
     const Form form = {&GPathName::SetUNCPathString, &GPathName::GetUNCPathString,
                        GPathName::ConvertUNCSpecToPortable, GPathName::ConvertPortableToUNCSpec};
-    ExpectForms(form, {
-                          {u"\\\\srv\\share\\x", u"//srv/share/x", u"\\\\srv\\share\\x"},
-                          {u"\\\\srv", u"//srv", u"\\\\srv"},
-                          {u"\\\\?\\UNC\\srv\\s", u"//srv/s", u"\\\\srv\\s"},
-                          {u"\\\\?\\UNC\\", u"//", u"\\\\"},
-                          {u"\\\\?\\C:\\x", u"C:/x", u"C:\\x"},
-                          {u"", u"", u"."},
-                      });
+    ExpectForms(form, {u"\\\\srv\\share\\x -> //srv/share/x -> \\\\srv\\share\\x",
+                       u"\\\\srv -> //srv -> \\\\srv", u"\\\\?\\UNC\\srv\\s -> //srv/s -> \\\\srv\\s",
+                       u"\\\\?\\UNC\\ -> // -> \\\\", u"\\\\?\\C:\\x -> C:/x -> C:\\x", u" ->  -> ."});
 }
 
 TEST(GPathNameConversions, ReadsAndWritesDeviceIndependentPaths) {
     const Form form = {&GPathName::SetDIPathString, &GPathName::GetDIPathString,
                        GPathName::ConvertDISpecToPortable, GPathName::ConvertPortableToDISpec};
-    ExpectForms(form, {
-                          {u"/C/Program Files/x", u"C:/Program Files/x", u"/C/Program Files/x"},
-                          {u"/C", u"C:", u"/C"},
-                          {u"/C/", u"C:/", u"/C/"},
-                          {u"/srv/share/x", u"//srv/share/x", u"/srv/share/x"},
-                          {u"//x", u"/x", u"//x"},
-                          {u"//", u"/:", u"//"},
-                          {u"///x", u"/:/x", u"///x"},
-                          {u"/", u"//", u"/"},
-                          {u"./", u"", u"./"},
-                          {u"../", u"..", u"../"},
-                          {u"a/b", u"a/b", u"a/b"},
-                          {u"../a", u"../a", u"../a"},
-                          {u"./a", u"./a", u"./a"},
-                          {u"Data:", u"Data:", u"Data:"},
-                          {u"", u"", u"./"},
-                      });
+    ExpectForms(form, {u"/C/Program Files/x -> C:/Program Files/x -> /C/Program Files/x", u"/C -> C: -> /C",
+                       u"/C/ -> C:/ -> /C/", u"/srv/share/x -> //srv/share/x -> /srv/share/x",
+                       u"//x -> /x -> //x", u"// -> /: -> //", u"///x -> /:/x -> ///x", u"/ -> // -> /",
+                       u"./ ->  -> ./", u"../ -> .. -> ../", u"a/b -> a/b -> a/b", u"../a -> ../a -> ../a",
+                       u"./a -> ./a -> ./a", u"Data: -> Data: -> Data:", u" ->  -> ./"});
 }
 
 TEST(GPathNameConversions, RefusesURLsAsDeviceIndependentPaths) {
@@ -162,90 +135,69 @@ TEST(GPathNameConversions, RefusesURLsAsDeviceIndependentPaths) {
 }
 
 TEST(GPathNameConversions, WritesURLs) {
-    const struct {
-        std::u16string_view portable, url;
-    } rows[] = {
-        {u"C:/dir/a b.txt", u"file:///C:/dir/a%20b.txt"},
-        {u"//server/share/x", u"file://server/share/x"},
-        {u"//a@b:80/c@d:e", u"file://a%40b%3A80/c@d:e"},
-        {u"//srv:x", u"file://srv%3Ax"},
-        {u"/dir/x", u"file:///dir/x"},
-        {u"dir/x", u"file:///dir/x"},
-        {u"", u"file:///"},
-        {u"C:/100%#?.txt", u"file:///C:/100%25%23%3F.txt"},
-        {u"/a%2Fb%00%", u"file:///a%252Fb%2500%25"},
-        {u"/-._~!$&'()*+,;=:@azAZ09", u"file:///-._~!$&'()*+,;=:@azAZ09"},
-        {u"/[\"<>\\^`{|}]", u"file:///%5B%22%3C%3E%5C%5E%60%7B%7C%7D%5D"},
-        {u"/\x01\x7F", u"file:///%01%7F"},
-        {u"/\u0080\u07FF", u"file:///%C2%80%DF%BF"},
-        {u"/\u0800\uFFFF", u"file:///%E0%A0%80%EF%BF%BF"},
-        {u"/\U00010000\U0010FFFF", u"file:///%F0%90%80%80%F4%8F%BF%BF"},
-        {u"/\xD800x\xDC00\xD801", u"file:///%EF%BF%BDx%EF%BF%BD%EF%BF%BD"},
-    };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(Readable(row.portable));
-        EXPECT_EQ(Plain(Path(row.portable).GetURLPathString()), row.url);
+    for (const std::u16string_view row :
+         {u"C:/dir/a b.txt -> file:///C:/dir/a%20b.txt", u"//server/share/x -> file://server/share/x",
+          u"//a@b:80/c@d:e -> file://a%40b%3A80/c@d:e", u"//srv:x -> file://srv%3Ax",
+          u"/dir/x -> file:///dir/x", u"dir/x -> file:///dir/x", u" -> file:///",
+          u"C:/100%#?.txt -> file:///C:/100%25%23%3F.txt", u"/a%2Fb%00% -> file:///a%252Fb%2500%25",
+          u"/-._~!$&'()*+,;=:@azAZ09 -> file:///-._~!$&'()*+,;=:@azAZ09",
+          u"/[\"<>\\^`{|}] -> file:///%5B%22%3C%3E%5C%5E%60%7B%7C%7D%5D", u"/\x01\x7F -> file:///%01%7F",
+          u"/\u0080\u07FF -> file:///%C2%80%DF%BF", u"/\u0800\uFFFF -> file:///%E0%A0%80%EF%BF%BF",
+          u"/\U00010000\U0010FFFF -> file:///%F0%90%80%80%F4%8F%BF%BF",
+          u"/\xD800x\xDC00\xD801 -> file:///%EF%BF%BDx%EF%BF%BD%EF%BF%BD"}) {
+        SCOPED_TRACE(Readable(row));
+        const auto [portable, url] = CellsOf<2>(row);
+        EXPECT_EQ(Plain(Path(portable).GetURLPathString()), url);
     }
 }
 
 TEST(GPathNameConversions, HangsVolumesUnderOneFolderForMachO) {
-    const struct {
-        std::u16string_view portable, machO, back;
-    } rows[] = {
-        {u"C:/x/y", u"/Volumes/C/x/y", u"C:/x/y"},
-        {u"C:/", u"/Volumes/C", u"C:/"},
-        {u"C:x", u"/Volumes/C/x", u"C:/x"},
-        {u"Data:", u"/Volumes/Data", u"/Volumes/Data"},
-        {u"/Volumes/Data/x", u"/Volumes/Data/x", u"/Volumes/Data/x"},
-        {u"/Volumes/", u"/Volumes/", u"/Volumes/"},
-        {u"/Volumes//x", u"/Volumes//x", u"/Volumes//x"},
-        {u"/Users/x", u"/Users/x", u"/Users/x"},
-        {u"//srv/x", u"//srv/x", u"//srv/x"},
-        {u"a/b", u"a/b", u"a/b"},
-        {u"", u"", u""},
-    };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(Readable(row.portable));
-        EXPECT_EQ(Plain(Path(row.portable).GetMachOPathString()), row.machO);
+    for (const std::u16string_view row :
+         {u"C:/x/y -> /Volumes/C/x/y -> C:/x/y", u"C:/ -> /Volumes/C -> C:/", u"C:x -> /Volumes/C/x -> C:/x",
+          u"Data: -> /Volumes/Data -> /Volumes/Data",
+          u"/Volumes/Data/x -> /Volumes/Data/x -> /Volumes/Data/x", u"/Volumes/ -> /Volumes/ -> /Volumes/",
+          u"/Volumes//x -> /Volumes//x -> /Volumes//x", u"/Users/x -> /Users/x -> /Users/x",
+          u"//srv/x -> //srv/x -> //srv/x", u"a/b -> a/b -> a/b", u" ->  -> "}) {
+        SCOPED_TRACE(Readable(row));
+        const auto [portable, machO, back] = CellsOf<3>(row);
+        EXPECT_EQ(Plain(Path(portable).GetMachOPathString()), machO);
         GPathName path;
-        path.SetMachOPathString(Text(row.machO));
-        EXPECT_EQ(Plain(path), row.back);
+        path.SetMachOPathString(Text(machO));
+        EXPECT_EQ(Plain(path), back);
     }
     EXPECT_EQ(Plain(Path(u"C:/x/y").GetMachOBranch()), u"/Volumes/C/x/");
 }
 
 TEST(GPathNameConversions, WritesAndReadsCFMPaths) {
-    const struct {
-        std::u16string_view portable, cfm, back;
-    } rows[] = {
-        {u"/Volumes/Data/dir/file", u"Data:dir:file", u"/Volumes/Data/dir/file"},
-        {u"/Volumes/Data/dir/", u"Data:dir:", u"/Volumes/Data/dir"},
-        {u"/Volumes/Data/../x", u"Data::x", u"/Volumes/Data/../x"},
-        {u"/Volumes/Data", u"Data:", u"/Volumes/Data"},
-        {u"Data:", u"Data:", u"/Volumes/Data"},
-        {u"C:/dir/file", u"C:dir:file", u"C:/dir/file"},
-        {u"C:/", u"C:", u"C:/"},
-        {u"a/b", u":a:b", u"a/b"},
-        {u"file", u"file", u"file"},
-        {u"dir/", u":dir:", u"dir"},
-        {u"../../x", u":::x", u"../../x"},
-        {u"a/../b", u":a::b", u"a/../b"},
-        {u"..", u"::", u".."},
-        {u"a/..", u":a::", u"a/.."},
-        {u".", u":", u""},
-        {u"./a/./b", u":a:b", u"a/b"},
-        {u"d/a:b", u":d:a/b", u"d/a:b"},
-        {u"/dir/x", u"/dir/x", u"/dir/x"},
-        {u"//srv/x", u"//srv/x", u"//srv/x"},
-        {u"", u"", u""},
-    };
-    GPathName path;
-    for (const auto& row : rows) {
-        SCOPED_TRACE(Readable(row.portable));
-        EXPECT_EQ(Plain(Path(row.portable).GetCFMPathString()), row.cfm);
-        path.SetCFMPathString(Text(row.cfm));
-        EXPECT_EQ(Plain(path), row.back);
+    for (const std::u16string_view row :
+         {u"/Volumes/Data/dir/file -> Data:dir:file -> /Volumes/Data/dir/file",
+          u"/Volumes/Data/dir/ -> Data:dir: -> /Volumes/Data/dir",
+          u"/Volumes/Data/../x -> Data::x -> /Volumes/Data/../x",
+          u"/Volumes/Data -> Data: -> /Volumes/Data",
+          u"Data: -> Data: -> /Volumes/Data",
+          u"C:/dir/file -> C:dir:file -> C:/dir/file",
+          u"C:/ -> C: -> C:/",
+          u"a/b -> :a:b -> a/b",
+          u"file -> file -> file",
+          u"dir/ -> :dir: -> dir",
+          u"../../x -> :::x -> ../../x",
+          u"a/../b -> :a::b -> a/../b",
+          u".. -> :: -> ..",
+          u"a/.. -> :a:: -> a/..",
+          u". -> : -> ",
+          u"./a/./b -> :a:b -> a/b",
+          u"d/a:b -> :d:a/b -> d/a:b",
+          u"/dir/x -> /dir/x -> /dir/x",
+          u"//srv/x -> //srv/x -> //srv/x",
+          u" ->  -> "}) {
+        SCOPED_TRACE(Readable(row));
+        const auto [portable, cfm, back] = CellsOf<3>(row);
+        EXPECT_EQ(Plain(Path(portable).GetCFMPathString()), cfm);
+        GPathName path;
+        path.SetCFMPathString(Text(cfm));
+        EXPECT_EQ(Plain(path), back);
     }
+    GPathName path;
     path.SetCFMPathString(Text(u"ab/c"));
     EXPECT_EQ(Plain(path), u"ab:c");
     path.SetCFMPathString(Text(Repeated(u':', 5000)));

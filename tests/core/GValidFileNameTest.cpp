@@ -3,6 +3,7 @@
 #include <string>
 
 #include "framework/core/GPathName.h"
+#include "tests/core/TableRow.h"
 #include "tests/core/TestText.h"
 
 namespace {
@@ -17,14 +18,10 @@ std::u16string Repeated(char16_t unit, std::size_t count) {
     return std::u16string(count, unit);
 }
 
-struct TitleRow {
-    std::u16string_view title, name;
-};
-
-void ExpectNames(std::initializer_list<TitleRow> rows) {
-    for (const TitleRow& row : rows) {
-        SCOPED_TRACE(Readable(row.title));
-        EXPECT_EQ(Valid(row.title), row.name);
+void ExpectNames(std::initializer_list<std::u16string_view> rows) {
+    for (const std::u16string_view row : rows) {
+        const auto [title, name] = CellsOf<2>(row);
+        EXPECT_EQ(Valid(title), name) << Readable(row);
     }
 }
 
@@ -38,59 +35,32 @@ TEST(GValidFileName, TitlesThatAreNamesStay) {
           // Only like the names of devices.
           u"CONTRACT", u"COM", u"COM10", u"COMA", u"LPT\u2074", u"LPT\u00BA", u"CONIN", u"a.CON", u" NUL",
           u"NUL x.txt"})
-        ExpectNames({{title, title}});
+        EXPECT_EQ(Valid(title), title);
 }
 
 TEST(GValidFileName, ReplacesWhatWindowsRefuses) {
-    ExpectNames({
-        {u"a<b>c:d\"e/f\\g|h?i*j", u"a_b_c_d_e_f_g_h_i_j"},
-        {std::u16string_view(u"a\0b", 3), u"a_b"},
-        {u"tab\tline\r\nend\x1F!", u"tab_line__end_!"},
-        {u"\x20\x1F\x21", u" _!"},
-        {u"???", u"___"},
-        {u"..\\..\\windows\\win.ini", u".._.._windows_win.ini"},
-        {u"\\\\?\\C:\\x", u"____C__x"},
-        {u"report.txt::$DATA", u"report.txt__$DATA"},
-    });
+    ExpectNames({u"a<b>c:d\"e/f\\g|h?i*j -> a_b_c_d_e_f_g_h_i_j",
+                 {u"a\0b -> a_b", 10},
+                 u"tab\tline\r\nend\x1F! -> tab_line__end_!",
+                 u"\x20\x1F\x21 ->  _!",
+                 u"??? -> ___",
+                 u"..\\..\\windows\\win.ini -> .._.._windows_win.ini",
+                 u"\\\\?\\C:\\x -> ____C__x",
+                 u"report.txt::$DATA -> report.txt__$DATA"});
 }
 
 TEST(GValidFileName, IsNeverEmptyAndEndsInNoDotOrBlank) {
-    ExpectNames({
-        {u"", u"_"},
-        {u".", u"_"},
-        {u"..", u"__"},
-        {u"   ", u"___"},
-        {u". .", u"___"},
-        {u"Report. . .", u"Report_____"},
-        {u"a.b.", u"a.b_"},
-        {u".foo", u"_foo"},
-        {u".foo.", u"_foo_"},
-        {u"..foo", u"_.foo"},
-        {u" .foo", u"_.foo"},
-        {u" . .foo", u"___.foo"},
-    });
+    ExpectNames({u" -> _", u". -> _", u".. -> __", u"    -> ___", u". . -> ___",
+                 u"Report. . . -> Report_____", u"a.b. -> a.b_", u".foo -> _foo", u".foo. -> _foo_",
+                 u"..foo -> _.foo", u" .foo -> _.foo", u" . .foo -> ___.foo"});
 }
 
 TEST(GValidFileName, DefusesDeviceNames) {
-    ExpectNames({
-        {u"CON", u"_CON"},
-        {u"prn", u"_prn"},
-        {u"Aux.txt", u"_Aux.txt"},
-        {u"nul.tar.gz", u"_nul.tar.gz"},
-        {u"NUL   .a.txt", u"_NUL   .a.txt"},
-        {u"NUL..txt", u"_NUL..txt"},
-        {u"com1", u"_com1"},
-        {u"COM0.log", u"_COM0.log"},
-        {u"LPT9", u"_LPT9"},
-        {u"COM\u00B9", u"_COM\u00B9"},
-        {u"LPT\u00B2.x", u"_LPT\u00B2.x"},
-        {u"lpt\u00B3", u"_lpt\u00B3"},
-        {u"CONIN$", u"_CONIN$"},
-        {u"conout$.txt", u"_conout$.txt"},
-        {u"NUL..", u"NUL__"},
-        {u"CON ", u"CON_"},
-        {u"NUL:", u"NUL_"},
-    });
+    ExpectNames({u"CON -> _CON", u"prn -> _prn", u"Aux.txt -> _Aux.txt", u"nul.tar.gz -> _nul.tar.gz",
+                 u"NUL   .a.txt -> _NUL   .a.txt", u"NUL..txt -> _NUL..txt", u"com1 -> _com1",
+                 u"COM0.log -> _COM0.log", u"LPT9 -> _LPT9", u"COM\u00B9 -> _COM\u00B9",
+                 u"LPT\u00B2.x -> _LPT\u00B2.x", u"lpt\u00B3 -> _lpt\u00B3", u"CONIN$ -> _CONIN$",
+                 u"conout$.txt -> _conout$.txt", u"NUL.. -> NUL__", u"CON  -> CON_", u"NUL: -> NUL_"});
 }
 
 TEST(GValidFileName, LeavesRoomForAnExtension) {
