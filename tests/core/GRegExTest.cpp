@@ -11,11 +11,9 @@ namespace {
 
 TEST(GRegEx, MatchesWholeTexts) {
     const std::tuple<const char*, const char16_t*, const char16_t*, bool> rows[] = {
-        {"the same letters", u"abc", u"abc", true},
         {"a part only", u"abc", u"abcd", false},
         {"nothing", u"", u"", true},
         {"case", u"abc", u"aBc", false},
-        {"case ignored", u"(?i)abc", u"aBc", true},
         {"case ignored beyond ASCII", u"(?i)\u00E4\u0436", u"\u00C4\u0416", true},
         {"case ignored in a range", u"(?i)[\u0430-\u044F]+", u"\u0416\u0410", true},
         {"a range goes by code", u"[a-z]", u"\u00E9", false},
@@ -25,7 +23,6 @@ TEST(GRegEx, MatchesWholeTexts) {
         {"white space", u"\\s+", u" \t\r\n\u00A0\u3000", true},
         {"no white space", u"\\S", u" ", false},
         {"named classes", u"[[:upper:]][[:lower:]][[:digit:]][[:punct:]][[:xdigit:]]", u"Ab1!f", true},
-        {"a capital is not lower case", u"[[:lower:]]", u"A", false},
         {"a code in hexadecimal digits", u"\\x{20AC}", u"\u20AC", true},
         {"a surrogate pair is two characters", u"..", u"\xD83D\xDE00", true},
         {"a back reference", u"(a+)-\\1", u"aa-aa", true},
@@ -40,12 +37,10 @@ TEST(GRegEx, FindsTheFirstMatchFromAPositionOn) {
     const GRange none(7, 8);  // what the call leaves as it was
     const std::tuple<const char*, const char*, const char*, long, GRange> rows[] = {
         {"from before the start", "\\d+", "a12b345c", -5, {1, 2}},
-        {"from the start", "\\d+", "a12b345c", 0, {1, 2}},
         {"where the search starts", "\\d+", "a12b345c", 1, {1, 2}},
         {"the rest of a match", "\\d+", "a12b345c", 2, {2, 2}},
         {"the next", "\\d+", "a12b345c", 3, {4, 6}},
         {"beyond the last", "\\d+", "a12b345c", 7, none},
-        {"at the end", "\\d+", "a12b345c", 8, none},
         {"beyond the end", "\\d+", "a12b345c", 0x7FFFFFFF, none},
         {"what stands before counts for a word's start", "\\bcat", "concat", 3, none},
         {"and for the text's", "\\Aa", "aa", 1, none},
@@ -80,7 +75,6 @@ TEST(GRegEx, GivesTheTextsOfGroups) {
 
 TEST(GRegEx, ReplacesAllMatches) {
     const std::tuple<const char*, const char*, const char*, const char*, const char*> rows[] = {
-        {"no match", "x", "abc", "-", "abc"},
         {"every match", "b", "abcb", "-", "a-c-"},
         {"removal", "[aeiou]", "education", "", "dctn"},
         {"groups", "(\\w+) (\\w+)", "one two", "$2 $1", "two one"},
@@ -93,23 +87,19 @@ TEST(GRegEx, ReplacesAllMatches) {
             << what;
 }
 
-TEST(GRegEx, RefusesWhatIsMalformedOrNestedTooDeep) {
+TEST(GRegEx, RefusesWhatIsMalformedOrTooDeepAndGivesUpWhatWouldTakeForEver) {
     const std::string deep = std::string(100000, '(') + std::string(100000, ')');
     for (const char* expression : {"(", "[a", "a{2,1}", "*a", "(?<", "[[:nosuch:]]", "\\", deep.c_str()})
         EXPECT_THROW(GRegEx{GString(expression)}, GCustomException) << std::string(expression, 0, 20);
-}
-
-TEST(GRegEx, AnExpressionThatWouldTakeForEverGivesUp) {
-    const GRegEx expression(GString("(a|aa|a?)+$"));
-    EXPECT_THROW(expression.Matches(GString((std::string(240, 'a') + "b").c_str())), GCustomException);
+    const GRegEx slow(GString("(a|aa|a?)+$"));
+    EXPECT_THROW(slow.Matches(GString((std::string(240, 'a') + "b").c_str())), GCustomException);
 }
 
 TEST(GRegEx, CanBeMoved) {
     GRegEx first(GString("a+"));
-    GRegEx second(std::move(first));
-    EXPECT_TRUE(second.Matches(GString("aaa")));
+    const GRegEx second(std::move(first));
     first = GRegEx(GString("b"));
-    EXPECT_TRUE(first.Matches(GString("b")));
+    EXPECT_TRUE(second.Matches(GString("aaa")) && first.Matches(GString("b")));
 }
 
 }  // namespace

@@ -41,22 +41,16 @@ bool ReferenceLess(const GString& a, const GString& b) {
 
 TEST(GStringSupport, NaturalOrder) {
     const std::tuple<const char*, const char16_t*, const char16_t*, bool> rows[] = {
-        {"numbers by value", u"file9", u"file10", true},
         {"numbers by value in the middle", u"page 9 of 10", u"page 10 of 2", true},
-        {"the second number", u"1.9", u"1.10", true},
         {"leading zeros do not count", u"a007b", u"a7c", true},
         {"a number before a letter behind it", u"7", u"7a", true},
-        {"no digits", u"abc", u"abd", true},
         {"a digit against a letter", u"a1", u"ab", true},
         {"a digit against the end", u"a", u"a1", true},
-        {"different beginnings", u"a10", u"b9", true},
-        {"digits at different places", u"ab1", u"b1", true},
         {"the byte order of the rest", u"1\u0100", u"1\u00FF", true},
         {"numbers up to the largest", u"n2147483646", u"n2147483647", true},
         {"digits of other scripts are letters", u"9", u"\u0661", true},
         {"prefix longer than a vector", u"abcdefghijklmnopqrst 9", u"abcdefghijklmnopqrst 10", true},
         {"nothing", u"", u"", false},
-        {"the same", u"file10.txt", u"file10.txt", false},
         {"nothing but leading zeros", u"a007", u"a7", false},
         {"numbers beyond 32 bits count as the largest", u"n2147483647", u"n99999999999999999999", false},
     };
@@ -116,20 +110,14 @@ TEST(GStringSupport, IncreasesNumericSuffixes) {
         {"Report (2)", 0, "Report (3)"},
         {"Report (9)", 0, "Report (10)"},
         {"Report (9)", 8, "Repo(10)"},
-        {"Report (9)", 11, "Report (10)"},
         {"Report (9)", 10, "Report(10)"},
         {"Report (x)", 0, "Report (x) (2)"},
         {"Report (02)", 0, "Report (02) (2)"},
-        {"Report (+2)", 0, "Report (+2) (2)"},
-        {"Report (-1)", 0, "Report (0)"},
         {"Report ()", 0, "Report () (2)"},
-        {"Report (2) ", 0, "Report (2)  (2)"},
         {"Report ((2)", 0, "Report ((3)"},
         {"(2)", 0, "(2) (2)"},
         {"a(2)", 0, "a(3)"},
-        {"a)", 0, "a) (2)"},
         {"", 0, " (2)"},
-        {"Report", 10, "Report (2)"},
         {"Report", 9, "Repor (2)"},
         {"Report", 3, " (2)"},
         {"Report (2147483647)", 0, "Report (2147483648)"},
@@ -171,32 +159,26 @@ TEST(GStringSupport, StripsWhiteSpace) {
 }
 
 TEST(GStringSupport, EscapesAndQuotes) {
-    const std::pair<const char*, std::string> rows[] = {{"", ""},
-                                                        {"plain", "plain"},
-                                                        {"a\tb", "a\\tb"},
-                                                        {"a\r\nb\rc\nd\n\re", "a\\nb\\nc\\nd\\ne"},
-                                                        {"say \"hi\" it's", "say \\\"hi\\\" it's"},
-                                                        {"C:\\x", "C:\\\\x"}};
-    for (const auto& [before, escaped] : rows) {
-        GString text(before);
-        GStringSupport::ReplaceSpecialChars(text);
-        EXPECT_TRUE(text == GString(escaped.c_str())) << before;
-        text.Set(before);
-        GStringSupport::QuoteString(text);
-        EXPECT_TRUE(text == GString(("\"" + escaped + "\"").c_str())) << before;
-    }
-    GString lines("a\r\nb\n\rc\nd");
-    GStringSupport::ReplaceSpecialEndCharsWithDefaultChar(lines);
-    EXPECT_TRUE(lines == GString("a@b@c@d"));
+    const GString before("\r\n\r\n\r\tC:\\ \"it's\"");
+    GString text(before);
+    GStringSupport::ReplaceSpecialChars(text);
+    EXPECT_TRUE(text == GString("\\n\\n\\n\\tC:\\\\ \\\"it's\\\""));
+    text = before;
+    GStringSupport::QuoteString(text);
+    EXPECT_TRUE(text == GString("\"\\n\\n\\n\\tC:\\\\ \\\"it's\\\"\""));
+    text = GString();
+    GStringSupport::QuoteString(text);
+    EXPECT_TRUE(text == GString("\"\""));
+    text.Set("a\r\nb\n\rc\nd");
+    GStringSupport::ReplaceSpecialEndCharsWithDefaultChar(text);
+    EXPECT_TRUE(text == GString("a@b@c@d"));
 }
 
 TEST(GStringSupport, SplitsAtWholeSeparators) {
     const std::tuple<const char*, GString, Units, Units> rows[] = {
-        {"a,b", GString(","), {u"a", u"b"}, {u"a", u"b"}},
         {"a,,b,", GString(","), {u"a", u"b"}, {u"a", u"", u"b", u""}},
         {",a", GString(","), {u"a"}, {u"", u"a"}},
         {"", GString(","), {}, {u""}},
-        {",", GString(","), {}, {u"", u""}},
         {"a, b,c", GString(", "), {u"a", u"b,c"}, {u"a", u"b,c"}},
         {"aaa", GString("aa"), {u"a"}, {u"", u"a"}},
         {"abc", GString(""), {u"abc"}, {u"abc"}},
@@ -215,66 +197,56 @@ TEST(GStringSupport, SplitsAtWholeSeparators) {
     EXPECT_EQ(UnitsOf(own), (Units{u"a", u"b"})) << "the text may stand in the table";
 }
 
-TEST(GStringSupport, JoinsWithSeparators) {
+TEST(GStringSupport, JoinsWithSeparatorsAndReplacesInOrder) {
     GString out("old");
     GStringSupport::StringTableToSeparatedString({}, GString(","), out);
     EXPECT_TRUE(out.IsEmpty());
-    GStringSupport::StringTableToSeparatedString({GString("a")}, GString(","), out);
-    EXPECT_TRUE(out == GString("a"));
     GStringSupport::StringTableToSeparatedString({GString("a"), GString(), GString("b")}, GString(", "), out);
     EXPECT_TRUE(out == GString("a, , b"));
-}
-
-TEST(GStringSupport, SearchesAndReplacesInOrder) {
-    GString text("ab-ab");
     GStringSupport::SearchAndReplace(
-        text, {{GString("a"), GString("b")}, {GString("b"), GString("c")}, {GString(""), GString("x")}});
-    EXPECT_TRUE(text == GString("cc-cc"));
+        out, {{GString("a"), GString("b")}, {GString("b"), GString("c")}, {GString(""), GString("x")}});
+    EXPECT_TRUE(out == GString("c, , c"));
 }
 
-TEST(GStringSupport, ChoosesAnEncodingForText) {
+TEST(GStringSupport, ChoosesAnEncoding) {
     const GEncoding* ascii = GASCIIEncoding::GetInstance();
     const GEncoding* winAnsi = GWinAnsiEncoding::GetInstance();
     const GEncoding* macRoman = GMacRomanEncoding::GetInstance();
     const GEncoding* utf8 = GUTF8Encoding::GetInstance();
-    GBuffer out;
-    EXPECT_EQ(GStringSupport::GetBuffer(GString("abc"), out), ascii);
-    EXPECT_EQ(BytesOf(out), "abc");
-    EXPECT_EQ(GStringSupport::GetBuffer(StringOf(u"\u20AC"), out), winAnsi);
-    EXPECT_EQ(BytesOf(out), "\x80");
-    EXPECT_EQ(GStringSupport::GetBuffer(StringOf(u"\u4E00"), out), utf8);
-    EXPECT_EQ(BytesOf(out), "\xE4\xB8\x80");
-    EXPECT_EQ(GStringSupport::GetBuffer(StringOf(u"\u00E4"), out, {nullptr, macRoman, winAnsi}), macRoman);
-    EXPECT_EQ(BytesOf(out), "\x8A");
-    EXPECT_EQ(GStringSupport::GetBuffer(StringOf(u"\u00E4"), out, {ascii}), utf8);
-    EXPECT_EQ(BytesOf(out), "\xC3\xA4");
-}
-
-TEST(GStringSupport, ChoosesAnEncodingForBytes) {
-    const GEncoding* ascii = GASCIIEncoding::GetInstance();
-    const GEncoding* winAnsi = GWinAnsiEncoding::GetInstance();
-    const GEncoding* macRoman = GMacRomanEncoding::GetInstance();
-    const GEncoding* utf8 = GUTF8Encoding::GetInstance();
-    const std::tuple<const char*, const char*, const GEncoding*, std::u16string> rows[] = {
-        {"nothing", "", ascii, u""},
-        {"ASCII", "abc", ascii, u"abc"},
-        {"UTF-8", "\xC3\xA4", utf8, u"\u00E4"},
-        {"WinAnsi", "\xE4", winAnsi, u"\u00E4"},
-        {"MacRoman, since WinAnsi lacks a code", "\xE4\x81", macRoman, u"\u2030\u00C5"},
-        {"none: the last", "\x81\xF0", macRoman, u"\u00C5@"},
+    const GTable<const GEncoding*> forText{ascii, winAnsi}, forBytes{ascii, utf8, winAnsi, macRoman};
+    const GTable<const GEncoding*> apple{nullptr, macRoman, winAnsi}, plain{ascii}, none;
+    const std::tuple<GTable<const GEncoding*>, const char16_t*, const char*, const GEncoding*> texts[] = {
+        {forText, u"abc", "abc", ascii},
+        {forText, u"\u20AC", "\x80", winAnsi},
+        {forText, u"\u4E00", "\xE4\xB8\x80", utf8},
+        {apple, u"\u00E4", "\x8A", macRoman},
+        {plain, u"\u00E4", "\xC3\xA4", utf8},
+        {none, u"a", "a", utf8},
     };
-    for (const auto& [what, bytes, encoding, units] : rows) {
-        SCOPED_TRACE(what);
-        GString text;
-        EXPECT_EQ(GStringSupport::AssignEncoding(GBuffer(bytes), text), encoding);
+    for (const auto& [candidates, text, bytes, encoding] : texts) {
+        GBuffer out;
+        EXPECT_EQ(GStringSupport::GetBuffer(StringOf(text), out, candidates), encoding) << bytes;
+        EXPECT_EQ(out, bytes);
+        EXPECT_TRUE(!(candidates == forText) || GStringSupport::GetBuffer(StringOf(text), out) == encoding);
+    }
+    const std::tuple<GTable<const GEncoding*>, const char*, const char16_t*, const GEncoding*> buffers[] = {
+        {forBytes, "", u"", ascii},
+        {forBytes, "abc", u"abc", ascii},
+        {forBytes, "\xC3\xA4", u"\u00E4", utf8},
+        {forBytes, "\xE4", u"\u00E4", winAnsi},
+        {forBytes, "\xE4\x81", u"\u2030\u00C5", macRoman},  // a code that WinAnsi lacks
+        {forBytes, "\x81\xF0", u"\u00C5@", macRoman},       // none fits: the last
+        {apple, "\xE4", u"\u2030", macRoman},
+        {none, "abc", u"", nullptr},
+    };
+    for (const auto& [candidates, bytes, units, encoding] : buffers) {
+        GString text("old");
+        EXPECT_EQ(GStringSupport::AssignEncoding(GBuffer(bytes), text, candidates), encoding) << bytes;
         EXPECT_EQ(text.GetEncoding(), encoding);
         EXPECT_EQ(UnitsOf(text), units);
+        EXPECT_TRUE(!(candidates == forBytes) ||
+                    GStringSupport::AssignEncoding(GBuffer(bytes), text) == encoding);
     }
-    GString text("old");
-    EXPECT_EQ(GStringSupport::AssignEncoding(GBuffer("\xE4"), text, {nullptr, utf8, winAnsi}), winAnsi);
-    EXPECT_EQ(UnitsOf(text), u"\u00E4");
-    EXPECT_EQ(GStringSupport::AssignEncoding(GBuffer("abc"), text, GTable<const GEncoding*>()), nullptr);
-    EXPECT_TRUE(text.IsEmpty());
 }
 
 TEST(GStringSupport, EmailAddresses) {

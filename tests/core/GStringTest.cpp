@@ -54,15 +54,12 @@ TEST(GString, EveryWayOfMakingOneSetsBytesAndEncoding) {
         {"a text without encoding", GString("ab", nullptr), "", "NULL"},
         {"a text of units", GString(reinterpret_cast<const char*>(u"a"), Unicode()), "a\0"s,
          "UnicodeEncoding"},
-        {"a text, at once UTF-16", GString("a", WinAnsi(), false), "a\0"s, "UnicodeEncoding"},
         {"bytes in an encoding", GString(raw, 2, WinAnsi()), "a\xE9", "WinAnsiEncoding"},
         {"bytes of negative length", GString(raw, -1, WinAnsi()), "", "WinAnsiEncoding"},
         {"null bytes", GString(nullptr, 5, WinAnsi()), "", "WinAnsiEncoding"},
         {"a buffer in an encoding", GString(bytes, WinAnsi()), "a\xE9", "WinAnsiEncoding"},
         {"a buffer, at once UTF-16", GString(bytes, WinAnsi(), false), "a\0\xE9\0"s, "UnicodeEncoding"},
-        {"a number", GString(12), "12", "ASCIIEncoding"},
         {"UTF-8", GString::FromUTF8("\xC3\xA9"), "\xC3\xA9", "UTF-8Encoding"},
-        {"no UTF-8", GString::FromUTF8(nullptr), "", "UTF-8Encoding"},
         {"UTF-16, composed", GString::FromUTF16(units, 2), "\xE9\0"s, "UnicodeEncoding"},
         {"UTF-16 of negative length", GString::FromUTF16(units, -3), "", "UnicodeEncoding"},
         {"no UTF-16", GString::FromUTF16(nullptr, 5), "", "UnicodeEncoding"},
@@ -129,12 +126,13 @@ TEST(GString, CopiesAreIndependent) {
     GString second(first);
     second.SetChar(0, 'x');
     EXPECT_TRUE(first == GString("abc"));
-    EXPECT_TRUE(second == GString("xbc"));
     first = second;
-    first += GString("d");
+    first += static_cast<unsigned short>(0x4E00);
     EXPECT_TRUE(second == GString("xbc"));
-    const GString moved(std::move(first));
-    EXPECT_TRUE(moved == GString("xbcd"));
+    first.Swap(second);
+    const GString moved(std::move(second));
+    EXPECT_EQ(UnitsOf(moved + first), u"xbc\u4E00xbc");
+    EXPECT_TRUE(GString() + first + GString() == first);
 }
 
 TEST(GString, BorrowedBytesAreNeverWritten) {
@@ -165,28 +163,22 @@ TEST(GString, UTF16PointerIsZeroTerminatedAndAligned) {
     EXPECT_EQ(units[2], 0);
 }
 
-TEST(GString, CharactersOutOfRangeReadAsZeroAndAreNotWritten) {
+TEST(GString, PositionsOutOfRangeReadAsZeroAndAreNotWritten) {
     GString text("abc");
     for (const auto& [position, unit] : {std::pair(0L, 'a'), {2, 'c'}, {3, 0}, {-1, 0}, {0x7FFFFFFF, 0}})
         EXPECT_EQ(text[position], unit) << position;
-    text.SetChar(2, 'z');
-    text.SetChar(3, 'x');
-    text.SetChar(-1, 'x');
+    for (const long position : {2L, 3L, -1L}) text.SetChar(position, 'z');
     EXPECT_TRUE(text == GString("abz"));
 }
 
 TEST(GString, LengthCanBeSet) {
     GString text("abc");
-    text.SetLength(2);
-    EXPECT_TRUE(text == GString("ab"));
-    text.SetLength(4);
-    EXPECT_EQ(UnitsOf(text), u"ab\0\0"sv);
-    EXPECT_THROW(text.SetLength(0x7FFFFFFF), GMemoryException);
-    EXPECT_EQ(UnitsOf(text), u"ab\0\0"sv);
-    text.SetLength(-1);
-    EXPECT_TRUE(text.IsEmpty());
-    text.SetLength(1);
-    EXPECT_EQ(UnitsOf(text), u"\0"sv);
+    for (const auto& [length, units] : {std::pair(2, u"ab"sv), {4, u"ab\0\0"sv}, {-1, u""sv}, {1, u"\0"sv}}) {
+        text.SetLength(length);
+        EXPECT_EQ(UnitsOf(text), units) << length;
+        EXPECT_THROW(text.SetLength(0x7FFFFFFF), GMemoryException);
+        EXPECT_EQ(UnitsOf(text), units) << "as it was";
+    }
 }
 
 TEST(GString, InsertsAndRemoves) {
@@ -266,33 +258,25 @@ TEST(GString, Finds) {
     const GString text("abcabc");
     const unsigned short set[] = {'x', 'c', 'b'};
     const std::tuple<const char*, long, long> rows[] = {
-        {"a text", text.Find(GString("bc"), 0), 1},
         {"a text where the search starts", text.Find(GString("bc"), 1), 1},
         {"a text behind", text.Find(GString("bc"), 2), 4},
         {"a text beyond the last", text.Find(GString("bc"), 5), -1},
-        {"more than the whole", text.Find(GString("abcabca"), 0), -1},
         {"an empty text", text.Find(GString(""), 3), 0},
         {"an empty text in nothing", GString().Find(GString(), 0), 0},
         {"from before the start", text.Find(GString("a"), -5), 0},
         {"whole units only", StringOf(u"\u0141\u4101").Find(GString("A")), -1},
         {"half a surrogate pair", StringOf(u"\xD83D\xDE00").Find(StringOf(u"\xDE00")), 1},
-        {"a unit", text.FindFirst('b', 0), 1},
-        {"a unit behind", text.FindFirst('b', 2), 4},
-        {"a unit beyond the last", text.FindFirst('b', 5), -1},
+        {"a unit", text.FindFirst('b', 2), 4},
         {"a unit beyond the end", text.FindFirst('b', 0x7FFFFFFF), -1},
-        {"one of a set", text.FindFirst(set, 3, 0), 1},
-        {"one of a set behind", text.FindFirst(set, 3, 3), 4},
+        {"one of a set", text.FindFirst(set, 3, 3), 4},
         {"one of an empty set", text.FindFirst(set, 0, 0), -1},
-        {"another unit", text.FindFirstNot('a', 0), 1},
-        {"another unit behind", text.FindFirstNot('c', 2), 3},
+        {"another unit", text.FindFirstNot('c', 2), 3},
         {"another unit of equal ones", GString("aaa").FindFirstNot('a', 0), -1},
         {"none of a set", text.FindFirstNot(set, 3, 1), 3},
-        {"the last", text.FindLast('a', 5), 3},
         {"the last where the search ends", text.FindLast('a', 3), 3},
         {"the last before", text.FindLast('a', 2), 0},
         {"the last beyond the end", text.FindLast('a', 0x7FFFFFFF), 3},
         {"the last before the start", text.FindLast('a', -1), -1},
-        {"the last of none", text.FindLast('x', 5), -1},
     };
     for (const auto& [what, found, expected] : rows) EXPECT_EQ(found, expected) << what;
 }
@@ -305,7 +289,6 @@ TEST(GString, ConvertsOut) {
         {"invalid input stops", GString("ab\xFF", UTF8()), Unicode(), "a\0b\0"s, 4},
         {"a character is missing", GString("\xE2\x82\xAC", UTF8()), GMacRomanEncoding::GetInstance(), "@", 2},
         {"all characters are there", GString("\xE2\x82\xAC", UTF8()), WinAnsi(), "\x80", 1},
-        {"composed", GString("e\xCC\x81", UTF8()), Unicode(), "\xE9\0"s, 1},
     };
     for (const auto& [what, text, target, bytes, result] : rows) {
         SCOPED_TRACE(what);
@@ -318,7 +301,6 @@ TEST(GString, ConvertsOut) {
 
 TEST(GString, CompatibleBytes) {
     const std::tuple<const char*, std::string_view, const GEncoding*, bool> rows[] = {
-        {"ASCII", "abc", GASCIIEncoding::GetInstance(), true},
         {"not ASCII", "\x80", GASCIIEncoding::GetInstance(), false},
         {"WinAnsi", "\x80", WinAnsi(), true},
         {"not WinAnsi", "\x81", WinAnsi(), false},
@@ -327,7 +309,6 @@ TEST(GString, CompatibleBytes) {
         {"UTF-8", "\xC3\xA9", UTF8(), true},
         {"not UTF-8", "\xC3", UTF8(), false},
         {"a zero byte in UTF-8", "\0"sv, UTF8(), false},
-        {"UTF-16", "a\0"sv, Unicode(), true},
         {"half a unit", "a"sv, Unicode(), false},
         {"others are not asked", "\x01\x7F", GMacExpertEncoding::GetInstance(), true},
         {"no encoding", "abc", nullptr, true},
@@ -350,35 +331,19 @@ TEST(GString, NormalizeKeepsTheEncodingOrNotAndClearDoes) {
     }
 }
 
-TEST(GString, Joins) {
-    EXPECT_TRUE(GString("ab") + GString("cd") == GString("abcd"));
-    EXPECT_TRUE(GString() + GString("cd") == GString("cd"));
-    EXPECT_TRUE(GString("ab") + GString() == GString("ab"));
-    GString text("a");
-    text += static_cast<unsigned short>(0x4E00);
-    EXPECT_EQ(UnitsOf(text), u"a\u4E00");
-    GString other("x");
-    text.Swap(other);
-    EXPECT_TRUE(text == GString("x"));
-    EXPECT_EQ(UnitsOf(other), u"a\u4E00");
-}
-
 TEST(GString, SubstitutesParameters) {
     const std::tuple<const char*, const char*, std::vector<const char*>, const char*> rows[] = {
-        {"by number", "%1 of %2", {"3", "7"}, "3 of 7"},
-        {"by number, the other way round", "%2 of %1", {"3", "7"}, "7 of 3"},
+        {"by number", "%2 of %1", {"3", "7"}, "7 of 3"},
         {"a number twice", "%1%1", {"a", "b"}, "aa"},
         {"a number without a parameter", "%3", {"a", "b"}, "%3"},
         {"number zero", "%0", {"a", "b"}, "%0"},
-        {"in order", "%s-%s-%s", {"a", "b"}, "a-b-%s"},
-        {"in order and by number", "%s %1 %s", {"a", "b"}, "a a b"},
+        {"in order and by number", "%s %1 %s %s", {"a", "b"}, "a a b %s"},
         {"at the end", "100%", {"a", "b"}, "100%"},
         {"two signs", "%%1", {"a", "b"}, "%a"},
         {"anything else", "%d %x %", {"a", "b"}, "%d %x %"},
         {"a marker in a parameter", "%1 %2", {"%2", "%1"}, "%2 %1"},
         {"halves of a marker", "%%1", {"1", "b"}, "%1"},
         {"an empty parameter", "<%1>", {"", "b"}, "<>"},
-        {"none", "abc", {"a", "b"}, "abc"},
         {"nothing", "", {"a", "b"}, ""},
         {"the ninth", "%9", {"1", "2", "3", "4", "5", "6", "7", "8", "i"}, "i"},
         {"two digits are one and a digit", "%10", {"x", "y"}, "x0"},
