@@ -1,59 +1,60 @@
 #include "framework/core/GSimpleEncoding.h"
 
-#include <gtest/gtest.h>
-
 #include "framework/core/GCharCode.h"
 #include "framework/core/GSharedObject.h"
 #include "tests/core/EncodingForTests.h"
 
 namespace {
 
-TEST(GSimpleEncoding, MappingsCanBeAddedAndReplaced) {
-    GSharedObject<GSimpleEncoding> encoding(new GSimpleEncoding);
-    EXPECT_TRUE(encoding->HasMapping(0x0A));
-    EXPECT_FALSE(encoding->HasMapping('A'));
-    encoding->AddMapping('A', static_cast<unsigned short>(0x0410));
-    encoding->AddMapping('B', GBuffer("beta"), static_cast<unsigned short>(0x03B2));
-    encoding->AddMapping('C', GBuffer("Euro"));
-    encoding->AddMapping('D', GBuffer("nosuchglyph"));
-    EXPECT_FALSE(encoding->HasMapping('D'));
-    EXPECT_EQ(Read(encoding.Get(), "ABC").units, u"\u0410\u03B2\u20AC");
-    EXPECT_EQ(Write(encoding.Get(), u"\u20AC\u03B2\u0410").bytes, "CBA");
-    encoding->AddMapping('B', static_cast<unsigned short>(0x0411));
-    EXPECT_EQ(Write(encoding.Get(), u"\u0411").bytes, "B");
-    EXPECT_EQ(Write(encoding.Get(), u"\u03B2").result, 2) << "the old mapping is gone";
+class ASimpleEncoding : public testing::Test {
+protected:
+    void Map(unsigned char code, unsigned short unit) { mEncoding->AddMapping(code, unit); }
+    Written WriteUnits(std::u16string_view units) const { return Write(mEncoding.Get(), units); }
+
+    GSharedObject<GSimpleEncoding> mEncoding{new GSimpleEncoding};
+};
+
+TEST_F(ASimpleEncoding, TakesMappingsAndReplacesThem) {
+    EXPECT_TRUE(mEncoding->HasMapping(0x0A));
+    EXPECT_FALSE(mEncoding->HasMapping('A'));
+    Map('A', 0x0410);
+    mEncoding->AddMapping('B', GBuffer("beta"), static_cast<unsigned short>(0x03B2));
+    mEncoding->AddMapping('C', GBuffer("Euro"));
+    mEncoding->AddMapping('D', GBuffer("nosuchglyph"));
+    EXPECT_FALSE(mEncoding->HasMapping('D'));
+    EXPECT_EQ(Read(mEncoding.Get(), "ABC").units, u"\u0410\u03B2\u20AC");
+    EXPECT_EQ(WriteUnits(u"\u20AC\u03B2\u0410").bytes, "CBA");
+    Map('B', 0x0411);
+    EXPECT_EQ(WriteUnits(u"\u0411").bytes, "B");
+    EXPECT_EQ(WriteUnits(u"\u03B2").result, 2) << "the old mapping is gone";
 }
 
-TEST(GSimpleEncoding, AUnitGoesBackToTheLowestOfItsCodes) {
-    GSharedObject<GSimpleEncoding> encoding(new GSimpleEncoding);
-    encoding->AddMapping('z', static_cast<unsigned short>(0x0416));
-    encoding->AddMapping('a', static_cast<unsigned short>(0x0416));
-    EXPECT_EQ(Write(encoding.Get(), u"\u0416").bytes, "a");
-    encoding->AddMapping('a', static_cast<unsigned short>('a'));
-    EXPECT_EQ(Write(encoding.Get(), u"\u0416").bytes, "z");
-    GCharCode code(static_cast<unsigned short>(0x0417));
-    encoding->AddMapping('b', GBuffer(), code, false);
-    EXPECT_EQ(Read(encoding.Get(), "b").units, u"\u0417");
-    EXPECT_EQ(Write(encoding.Get(), u"\u0417").result, 2);
+TEST_F(ASimpleEncoding, WritesAUnitAsTheLowestOfItsCodes) {
+    Map('z', 0x0416);
+    Map('a', 0x0416);
+    EXPECT_EQ(WriteUnits(u"\u0416").bytes, "a");
+    Map('a', 'a');
+    EXPECT_EQ(WriteUnits(u"\u0416").bytes, "z");
+    mEncoding->AddMapping('b', GBuffer(), GCharCode(static_cast<unsigned short>(0x0417)), false);
+    EXPECT_EQ(Read(mEncoding.Get(), "b").units, u"\u0417");
+    EXPECT_EQ(WriteUnits(u"\u0417").result, 2) << "a mapping for reading only";
+    Map('b', 'b');
+    EXPECT_EQ(WriteUnits(u"b").bytes, "b");
 }
 
-TEST(GSimpleEncoding, ACodeMayStandForSeveralUnits) {
-    GSharedObject<GSimpleEncoding> encoding(new GSimpleEncoding);
+TEST_F(ASimpleEncoding, ReadsACodeThatStandsForSeveralUnits) {
     const unsigned short units[] = {0x05D3, 0x05B2};
-    encoding->AddMapping('x', GCharCode(units, 2));
-    encoding->AddMapping('y', static_cast<unsigned short>('y'));
-    const Conversion read = Read(encoding.Get(), "yxqx");
-    EXPECT_EQ(read.units, u"y\u05D3\u05B2@\u05D3\u05B2");
-    EXPECT_EQ(read.result, 2);
-    EXPECT_EQ(Write(encoding.Get(), u"\u05D3").bytes, "@") << "a sequence is not written";
+    mEncoding->AddMapping('x', GCharCode(units, 2));
+    Map('y', 'y');
+    EXPECT_EQ(Read(mEncoding.Get(), "yxqx"), (Conversion{u"y\u05D3\u05B2@\u05D3\u05B2", 2}));
+    EXPECT_EQ(WriteUnits(u"\u05D3").bytes, "@") << "a sequence is not written";
 }
 
-TEST(GSimpleEncoding, EveryHighByteMayHaveCodes) {
-    GSharedObject<GSimpleEncoding> encoding(new GSimpleEncoding);
+TEST_F(ASimpleEncoding, MayHaveCodesForEveryHighByte) {
     for (int code = 0; code < 256; ++code)
-        encoding->AddMapping(static_cast<unsigned char>(code), static_cast<unsigned short>(code << 8 | code));
+        Map(static_cast<unsigned char>(code), static_cast<unsigned short>(code << 8 | code));
     for (int code = 0; code < 256; ++code)
-        EXPECT_EQ(Write(encoding.Get(), std::u16string(1, static_cast<char16_t>(code << 8 | code))).bytes,
+        EXPECT_EQ(WriteUnits(std::u16string(1, static_cast<char16_t>(code << 8 | code))).bytes,
                   std::string(1, static_cast<char>(code)));
 }
 

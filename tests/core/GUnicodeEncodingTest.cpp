@@ -1,22 +1,18 @@
 #include "framework/core/GUnicodeEncoding.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <thread>
 #include <vector>
 
 #include "framework/core/GCharCode.h"
 #include "framework/core/GTable.h"
-#include "tests/core/TextForTests.h"
+#include "tests/core/EncodingForTests.h"
 
 namespace {
 
+using namespace std::string_literals;
 using namespace std::string_view_literals;
-
-const GUnicodeEncoding* Unicode() {
-    return GUnicodeEncoding::GetInstance();
-}
 
 GCharCode CodeOf(std::u16string_view units) {
     GCharCode code;
@@ -31,11 +27,7 @@ std::u16string Compose(std::u16string_view units) {
 }
 
 TEST(GUnicodeEncoding, ComposesBasesWithMarks) {
-    const struct {
-        const char* what;
-        std::u16string_view units;
-        std::u16string composed;
-    } rows[] = {
+    const std::tuple<const char*, std::u16string_view, std::u16string> rows[] = {
         {"nothing", u"", u""},
         {"a letter", u"e", u"e"},
         {"one mark", u"e\u0301", u"\u00E9"},
@@ -64,10 +56,7 @@ TEST(GUnicodeEncoding, ComposesBasesWithMarks) {
         {"a vowel alone", u"\u1161\u11A8", u"\u1161\u11A8"},
         {"surrogates are left alone", u"\xD83D\xDE00\u0301", u"\xD83D\xDE00\u0301"},
     };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.what);
-        EXPECT_EQ(Compose(row.units), row.composed);
-    }
+    for (const auto& [what, units, composed] : rows) EXPECT_EQ(Compose(units), composed) << what;
 }
 
 // Units are looked at in groups of 8 and 64: a pair may lie in one group or across two.
@@ -87,43 +76,32 @@ TEST(GUnicodeEncoding, LongRunsOfMarksTakeOnePass) {
     EXPECT_EQ(Compose(u"q" + marks), u"q" + marks);
 }
 
-TEST(GUnicodeEncoding, TextInWhichNothingComposesIsNotCopied) {
-    static constexpr char16_t cText[] = u"Gr\u00FC\u00DFe \u0416\u4E00\u0E01\u0301";
+TEST(GUnicodeEncoding, BorrowedTextIsCopiedOnlyToBeComposed) {
+    static constexpr char16_t cPlain[] = u"Gr\u00FC\u00DFe \u0416\u4E00\u0E01\u0301";
     GBuffer buffer;
-    buffer.SetFromStatic(reinterpret_cast<const unsigned char*>(cText), sizeof cText - 2);
+    buffer.SetFromStatic(reinterpret_cast<const unsigned char*>(cPlain), sizeof cPlain - 2);
     EXPECT_EQ(&Unicode()->EnsureComposedUnicode(buffer), &buffer);
-    EXPECT_EQ(static_cast<const void*>(buffer.GetRawData()), static_cast<const void*>(cText));
-}
-
-TEST(GUnicodeEncoding, ABorrowedTextIsNotWritten) {
-    static constexpr char16_t cText[] = u"e\u0301";
-    GBuffer buffer;
-    buffer.SetFromStatic(reinterpret_cast<const unsigned char*>(cText), sizeof cText - 2);
-    Unicode()->EnsureComposedUnicode(buffer);
+    EXPECT_EQ(static_cast<const void*>(buffer.GetRawData()), static_cast<const void*>(cPlain));
+    static constexpr char16_t cMarked[] = u"e\u0301";
+    buffer.SetFromStatic(reinterpret_cast<const unsigned char*>(cMarked), sizeof cMarked - 2);
+    Unicode()->Normalize(buffer);
     EXPECT_EQ(UnitsOf(buffer), u"\u00E9");
-    EXPECT_EQ(std::u16string_view(cText), u"e\u0301");
+    EXPECT_EQ(std::u16string_view(cMarked), u"e\u0301");
 }
 
 TEST(GUnicodeEncoding, AnOddLastByteIsInvalid) {
-    GBuffer out;
-    EXPECT_EQ(Unicode()->ConvertTo(BufferOf("a\0b\0c"sv), Unicode(), out), 4);
-    EXPECT_EQ(UnitsOf(out), u"ab");
-    EXPECT_EQ(Unicode()->ConvertTo(BufferOf("a"sv), Unicode(), out), 4);
-    EXPECT_TRUE(out.IsEmpty());
-    EXPECT_EQ(Unicode()->ConvertFrom(BufferOf("a\0"sv), Unicode(), out), 1);
-    EXPECT_EQ(UnitsOf(out), u"a");
-}
-
-TEST(GUnicodeEncoding, NormalizeComposes) {
-    GBuffer buffer = BufferOf(u"e\u0301");
-    Unicode()->Normalize(buffer);
-    EXPECT_EQ(UnitsOf(buffer), u"\u00E9");
+    EXPECT_EQ(Read(Unicode(), "a\0b\0c"sv), (Conversion{u"ab", 4}));
+    EXPECT_EQ(Read(Unicode(), "a"), (Conversion{u"", 4}));
+    EXPECT_EQ(Write(Unicode(), BufferOf("a\0"sv), Unicode()), (Written{"a\0"s, 1}));
+    GBuffer odd = BufferOf("e\0\x01\x03z"sv);
+    Unicode()->EnsureComposedUnicode(odd);
+    EXPECT_EQ(BytesOf(odd), "\xE9\0z"sv) << "composing leaves it";
 }
 
 TEST(GUnicodeEncoding, GlyphNamesOfUnits) {
     const struct {
         char16_t unit;
-        const char* preferred;
+        const char* preferred;  // null: none
         std::vector<std::string> all;
     } rows[] = {
         {u'A', "A", {"A"}},
@@ -132,102 +110,71 @@ TEST(GUnicodeEncoding, GlyphNamesOfUnits) {
         {u'\u00AF', "macron", {"macron", "overscore"}},
         {u'\u00B5', "mu", {"mu", "mu1"}},
         {u'\uF7E6', "AEsmall", {"AEsmall"}},
+        {u'\u4E00', nullptr, {}},
     };
+    GTable<GBuffer> names;
     for (const auto& row : rows) {
-        SCOPED_TRACE(row.preferred);
-        GBuffer name;
-        ASSERT_TRUE(Unicode()->GetGlyphName(CodeOf(std::u16string(1, row.unit)), name));
-        EXPECT_EQ(BytesOf(name), row.preferred);
-        GTable<GBuffer> names;
-        Unicode()->GetGlyphNameTable(CodeOf(std::u16string(1, row.unit)), names);
+        const GCharCode code = CodeOf(std::u16string(1, row.unit));
+        GBuffer name("old");
+        EXPECT_EQ(Unicode()->GetGlyphName(code, name), row.preferred != nullptr);
+        EXPECT_EQ(BytesOf(name), row.preferred != nullptr ? row.preferred : "old");
+        Unicode()->GetGlyphNameTable(code, names);
         std::vector<std::string> all;
         for (const GBuffer& one : names) all.push_back(BytesOf(one));
         EXPECT_EQ(all, row.all);
     }
-}
-
-TEST(GUnicodeEncoding, UnitsWithoutAGlyph) {
-    GBuffer name("old");
-    EXPECT_FALSE(Unicode()->GetGlyphName(CodeOf(u"\u4E00"), name));
-    EXPECT_FALSE(Unicode()->GetGlyphName(CodeOf(u""), name));
+    GBuffer name;
     EXPECT_FALSE(Unicode()->GetGlyphName(CodeOf(u"AB"), name)) << "two units have no glyph";
-    EXPECT_EQ(BytesOf(name), "old");
-    GTable<GBuffer> names;
-    names.Append(GBuffer("old"));
-    Unicode()->GetGlyphNameTable(CodeOf(u"\u4E00"), names);
+    Unicode()->GetGlyphNameTable(CodeOf(u""), names);
     EXPECT_TRUE(names.IsEmpty());
 }
 
 TEST(GUnicodeEncoding, CodesOfGlyphNames) {
-    const struct {
-        const char* glyph;
-        std::u16string_view units;
-    } rows[] = {
-        {"A", u"A"},
-        {"Euro", u"\u20AC"},
-        {"euro", u"\u20AC"},
-        {"zukatakana", u"\u30BA"},
-        {"dalethatafpatah", u"\u05D3\u05B2"},
-    };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.glyph);
-        GCharCode code;
-        ASSERT_TRUE(Unicode()->GetCharCode(GBuffer(row.glyph), code));
-        EXPECT_TRUE(code == CodeOf(row.units));
+    const std::pair<const char*, std::u16string_view> rows[] = {{"A", u"A"},
+                                                                {"Euro", u"\u20AC"},
+                                                                {"euro", u"\u20AC"},
+                                                                {"zukatakana", u"\u30BA"},
+                                                                {"dalethatafpatah", u"\u05D3\u05B2"}};
+    GCharCode code;
+    for (const auto& [glyph, units] : rows) {
+        EXPECT_TRUE(Unicode()->GetCharCode(GBuffer(glyph), code)) << glyph;
+        EXPECT_TRUE(code == CodeOf(units)) << glyph;
     }
-    GCharCode code(static_cast<unsigned short>('x'));
     EXPECT_FALSE(Unicode()->GetCharCode(GBuffer("EURO"), code));
     EXPECT_FALSE(Unicode()->GetCharCode(GBuffer(), code));
-    EXPECT_TRUE(code == CodeOf(u"x"));
+    EXPECT_TRUE(code == CodeOf(u"\u05D3\u05B2")) << "a failing call leaves its output";
 }
 
 TEST(GUnicodeEncoding, CompatibilityCharacters) {
-    const struct {
-        const char* what;
-        char16_t unit;
-        char16_t plain;
-    } rows[] = {
+    const std::tuple<const char*, char16_t, char16_t> rows[] = {
         {"the first of the table", u'\u00A0', u' '},
         {"superscript two", u'\u00B2', u'2'},
         {"full-width letter", u'\uFF21', u'A'},
         {"half-width katakana", u'\uFF71', u'\u30A2'},
     };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.what);
-        GCharCode plain;
-        ASSERT_TRUE(Unicode()->GetCompatChar(CodeOf(std::u16string(1, row.unit)), plain));
-        EXPECT_TRUE(plain == CodeOf(std::u16string(1, row.plain)));
+    GCharCode plain;
+    for (const auto& [what, unit, expected] : rows) {
+        EXPECT_TRUE(Unicode()->GetCompatChar(CodeOf(std::u16string(1, unit)), plain)) << what;
+        EXPECT_TRUE(plain == CodeOf(std::u16string(1, expected))) << what;
     }
-    GCharCode plain(static_cast<unsigned short>('x'));
     EXPECT_FALSE(Unicode()->GetCompatChar(CodeOf(u"A"), plain));
     EXPECT_FALSE(Unicode()->GetCompatChar(CodeOf(u"\uFB01"), plain)) << "a ligature is two letters";
-    EXPECT_TRUE(plain == CodeOf(u"x"));
+    EXPECT_FALSE(Unicode()->GetCompatChar(CodeOf(u""), plain));
+    EXPECT_TRUE(plain == CodeOf(u"\u30A2")) << "a failing call leaves its output";
 }
 
-TEST(GUnicodeEncoding, DictionariesAreBuiltAgainAfterFinalize) {
+TEST(GUnicodeEncoding, DictionariesAreBuiltAgainAfterFinalizeByAnyThread) {
     GUnicodeEncoding::Initialize();
     GUnicodeEncoding::Finalize();
-    GBuffer name;
-    EXPECT_TRUE(Unicode()->GetGlyphName(CodeOf(u"A"), name));
-    GUnicodeEncoding::Finalize();
-    EXPECT_EQ(BytesOf(name), "A") << "names outlive the dictionaries";
-    GUnicodeEncoding::Finalize();
-}
-
-TEST(GUnicodeEncoding, DictionariesMayBeNeededByManyThreadsAtOnce) {
-    GUnicodeEncoding::Finalize();
-    std::vector<std::string> found(4);
+    std::vector<GBuffer> found(4);
     {
-        std::vector<std::thread> threads;
-        for (std::string& result : found) {
-            threads.emplace_back([&result] {
-                GBuffer name;
-                if (Unicode()->GetGlyphName(CodeOf(u"\u20AC"), name)) result = BytesOf(name);
-            });
-        }
-        for (std::thread& thread : threads) thread.join();
+        std::vector<std::jthread> threads;
+        for (GBuffer& name : found)
+            threads.emplace_back([&name] { Unicode()->GetGlyphName(CodeOf(u"\u20AC"), name); });
     }
-    EXPECT_THAT(found, testing::Each("Euro"));
+    GUnicodeEncoding::Finalize();
+    GUnicodeEncoding::Finalize();
+    EXPECT_THAT(found, testing::Each(GBuffer("Euro"))) << "names outlive the dictionaries";
 }
 
 }  // namespace
