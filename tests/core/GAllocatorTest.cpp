@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include <atomic>
+#include <algorithm>
 #include <cstdint>
 #include <cstring>
 #include <limits>
@@ -45,25 +45,38 @@ bool IsIntact(const Block& block) {
     return true;
 }
 
-// Random allocations and releases, each block's bytes checked before it goes.
+// Random allocations, releases and changes of size, each block's bytes checked before.
 void Churn(GAllocator& allocator, unsigned seed, std::size_t maxSize, int operations) {
     std::mt19937 random(seed);
     std::vector<Block> blocks;
-    for (int i = 0; i < operations; ++i) {
-        if (blocks.empty() || random() % 100 < 52) {
+    for (; operations > 0 || !blocks.empty(); --operations) {
+        const unsigned choice = operations > 0 ? random() % 100 : 99;
+        if (blocks.empty() || choice < 50) {
             blocks.push_back(
                 NewBlock(allocator, random() % (maxSize + 1), static_cast<unsigned char>(random())));
             continue;
         }
         std::swap(blocks[random() % blocks.size()], blocks.back());
-        ASSERT_TRUE(IsIntact(blocks.back()));
-        allocator.Free(blocks.back().memory, blocks.back().size);
-        blocks.pop_back();
-    }
-    for (const Block& block : blocks) {
+        Block& block = blocks.back();
         ASSERT_TRUE(IsIntact(block));
-        allocator.Free(block.memory, block.size);
+        if (choice < 60) {
+            const std::size_t newSize = random() % (2 * maxSize);
+            block.memory = allocator.Reallocate(block.memory, block.size, newSize);
+            block.size = std::min(block.size, newSize);
+            ASSERT_TRUE(IsIntact(block));
+            block.size = newSize;
+            std::memset(block.memory, block.mark, newSize);
+        } else {
+            allocator.Free(block.memory, block.size);
+            blocks.pop_back();
+        }
     }
+}
+
+std::vector<void*> NewBlocks(GAllocator& allocator, std::size_t size, int count) {
+    std::vector<void*> blocks;
+    for (int i = 0; i < count; ++i) blocks.push_back(allocator.Allocate(size));
+    return blocks;
 }
 
 }  // namespace
@@ -76,7 +89,7 @@ TEST(GAllocator, SizesAreRoundedUpToEight) {
     for (const auto& row : rows) EXPECT_EQ(GAllocator::GetIndex(row.size), row.index) << row.size;
 }
 
-TEST(GAllocator, BlocksAreAlignedApartAndKeepTheirBytes) {
+TEST(GAllocator, BlocksAreApartAlignedAndKeepTheirBytesWhateverTheirSize) {
     for (const std::size_t maxSize : {16, 128, 1024, 5000}) {
         GAllocator allocator;
         Churn(allocator, static_cast<unsigned>(maxSize), maxSize, 20000);
@@ -87,19 +100,19 @@ TEST(GAllocator, BlocksAreAlignedApartAndKeepTheirBytes) {
         void* const block = allocator.Allocate(size);
         EXPECT_EQ(reinterpret_cast<std::uintptr_t>(block) % 8, 0u);
         allocator.Free(block, size);
+        if (size <= 128 || size > 1024) continue;
+        void* const again = allocator.Allocate(size);
+        EXPECT_EQ(again, block) << "from the free list: " << size;
+        allocator.Free(again, size);
     }
     allocator.Free(nullptr, 8);
 }
 
-TEST(GAllocator, SmallBlocksComeFromChunksOfTheirSize) {
+TEST(GAllocator, SmallBlocksComeFromChunksOfTheirSizeWhichGoBackOnDemand) {
     GAllocator allocator;
-    EXPECT_EQ(allocator.GetChunkCount(), 0);
-    std::vector<void*> blocks;
+    const std::vector<void*> blocks = NewBlocks(allocator, 128, 1000);
     std::set<GAllocatorChunk*> chunks;
-    for (int i = 0; i < 1000; ++i) {
-        blocks.push_back(allocator.Allocate(128));
-        chunks.insert(GAllocatorChunk::Of(blocks.back()));
-    }
+    for (void* const block : blocks) chunks.insert(GAllocatorChunk::Of(block));
     EXPECT_EQ(chunks.size(), 4u) << "32768 bytes less a header hold 255";
     EXPECT_EQ(allocator.GetChunkCount(), 4);
     EXPECT_EQ(allocator.GetUsedBlockCount(), 1000);
@@ -107,49 +120,27 @@ TEST(GAllocator, SmallBlocksComeFromChunksOfTheirSize) {
     void* const other = allocator.Allocate(120);
     EXPECT_FALSE(chunks.contains(GAllocatorChunk::Of(other)));
     allocator.Free(other, 120);
-    for (void* const block : blocks) allocator.Free(block, 128);
-    EXPECT_EQ(allocator.GetUsedBlockCount(), 0);
-}
-
-TEST(GAllocator, PooledMemoryGoesBackOnDemand) {
-    GAllocator allocator;
-    std::vector<void*> blocks;
-    for (int i = 0; i < 1000; ++i) blocks.push_back(allocator.Allocate(64));
-    EXPECT_EQ(allocator.GetChunkCount(), 2);
-    for (std::size_t i = 1; i < blocks.size(); ++i) allocator.Free(blocks[i], 64);
+    for (std::size_t i = 1; i < blocks.size(); ++i) allocator.Free(blocks[i], 128);
     allocator.ReleaseFreeLists();
+    EXPECT_EQ(allocator.GetUsedBlockCount(), 1);
     EXPECT_EQ(allocator.GetChunkCount(), 1) << "one block is still in use";
-    allocator.Free(blocks[0], 64);
+    allocator.Free(blocks[0], 128);
     allocator.DoIdleTime();
     EXPECT_EQ(allocator.GetChunkCount(), 1) << "idle time keeps one for the next";
     allocator.ReleaseFreeLists();
     EXPECT_EQ(allocator.GetChunkCount(), 0);
 }
 
-TEST(GAllocator, LargerBlocksAreUsedAgain) {
-    GAllocator allocator;
-    for (const std::size_t size : {129, 136, 1000, 1024}) {
-        void* const block = allocator.Allocate(size);
-        allocator.Free(block, size);
-        void* const again = allocator.Allocate(size);
-        EXPECT_EQ(again, block) << size;
-        allocator.Free(again, size);
-    }
-    EXPECT_EQ(allocator.GetChunkCount(), 0);
-}
-
 TEST(GAllocator, ABlockOfAnotherModulesAllocatorGoesBackToIt) {
-    GAllocator library;
-    GAllocator program;
-    std::vector<void*> blocks;
-    for (int i = 0; i < 500; ++i) blocks.push_back(library.Allocate(40));
-    for (void* const block : blocks) program.Free(block, 40);
+    GAllocator library, program;
+    for (void* const block : NewBlocks(library, 40, 500)) program.Free(block, 40);
+    void* const moved = program.Reallocate(library.Allocate(40), 40, 48);
+    EXPECT_EQ(GAllocatorChunk::Of(moved)->GetOwner(), &program);
+    program.Free(moved, 48);
     EXPECT_EQ(library.GetUsedBlockCount(), 0);
-    EXPECT_EQ(program.GetChunkCount(), 0);
-    void* const large = library.Allocate(500);
-    program.Free(large, 500);
-    void* const reused = program.Allocate(500);
-    library.Free(reused, 500);
+    EXPECT_EQ(program.GetUsedBlockCount(), 0);
+    program.Free(library.Allocate(500), 500);
+    library.Free(program.Allocate(500), 500);
     library.ReleaseFreeLists();
     EXPECT_EQ(library.GetChunkCount(), 0);
 }
@@ -189,54 +180,52 @@ TEST(GAllocator, WithoutMemoryItGivesUpPoolsThenTheEmergencyBlock) {
 
 TEST(GAllocator, WhatTheSystemCannotGiveThrows) {
     GAllocator allocator;
-    allocator.SetMoreMemoryFree(true);
     const std::size_t tooMuch = std::numeric_limits<std::size_t>::max() / 4;
-    EXPECT_THROW((void)allocator.Allocate(tooMuch), GMemoryException);
-    EXPECT_FALSE(allocator.GetMoreMemoryFree());
-    EXPECT_THROW(GAllocator::ThrowOutOfMemory(), std::bad_alloc);
-    void* const block = allocator.Allocate(40);
-    allocator.Free(block, 40);
+    for (const std::size_t size : {40, 500, 2000}) {
+        allocator.SetMoreMemoryFree(true);
+        EXPECT_THROW((void)allocator.Allocate(tooMuch), GMemoryException);
+        EXPECT_FALSE(allocator.GetMoreMemoryFree());
+        const Block block = NewBlock(allocator, size, 0x5A);
+        EXPECT_THROW((void)allocator.Reallocate(block.memory, size, tooMuch), std::bad_alloc);
+        EXPECT_TRUE(IsIntact(block));
+        allocator.Free(block.memory, size);
+    }
 }
 
-TEST(GAllocator, ManyThreadsAtOnce) {
+TEST(GAllocator, ThreadsAllocateAndFreeTheirOwnAndEachOthersBlocks) {
+    constexpr unsigned cThreads = 4;
     GAllocator allocator;
     std::vector<std::thread> threads;
-    for (unsigned seed = 0; seed < 4; ++seed) {
-        threads.emplace_back([&allocator, seed] { Churn(allocator, seed, 200, 20000); });
+    std::vector<Block> handedOver[cThreads];
+    std::mutex mutexes[cThreads];
+    for (unsigned i = 0; i < cThreads; ++i) {
+        threads.emplace_back([&, i] {
+            for (unsigned round = 0; round < 200; ++round) {
+                Churn(allocator, 1000 * i + round, 200, 100);
+                std::vector<Block> taken, made;
+                for (unsigned size = 1; size <= 128; size += 3)
+                    made.push_back(NewBlock(allocator, size, static_cast<unsigned char>(round)));
+                {
+                    const std::lock_guard lock(mutexes[i]);
+                    taken.swap(handedOver[i]);
+                }
+                for (const Block& block : taken) {
+                    EXPECT_TRUE(IsIntact(block));
+                    allocator.Free(block.memory, block.size);
+                }
+                const unsigned next = (i + 1) % cThreads;
+                const std::lock_guard lock(mutexes[next]);
+                handedOver[next].insert(handedOver[next].end(), made.begin(), made.end());
+            }
+        });
     }
     for (std::thread& thread : threads) thread.join();
+    for (const std::vector<Block>& blocks : handedOver) {
+        for (const Block& block : blocks) allocator.Free(block.memory, block.size);
+    }
     EXPECT_EQ(allocator.GetUsedBlockCount(), 0);
     allocator.ReleaseFreeLists();
     EXPECT_EQ(allocator.GetChunkCount(), 0);
-}
-
-TEST(GAllocator, OneThreadMayFreeWhatAnotherAllocated) {
-    GAllocator allocator;
-    std::mutex mutex;
-    std::vector<Block> handedOver;
-    std::atomic<bool> done{false};
-    std::thread consumer([&] {
-        for (bool last = false; !last;) {
-            last = done;
-            std::vector<Block> taken;
-            {
-                const std::lock_guard<std::mutex> lock(mutex);
-                taken.swap(handedOver);
-            }
-            for (const Block& block : taken) {
-                EXPECT_TRUE(IsIntact(block));
-                allocator.Free(block.memory, block.size);
-            }
-        }
-    });
-    for (unsigned i = 0; i < 20000; ++i) {
-        const Block block = NewBlock(allocator, 1 + i % 128, static_cast<unsigned char>(i));
-        const std::lock_guard<std::mutex> lock(mutex);
-        handedOver.push_back(block);
-    }
-    done = true;
-    consumer.join();
-    EXPECT_EQ(allocator.GetUsedBlockCount(), 0);
 }
 
 // --- Objects in its blocks ---------------------------------------------------------------------

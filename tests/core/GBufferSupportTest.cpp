@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cctype>
 #include <random>
 #include <string>
 #include <string_view>
@@ -17,6 +18,7 @@ namespace {
 
 using Operation = void (*)(GBuffer&);
 using Fields = std::vector<std::string>;
+using namespace std::string_view_literals;
 
 std::string After(Operation operation, std::string_view bytes) {
     GBuffer buffer = BufferOf(bytes);
@@ -24,23 +26,34 @@ std::string After(Operation operation, std::string_view bytes) {
     return BytesOf(buffer);
 }
 
-// The same text in UTF-16, seen as bytes again; for texts below 0x100.
-std::string AfterWide(Operation operation, std::string_view text) {
-    GBuffer buffer = BufferOf(std::u16string([&] {
-        std::u16string units;
-        for (const char c : text) units += static_cast<char16_t>(static_cast<unsigned char>(c));
-        return units;
-    }()));
-    operation(buffer);
-    std::string narrow;
-    for (const char16_t unit : UnitsOf(buffer)) narrow += static_cast<char>(unit);
-    return narrow;
-}
-
 std::u16string AfterUnits(Operation operation, std::u16string_view units) {
     GBuffer buffer = BufferOf(units);
     operation(buffer);
     return UnitsOf(buffer);
+}
+
+// The same text in UTF-16, seen as bytes again; for texts below 0x100.
+std::string AfterWide(Operation operation, std::string_view text) {
+    std::u16string units;
+    for (const char c : text) units += static_cast<char16_t>(static_cast<unsigned char>(c));
+    std::string narrow;
+    for (const char16_t unit : AfterUnits(operation, units)) narrow += static_cast<char>(unit);
+    return narrow;
+}
+
+// What an operation makes of a text.
+struct Rewriting {
+    std::string_view text;
+    std::string_view result;
+};
+
+void ExpectInBytes(Operation operation, std::initializer_list<Rewriting> rows) {
+    for (const Rewriting& row : rows) EXPECT_EQ(After(operation, row.text), row.result) << row.text;
+}
+
+void ExpectInBytesAndUnits(Operation narrow, Operation wide, std::initializer_list<Rewriting> rows) {
+    ExpectInBytes(narrow, rows);
+    for (const Rewriting& row : rows) EXPECT_EQ(AfterWide(wide, row.text), row.result) << row.text;
 }
 
 GTable<GBuffer> TableOf(const Fields& fields) {
@@ -55,129 +68,107 @@ Fields FieldsOf(const GTable<GBuffer>& table) {
     return fields;
 }
 
-struct LineEndingForTest {
-    LineEndingForTest(bool cr, bool lf) { GBufferSupport::SetLineEnding(cr, lf); }
-    ~LineEndingForTest() { GBufferSupport::SetLineEnding(true, true); }
-};
+Fields SplitOf(const GBuffer& merged) {
+    GTable<GBuffer> split = TableOf({"from before"});
+    GBufferSupport::SplitSeparatedBuffer(merged, split);
+    return FieldsOf(split);
+}
+
+GBuffer MergedOf(const Fields& fields) {
+    GBuffer merged("from before");
+    GBufferSupport::MergeIntoSeparatedBuffer(TableOf(fields), merged);
+    return merged;
+}
+
+std::string RandomText(std::mt19937& random, std::string_view alphabet, unsigned below) {
+    std::string text;
+    for (unsigned i = random() % below; i > 0; --i) text += alphabet[random() % alphabet.size()];
+    return text;
+}
 
 }  // namespace
 
-TEST(GBufferSupportLineEnds, EachBecomesThePlatforms) {
-    const struct {
-        std::string_view text;
-        std::string_view result;
-    } rows[] = {
-        {"a\rb\nc\r\nd", "a\r\nb\r\nc\r\nd"},
-        {"\n\r", "\r\n\r\n"},
-        {"\r\r\n\n", "\r\n\r\n\r\n"},
-        {"\r", "\r\n"},
-        {"no line end", "no line end"},
-        {"", ""},
-        {std::string_view("\0\n\0", 3), std::string_view("\0\r\n\0", 4)},
-    };
-    for (const auto& row : rows) {
-        EXPECT_EQ(After(GBufferSupport::ASCIIPlatformLineEndings, row.text), row.result);
-        EXPECT_EQ(AfterWide(GBufferSupport::UniPlatformLineEndings, row.text), row.result);
-    }
-    EXPECT_EQ(AfterUnits(GBufferSupport::UniPlatformLineEndings, u"\x0D0A\x0A0D"), u"\x0D0A\x0A0D")
+TEST(GBufferSupportText, LineEndsBecomeThePlatforms) {
+    const Operation narrow = GBufferSupport::ASCIIPlatformLineEndings;
+    const Operation wide = GBufferSupport::UniPlatformLineEndings;
+    ExpectInBytesAndUnits(narrow, wide,
+                          {{"a\rb\nc\r\nd", "a\r\nb\r\nc\r\nd"},
+                           {"\n\r", "\r\n\r\n"},
+                           {"\r\r\n\n", "\r\n\r\n\r\n"},
+                           {"\r", "\r\n"},
+                           {"no line end", "no line end"},
+                           {"\0\n\0"sv, "\0\r\n\0"sv}});
+    EXPECT_EQ(AfterUnits(wide, u"\x0D0A\x0A0D"), u"\x0D0A\x0A0D")
         << "a line end's bytes within units are none";
 }
 
-TEST(GBufferSupportLineEnds, ThePlatformMayUseOneOrNone) {
+TEST(GBufferSupportText, IsEscapedAndBack) {
+    const Operation escape = GBufferSupport::ASCIIReplaceSpecialChars;
+    const Operation resolve = GBufferSupport::ASCIIReplaceEscapeCodes;
+    ExpectInBytesAndUnits(escape, GBufferSupport::UniReplaceSpecialChars,
+                          {{"a\tb", "a\\tb"},
+                           {"\n", "\\n"},
+                           {"\r", "\\n"},
+                           {"\r\n", "\\n"},
+                           {"\n\r", "\\n"},
+                           {"\n\n", "\\n\\n"},
+                           {"\r\n\r\n", "\\n\\n"},
+                           {"\"", "\\\""},
+                           {"C:\\x", "C:\\\\x"},
+                           {"'\x80\xA5", "'\x80\xA5"},
+                           {"", ""}});
+    ExpectInBytesAndUnits(resolve, GBufferSupport::UniReplaceEscapeCodes,
+                          {{"a\\tb", "a\tb"},
+                           {"\\n", "\r\n"},
+                           {"\\\"\\'", "\"'"},
+                           {"\\\\n", "\\n"},
+                           {"\\x\\T", "\\x\\T"},
+                           {"a\\", "a\\"},
+                           {"\x80t\xA5t", "\t\t"},
+                           {"\\\x80t", "\\\x80t"},
+                           {"\\\\\\", "\\\\"},
+                           {"", ""}});
+    GBuffer odd = BufferOf(u"\t");
+    odd += 'x';
+    GBufferSupport::UniReplaceSpecialChars(odd);
+    EXPECT_EQ(BytesOf(odd), "\\\0t\0x"sv) << "half a unit stays";
+    std::mt19937 random(6);
+    for (int round = 0; round < 5000; ++round) {
+        const std::string text = RandomText(random, "a\t\"'\\tn\0"sv, 12);
+        ASSERT_EQ(After(resolve, After(escape, text)), text);
+    }
+}
+
+TEST(GBufferSupportText, ThePlatformMayEndLinesByOneOrNone) {
     const struct {
         bool cr;
         bool lf;
         std::string_view result;
-    } rows[] = {{true, false, "a\rb\r\r"},
-                {false, true, "a\nb\n\n"},
-                {false, false, "ab"},
-                {true, true, "a\r\nb\r\n\r\n"}};
+        std::string_view unescaped;
+    } rows[] = {{true, false, "a\rb\r\r", "\r"},
+                {false, true, "a\nb\n\n", "\n"},
+                {false, false, "ab", ""},
+                {true, true, "a\r\nb\r\n\r\n", "\r\n"}};  // as it is otherwise
     for (const auto& row : rows) {
-        const LineEndingForTest ending(row.cr, row.lf);
+        GBufferSupport::SetLineEnding(row.cr, row.lf);
         EXPECT_EQ(GBufferSupport::GetLineEndingNeedsCR(), row.cr);
         EXPECT_EQ(GBufferSupport::GetLineEndingNeedsLF(), row.lf);
         EXPECT_EQ(After(GBufferSupport::ASCIIPlatformLineEndings, "a\r\nb\n\r"), row.result);
+        EXPECT_EQ(After(GBufferSupport::ASCIIReplaceEscapeCodes, "\\n"), row.unescaped);
     }
 }
 
-TEST(GBufferSupportEscapes, ForStorage) {
-    const struct {
-        const char* what;
-        std::string_view text;
-        std::string_view result;
-    } rows[] = {
-        {"tab", "a\tb", "a\\tb"},
-        {"LF", "\n", "\\n"},
-        {"CR", "\r", "\\n"},
-        {"CR LF is one", "\r\n", "\\n"},
-        {"LF CR is one", "\n\r", "\\n"},
-        {"LF LF are two", "\n\n", "\\n\\n"},
-        {"CR LF CR LF are two", "\r\n\r\n", "\\n\\n"},
-        {"quotation mark", "\"", "\\\""},
-        {"backslash", "C:\\x", "C:\\\\x"},
-        {"a single quote stays", "'", "'"},
-        {"what stands for a backslash elsewhere stays", "\x80\xA5", "\x80\xA5"},
-        {"nothing", "", ""},
-    };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.what);
-        EXPECT_EQ(After(GBufferSupport::ASCIIReplaceSpecialChars, row.text), row.result);
-        EXPECT_EQ(AfterWide(GBufferSupport::UniReplaceSpecialChars, row.text), row.result);
-    }
-}
-
-TEST(GBufferSupportEscapes, AreUndone) {
-    const struct {
-        const char* what;
-        std::string_view text;
-        std::string_view result;
-    } rows[] = {
-        {"tab", "a\\tb", "a\tb"},
-        {"line end", "\\n", "\r\n"},
-        {"quotes", "\\\"\\'", "\"'"},
-        {"backslash", "\\\\n", "\\n"},
-        {"anything else keeps both", "\\x\\T", "\\x\\T"},
-        {"in the last place", "a\\", "a\\"},
-        {"the other introducers", "\x80t\xA5t", "\t\t"},
-        {"another introducer after one keeps both", "\\\x80t", "\\\x80t"},
-        {"three backslashes", "\\\\\\", "\\\\"},
-        {"nothing", "", ""},
-    };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.what);
-        EXPECT_EQ(After(GBufferSupport::ASCIIReplaceEscapeCodes, row.text), row.result);
-        EXPECT_EQ(AfterWide(GBufferSupport::UniReplaceEscapeCodes, row.text), row.result);
-    }
-}
-
-TEST(GBufferSupportEscapes, IntroducersAreExactlyThree) {
+TEST(GBufferSupportText, ClassesOfCharactersAreExact) {
     for (unsigned code = 0; code <= 0xFFFF; ++code) {
-        EXPECT_EQ(GBufferSupport::IsBackSlashCharacter(static_cast<unsigned short>(code)),
+        const auto character = static_cast<unsigned short>(code);
+        ASSERT_EQ(GBufferSupport::IsBackSlashCharacter(character),
                   code == 0x5C || code == 0x80 || code == 0xA5);
+        ASSERT_EQ(GBufferSupport::IsWhiteSpace(character),
+                  code == 8 || code == 9 || code == 10 || code == 11 || code == 13 || code == 32);
     }
 }
 
-TEST(GBufferSupportEscapes, ARoundTripChangesLineEndsAlone) {
-    std::mt19937 random(6);
-    const std::string_view alphabet("a\t\"'\\tn\0", 8);
-    for (int round = 0; round < 5000; ++round) {
-        std::string text;
-        for (unsigned i = random() % 12; i > 0; --i) text += alphabet[random() % alphabet.size()];
-        GBuffer buffer = BufferOf(text);
-        GBufferSupport::ASCIIReplaceSpecialChars(buffer);
-        GBufferSupport::ASCIIReplaceEscapeCodes(buffer);
-        ASSERT_EQ(BytesOf(buffer), text);
-    }
-}
-
-TEST(GBufferSupportEscapes, HalfAUnitStays) {
-    GBuffer buffer = BufferOf(u"\t");
-    buffer += 'x';
-    GBufferSupport::UniReplaceSpecialChars(buffer);
-    EXPECT_EQ(BytesOf(buffer), std::string_view("\\\0t\0x", 5));
-}
-
-TEST(GBufferSupportEscapes, LineEndsBecomeTheDefaultCharacter) {
+TEST(GBufferSupportText, LineEndsBecomeTheDefaultCharacter) {
     const Operation operation = GBufferSupport::UniReplaceSpecialEndCharsWithDefaultChar;
     EXPECT_EQ(AfterUnits(operation, u"a\rb\nc\r\nd\n\re\n\nf"), u"a@b@c@d@e@@f");
     EXPECT_EQ(AfterUnits(operation, u"none"), u"none");
@@ -186,226 +177,130 @@ TEST(GBufferSupportEscapes, LineEndsBecomeTheDefaultCharacter) {
     GEncoding::SetDefaultCharacter('@');
 }
 
-TEST(GBufferSupportLists, Splitting) {
+TEST(GBufferSupportLists, SplittingAndJoining) {
     const struct {
         const char* what;
         const char* text;
         const char* separators;
         Fields kept;
         Fields dropped;
-    } rows[] = {
-        {"with empty fields", "a,,b,", ",", {"a", "", "b", ""}, {"a", "b"}},
-        {"several separators", "a,b;c", ",;", {"a", "b", "c"}, {"a", "b", "c"}},
-        {"only separators", ",,", ",", {"", "", ""}, {}},
-        {"none in the text", "abc", ",", {"abc"}, {"abc"}},
-        {"no separators", "a,b", "", {"a,b"}, {"a,b"}},
-        {"an empty text", "", ",", {""}, {}},
-        {"a leading separator", ",a", ",", {"", "a"}, {"a"}},
-    };
+    } rows[] = {{"with empty fields", "a,,b,", ",", {"a", "", "b", ""}, {"a", "b"}},
+                {"several separators", "a,b;c", ",;", {"a", "b", "c"}, {"a", "b", "c"}},
+                {"only separators", ",,", ",", {"", "", ""}, {}},
+                {"none in the text", "abc", ",", {"abc"}, {"abc"}},
+                {"no separators", "a,b", "", {"a,b"}, {"a,b"}},
+                {"an empty text", "", ",", {""}, {}},
+                {"a leading separator", ",a", ",", {"", "a"}, {"a"}}};
     for (const auto& row : rows) {
         SCOPED_TRACE(row.what);
         GTable<GBuffer> out = TableOf({"from before"});
-        GBufferSupport::SeparatedBufferToBufferTable(row.text, row.separators, out, true);
-        EXPECT_EQ(FieldsOf(out), row.kept);
         GBufferSupport::SeparatedBufferToBufferTable(row.text, row.separators, out, false);
         EXPECT_EQ(FieldsOf(out), row.dropped);
+        GBufferSupport::SeparatedBufferToBufferTable(row.text, row.separators, out, true);
+        EXPECT_EQ(FieldsOf(out), row.kept);
+        GBuffer joined("from before");
+        GBufferSupport::BufferTableToSeparatedBuffer(out, ", ", joined);
+        joined.FindAndReplace(0, GBuffer(", "), GBuffer(","));
+        EXPECT_EQ(BytesOf(joined), row.separators == ",;"sv ? "a,b,c" : row.text);
     }
     GTable<GBuffer> self = TableOf({"a,b"});
     GBufferSupport::SeparatedBufferToBufferTable(self[0], ",", self, true);
     EXPECT_EQ(FieldsOf(self), (Fields{"a", "b"}));
-}
-
-TEST(GBufferSupportLists, Joining) {
-    GBuffer out("from before");
-    GBufferSupport::BufferTableToSeparatedBuffer(TableOf({"a", "", "b"}), ", ", out);
-    EXPECT_EQ(BytesOf(out), "a, , b");
-    GBufferSupport::BufferTableToSeparatedBuffer(TableOf({""}), ",", out);
-    EXPECT_EQ(BytesOf(out), "");
-    GBufferSupport::BufferTableToSeparatedBuffer(TableOf({}), ",", out = "x");
-    EXPECT_TRUE(out.IsEmpty());
+    GBuffer none("from before");
+    GBufferSupport::BufferTableToSeparatedBuffer(TableOf({}), ",", none);
+    EXPECT_TRUE(none.IsEmpty());
 }
 
 TEST(GBufferSupportLists, TheListThatDescribesItself) {
     const struct {
         const char* what;
-        Fields fields;
-        const char* merged;
-    } rows[] = {
-        {"with special bytes", {"a|b", "#", ""}, "#|a#|b|##|"},
-        {"one element", {"abc"}, "#|abc"},
-        {"two empty ones", {"", ""}, "#||"},
-        {"none", {}, ""},
-    };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.what);
-        GBuffer merged("from before");
-        GBufferSupport::MergeIntoSeparatedBuffer(TableOf(row.fields), merged);
-        EXPECT_EQ(BytesOf(merged), row.merged);
-        GTable<GBuffer> split = TableOf({"from before"});
-        GBufferSupport::SplitSeparatedBuffer(merged, split);
-        EXPECT_EQ(FieldsOf(split), row.fields);
-    }
-}
-
-TEST(GBufferSupportLists, SplittingAnyListThatDescribesItself) {
-    const struct {
-        const char* what;
         const char* merged;
         Fields fields;
+        const char* mergedAgain = nullptr;  // where splitting is no exact reverse
     } rows[] = {
-        {"too short", "#|", {}},
-        {"too short", "#", {}},
-        {"one element", "#|x", {"x"}},
-        {"another pair of bytes", "\\,a\\,b,c", {"a,b", "c"}},
-        {"an escape before an ordinary byte", "#|a#bc", {"abc"}},
-        {"an escape at the end is dropped", "#|a|b#", {"a", "b"}},
-        {"escape and separator are the same byte: the escape wins", "||a|b", {"ab"}},
+        {"with special bytes", "#|a#|b|##|", {"a|b", "#", ""}},
+        {"one element", "#|abc", {"abc"}},
+        {"two empty ones", "#||", {"", ""}},
+        {"none", "", {}},
+        {"too short", "#|", {}, ""},
+        {"too short", "#", {}, ""},
+        {"another pair of bytes", "\\,a\\,b,c", {"a,b", "c"}, "#|a,b|c"},
+        {"an escape before an ordinary byte", "#|a#bc", {"abc"}, "#|abc"},
+        {"an escape at the end is dropped", "#|a|b#", {"a", "b"}, "#|a|b"},
+        {"escape and separator are the same byte: the escape wins", "||a|b", {"ab"}, "#|ab"},
         {"a trailing separator", "#|a|", {"a", ""}},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.what);
-        GTable<GBuffer> split;
-        GBufferSupport::SplitSeparatedBuffer(row.merged, split);
-        EXPECT_EQ(FieldsOf(split), row.fields);
+        EXPECT_EQ(SplitOf(row.merged), row.fields);
+        EXPECT_EQ(BytesOf(MergedOf(row.fields)), row.mergedAgain != nullptr ? row.mergedAgain : row.merged);
     }
-}
-
-TEST(GBufferSupportLists, RandomListsSurviveMerging) {
+    EXPECT_EQ(BytesOf(MergedOf({""})), "#|");
     std::mt19937 random(7);
     for (int round = 0; round < 3000; ++round) {
-        Fields fields(1 + random() % 5);
-        for (std::string& field : fields) {
-            for (unsigned i = random() % 6; i > 0; --i) field += "a#|\0"[random() % 4];
-        }
-        if (fields == Fields{""}) continue;
-        GBuffer merged;
-        GBufferSupport::MergeIntoSeparatedBuffer(TableOf(fields), merged);
-        GTable<GBuffer> split;
-        GBufferSupport::SplitSeparatedBuffer(merged, split);
-        ASSERT_EQ(FieldsOf(split), fields);
+        Fields fields(2 + random() % 4);
+        for (std::string& field : fields) field = RandomText(random, "a#|\0"sv, 6);
+        ASSERT_EQ(SplitOf(MergedOf(fields)), fields);
     }
 }
 
 TEST(GBufferSupportBytes, PascalStrings) {
-    const struct {
-        std::size_t length;
-        unsigned char lengthByte;
-    } rows[] = {{0, 0}, {1, 1}, {255, 255}, {256, 255}, {300, 255}};
-    for (const auto& row : rows) {
-        std::string text(row.length, 'x');
+    for (const std::size_t length : {0, 1, 255, 256, 300}) {
+        const std::size_t kept = length > 255 ? 255 : length;
+        std::string text(length, 'x');
         if (!text.empty()) text[0] = 'a';
         GBuffer buffer = BufferOf(text);
         const unsigned char* const converted = GBufferSupport::ConvertToPString(buffer);
-        EXPECT_EQ(converted[0], row.lengthByte);
-        EXPECT_EQ(converted[row.lengthByte + 1], 0);
-        EXPECT_EQ(buffer.GetLength(), 1 + row.lengthByte);
-        EXPECT_EQ(BytesOf(buffer.GetSubBuffer(1)), text.substr(0, 255));
+        EXPECT_EQ(converted[0], kept);
+        EXPECT_EQ(converted[kept + 1], 0);
+        EXPECT_EQ(BytesOf(buffer), static_cast<char>(kept) + text.substr(0, kept));
     }
 }
 
-TEST(GBufferSupportBytes, TrailingZeroes) {
-    const struct {
-        std::string_view bytes;
-        std::size_t narrow;
-        std::size_t wide;
-    } rows[] = {
-        {std::string_view("ab\0\0", 4), 2, 2},   {std::string_view("a\0\0\0", 4), 1, 2},
-        {std::string_view("\0\0\0\0", 4), 0, 0}, {std::string_view("ab\0", 3), 2, 3},
-        {std::string_view("", 0), 0, 0},         {std::string_view("\0\0ab", 4), 4, 4},
-    };
-    for (const auto& row : rows) {
-        GBuffer narrow = BufferOf(row.bytes);
-        GBufferSupport::StripTrailingZeroes(narrow, false);
-        EXPECT_EQ(BytesOf(narrow), row.bytes.substr(0, row.narrow));
-        GBuffer wide = BufferOf(row.bytes);
-        GBufferSupport::StripTrailingZeroes(wide, true);
-        EXPECT_EQ(BytesOf(wide), row.bytes.substr(0, row.wide));
-    }
-}
-
-TEST(GBufferSupportBytes, WhiteSpace) {
-    for (unsigned code = 0; code <= 0xFFFF; ++code) {
-        const bool expected = code == 8 || code == 9 || code == 10 || code == 11 || code == 13 || code == 32;
-        EXPECT_EQ(GBufferSupport::IsWhiteSpace(static_cast<unsigned short>(code)), expected) << code;
-    }
-    EXPECT_EQ(After(GBufferSupport::StripLeadingWhiteSpace, " \b\t\n\v\r\fa "), "\fa ");
-    EXPECT_EQ(After(GBufferSupport::StripTrailingWhiteSpace, " a\f\b\t\n\v\r "), " a\f");
-    EXPECT_EQ(After(GBufferSupport::StripLeadingWhiteSpace, " \t "), "");
-    EXPECT_EQ(After(GBufferSupport::StripTrailingWhiteSpace, " \t "), "");
-    EXPECT_EQ(After(GBufferSupport::StripTrailingWhiteSpace, ""), "");
+TEST(GBufferSupportBytes, AreStrippedAndSwapped) {
+    ExpectInBytes(GBufferSupport::StripLeadingWhiteSpace, {{" \b\t\n\v\r\fa ", "\fa "}, {" \t ", ""}});
+    ExpectInBytes(GBufferSupport::StripTrailingWhiteSpace,
+                  {{" a\f\b\t\n\v\r ", " a\f"}, {" \t ", ""}, {"", ""}});
+    ExpectInBytes([](GBuffer& text) { GBufferSupport::StripTrailingZeroes(text, false); },
+                  {{"a\0\0\0"sv, "a"}, {"\0\0\0\0"sv, ""}, {"\0\0ab"sv, "\0\0ab"sv}});
+    ExpectInBytes(
+        [](GBuffer& text) { GBufferSupport::StripTrailingZeroes(text, true); },
+        {{"ab\0\0"sv, "ab"}, {"a\0\0\0"sv, "a\0"sv}, {"\0\0\0\0"sv, ""}, {"ab\0"sv, "ab\0"sv}, {"", ""}});
+    ExpectInBytes(GBufferSupport::SwapUnicodeBytes, {{"abcde", "badce"}, {"", ""}});
+    ExpectInBytes(GBufferSupport::SwapBigEndian, {{"abcd", "badc"}});
+    ExpectInBytes(GBufferSupport::SwapLittleEndian, {{"abcd", "abcd"}});
+    static const char literal[] = "abcd";
+    GBuffer borrowed;
+    borrowed.SetFromStatic(literal);
+    GBufferSupport::SwapUnicodeBytes(borrowed);
+    EXPECT_STREQ(literal, "abcd");
 }
 
 TEST(GBufferSupportBytes, LanguageTags) {
     const struct {
         std::u16string_view text;
         std::u16string_view result;
-    } rows[] = {
-        {u"a\x1B"
-         u"enUS\x1B"
-         u"b",
-         u"ab"},
-        {u"\x1B\x1B", u""},
-        {u"a\x1B"
-         u"b",
-         u"a\x1B"
-         u"b"},
-        {u"\x1Bx\x1B"
-         u"a\x1By\x1B",
-         u"a\x1By\x1B"},
-        {u"\x1B00\x001B", u"\x1B00\x001B"},
-        {u"", u""},
-    };
-    for (const auto& row : rows) {
+    } rows[] = {{u"a\033enUS\033b", u"ab"},
+                {u"\033\033", u""},
+                {u"a\033b", u"a\033b"},
+                {u"\033x\033a\033y\033", u"a\033y\033"},
+                {u"\x1B00\x001B", u"\x1B00\x001B"},
+                {u"", u""}};
+    for (const auto& row : rows)
         EXPECT_EQ(AfterUnits(GBufferSupport::RemoveUnicodeLanguageTags, row.text), row.result);
-    }
 }
 
-TEST(GBufferSupportBytes, ByteOrder) {
-    EXPECT_EQ(After(GBufferSupport::SwapUnicodeBytes, "abcde"), "badce");
-    EXPECT_EQ(After(GBufferSupport::SwapBigEndian, "abcd"), "badc");
-    EXPECT_EQ(After(GBufferSupport::SwapLittleEndian, "abcd"), "abcd");
-    EXPECT_EQ(After(GBufferSupport::SwapUnicodeBytes, ""), "");
-    GBuffer borrowed;
-    static const char literal[] = "abcd";
-    borrowed.SetFromStatic(literal);
-    GBufferSupport::SwapUnicodeBytes(borrowed);
-    EXPECT_STREQ(literal, "abcd");
-}
-
-TEST(GBufferSupportBytes, BitBlocks) {
-    const struct {
-        const char* what;
-        long sourceBit;
-        long targetBit;
-        long count;
-        std::string_view result;  // from a source of 0xF0 0x0F 0xAA onto zeros
-    } rows[] = {
-        {"whole bytes", 0, 0, 24, std::string_view("\xF0\x0F\xAA", 3)},
-        {"the first bit is the highest", 0, 7, 1, std::string_view("\x01\x00\x00", 3)},
-        {"across a byte", 2, 6, 4, std::string_view("\x03\x00\x00", 3)},
-        {"one bit to the right", 0, 1, 16, std::string_view("\x78\x07\x80", 3)},
-        {"one bit to the left", 1, 0, 16, std::string_view("\xE0\x1F\x00", 3)},
-        {"nothing", 0, 0, 0, std::string_view("\0\0\0", 3)},
-        {"less than nothing", 0, 0, -5, std::string_view("\0\0\0", 3)},
-    };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.what);
-        const unsigned char source[3] = {0xF0, 0x0F, 0xAA};
-        unsigned char target[3] = {};
-        GBufferSupport::CopyBitBlock_LBE_LBE(source, row.sourceBit, target, row.targetBit, row.count);
-        EXPECT_EQ(std::string_view(reinterpret_cast<char*>(target), 3), row.result);
-    }
-}
-
-TEST(GBufferSupportBytes, BitBlocksBitForBitAlsoWhenTheyOverlap) {
+TEST(GBufferSupportBytes, BitBlocksAreCopiedBitForBitAlsoWhenTheyOverlap) {
+    unsigned char first[2] = {0x80, 0};  // the first bit is the highest
+    GBufferSupport::CopyBitBlock_LBE_LBE(first, 0, first, 15, 1);
+    GBufferSupport::CopyBitBlock_LBE_LBE(first, 0, first, 8, -5);
+    EXPECT_EQ(first[1], 0x01);
     std::mt19937 random(8);
     for (int round = 0; round < 20000; ++round) {
-        std::vector<unsigned char> bytes(8), expected;
+        std::vector<unsigned char> bytes(8);
         for (unsigned char& byte : bytes) byte = static_cast<unsigned char>(random());
-        const auto count = static_cast<long>(random() % 50);
-        const auto from = static_cast<long>(random() % (64 - static_cast<unsigned>(count)));
-        const auto to = static_cast<long>(random() % (64 - static_cast<unsigned>(count)));
-        expected = bytes;
+        const long count = random() % 50, from = random() % (64 - count), to = random() % (64 - count);
+        std::vector<unsigned char> expected = bytes;
         for (long i = 0; i < count; ++i) {
             const auto source = static_cast<std::size_t>(from + i), target = static_cast<std::size_t>(to + i);
             const unsigned bit = bytes[source / 8] >> (7 - source % 8) & 1;
@@ -446,25 +341,14 @@ TEST(GBufferSupportNumbers, FormatsForReals) {
 TEST(GBufferSupportNumbers, RomanNumerals) {
     const struct {
         long value;
-        const char* lower;
-        const char* upper;
-    } rows[] = {
-        {1, "i", "I"},
-        {3, "iii", "III"},
-        {4, "iv", "IV"},
-        {9, "ix", "IX"},
-        {14, "xiv", "XIV"},
-        {40, "xl", "XL"},
-        {90, "xc", "XC"},
-        {400, "cd", "CD"},
-        {1984, "mcmlxxxiv", "MCMLXXXIV"},
-        {3999, "mmmcmxcix", "MMMCMXCIX"},
-        {0, "0", "0"},
-        {-5, "-5", "-5"},
-        {4000, "4000", "4000"},
-    };
+        std::string text;
+    } rows[] = {{1, "i"},   {3, "iii"}, {4, "iv"},     {9, "ix"},           {14, "xiv"},
+                {40, "xl"}, {90, "xc"}, {400, "cd"},   {1984, "mcmlxxxiv"}, {3999, "mmmcmxcix"},
+                {0, "0"},   {-5, "-5"}, {4000, "4000"}};
     for (const auto& row : rows) {
-        EXPECT_EQ(BytesOf(GBufferSupport::IntToRomanNumeralLower(row.value)), row.lower);
-        EXPECT_EQ(BytesOf(GBufferSupport::IntToRomanNumeralUpper(row.value)), row.upper);
+        std::string upper = row.text;
+        for (char& c : upper) c = static_cast<char>(std::toupper(c));
+        EXPECT_EQ(BytesOf(GBufferSupport::IntToRomanNumeralLower(row.value)), row.text);
+        EXPECT_EQ(BytesOf(GBufferSupport::IntToRomanNumeralUpper(row.value)), upper);
     }
 }
