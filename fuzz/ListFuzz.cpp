@@ -1,5 +1,7 @@
-// Separated lists: any bytes split, and what was merged splits into the same elements.
+// Separated lists: any bytes split, what was merged splits into the same elements, and what a text was
+// split into joins to the text again.
 #include "framework/core/GBufferSupport.h"
+#include "framework/core/GStringSupport.h"
 #include "framework/core/GTable.h"
 #include "fuzz/FuzzInput.h"
 
@@ -29,5 +31,14 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t cou
     GBufferSupport::SplitSeparatedBuffer(merged, back);
     const bool isOneEmptyElement = elements.GetCount() == 1 && elements[0].IsEmpty();
     Require(isOneEmptyElement || AreSame(elements, back), "a merged list splits into its elements");
+
+    FuzzInput texts(bytes, count);
+    const GString separator = texts.TakeText();  // half a unit alone is bytes, but no text
+    const GString text = texts.TakeRestAsText();
+    GTable<GString> parts;
+    GStringSupport::SeparatedStringToStringTable(text, separator, parts, true);
+    GString joined;
+    GStringSupport::StringTableToSeparatedString(parts, separator, joined);
+    Require(joined == text, "the parts of a text join to the text");
     return 0;
 }

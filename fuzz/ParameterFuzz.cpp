@@ -21,6 +21,11 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t cou
     untouched.SubstituteParams(GTable<const GString*>());
     Require(untouched == marked, "without parameters all markers stay");
 
+    GString own = marked;
+    own.SubstituteParams(own, own);
+    GString copied = marked;
+    Require(own == copied.SubstituteParams(marked, marked), "a text may be its own parameter");
+
     GLngString forPeople(marked);
     forPeople.AddParam(first).AddParam(second);
     Require(marked.IsEmpty() || forPeople.GetString() == text, "both ways put the parameters in alike");
