@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <concepts>
 #include <string>
 #include <string_view>
 
@@ -16,34 +17,16 @@
 #include "framework/core/GWinAnsiEncoding.h"
 #include "tests/core/TextForTests.h"
 
-// Not kept: the tests replace the instances.
-inline const GASCIIEncoding* ASCII() {
-    return GASCIIEncoding::GetInstance();
-}
-inline const GUnicodeEncoding* Unicode() {
-    return GUnicodeEncoding::GetInstance();
-}
-inline const GUTF8Encoding* UTF8() {
-    return GUTF8Encoding::GetInstance();
-}
-inline const GWinAnsiEncoding* WinAnsi() {
-    return GWinAnsiEncoding::GetInstance();
-}
-inline const GMacRomanEncoding* MacRoman() {
-    return GMacRomanEncoding::GetInstance();
-}
-inline const GMacExpertEncoding* MacExpert() {
-    return GMacExpertEncoding::GetInstance();
-}
-inline const GStandardEncoding* Standard() {
-    return GStandardEncoding::GetInstance();
-}
-inline const GPDFDocEncoding* PDFDoc() {
-    return GPDFDocEncoding::GetInstance();
-}
-inline const GShiftJISEncoding* ShiftJIS() {
-    return GShiftJISEncoding::GetInstance();
-}
+// Functions, since the tests replace the instances.
+inline constexpr auto ASCII = &GASCIIEncoding::GetInstance;
+inline constexpr auto Unicode = &GUnicodeEncoding::GetInstance;
+inline constexpr auto UTF8 = &GUTF8Encoding::GetInstance;
+inline constexpr auto WinAnsi = &GWinAnsiEncoding::GetInstance;
+inline constexpr auto MacRoman = &GMacRomanEncoding::GetInstance;
+inline constexpr auto MacExpert = &GMacExpertEncoding::GetInstance;
+inline constexpr auto Standard = &GStandardEncoding::GetInstance;
+inline constexpr auto PDFDoc = &GPDFDocEncoding::GetInstance;
+inline constexpr auto ShiftJIS = &GShiftJISEncoding::GetInstance;
 
 /// What reading bytes gave.
 struct Conversion {
@@ -75,10 +58,9 @@ inline Written Write(const GEncoding* encoding, std::u16string_view units) {
     return Write(encoding, BufferOf(units), Unicode());
 }
 
-inline void PrintTo(const Conversion& read, std::ostream* out) {
-    *out << testing::PrintToString(read.units) << ", " << read.result;
-}
-
-inline void PrintTo(const Written& written, std::ostream* out) {
-    *out << testing::PrintToString(written.bytes) << ", " << written.result;
+template <class Result>
+void PrintTo(const Result& result,
+             std::ostream* out) requires std::same_as<Result, Conversion> || std::same_as<Result, Written> {
+    const auto& [text, code] = result;
+    *out << testing::PrintToString(text) << ", " << code;
 }

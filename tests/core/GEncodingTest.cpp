@@ -36,12 +36,7 @@ TEST(GEncoding, EachKnowsItsNameAndNoOther) {
 }
 
 TEST(GEncoding, SingleBytesAndTheirCharacters) {
-    const struct {
-        const char* what;
-        const GEncoding* encoding;
-        std::string_view bytes;
-        std::u16string_view units;
-    } rows[] = {
+    const std::tuple<const char*, const GEncoding*, std::string, std::u16string> rows[] = {
         {"euro, bullet, no-break space, soft hyphen", WinAnsi(), "\x80\x95\xA0\xAD",
          u"\u20AC\u2022\u00A0\u00AD"},
         {"single quote and the ends", WinAnsi(), "\x1F '~\x82\xFF", u"\x1F '~\u201A\u00FF"},
@@ -59,10 +54,9 @@ TEST(GEncoding, SingleBytesAndTheirCharacters) {
         {"letters", PDFDoc(), "\x93\x94\x95\x96\x97\x98\x99\x9A\x9B\x9C\x9D\x9E\xA0",
          u"\uFB01\uFB02\u0141\u0152\u0160\u0178\u017D\u0131\u0142\u0153\u0161\u017E\u20AC"},
     };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.what);
-        EXPECT_EQ(Read(row.encoding, row.bytes), (Conversion{std::u16string(row.units), 1}));
-        EXPECT_EQ(Write(row.encoding, row.units), (Written{std::string(row.bytes), 1}));
+    for (const auto& [what, encoding, bytes, units] : rows) {
+        EXPECT_EQ(Read(encoding, bytes), (Conversion{units, 1})) << what;
+        EXPECT_EQ(Write(encoding, units), (Written{bytes, 1})) << what;
     }
     for (int code = 0x20; code < 0x100; ++code) {
         if (code >= 0x7F && (code <= 0xA0 || code == 0xAD)) continue;
@@ -72,12 +66,7 @@ TEST(GEncoding, SingleBytesAndTheirCharacters) {
 }
 
 TEST(GEncoding, WhatHasNoCharacterBecomesTheDefaultCharacter) {
-    const struct {
-        const char* what;
-        const GEncoding* encoding;
-        std::string_view bytes;
-        std::u16string units;
-    } rows[] = {
+    const std::tuple<const char*, const GEncoding*, std::string, std::u16string> rows[] = {
         {"WinAnsi delete and free codes", WinAnsi(), "\x7F\x81\x8D\x8F\x90\x9D", u"@@@@@@"},
         {"WinAnsi among others", WinAnsi(), "a\x81z", u"a@z"},
         {"MacRoman without mathematics", MacRoman(), "\xAD\xB0\xF0", u"@@@"},
@@ -85,17 +74,12 @@ TEST(GEncoding, WhatHasNoCharacterBecomesTheDefaultCharacter) {
         {"Standard above the letters", Standard(), "\xFF", u"@"},
         {"ASCII above 0x7F", ASCII(), "a\x80\xFFz", u"a@@z"},
     };
-    for (const auto& row : rows)
-        EXPECT_EQ(Read(row.encoding, row.bytes), (Conversion{row.units, 2})) << row.what;
+    for (const auto& [what, encoding, bytes, units] : rows)
+        EXPECT_EQ(Read(encoding, bytes), (Conversion{units, 2})) << what;
 }
 
 TEST(GEncoding, WhatHasNoCodeBecomesTheDefaultCharacter) {
-    const struct {
-        const char* what;
-        const GEncoding* encoding;
-        std::u16string_view units;
-        std::string bytes;
-    } rows[] = {
+    const std::tuple<const char*, const GEncoding*, std::u16string, std::string> rows[] = {
         {"a Chinese character in WinAnsi", WinAnsi(), u"a\u4E00b", "a@b"},
         {"delete in WinAnsi", WinAnsi(), u"\x7F", "@"},
         {"a surrogate pair in WinAnsi is two units", WinAnsi(), u"\xD83D\xDE00", "@@"},
@@ -104,8 +88,8 @@ TEST(GEncoding, WhatHasNoCodeBecomesTheDefaultCharacter) {
         {"a Latin-1 letter in ASCII", ASCII(), u"caf\u00E9", "caf@"},
         {"the unit whose low byte is a letter", ASCII(), u"\u0141", "@"},
     };
-    for (const auto& row : rows)
-        EXPECT_EQ(Write(row.encoding, row.units), (Written{row.bytes, 2})) << row.what;
+    for (const auto& [what, encoding, units, bytes] : rows)
+        EXPECT_EQ(Write(encoding, units), (Written{bytes, 2})) << what;
 }
 
 TEST(GEncoding, EveryMappedByteComesBackAndControlCodesStandForThemselves) {
@@ -208,23 +192,17 @@ TEST(GEncoding, TheOutputMayBeTheInput) {
 }
 
 TEST(GEncoding, TheWorseResultOfTheTwoStepsIsReported) {
-    const struct {
-        const char* what;
-        const GEncoding* target;
-        const GEncoding* source;
-        std::string_view bytes;
-        Written written;
-    } rows[] = {
+    const std::tuple<const char*, const GEncoding*, const GEncoding*, std::string, Written> rows[] = {
         {"invalid input", WinAnsi(), UTF8(), "ab\xFF", {"ab", 4}},
         {"invalid input behind a replaced character", ASCII(), UTF8(), "ab\xC3\xA9\xFF", {"ab@", 4}},
-        {"an odd byte of UTF-16", WinAnsi(), Unicode(), "a\0b"sv, {"a", 4}},
+        {"an odd byte of UTF-16", WinAnsi(), Unicode(), "a\0b"s, {"a", 4}},
         {"replaced while reading", ASCII(), WinAnsi(), "\x81", {"@", 2}},
         {"replaced while reading, to UTF-8", UTF8(), WinAnsi(), "a\x81", {"a@", 2}},
         {"nothing becomes UTF-8 of invalid input", UTF8(), UTF8(), "a\xFF", {"", 4}},
-        {"nor of an odd byte of UTF-16", UTF8(), Unicode(), "a\0b"sv, {"", 4}},
+        {"nor of an odd byte of UTF-16", UTF8(), Unicode(), "a\0b"s, {"", 4}},
     };
-    for (const auto& row : rows)
-        EXPECT_EQ(Write(row.target, BufferOf(row.bytes), row.source), row.written) << row.what;
+    for (const auto& [what, target, source, bytes, written] : rows)
+        EXPECT_EQ(Write(target, BufferOf(bytes), source), written) << what;
 }
 
 // The input is not read: it need not be there.

@@ -29,11 +29,7 @@ TEST(GUTF8Encoding, ReadsAndWritesOneToThreeBytesAUnit) {
 }
 
 TEST(GUTF8Encoding, ReadsWhatItDoesNotWrite) {
-    const struct {
-        const char* what;
-        std::string_view bytes;
-        Conversion read;
-    } rows[] = {
+    const std::tuple<const char*, std::string_view, Conversion> rows[] = {
         {"an overlong slash in two bytes", "\xC0\xAF", {u"/", 1}},
         {"an overlong slash in three bytes", "\xE0\x80\xAF", {u"/", 1}},
         {"an overlong zero is a zero unit, but no zero byte", "\xC0\x80", {u"\0"s, 1}},
@@ -50,7 +46,7 @@ TEST(GUTF8Encoding, ReadsWhatItDoesNotWrite) {
         {"a lead byte instead of the second byte", "a\xE4\xC3\xA9", {u"a", 4}},
         {"invalid input matters more than a zero byte", "\0\xFF"sv, {u"\0"s, 4}},
     };
-    for (const auto& row : rows) EXPECT_EQ(Read(UTF8(), row.bytes), row.read) << row.what;
+    for (const auto& [what, bytes, read] : rows) EXPECT_EQ(Read(UTF8(), bytes), read) << what;
 }
 
 // The rules for reading, one character at a time.
