@@ -133,8 +133,10 @@ void CompareUTF8(const char* name, const std::vector<const char*>& words) {
 }
 
 void CompareWinAnsi(const char* name, const std::vector<const char*>& words) {
-    const std::string text = MakeText(words);
-    const GBuffer bytes = BufferOf(text);
+    GBuffer bytes;
+    GWinAnsiEncoding::GetInstance()->ConvertFrom(BufferOf(MakeText(words)), GUTF8Encoding::GetInstance(),
+                                                 bytes);
+    const std::string text(bytes.GetPtr(), static_cast<std::size_t>(bytes.GetLength()));
     const auto length = static_cast<int32_t>(text.size());
     GBuffer utf16;
     GWinAnsiEncoding::GetInstance()->ConvertTo(bytes, GUnicodeEncoding::GetInstance(), utf16);
@@ -187,55 +189,38 @@ void CompareNaturalOrder() {
     Check(lessByNumber > 0 && lessByBytes > 0, "the order");
 }
 
+// In words, so that a text can have them in any order.
+using Words = std::vector<const char*>;
+
+const Words cEnglish = {"The ",    "quick ",     "brown ", "fox ",    "jumps ", "over ",
+                        "the ",    "lazy ",      "dog, ",  "and ",    "a ",     "printer\n",
+                        "prints ", "documents ", "named ", "Report. "};
+const Words cGerman = {
+    "Gr\u00FC\u00DFe ", "aus ", "M\u00FCnchen: ",   "f\u00FCnf ", "B\u00FCcher ", "kosten ",
+    "weniger ",         "als ", "zwanzig ",         "\u20AC. ",   "Der ",         "Drucker ",
+    "w\u00E4hlt ",      "die ", "Gr\u00F6\u00DFe ", "und ",       "dr\u00FCckt ", "eine ",
+    "Seite, ",          "die "};
+const Words cRussian = {"\u041F\u0435\u0447\u0430\u0442\u044C ",
+                        "\u043D\u0430 ",
+                        "\u0438 ",
+                        "\u0434\u043E\u043A\u0443\u043C\u0435\u043D\u0442\u0430, ",
+                        "\u0444\u0430\u0439\u043B ",
+                        "\u043A\u043E\u0442\u043E\u0440\u044B\u0439 ",
+                        "\u0441\u0442\u0440\u0430\u043D\u0438\u0446\u0430. ",
+                        "\u043D\u0435 "};
+const Words cChinese = {"\u6253\u5370", "\u6587\u4EF6",       "\u5DF2",    "\u5B8C\u6210", "\uFF0C",
+                        "\u3002",       "\u6253\u5370\u673A", "2023\u5E74"};
+
 }  // namespace
 
 int main() {
     std::printf("Each line: our time, then that of each peer and how many times ours it is.\n");
-    const std::vector<const char*> english = {
-        "The ",  "quick ", "brown ", "fox ",      "jumps ",  "over ",      "the ",   "lazy ",
-        "dog, ", "and ",   "a ",     "printer\n", "prints ", "documents ", "named ", "Report. "};
-    CompareUTF8("English", english);
-    CompareUTF8("German", {"Gr\xC3\xBC\xC3\x9F"
-                           "e ",
-                           "aus ",
-                           "M\xC3\xBCnchen: ",
-                           "f\xC3\xBCnf ",
-                           "B\xC3\xBC"
-                           "cher ",
-                           "kosten ",
-                           "weniger ",
-                           "als ",
-                           "zwanzig ",
-                           "\xE2\x82\xAC. ",
-                           "Der ",
-                           "Drucker ",
-                           "w\xC3\xA4hlt ",
-                           "die ",
-                           "Gr\xC3\xB6\xC3\x9F"
-                           "e ",
-                           "und ",
-                           "dr\xC3\xBC"
-                           "ckt ",
-                           "eine ",
-                           "Seite, ",
-                           "die "});
-    CompareUTF8(
-        "Russian",
-        {"\xD0\x9F\xD0\xB5\xD1\x87\xD0\xB0\xD1\x82\xD1\x8C ", "\xD0\xBD\xD0\xB0 ", "\xD0\xB8 ",
-         "\xD0\xB4\xD0\xBE\xD0\xBA\xD1\x83\xD0\xBC\xD0\xB5\xD0\xBD\xD1\x82\xD0\xB0, ",
-         "\xD1\x84\xD0\xB0\xD0\xB9\xD0\xBB ", "\xD0\xBA\xD0\xBE\xD1\x82\xD0\xBE\xD1\x80\xD1\x8B\xD0\xB9 ",
-         "\xD1\x81\xD1\x82\xD1\x80\xD0\xB0\xD0\xBD\xD0\xB8\xD1\x86\xD0\xB0. ", "\xD0\xBD\xD0\xB5 "});
-    CompareUTF8("Chinese", {"\xE6\x89\x93\xE5\x8D\xB0", "\xE6\x96\x87\xE4\xBB\xB6", "\xE5\xB7\xB2",
-                            "\xE5\xAE\x8C\xE6\x88\x90", "\xEF\xBC\x8C", "\xE3\x80\x82",
-                            "\xE6\x89\x93\xE5\x8D\xB0\xE6\x9C\xBA", "2023\xE5\xB9\xB4"});
-    CompareWinAnsi("English", english);
-    CompareWinAnsi("German", {"Gr\xFC\xDF"
-                              "e ",
-                              "aus ", "M\xFCnchen: ", "f\xFCnf ",
-                              "B\xFC"
-                              "cher ",
-                              "kosten ", "weniger ", "als ", "zwanzig ", "\x80. ", "Der ", "Drucker ",
-                              "w\xE4hlt ", "die ", "Seite, "});
+    CompareUTF8("English", cEnglish);
+    CompareUTF8("German", cGerman);
+    CompareUTF8("Russian", cRussian);
+    CompareUTF8("Chinese", cChinese);
+    CompareWinAnsi("English", cEnglish);
+    CompareWinAnsi("German", cGerman);
     CompareNaturalOrder();
     return sFailed ? 1 : 0;
 }
