@@ -3,10 +3,12 @@
 #include <gtest/gtest.h>
 
 #include <climits>
+#include <cstdio>
 #include <string>
 #include <vector>
 
 #include "framework/core/GBuffer.h"
+#include "tests/core/TableRow.h"
 #include "tests/core/TestText.h"
 
 namespace {
@@ -14,13 +16,25 @@ namespace {
 constexpr long cMost = INT32_MAX;
 constexpr long cLeast = INT32_MIN;
 
-/// "year-month-day hour:minute:second relation/hours:minutes" of the stored fields.
-std::string Fields(const GDateTime& time) {
+/// "year-month-day hour:minute:second" of the stored fields.
+std::string When(const GDateTime& time) {
     const auto text = [](long number) { return std::to_string(number); };
     return text(time.GetYear()) + "-" + text(time.GetMonth()) + "-" + text(time.GetDay()) + " " +
-           text(time.GetHour()) + ":" + text(time.GetMinute()) + ":" + text(time.GetSecond()) + " " +
-           text(time.GetRelationToUTC()) + "/" + text(time.GetOffsetHours()) + ":" +
-           text(time.GetOffsetMinutes());
+           text(time.GetHour()) + ":" + text(time.GetMinute()) + ":" + text(time.GetSecond());
+}
+
+/// The same with " relation/hours:minutes" behind it.
+std::string Fields(const GDateTime& time) {
+    return When(time) + " " + std::to_string(time.GetRelationToUTC()) + "/" +
+           std::to_string(time.GetOffsetHours()) + ":" + std::to_string(time.GetOffsetMinutes());
+}
+
+/// The time that When() writes, or with the date alone the start of its day; in UTC.
+GDateTime At(std::string_view text) {
+    long year = 0, month = 0, day = 0, hour = 0, minute = 0, second = 0;
+    std::sscanf(std::string(text).c_str(), "%ld-%ld-%ld %ld:%ld:%ld", &year, &month, &day, &hour, &minute,
+                &second);
+    return GDateTime(day, month, year, hour, minute, second, 1, 0, 0);
 }
 
 GBuffer Bytes(std::string_view text) {
@@ -135,86 +149,61 @@ TEST(GDateTime, ConvertsToAndFromBrokenDownTime) {
 }
 
 TEST(GDateTime, NormalizesByCarrying) {
-    const struct {
-        const char* what;
-        GDateTime time;
-        std::string result;
-    } rows[] = {
-        {"a second too many", UTC(2014, 12, 31, 23, 59, 60), "2015-1-1 0:0:0 1/0:0"},
-        {"a second too few", UTC(2015, 1, 1, 0, 0, -1), "2014-12-31 23:59:59 1/0:0"},
-        {"hours", UTC(2014, 1, 1, 49, 0, 0), "2014-1-3 1:0:0 1/0:0"},
-        {"31 February", UTC(2014, 2, 31), "2014-3-3 0:0:0 1/0:0"},
-        {"31 February in a leap year", UTC(2016, 2, 31), "2016-3-2 0:0:0 1/0:0"},
-        {"29 February 1900", UTC(1900, 2, 29), "1900-3-1 0:0:0 1/0:0"},
-        {"29 February 2000", UTC(2000, 2, 29), "2000-2-29 0:0:0 1/0:0"},
-        {"day 0", UTC(2014, 3, 0), "2014-2-28 0:0:0 1/0:0"},
-        {"day -365", UTC(2014, 1, -364), "2013-1-1 0:0:0 1/0:0"},
-        {"month 13", UTC(2014, 13, 1), "2015-1-1 0:0:0 1/0:0"},
-        {"month 0", UTC(2014, 0, 1), "2013-12-1 0:0:0 1/0:0"},
-        {"month -11", UTC(2014, -11, 31), "2013-1-31 0:0:0 1/0:0"},
-        {"below year 0", UTC(0, 1, 0), "-1-12-31 0:0:0 1/0:0"},
-        {"everything at its most", UTC(2000, cMost, cMost, cMost, cMost, cMost),
-         "185087715-11-27 12:21:7 1/0:0"},
-        {"beyond the last year", UTC(cMost, 12, 31, 24, 0, 0), "2147483647-12-31 23:59:59 1/0:0"},
-        {"before the first year", UTC(cLeast, 1, 0), "-2147483648-1-1 0:0:0 1/0:0"},
-    };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.what);
-        GDateTime time = row.time;
+    for (const std::string_view row :
+         {"2014-12-31 23:59:60 -> 2015-1-1 0:0:0", "2015-1-1 0:0:-1 -> 2014-12-31 23:59:59",
+          "2014-1-1 49:0:0 -> 2014-1-3 1:0:0", "2014-2-31 -> 2014-3-3 0:0:0", "2016-2-31 -> 2016-3-2 0:0:0",
+          "1900-2-29 -> 1900-3-1 0:0:0", "2000-2-29 -> 2000-2-29 0:0:0", "2014-3-0 -> 2014-2-28 0:0:0",
+          "2014-1--364 -> 2013-1-1 0:0:0", "2014-13-1 -> 2015-1-1 0:0:0", "2014-0-1 -> 2013-12-1 0:0:0",
+          "2014--11-31 -> 2013-1-31 0:0:0", "0-1-0 -> -1-12-31 0:0:0",
+          "2000-2147483647-2147483647 2147483647:2147483647:2147483647 -> 185087715-11-27 12:21:7",
+          "2147483647-12-31 24:0:0 -> 2147483647-12-31 23:59:59",
+          "-2147483648-1-0 -> -2147483648-1-1 0:0:0"}) {
+        const auto [start, result] = CellsOf<2>(row);
+        GDateTime time = At(start);
         time.Normalize();
-        EXPECT_EQ(Fields(time), row.result);
+        EXPECT_EQ(When(time), result) << row;
     }
 }
 
 TEST(GDateTime, AddsMonthsToTheEndOfTheMonthAndThenTheRest) {
-    struct Span {
-        long days, hours, minutes, seconds, months, years;
-    };
-    const struct {
-        GDateTime time;
-        Span span;
-        std::string result;
-    } rows[] = {
-        {UTC(2014, 1, 31), {0, 0, 0, 0, 1, 0}, "2014-2-28 0:0:0 1/0:0"},
-        {UTC(2016, 1, 31), {0, 0, 0, 0, 1, 0}, "2016-2-29 0:0:0 1/0:0"},
-        {UTC(2016, 2, 29), {0, 0, 0, 0, 0, 1}, "2017-2-28 0:0:0 1/0:0"},
-        {UTC(2014, 3, 31), {0, 0, 0, 0, -1, 0}, "2014-2-28 0:0:0 1/0:0"},
-        {UTC(2014, 1, 15), {0, 0, 0, 0, -13, 0}, "2012-12-15 0:0:0 1/0:0"},
-        {UTC(2014, 2, 31), {0, 0, 0, 0, 1, 0}, "2014-4-3 0:0:0 1/0:0"},
-        {UTC(2014, 1, 31), {1, 0, 0, 0, 1, 0}, "2014-3-1 0:0:0 1/0:0"},
-        {UTC(2014, 1, 1), {0, 0, 0, 0, cMost, 0}, "178958984-8-1 0:0:0 1/0:0"},
-        {UTC(2015, 2, 28, 23, 59, 59), {0, 0, 0, 1, 0, 0}, "2015-3-1 0:0:0 1/0:0"},
-        {UTC(2015, 3, 1), {1, 2, 3, 4, 5, 6}, "2021-8-2 2:3:4 1/0:0"},
-        {UTC(2021, 8, 2, 2, 3, 4), {-1, -2, -3, -4, -5, -6}, "2015-3-1 0:0:0 1/0:0"},
-        {UTC(2015, 3, 1), {0, 0, 0, cMost, 0, 0}, "2083-3-19 3:14:7 1/0:0"},
-        {UTC(2015, 3, 1), {cMost, cMost, cMost, cMost, cMost, cMost}, "2147483647-12-31 23:59:59 1/0:0"},
-        {UTC(cLeast, 3, 1), {cLeast, cLeast, cLeast, cLeast, 0, 0}, "-2147483648-1-1 0:0:0 1/0:0"},
-    };
-    for (const auto& [start, span, result] : rows) {
-        SCOPED_TRACE(Fields(start) + " -> " + result);
-        GDateTime time = start;
-        time.AddTime(span.days, span.hours, span.minutes, span.seconds, span.months, span.years);
-        EXPECT_EQ(Fields(time), result);
+    // Added are days, hours, minutes, seconds, months, years.
+    for (const std::string_view row :
+         {"2014-1-31 + 0 0 0 0 1 0 -> 2014-2-28 0:0:0", "2016-1-31 + 0 0 0 0 1 0 -> 2016-2-29 0:0:0",
+          "2016-2-29 + 0 0 0 0 0 1 -> 2017-2-28 0:0:0", "2014-3-31 + 0 0 0 0 -1 0 -> 2014-2-28 0:0:0",
+          "2014-1-15 + 0 0 0 0 -13 0 -> 2012-12-15 0:0:0", "2014-2-31 + 0 0 0 0 1 0 -> 2014-4-3 0:0:0",
+          "2014-1-31 + 1 0 0 0 1 0 -> 2014-3-1 0:0:0",
+          "2014-1-1 + 0 0 0 0 2147483647 0 -> 178958984-8-1 0:0:0",
+          "2015-2-28 23:59:59 + 0 0 0 1 0 0 -> 2015-3-1 0:0:0", "2015-3-1 + 1 2 3 4 5 6 -> 2021-8-2 2:3:4",
+          "2021-8-2 2:3:4 + -1 -2 -3 -4 -5 -6 -> 2015-3-1 0:0:0",
+          "2015-3-1 + 0 0 0 2147483647 0 0 -> 2083-3-19 3:14:7",
+          "2015-3-1 + 2147483647 2147483647 2147483647 2147483647 2147483647 2147483647 -> 2147483647-12-31 "
+          "23:59:59",
+          "-2147483648-3-1 + -2147483648 -2147483648 -2147483648 -2147483648 0 0 -> -2147483648-1-1 0:0:0"}) {
+        const auto [sum, result] = CellsOf<2>(row);
+        GDateTime time = At(sum);
+        long span[6] = {};
+        std::sscanf(std::string(sum.substr(sum.find('+') + 1)).c_str(), "%ld %ld %ld %ld %ld %ld", &span[0],
+                    &span[1], &span[2], &span[3], &span[4], &span[5]);
+        time.AddTime(span[0], span[1], span[2], span[3], span[4], span[5]);
+        EXPECT_EQ(When(time), result) << row;
     }
-    GDateTime time = UTC(2015, 12, 31, 23, 59, 59);
+    GDateTime time = At("2015-12-31 23:59:59");
     time.AddDays(60);
-    EXPECT_EQ(Fields(time), "2016-2-29 23:59:59 1/0:0");
+    EXPECT_EQ(When(time), "2016-2-29 23:59:59");
     time.AddMonths(-12);
-    EXPECT_EQ(Fields(time), "2015-2-28 23:59:59 1/0:0");
+    EXPECT_EQ(When(time), "2015-2-28 23:59:59");
 }
 
 TEST(GDateTime, ComparesFieldByFieldWithoutTheOffset) {
-    const GDateTime time = UTC(2014, 3, 15, 9, 30, 5);
-    const GDateTime later[] = {UTC(2015, 1, 1, 0, 0, 0),   UTC(2014, 4, 1, 0, 0, 0),
-                               UTC(2014, 3, 16, 0, 0, 0),  UTC(2014, 3, 15, 10, 0, 0),
-                               UTC(2014, 3, 15, 9, 31, 0), UTC(2014, 3, 15, 9, 30, 6)};
-    for (const GDateTime& other : later) {
-        SCOPED_TRACE(Fields(other));
-        EXPECT_EQ(time.CompareWith(other), -1);
-        EXPECT_EQ(other.CompareWith(time), 1);
-        EXPECT_TRUE(time < other);
-        EXPECT_TRUE(time <= other);
-        EXPECT_FALSE(other <= time);
+    const GDateTime time = At("2014-3-15 9:30:5");
+    for (const char* text : {"2015-1-1 0:0:0", "2014-4-1 0:0:0", "2014-3-16 0:0:0", "2014-3-15 10:0:0",
+                             "2014-3-15 9:31:0", "2014-3-15 9:30:6"}) {
+        SCOPED_TRACE(text);
+        const GDateTime later = At(text);
+        EXPECT_EQ(time.CompareWith(later), -1);
+        EXPECT_EQ(later.CompareWith(time), 1);
+        EXPECT_TRUE(time < later && time <= later);
+        EXPECT_FALSE(later < time || later <= time);
     }
     const GDateTime elsewhere(15, 3, 2014, 9, 30, 5, -1, 8, 0);
     EXPECT_EQ(time.CompareWith(elsewhere), 0);
@@ -245,75 +234,52 @@ TEST(GDateTime, CountsDaysAndSecondsBetween) {
 }
 
 TEST(GDateTime, ReadsPDFDates) {
-    const struct {
-        const char* text;
-        long result;
-        std::string fields;
-    } rows[] = {
-        {"D:20140315103000+01'00'", 1, "2014-3-15 9:30:0 1/1:0"},
-        {"D:20140315103000-03'30'", 1, "2014-3-15 14:0:0 -1/3:30"},
-        {"D:20140101003000+01'00'", 1, "2013-12-31 23:30:0 1/1:0"},
-        {"D:20140315103000Z00'00'", 1, "2014-3-15 10:30:0 1/0:0"},
-        {"20140315", 1, "2014-3-15 0:0:0 -1/5:45"},
-        {"D:2014", 1, "2014-1-1 0:0:0 -1/5:45"},
-        {"D:201403151030", 1, "2014-3-15 10:30:0 -1/5:45"},
-        {"D:2014Z", 1, "2014-1-1 0:0:0 1/0:0"},
-        {"D:20140231", 1, "2014-3-3 0:0:0 -1/5:45"},
-        {"D:20140315103000+01", 1, "2014-3-15 9:30:0 1/1:0"},
-        {"D:20140315103000+01'30", 1, "2014-3-15 9:0:0 1/1:30"},
-        {"D:20140315103000+0130", 1, "2014-3-15 9:30:0 1/1:0"},
-        {"D:20140315103000+", 1, "2014-3-15 10:30:0 1/0:0"},
-        {"D:20140315103000+-1'00'", 1, "2014-3-15 10:30:0 1/0:0"},
-        {"D:20000229235959+14'45'", 1, "2000-2-29 9:14:59 1/14:45"},
-        {"D:20140315103000+99'99'", 1, "2014-3-11 5:51:0 1/99:99"},
-        {"D:2014031510300099", 1, "2014-3-15 10:30:0 -1/5:45"},
-        {"D:2014 3 5", 1, "2014-3-5 0:0:0 -1/5:45"},
-        {"D: 2014\t03", 1, "2014-3-1 0:0:0 -1/5:45"},
-        {"D:20143x", 1, "2014-3-1 0:0:0 -1/5:45"},
-        {"D:201Z", 1, "201-1-1 0:0:0 1/0:0"},
-        {"D:0000", 1, "0-1-1 0:0:0 -1/5:45"},
-        {"D:9999123123595900", 1, "9999-12-31 23:59:59 -1/5:45"},
-        {"D:19100", 2, "2000-1-1 0:0:0 -1/5:45"},
-        {"D:191140315103000+01'00'", 2, "2014-3-15 9:30:0 1/1:0"},
-        {"D:19150101", 2, "2050-10-1 0:0:0 -1/5:45"},
-        {"D:1910", 2, "-15190-1-1 0:0:0 -1/5:45"},
-    };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.text);
+    const auto expect = [](std::string_view row, long result, std::string_view zone) {
+        SCOPED_TRACE(row);
+        const auto [text, fields] = CellsOf<2>(row);
         GDateTime time(1, 1, 1970, 0, 0, 0, -1, 5, 45);
-        EXPECT_EQ(time.SetFromPDFDateTime(row.text), row.result);
-        EXPECT_EQ(GDateTime::CheckPDFDateTime(row.text), row.result);
-        EXPECT_EQ(Fields(time), row.fields);
-    }
+        EXPECT_EQ(time.SetFromPDFDateTime(Bytes(text)), result);
+        EXPECT_EQ(GDateTime::CheckPDFDateTime(Bytes(text)), result);
+        EXPECT_EQ(Fields(time), std::string(fields) + std::string(zone));
+    };
+    for (const std::string_view row :
+         {"D:20140315103000+01'00' -> 2014-3-15 9:30:0 1/1:0",
+          "D:20140315103000-03'30' -> 2014-3-15 14:0:0 -1/3:30",
+          "D:20140101003000+01'00' -> 2013-12-31 23:30:0 1/1:0",
+          "D:20140315103000Z00'00' -> 2014-3-15 10:30:0 1/0:0", "D:2014Z -> 2014-1-1 0:0:0 1/0:0",
+          "D:20140315103000+01 -> 2014-3-15 9:30:0 1/1:0", "D:20140315103000+01'30 -> 2014-3-15 9:0:0 1/1:30",
+          "D:20140315103000+0130 -> 2014-3-15 9:30:0 1/1:0", "D:20140315103000+ -> 2014-3-15 10:30:0 1/0:0",
+          "D:20140315103000+-1'00' -> 2014-3-15 10:30:0 1/0:0",
+          "D:20000229235959+14'45' -> 2000-2-29 9:14:59 1/14:45",
+          "D:20140315103000+99'99' -> 2014-3-11 5:51:0 1/99:99", "D:201Z -> 201-1-1 0:0:0 1/0:0"})
+        expect(row, 1, "");
+    // Without a zone the place stays.
+    for (const std::string_view row :
+         {"20140315 -> 2014-3-15 0:0:0", "D:2014 -> 2014-1-1 0:0:0", "D:201403151030 -> 2014-3-15 10:30:0",
+          "D:20140231 -> 2014-3-3 0:0:0", "D:2014031510300099 -> 2014-3-15 10:30:0",
+          "D:2014 3 5 -> 2014-3-5 0:0:0", "D: 2014\t03 -> 2014-3-1 0:0:0", "D:20143x -> 2014-3-1 0:0:0",
+          "D:0000 -> 0-1-1 0:0:0", "D:9999123123595900 -> 9999-12-31 23:59:59"})
+        expect(row, 1, " -1/5:45");
+    for (const std::string_view row :
+         {"D:19100 -> 2000-1-1 0:0:0", "D:19150101 -> 2050-10-1 0:0:0", "D:1910 -> -15190-1-1 0:0:0"})
+        expect(row, 2, " -1/5:45");
+    expect("D:191140315103000+01'00' -> 2014-3-15 9:30:0 1/1:0", 2, "");
 }
 
 TEST(GDateTime, RefusesOtherTextsAndStaysUnchanged) {
-    for (const std::string_view text : std::initializer_list<std::string_view>{"",
-                                                                               "D",
-                                                                               "D:",
-                                                                               "D:201",
-                                                                               "D:20Z",
-                                                                               "D:20+1'00'",
-                                                                               "D-2014",
-                                                                               "X:2014",
-                                                                               "D:abcd",
-                                                                               "D:    ",
-                                                                               "D:-2014",
-                                                                               "D:201400",
-                                                                               "D:20200",
-                                                                               "D:20141301",
-                                                                               "D:20140300",
-                                                                               "D:20140332",
-                                                                               "D:2014031524",
-                                                                               "D:201403151060",
-                                                                               "D:20140315103060",
-                                                                               {"\0002014", 5}}) {
+    const auto expectRefused = [](std::string_view text) {
         SCOPED_TRACE(text);
         GDateTime time(2, 3, 1970, 4, 5, 6, -1, 5, 45);
         EXPECT_EQ(time.SetFromPDFDateTime(Bytes(text)), 0);
         EXPECT_EQ(GDateTime::CheckPDFDateTime(Bytes(text)), 0);
         EXPECT_EQ(Fields(time), "1970-3-2 4:5:6 -1/5:45");
-    }
+    };
+    for (const std::string_view text :
+         {"", "D", "D:", "D:201", "D:20Z", "D:20+1'00'", "D-2014", "X:2014", "D:abcd", "D:    ", "D:-2014",
+          "D:201400", "D:20200", "D:20141301", "D:20140300", "D:20140332", "D:2014031524", "D:201403151060"})
+        expectRefused(text);
+    expectRefused("D:20140315103060");
+    expectRefused(std::string_view("\0002014", 5));
 }
 
 TEST(GDateTime, WritesPDFDates) {
