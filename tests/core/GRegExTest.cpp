@@ -67,7 +67,7 @@ TEST(GRegEx, GivesTheTextsOfGroups) {
         std::string joined;
         expression.Find(GString(text), 0, match, groups);
         for (const GString& group : groups)
-            joined += (joined.empty() ? "" : ",") + BytesOf(group.GetBuffer(group.GetEncoding()));
+            joined.append(joined.empty() ? "" : ",").append(BytesOf(group.GetBuffer(group.GetEncoding())));
         std::erase(joined, '\0');
         EXPECT_EQ(joined, expected);
     }
