@@ -66,18 +66,14 @@ std::u16string Time(const GDateTime& time, bool local, std::u16string_view forma
 }  // namespace
 
 TEST(GDateTime, IsNowWithTheLocalDifference) {
-    const GDateTime before(true);
     const GDateTime now(true);
-    EXPECT_LE(before.CompareWith(now), 0);
-    EXPECT_LT(before.GetSecondsBetween(now), 60.0);
     EXPECT_GT(now.GetYear(), 2023);
-    long relation;
-    long hours;
-    long minutes;
+    GDateTime there;
+    long relation, hours, minutes;
     GDateTime::GetLocalToUTCDifference(relation, hours, minutes);
-    EXPECT_EQ(now.GetRelationToUTC(), relation);
-    EXPECT_EQ(now.GetOffsetHours(), hours);
-    EXPECT_EQ(now.GetOffsetMinutes(), minutes);
+    there.Set(now.GetDay(), now.GetMonth(), now.GetYear(), now.GetHour(), now.GetMinute(), now.GetSecond(),
+              relation, hours, minutes);
+    EXPECT_EQ(Fields(now), Fields(there));
 }
 
 TEST(GDateTime, StoresFieldsAsTheyAreGiven) {
@@ -96,23 +92,22 @@ TEST(GDateTime, StoresFieldsAsTheyAreGiven) {
 
 TEST(GDateTime, MovesLocalValuesByTheStoredOffset) {
     const struct {
-        const char* what;
         long relation, hours, minutes;
         std::string date, time;
     } rows[] = {
-        {"unknown place", 0, 1, 0, "2014-3-15 23:30:0 0/1:0", "2014-1-1 0:15:0 0/1:0"},
-        {"UTC", 1, 0, 0, "2014-3-15 23:30:0 1/0:0", "2014-1-1 0:15:0 1/0:0"},
-        {"ahead, local 00:30 of the next day", 1, 1, 0, "2014-3-14 23:30:0 1/1:0", "2014-1-1 23:15:0 1/1:0"},
-        {"behind", -1, 3, 30, "2014-3-15 23:30:0 -1/3:30", "2014-1-1 3:45:0 -1/3:30"},
+        {0, 1, 0, "2014-3-15 23:30:0", "2014-1-1 0:15:0"},
+        {1, 0, 0, "2014-3-15 23:30:0", "2014-1-1 0:15:0"},
+        {1, 1, 0, "2014-3-14 23:30:0", "2014-1-1 23:15:0"},
+        {-1, 3, 30, "2014-3-15 23:30:0", "2014-1-1 3:45:0"},
     };
     for (const auto& row : rows) {
-        SCOPED_TRACE(row.what);
         GDateTime time(1, 1, 2014, 23, 30, 0, row.relation, row.hours, row.minutes);
+        SCOPED_TRACE(Fields(time));
         time.SetDate(15, 3, 2014, false);
-        EXPECT_EQ(Fields(time), row.date);
+        EXPECT_EQ(When(time), row.date);
         time.Set(1, 1, 2014, 23, 30, 0, row.relation, row.hours, row.minutes);
         time.SetTime(0, 15, 0, false);
-        EXPECT_EQ(Fields(time), row.time);
+        EXPECT_EQ(When(time), row.time);
     }
 }
 
@@ -308,24 +303,15 @@ TEST(GDateTime, WritesPDFDates) {
 
 TEST(GDateTime, WritesPictures) {
     const GDateTime time(5, 3, 2014, 15, 4, 9, 1, 1, 0);
-    const struct {
-        std::u16string_view picture, text;
-    } rows[] = {
-        {u"yyyy-MM-dd HH:mm:ss", u"2014-03-05 15:04:09"},
-        {u"d.M.yy H:m:s", u"5.3.14 15:4:9"},
-        {u"dd/MM/y hh h", u"05/03/14 03 3"},
-        {u"yyyyyy yyy HHH", u"2014 2014 15"},
-        {u"'day' d 'o''clock'", u"day 5 o'clock"},
-        {u"''yyyy''", u"'2014'"},
-        {u"'open d", u"open d"},
-        {u"'", u""},
-        {u"Q4 [yyyy]", u"Q4 [2014]"},
-        {u"\u5E74yyyy\U0001F600", u"\u5E742014\U0001F600"},
-    };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(Readable(row.picture));
-        EXPECT_EQ(Date(time, false, row.picture), row.text);
-        EXPECT_EQ(Time(time, false, row.picture), row.text);
+    for (const std::u16string_view row :
+         {u"yyyy-MM-dd HH:mm:ss -> 2014-03-05 15:04:09", u"d.M.yy H:m:s -> 5.3.14 15:4:9",
+          u"dd/MM/y hh h -> 05/03/14 03 3", u"yyyyyy yyy HHH -> 2014 2014 15",
+          u"'day' d 'o''clock' -> day 5 o'clock", u"''yyyy'' -> '2014'", u"'open d -> open d", u"' -> ",
+          u"Q4 [yyyy] -> Q4 [2014]", u"\u5E74yyyy\U0001F600 -> \u5E742014\U0001F600"}) {
+        SCOPED_TRACE(Readable(row));
+        const auto [picture, text] = CellsOf<2>(row);
+        EXPECT_EQ(Date(time, false, picture), text);
+        EXPECT_EQ(Time(time, false, picture), text);
     }
     EXPECT_EQ(Date(time, true, u"dd HH:mm"), u"05 16:04");
     EXPECT_EQ(Date(UTC(2014, 3, 5, 0, 0, 0), false, u"hh"), u"12");
@@ -347,8 +333,8 @@ TEST(GDateTime, WritesNamesInTheUsersLanguage) {
 TEST(GDateTime, WritesAShortFormWithoutAPicture) {
     EXPECT_NE(Date(UTC(2014, 3, 5), false, u"").find(u"14"), std::u16string::npos);
     EXPECT_NE(Time(UTC(2014, 3, 5, 1, 47, 0), false, u"").find(u"47"), std::u16string::npos);
-    for (const long year : {1600L, 30828L, 40000L})
-        EXPECT_EQ(Date(UTC(year, 3, 5), false, u""), Date(UTC(year, 3, 5), false, u"yyyy-MM-dd"));
+    EXPECT_EQ(Date(UTC(30828, 3, 5), false, u""), u"30828-03-05");
+    EXPECT_EQ(Date(UTC(1600, 12, 31), false, u""), u"1600-12-31");
     EXPECT_EQ(Date(UTC(0, 12, 31), false, u""), u"0000-12-31");
     EXPECT_EQ(Time(UTC(1, 3, 5, 6, 7, 8), false, u""), u"06:07:08");
 }
@@ -366,8 +352,6 @@ TEST(GDateTime, TranslatesUTCToLocal) {
     EXPECT_EQ(translated({1, 1, 2000, 0, 0, 3}, 1, cMost, cMost), Times({1, 11, 251066, 9, 7, 3}));
 }
 
-TEST(GDateTime, CountsElapsedSeconds) {
-    const unsigned long before = GDateTime::ElapsedSeconds();
-    EXPECT_LT(before, 4294968ul);
-    EXPECT_LE(GDateTime::ElapsedSeconds() - before, 60ul);
+TEST(GDateTime, CountsElapsedSecondsOfA32BitCount) {
+    EXPECT_LT(GDateTime::ElapsedSeconds(), 4294968ul);
 }

@@ -1,4 +1,4 @@
-// Time zones can be had at will in the native build only: Windows keeps one for the machine.
+// Time zones and the locale's formats are known in the native build only: Windows has them of the machine.
 #include <gtest/gtest.h>
 
 #include <cstdlib>
@@ -59,4 +59,13 @@ TEST(GDateTimeZone, ShowsNowInLocalTime) {
     now.GetTimeAsString(local, true, GString("HH"));
     EXPECT_EQ(local.GetInt32(), (now.GetHour() + 5) % 24);
     EXPECT_EQ(now.GetOffsetHours(), 5);
+}
+
+TEST(GDateTimeZone, WritesISO8601WithoutAPicture) {
+    const GDateTime time(5, 3, 2014, 1, 47, 9, 1, 1, 0);
+    GString text;
+    time.GetDateAsString(text, false, GString());
+    EXPECT_TRUE(text == GString("2014-03-05"));
+    time.GetTimeAsString(text, true, GString());
+    EXPECT_TRUE(text == GString("02:47:09"));
 }
