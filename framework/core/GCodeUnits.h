@@ -141,6 +141,14 @@ struct GCodeUnits {
         return 3 * length - fewer;
     }
 
+    /// Eight times the unit.
+    static __m128i Lanes(std::uint16_t unit) noexcept { return _mm_set1_epi16(static_cast<short>(unit)); }
+
+    /// The lanes of 16 bits that are `limit` at most, all bits set.
+    static __m128i NotAbove(__m128i vector, std::uint16_t limit) noexcept {
+        return _mm_cmpeq_epi16(_mm_subs_epu16(vector, Lanes(limit)), _mm_setzero_si128());
+    }
+
     /// The lanes of 16 bits that lie within the range, all bits set.
     static __m128i InRange(__m128i vector, std::uint16_t first, std::uint16_t last) noexcept {
         const __m128i fromFirst = _mm_sub_epi16(vector, Lanes(first));
@@ -149,13 +157,7 @@ struct GCodeUnits {
     }
 
 private:
-    static __m128i Lanes(std::uint16_t unit) noexcept { return _mm_set1_epi16(static_cast<short>(unit)); }
-
     static bool AreAll(__m128i lanes) noexcept { return _mm_movemask_epi8(lanes) == 0xFFFF; }
-
-    static __m128i NotAbove(__m128i vector, std::uint16_t limit) noexcept {
-        return _mm_cmpeq_epi16(_mm_subs_epu16(vector, Lanes(limit)), _mm_setzero_si128());
-    }
 
     static std::size_t SumOfLanes(__m128i lanes) noexcept {
         const __m128i sums = _mm_sad_epu8(lanes, _mm_setzero_si128());

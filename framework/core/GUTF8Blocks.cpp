@@ -13,6 +13,7 @@ namespace {
 
 using Progress = GUTF8Blocks::Progress;
 
+// Vectors stay at 128 bits: the compiler for Windows does not align wider ones on the stack.
 const bool sCanShuffle = [] {
     __builtin_cpu_init();
     return __builtin_cpu_supports("ssse3") != 0;
@@ -43,8 +44,9 @@ consteval std::array<std::uint8_t, 256> MakeBitCounts() {
     return counts;
 }
 
-// What a unit takes is one byte when both its bits are set, two for the second, three for none. Of a
-// lane of 32 bits the last byte, the last two, or the last and the first two behind a gap are taken.
+// A unit has a lane of four bytes: the lead of three, nothing, the second of three or the lead of two, and
+// the last. The last alone is taken when both bits of the unit are set, the last two when the second is,
+// all three otherwise.
 constexpr std::size_t cLengthPlace = 15;  // four units fill twelve places at most
 
 consteval std::array<Shuffle, 256> MakeSequenceShuffles() {
@@ -74,10 +76,6 @@ constexpr std::size_t cUnits = 8;       // that are written at a time
 constexpr std::size_t cUnitsRoom = 28;  // for their bytes and what is stored behind them
 constexpr std::size_t cLongBlock = GCodeUnits::cLongBlock;
 
-__m128i Lanes(std::uint16_t value) {
-    return _mm_set1_epi16(static_cast<short>(value));
-}
-
 __m128i Bytes(std::uint8_t value) {
     return _mm_set1_epi8(static_cast<char>(value));
 }
@@ -99,10 +97,6 @@ __m128i AreContinuations(__m128i bytes) {
     return _mm_cmpgt_epi8(Bytes(0xC0), bytes);
 }
 
-__m128i NotAbove(__m128i units, std::uint16_t limit) {
-    return _mm_cmpeq_epi16(_mm_subs_epu16(units, Lanes(limit)), _mm_setzero_si128());
-}
-
 [[gnu::target("ssse3"), gnu::always_inline]] inline __m128i ShuffleBytes(__m128i bytes,
                                                                          const Shuffle& shuffle) {
     return _mm_shuffle_epi8(bytes, _mm_load_si128(reinterpret_cast<const __m128i*>(&shuffle)));
@@ -118,7 +112,7 @@ __m128i NotAbove(__m128i units, std::uint16_t limit) {
 // the second, or of ASCII; `factor` makes room for the third byte's where there is one.
 [[gnu::target("ssse3"), gnu::always_inline]] inline __m128i ReadLanes(__m128i secondAndFirst, __m128i factor,
                                                                       __m128i third) {
-    const __m128i weights = Lanes(0x4001);  // of the second byte, and of the first
+    const __m128i weights = GCodeUnits::Lanes(0x4001);  // of the second byte, and of the first
     return _mm_or_si128(_mm_mullo_epi16(_mm_maddubs_epi16(secondAndFirst, weights), factor), third);
 }
 
@@ -193,13 +187,15 @@ __m128i NotAbove(__m128i units, std::uint16_t limit) {
                                                                     unsigned char* bytes,
                                                                     Progress& progress) {
     const __m128i vector = GCodeUnits::LoadVector(units + 2 * progress.read);
-    const __m128i isOne = NotAbove(vector, 0x7F);
-    const __m128i isShort = NotAbove(vector, 0x7FF);
-    const __m128i lead = _mm_or_si128(_mm_srli_epi16(vector, 12), Lanes(0xE0));
+    const __m128i isOne = GCodeUnits::NotAbove(vector, 0x7F);
+    const __m128i isShort = GCodeUnits::NotAbove(vector, 0x7FF);
+    const __m128i lead = _mm_or_si128(_mm_srli_epi16(vector, 12), GCodeUnits::Lanes(0xE0));
     // With its mark of a continuation byte or, for two bytes, of a lead byte.
-    const __m128i second = _mm_or_si128(_mm_and_si128(_mm_srli_epi16(vector, 6), Lanes(0x3F)),
-                                        _mm_or_si128(_mm_and_si128(isShort, Lanes(0x40)), Lanes(0x80)));
-    const __m128i last = Select(isOne, vector, _mm_or_si128(_mm_and_si128(vector, Lanes(0x3F)), Lanes(0x80)));
+    const __m128i second =
+        _mm_or_si128(_mm_and_si128(_mm_srli_epi16(vector, 6), GCodeUnits::Lanes(0x3F)),
+                     _mm_or_si128(_mm_and_si128(isShort, GCodeUnits::Lanes(0x40)), GCodeUnits::Lanes(0x80)));
+    const __m128i last = Select(
+        isOne, vector, _mm_or_si128(_mm_and_si128(vector, GCodeUnits::Lanes(0x3F)), GCodeUnits::Lanes(0x80)));
     const __m128i secondAndLast = _mm_or_si128(second, _mm_slli_epi16(last, 8));
     const std::uint32_t kinds =
         MaskOf(_mm_packs_epi16(_mm_unpacklo_epi16(isOne, isShort), _mm_unpackhi_epi16(isOne, isShort)));

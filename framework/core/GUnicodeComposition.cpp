@@ -80,10 +80,6 @@ std::uint16_t ComposeHangul(std::uint16_t base, std::uint16_t mark) {
     return 0;
 }
 
-__m128i Lanes(int unit) {
-    return _mm_set1_epi16(static_cast<short>(unit));
-}
-
 constexpr std::size_t cLongBlock = 64;
 constexpr std::size_t cShortBlock = 8;
 
@@ -92,18 +88,19 @@ constexpr std::size_t cShortBlock = 8;
 template <std::size_t Length>
 bool MayHoldMark(const unsigned char* units) {
     __m128i least[cRangeCount];
-    std::ranges::fill(least, Lanes(0x7FFF));
+    std::ranges::fill(least, GCodeUnits::Lanes(0x7FFF));
     for (std::size_t i = 0; i < Length; i += 8) {
         const __m128i vector = GCodeUnits::LoadVector(units + 2 * i);
         for (std::size_t range = 0; range < cRangeCount; ++range) {
-            const __m128i fromFirst = _mm_add_epi16(vector, Lanes(0x8000 - cMarkRanges[range].first));
-            least[range] = _mm_min_epi16(least[range], fromFirst);
+            const auto toLeast = static_cast<std::uint16_t>(0x8000 - cMarkRanges[range].first);
+            least[range] = _mm_min_epi16(least[range], _mm_add_epi16(vector, GCodeUnits::Lanes(toLeast)));
         }
     }
     __m128i found = _mm_setzero_si128();
     for (std::size_t range = 0; range < cRangeCount; ++range) {
-        const int length = cMarkRanges[range].last - cMarkRanges[range].first + 1;
-        found = _mm_or_si128(found, _mm_cmpgt_epi16(Lanes(0x8000 + length), least[range]));
+        const auto [first, last] = cMarkRanges[range];
+        const auto end = static_cast<std::uint16_t>(0x8000 + last - first + 1);
+        found = _mm_or_si128(found, _mm_cmplt_epi16(least[range], GCodeUnits::Lanes(end)));
     }
     return _mm_movemask_epi8(found) != 0;
 }
