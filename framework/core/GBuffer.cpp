@@ -76,8 +76,10 @@ void Move(unsigned char* target, const unsigned char* source, long length) {
     if (length > 0) std::memmove(target, source, static_cast<std::size_t>(length));
 }
 
+// More than a buffer can hold counts as one byte too many, which a long of 32 bits can still say.
 long LengthOfText(const char* text) {
-    return text == nullptr ? 0 : static_cast<long>(std::strlen(text));
+    constexpr std::size_t cTooMany = std::size_t{GBuffer::cMaxLength} + 1;
+    return text == nullptr ? 0 : static_cast<long>(std::min(std::strlen(text), cTooMany));
 }
 
 const unsigned char* AsBytes(const char* text) {

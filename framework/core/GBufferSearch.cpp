@@ -269,7 +269,7 @@ long FindByBothEnds(const unsigned char* bytes, long length, const unsigned char
 // `start`. Out of line, lest the registers that it needs are saved for finding that.
 [[gnu::noinline]] long FindByFirstByte(const unsigned char* bytes, long length, const unsigned char* pattern,
                                        long patternLength, long start) {
-    constexpr long cRare = 64;  // bytes between two occurrences, on the average
+    constexpr std::ptrdiff_t cRare = 64;  // bytes between two occurrences, on the average
     const unsigned char* place = bytes + start;
     const unsigned char* const end = bytes + length - patternLength + 1;
     for (long leaps = 0; place - bytes >= start + (leaps - 2) * cRare; ++leaps) {
@@ -322,9 +322,10 @@ long GBuffer::FindSubBuffer(const GBuffer& pattern, long start, bool wide) const
     }
     const long count = pattern.mLength;
     if (count == 0) return 0;
-    const long places = mLength - count + 1 - start;
-    if (places <= 0) return -1;
-    const void* const found = std::memchr(mData + start, *what, static_cast<std::size_t>(places));
+    const long lastPlace = mLength - count;
+    if (start > lastPlace) return -1;
+    const void* const found =
+        std::memchr(mData + start, *what, static_cast<std::size_t>(lastPlace - start) + 1);
     if (found == nullptr) return -1;
     const auto* const place = static_cast<const unsigned char*>(found);
     if (count <= cShortRun && AreEqualShort(place, what, static_cast<std::size_t>(count)))

@@ -119,6 +119,7 @@ TEST(GBufferSearch, SubBuffers) {
         {"an empty pattern in an empty text", "", "", 0, 0},
         {"in an empty text", "", "a", 0, -1},
         {"a start beyond the text", "abc", "c", 5, -1},
+        {"a start far beyond the text", "", "abcde", 0x7FFFFFFF, -1},
         {"a start before the text", "abc", "b", -5, 1},
     };
     for (const auto& row : rows) {
