@@ -86,111 +86,163 @@ void ChangeBuffer(Random& random, GBuffer& buffer, std::string& model) {
 
 // --- Tables ------------------------------------------------------------------------------------
 
-// The model of a robust iterator: a place in a list of elements that know whether they were there all
-// the time. A std::list's iterators stay where they are, as ours should.
-struct ModelElement {
-    std::string text;
-    long number;
-};
-
+// The model is a list in which each walker that stands between elements has a node of its own. What is
+// inserted there comes behind those that go backward and before those that go forward.
 class TableModel {
 public:
     explicit TableModel(unsigned seed) : mRandom(seed) {}
 
     void Run(long operations) {
-        for (long i = 0; i < operations; ++i) {
+        for (long i = 0; i < operations && !testing::Test::HasFatalFailure(); ++i) {
+            if (mWalkers.empty() || (mWalkers.size() < 4 && mRandom.Below(4) == 0)) StartWalker();
             ChangeOnce();
-            if (i % 16 == 0) Compare();
-            if (i % 1000 == 0) Shrink();
+            for (const auto& walker : mWalkers) Check(*walker);
+            if (i % 16 == 0) CheckElements();
         }
     }
 
 private:
-    // An iterator and the element on which it should stand.
+    struct Walker;
+    struct Node {
+        std::string text;
+        Walker* between = nullptr;  // no element: this walker stands here
+    };
+    using Place = std::list<Node>::iterator;
     struct Walker {
         GTableIterator<GBuffer> iterator;
-        std::list<ModelElement>::iterator place;
+        Place place;
+        bool forward = false;
     };
 
-    std::list<ModelElement>::iterator At(long position) { return std::next(mModel.begin(), position); }
-
     void ChangeOnce() {
-        const auto count = static_cast<long>(mModel.size());
-        switch (mRandom.Below(6)) {
+        const long position = mRandom.Below(mTable.GetCount() + 1);
+        switch (mRandom.Below(8)) {
             case 0:
             case 1:
-                InsertAt(mRandom.Below(count + 1));
-                break;
+                return Insert(position);
             case 2:
-                if (count > 0) RemoveAt(mRandom.Below(count), 1 + mRandom.Below(3));
-                break;
+                return Remove(position, 1);
             case 3:
-                if (count > 0) StartWalker(mRandom.Below(count));
-                break;
+                return Remove(position, mTable.GetCount() > 25 ? 20 : 1 + mRandom.Below(3));
             case 4:
-                MoveWalkers();
-                break;
+                return MoveTo(*mWalkers[RandomWalker()], position);
+            case 5:
+                return static_cast<void>(mWalkers.erase(mWalkers.begin() + EndWalker(RandomWalker())));
             default:
-                if (mWalkers.size() > 6) mWalkers.erase(mWalkers.begin() + mRandom.Below(6));
-                break;
+                return Step(*mWalkers[RandomWalker()], mRandom.Below(2) == 0);
         }
     }
 
-    void InsertAt(long position) {
-        const std::string text = std::to_string(mNextNumber);
-        mTable.Insert(position, BufferOf(text));
-        mModel.insert(At(position), {text, mNextNumber++});
+    // The element at a position, or the end.
+    Place At(long position) {
+        Place place = mModel.begin();
+        while (place != mModel.end() && (place->between != nullptr || position-- > 0)) ++place;
+        return place;
     }
 
-    void RemoveAt(long position, long removed) {
-        removed = std::min(removed, static_cast<long>(mModel.size()) - position);
-        mTable.Remove(position, removed);
-        for (; removed > 0; --removed) {
-            const auto gone = At(position);
-            // A walker whose element goes is checked for what it meets next, and then ends.
-            std::erase_if(mWalkers, [&](const auto& walker) {
-                return walker->place == gone && walker->iterator.GetCurrent() == nullptr;
-            });
+    void Insert(long position) {
+        const std::string text = std::to_string(mNextNumber++);
+        Place place = At(position);
+        while (place != mModel.begin() && std::prev(place)->between && std::prev(place)->between->forward)
+            --place;
+        mTable.Insert(position, BufferOf(text));
+        mModel.insert(place, {text});
+    }
+
+    void Remove(long position, long count) {
+        mTable.Remove(position, count);
+        for (; count > 0 && At(position) != mModel.end(); --count) {
+            const Place gone = At(position);
+            for (const auto& walker : mWalkers) {
+                if (walker->place == gone) walker->place = mModel.insert(gone, {"", walker.get()});
+            }
             mModel.erase(gone);
         }
+        for (const auto& walker : mWalkers) ToItsSide(*walker);
     }
 
-    void StartWalker(long position) {
-        mWalkers.push_back(std::make_unique<Walker>(Walker{GTableIterator<GBuffer>(mTable), At(position)}));
-        mWalkers.back()->iterator.SetPosition(position);
+    // Two gaps may have become one: there, those that go forward come last.
+    void ToItsSide(Walker& walker) {
+        if (!walker.place->between || !walker.forward) return;
+        Place to = std::next(walker.place);
+        while (to != mModel.end() && to->between) ++to;
+        mModel.splice(to, mModel, walker.place);
     }
 
-    void MoveWalkers() {
-        for (auto& walker : mWalkers) {
-            const bool forward = mRandom.Below(2) == 0;
-            if (forward ? std::next(walker->place) == mModel.end() : walker->place == mModel.begin())
-                continue;
-            const GBuffer* const met = forward ? walker->iterator.Next() : walker->iterator.Previous();
-            forward ? ++walker->place : --walker->place;
-            ASSERT_NE(met, nullptr);
-            ASSERT_EQ(BytesOf(*met), walker->place->text);
+    void StartWalker() {
+        mWalkers.push_back(std::make_unique<Walker>(Walker{GTableIterator<GBuffer>(mTable), {}}));
+        StandBetween(*mWalkers.back(), mModel.begin(), false);
+    }
+
+    void StandBetween(Walker& walker, Place before, bool forward) {
+        walker.forward = forward;
+        walker.place = mModel.insert(before, {"", &walker});
+    }
+
+    void LeavePlace(const Walker& walker) {
+        if (walker.place->between) mModel.erase(walker.place);
+    }
+
+    long RandomWalker() { return mRandom.Below(static_cast<long>(mWalkers.size())); }
+
+    long EndWalker(long index) {
+        LeavePlace(*mWalkers[index]);
+        return index;
+    }
+
+    void MoveTo(Walker& walker, long position) {
+        const GBuffer* const met = walker.iterator.SetPosition(position);
+        LeavePlace(walker);
+        Stand(walker, At(position), true, met);
+    }
+
+    void Step(Walker& walker, bool forward) {
+        const GBuffer* const met = forward ? walker.iterator.Next() : walker.iterator.Previous();
+        Place place = walker.place;
+        do {
+            if (!forward && place == mModel.begin()) {
+                place = mModel.end();  // nothing before it
+                break;
+            }
+            forward ? ++place : --place;
+        } while (place != mModel.end() && place->between);
+        LeavePlace(walker);
+        Stand(walker, place, forward, met);
+    }
+
+    // At an element that was met, or before the first or behind the last.
+    void Stand(Walker& walker, Place place, bool forward, const GBuffer* met) {
+        ASSERT_EQ(met != nullptr, place != mModel.end());
+        if (place == mModel.end())
+            return StandBetween(walker, forward ? mModel.end() : mModel.begin(), forward);
+        ASSERT_EQ(BytesOf(*met), place->text);
+        walker.place = place;
+        walker.forward = forward;
+    }
+
+    void Check(const Walker& walker) {
+        const GBuffer* const current = walker.iterator.GetCurrent();
+        ASSERT_EQ(current == nullptr, walker.place->between != nullptr);
+        if (current != nullptr) {
+            ASSERT_EQ(BytesOf(*current), walker.place->text);
         }
+        const long before = std::count_if(mModel.begin(), Place(walker.place),
+                                          [](const Node& node) { return !node.between; });
+        ASSERT_EQ(walker.iterator.GetPosition(), current == nullptr && !walker.forward ? before - 1 : before);
     }
 
-    void Compare() {
-        ASSERT_EQ(mTable.GetCount(), static_cast<long>(mModel.size()));
+    void CheckElements() const {
         long position = 0;
-        for (const ModelElement& element : mModel) ASSERT_EQ(BytesOf(mTable[position++]), element.text);
-        for (const auto& walker : mWalkers) {
-            ASSERT_NE(walker->iterator.GetCurrent(), nullptr);
-            ASSERT_EQ(BytesOf(*walker->iterator.GetCurrent()), walker->place->text);
-            ASSERT_EQ(walker->iterator.GetPosition(), std::distance(mModel.begin(), walker->place));
+        for (const Node& node : mModel) {
+            if (node.between) continue;
+            ASSERT_EQ(BytesOf(mTable[position++]), node.text);
         }
-    }
-
-    void Shrink() {
-        const auto count = static_cast<long>(mModel.size());
-        if (count > 60) RemoveAt(0, count - 20);
+        ASSERT_EQ(mTable.GetCount(), position);
     }
 
     Random mRandom;
     GTable<GBuffer> mTable;
-    std::list<ModelElement> mModel;
+    std::list<Node> mModel;
     std::vector<std::unique_ptr<Walker>> mWalkers;
     long mNextNumber = 0;
 };
@@ -211,6 +263,7 @@ struct DictWalk {
     GDictIterator<K, V> iterator;
     std::set<long> stillToMeet;  // there from the start
     std::set<long> met;          // met and not removed since
+    long current = -1;           // where it stands
 };
 
 template <class K>
@@ -219,8 +272,9 @@ public:
     explicit DictModel(unsigned seed) : mRandom(seed) {}
 
     void Run(long operations, long keyLimit) {
-        for (long i = 0; i < operations; ++i) {
+        for (long i = 0; i < operations && !testing::Test::HasFailure(); ++i) {
             ChangeOnce(mRandom.Below(keyLimit));
+            for (const auto& walk : mWalks) CheckPlace(*walk);
             if (i % 1000 == 0) Compare(keyLimit);
             if (i % 50000 == 49999) Clear();
         }
@@ -261,6 +315,7 @@ private:
         for (const auto& walk : mWalks) {
             walk->stillToMeet.erase(number);
             walk->met.erase(number);
+            if (walk->current == number) walk->current = -1;
         }
     }
 
@@ -282,23 +337,29 @@ private:
         for (const auto& [number, value] : mModel) mWalks.back()->stillToMeet.insert(number);
     }
 
-    static bool Step(DictWalk<K, long>& walk) {
+    bool Step(DictWalk<K, long>& walk) {
         const auto* const entry = walk.iterator.Next();
+        walk.current = entry == nullptr ? -1 : entry->GetKey().number;
         if (entry == nullptr) {
             EXPECT_TRUE(walk.stillToMeet.empty()) << "an entry was passed by";
             return false;
         }
-        const long number = entry->GetKey().number;
-        EXPECT_TRUE(walk.met.insert(number).second) << "an entry was met twice";
-        walk.stillToMeet.erase(number);
+        EXPECT_TRUE(walk.met.insert(walk.current).second) << "an entry was met twice";
+        EXPECT_EQ(mModel.at(walk.current), entry->GetValue());
+        walk.stillToMeet.erase(walk.current);
         return true;
+    }
+
+    static void CheckPlace(const DictWalk<K, long>& walk) {
+        const auto* const entry = walk.iterator.GetCurrent();
+        ASSERT_EQ(walk.current, entry == nullptr ? -1 : entry->GetKey().number);
     }
 
     void MoveWalks() {
         for (const auto& walk : mWalks) Step(*walk);
     }
 
-    static void FinishWalk(DictWalk<K, long>& walk) {
+    void FinishWalk(DictWalk<K, long>& walk) {
         while (Step(walk)) {
         }
     }
@@ -365,7 +426,7 @@ TEST(ContainerModel, ABufferBehavesAsAString) {
 TEST(ContainerModel, ATableAndItsIteratorsBehaveAsAList) {
     for (unsigned seed = 1; seed <= 10; ++seed) {
         SCOPED_TRACE(testing::Message() << "seed " << seed);
-        TableModel(seed).Run(20000);
+        TableModel(seed).Run(40000);
         if (HasFatalFailure()) return;
     }
 }

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <memory>
 #include <new>
 #include <stdexcept>
@@ -10,24 +11,14 @@
 #include <vector>
 
 #include "framework/core/GBuffer.h"
-#include "framework/core/GPair.h"
 #include "tests/core/CountedValue.h"
 
 namespace {
 
 using Numbers = std::vector<long>;
 
-GTable<long> TableOf(const Numbers& numbers) {
-    GTable<long> table;
-    for (const long number : numbers) table.Append(number);
-    return table;
-}
-
-template <class T>
-Numbers NumbersOf(const GTable<T>& table) {
-    Numbers numbers;
-    for (const T& element : table) numbers.push_back(static_cast<long>(element));
-    return numbers;
+Numbers NumbersOf(const GTable<long>& table) {
+    return Numbers(table.begin(), table.end());
 }
 
 // What is still to come.
@@ -53,52 +44,36 @@ TEST(GTable, StartsWithoutAnArrayAndDoublesIt) {
     EXPECT_EQ(NumbersOf(table), (Numbers{0, 1, 2, 3, 4, 5, 6, 7, 8}));
 }
 
-TEST(GTable, Insert) {
+TEST(GTable, InsertsAndRemovesWhatIsInRange) {
     const struct {
         const char* what;
-        long position;
+        std::function<void(GTable<long>&)> change;
         Numbers result;
     } rows[] = {
-        {"at the start", 0, {9, 1, 2, 3}},      {"inside", 2, {1, 2, 9, 3}},
-        {"at the end", 3, {1, 2, 3, 9}},        {"behind the end", 7, {1, 2, 3, 9}},
-        {"before the start", -2, {9, 1, 2, 3}},
+        {"insert at the start", [](auto& table) { table.Insert(0, 9); }, {9, 1, 2, 3, 4}},
+        {"insert inside", [](auto& table) { table.Insert(2, 9); }, {1, 2, 9, 3, 4}},
+        {"insert behind the end", [](auto& table) { table.Insert(7, 9); }, {1, 2, 3, 4, 9}},
+        {"insert before the start", [](auto& table) { table.Insert(-2, 9); }, {9, 1, 2, 3, 4}},
+        {"remove one", [](auto& table) { table.Remove(1); }, {1, 3, 4}},
+        {"remove more than there is", [](auto& table) { table.Remove(2, 9); }, {1, 2}},
+        {"remove none", [](auto& table) { table.Remove(1, 0); }, {1, 2, 3, 4}},
+        {"remove fewer than none", [](auto& table) { table.Remove(1, -1); }, {1, 2, 3, 4}},
+        {"remove at the end", [](auto& table) { table.Remove(4); }, {1, 2, 3, 4}},
+        {"remove before the start", [](auto& table) { table.Remove(-1); }, {1, 2, 3, 4}},
+        {"remove all", [](auto& table) { table.Remove(0, 4); }, {}},
+        {"sort downwards", [](auto& table) { table.Sort(std::greater<>()); }, {4, 3, 2, 1}},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.what);
-        GTable<long> table = TableOf({1, 2, 3});
-        table.Insert(row.position, 9);
+        GTable<long> table{1, 2, 3, 4};
+        row.change(table);
         EXPECT_EQ(NumbersOf(table), row.result);
-    }
-}
-
-TEST(GTable, Remove) {
-    const struct {
-        const char* what;
-        long position;
-        long count;
-        Numbers result;
-    } rows[] = {
-        {"one", 1, 1, {1, 3, 4}},
-        {"some", 1, 2, {1, 4}},
-        {"to the end", 2, 2, {1, 2}},
-        {"more than there is", 2, 9, {1, 2}},
-        {"none", 1, 0, {1, 2, 3, 4}},
-        {"fewer than none", 1, -1, {1, 2, 3, 4}},
-        {"at the end", 4, 1, {1, 2, 3, 4}},
-        {"before the start", -1, 1, {1, 2, 3, 4}},
-        {"all", 0, 4, {}},
-    };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.what);
-        GTable<long> table = TableOf({1, 2, 3, 4});
-        table.Remove(row.position, row.count);
-        EXPECT_EQ(NumbersOf(table), row.result);
-        EXPECT_EQ(table.GetCapacity(), 4);
+        EXPECT_EQ(table.GetCapacity(), row.result.size() > 4 ? 8 : 4);
     }
 }
 
 TEST(GTable, FindsEqualElements) {
-    const GTable<long> table = TableOf({5, 6, 5});
+    const GTable<long> table{5, 6, 5};
     EXPECT_EQ(table.Find(5), 0);
     EXPECT_EQ(table.Find(5, 1), 2);
     EXPECT_EQ(table.Find(5, 3), -1);
@@ -106,9 +81,9 @@ TEST(GTable, FindsEqualElements) {
     EXPECT_EQ(table.Find(6, -9), 1);
     EXPECT_TRUE(table.Has(6));
     EXPECT_FALSE(table.Has(7));
-    EXPECT_TRUE(table == TableOf({5, 6, 5}));
-    EXPECT_FALSE(table == TableOf({5, 6}));
-    EXPECT_FALSE(table == TableOf({5, 6, 6}));
+    EXPECT_TRUE((table == GTable<long>{5, 6, 5}));
+    EXPECT_FALSE((table == GTable<long>{5, 6}));
+    EXPECT_FALSE((table == GTable<long>{5, 6, 6}));
 }
 
 TEST(GTable, CopiesMovesAndSwaps) {
@@ -142,20 +117,6 @@ TEST(GTable, AnElementMayBeInsertedIntoItsOwnTable) {
     EXPECT_EQ(table.Find(GBuffer("first")), 5);
     table.Remove(5);
     for (const GBuffer& element : table) EXPECT_EQ(element, "second");
-}
-
-TEST(GTable, SortsByAnyOrder) {
-    GTable<long> table = TableOf({3, 1, 2});
-    table.Sort();
-    EXPECT_EQ(NumbersOf(table), (Numbers{1, 2, 3}));
-    table.Sort([](long a, long b) { return a > b; });
-    EXPECT_EQ(NumbersOf(table), (Numbers{3, 2, 1}));
-    GTable<GPair<GBuffer, long>> pairs;
-    pairs.Append({GBuffer("b"), 1});
-    pairs.Append({GBuffer("a"), 2});
-    pairs.Sort([](const auto& a, const auto& b) { return a.GetFirst() < b.GetFirst(); });
-    EXPECT_EQ(pairs[0].GetSecond(), 2);
-    EXPECT_TRUE(pairs[1] == (GPair<GBuffer, long>(GBuffer("b"), 1)));
 }
 
 TEST(GTable, EachElementIsDestroyedOnce) {
@@ -205,17 +166,10 @@ TEST(GTable, ATableBeyondTheAddressSpaceIsRefused) {
     EXPECT_EQ(table.GetCapacity(), 0);
 }
 
-TEST(GTable, HoldsTables) {
-    GTable<GTable<long>> tables;
-    for (long i = 0; i < 10; ++i) tables.Insert(0, TableOf({i}));
-    EXPECT_EQ(tables[0][0], 9);
-    EXPECT_EQ(tables[9][0], 0);
-}
-
 // --- Robust iterators --------------------------------------------------------------------------
 
 TEST(GTableIterator, WalksBothWays) {
-    GTable<long> table = TableOf({1, 2, 3});
+    GTable<long> table{1, 2, 3};
     GTableIterator<long> iterator(table);
     EXPECT_EQ(iterator.GetPosition(), -1);
     EXPECT_EQ(iterator.GetCurrent(), nullptr);
@@ -239,99 +193,39 @@ TEST(GTableIterator, WalksBothWays) {
     EXPECT_EQ(*iterator.Next(), 1);
 }
 
-TEST(GTableIterator, StaysOnItsElementThroughInsertsAndRemovals) {
-    GTable<long> table = TableOf({0, 1, 2, 3, 4});
+TEST(GTableIterator, StaysOnItsElement) {
+    GTable<long> table{0, 1, 2, 3, 4};
     GTableIterator<long> iterator(table);
     iterator.SetPosition(3);
     table.Insert(0, 9);
     EXPECT_EQ(iterator.GetPosition(), 4);
-    table.Insert(4, 9);
-    EXPECT_EQ(iterator.GetPosition(), 5);
-    table.Insert(6, 9);
-    EXPECT_EQ(iterator.GetPosition(), 5);
-    table.Remove(0, 2);
-    EXPECT_EQ(iterator.GetPosition(), 3);
-    table.Remove(4, 9);
     EXPECT_EQ(*iterator.GetCurrent(), 3);
-    for (long i = 0; i < 100; ++i) table.Insert(0, i);
-    EXPECT_EQ(*iterator.GetCurrent(), 3) << "also when the array moves";
-}
-
-TEST(GTableIterator, GoesOnBesideARemovedElement) {
-    const struct {
-        const char* what;
-        bool forward;
-        long removeAt;
-        long removeCount;
-        long position;
-        Numbers ahead;
-    } rows[] = {
-        {"its own, forward", true, 2, 1, 2, {3, 4}},      {"its own, backward", false, 2, 1, 1, {1, 0}},
-        {"a run around it, forward", true, 1, 3, 1, {4}}, {"a run around it, backward", false, 1, 3, 0, {0}},
-        {"everything, forward", true, 0, 5, 0, {}},       {"everything, backward", false, 0, 5, -1, {}},
-        {"all ahead, forward", true, 3, 2, 2, {}},        {"all ahead, backward", false, 0, 2, 0, {}},
-    };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.what);
-        GTable<long> table = TableOf({0, 1, 2, 3, 4});
-        GTableIterator<long> iterator(table);
-        iterator.SetPosition(row.forward ? 1 : 3);
-        EXPECT_EQ(*(row.forward ? iterator.Next() : iterator.Previous()), 2);
-        table.Remove(row.removeAt, row.removeCount);
-        EXPECT_EQ(iterator.GetPosition(), row.position);
-        Numbers ahead;
-        while (const long* number = row.forward ? iterator.Next() : iterator.Previous())
-            ahead.push_back(*number);
-        EXPECT_EQ(ahead, row.ahead);
-    }
-}
-
-TEST(GTableIterator, BetweenElementsItMayTurnRound) {
-    GTable<long> table = TableOf({0, 1, 2, 3, 4});
-    GTableIterator<long> iterator(table);
-    iterator.SetPosition(2);
-    table.Remove(2);
-    EXPECT_FALSE(iterator.IsOnElement());
+    table.Remove(4);
     EXPECT_TRUE(iterator.IsValid());
-    EXPECT_EQ(iterator.GetCurrent(), nullptr);
-    GTableIterator<long> turned(iterator);
-    EXPECT_EQ(*iterator.Next(), 3);
-    EXPECT_EQ(*turned.Previous(), 1);
-    iterator = turned;
-    EXPECT_EQ(iterator.GetPosition(), 1);
+    EXPECT_FALSE(iterator.IsOnElement());
+    EXPECT_EQ(Rest(iterator), (Numbers{4}));
 }
 
-TEST(GTableIterator, MeetsWhatIsInsertedAheadOnly) {
-    GTable<long> table = TableOf({0, 1, 2});
-    GTableIterator<long> iterator(table);
-    iterator.Next();
-    table.Insert(0, 8);  // behind
-    table.Insert(2, 9);  // right ahead
-    table.Append(10);    // at the end
-    EXPECT_EQ(Rest(iterator), (Numbers{9, 1, 2, 10}));
-    table.Append(11);
-    EXPECT_EQ(iterator.Next(), nullptr) << "past the end it stays there";
-    GTable<long> empty;
-    GTableIterator<long> early(empty);
-    empty.Append(1);
-    empty.Insert(0, 0);
-    EXPECT_EQ(Rest(early), (Numbers{0, 1})) << "not yet started";
-}
-
-TEST(GTableIterator, AnIteratorMayRemoveWhatItMeets) {
-    GTable<long> table = TableOf({0, 1, 2, 3, 4, 5});
-    GTableIterator<long> iterator(table);
-    Numbers met;
-    while (const long* number = iterator.Next()) {
-        met.push_back(*number);
-        if (*number % 2 == 0) table.Remove(iterator.GetPosition());
-    }
-    EXPECT_EQ(met, (Numbers{0, 1, 2, 3, 4, 5}));
-    EXPECT_EQ(NumbersOf(table), (Numbers{1, 3, 5}));
+TEST(GTableIterator, CopiesEndInAnyOrder) {
+    GTable<long> table{1, 2, 3};
+    auto first = std::make_unique<GTableIterator<long>>(table);
+    auto second = std::make_unique<GConstTableIterator<long>>(table);
+    first->Next();
+    auto third = std::make_unique<GTableIterator<long>>(*first);
+    EXPECT_EQ(*second->Next(), 1);
+    second.reset();
+    table.Remove(0);
+    first.reset();
+    GTableIterator<long> assigned(table);
+    assigned = *third;
+    EXPECT_EQ(*third->Next(), 2);
+    third.reset();
+    table.Append(4);
+    EXPECT_EQ(Rest(assigned), (Numbers{2, 3, 4}));
 }
 
 TEST(GTableIterator, OutlivesItsTable) {
-    auto table = std::make_unique<GTable<long>>(TableOf({1, 2}));
+    auto table = std::make_unique<GTable<long>>(GTable<long>{1, 2});
     GTableIterator<long> first(*table);
     GTableIterator<long> second(*table);
     first.Next();
@@ -348,23 +242,9 @@ TEST(GTableIterator, OutlivesItsTable) {
     EXPECT_FALSE(copy.IsValid());
 }
 
-TEST(GTableIterator, MayEndInAnyOrder) {
-    GTable<long> table = TableOf({1, 2});
-    auto first = std::make_unique<GTableIterator<long>>(table);
-    auto second = std::make_unique<GTableIterator<long>>(table);
-    auto third = std::make_unique<GTableIterator<long>>(*first);
-    second.reset();
-    table.Insert(0, 0);
-    first.reset();
-    EXPECT_EQ(*third->Next(), 0);
-    third.reset();
-    table.Append(3);
-    EXPECT_EQ(table.GetCount(), 4);
-}
-
 TEST(GTableIterator, AssignmentStartsAnewAndSwapTakesAlong) {
-    GTable<long> table = TableOf({1, 2, 3});
-    GTable<long> other = TableOf({7, 8});
+    GTable<long> table{1, 2, 3};
+    GTable<long> other{7, 8};
     GTableIterator<long> iterator(table);
     iterator.SetPosition(2);
     table.Swap(other);
@@ -379,17 +259,4 @@ TEST(GTableIterator, AssignmentStartsAnewAndSwapTakesAlong) {
     other.Append(5);
     iterator.Reset();
     EXPECT_EQ(*iterator.Next(), 5);
-}
-
-TEST(GConstTableIterator, WalksAConstTable) {
-    GTable<long> table = TableOf({1, 2});
-    const GTable<long>& constTable = table;
-    GConstTableIterator<long> iterator(constTable);
-    EXPECT_EQ(*iterator.Next(), 1);
-    table.Insert(0, 0);
-    EXPECT_EQ(iterator.GetPosition(), 1);
-    EXPECT_EQ(*iterator.Next(), 2);
-    EXPECT_EQ(*iterator.Previous(), 1);
-    EXPECT_EQ(*iterator.SetPosition(0), 0);
-    EXPECT_EQ(*iterator.GetCurrent(), 0);
 }
