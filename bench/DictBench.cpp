@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <cstdio>
+#include <memory>
 #include <random>
 #include <string>
 #include <unordered_map>
@@ -8,10 +9,11 @@
 #include "bench/Comparison.h"
 #include "framework/core/GBuffer.h"
 #include "framework/core/GDict.h"
+#include "framework/core/GString.h"
 #include "framework/core/GTable.h"
 
-// Dictionaries beside std::unordered_map with the same keys and the same hashes, and tables beside
-// std::vector.
+// Dictionaries beside std::unordered_map with the same keys and the same hashes, which the map keeps in
+// its nodes, and tables beside std::vector.
 
 namespace {
 
@@ -20,36 +22,43 @@ struct HashOf {
     std::size_t operator()(const K& key) const { return GDictHash(key); }
 };
 
+// A dictionary and a map of the same keys, and the keys to look for.
 template <class K>
-void LookUps(const std::string& what, const std::vector<K>& keys, const std::vector<K>& others) {
+struct Pair {
+    Pair(const std::vector<K>& keys, const std::vector<K>& others) : hits(keys), misses(others) {
+        for (const K& key : keys) dict.Insert(key, 1);
+        for (const K& key : keys) map.emplace(key, 1);
+        // In another order than they came in: the map's nodes lie side by side in that.
+        std::shuffle(hits.begin(), hits.end(), std::mt19937(2));
+    }
     GDict<K, long> dict;
     std::unordered_map<K, long, HashOf<K>> map;
-    for (const K& key : keys) dict.Insert(key, 1), map.emplace(key, 1);
+    std::vector<K> hits, misses;
+};
+
+template <class K>
+void MeasureLookUps(const std::string& what, const std::vector<std::unique_ptr<Pair<K>>>& pairs,
+                    std::vector<K> Pair<K>::*wanted) {
+    const std::size_t keys = (pairs[0].get()->*wanted).size();
     // Often enough for the clock to see it.
-    const int walks = static_cast<int>(1 + 10000 / keys.size());
-    const auto measure = [&](const char* kind, const std::vector<K>& wanted) {
-        Comparison::Print(
-            what + ", " + std::to_string(keys.size()) + " keys, " + kind,
-            walks * static_cast<int>(wanted.size()), "std::unordered_map",
-            [&] {
-                for (int i = 0; i < walks; ++i) {
-                    for (const K& key : wanted) Comparison::Use(dict.Find(key));
-                }
-            },
-            [&] {
-                for (int i = 0; i < walks; ++i) {
-                    for (const K& key : wanted) Comparison::Use(map.find(key));
-                }
-            });
+    const int walks = static_cast<int>(1 + 10000 / keys);
+    const auto lookUpAll = [&](auto lookUp) {
+        for (const auto& pair : pairs) {
+            for (int i = 0; i < walks; ++i) {
+                for (const K& key : pair.get()->*wanted) lookUp(*pair, key);
+            }
+        }
     };
-    // In another order than they came in: the map's nodes lie side by side in that.
-    std::vector<K> shuffled(keys);
-    std::shuffle(shuffled.begin(), shuffled.end(), std::mt19937(2));
-    measure("hit", shuffled);
-    measure("miss", others);
     Comparison::Print(
-        what + ", " + std::to_string(keys.size()) + " keys, build", static_cast<int>(keys.size()),
-        "std::unordered_map",
+        what, walks * static_cast<int>(keys * pairs.size()), "std::unordered_map",
+        [&] { lookUpAll([](const Pair<K>& pair, const K& key) { Comparison::Use(pair.dict.Find(key)); }); },
+        [&] { lookUpAll([](const Pair<K>& pair, const K& key) { Comparison::Use(pair.map.find(key)); }); });
+}
+
+template <class K>
+void MeasureBuilding(const std::string& what, const std::vector<K>& keys) {
+    Comparison::Print(
+        what, static_cast<int>(keys.size()), "std::unordered_map",
         [&] {
             GDict<K, long> built;
             for (const K& key : keys) built.Insert(key, 1);
@@ -62,18 +71,35 @@ void LookUps(const std::string& what, const std::vector<K>& keys, const std::vec
         });
 }
 
+// `make(count)` makes so many keys, other ones each time.
+template <class Maker>
+void Compare(const std::string& kind, std::size_t count, Maker make) {
+    using K = typename decltype(make(count))::value_type;
+    // Where the few keys of a small dictionary lie is luck: several of them even it out.
+    std::vector<std::unique_ptr<Pair<K>>> pairs;
+    for (std::size_t i = 0; i < 1 + 100 / count; ++i)
+        pairs.push_back(std::make_unique<Pair<K>>(make(count), make(count)));
+    const std::string what = kind + ", " + std::to_string(count) + " keys, ";
+    MeasureLookUps(what + "hit", pairs, &Pair<K>::hits);
+    MeasureLookUps(what + "miss", pairs, &Pair<K>::misses);
+    MeasureBuilding(what + "build", pairs[0]->hits);
+}
+
 std::vector<long> RandomNumbers(std::size_t count, std::mt19937& random) {
     std::vector<long> numbers;
     for (std::size_t i = 0; i < count; ++i) numbers.push_back(static_cast<long>(random() & 0x7FFFFFFF));
     return numbers;
 }
 
-std::vector<GBuffer> RandomTexts(std::size_t count, std::mt19937& random) {
-    std::vector<GBuffer> texts;
-    for (std::size_t i = 0; i < count; ++i) {
-        GBuffer text;
-        for (auto j = 6 + random() % 20; j > 0; --j) text += static_cast<char>('!' + random() % 90);
-        texts.push_back(text);
+template <class Text>
+std::vector<Text> RandomTexts(std::size_t count, unsigned longest, std::mt19937& random) {
+    constexpr unsigned cShortest = 6;
+    std::vector<Text> texts(count);
+    for (Text& text : texts) {
+        GBuffer bytes;
+        for (auto j = cShortest + random() % (longest - cShortest + 1); j > 0; --j)
+            bytes += static_cast<char>('!' + random() % 90);
+        text = Text(bytes.GetPtr());
     }
     return texts;
 }
@@ -124,11 +150,20 @@ void AppendAndInsert() {
 
 int main() {
     std::mt19937 random(1);
-    for (const std::size_t count : {10, 1000, 100000}) {
-        LookUps("numbers", RandomNumbers(count, random), RandomNumbers(count, random));
-        LookUps("texts", RandomTexts(count, random), RandomTexts(count, random));
+    for (const std::size_t count : {10, 100, 1000, 10000, 100000}) {
+        Compare("numbers", count, [&](std::size_t n) { return RandomNumbers(n, random); });
+        Compare("texts", count, [&](std::size_t n) { return RandomTexts<GBuffer>(n, 25, random); });
     }
-    LookUps("numbered texts", NumberedTexts(0, 1000), NumberedTexts(50000, 1000));
-    LookUps("numbered texts", NumberedTexts(0, 10000), NumberedTexts(50000, 10000));
+    for (const std::size_t count : {10, 1000, 10000}) {
+        Compare("long texts", count, [&](std::size_t n) { return RandomTexts<GBuffer>(n, 200, random); });
+        Compare("strings", count, [&](std::size_t n) { return RandomTexts<GString>(n, 25, random); });
+    }
+    int first = 0;
+    for (const std::size_t count : {1000, 10000}) {
+        Compare("numbered texts", count, [&](std::size_t n) {
+            first = 50000 - first;
+            return NumberedTexts(first, n);
+        });
+    }
     AppendAndInsert();
 }
