@@ -262,30 +262,6 @@ TEST(GBuffer, WordsStayInsideTheBlock) {
     EXPECT_EQ(empty.GetWordAt(0), 0);
 }
 
-TEST(GBuffer, GetSubBuffer) {
-    const struct {
-        const char* what;
-        long start;
-        long count;
-        const char* result;
-    } rows[] = {{"inside", 1, 2, "bc"},
-                {"to the end", 4, 2, "ef"},
-                {"past the end", 4, 3, "ef"},
-                {"a negative count", 2, -1, "cdef"},
-                {"nothing", 2, 0, ""},
-                {"from the end", 6, 1, ""},
-                {"beyond the end", 7, 1, ""},
-                {"before the start", -3, 2, "ab"},
-                {"everything", 0, cTooLong, "abcdef"}};
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.what);
-        GBuffer buffer("abcdef");
-        EXPECT_EQ(BytesOf(buffer.GetSubBuffer(row.start, row.count)), row.result);
-        buffer.GetSubBuffer(row.start, row.count, buffer);
-        EXPECT_EQ(BytesOf(buffer), row.result);
-    }
-}
-
 TEST(GBuffer, MovingAndSwappingExchangeBlocks) {
     GBuffer source("abc");
     const unsigned char* const block = source.GetRawData();
@@ -327,7 +303,7 @@ TEST(GBufferEditing, Appending) {
     EXPECT_EQ(BytesOf(GBuffer() + "x"), "x");
 }
 
-TEST(GBufferEditing, AppendingAndReplacingAgreeWithTheStandardStringAlsoFromWithin) {
+TEST(GBufferEditing, AgreesWithTheStandardStringAlsoWithinItself) {
     std::mt19937 random(9);
     std::string text;
     for (int i = 0; i < 3000; ++i) text += static_cast<char>(random());
@@ -355,6 +331,12 @@ TEST(GBufferEditing, AppendingAndReplacingAgreeWithTheStandardStringAlsoFromWith
         ASSERT_TRUE(round % 2 != 0 || buffer.GetArraySize() == arraySize) << round;
         appended.AppendByteArray(round % 3 == 0 ? source : appended.GetRawData() + offset, count);
         ASSERT_EQ(BytesOf(appended), whole + part) << round;
+        // A negative count means the rest.
+        const std::string some = whole.substr(place, static_cast<std::size_t>(removed));
+        ASSERT_EQ(BytesOf(removedOnly.GetSubBuffer(start, removed)), some) << round;
+        appended = removedOnly;
+        appended.GetSubBuffer(start, removed, appended);
+        ASSERT_EQ(BytesOf(appended), some) << round;
         removedOnly.Remove(start, removed);
         ASSERT_EQ(removedOnly, BufferOf(expected.erase(place, part.size()))) << round;
     }
