@@ -82,7 +82,8 @@ TEST(GUTF8Encoding, MixturesOfAllKindsFollowTheRules) {
                                       "\xD0\x9F\xD0\xB5\xD1\x87\xD0\xB0\xD1\x82\xD1\x8C",
                                       "\xE4\xB8\x80",
                                       "\xE6\x89\x93\xE5\x8D\xB0\xE6\x96\x87\xE4\xBB\xB6",
-                                      "\xED\xA0\xBD"};
+                                      "\xED\xA0\xBD",
+                                      "\x7F\xC2\x80\xDF\xBF\xE0\xA0\x80\xEF\xBF\xBF"};
     const std::string_view faults[] = {"\x80", "\xC3", "\xE4", "\xE4\xB8", "\xFF", "\xF0\x9F\x98\x80",
                                        "\0"sv};
     std::mt19937 random(815);
