@@ -69,15 +69,6 @@ TEST(GFile, ReadsAndWritesAtItsOwnPosition) {
     EXPECT_EQ(folder.Take("f"), "ab23456789");
 }
 
-TEST(GFile, WritingBehindTheEndFillsTheGapWithZeros) {
-    const TestFolder folder;
-    GFile file(folder.Portable("f"), cWrite | cCreate);
-    file.Seek(3);
-    file.Write(BufferOf("x"));
-    EXPECT_EQ(file.GetLength(), 4);
-    EXPECT_EQ(folder.Take("f"), std::string("\0\0\0x", 4));
-}
-
 TEST(GFile, IsCutAndExtended) {
     const TestFolder folder;
     folder.Put("f", "0123456789");
@@ -85,7 +76,10 @@ TEST(GFile, IsCutAndExtended) {
     file.SetLength(4);
     EXPECT_EQ(folder.Take("f"), "0123");
     file.SetLength(6);
-    EXPECT_EQ(folder.Take("f"), std::string("0123\0\0", 6));
+    file.Seek(7);
+    file.Write(BufferOf("x"));
+    EXPECT_EQ(file.GetLength(), 8);
+    EXPECT_EQ(folder.Take("f"), std::string("0123\0\0\0x", 8)) << "gaps hold zeros";
     file.Flush();
 }
 
@@ -156,6 +150,8 @@ TEST(GFile, RefusesPositionsBeforeTheStart) {
 
 TEST(GFile, FailuresNameThePath) {
     const TestFolder folder;
+    EXPECT_THROW(GFile(folder.Portable(), cRead), GException) << "a folder is no file";
+    EXPECT_THROW(GFile(folder.Portable(), cWrite | cCreate), GException);
     const std::string native = TextOf(folder.Portable("missing").GetNativePathString());
     try {
         GFile(folder.Portable("missing"), cRead);
@@ -163,12 +159,6 @@ TEST(GFile, FailuresNameThePath) {
     } catch (const GException& failure) {
         EXPECT_EQ(TextOf(failure.GetFullDescription()).substr(0, native.size() + 2), native + ": ");
     }
-}
-
-TEST(GFile, AFolderIsNoFile) {
-    const TestFolder folder;
-    EXPECT_THROW(GFile(folder.Portable(), cRead), GException);
-    EXPECT_THROW(GFile(folder.Portable(), cWrite | cCreate), GException);
 }
 
 TEST(GFile, NamesAreTakenInFullUnicode) {

@@ -62,17 +62,6 @@ TEST(PWin32FileImp, TheSharingBitsSayWhoElseMayOpen) {
     }
 }
 
-TEST(PWin32FileImp, AJobFileMayBeReadButNotWrittenWhileItIsMade) {
-    const TestFolder folder;
-    GFileOutStream job(folder.Portable("f"), true);
-    job.Write(BufferOf("abc"));
-    GFileInStream reader(folder.Portable("f"));
-    EXPECT_EQ(ReadAll(reader, 10), "abc");
-    EXPECT_EQ(ErrorOf([&] { GFileOutStream(folder.Portable("f"), true); }), ERROR_SHARING_VIOLATION);
-    EXPECT_EQ(job.Write(BufferOf("d")), 1);
-    EXPECT_EQ(folder.Take("f"), "abcd");
-}
-
 TEST(PWin32FileImp, CreatingFindsAFileInUseThere) {
     const TestFolder folder;
     GFileOutStream job(folder.Portable("f"), true);

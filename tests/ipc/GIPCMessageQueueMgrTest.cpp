@@ -164,28 +164,16 @@ TEST_F(GIPCMessageQueueMgrTest, FindsAProcessInTheFirstSessionThatKnowsIt) {
     mManager.GetRegistered(all);
     const GTable<GIPCQueueAddress> expected = {{0, 3, 30}, {0, 3, 31}, {0, 2, 21}, {1, 2, 20}, {1, 1, 10}};
     EXPECT_EQ(all, expected);
-}
 
-TEST_F(GIPCMessageQueueMgrTest, LooksIntoTheOwnSessionEvenWhenTheSystemListsNone) {
-    mWorld.SetSessions({});
-    SetEntries({{1, 10}});
     long session = 99;
     GTable<std::int32_t> ids;
-    mManager.GetRegistered(1, session, ids);
-    EXPECT_EQ(session, 1);
-    EXPECT_EQ(List(ids), std::vector<std::int32_t>{10});
-}
-
-TEST_F(GIPCMessageQueueMgrTest, WithoutOtherSessionsItSearchesItselfAlone) {
-    const auto services = MakeRegistry("Session\\0\\");
-    SetEntries(*services, {{3, 30}});
     Manager own(GShMemID("GIPCTest"), 1, Manager::Scope::cOwnOnly);
-    long session = 99;
-    GTable<std::int32_t> ids;
     own.GetRegistered(3, session, ids);
-    EXPECT_TRUE(ids.IsEmpty());
-    mManager.GetRegistered(3, session, ids);
-    EXPECT_EQ(ids.GetCount(), 1);
+    EXPECT_TRUE(ids.IsEmpty()) << "it was not to look into other sessions";
+    mWorld.SetSessions({});
+    mManager.GetRegistered(1, session, ids);
+    EXPECT_EQ(session, 1) << "its own is looked into even when the system lists none";
+    EXPECT_EQ(List(ids), std::vector<std::int32_t>{10});
 }
 
 TEST(GIPCMessageQueueMgr, SearchesTheSharedNameSpaceWhereSystemsHaveOneOnly) {

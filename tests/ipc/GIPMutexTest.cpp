@@ -33,35 +33,21 @@ protected:
 };
 TYPED_TEST_SUITE(GIPMutexTest, MutexesUnderTest);
 
-TYPED_TEST(GIPMutexTest, IsHeldOnceTakenAndFreeOnceReleased) {
+TYPED_TEST(GIPMutexTest, IsHeldFromTheFirstLockToTheLastUnlockUnderItsOwnNameOnly) {
     typename TestFixture::Mutex mutex{GShMemID("TestA")};
     EXPECT_TRUE(this->IsFree("TestA"));
     mutex.Lock();
+    EXPECT_TRUE(mutex.TryToLock(0.5));
+    mutex.Unlock();
     EXPECT_FALSE(this->IsFree("TestA"));
     EXPECT_TRUE(this->IsFree("TestB"));
     mutex.Unlock();
     EXPECT_TRUE(this->IsFree("TestA"));
-    EXPECT_TRUE(mutex.TryToLock(0.5));
-    EXPECT_FALSE(this->IsFree("TestA"));
-    mutex.Unlock();
-}
-
-TYPED_TEST(GIPMutexTest, IsReleasedByTheLastOfAsManyUnlocksAsLocks) {
-    typename TestFixture::Mutex mutex{GShMemID("TestA")};
-    mutex.Lock();
-    mutex.Lock();
-    mutex.Unlock();
-    EXPECT_FALSE(this->IsFree("TestA"));
-    mutex.Unlock();
-    EXPECT_TRUE(this->IsFree("TestA"));
     EXPECT_EQ(ThrownBy([&] { mutex.Unlock(); }), 2450);
-}
-
-TYPED_TEST(GIPMutexTest, IsAnotherOneUnderAnotherPrefix) {
-    typename TestFixture::Mutex mutex(GShMemID("TestA"), GIPPrefix::cSharedMemoryLock);
-    mutex.Lock();
+    typename TestFixture::Mutex otherPrefix(GShMemID("TestA"), GIPPrefix::cSharedMemoryLock);
+    otherPrefix.Lock();
     EXPECT_TRUE(this->IsFree("TestA"));
-    mutex.Unlock();
+    otherPrefix.Unlock();
     EXPECT_EQ(ThrownBy([] { typename TestFixture::Mutex(GShMemID("TestA"), 4); }), 40162);
 }
 

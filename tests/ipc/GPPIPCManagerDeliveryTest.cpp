@@ -149,14 +149,6 @@ TEST_F(GPPIPCManagerDeliveryTest, LeavesAQueueAloneWhileItIsBeingWrittenTo) {
     EXPECT_EQ(listener.Tick(), (Log{"100:145:new", "100:145:kept"}));
 }
 
-TEST_F(GPPIPCManagerDeliveryTest, ThrowsForWhatNoQueueCouldHold) {
-    Listener listener(mWorld, cListener, 1);
-    Process monitor(mWorld, cMonitor, 0);
-    EXPECT_EQ(ThrownBy([&] { Send(monitor, cListener, Filler(40000).c_str()); }), 40153);
-    EXPECT_EQ(monitor.mManager->GetListeningState(cListener), GIPCManager::cListening);
-    EXPECT_EQ(monitor.mManager->GetDelayedCount(), 0);
-}
-
 TEST_F(GPPIPCManagerDeliveryTest, AMutexThatSomebodyKeepsCostsTheMonitorItsBudgetAndNoMore) {
     GWaitBudget budget(20);
     // Both registries may have begun with the same seed. One mutex would then guard both queues.

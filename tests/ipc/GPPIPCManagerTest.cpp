@@ -94,6 +94,8 @@ TEST_F(GPPIPCManagerTest, TellsListenersInEverySessionOnce) {
     monitor.Act();
     monitor.mManager->BroadcastRaw(cType, Bytes("all"));
     for (Listener* listener : {&there, &here}) EXPECT_EQ(listener->Tick(), Log{"100:145:all"});
+    mWorld.Kill(cListener);
+    EXPECT_EQ(monitor.mManager->GetListeningState(cListener), GIPCManager::cNotUsable);
 }
 
 TEST_F(GPPIPCManagerTest, ChoosesTheSessionsQueueForItsOwnSessionAndTheGlobalOneForOthers) {
@@ -150,13 +152,6 @@ TEST_F(GPPIPCManagerTest, TakesATargetWithoutAnyUsableQueueOutOfTheRegistries) {
     EXPECT_EQ(CountIn("Global\\"), 0u);
     EXPECT_EQ(monitor.mManager->GetListeningState(cListener), GIPCManager::cNotListening);
     EXPECT_EQ(ThrownBy([&] { Send(monitor, cListener); }), 0);
-}
-
-TEST_F(GPPIPCManagerTest, AProcessThatDiedIsRegisteredButNotUsable) {
-    Listener listener(mWorld, cListener, 1);
-    Process monitor(mWorld, cMonitor, 0);
-    mWorld.Kill(cListener);
-    EXPECT_EQ(monitor.mManager->GetListeningState(cListener), GIPCManager::cNotUsable);
 }
 
 TEST_F(GPPIPCManagerTest, HostileRegistriesSurfaceAsNumbersAndDoNotHideTheGoodOne) {

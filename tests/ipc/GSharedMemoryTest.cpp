@@ -100,16 +100,14 @@ TYPED_TEST(GSharedMemoryTest, WritesWordsLowByteFirst) {
 }
 
 TYPED_TEST(GSharedMemoryTest, ReadsAndWritesUpToTheLastByteAndNotBeyond) {
-    const std::tuple<const char*, long, long, long> rows[] = {
-        {"the first word", 0, 0, 0},
-        {"the last word", 12, 0, 0},
-        {"three bytes left", 13, 40161, 40160},
-        {"nothing left", 16, 40161, 40160},
-        {"behind the end", 17, 40161, 40160},
-        {"far behind it", 0x7FFFFFFF, 40161, 40160},
-        {"before the beginning", -1, 40161, 40160},
-        {"far before it", -0x7FFFFFFF, 40161, 40160},
-    };
+    const std::tuple<const char*, long, long, long> rows[] = {{"the first word", 0, 0, 0},
+                                                              {"the last word", 12, 0, 0},
+                                                              {"three bytes left", 13, 40161, 40160},
+                                                              {"nothing left", 16, 40161, 40160},
+                                                              {"behind the end", 17, 40161, 40160},
+                                                              {"far behind it", 0x7FFFFFFF, 40161, 40160},
+                                                              {"before the beginning", -1, 40161, 40160},
+                                                              {"far before it", -0x7FFFFFFF, 40161, 40160}};
     auto& segment = this->mSegment;
     for (const auto& [what, cursor, read, write] : rows) {
         SCOPED_TRACE(what);

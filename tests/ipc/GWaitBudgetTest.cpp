@@ -41,49 +41,30 @@ TEST(GWaitBudget, NoneMeansWaitingWithoutLimit) {
     EXPECT_EQ(mutex.mWaits, std::vector<long>{-1});
 }
 
-TEST(GWaitBudget, AFreeMutexCostsNothingAndOneWait) {
-    FakeMutex mutex;
-    GWaitBudget budget(5000, &Now);
-    EXPECT_EQ(Lock(&budget, mutex), 0);
-    EXPECT_EQ(mutex.mWaits, std::vector<long>{0});
-    EXPECT_EQ(budget.GetRemaining(), 5000);
-}
-
 TEST(GWaitBudget, AllWaitsTogetherStayWithinIt) {
     GWaitBudget budget(5000, &Now);
-    const std::tuple<const char*, long, long, long> rows[] = {
-        {"the first wait is taken off", 3000, 0, 2000},
-        {"the second gets the rest, to the last millisecond", 2000, 0, 0},
-        {"a free mutex is still taken", 0, 0, 0},
-        {"a busy one is not waited for any more", 1, 40202, 0},
+    const std::tuple<const char*, long, long, std::vector<long>, long> rows[] = {
+        {"a free mutex costs nothing and one wait", 0, 0, {0}, 5000},
+        {"the first wait is taken off", 3000, 0, {0, 5000}, 2000},
+        {"the second gets the rest, to the last millisecond", 2000, 0, {0, 2000}, 0},
+        {"a free mutex is still taken", 0, 0, {0}, 0},
+        {"a busy one is not waited for any more", 1, 40202, {0}, 0},
     };
-    for (const auto& [what, busyFor, thrown, remaining] : rows) {
+    for (const auto& [what, busyFor, thrown, waits, remaining] : rows) {
         SCOPED_TRACE(what);
         FakeMutex mutex;
         mutex.mBusyFor = busyFor;
         EXPECT_EQ(Lock(&budget, mutex), thrown);
+        EXPECT_EQ(mutex.mWaits, waits);
         EXPECT_EQ(budget.GetRemaining(), remaining);
     }
-}
-
-TEST(GWaitBudget, AWaitThatTimesOutUsesItUp) {
-    GWaitBudget budget(5000, &Now);
-    FakeMutex mutex;
-    mutex.mBusyFor = 5001;
-    EXPECT_EQ(Lock(&budget, mutex), 40202);
-    EXPECT_EQ(budget.GetRemaining(), 0);
-    EXPECT_EQ(mutex.mWaits, (std::vector<long>{0, 5000}));
-}
-
-TEST(GWaitBudget, IsRefilledWithWhatIsGivenNotMore) {
-    GWaitBudget budget(5000, &Now);
-    budget.Refill(0);
-    FakeMutex mutex;
-    mutex.mBusyFor = 1;
-    EXPECT_EQ(Lock(&budget, mutex), 40202);
-    EXPECT_EQ(mutex.mWaits, std::vector<long>{0});
     budget.Refill(700);
-    EXPECT_EQ(budget.GetRemaining(), 700);
+    EXPECT_EQ(budget.GetRemaining(), 700) << "what is given, not more";
+    FakeMutex mutex;
+    mutex.mBusyFor = 701;
+    EXPECT_EQ(Lock(&budget, mutex), 40202);
+    EXPECT_EQ(mutex.mWaits, (std::vector<long>{0, 700}));
+    EXPECT_EQ(budget.GetRemaining(), 0) << "a wait that times out uses it up";
     budget.Refill(-1);
     EXPECT_EQ(budget.GetRemaining(), 0);
 }

@@ -57,23 +57,9 @@ TEST(GDictTextSupport, WritesLiteralBytes) {
 }
 
 TEST(GDictTextSupport, ReadsBackWhatItHasWritten) {
-    const char* const values[] = {"",
-                                  " ",
-                                  "\"",
-                                  "\\",
-                                  "\\n",
-                                  "a\\",
-                                  "\\\"",
-                                  "#x",
-                                  "a\tb",
-                                  "a\r\nb",
-                                  "\r\n",
-                                  "'",
-                                  "\xE2\x82\xAC",
-                                  "x y",
-                                  "a \"b\" c",
-                                  "#ENDDICT",
-                                  "\xE6\x97\xA5\xE6\x9C\xAC"};
+    const char* const values[] = {"",       " ",   "\"",        "\\",       "\\n",         "a\\",
+                                  "\\\"",   "#x",  "a\tb",      "a\r\nb",   "\r\n",        "'",
+                                  "\u20AC", "x y", "a \"b\" c", "#ENDDICT", "\u65E5\u672C"};
     for (const char* value : values) {
         SCOPED_TRACE(value);
         Dict dict;

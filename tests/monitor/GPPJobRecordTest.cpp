@@ -1,7 +1,6 @@
 #include "monitor/GPPJobRecord.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <string>
 #include <tuple>

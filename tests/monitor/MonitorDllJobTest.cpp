@@ -1,7 +1,6 @@
 // Whole jobs through the DLL's table.
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <algorithm>
 #include <atomic>
@@ -24,16 +23,6 @@ protected:
 
     MonitorLibrary mLibrary;
 };
-
-/// Bytes in which no block of any size repeats soon.
-std::string MakeData(std::size_t size) {
-    std::string data;
-    data.reserve(size + 16);
-    for (std::uint32_t state = 1; data.size() < size; state = state * 1103515245 + 12345) {
-        data += static_cast<char>(state >> 16);
-    }
-    return data;
-}
 
 /// Stands in for a call that a module imports from the system, for as long as it lives.
 class ReplacedImport {

@@ -1,11 +1,11 @@
 // The DLL from outside, through the table that the spooler gets: loading, the port, and what it leaves.
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <cstring>
 #include <string>
 #include <thread>
+#include <tuple>
 #include <vector>
 
 #include "tests/monitor/MonitorLibrary.h"
@@ -31,23 +31,19 @@ DWORD ErrorOf(Call call) {
 
 TEST(MonitorDll, TracesItsLoadAndUnload) {
     ::CoInitializeEx(nullptr, COINIT_MULTITHREADED);
-    const struct {
-        const char* what;
-        DWORD model;
-        const char* word;
-    } rows[] = {
-        {"COM in the same model", COINIT_MULTITHREADED, "CoInitializeEx S_FALSE"},
-        {"COM in another model", COINIT_APARTMENTTHREADED, "CoInitializeEx RPC_E_CHANGED_MODE"},
+    const std::tuple<DWORD, const char*> rows[] = {
+        {COINIT_MULTITHREADED, "CoInitializeEx S_FALSE"},
+        {COINIT_APARTMENTTHREADED, "CoInitializeEx RPC_E_CHANGED_MODE"},
     };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.what);
-        std::thread([&row] {
-            ::CoInitializeEx(nullptr, row.model);
+    for (const auto& [model, word] : rows) {
+        SCOPED_TRACE(word);
+        std::thread([&] {
+            ::CoInitializeEx(nullptr, model);
             TraceCapture trace;
             {
                 const MonitorLibrary library;
                 EXPECT_THAT(trace.Take(),
-                            ElementsAre("DLLMain", "DLL_PROCESS_ATTACH", row.word,
+                            ElementsAre("DLLMain", "DLL_PROCESS_ATTACH", word,
                                         "GPPPrinterProcessorLayer::Initialize", "InitializePrintMonitor2"));
             }
             EXPECT_THAT(trace.Take(),

@@ -1,7 +1,6 @@
 #include "monitor/MonitorJob.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <memory>
 #include <stdexcept>
@@ -76,15 +75,11 @@ TEST_F(MonitorJobTest, TakesAJobThroughAllItsStepsInOrder) {
     EXPECT_TRUE(mNotifier.mJobPath == mFolder.PathOf("Q3 report.ps").GetNativePathString());
 }
 
-TEST_F(MonitorJobTest, AFailedNotificationIsOnlyTraced) {
+TEST_F(MonitorJobTest, WritesTheSameTitleAnewAlsoWhenNobodyWasTold) {
     mNotifier.mReached = false;
-    Print(u"a.txt", "x");
+    Print(u"a.txt", "the longer first job");
     EXPECT_THAT(mPlatform.mEvents, testing::Contains("Notification to PrintProcessor failed!"));
     EXPECT_THAT(mPlatform.mEvents, testing::Contains("job 7 sent to printer"));
-}
-
-TEST_F(MonitorJobTest, WritesTheSameTitleAnew) {
-    Print(u"a.txt", "the longer first job");
     Print(u"a.txt", "short");
     EXPECT_EQ(mFolder.ContentOf("a.ps"), "short");
     EXPECT_TRUE(Start(u"a.txt").mSucceeded);
@@ -134,7 +129,10 @@ TEST_F(MonitorJobTest, RefusesADocumentWithoutAName) {
     EXPECT_EQ(mFolder.ContentOf("next.ps"), "x");
 }
 
-TEST_F(MonitorJobTest, TakesThePreviousNameForAnUnknownLevel) {
+TEST_F(MonitorJobTest, TakesThePreviousNameForAnUnknownLevelOrWithoutAPrinter) {
+    EXPECT_EQ(mJob.Start(nullptr, 3, {cLevel1, Units(u"b.txt")}).mLastError, 87u);
+    EXPECT_THAT(mPlatform.TakeEvents(), ElementsAre("tick", "sDocName is empty!?",
+                                                    "sProcessingJob == false at the end of PPMStartDocPort"));
     EXPECT_EQ(mJob.Start(Units(u"Proof"), 1, {2, nullptr}).mLastError, 87u) << "there is no previous name";
     EXPECT_THAT(
         mPlatform.TakeEvents(),
@@ -152,12 +150,6 @@ TEST_F(MonitorJobTest, TakesThePreviousNameForAnUnknownLevel) {
     EXPECT_TRUE(mJob.End(mHandle).mSucceeded);
     EXPECT_EQ(mFolder.ContentOf("a.ps"), "x");
     EXPECT_FALSE(GFileSystem::FileExists(mFolder.PathOf("b.ps")));
-}
-
-TEST_F(MonitorJobTest, RefusesAFirstJobWithoutAPrinterName) {
-    EXPECT_EQ(mJob.Start(nullptr, 3, {cLevel1, Units(u"b.txt")}).mLastError, 87u);
-    EXPECT_THAT(mPlatform.TakeEvents(), ElementsAre("tick", "sDocName is empty!?",
-                                                    "sProcessingJob == false at the end of PPMStartDocPort"));
 }
 
 TEST_F(MonitorJobTest, RefusesASecondDocumentButKeepsItsNumber) {
@@ -191,8 +183,11 @@ TEST_F(MonitorJobTest, RefusesTheJobWhenItsFileCannotBeMade) {
     EXPECT_EQ(mFolder.ContentOf("b.ps"), "y");
 }
 
-TEST_F(MonitorJobTest, RefusesToWriteWithoutAJobOrAPort) {
+TEST_F(MonitorJobTest, RefusesToWriteWithoutAJobOrAPortAndEndsNothing) {
     char other;
+    EXPECT_TRUE(mJob.End(mHandle).mSucceeded);
+    EXPECT_TRUE(mJob.End(nullptr).mSucceeded);
+    EXPECT_THAT(mPlatform.mEvents, IsEmpty());
     EXPECT_EQ(Write("x").mLastError, 3003u);
     EXPECT_EQ(mWritten, 0u);
     EXPECT_THAT(mPlatform.TakeEvents(), ElementsAre("PPMWritePort: write when not started?!?"));
@@ -223,12 +218,6 @@ TEST_F(MonitorJobTest, RefusesAWriteWithoutDataAndNamesNoError) {
         EXPECT_EQ(written, 0u);
         EXPECT_THAT(mPlatform.TakeEvents(), ElementsAre("PPMWritePort: No Data"));
     }
-}
-
-TEST_F(MonitorJobTest, AnEndWithoutAJobDoesNothing) {
-    EXPECT_TRUE(mJob.End(mHandle).mSucceeded);
-    EXPECT_TRUE(mJob.End(nullptr).mSucceeded);
-    EXPECT_THAT(mPlatform.mEvents, IsEmpty());
 }
 
 TEST_F(MonitorJobTest, AnEndOnTheWrongPortClosesTheFileOnly) {

@@ -98,3 +98,12 @@ bool IsClosed(const std::wstring& path) {
     ::CloseHandle(file);
     return true;
 }
+
+std::string MakeData(std::size_t size, std::uint32_t seed) {
+    std::string data(size, '\0');
+    for (char& byte : data) {
+        seed = seed * 1103515245 + 12345;
+        byte = static_cast<char>(seed >> 16);
+    }
+    return data;
+}

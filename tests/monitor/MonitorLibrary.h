@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <string>
 
 #include "platform/win32/PWin32SpoolerApi.h"
@@ -46,3 +47,5 @@ std::wstring GetJobPath(const std::wstring& fileName);
 std::string ReadFileBytes(const std::wstring& path);
 /// True when nobody else has the file open.
 bool IsClosed(const std::wstring& path);
+/// Bytes in which no block of any size repeats soon.
+std::string MakeData(std::size_t size, std::uint32_t seed = 1);

@@ -1,18 +1,16 @@
 // Jobs through the DLL's table, and what processing applications in other processes hear of them.
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
-#include <cstring>
 #include <memory>
 #include <string>
 #include <thread>
 
 #include "framework/core/GException.h"
-#include "framework/ipc/GIPCMessageQueueMgr.h"
-#include "framework/ipc/GIPPrefix.h"
 #include "framework/ipc/GShMemID.h"
 #include "framework/system/GSessionInfo.h"
+#include "tests/ipc/ManagerTestSupport.h"
+#include "tests/ipc/RawSegment.h"
 #include "tests/monitor/ListenerProcess.h"
 #include "tests/monitor/MonitorLibrary.h"
 #include "tests/monitor/TraceCapture.h"
@@ -33,71 +31,28 @@ protected:
     MonitorLibrary mLibrary;
 };
 
-/// The names of the kernel objects behind the registry of listeners, in this session or for all.
-std::string RegistrySegment(long session) {
-    GBuffer path;
-    GSessionInfo::GetInstance()->GetSessionPath(path, session);
-    return std::string(path.GetPtr()) + "QulShDGIPC_PP";
-}
-constexpr const char* cRegistryMutex = "Global\\QulShLGIPC_PP";
-
-/// Overwrites one word of a registry for as long as it lives.
+/// The registry of listeners in a session, or of all, and a word of it that is spoilt while this lives.
 class SpoiltRegistry {
 public:
-    SpoiltRegistry(long session, std::size_t wordOffset, std::uint32_t value)
-        : mMapping(::OpenFileMappingA(FILE_MAP_ALL_ACCESS, FALSE, RegistrySegment(session).c_str())),
-          mView(static_cast<char*>(::MapViewOfFile(mMapping, FILE_MAP_ALL_ACCESS, 0, 0, 0))),
-          mWord(mView + wordOffset) {
-        std::memcpy(&mOld, mWord, sizeof mOld);
-        std::memcpy(mWord, &value, sizeof value);
+    SpoiltRegistry(long session, long wordOffset, std::uint32_t value) : mOffset(wordOffset) {
+        GBuffer path;
+        GSessionInfo::GetInstance()->GetSessionPath(path, session);
+        mSegment = RawSegment::Open(path.GetPtr(), "QulShDGIPC_PP");
+        mOld = mSegment->GetWord(mOffset);
+        mSegment->SetWord(mOffset, value);
     }
-    SpoiltRegistry(const SpoiltRegistry&) = delete;
-    SpoiltRegistry& operator=(const SpoiltRegistry&) = delete;
-    ~SpoiltRegistry() {
-        std::memcpy(mWord, &mOld, sizeof mOld);
-        ::UnmapViewOfFile(mView);
-        ::CloseHandle(mMapping);
-    }
+    ~SpoiltRegistry() { mSegment->SetWord(mOffset, mOld); }
 
 private:
-    HANDLE mMapping;
-    char* mView;
-    char* mWord;
+    std::unique_ptr<RawSegment> mSegment;
+    long mOffset;
     std::uint32_t mOld;
 };
 
 /// Another thread that keeps the registries' mutex for as long as this lives.
-class KeptMutex {
-public:
-    KeptMutex() : mThread([this] { Keep(); }) { ::WaitForSingleObject(mTaken, INFINITE); }
-    KeptMutex(const KeptMutex&) = delete;
-    KeptMutex& operator=(const KeptMutex&) = delete;
-    ~KeptMutex() {
-        ::SetEvent(mEnd);
-        mThread.join();
-    }
-
-private:
-    void Keep() {
-        const HANDLE mutex = ::CreateMutexA(nullptr, TRUE, cRegistryMutex);
-        ::WaitForSingleObject(mutex, INFINITE);
-        ::SetEvent(mTaken);
-        ::WaitForSingleObject(mEnd, INFINITE);
-        ::ReleaseMutex(mutex);
-        ::CloseHandle(mutex);
-    }
-
-    HANDLE mTaken = ::CreateEventW(nullptr, TRUE, FALSE, nullptr);
-    HANDLE mEnd = ::CreateEventW(nullptr, TRUE, FALSE, nullptr);
-    std::thread mThread;
+struct KeptMutex : MutexHog {
+    KeptMutex() : MutexHog(GShMemID("GIPC_PP")) {}
 };
-
-TEST_F(MonitorNotification, FailsWithoutAListenerAndTheJobIsGood) {
-    TraceCapture trace;
-    EXPECT_TRUE(mLibrary.Print(L"nobody.txt", "x"));
-    EXPECT_THAT(trace.Take(), Contains(cFailed));
-    EXPECT_EQ(ReadFileBytes(GetJobPath(L"nobody.ps")), "x");
-}
 
 TEST_F(MonitorNotification, TellsEveryListenerOfEveryJobOnce) {
     ListenerProcess first(L"listen");
@@ -156,7 +111,7 @@ TEST_F(MonitorNotification, IsNotDisturbedByAListenerThatDied) {
 TEST_F(MonitorNotification, IsNotDisturbedByASpoiltRegistry) {
     ListenerProcess listener(L"listen");
     const long session = GSessionInfo::GetInstance()->GetCurrentSessionID();
-    constexpr std::size_t cEndOffsetWord = 12;  // behind the size word, the version and the seed
+    constexpr long cEndOffsetWord = 12;  // behind the size word, the version and the seed
     TraceCapture trace;
     {
         const SpoiltRegistry own(session, cEndOffsetWord, 0x7FFFFFFF);

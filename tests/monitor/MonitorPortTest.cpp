@@ -1,7 +1,6 @@
 #include "monitor/MonitorPort.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <cstring>
 #include <string>
@@ -52,62 +51,51 @@ const std::string cPortText = UTF16Bytes(std::u16string(u"QuillonPDFPort:\0", 16
 const std::string cMonitorText = UTF16Bytes(std::u16string(u"Quillon Port Monitor\0", 21));
 const std::string cDescriptionText = UTF16Bytes(std::u16string(u"Quillon PDF Port\0", 17));
 
-TEST_F(MonitorPortTest, ListsTheNameAtLevel1) {
-    for (const std::size_t size : {40, 41, 100}) {
-        SCOPED_TRACE(size);
-        std::vector<unsigned char> buffer(size, 0xEE);
-        EXPECT_TRUE(Enumerate(1, buffer).mSucceeded);
+TEST_F(MonitorPortTest, PacksTheTextsFromTheEndOfTheBuffer) {
+    for (const std::size_t spare : {0, 1, 60}) {
+        SCOPED_TRACE(spare);
+        std::vector<unsigned char> name(40 + spare, 0xEE);
+        EXPECT_TRUE(Enumerate(1, name).mSucceeded);
         EXPECT_EQ(mNeeded, 40u);
         EXPECT_EQ(mReturned, 1u);
-        EXPECT_EQ(OffsetInRecord(buffer, 0), size - 32);
-        EXPECT_EQ(BytesAt(buffer, size - 32, 32), cPortText);
-        EXPECT_EQ(BytesAt(buffer, 8, size - 40), std::string(size - 40, '\xEE'));
-    }
-    EXPECT_THAT(mPlatform.mEvents, testing::Each("PPMEnumPorts: Received request for Level 1 info"));
-}
-
-TEST_F(MonitorPortTest, PacksAllTextsFromTheEndAtLevel2) {
-    for (const std::size_t size : {140, 141, 200}) {
-        SCOPED_TRACE(size);
-        std::vector<unsigned char> buffer(size, 0xEE);
-        EXPECT_TRUE(Enumerate(2, buffer).mSucceeded);
+        EXPECT_EQ(OffsetInRecord(name, 0), 8 + spare);
+        EXPECT_EQ(BytesAt(name, 8, 32 + spare), std::string(spare, '\xEE') + cPortText);
+        std::vector<unsigned char> all(140 + spare, 0xEE);
+        EXPECT_TRUE(Enumerate(2, all).mSucceeded);
         EXPECT_EQ(mNeeded, 140u);
         EXPECT_EQ(mReturned, 1u);
-        EXPECT_EQ(OffsetInRecord(buffer, 0), size - 32);
-        EXPECT_EQ(OffsetInRecord(buffer, 8), size - 74);
-        EXPECT_EQ(OffsetInRecord(buffer, 16), size - 108);
-        EXPECT_EQ(BytesAt(buffer, 24, 8), std::string("\1\0\0\0\0\0\0\0", 8));
-        EXPECT_EQ(BytesAt(buffer, size - 108, 108), cDescriptionText + cMonitorText + cPortText);
+        EXPECT_EQ(OffsetInRecord(all, 0), 108 + spare);
+        EXPECT_EQ(OffsetInRecord(all, 8), 66 + spare);
+        EXPECT_EQ(OffsetInRecord(all, 16), 32 + spare);
+        EXPECT_EQ(BytesAt(all, 24, 8), std::string("\1\0\0\0\0\0\0\0", 8));
+        EXPECT_EQ(BytesAt(all, 32 + spare, 108), cDescriptionText + cMonitorText + cPortText);
+        EXPECT_THAT(mPlatform.TakeEvents(),
+                    testing::ElementsAre("PPMEnumPorts: Received request for Level 1 info",
+                                         "PPMEnumPorts: Received request for Level 2 info"));
     }
-    EXPECT_THAT(mPlatform.mEvents, testing::Each("PPMEnumPorts: Received request for Level 2 info"));
 }
 
-TEST_F(MonitorPortTest, AsksForMoreWhenTheBufferIsTooSmall) {
-    const std::tuple<std::uint32_t, std::size_t, unsigned long> rows[] = {
-        {1, 0, 40}, {1, 39, 40}, {2, 0, 140}, {2, 40, 140}, {2, 139, 140}};
-    for (const auto& [level, size, needed] : rows) {
-        SCOPED_TRACE(size);
+TEST_F(MonitorPortTest, RefusesOtherLevelsAndBuffersThatAreTooSmall) {
+    // level, size, last error, needed, returned
+    const std::tuple<std::uint32_t, std::size_t, std::uint32_t, unsigned long, unsigned long> rows[] = {
+        {1, 0, 122, 40, 0},
+        {1, 39, 122, 40, 0},
+        {2, 0, 122, 140, 0},
+        {2, 40, 122, 140, 0},
+        {2, 139, 122, 140, 0},
+        {0, 200, 124, cUnset, cUnset},
+        {3, 200, 124, cUnset, cUnset},
+        {0xFFFFFFFF, 200, 124, cUnset, cUnset}};
+    for (const auto& [level, size, lastError, needed, returned] : rows) {
+        SCOPED_TRACE(level);
         std::vector<unsigned char> buffer(size, 0xEE);
         const CallbackOutcome outcome = Enumerate(level, buffer);
         EXPECT_FALSE(outcome.mSucceeded);
-        EXPECT_EQ(outcome.mLastError, 122u);
+        EXPECT_EQ(outcome.mLastError, lastError);
         EXPECT_EQ(mNeeded, needed);
-        EXPECT_EQ(mReturned, 0u);
+        EXPECT_EQ(mReturned, returned);
         EXPECT_THAT(buffer, testing::Each(0xEE));
     }
-}
-
-TEST_F(MonitorPortTest, KnowsNoOtherLevel) {
-    for (const std::uint32_t level : {0u, 3u, 0xFFFFFFFFu}) {
-        SCOPED_TRACE(level);
-        std::vector<unsigned char> buffer(200, 0xEE);
-        const CallbackOutcome outcome = Enumerate(level, buffer);
-        EXPECT_FALSE(outcome.mSucceeded);
-        EXPECT_EQ(outcome.mLastError, 124u);
-        EXPECT_EQ(mNeeded, cUnset);
-        EXPECT_EQ(mReturned, cUnset);
-    }
-    EXPECT_TRUE(mPlatform.mEvents.empty());
 }
 
 TEST_F(MonitorPortTest, RefusesToListIntoNothing) {
@@ -120,17 +108,15 @@ TEST_F(MonitorPortTest, RefusesToListIntoNothing) {
 }
 
 TEST_F(MonitorPortTest, OpensForItsExactNameOnly) {
-    const std::tuple<const char16_t*, bool> rows[] = {
-        {u"QuillonPDFPort:", true},
-        {u"quillonpdfport:", false},
-        {u"QuillonPDFPort", false},
-        {u"QuillonPDFPort: ", false},
-        {u" QuillonPDFPort:", false},
-        {u"QuillonPDFPort::", false},
-        {u"QuillonPDFPort\u003B", false},
-        {u"", false},
-        {u"LPT1:", false},
-    };
+    const std::tuple<const char16_t*, bool> rows[] = {{u"QuillonPDFPort:", true},
+                                                      {u"quillonpdfport:", false},
+                                                      {u"QuillonPDFPort", false},
+                                                      {u"QuillonPDFPort: ", false},
+                                                      {u" QuillonPDFPort:", false},
+                                                      {u"QuillonPDFPort::", false},
+                                                      {u"QuillonPDFPort\u003B", false},
+                                                      {u"", false},
+                                                      {u"LPT1:", false}};
     for (const auto& [name, opens] : rows) {
         SCOPED_TRACE(testing::PrintToString(std::u16string(name)));
         void* handle = nullptr;
@@ -159,20 +145,15 @@ TEST_F(MonitorPortTest, OpensOnlyOnce) {
     EXPECT_TRUE(mPort.Close(third).mSucceeded);
 }
 
-TEST_F(MonitorPortTest, RefusesNullArguments) {
+TEST_F(MonitorPortTest, StaysClosedForNullArgumentsAndWithoutMemory) {
     void* handle = nullptr;
     EXPECT_EQ(mPort.Open(nullptr, &handle).mLastError, 87u);
     EXPECT_EQ(mPort.Open(Units(u"QuillonPDFPort:"), nullptr).mLastError, 87u);
-    EXPECT_EQ(mState.sPortHandle, nullptr);
-    EXPECT_EQ(mPlatform.mPortHandles, 0);
-}
-
-TEST_F(MonitorPortTest, StaysClosedWithoutMemory) {
     mPlatform.mOutOfMemory = true;
-    void* handle = nullptr;
     EXPECT_THROW(mPort.Open(Units(u"QuillonPDFPort:"), &handle), std::bad_alloc);
     EXPECT_EQ(handle, nullptr);
     EXPECT_EQ(mState.sPortHandle, nullptr);
+    EXPECT_EQ(mPlatform.mPortHandles, 0);
     mPlatform.mOutOfMemory = false;
     mPort.Close(Open());
 }

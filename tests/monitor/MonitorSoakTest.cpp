@@ -1,7 +1,6 @@
 // What a spooler does to the DLL in days, in minutes.
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <atomic>
 #include <cstdio>
@@ -23,15 +22,6 @@ constexpr std::size_t cHeapSlack = 64 * 1024;
 void ExpectNothingKept(const ProcessResources& before, const ProcessResources& after) {
     EXPECT_LE(after.mHandles, before.mHandles + cHandleSlack);
     EXPECT_LE(after.mHeapBytes, before.mHeapBytes + cHeapSlack);
-}
-
-std::string MakeData(std::size_t size, std::uint32_t seed) {
-    std::string data(size, '\0');
-    for (char& byte : data) {
-        seed = seed * 1103515245 + 12345;
-        byte = static_cast<char>(seed >> 16);
-    }
-    return data;
 }
 
 TEST(MonitorSoak, PrintsAThousandJobsAndTellsOfEachOnce) {

@@ -1,7 +1,6 @@
 #include "monitor/RunCallback.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <stdexcept>
 #include <thread>

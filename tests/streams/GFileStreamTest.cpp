@@ -15,8 +15,10 @@
 
 namespace {
 
-TEST(GFileInStream, DeliversTheSameInPiecesOfEverySize) {
+TEST(GFileInStream, DeliversTheSameInPiecesOfEverySizeAndNothingForNothing) {
     const TestFolder folder;
+    EXPECT_THROW(GFileInStream(folder.Portable("f")), GException);
+    EXPECT_FALSE(folder.Has("f"));
     for (const std::size_t length : {0u, 1u, 2u, 37u, 5000u}) {
         const std::string bytes = Pattern(length);
         folder.Put("f", bytes);
@@ -24,18 +26,10 @@ TEST(GFileInStream, DeliversTheSameInPiecesOfEverySize) {
             GFileInStream stream(folder.Portable("f"));
             EXPECT_EQ(ReadAll(stream, size), bytes) << length << " in pieces of " << size;
         }
+        GFileInStream stream(folder.Portable("f"));
+        for (const long nothing : {0L, -5L}) EXPECT_EQ(ReadAll(stream, nothing), "");
+        EXPECT_EQ(stream.GetPosition(), 0);
     }
-}
-
-TEST(GFileInStream, AsksForNothing) {
-    const TestFolder folder;
-    folder.Put("f", "0123456789");
-    GFileInStream stream(folder.Portable("f"));
-    GBuffer out("left over");
-    EXPECT_EQ(stream.Read(out, 0), -1);
-    EXPECT_TRUE(out.IsEmpty());
-    EXPECT_EQ(stream.Read(out, -5), -1);
-    EXPECT_EQ(stream.GetPosition(), 0);
 }
 
 TEST(GFileInStream, SkipsWithinTheFile) {
@@ -46,8 +40,7 @@ TEST(GFileInStream, SkipsWithinTheFile) {
         {"past the end", 7, 6, ""},
         {"far past", 1LL << 62, 6, ""},
         {"back", -1, -1, "3456789"},
-        {"back past the start", -5, -4, "0123456789"},
-    };
+        {"back past the start", -5, -4, "0123456789"}};
     for (const auto& [what, count, moved, rest] : rows) {
         SCOPED_TRACE(what);
         GFileInStream stream(folder.Portable("f"));
@@ -83,12 +76,6 @@ TEST(GFileInStream, SeesWhatIsAddedToTheFile) {
     EXPECT_EQ(BytesOf(out), "abc");
 }
 
-TEST(GFileInStream, ThrowsForAMissingFile) {
-    const TestFolder folder;
-    EXPECT_THROW(GFileInStream(folder.Portable("f")), GException);
-    EXPECT_FALSE(folder.Has("f"));
-}
-
 TEST(GFileOutStream, HandsEveryBlockToTheSystemAtOnce) {
     const TestFolder folder;
     GFileOutStream stream(folder.Portable("a/b/f"), true);
@@ -98,15 +85,6 @@ TEST(GFileOutStream, HandsEveryBlockToTheSystemAtOnce) {
     EXPECT_EQ(stream.Write(BufferOf("d")), 1);
     EXPECT_EQ(folder.Take("a/b/f"), "abcd");
     EXPECT_EQ(stream.GetLength(), 4);
-}
-
-TEST(GFileOutStream, ASecondJobOfOneNameLeavesNothingOfALongerFirst) {
-    const TestFolder folder;
-    for (const char* const job : {"the first and longer job", "second", "", "a third"}) {
-        GFileSystem::CreateFile(folder.Portable("user/printer/title.ps"), GTypeEnums::cNone, false);
-        GFileOutStream(folder.Portable("user/printer/title.ps"), true).Write(BufferOf(job));
-        EXPECT_EQ(folder.Take("user/printer/title.ps"), job);
-    }
 }
 
 TEST(GFileOutStream, KeepsTheContentWhenItIsNotToStartEmpty) {
@@ -151,25 +129,6 @@ TEST(GFileOutStream, ThrowsForWhatIsNoFullDisk) {
     EXPECT_THROW(stream.Write(BufferOf("x")), GException);
     EXPECT_EQ(stream.GetPosition(), 0);
     EXPECT_EQ(folder.Take("f"), "abc");
-}
-
-TEST(GFileOutStream, WritesAllByteValuesInBlocksOfManySizes) {
-    const TestFolder folder;
-    const std::string bytes = Pattern(300000);
-    for (const std::size_t size : {999u, 4096u, 65536u, 1048576u}) {
-        SCOPED_TRACE(size);
-        {
-            GFileOutStream stream(folder.Portable("f"), true);
-            for (std::size_t at = 0; at < bytes.size(); at += size) {
-                const std::string block = bytes.substr(at, size);
-                GBuffer borrowed;
-                borrowed.SetFromStatic(reinterpret_cast<const unsigned char*>(block.data()),
-                                       static_cast<long>(block.size()));
-                ASSERT_EQ(stream.Write(borrowed), static_cast<long>(block.size()));
-            }
-        }
-        EXPECT_TRUE(folder.Take("f") == bytes);
-    }
 }
 
 }  // namespace

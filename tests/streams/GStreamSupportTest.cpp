@@ -170,39 +170,40 @@ TEST(GetStreamLength, CountsAllDataAndMovesNothing) {
     }
 }
 
+const std::tuple<const char*, std::string, GTypeEnums::Types> cKnownTypes[] = {
+    {"nothing", "", GTypeEnums::cNone},
+    {"any text", "Dear Sir,", GTypeEnums::cNone},
+    {"PostScript", "%!PS-Adobe-3.0\n%%Title: x EPSF-3.0", GTypeEnums::cPostScript},
+    {"PostScript of few words", "%!\nshowpage", GTypeEnums::cPostScript},
+    {"encapsulated", "%!PS-Adobe-3.0 EPSF-3.0\n", GTypeEnums::cEPS},
+    {"encapsulated, with a preview", "\xC5\xD0\xD3\xC6\x1e"s, GTypeEnums::cEPS},
+    {"behind job language", "\x1B%-12345X@PJL\r\n@PJL ENTER LANGUAGE=POSTSCRIPT\r\n%!PS-Adobe-3.0\n",
+     GTypeEnums::cPostScript},
+    {"directly behind the escape", "\x1B%-12345X%!PS-Adobe-3.0\n", GTypeEnums::cPostScript},
+    {"another language",
+     "\x1B%-12345X@PJL ENTER LANGUAGE=PCL\r\n\x1B"
+     "E",
+     GTypeEnums::cPrinterJob},
+    {"PDF", "%PDF-1.7\n", GTypeEnums::cPDF},
+    {"half of PDF's mark", "%PDF", GTypeEnums::cNone},
+    {"PNG", "\x89PNG\r\n\x1A\n\0"s, GTypeEnums::cPNG},
+    {"PNG after a text transfer", "\x89PNG\n\x1A\n\0"s, GTypeEnums::cNone},
+    {"JPEG", "\xFF\xD8\xFF\xE0"s, GTypeEnums::cJPEG},
+    {"GIF", "GIF89a", GTypeEnums::cGIF},
+    {"TIFF, little-endian", "II*\0\x08"s, GTypeEnums::cTIFF},
+    {"TIFF, big-endian", "MM\0*"s, GTypeEnums::cTIFF},
+    {"bitmap", "BM\x36\0\0\0\0\0\0\0\x36\0\0\0\x28\0\0\0"s, GTypeEnums::cBMP},
+    {"text that begins like a bitmap", "BMW is a make of car", GTypeEnums::cNone},
+    {"archive", "PK\x03\x04", GTypeEnums::cZip},
+    {"compressed", "\x1F\x8B\x08"s, GTypeEnums::cGZip},
+    {"dictionary", "#BEGINDICT\r\n", GTypeEnums::cDictionary},
+    {"preferences", "#BEGINPREFS\r\n", GTypeEnums::cPreferences},
+    {"UTF-8 text", "\xEF\xBB\xBFhello", GTypeEnums::cText},
+    {"UTF-16 text", "\xFF\xFEh\0"s, GTypeEnums::cText},
+};
+
 TEST(GetStreamType, KnowsDataByItsFirstBytes) {
-    const std::tuple<const char*, std::string, GTypeEnums::Types> rows[] = {
-        {"nothing", "", GTypeEnums::cNone},
-        {"any text", "Dear Sir,", GTypeEnums::cNone},
-        {"PostScript", "%!PS-Adobe-3.0\n%%Title: x EPSF-3.0", GTypeEnums::cPostScript},
-        {"PostScript of few words", "%!\nshowpage", GTypeEnums::cPostScript},
-        {"encapsulated", "%!PS-Adobe-3.0 EPSF-3.0\n", GTypeEnums::cEPS},
-        {"encapsulated, with a preview", "\xC5\xD0\xD3\xC6\x1e"s, GTypeEnums::cEPS},
-        {"behind job language", "\x1B%-12345X@PJL\r\n@PJL ENTER LANGUAGE=POSTSCRIPT\r\n%!PS-Adobe-3.0\n",
-         GTypeEnums::cPostScript},
-        {"directly behind the escape", "\x1B%-12345X%!PS-Adobe-3.0\n", GTypeEnums::cPostScript},
-        {"another language",
-         "\x1B%-12345X@PJL ENTER LANGUAGE=PCL\r\n\x1B"
-         "E",
-         GTypeEnums::cPrinterJob},
-        {"PDF", "%PDF-1.7\n", GTypeEnums::cPDF},
-        {"half of PDF's mark", "%PDF", GTypeEnums::cNone},
-        {"PNG", "\x89PNG\r\n\x1A\n\0"s, GTypeEnums::cPNG},
-        {"PNG after a text transfer", "\x89PNG\n\x1A\n\0"s, GTypeEnums::cNone},
-        {"JPEG", "\xFF\xD8\xFF\xE0"s, GTypeEnums::cJPEG},
-        {"GIF", "GIF89a", GTypeEnums::cGIF},
-        {"TIFF, little-endian", "II*\0\x08"s, GTypeEnums::cTIFF},
-        {"TIFF, big-endian", "MM\0*"s, GTypeEnums::cTIFF},
-        {"bitmap", "BM\x36\0\0\0\0\0\0\0\x36\0\0\0\x28\0\0\0"s, GTypeEnums::cBMP},
-        {"text that begins like a bitmap", "BMW is a make of car", GTypeEnums::cNone},
-        {"archive", "PK\x03\x04", GTypeEnums::cZip},
-        {"compressed", "\x1F\x8B\x08"s, GTypeEnums::cGZip},
-        {"dictionary", "#BEGINDICT\r\n", GTypeEnums::cDictionary},
-        {"preferences", "#BEGINPREFS\r\n", GTypeEnums::cPreferences},
-        {"UTF-8 text", "\xEF\xBB\xBFhello", GTypeEnums::cText},
-        {"UTF-16 text", "\xFF\xFEh\0"s, GTypeEnums::cText},
-    };
-    for (const auto& [what, data, type] : rows) {
+    for (const auto& [what, data, type] : cKnownTypes) {
         SCOPED_TRACE(what);
         PieceStream stream(data, 3);
         stream.Skip(2);

@@ -44,15 +44,12 @@ TEST(GProcessInfo, ComparesWholeLeavesExactly) {
     }
 }
 
-TEST(GProcessInfo, KnowsWhoIsRunning) {
+TEST(GProcessInfo, KnowsWhoIsRunningAndItsChildren) {
+    EXPECT_TRUE(Processes().GetChildProcessIDs(Processes().GetCurrentProcessID()).IsEmpty());
+    EXPECT_TRUE(Processes().GetChildProcessIDs(0x7FFFFFF1).IsEmpty());
     EXPECT_TRUE(Processes().IsProcessRunning(Processes().GetCurrentProcessID()));
     for (const long never : {0x7FFFFFF1L, -1L, -2L})
         EXPECT_FALSE(Processes().IsProcessRunning(never)) << never;
-}
-
-TEST(GProcessInfo, HasNoChildrenOfItsOwn) {
-    EXPECT_TRUE(Processes().GetChildProcessIDs(Processes().GetCurrentProcessID()).IsEmpty());
-    EXPECT_TRUE(Processes().GetChildProcessIDs(0x7FFFFFF1).IsEmpty());
 }
 
 TEST(GProcessInfo, TellsTheMemory) {

@@ -19,16 +19,6 @@ TEST(PWinSessionInfo, ListsTheMachineAndThenEverySession) {
     for (long i = 0; i < 5; ++i) EXPECT_EQ(ids[i], expected[i]);
 }
 
-TEST(PWinSessionInfo, OldSystemsAreNotAsked) {
-    PSystem::SetOSCode(3007);
-    PWinSessionInfo info;
-    GTable<std::int32_t> ids;
-    info.GetSessionIDs(ids);
-    EXPECT_EQ(info.GetCurrentSessionID(), -1);
-    EXPECT_EQ(ids.GetCount(), 1);
-    PSystem::SetOSCode(PSystem::cUnknownOSCode);
-}
-
 TEST(PWinProcessInfo, FindsItselfAmongTheUsersProcesses) {
     PWinProcessInfo processes;
     GTable<std::int32_t> ids;

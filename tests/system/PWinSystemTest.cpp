@@ -35,16 +35,12 @@ TEST(PWinSystem, TheCodeFitsWhatTheSystemReports) {
     }
 }
 
-TEST(PWinSystem, TracingLeavesTheLastErrorAlone) {
+TEST(PWinSystem, TracingAndClosingAHandleLeaveTheLastErrorAlone) {
     ::SetLastError(4711);
     PSystem::Trace("narrow");
     EXPECT_EQ(::GetLastError(), 4711u);
     PSystem::Trace(L"wide");
     EXPECT_EQ(::GetLastError(), 4711u);
-}
-
-TEST(PWinSystem, AHandleThatIsClosedLeavesTheLastErrorAlone) {
-    ::SetLastError(4711);
     { const PWin32ScopedHandle<PWin32KernelHandle> bad(reinterpret_cast<void*>(0xBAD0)); }
     EXPECT_EQ(::GetLastError(), 4711u);
 }

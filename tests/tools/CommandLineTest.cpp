@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 
 #include <tuple>
+#include <utility>
 
 #include "tools/console/Console.h"
 #include "tools/quillonctl/Failure.h"
@@ -11,46 +12,37 @@ namespace {
 
 using Arguments = std::vector<std::wstring>;
 
-struct Parsed {
-    Command command;
-    std::wstring printer;
-    std::wstring driver;
-    std::wstring ppd;
-    std::wstring library;
-};
+CommandLine Line(Command command, std::wstring printer = {}, std::wstring driver = {}, std::wstring ppd = {},
+                 std::wstring library = {}) {
+    return {command, std::move(printer), std::move(driver), std::move(ppd), std::move(library)};
+}
 
 TEST(CommandLine, ReadsACommandAndItsOptionsInAnyOrder) {
-    const std::tuple<const char*, Arguments, Parsed> rows[] = {
-        {"a command alone", {L"install"}, {Command::Install, L"", L"", L"", L""}},
-        {"uninstall", {L"uninstall"}, {Command::Uninstall, L"", L"", L"", L""}},
-        {"status", {L"status"}, {Command::Status, L"", L"", L"", L""}},
-        {"testpage", {L"testpage"}, {Command::TestPage, L"", L"", L"", L""}},
-        {"testpage with a printer",
-         {L"testpage", L"--printer", L"A B"},
-         {Command::TestPage, L"A B", L"", L"", L""}},
+    const std::tuple<const char*, Arguments, CommandLine> rows[] = {
+        {"a command alone", {L"install"}, Line(Command::Install)},
+        {"uninstall", {L"uninstall"}, Line(Command::Uninstall)},
+        {"status", {L"status"}, Line(Command::Status)},
+        {"testpage", {L"testpage"}, Line(Command::TestPage)},
+        {"testpage with a printer", {L"testpage", L"--printer", L"A B"}, Line(Command::TestPage, L"A B")},
         {"every option of install",
          {L"install", L"--dll", L"C:\\x.dll", L"--ppd", L"p.ppd", L"--printer", L"P", L"--driver", L"D, x"},
-         {Command::Install, L"P", L"D, x", L"p.ppd", L"C:\\x.dll"}},
-        {"a value with one dash", {L"install", L"--driver", L"-x"}, {Command::Install, L"", L"-x", L"", L""}},
-        {"help", {L"--help"}, {Command::Help, L"", L"", L"", L""}},
-        {"short help", {L"-h"}, {Command::Help, L"", L"", L"", L""}},
-        {"help behind half a command",
-         {L"install", L"--printer", L"--help"},
-         {Command::Help, L"", L"", L"", L""}},
-        {"help behind an unknown command", {L"instal", L"--help"}, {Command::Help, L"", L"", L"", L""}},
-        {"version", {L"--version"}, {Command::Version, L"", L"", L"", L""}},
+         Line(Command::Install, L"P", L"D, x", L"p.ppd", L"C:\\x.dll")},
+        {"a value with one dash", {L"install", L"--driver", L"-x"}, Line(Command::Install, L"", L"-x")},
+        {"help", {L"--help"}, Line(Command::Help)},
+        {"short help", {L"-h"}, Line(Command::Help)},
+        {"help behind half a command", {L"install", L"--printer", L"--help"}, Line(Command::Help)},
+        {"help behind an unknown command", {L"instal", L"--help"}, Line(Command::Help)},
+        {"version", {L"--version"}, Line(Command::Version)},
         {"the longest printer name",
          {L"install", L"--printer", std::wstring(220, L'p')},
-         {Command::Install, std::wstring(220, L'p'), L"", L"", L""}},
+         Line(Command::Install, std::wstring(220, L'p'))},
     };
     for (const auto& [what, arguments, expected] : rows) {
         SCOPED_TRACE(what);
         const CommandLine result = ParseCommandLine(arguments);
-        EXPECT_EQ(result.command, expected.command);
-        EXPECT_EQ(result.printer, expected.printer);
-        EXPECT_EQ(result.driver, expected.driver);
-        EXPECT_EQ(result.ppd, expected.ppd);
-        EXPECT_EQ(result.library, expected.library);
+        EXPECT_EQ(
+            std::tie(result.command, result.printer, result.driver, result.ppd, result.library),
+            std::tie(expected.command, expected.printer, expected.driver, expected.ppd, expected.library));
     }
 }
 

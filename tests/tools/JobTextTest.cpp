@@ -28,22 +28,13 @@ const char cFullRecord[] =
     "\"CopyCount\" \"1\"\r\n"
     "#ENDDICT\r\n";
 
-TEST(JobText, AFullRecordAsLines) {
+TEST(JobText, AFullRecordAsLinesAndAsJson) {
     EXPECT_EQ(ToUTF8(FormatAsLines(MakeRecord(cFullRecord), 12345)),
-              "Job file: C:\\Temp\\a.ps\n"
-              "Bytes: 12345\n"
-              "User: J\xC3\xBCrgen \"J\"\n"
-              "Printer: Proof\n"
-              "Port: QuillonPDFPort:\n"
-              "Copies: 1\n\n");
-}
-
-TEST(JobText, AFullRecordAsJson) {
+              "Job file: C:\\Temp\\a.ps\nBytes: 12345\nUser: J\u00FCrgen \"J\"\nPrinter: Proof\n"
+              "Port: QuillonPDFPort:\nCopies: 1\n\n");
     EXPECT_EQ(ToUTF8(FormatAsJson(MakeRecord(cFullRecord), 12345)),
-              R"({"JobPath":"C:\\Temp\\a.ps","JobBytes":12345,"UserName":"J)"
-              "\xC3\xBC"
-              R"(rgen \"J\"","PrinterName":"Proof","PortName":"QuillonPDFPort:","CopyCount":1})"
-              "\n");
+              "{\"JobPath\":\"C:\\\\Temp\\\\a.ps\",\"JobBytes\":12345,\"UserName\":\"J\u00FCrgen \\\"J\\\"\","
+              "\"PrinterName\":\"Proof\",\"PortName\":\"QuillonPDFPort:\",\"CopyCount\":1}\n");
 }
 
 TEST(JobText, ARecordWithoutValuesIsStillWellFormed) {
@@ -63,16 +54,14 @@ TEST(JobText, ValuesCannotSteerTheTerminalNorAddLines) {
     EXPECT_THAT(ToUTF8(FormatAsJson(record, 0)), testing::HasSubstr(R"(:"a\r\nCopies: 9\u001b[2J\u007f)"));
 }
 
-TEST(WaitForJobFile, TellsTheSizeOfAClosedFile) {
-    const TemporaryFolder folder("job-file-test");
-    const std::wstring path = folder.WriteFile(L"a.ps", "12345");
-    EXPECT_EQ(WaitForJobFile(FromWide(path.c_str(), static_cast<long>(path.size()))), 5u);
+GString TextOf(const std::wstring& path) {
+    return FromWide(path.c_str(), static_cast<long>(path.size()));
 }
 
-TEST(WaitForJobFile, AMissingFileIsNotWaitedFor) {
+TEST(WaitForJobFile, TellsTheSizeOfAClosedFileAndWaitsForNoMissingOne) {
     const TemporaryFolder folder("job-file-test");
-    const std::wstring path = folder.GetFile(L"missing.ps");
-    EXPECT_FALSE(WaitForJobFile(FromWide(path.c_str(), static_cast<long>(path.size()))));
+    EXPECT_EQ(WaitForJobFile(TextOf(folder.WriteFile(L"a.ps", "12345"))), 5u);
+    EXPECT_FALSE(WaitForJobFile(TextOf(folder.GetFile(L"missing.ps"))));
     EXPECT_FALSE(WaitForJobFile(GString()));
 }
 
@@ -107,7 +96,7 @@ TEST(WaitForJobFile, WaitsUntilTheWriterHasClosed) {
         ::CreateFileW(path.c_str(), GENERIC_WRITE, FILE_SHARE_READ, nullptr, CREATE_ALWAYS, 0, nullptr);
     ASSERT_NE(file, INVALID_HANDLE_VALUE);
     const LateCloser closer(file);
-    EXPECT_EQ(WaitForJobFile(FromWide(path.c_str(), static_cast<long>(path.size()))), 4u);
+    EXPECT_EQ(WaitForJobFile(TextOf(path)), 4u);
 }
 
 }  // namespace

@@ -42,10 +42,9 @@ TEST_F(LibraryFileTest, AMissingFileHasNoContent) {
     EXPECT_FALSE(LibraryFile::HaveSameContent(missing, missing));
     EXPECT_FALSE(LibraryFile::Exists(missing));
     EXPECT_FALSE(LibraryFile::GetVersion(missing));
-}
-
-TEST_F(LibraryFileTest, AFolderIsNoFile) {
-    EXPECT_FALSE(LibraryFile::Exists(mFolder.GetFile(L".")));
+    EXPECT_FALSE(LibraryFile::Exists(mFolder.GetFile(L"."))) << "a folder is no file";
+    EXPECT_TRUE(LibraryFile::Remove(missing)) << "removing what is gone is fine";
+    EXPECT_TRUE(LibraryFile::Remove(mFolder.GetFile(L"no-folder\\a.dll")));
 }
 
 TEST_F(LibraryFileTest, CopyingReplacesNothing) {
@@ -67,12 +66,21 @@ TEST_F(LibraryFileTest, MovesAsideToAFreeNameAndBack) {
     EXPECT_EQ(TemporaryFolder::ReadFile(mFolder.GetFile(L"a.dll.old1")), "somebody's");
 }
 
-TEST_F(LibraryFileTest, RemovingWhatIsGoneIsFine) {
-    const std::wstring path = mFolder.WriteFile(L"a.dll", "x");
-    EXPECT_TRUE(LibraryFile::Remove(path));
-    EXPECT_FALSE(LibraryFile::Exists(path));
-    EXPECT_TRUE(LibraryFile::Remove(path));
-    EXPECT_TRUE(LibraryFile::Remove(mFolder.GetFile(L"no-folder\\a.dll")));
+TEST_F(LibraryFileTest, RemovingAnOpenFileFreesItsNameOrLeavesItAsItIs) {
+    for (const DWORD share : {DWORD{FILE_SHARE_READ}, DWORD{FILE_SHARE_READ | FILE_SHARE_DELETE}}) {
+        const std::wstring path = mFolder.WriteFile(L"a.dll", "x");
+        const HANDLE reader =
+            ::CreateFileW(path.c_str(), GENERIC_READ, share, nullptr, OPEN_EXISTING, 0, nullptr);
+        ASSERT_NE(reader, INVALID_HANDLE_VALUE);
+        if (share == FILE_SHARE_READ) {
+            EXPECT_THROW(LibraryFile::Remove(path), Failure);
+            EXPECT_EQ(TemporaryFolder::ReadFile(path), "x");
+        } else {
+            LibraryFile::Remove(path);
+            EXPECT_FALSE(LibraryFile::Exists(path));
+        }
+        ::CloseHandle(reader);
+    }
 }
 
 TEST_F(LibraryFileTest, RemovingALoadedLibraryFreesItsName) {
@@ -83,26 +91,6 @@ TEST_F(LibraryFileTest, RemovingALoadedLibraryFreesItsName) {
     LibraryFile::Remove(path);
     EXPECT_FALSE(LibraryFile::Exists(path));
     ::FreeLibrary(module);
-}
-
-TEST_F(LibraryFileTest, RemovingAFileThatAReaderHasOpenFreesItsName) {
-    const std::wstring path = mFolder.WriteFile(L"a.dll", "x");
-    const HANDLE reader = ::CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_DELETE,
-                                        nullptr, OPEN_EXISTING, 0, nullptr);
-    ASSERT_NE(reader, INVALID_HANDLE_VALUE);
-    LibraryFile::Remove(path);
-    EXPECT_FALSE(LibraryFile::Exists(path));
-    ::CloseHandle(reader);
-}
-
-TEST_F(LibraryFileTest, AFileThatIsHeldFastStaysAsItIs) {
-    const std::wstring path = mFolder.WriteFile(L"a.dll", "x");
-    const HANDLE reader =
-        ::CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr);
-    ASSERT_NE(reader, INVALID_HANDLE_VALUE);
-    EXPECT_THROW(LibraryFile::Remove(path), Failure);
-    ::CloseHandle(reader);
-    EXPECT_EQ(TemporaryFolder::ReadFile(path), "x");
 }
 
 TEST(LibraryFile, ReadsTheVersionOfASystemLibrary) {

@@ -94,20 +94,18 @@ TEST(Listener, TellsSessionProcessAndWhetherItListens) {
 }
 
 TEST(FormatByteCount, TakesTheLargestUnitAndCutsTheRest) {
-    const std::tuple<unsigned long long, const wchar_t*> rows[] = {
-        {0, L"0 bytes"},
-        {1023, L"1023 bytes"},
-        {1024, L"1.0 KB"},
-        {1535, L"1.4 KB"},
-        {1536, L"1.5 KB"},
-        {1048575, L"1023.9 KB"},
-        {1048576, L"1.0 MB"},
-        {1073741823, L"1023.9 MB"},
-        {1073741824, L"1.0 GB"},
-        {1099511627776, L"1.0 TB"},
-        {1152921504606846975, L"1023.9 PB"},
-        {18446744073709551615u, L"15.9 EB"},
-    };
+    const std::tuple<unsigned long long, const wchar_t*> rows[] = {{0, L"0 bytes"},
+                                                                   {1023, L"1023 bytes"},
+                                                                   {1024, L"1.0 KB"},
+                                                                   {1535, L"1.4 KB"},
+                                                                   {1536, L"1.5 KB"},
+                                                                   {1048575, L"1023.9 KB"},
+                                                                   {1048576, L"1.0 MB"},
+                                                                   {1073741823, L"1023.9 MB"},
+                                                                   {1073741824, L"1.0 GB"},
+                                                                   {1099511627776, L"1.0 TB"},
+                                                                   {1152921504606846975, L"1023.9 PB"},
+                                                                   {18446744073709551615u, L"15.9 EB"}};
     for (const auto& [bytes, expected] : rows) EXPECT_EQ(FormatByteCount(bytes), expected) << bytes;
 }
 
