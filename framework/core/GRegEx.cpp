@@ -66,8 +66,8 @@ struct GRegEx::Implementation {
     Expression expression;
 };
 
-GRegEx::GRegEx(const GString& expression, bool ignoreCase)
-    : mImplementation(std::make_unique<Implementation>()) {
+GRegEx::GRegEx(const GString& expression, bool ignoreCase) {
+    mImplementation = std::make_unique<Implementation>();
     const Units units(expression);
     const auto flags = ignoreCase ? boost::regex::perl | boost::regex::icase : boost::regex::perl;
     Guard([&] { return mImplementation->expression.assign(units.begin, units.end, flags); });

@@ -66,8 +66,10 @@ TEST(GRegEx, GivesTheTextsOfGroups) {
         GTable<GString> groups{GString("old")};
         std::string joined;
         expression.Find(GString(text), 0, match, groups);
-        for (const GString& group : groups)
-            joined.append(joined.empty() ? "" : ",").append(BytesOf(group.GetBuffer(group.GetEncoding())));
+        for (const GString& group : groups) {
+            if (!joined.empty()) joined += ',';
+            joined += BytesOf(group.GetBuffer(group.GetEncoding()));
+        }
         std::erase(joined, '\0');
         EXPECT_EQ(joined, expected);
     }
