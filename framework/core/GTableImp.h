@@ -183,11 +183,12 @@ bool GTable<T>::operator==(const GTable& other) const {
 template <class T>
 template <class Source>
 void GTable<T>::InsertElement(long position, Source&& source) {
-    position = std::clamp(position, 0L, static_cast<long>(mCount));
-    if (position == mCount && mCount < mCapacity) {
+    if (position >= mCount && mCount < mCapacity) {
+        position = mCount;
         // Nothing moves, so the source may be one of our own elements.
         ::new (static_cast<void*>(mElements + mCount)) T(std::forward<Source>(source));
     } else {
+        position = std::clamp(position, 0L, static_cast<long>(mCount));
         Detached detached(std::forward<Source>(source));
         if (mCount == mCapacity) {
             try {

@@ -36,13 +36,11 @@ private:
 
 // --- Buffers -----------------------------------------------------------------------------------
 
-void ChangeBuffer(Random& random, GBuffer& buffer, std::string& model) {
-    const auto length = static_cast<long>(model.size());
+void AppendToBuffer(Random& random, GBuffer& buffer, std::string& model) {
     const std::string text = random.Text(20);
-    const long start = random.Below(length + 1);
-    const long count = random.Below(length - start + 1);
-    const auto at = static_cast<std::size_t>(start), many = static_cast<std::size_t>(count);
-    switch (random.Below(12)) {
+    const long start = random.Below(buffer.GetLength() + 1);
+    const long count = random.Below(buffer.GetLength() - start + 1);
+    switch (random.Below(4)) {
         case 0:
             buffer += BufferOf(text), model += text;
             break;
@@ -52,34 +50,47 @@ void ChangeBuffer(Random& random, GBuffer& buffer, std::string& model) {
         case 2:
             buffer += static_cast<unsigned short>(0x7978), model += "xy";
             break;
-        case 3:
+        default:
+            buffer.AppendByteArray(buffer.GetRawData() + start, count);
+            model += model.substr(static_cast<std::size_t>(start), static_cast<std::size_t>(count));
+            break;
+    }
+}
+
+void ChangeBuffer(Random& random, GBuffer& buffer, std::string& model) {
+    const std::string text = random.Text(20);
+    const long start = random.Below(buffer.GetLength() + 1);
+    const long count = random.Below(buffer.GetLength() - start + 1);
+    const auto at = static_cast<std::size_t>(start), many = static_cast<std::size_t>(count);
+    switch (random.Below(12)) {
+        case 0:
             buffer.Replace(start, count, BufferOf(text)), model.replace(at, many, text);
             break;
-        case 4:
+        case 1:
             buffer.Remove(start, count), model.erase(at, many);
             break;
-        case 5:
-            buffer.AppendByteArray(buffer.GetRawData() + start, count), model += model.substr(at, many);
-            break;
-        case 6:
+        case 2:
             buffer.ReplaceByteArray(0, 1, buffer.GetRawData() + start, count);
             model.replace(0, 1, std::string(model.substr(at, many)));
             break;
-        case 7:
+        case 3:
             buffer.SetLength(start), model.resize(at);
             break;
-        case 8:
-            buffer.FindAndReplace(start, 'a', 'c'),
-                std::replace(model.begin() + start, model.end(), 'a', 'c');
+        case 4:
+            buffer.FindAndReplace(start, 'a', 'c');
+            std::replace(model.begin() + start, model.end(), 'a', 'c');
             break;
-        case 9:
+        case 5:
             buffer.GetSubBuffer(start, count, buffer), model = model.substr(at, many);
             break;
-        case 10:
+        case 6:
             buffer = BufferOf(text), model = text;
             break;
-        default:
+        case 7:
             buffer.GetPtr();
+            break;
+        default:
+            AppendToBuffer(random, buffer, model);
             break;
     }
 }
