@@ -144,9 +144,8 @@ long PWin32PathNameImp::GetRootDirectoryLength(const GString& portable) {
 
 long PWin32PathNameImp::GetStartPositionRelativePath(const GString& portable) {
     // "/ab:" counts both as a root name in whole and as starting at the root.
-    const GPathUnits path = GPathText::UnitsOf(portable);
-    const std::size_t end = RootNameLengthIn(path) + (HasRootDirectoryIn(path) ? 1 : 0);
-    return static_cast<long>(std::min(end, path.size()));
+    const auto length = static_cast<long>(GPathText::UnitsOf(portable).size());
+    return std::min(GetRootNameLength(portable) + GetRootDirectoryLength(portable), length);
 }
 
 long PWin32PathNameImp::GetLeafPosition(const GString& portable) {

@@ -52,6 +52,12 @@ public:
     /// The same for equal paths.
     std::uint32_t GetHash() const;
 
+    /// The rules on any portable path: the lengths of its root name and its root directory (1 or 0).
+    static long GetRootNameLength(const GString& portable);
+    static long GetRootDirectoryLength(const GString& portable);
+    /// Where the part behind root name and root directory starts.
+    static long GetStartPositionRelativePath(const GString& portable);
+
 protected:
     PWin32PathNameImp() = default;
     PWin32PathNameImp(const PWin32PathNameImp&) = default;
@@ -59,11 +65,6 @@ protected:
     PWin32PathNameImp& operator=(const PWin32PathNameImp&) = default;
     PWin32PathNameImp& operator=(PWin32PathNameImp&&) noexcept = default;
 
-    /// The rules on any portable path.
-    static long GetRootNameLength(const GString& portable);
-    static long GetRootDirectoryLength(const GString& portable);
-    /// Where the part behind root name and root directory starts.
-    static long GetStartPositionRelativePath(const GString& portable);
     /// Where the leaf starts; the length of the path when there is none.
     static long GetLeafPosition(const GString& portable);
 

@@ -49,6 +49,8 @@ TEST(GPathName, TakesARootApart) {
         EXPECT_EQ(Plain(path.GetRootDirectory()), rootDirectory);
         EXPECT_EQ(path.HasRootDirectory(), !rootDirectory.empty());
         EXPECT_EQ(Plain(path.GetRelativePath()), relative);
+        EXPECT_EQ(GPathName::GetStartPositionRelativePath(path.GetPortablePath()),
+                  static_cast<long>(rootName.size() + rootDirectory.size()));
         EXPECT_EQ(Plain(path.GetRootPath()),
                   Without(u'|', row).substr(0, rootName.size() + rootDirectory.size()));
         // Two slashes promise the name of a host, even where it is missing.
@@ -260,6 +262,24 @@ TEST(GPathName, LeavesRulesToADerivedClass) {
     EXPECT_EQ(Plain(path.GetWin32APIPathString()), u"C:\\ABC\\" + std::u16string(239, u'Y'));
     path.Append(Text(u"z"));
     EXPECT_EQ(Plain(path.GetWin32APIPathString()), u"\\\\?\\C:\\ABC\\" + std::u16string(239, u'Y') + u"\\Z");
+}
+
+TEST(GPathName, TakesTextOfAnyEncoding) {
+    const std::string ascii(300, 'x');
+    const std::u16string units(300, u'x');
+    for (const GString& text : {GString("c.d"), GString::FromUTF8("c.d"), Text(u"c.d")}) {
+        GPathName path(text);
+        EXPECT_EQ(Plain(path), u"c.d");
+        path.SetPortablePath(GString("C:/a"));
+        path /= GPathName(text);
+        path.Append(text);
+        EXPECT_EQ(Plain(path), u"C:/a/c.d/c.d");
+        path.SetPortablePath(text);
+        path.Append(GString(ascii.c_str()));
+        EXPECT_EQ(Plain(path), u"c.d/" + units);
+    }
+    EXPECT_EQ(Plain(GPathName(GString::FromUTF8("\xC3\xA9/x"))), u"\u00E9/x");
+    EXPECT_EQ(Plain(GPathName(GString("\xFF/x"))), u"@/x");
 }
 
 TEST(GPathName, IsAValue) {
