@@ -21,7 +21,8 @@ public:
     static constexpr std::size_t cHeaderSize = 64;
 
     static GAllocatorChunk* Of(const void* block) noexcept {
-        return reinterpret_cast<GAllocatorChunk*>(reinterpret_cast<std::uintptr_t>(block) & ~(cSize - 1));
+        const std::size_t offset = reinterpret_cast<std::uintptr_t>(block) % cSize;
+        return reinterpret_cast<GAllocatorChunk*>(static_cast<char*>(const_cast<void*>(block)) - offset);
     }
 
     /// The allocator that carves this chunk, whichever module it lives in; null when that allocator

@@ -17,7 +17,7 @@ static_assert(sizeof(GBuffer) == 16, "a pointer, a length, and the word of size 
 
 namespace {
 
-constexpr long cSpareBytes = 2;
+constexpr std::int32_t cSpareBytes = 2;
 constexpr std::int32_t cMaxArraySize = GBuffer::cMaxLength + cSpareBytes;
 
 // What GetPtr() shows of a buffer without a block; as 8-bit and as UTF-16 text.

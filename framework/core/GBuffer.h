@@ -92,7 +92,9 @@ public:
     void SetFromStatic(const char* text);
     /// Borrows `length` bytes of `arraySize` readable ones, by default one more: the terminator.
     void SetFromStatic(const unsigned char* bytes, long length, long arraySize);
-    void SetFromStatic(const unsigned char* bytes, long length) { SetFromStatic(bytes, length, length + 1); }
+    void SetFromStatic(const unsigned char* bytes, long length) {
+        SetFromStatic(bytes, length, length < cMaxLength ? length + 1 : length);
+    }
     /// Borrows a caller's block of `arraySize` bytes, of which `length` are in use; an owned block is
     /// freed first. The block stays the caller's and is not written.
     void TakeByteArray(unsigned char* bytes, long length, long arraySize);
