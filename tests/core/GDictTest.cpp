@@ -152,6 +152,19 @@ TEST(GDict, EntriesLieInTheFirstFreeSlotFromTheirHome) {
     EXPECT_EQ(KeysOf(dict), (Numbers{22, 8, 15})) << "and is taken by the next";
 }
 
+TEST(GDict, TheHomeIsTheRemainderOfTheHash) {
+    for (const long slots : {7L, 13L, 937L, 43853L}) {
+        for (const unsigned hash :
+             {0u, 6u, 7u, 43852u, 43853u, 0x7FFFFFFFu, 0x80000000u, 0xDEADBEEFu, 0xFFFFFFFFu}) {
+            GDict<unsigned, long> dict(slots);
+            dict.Insert(hash, 0);
+            GDictIterator<unsigned, long> iterator(dict);
+            iterator.Next();
+            EXPECT_EQ(iterator.GetPosition(), static_cast<long>(hash % static_cast<unsigned>(slots))) << hash;
+        }
+    }
+}
+
 TEST(GDict, CopiesKeepTheSlotsAndEqualityIgnoresThem) {
     GDict<long, long> dict = DictOf({1, 8, 15});
     dict.Remove(8);
