@@ -230,60 +230,40 @@ TEST(GIPCMessageQueue, NeverLooksBeyondItsOwnSizeInALargerSegment) {
     EXPECT_EQ(ThrownBy([&] { queue.ContainsRawMessage(145, GBuffer()); }), 40161);
 }
 
-/// What a word of the segment was turned into, and what draining and asking, or appending, then throws.
-struct CorruptRow {
-    const char* what;
-    long offset;  // within the view: 0 size, 8 end offset, 12 the record of "Hi!", 35 the empty one
-    std::uint32_t value;
-    long read, append;
-};
-
-const CorruptRow cCorruptRows[] = {
-    {"a size of 0", 0, 0, 40163, 40163},
-    {"a size that has no room for itself", 0, 3, 40163, 40163},
-    {"a size with nothing behind it", 0, 4, 40161, 40161},
-    {"a size without end offset", 0, 11, 40161, 40161},
-    {"a size that cuts the last record", 0, 54, 40161, 40161},
-    {"a size behind the view", 0, 0x00100000, 40163, 40163},
-    {"the largest size", 0, 0x7FFFFFFF, 40163, 40163},
-    {"the smallest negative size", 0, 0x80000000, 40163, 40163},
-    {"a negative size", 0, 0xFFFFFFFF, 40163, 40163},
-    {"an end offset of 0", 8, 0, 40161, 40161},
-    {"an end offset in the header", 8, 7, 40161, 40161},
-    {"an end offset in a record", 8, 30, 40161, 0},
-    {"an end offset in the queue's last byte", 8, 32767, 40161, 0},
-    {"an end offset behind the queue", 8, 32769, 40161, 40161},
-    {"the largest end offset", 8, 0x7FFFFFFF, 40161, 40161},
-    {"a negative end offset", 8, 0xFFFFFFFF, 40161, 40161},
-    {"the smallest negative end offset", 8, 0x80000000, 40161, 40161},
-    {"a record length of 0", 16, 0, 40161, 0},
-    {"a record length short of a message", 16, 11, 40161, 0},
-    {"a record length short of the payload", 16, 14, 40161, 0},
-    {"a record length behind the end offset", 16, 36, 40161, 0},
-    {"a record length that leads back to itself", 16, 0xFFFFFFF8, 40161, 0},
-    {"a negative record length", 16, 0xFFFFFFFF, 40161, 0},
-    {"the largest record length", 16, 0x7FFFFFFF, 40161, 0},
-    {"a payload of one byte more", 28, 4, 40161, 0},
-    {"a negative payload", 28, 0xFFFFFFFF, 40161, 0},
-    {"the largest payload", 28, 0x7FFFFFFF, 40161, 0},
-    {"another kind that leads behind the end", 39, 13, 40161, 0},
+// What one word of the segment is turned into, and what draining and asking, or appending, then throws. The
+// words: 0 size, 8 end offset; of the record of "Hi!" 16 length, 28 payload; 39 the other record's length.
+const std::tuple<const char*, long, std::vector<std::uint32_t>, long, long> cCorruptWords[] = {
+    {"a size without room for itself", 0, {0, 3}, 40163, 40163},
+    {"a size behind the view", 0, {0x00100000, 0x7FFFFFFF, 0x80000000, 0xFFFFFFFF}, 40163, 40163},
+    {"a size without end offset", 0, {4, 11}, 40161, 40161},
+    {"a size that cuts the last record", 0, {54}, 40161, 40161},
+    {"an end offset in the header", 8, {0, 7}, 40161, 40161},
+    {"an end offset in a record or in the queue's last byte", 8, {30, 32767}, 40161, 0},
+    {"an end offset behind the queue", 8, {32769, 0x7FFFFFFF, 0x80000000, 0xFFFFFFFF}, 40161, 40161},
+    {"a record length short of a message or of its payload", 16, {0, 11, 14}, 40161, 0},
+    {"a record length behind the end offset", 16, {36, 0x7FFFFFFF, 0xFFFFFFFF}, 40161, 0},
+    {"a record length that leads back to itself", 16, {0xFFFFFFF8}, 40161, 0},
+    {"a payload beyond its record", 28, {4, 0x7FFFFFFF, 0xFFFFFFFF}, 40161, 0},
+    {"another kind that leads behind the end", 39, {13}, 40161, 0},
 };
 
 TEST_F(GIPCMessageQueueTest, ACorruptWordThrowsAndChangesNothing) {
-    for (const auto& row : cCorruptRows) {
-        SCOPED_TRACE(row.what);
-        std::fill_n(mRaw->GetBytes(), mRaw->GetSize(), static_cast<unsigned char>(0));
-        Heal();
-        SetRecords(Join({cHi, cEmpty}));
-        mRaw->SetWord(row.offset, row.value);
-        const ByteList before = mRaw->Copy();
-        EXPECT_EQ(ThrownBy([&] { Drain(); }), row.read);
-        EXPECT_EQ(mRaw->Copy(), before);
-        EXPECT_EQ(ThrownBy([&] { mQueue.ContainsRawMessage(1, Bytes("absent")); }), row.read);
-        EXPECT_EQ(ThrownBy([&] { mQueue.TryToAddRawMessageOnce(1, Bytes("absent")); }), row.read);
-        EXPECT_EQ(mRaw->Copy(), before);
-        EXPECT_EQ(ThrownBy([&] { mQueue.TryToAddRawMessage(1, Bytes("absent")); }), row.append);
-        EXPECT_EQ(mRaw->Copy() == before, row.append != 0 || row.value == 32767);
+    for (const auto& [what, offset, values, read, append] : cCorruptWords) {
+        for (const std::uint32_t value : values) {
+            SCOPED_TRACE(testing::Message() << what << ": " << value);
+            std::fill_n(mRaw->GetBytes(), mRaw->GetSize(), static_cast<unsigned char>(0));
+            Heal();
+            SetRecords(Join({cHi, cEmpty}));
+            mRaw->SetWord(offset, value);
+            const ByteList before = mRaw->Copy();
+            EXPECT_EQ(ThrownBy([&] { Drain(); }), read);
+            EXPECT_EQ(mRaw->Copy(), before);
+            EXPECT_EQ(ThrownBy([&] { mQueue.ContainsRawMessage(1, Bytes("absent")); }), read);
+            EXPECT_EQ(ThrownBy([&] { mQueue.TryToAddRawMessageOnce(1, Bytes("absent")); }), read);
+            EXPECT_EQ(mRaw->Copy(), before);
+            EXPECT_EQ(ThrownBy([&] { mQueue.TryToAddRawMessage(1, Bytes("absent")); }), append);
+            EXPECT_EQ(mRaw->Copy() == before, append != 0 || value == 32767);
+        }
     }
     EXPECT_FALSE(mQueue.IsLocked());
 }
