@@ -31,27 +31,22 @@ struct GCodeUnits {
     // The next four convert a block of some kind; false, with the output undefined, when it is of another.
     // Callers go on one by one then.
 
-    /// 16 bytes below `Limit`, which is 0x80 at most, to 16 units.
-    template <unsigned char Limit = 0x80>
-    static bool WidenBlock(const unsigned char* bytes, unsigned char* units) noexcept {
-        __m128i vector = LoadVector(bytes);
+    /// 16 bytes which, as signed numbers, are no less than `least` and no more than `most`, to 16 units
+    /// with the same numbers. 0 to 0x7F is ASCII; with -0x60 the codes from 0xA0 on belong to it.
+    static bool WidenBlock(const unsigned char* bytes, unsigned char* units, int least, int most) noexcept {
+        const __m128i vector = LoadVector(bytes);
         StoreVector(units, _mm_unpacklo_epi8(vector, _mm_setzero_si128()));
         StoreVector(units + 16, _mm_unpackhi_epi8(vector, _mm_setzero_si128()));
-        // As signed bytes, those from 0x80 on are negative: only the limit needs a comparison.
-        if constexpr (Limit < 0x80)
-            vector = _mm_or_si128(vector, _mm_cmpgt_epi8(vector, _mm_set1_epi8(Limit - 1)));
-        return _mm_movemask_epi8(vector) == 0;
+        return AreBetween(vector, least, most);
     }
 
-    /// 16 units below `Limit` to 16 bytes.
-    template <unsigned char Limit = 0x80>
-    static bool NarrowBlock(const unsigned char* units, unsigned char* bytes) noexcept {
+    /// 16 units to 16 such bytes.
+    static bool NarrowBlock(const unsigned char* units, unsigned char* bytes, int least, int most) noexcept {
         const __m128i low = LoadVector(units);
         const __m128i high = LoadVector(units + 16);
-        StoreVector(bytes, _mm_packus_epi16(low, high));
-        return AreAll(_mm_cmpeq_epi16(
-            _mm_or_si128(_mm_subs_epu16(low, Lanes(Limit - 1)), _mm_subs_epu16(high, Lanes(Limit - 1))),
-            _mm_setzero_si128()));
+        const __m128i vector = _mm_packus_epi16(low, high);
+        StoreVector(bytes, vector);
+        return AreAll(NotAbove(_mm_or_si128(low, high), 0xFF)) && AreBetween(vector, least, most);
     }
 
     /// cLongBlock bytes below 0x80 to as many units.
@@ -84,7 +79,7 @@ struct GCodeUnits {
         std::size_t done = 0;
         while (length - done >= cLongBlock && WidenLongBlock(bytes + done, units + 2 * done))
             done += cLongBlock;
-        while (length - done >= 16 && WidenBlock(bytes + done, units + 2 * done)) done += 16;
+        while (length - done >= 16 && WidenBlock(bytes + done, units + 2 * done, 0, 0x7F)) done += 16;
         for (; done < length && bytes[done] < 0x80; ++done) Store(units, done, bytes[done]);
         return done;
     }
@@ -95,7 +90,7 @@ struct GCodeUnits {
         std::size_t done = 0;
         while (length - done >= cLongBlock && NarrowLongBlock(units + 2 * done, bytes + done))
             done += cLongBlock;
-        while (length - done >= 16 && NarrowBlock(units + 2 * done, bytes + done)) done += 16;
+        while (length - done >= 16 && NarrowBlock(units + 2 * done, bytes + done, 0, 0x7F)) done += 16;
         for (; done < length && Load(units, done) < 0x80; ++done)
             bytes[done] = static_cast<unsigned char>(Load(units, done));
         return done;
@@ -157,6 +152,12 @@ struct GCodeUnits {
     }
 
 private:
+    static bool AreBetween(__m128i bytes, int least, int most) noexcept {
+        const __m128i isLess = _mm_cmplt_epi8(bytes, _mm_set1_epi8(static_cast<char>(least)));
+        const __m128i isMore = _mm_cmpgt_epi8(bytes, _mm_set1_epi8(static_cast<char>(most)));
+        return _mm_movemask_epi8(_mm_or_si128(isLess, isMore)) == 0;
+    }
+
     static bool AreAll(__m128i lanes) noexcept { return _mm_movemask_epi8(lanes) == 0xFFFF; }
 
     static std::size_t SumOfLanes(__m128i lanes) noexcept {

@@ -94,9 +94,16 @@ std::uint16_t GSimpleEncoding::FindLowestCode(unsigned short unit) const {
 void GSimpleEncoding::RefreshFlags() {
     mHasSequences = false;
     for (const Mapping& mapping : mMappings) mHasSequences |= mapping.units.GetUnitCount() > 1;
-    mIsASCIIBelow0x7F = true;
-    for (std::uint16_t ascii = 0; ascii < 0x7F; ++ascii)
-        mIsASCIIBelow0x7F &= mDirect[ascii] == (cIsUnit | ascii) && GetReverse(ascii) == (cIsCode | ascii);
+    mLeastSame = cMostSame + 1;
+    if (AreSame(0, cMostSame)) mLeastSame = AreSame(0xA0, 0xFF) ? 0xA0 - 0x100 : 0;
+}
+
+bool GSimpleEncoding::AreSame(int first, int last) const {
+    for (int code = first; code <= last; ++code) {
+        const auto unit = static_cast<std::uint16_t>(code);
+        if (mDirect[unit] != (cIsUnit | unit) || GetReverse(unit) != (cIsCode | unit)) return false;
+    }
+    return true;
 }
 
 long GSimpleEncoding::ConvertTo(const GBuffer& bytes, const GUnicodeEncoding*, GBuffer& out) const {
@@ -110,11 +117,10 @@ long GSimpleEncoding::ConvertUnits(const unsigned char* bytes, long length, GBuf
     GBuffer result = MakeEncodingOutput(2 * count);
     unsigned char* units = result.GetWritePtr();
     const std::uint32_t* direct = mDirect.data();
-    const bool isASCIIBelow0x7F = mIsASCIIBelow0x7F;
+    const int leastSame = mLeastSame;
     long code = cConverted;
     for (std::size_t i = 0; i < count;) {
-        if (isASCIIBelow0x7F && count - i >= cBlock &&
-            GCodeUnits::WidenBlock<0x7F>(bytes + i, units + 2 * i)) {
+        if (count - i >= cBlock && GCodeUnits::WidenBlock(bytes + i, units + 2 * i, leastSame, cMostSame)) {
             i += cBlock;
             continue;
         }
@@ -160,11 +166,10 @@ long GSimpleEncoding::ConvertFromUnicode(const GBuffer& utf16, GBuffer& out) con
     const ReversePage* pages = mPages.data();
     const std::uint16_t* pageOfHighByte = mPageOfHighByte.data();
     const auto find = [=](std::uint16_t unit) { return pages[pageOfHighByte[unit >> 8]][unit & 0xFF]; };
-    const bool isASCIIBelow0x7F = mIsASCIIBelow0x7F;
+    const int leastSame = mLeastSame;
     long code = cConverted;
     for (std::size_t i = 0; i < count;) {
-        if (isASCIIBelow0x7F && count - i >= cBlock &&
-            GCodeUnits::NarrowBlock<0x7F>(units + 2 * i, bytes + i)) {
+        if (count - i >= cBlock && GCodeUnits::NarrowBlock(units + 2 * i, bytes + i, leastSame, cMostSame)) {
             i += cBlock;
             continue;
         }

@@ -59,10 +59,12 @@ private:
         bool convertsBack = false;
     };
     using ReversePage = std::array<std::uint16_t, 256>;
+    static constexpr int cMostSame = 0x7E;  // delete has a character in few encodings
 
     void EnsurePage(unsigned short unit);
     void RefreshReverse(unsigned short unit);
     void RefreshFlags();
+    bool AreSame(int first, int last) const;
     std::uint16_t FindLowestCode(unsigned short unit) const;
     std::uint16_t GetReverse(std::uint16_t unit) const {
         return mPages[mPageOfHighByte[unit >> 8]][unit & 0xFF];
@@ -75,7 +77,9 @@ private:
     // and the unit; 0 for any other.
     std::array<std::uint32_t, 256> mDirect{};
     bool mHasSequences = false;
-    bool mIsASCIIBelow0x7F = false;  // the codes 0x00 to 0x7E are ASCII's, in both directions
+    // The codes that stand for the units of the same number, in both directions, and go by blocks: as
+    // signed numbers those from here up to cMostSame. Above it there are none.
+    int mLeastSame = cMostSame + 1;
     // From unit to code: the unit's high byte selects a page, its low byte the entry, which is
     // 0x100 + code, or 0. High bytes without codes share page 0. It answers what a binary search in
     // the sorted pairs of unit and code would, without the search.

@@ -87,6 +87,8 @@ TEST(GEncoding, WhatHasNoCodeBecomesTheDefaultCharacter) {
         {"a Latin letter in the expert set", MacExpert(), u"A", "@"},
         {"a Latin-1 letter in ASCII", ASCII(), u"caf\u00E9", "caf@"},
         {"the unit whose low byte is a letter", ASCII(), u"\u0141", "@"},
+        {"such units in a block", WinAnsi(), u"abcdefghijklmno\u01E4", "abcdefghijklmno@"},
+        {"above 0x8000", WinAnsi(), u"\u80E4bcdefghijklmnop", "@bcdefghijklmnop"},
     };
     for (const auto& [what, encoding, units, bytes] : rows)
         EXPECT_EQ(Write(encoding, units), (Written{bytes, 2})) << what;
@@ -120,6 +122,7 @@ TEST(GEncoding, ASpecialElementIsFoundAtEveryPlaceOfALongText) {
     const std::tuple<const GEncoding*, std::string, std::u16string, long> rows[] = {
         {WinAnsi(), "\x7F", u"@", 2},
         {WinAnsi(), "\x80", u"\u20AC", 1},
+        {WinAnsi(), "\x9F\xA0", u"\u0178\u00A0", 1},
         {ASCII(), "\x80", u"@", 2},
         {UTF8(), "\xC3\xA9", u"\u00E9", 1},
         {UTF8(), "\xE4\xB8\x80", u"\u4E00", 1},

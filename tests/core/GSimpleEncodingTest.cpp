@@ -58,4 +58,19 @@ TEST_F(ASimpleEncoding, MayHaveCodesForEveryHighByte) {
                   std::string(1, static_cast<char>(code)));
 }
 
+// Codes that stand for the unit of the same number go by blocks of 16, as long as they do.
+TEST_F(ASimpleEncoding, NoticesWhenACodeStandsForItsNumberNoLonger) {
+    for (int code = 0x20; code < 0x100; ++code)
+        if (code < 0x7F || code >= 0xA0)
+            Map(static_cast<unsigned char>(code), static_cast<unsigned short>(code));
+    const std::string text = "fifteen letters\xE4";
+    EXPECT_EQ(Read(mEncoding.Get(), text), (Conversion{u"fifteen letters\u00E4", 1}));
+    EXPECT_EQ(WriteUnits(u"fifteen letters\u00E4"), (Written{text, 1}));
+    Map(0xE4, 0x0416);
+    EXPECT_EQ(Read(mEncoding.Get(), text), (Conversion{u"fifteen letters\u0416", 1}));
+    EXPECT_EQ(WriteUnits(u"fifteen letters\u00E4"), (Written{"fifteen letters@", 2}));
+    Map('f', 0x0444);
+    EXPECT_EQ(Read(mEncoding.Get(), text).units, u"\u0444i\u0444teen letters\u0416");
+}
+
 }  // namespace
