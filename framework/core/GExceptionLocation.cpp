@@ -5,14 +5,14 @@
 
 namespace {
 
-/// The slot that holds each thread's innermost location.
-PThreadLocalSlot& InnermostSlot() {
-    static PThreadLocalSlot sSlot;
-    return sSlot;
+/// The slot that holds each thread's innermost location, the top of its stack.
+PThreadLocalSlot& ContextStack() {
+    static PThreadLocalSlot sContextStack;
+    return sContextStack;
 }
 
 GExceptionLocation* GetInnermost() {
-    return static_cast<GExceptionLocation*>(InnermostSlot().Get());
+    return static_cast<GExceptionLocation*>(ContextStack().Get());
 }
 
 GString NativeForm(const GString& portable) {
@@ -54,14 +54,14 @@ GExceptionLocation::~GExceptionLocation() {
 
 void GExceptionLocation::Enter() {
     mOuter = GetInnermost();
-    InnermostSlot().Set(this);
+    ContextStack().Set(this);
 }
 
 /// Normally the innermost leaves; locations on the heap may leave in another order.
 void GExceptionLocation::Leave() noexcept {
     GExceptionLocation* inner = GetInnermost();
     if (inner == this) {
-        InnermostSlot().Set(mOuter);
+        ContextStack().Set(mOuter);
         return;
     }
     while (inner != nullptr && inner->mOuter != this) inner = inner->mOuter;
