@@ -1,22 +1,15 @@
 #include "framework/core/GDictCursor.h"
 
-#include <utility>
+GDictCursor::GDictCursor(const void* owner, GDictCursor*& chain) noexcept : GCursorChain(owner, chain) {}
 
-GDictCursor::GDictCursor(const void* owner, GDictCursor*& chain) noexcept {
-    Attach(owner, chain);
-}
-
-GDictCursor::GDictCursor(const GDictCursor& other) {
+GDictCursor::GDictCursor(const GDictCursor& other) : GCursorChain() {
     *this = other;
 }
 
 GDictCursor& GDictCursor::operator=(const GDictCursor& other) {
     if (this == &other) return *this;
     mList = other.mList;
-    if (mChain != other.mChain) {
-        Detach();
-        if (other.mChain != nullptr) Attach(other.mOwner, *other.mChain);
-    }
+    Follow(other);
     mPosition = other.mPosition;
     mState = other.mState;
     mHasList = other.mHasList;
@@ -24,26 +17,7 @@ GDictCursor& GDictCursor::operator=(const GDictCursor& other) {
     return *this;
 }
 
-GDictCursor::~GDictCursor() {
-    Detach();
-}
-
-void GDictCursor::Attach(const void* owner, GDictCursor*& chain) noexcept {
-    mOwner = owner;
-    mChain = &chain;
-    mNext = chain;
-    chain = this;
-}
-
-void GDictCursor::Detach() noexcept {
-    if (mChain == nullptr) return;
-    GDictCursor** link = mChain;
-    while (*link != this) link = &(*link)->mNext;
-    *link = mNext;
-    mNext = nullptr;
-    mChain = nullptr;
-    mOwner = nullptr;
-}
+GDictCursor::~GDictCursor() = default;
 
 void GDictCursor::Reset() noexcept {
     if (!IsValid()) return;
@@ -72,31 +46,30 @@ void GDictCursor::StandPastEnd(long slotCount) noexcept {
 }
 
 void GDictCursor::EntryRemoved(GDictCursor* chain, long slot) noexcept {
-    for (GDictCursor* cursor = chain; cursor != nullptr; cursor = cursor->mNext) {
-        const bool standsThere = cursor->mState == cOnEntry && cursor->mPosition == slot;
-        if (standsThere) cursor->mState = cBetween;
+    ForEach(chain, [=](GDictCursor& cursor) {
+        const bool standsThere = cursor.mState == cOnEntry && cursor.mPosition == slot;
+        if (standsThere) cursor.mState = cBetween;
         // Where it stands it has been: that is not on its list any more.
-        if (standsThere || !cursor->mHasList) continue;
-        const long listed = cursor->mList.Find(static_cast<std::int32_t>(slot), cursor->mListPosition);
-        if (listed >= 0) cursor->mList[listed] = -1;
-    }
+        if (standsThere || !cursor.mHasList) return;
+        const long listed = cursor.mList.Find(static_cast<std::int32_t>(slot), cursor.mListPosition);
+        if (listed >= 0) cursor.mList[listed] = -1;
+    });
 }
 
 void GDictCursor::AllRemoved(GDictCursor* chain) noexcept {
-    for (GDictCursor* cursor = chain; cursor != nullptr; cursor = cursor->mNext) {
-        cursor->mState = cBetween;
-        cursor->mList.Clear();
-        cursor->mListPosition = 0;
-    }
+    ForEach(chain, [](GDictCursor& cursor) {
+        cursor.mState = cBetween;
+        cursor.mList.Clear();
+        cursor.mListPosition = 0;
+    });
 }
 
 void GDictCursor::PrepareRehash(GDictCursor* chain, long entryCount) {
-    for (GDictCursor* cursor = chain; cursor != nullptr; cursor = cursor->mNext)
-        cursor->mList.Reserve(entryCount);
+    ForEach(chain, [=](GDictCursor& cursor) { cursor.mList.Reserve(entryCount); });
 }
 
 void GDictCursor::Rehashed(GDictCursor* chain, const GTable<std::int32_t>& newSlots) noexcept {
-    for (GDictCursor* cursor = chain; cursor != nullptr; cursor = cursor->mNext) cursor->GiveSlots(newSlots);
+    ForEach(chain, [&](GDictCursor& cursor) { cursor.GiveSlots(newSlots); });
 }
 
 void GDictCursor::GiveSlots(const GTable<std::int32_t>& newSlots) noexcept {
@@ -116,30 +89,13 @@ void GDictCursor::GiveSlots(const GTable<std::int32_t>& newSlots) noexcept {
 }
 
 void GDictCursor::ResetAll(GDictCursor* chain) noexcept {
-    for (GDictCursor* cursor = chain; cursor != nullptr; cursor = cursor->mNext) cursor->Reset();
+    ForEach(chain, [](GDictCursor& cursor) { cursor.Reset(); });
 }
 
 void GDictCursor::DictGone(GDictCursor* chain) noexcept {
-    while (chain != nullptr) {
-        GDictCursor* const next = chain->mNext;
-        chain->Reset();
-        chain->mState = cDictGone;
-        chain->mNext = nullptr;
-        chain->mChain = nullptr;
-        chain->mOwner = nullptr;
-        chain = next;
-    }
-}
-
-void GDictCursor::SwapChains(const void* ownerA, GDictCursor*& chainA, const void* ownerB,
-                             GDictCursor*& chainB) noexcept {
-    std::swap(chainA, chainB);
-    for (GDictCursor* cursor = chainA; cursor != nullptr; cursor = cursor->mNext) {
-        cursor->mOwner = ownerA;
-        cursor->mChain = &chainA;
-    }
-    for (GDictCursor* cursor = chainB; cursor != nullptr; cursor = cursor->mNext) {
-        cursor->mOwner = ownerB;
-        cursor->mChain = &chainB;
-    }
+    ForEach(chain, [](GDictCursor& cursor) {
+        cursor.Reset();
+        cursor.mState = cDictGone;
+    });
+    ReleaseAll(chain);
 }

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 
+#include "framework/core/GCursorChain.h"
 #include "framework/core/GExport.h"
 #include "framework/core/GTable.h"
 
@@ -13,7 +14,7 @@ class GDict;
 ///
 /// It walks the slots upward from its position. A rehash puts the entries into other slots; from
 /// then on the cursor goes by its own list of the slots that it still has to visit.
-class QUILLON_EXPORT GDictCursor {
+class QUILLON_EXPORT GDictCursor : protected GCursorChain<GDictCursor> {
 public:
     GDictCursor(const GDictCursor& other);
     GDictCursor& operator=(const GDictCursor& other);
@@ -31,7 +32,6 @@ protected:
     GDictCursor(const void* owner, GDictCursor*& chain) noexcept;
     ~GDictCursor();
 
-    const void* GetOwner() const noexcept { return mOwner; }
     /// Whether the slots to visit come from TakePending(), not from walking upward.
     bool HasList() const noexcept { return mHasList; }
     /// The next slot of the list, or -1.
@@ -42,11 +42,10 @@ protected:
 private:
     template <class K, class V>
     friend class GDict;
+    friend GCursorChain<GDictCursor>;
 
     enum State : std::uint32_t { cOnEntry = 0, cDictGone = 1, cBetween = 2 };
 
-    void Attach(const void* owner, GDictCursor*& chain) noexcept;
-    void Detach() noexcept;
     void GiveSlots(const GTable<std::int32_t>& newSlots) noexcept;
 
     // What a dictionary does to all cursors of its chain.
@@ -58,14 +57,9 @@ private:
     static void Rehashed(GDictCursor* chain, const GTable<std::int32_t>& newSlots) noexcept;
     static void ResetAll(GDictCursor* chain) noexcept;
     static void DictGone(GDictCursor* chain) noexcept;
-    static void SwapChains(const void* ownerA, GDictCursor*& chainA, const void* ownerB,
-                           GDictCursor*& chainB) noexcept;
 
-    GDictCursor* mNext = nullptr;
     std::int32_t mPosition = -1;
     std::uint32_t mState = cBetween;
-    GDictCursor** mChain = nullptr;  // the head in the dictionary; null when that is gone
-    const void* mOwner = nullptr;
     bool mHasList = false;
     std::int32_t mListPosition = 0;  // in mList, of the next slot to visit
     GTable<std::int32_t> mList;      // slots; -1 for an entry that was removed

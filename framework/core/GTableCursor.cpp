@@ -1,48 +1,23 @@
 #include "framework/core/GTableCursor.h"
 
 #include <algorithm>
-#include <utility>
 
-GTableCursor::GTableCursor(const void* owner, GTableCursor*& chain) noexcept {
-    Attach(owner, chain);
-}
+GTableCursor::GTableCursor(const void* owner, GTableCursor*& chain) noexcept : GCursorChain(owner, chain) {}
 
-GTableCursor::GTableCursor(const GTableCursor& other) noexcept {
+GTableCursor::GTableCursor(const GTableCursor& other) noexcept : GCursorChain() {
     *this = other;
 }
 
 GTableCursor& GTableCursor::operator=(const GTableCursor& other) noexcept {
     if (this == &other) return *this;
-    if (mChain != other.mChain) {
-        Detach();
-        if (other.mChain != nullptr) Attach(other.mOwner, *other.mChain);
-    }
+    Follow(other);
     mPosition = other.mPosition;
     mState = other.mState;
     mForward = other.mForward;
     return *this;
 }
 
-GTableCursor::~GTableCursor() {
-    Detach();
-}
-
-void GTableCursor::Attach(const void* owner, GTableCursor*& chain) noexcept {
-    mOwner = owner;
-    mChain = &chain;
-    mNext = chain;
-    chain = this;
-}
-
-void GTableCursor::Detach() noexcept {
-    if (mChain == nullptr) return;
-    GTableCursor** link = mChain;
-    while (*link != this) link = &(*link)->mNext;
-    *link = mNext;
-    mNext = nullptr;
-    mChain = nullptr;
-    mOwner = nullptr;
-}
+GTableCursor::~GTableCursor() = default;
 
 void GTableCursor::Reset() noexcept {
     if (!IsValid()) return;
@@ -76,49 +51,31 @@ long GTableCursor::MoveTo(long position, long count) noexcept {
 }
 
 void GTableCursor::ElementInserted(GTableCursor* chain, long position) noexcept {
-    for (GTableCursor* cursor = chain; cursor != nullptr; cursor = cursor->mNext) {
-        if (cursor->mPosition >= position) ++cursor->mPosition;
-    }
+    ForEach(chain, [=](GTableCursor& cursor) {
+        if (cursor.mPosition >= position) ++cursor.mPosition;
+    });
 }
 
 void GTableCursor::ElementsRemoved(GTableCursor* chain, long position, long count) noexcept {
-    const long end = position + count;
-    for (GTableCursor* cursor = chain; cursor != nullptr; cursor = cursor->mNext) {
-        if (cursor->mPosition >= end) {
-            cursor->mPosition -= static_cast<std::int32_t>(count);
-        } else if (cursor->mPosition >= position) {
+    ForEach(chain, [=](GTableCursor& cursor) {
+        if (cursor.mPosition >= position + count) {
+            cursor.mPosition -= static_cast<std::int32_t>(count);
+        } else if (cursor.mPosition >= position) {
             // What it stood on or came to next is gone; now it comes to the neighbour in its direction.
-            cursor->mPosition = static_cast<std::int32_t>(cursor->mForward ? position : position - 1);
-            cursor->mState = cBetween;
+            cursor.mPosition = static_cast<std::int32_t>(cursor.mForward ? position : position - 1);
+            cursor.mState = cBetween;
         }
-    }
+    });
 }
 
 void GTableCursor::ResetAll(GTableCursor* chain) noexcept {
-    for (GTableCursor* cursor = chain; cursor != nullptr; cursor = cursor->mNext) cursor->Reset();
+    ForEach(chain, [](GTableCursor& cursor) { cursor.Reset(); });
 }
 
 void GTableCursor::TableGone(GTableCursor* chain) noexcept {
-    while (chain != nullptr) {
-        GTableCursor* const next = chain->mNext;
-        chain->mPosition = -1;
-        chain->mState = cTableGone;
-        chain->mNext = nullptr;
-        chain->mChain = nullptr;
-        chain->mOwner = nullptr;
-        chain = next;
-    }
-}
-
-void GTableCursor::SwapChains(const void* ownerA, GTableCursor*& chainA, const void* ownerB,
-                              GTableCursor*& chainB) noexcept {
-    std::swap(chainA, chainB);
-    for (GTableCursor* cursor = chainA; cursor != nullptr; cursor = cursor->mNext) {
-        cursor->mOwner = ownerA;
-        cursor->mChain = &chainA;
-    }
-    for (GTableCursor* cursor = chainB; cursor != nullptr; cursor = cursor->mNext) {
-        cursor->mOwner = ownerB;
-        cursor->mChain = &chainB;
-    }
+    ForEach(chain, [](GTableCursor& cursor) {
+        cursor.mPosition = -1;
+        cursor.mState = cTableGone;
+    });
+    ReleaseAll(chain);
 }

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 
+#include "framework/core/GCursorChain.h"
 #include "framework/core/GExport.h"
 
 template <class T>
@@ -19,7 +20,7 @@ class GConstTableIterator;
 /// that way: so a cursor before the first element has position -1 and goes backward, and one past the
 /// last has the count and goes forward. An insert at or before the position of a cursor moves it up
 /// by one, whatever its state, and that keeps it beside the same neighbour.
-class QUILLON_EXPORT GTableCursor {
+class QUILLON_EXPORT GTableCursor : protected GCursorChain<GTableCursor> {
 public:
     GTableCursor(const GTableCursor& other) noexcept;
     GTableCursor& operator=(const GTableCursor& other) noexcept;
@@ -37,7 +38,6 @@ protected:
     GTableCursor(const void* owner, GTableCursor*& chain) noexcept;
     ~GTableCursor();
 
-    const void* GetOwner() const noexcept { return mOwner; }
     // Each returns the position of the element now stood on, or -1.
     long MoveForward(long count) noexcept;
     long MoveBackward(long count) noexcept;
@@ -46,24 +46,17 @@ protected:
 private:
     template <class T>
     friend class GTable;
+    friend GCursorChain<GTableCursor>;
 
     enum State : std::uint32_t { cOnElement = 0, cTableGone = 1, cBetween = 2 };
-
-    void Attach(const void* owner, GTableCursor*& chain) noexcept;
-    void Detach() noexcept;
 
     // What a table does to all cursors of its chain.
     static void ElementInserted(GTableCursor* chain, long position) noexcept;
     static void ElementsRemoved(GTableCursor* chain, long position, long count) noexcept;
     static void ResetAll(GTableCursor* chain) noexcept;
     static void TableGone(GTableCursor* chain) noexcept;
-    static void SwapChains(const void* ownerA, GTableCursor*& chainA, const void* ownerB,
-                           GTableCursor*& chainB) noexcept;
 
-    GTableCursor* mNext = nullptr;
     std::int32_t mPosition = -1;
     std::uint32_t mState : 31 = cBetween;
     std::uint32_t mForward : 1 = 0;
-    GTableCursor** mChain = nullptr;  // the head in the table; null when the table is gone
-    const void* mOwner = nullptr;
 };
