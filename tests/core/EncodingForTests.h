@@ -38,7 +38,7 @@ struct Conversion {
 inline Conversion Read(const GEncoding* encoding, std::string_view bytes) {
     GBuffer out;
     const long result = encoding->ConvertTo(BufferOf(bytes), Unicode(), out);
-    return {UnitsOf(out), result};
+    return {Plain(out), result};
 }
 
 /// What writing UTF-16, or the bytes of another encoding, gave.

@@ -11,6 +11,7 @@
 #include <random>
 #include <set>
 #include <thread>
+#include <tuple>
 #include <vector>
 
 #include "framework/core/GException.h"
@@ -82,11 +83,9 @@ std::vector<void*> NewBlocks(GAllocator& allocator, std::size_t size, int count)
 }  // namespace
 
 TEST(GAllocator, SizesAreRoundedUpToEight) {
-    const struct {
-        std::size_t size;
-        std::size_t index;
-    } rows[] = {{0, 1}, {1, 1}, {8, 1}, {9, 2}, {16, 2}, {17, 3}, {128, 16}, {129, 17}, {1024, 128}};
-    for (const auto& row : rows) EXPECT_EQ(GAllocator::GetIndex(row.size), row.index) << row.size;
+    const std::pair<std::size_t, std::size_t> rows[] = {{0, 1},  {1, 1},    {8, 1},    {9, 2},     {16, 2},
+                                                        {17, 3}, {128, 16}, {129, 17}, {1024, 128}};
+    for (const auto& [size, index] : rows) EXPECT_EQ(GAllocator::GetIndex(size), index) << size;
 }
 
 TEST(GAllocator, BlocksAreApartAlignedAndKeepTheirBytesWhateverTheirSize) {

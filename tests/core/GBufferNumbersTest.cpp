@@ -9,11 +9,14 @@
 #include <random>
 #include <string>
 #include <string_view>
+#include <tuple>
 
 #include "framework/core/GBuffer.h"
 #include "tests/core/TextForTests.h"
 
 namespace {
+
+using namespace std::string_view_literals;
 
 constexpr double cInfinity = std::numeric_limits<double>::infinity();
 constexpr double cLargest = std::numeric_limits<double>::max();
@@ -50,60 +53,45 @@ double RandomReal(std::mt19937_64& random) {
 }  // namespace
 
 TEST(GBufferNumbers, IntegersAsText) {
-    const struct {
-        GBuffer buffer;
-        const char* text;
-    } rows[] = {{GBuffer(0), "0"},
-                {GBuffer(-2147483647L - 1), "-2147483648"},
-                {GBuffer(4294967295U), "4294967295"},
-                {GBuffer(4294967295UL), "4294967295"},
-                {GBuffer(9223372036854775807LL), "9223372036854775807"},
-                {GBuffer(9223372036854775807ULL), "9223372036854775807"},
-                {GBuffer(9223372036854775808ULL), "-9223372036854775808"},  // printed as signed
-                {GBuffer(18446744073709551615ULL), "-1"}};
-    for (const auto& row : rows) EXPECT_EQ(BytesOf(row.buffer), row.text);
+    const std::pair<GBuffer, const char*> rows[] = {
+        {GBuffer(0), "0"},
+        {GBuffer(-2147483647L - 1), "-2147483648"},
+        {GBuffer(4294967295U), "4294967295"},
+        {GBuffer(4294967295UL), "4294967295"},
+        {GBuffer(9223372036854775807LL), "9223372036854775807"},
+        {GBuffer(9223372036854775807ULL), "9223372036854775807"},
+        {GBuffer(9223372036854775808ULL), "-9223372036854775808"},  // printed as signed
+        {GBuffer(18446744073709551615ULL), "-1"}};
+    for (const auto& [buffer, text] : rows) EXPECT_EQ(BytesOf(buffer), text);
 }
 
 TEST(GBufferNumbers, IntegersWithALeastNumberOfDigits) {
-    const struct {
-        long value;
-        long minDigits;
-        std::string text;
-    } rows[] = {{7, 3, "007"},
-                {-7, 3, "-007"},
-                {1234, 3, "1234"},
-                {0, 1, "0"},
-                {0, 0, ""},
-                {0, -1, "0"},
-                {5, 0, "5"},
-                {-2147483647L - 1, 12, "-002147483648"},
-                {1, 2000000000, std::string(1021, '0') + "1"}};
-    for (const auto& row : rows) {
+    const auto with = [](long value, long minDigits) {
         GBuffer buffer("before");
-        buffer.Set(row.value, row.minDigits);
-        EXPECT_EQ(BytesOf(buffer), row.text) << row.value << ", " << row.minDigits;
+        buffer.Set(value, minDigits);
+        return BytesOf(buffer);
+    };
+    for (const std::string_view row : {"7 3 -> 007", "-7 3 -> -007", "1234 3 -> 1234", "0 1 -> 0", "0 0 -> ",
+                                       "0 -1 -> 0", "5 0 -> 5", "-2147483648 12 -> -002147483648"}) {
+        const auto [arguments, text] = CellsOf<2>(row);
+        char* end;
+        const long value = std::strtol(arguments.data(), &end, 10);
+        EXPECT_EQ(with(value, std::strtol(end, nullptr, 10)), text) << row;
     }
+    EXPECT_EQ(with(1, 2000000000), std::string(1021, '0') + "1");
 }
 
 TEST(GBufferNumbers, RealsInFixedNotation) {
-    const struct {
-        double value;
-        long digits;
-        std::string text;
-    } rows[] = {{2.50, 6, "2.5"},
-                {0.1, 3, "0.1"},
-                {12.0, 0, "12"},
-                {100.0, 2, "100"},
-                {-0.0, 6, "-0"},
-                {-0.0000001, 6, "-0"},
-                {0.1, 17, "0.1"},
-                {1.0 / 3, 20, "0.3333333333333333"},
-                {1.0 / 3, -1, "0.3333333333333333"},
-                {1e22, 2, "10000000000000000000000"},
-                {cNaN, 3, "nan"},
-                {-cNaN, 3, "-nan"}};
-    for (const auto& row : rows)
-        EXPECT_EQ(WithPrecision(row.value, row.digits), row.text) << row.value << ", " << row.digits;
+    for (const std::string_view row :
+         {"2.50 6 -> 2.5", "0.1 3 -> 0.1", "12 0 -> 12", "100 2 -> 100", "-0 6 -> -0", "-0.0000001 6 -> -0",
+          "0.1 17 -> 0.1", "0.33333333333333331 20 -> 0.3333333333333333",
+          "0.33333333333333331 -1 -> 0.3333333333333333", "1e22 2 -> 10000000000000000000000", "nan 3 -> nan",
+          "-nan 3 -> -nan"}) {
+        const auto [arguments, text] = CellsOf<2>(row);
+        char* end;
+        const double value = std::strtod(arguments.data(), &end);
+        EXPECT_EQ(WithPrecision(value, std::strtol(end, nullptr, 10)), text) << row;
+    }
     GBuffer high;
     high.SetWithHighPrecision(1.0 / 3);
     EXPECT_EQ(BytesOf(high), "0.333333333333333");
@@ -115,26 +103,16 @@ TEST(GBufferNumbers, RealsInFixedNotation) {
 }
 
 TEST(GBufferNumbers, RealsByAFormat) {
-    const struct {
-        const char* what;
-        double value;
-        const char* format;
-        const char* text;
-    } rows[] = {
-        {"plain", 2.5, "%f", "2.5"},
-        {"no conversion but percent signs", 2.5, "%%", "2.5"},
-        {"zero-padded behind the sign", -2.5, "%09.2f|", "-00002.50|"},
-        {"a long double's mark is refused", 2.5, "%Lf|", "2.5"},
-        {"a long's mark says nothing", 2.5, "%lf|", "2.500000|"},
-        {"alternate keeps the point", 3.0, "%#.0f|", "3.|"},
-        {"hexadecimal", 1.5, "%a|", "0x1.8p+0|"},
-        {"hexadecimal with digits", 1.5, "%.3A|", "0X1.800P+0|"},
-        {"zeros go behind the prefix", 1.5, "%010a|", "0x001.8p+0|"},
-        {"the zeros of an exponent go, too", 1.5e10, "%e", "1.500000e+1"},
-        {"not a number is not padded with zeros", cNaN, "%06f|", "   nan|"},
-        {"not a number in capitals", -cNaN, "%F|", "-NAN|"},
-    };
-    for (const auto& row : rows) EXPECT_EQ(Formatted(row.value, row.format), row.text) << row.what;
+    // No conversion, padding by zeros behind the sign or a prefix, marks, forms, and no number.
+    for (const std::string_view row :
+         {"2.5 %f -> 2.5", "2.5 %% -> 2.5", "-2.5 %09.2f| -> -00002.50|", "2.5 %Lf| -> 2.5",
+          "2.5 %lf| -> 2.500000|", "3 %#.0f| -> 3.|", "1.5 %a| -> 0x1.8p+0|", "1.5 %.3A| -> 0X1.800P+0|",
+          "1.5 %010a| -> 0x001.8p+0|", "1.5e10 %e -> 1.500000e+1", "nan %06f| ->    nan|",
+          "-nan %F| -> -NAN|"}) {
+        const auto [arguments, text] = CellsOf<2>(row);
+        const std::string format(arguments.substr(arguments.find(' ') + 1));
+        EXPECT_EQ(Formatted(std::strtod(arguments.data(), nullptr), format.c_str()), text) << row;
+    }
     for (const char* format : {"%f",    "[%f]",   "%%%f%%",   "%9.2f|", "%-9.2f|", "%09.2f|", "%+.1f",
                                "% .1f", "%+ .1f", "%-08.2f|", "%.f|",   "%.2e|",   "%.2E|",   "%g",
                                "%G|",   "%#g|",   "%#.3g|",   "%#.0f|", "%#.0e|",  "%012.4g|"}) {
@@ -174,30 +152,21 @@ TEST(GBufferNumbers, AgreeWithPrintf) {
 }
 
 TEST(GBufferNumbers, IntegersFromText) {
-    constexpr long cMost = 2147483647, cLeast = -cMost - 1;
-    const struct {
-        std::string_view text;
-        long long all;  // GetInt64(); GetUInt32() is that cut
-        long cut;       // GetInt32()
-    } rows[] = {{" \b-12x", -12, 0},
-                {"\f12", 0, 12},
-                {"\t\n\v\r 12", 12, 12},
-                {"+7", 7, 7},
-                {"007", 7, 7},
-                {"2147483647", cMost, cMost},
-                {"2147483648", 2147483648, cMost},
-                {"-2147483648", cLeast, cLeast},
-                {"-2147483649", -2147483649, cLeast},
-                {"4294967297", 4294967297, cMost},
-                {"9223372036854775807", 9223372036854775807, cMost},
-                {"-9223372036854775808", -9223372036854775807 - 1, cLeast},
-                {"18446744073709551617", 1, cMost},  // wraps around
-                {std::string_view("1\0002", 3), 1, 1}};
-    for (const auto& row : rows) {
-        const GBuffer buffer = BufferOf(row.text);
-        EXPECT_EQ(buffer.GetInt64(), row.all) << row.text;
-        EXPECT_EQ(buffer.GetInt32(), row.cut) << row.text;
-        EXPECT_EQ(buffer.GetUInt32(), static_cast<unsigned long>(row.all & 0xFFFFFFFF)) << row.text;
+    // What GetInt64() reads; GetUInt32() is that cut. And what GetInt32() reads, which knows a limit.
+    for (const std::string_view row :
+         {" \b-12x -> -12 -> 0"sv, "\f12 -> 0 -> 12"sv, "\t\n\v\r 12 -> 12 -> 12"sv, "+7 -> 7 -> 7"sv,
+          "007 -> 7 -> 7"sv, "2147483647 -> 2147483647 -> 2147483647"sv,
+          "2147483648 -> 2147483648 -> 2147483647"sv, "-2147483648 -> -2147483648 -> -2147483648"sv,
+          "-2147483649 -> -2147483649 -> -2147483648"sv, "4294967297 -> 4294967297 -> 2147483647"sv,
+          "9223372036854775807 -> 9223372036854775807 -> 2147483647"sv,
+          "-9223372036854775808 -> -9223372036854775808 -> -2147483648"sv,
+          "18446744073709551617 -> 1 -> 2147483647"sv, "1\0002 -> 1 -> 1"sv}) {
+        const auto [text, all, limited] = CellsOf<3>(row);
+        const long long expected = std::strtoll(all.data(), nullptr, 10);
+        const GBuffer buffer = BufferOf(text);
+        EXPECT_EQ(buffer.GetInt64(), expected) << text;
+        EXPECT_EQ(buffer.GetUInt32(), static_cast<unsigned long>(expected & 0xFFFFFFFF)) << text;
+        EXPECT_EQ(buffer.GetInt32(), std::strtol(limited.data(), nullptr, 10)) << text;
     }
     for (const char* text : {"", "-", "--5", "+-5", "- 5", "abc", "0x10"}) {
         EXPECT_EQ(GBuffer(text).GetInt64(), 0) << text;
@@ -212,13 +181,11 @@ TEST(GBufferNumbers, IntegersFromText) {
 TEST(GBufferNumbers, RealsFromText) {
     const std::string zeros(100000, '0');
     const std::string tiny = "0." + zeros + "1e100001", wide = "1" + zeros + "e-100000";
-    const struct {
-        std::string_view text;
-        double value;
-    } rows[] = {{"2.5", 2.5},  {"-2.5xyz", -2.5}, {"+2.5", 2.5},  {" \b\t12", 12}, {".5", 0.5}, {"5.", 5},
-                {"-.5e1", -5}, {"1e3", 1000},     {"1E+3", 1000}, {"1e-3", 0.001}, {"1e", 1},   {"1e+", 1},
-                {"1ex", 1},    {"1.5.5", 1.5},    {"1,5", 1},     {"0x10", 0},     {tiny, 1},   {wide, 1}};
-    for (const auto& row : rows) EXPECT_EQ(BufferOf(row.text).GetReal(), row.value) << row.text.substr(0, 9);
+    const std::pair<std::string_view, double> rows[] = {
+        {"2.5", 2.5},  {"-2.5xyz", -2.5}, {"+2.5", 2.5},  {" \b\t12", 12}, {".5", 0.5}, {"5.", 5},
+        {"-.5e1", -5}, {"1e3", 1000},     {"1E+3", 1000}, {"1e-3", 0.001}, {"1e", 1},   {"1e+", 1},
+        {"1ex", 1},    {"1.5.5", 1.5},    {"1,5", 1},     {"0x10", 0},     {tiny, 1},   {wide, 1}};
+    for (const auto& [text, value] : rows) EXPECT_EQ(BufferOf(text).GetReal(), value) << text.substr(0, 9);
     for (const char* text : {"", ".", "-", ".e5", "e5", "inf", "nan", "+-5", "1e-400",
                              "1e-99999999999999999999", "0e99999999999999999999"}) {
         EXPECT_EQ(GBuffer(text).GetReal(), 0.0) << text;

@@ -3,6 +3,7 @@
 #include <random>
 #include <string>
 #include <string_view>
+#include <tuple>
 #include <vector>
 
 #include "framework/core/GBuffer.h"
@@ -60,11 +61,7 @@ TEST(GBufferSearch, AgreesWithTheStandardLibrary) {
 TEST(GBufferSearch, BadPositionsAndSets) {
     const GBuffer buffer("abcabc");
     const auto* const none = static_cast<const unsigned char*>(nullptr);
-    const struct {
-        const char* what;
-        long found;
-        long expected;
-    } rows[] = {
+    const std::tuple<const char*, long, long> rows[] = {
         {"from before the start", buffer.FindFirstOccurrence('a', -5), 0},
         {"from the end", buffer.FindFirstOccurrence('c', 6), -1},
         {"from beyond the end", buffer.FindFirstOccurrence('c', 99), -1},
@@ -79,9 +76,8 @@ TEST(GBufferSearch, BadPositionsAndSets) {
         {"not of an empty set", buffer.FindFirstNonOccurrence(Bytes("abc"), 0, 2), 2},
         {"not of an empty set, from the end", buffer.FindFirstNonOccurrence(Bytes("abc"), 0, 6), -1},
         {"not of no set", buffer.FindFirstNonOccurrence(none, 3, 0), 0},
-        {"not of a set from before the start", buffer.FindFirstNonOccurrence(Bytes("ab"), 2, -9), 2},
-    };
-    for (const auto& row : rows) EXPECT_EQ(row.found, row.expected) << row.what;
+        {"not of a set from before the start", buffer.FindFirstNonOccurrence(Bytes("ab"), 2, -9), 2}};
+    for (const auto& [what, found, expected] : rows) EXPECT_EQ(found, expected) << what;
 }
 
 TEST(GBufferSearch, UnitsAreComparedWholeAndCountedInUnits) {
@@ -105,13 +101,7 @@ TEST(GBufferSearch, UnitsAreComparedWholeAndCountedInUnits) {
 }
 
 TEST(GBufferSearch, SubBuffers) {
-    const struct {
-        const char* what;
-        const char* text;
-        const char* pattern;
-        long start;
-        long found;
-    } rows[] = {
+    const std::tuple<const char*, const char*, const char*, long, long> rows[] = {
         {"from behind its start", "abcabc", "abc", 1, 3},
         {"just the whole text", "abc", "abc", 0, 0},
         {"longer than the text", "abc", "abcd", 0, -1},
@@ -120,11 +110,10 @@ TEST(GBufferSearch, SubBuffers) {
         {"in an empty text", "", "a", 0, -1},
         {"a start beyond the text", "abc", "c", 5, -1},
         {"a start far beyond the text", "", "abcde", 0x7FFFFFFF, -1},
-        {"a start before the text", "abc", "b", -5, 1},
-    };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.what);
-        EXPECT_EQ(GBuffer(row.text).FindSubBuffer(row.pattern, row.start, false), row.found);
+        {"a start before the text", "abc", "b", -5, 1}};
+    for (const auto& [what, text, pattern, start, found] : rows) {
+        SCOPED_TRACE(what);
+        EXPECT_EQ(GBuffer(text).FindSubBuffer(pattern, start, false), found);
     }
     const GBuffer units = BufferOf(u"\x4142\x4344\x4142\x4546");
     EXPECT_EQ(units.FindSubBuffer(BufferOf(u"\x4142"), 1, true), 2);

@@ -6,10 +6,13 @@
 #include <random>
 #include <string>
 #include <string_view>
+#include <tuple>
 #include <vector>
 
 #include "framework/core/GBuffer.h"
+#include "framework/core/GDictUtil.h"
 #include "framework/core/GEncoding.h"
+#include "framework/core/GStringSupport.h"
 #include "framework/core/GTable.h"
 #include "framework/core/GUTF8Encoding.h"
 #include "tests/core/TextForTests.h"
@@ -29,7 +32,7 @@ std::string After(Operation operation, std::string_view bytes) {
 std::u16string AfterUnits(Operation operation, std::u16string_view units) {
     GBuffer buffer = BufferOf(units);
     operation(buffer);
-    return UnitsOf(buffer);
+    return Plain(buffer);
 }
 
 // The same text in UTF-16, seen as bytes again; for texts below 0x100.
@@ -41,19 +44,22 @@ std::string AfterWide(Operation operation, std::string_view text) {
     return narrow;
 }
 
-// What an operation makes of a text.
-struct Rewriting {
-    std::string_view text;
-    std::string_view result;
-};
+// Each row is a text and what an operation makes of it.
+using Rewritings = std::initializer_list<std::string_view>;
 
-void ExpectInBytes(Operation operation, std::initializer_list<Rewriting> rows) {
-    for (const Rewriting& row : rows) EXPECT_EQ(After(operation, row.text), row.result) << row.text;
+void ExpectInBytes(Operation operation, Rewritings rows) {
+    for (const std::string_view row : rows) {
+        const auto [text, result] = CellsOf<2>(row);
+        EXPECT_EQ(After(operation, text), result) << row;
+    }
 }
 
-void ExpectInBytesAndUnits(Operation narrow, Operation wide, std::initializer_list<Rewriting> rows) {
+void ExpectInBytesAndUnits(Operation narrow, Operation wide, Rewritings rows) {
     ExpectInBytes(narrow, rows);
-    for (const Rewriting& row : rows) EXPECT_EQ(AfterWide(wide, row.text), row.result) << row.text;
+    for (const std::string_view row : rows) {
+        const auto [text, result] = CellsOf<2>(row);
+        EXPECT_EQ(AfterWide(wide, text), result) << row;
+    }
 }
 
 GTable<GBuffer> TableOf(const Fields& fields) {
@@ -92,12 +98,8 @@ TEST(GBufferSupportText, LineEndsBecomeThePlatforms) {
     const Operation narrow = GBufferSupport::ASCIIPlatformLineEndings;
     const Operation wide = GBufferSupport::UniPlatformLineEndings;
     ExpectInBytesAndUnits(narrow, wide,
-                          {{"a\rb\nc\r\nd", "a\r\nb\r\nc\r\nd"},
-                           {"\n\r", "\r\n\r\n"},
-                           {"\r\r\n\n", "\r\n\r\n\r\n"},
-                           {"\r", "\r\n"},
-                           {"no line end", "no line end"},
-                           {"\0\n\0"sv, "\0\r\n\0"sv}});
+                          {"a\rb\nc\r\nd -> a\r\nb\r\nc\r\nd", "\n\r -> \r\n\r\n", "\r\r\n\n -> \r\n\r\n\r\n",
+                           "\r -> \r\n", "no line end -> no line end", "\0\n\0 -> \0\r\n\0"sv});
     EXPECT_EQ(AfterUnits(wide, u"\x0D0A\x0A0D"), u"\x0D0A\x0A0D")
         << "a line end's bytes within units are none";
 }
@@ -105,29 +107,14 @@ TEST(GBufferSupportText, LineEndsBecomeThePlatforms) {
 TEST(GBufferSupportText, IsEscapedAndBack) {
     const Operation escape = GBufferSupport::ASCIIReplaceSpecialChars;
     const Operation resolve = GBufferSupport::ASCIIReplaceEscapeCodes;
-    ExpectInBytesAndUnits(escape, GBufferSupport::UniReplaceSpecialChars,
-                          {{"a\tb", "a\\tb"},
-                           {"\n", "\\n"},
-                           {"\r", "\\n"},
-                           {"\r\n", "\\n"},
-                           {"\n\r", "\\n"},
-                           {"\n\n", "\\n\\n"},
-                           {"\r\n\r\n", "\\n\\n"},
-                           {"\"", "\\\""},
-                           {"C:\\x", "C:\\\\x"},
-                           {"'\x80\xA5", "'\x80\xA5"},
-                           {"", ""}});
-    ExpectInBytesAndUnits(resolve, GBufferSupport::UniReplaceEscapeCodes,
-                          {{"a\\tb", "a\tb"},
-                           {"\\n", "\r\n"},
-                           {"\\\"\\'", "\"'"},
-                           {"\\\\n", "\\n"},
-                           {"\\x\\T", "\\x\\T"},
-                           {"a\\", "a\\"},
-                           {"\x80t\xA5t", "\t\t"},
-                           {"\\\x80t", "\\\x80t"},
-                           {"\\\\\\", "\\\\"},
-                           {"", ""}});
+    ExpectInBytesAndUnits(
+        escape, GBufferSupport::UniReplaceSpecialChars,
+        {"a\tb -> a\\tb", "\n -> \\n", "\r -> \\n", "\r\n -> \\n", "\n\r -> \\n", "\n\n -> \\n\\n",
+         "\r\n\r\n -> \\n\\n", "\" -> \\\"", "C:\\x -> C:\\\\x", "'\x80\xA5 -> '\x80\xA5", ""});
+    ExpectInBytesAndUnits(
+        resolve, GBufferSupport::UniReplaceEscapeCodes,
+        {"a\\tb -> a\tb", "\\n -> \r\n", "\\\"\\' -> \"'", "\\\\n -> \\n", "\\x\\T -> \\x\\T", "a\\ -> a\\",
+         "\x80t\xA5t -> \t\t", "\\\x80t -> \\\x80t", "\\\\\\ -> \\\\", ""});
     GBuffer odd = BufferOf(u"\t");
     odd += 'x';
     GBufferSupport::UniReplaceSpecialChars(odd);
@@ -140,21 +127,18 @@ TEST(GBufferSupportText, IsEscapedAndBack) {
 }
 
 TEST(GBufferSupportText, ThePlatformMayEndLinesByOneOrNone) {
-    const struct {
-        bool cr;
-        bool lf;
-        std::string_view result;
-        std::string_view unescaped;
-    } rows[] = {{true, false, "a\rb\r\r", "\r"},
-                {false, true, "a\nb\n\n", "\n"},
-                {false, false, "ab", ""},
-                {true, true, "a\r\nb\r\n\r\n", "\r\n"}};  // as it is otherwise
-    for (const auto& row : rows) {
-        GBufferSupport::SetLineEnding(row.cr, row.lf);
-        EXPECT_EQ(GBufferSupport::GetLineEndingNeedsCR(), row.cr);
-        EXPECT_EQ(GBufferSupport::GetLineEndingNeedsLF(), row.lf);
-        EXPECT_EQ(After(GBufferSupport::ASCIIPlatformLineEndings, "a\r\nb\n\r"), row.result);
-        EXPECT_EQ(After(GBufferSupport::ASCIIReplaceEscapeCodes, "\\n"), row.unescaped);
+    const std::tuple<bool, bool, std::string_view, std::string_view> rows[] = {
+        {true, false, "a\rb\r\r", "\r"},
+        {false, true, "a\nb\n\n", "\n"},
+        {false, false, "ab", ""},
+        {true, true, "a\r\nb\r\n\r\n", "\r\n"}};  // as it is otherwise
+    for (const auto& [cr, lf, result, unescaped] : rows) {
+        GBufferSupport::SetLineEnding(cr, lf);
+        EXPECT_EQ(GBufferSupport::GetLineEndingNeedsCR(), cr);
+        EXPECT_EQ(GBufferSupport::GetLineEndingNeedsLF(), lf);
+        EXPECT_EQ(After(GBufferSupport::ASCIIPlatformLineEndings, "a\r\nb\n\r"), result);
+        EXPECT_EQ(After(GBufferSupport::ASCIIReplaceEscapeCodes, "\\n"), unescaped);
+        EXPECT_TRUE(GDictUtil::GetEOLString() == GString(std::string(unescaped).c_str()));
     }
 }
 
@@ -165,6 +149,9 @@ TEST(GBufferSupportText, ClassesOfCharactersAreExact) {
                   code == 0x5C || code == 0x80 || code == 0xA5);
         ASSERT_EQ(GBufferSupport::IsWhiteSpace(character),
                   code == 8 || code == 9 || code == 10 || code == 11 || code == 13 || code == 32);
+        ASSERT_EQ(GStringSupport::IsWhiteSpace(character), GBufferSupport::IsWhiteSpace(character));
+        const auto byte = static_cast<unsigned char>(code);
+        ASSERT_EQ(GStringSupport::IsWhiteSpace(byte), GBufferSupport::IsWhiteSpace(byte));
     }
 }
 
@@ -178,30 +165,25 @@ TEST(GBufferSupportText, LineEndsBecomeTheDefaultCharacter) {
 }
 
 TEST(GBufferSupportLists, SplittingAndJoining) {
-    const struct {
-        const char* what;
-        const char* text;
-        const char* separators;
-        Fields kept;
-        Fields dropped;
-    } rows[] = {{"with empty fields", "a,,b,", ",", {"a", "", "b", ""}, {"a", "b"}},
-                {"several separators", "a,b;c", ",;", {"a", "b", "c"}, {"a", "b", "c"}},
-                {"only separators", ",,", ",", {"", "", ""}, {}},
-                {"none in the text", "abc", ",", {"abc"}, {"abc"}},
-                {"no separators", "a,b", "", {"a,b"}, {"a,b"}},
-                {"an empty text", "", ",", {""}, {}},
-                {"a leading separator", ",a", ",", {"", "a"}, {"a"}}};
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.what);
+    const std::tuple<const char*, const char*, const char*, Fields, Fields> rows[] = {
+        {"with empty fields", "a,,b,", ",", {"a", "", "b", ""}, {"a", "b"}},
+        {"several separators", "a,b;c", ",;", {"a", "b", "c"}, {"a", "b", "c"}},
+        {"only separators", ",,", ",", {"", "", ""}, {}},
+        {"none in the text", "abc", ",", {"abc"}, {"abc"}},
+        {"no separators", "a,b", "", {"a,b"}, {"a,b"}},
+        {"an empty text", "", ",", {""}, {}},
+        {"a leading separator", ",a", ",", {"", "a"}, {"a"}}};
+    for (const auto& [what, text, separators, kept, dropped] : rows) {
+        SCOPED_TRACE(what);
         GTable<GBuffer> out = TableOf({"from before"});
-        GBufferSupport::SeparatedBufferToBufferTable(row.text, row.separators, out, false);
-        EXPECT_EQ(FieldsOf(out), row.dropped);
-        GBufferSupport::SeparatedBufferToBufferTable(row.text, row.separators, out, true);
-        EXPECT_EQ(FieldsOf(out), row.kept);
+        GBufferSupport::SeparatedBufferToBufferTable(text, separators, out, false);
+        EXPECT_EQ(FieldsOf(out), dropped);
+        GBufferSupport::SeparatedBufferToBufferTable(text, separators, out, true);
+        EXPECT_EQ(FieldsOf(out), kept);
         GBuffer joined("from before");
         GBufferSupport::BufferTableToSeparatedBuffer(out, ", ", joined);
         joined.FindAndReplace(0, GBuffer(", "), GBuffer(","));
-        EXPECT_EQ(BytesOf(joined), row.separators == ",;"sv ? "a,b,c" : row.text);
+        EXPECT_EQ(BytesOf(joined), separators == ",;"sv ? "a,b,c" : text);
     }
     GTable<GBuffer> self = TableOf({"a,b"});
     GBufferSupport::SeparatedBufferToBufferTable(self[0], ",", self, true);
@@ -217,19 +199,17 @@ TEST(GBufferSupportLists, TheListThatDescribesItself) {
         const char* merged;
         Fields fields;
         const char* mergedAgain = nullptr;  // where splitting is no exact reverse
-    } rows[] = {
-        {"with special bytes", "#|a#|b|##|", {"a|b", "#", ""}},
-        {"one element", "#|abc", {"abc"}},
-        {"two empty ones", "#||", {"", ""}},
-        {"none", "", {}},
-        {"too short", "#|", {}, ""},
-        {"too short", "#", {}, ""},
-        {"another pair of bytes", "\\,a\\,b,c", {"a,b", "c"}, "#|a,b|c"},
-        {"an escape before an ordinary byte", "#|a#bc", {"abc"}, "#|abc"},
-        {"an escape at the end is dropped", "#|a|b#", {"a", "b"}, "#|a|b"},
-        {"escape and separator are the same byte: the escape wins", "||a|b", {"ab"}, "#|ab"},
-        {"a trailing separator", "#|a|", {"a", ""}},
-    };
+    } rows[] = {{"with special bytes", "#|a#|b|##|", {"a|b", "#", ""}},
+                {"one element", "#|abc", {"abc"}},
+                {"two empty ones", "#||", {"", ""}},
+                {"none", "", {}},
+                {"too short", "#|", {}, ""},
+                {"too short", "#", {}, ""},
+                {"another pair of bytes", "\\,a\\,b,c", {"a,b", "c"}, "#|a,b|c"},
+                {"an escape before an ordinary byte", "#|a#bc", {"abc"}, "#|abc"},
+                {"an escape at the end is dropped", "#|a|b#", {"a", "b"}, "#|a|b"},
+                {"escape and separator are the same byte: the escape wins", "||a|b", {"ab"}, "#|ab"},
+                {"a trailing separator", "#|a|", {"a", ""}}};
     for (const auto& row : rows) {
         SCOPED_TRACE(row.what);
         EXPECT_EQ(SplitOf(row.merged), row.fields);
@@ -258,17 +238,15 @@ TEST(GBufferSupportBytes, PascalStrings) {
 }
 
 TEST(GBufferSupportBytes, AreStrippedAndSwapped) {
-    ExpectInBytes(GBufferSupport::StripLeadingWhiteSpace, {{" \b\t\n\v\r\fa ", "\fa "}, {" \t ", ""}});
-    ExpectInBytes(GBufferSupport::StripTrailingWhiteSpace,
-                  {{" a\f\b\t\n\v\r ", " a\f"}, {" \t ", ""}, {"", ""}});
+    ExpectInBytes(GBufferSupport::StripLeadingWhiteSpace, {" \b\t\n\v\r\fa  -> \fa ", " \t "});
+    ExpectInBytes(GBufferSupport::StripTrailingWhiteSpace, {" a\f\b\t\n\v\r  ->  a\f", " \t ", ""});
     ExpectInBytes([](GBuffer& text) { GBufferSupport::StripTrailingZeroes(text, false); },
-                  {{"a\0\0\0"sv, "a"}, {"\0\0\0\0"sv, ""}, {"\0\0ab"sv, "\0\0ab"sv}});
-    ExpectInBytes(
-        [](GBuffer& text) { GBufferSupport::StripTrailingZeroes(text, true); },
-        {{"ab\0\0"sv, "ab"}, {"a\0\0\0"sv, "a\0"sv}, {"\0\0\0\0"sv, ""}, {"ab\0"sv, "ab\0"sv}, {"", ""}});
-    ExpectInBytes(GBufferSupport::SwapUnicodeBytes, {{"abcde", "badce"}, {"", ""}});
-    ExpectInBytes(GBufferSupport::SwapBigEndian, {{"abcd", "badc"}});
-    ExpectInBytes(GBufferSupport::SwapLittleEndian, {{"abcd", "abcd"}});
+                  {"a\0\0\0 -> a"sv, "\0\0\0\0 -> "sv, "\0\0ab -> \0\0ab"sv});
+    ExpectInBytes([](GBuffer& text) { GBufferSupport::StripTrailingZeroes(text, true); },
+                  {"ab\0\0 -> ab"sv, "a\0\0\0 -> a\0"sv, "\0\0\0\0"sv, "ab\0 -> ab\0"sv, ""});
+    ExpectInBytes(GBufferSupport::SwapUnicodeBytes, {"abcde -> badce", ""});
+    ExpectInBytes(GBufferSupport::SwapBigEndian, {"abcd -> badc"});
+    ExpectInBytes(GBufferSupport::SwapLittleEndian, {"abcd -> abcd"});
     static const char literal[] = "abcd";
     GBuffer borrowed;
     borrowed.SetFromStatic(literal);
@@ -277,17 +255,12 @@ TEST(GBufferSupportBytes, AreStrippedAndSwapped) {
 }
 
 TEST(GBufferSupportBytes, LanguageTags) {
-    const struct {
-        std::u16string_view text;
-        std::u16string_view result;
-    } rows[] = {{u"a\033enUS\033b", u"ab"},
-                {u"\033\033", u""},
-                {u"a\033b", u"a\033b"},
-                {u"\033x\033a\033y\033", u"a\033y\033"},
-                {u"\x1B00\x001B", u"\x1B00\x001B"},
-                {u"", u""}};
-    for (const auto& row : rows)
-        EXPECT_EQ(AfterUnits(GBufferSupport::RemoveUnicodeLanguageTags, row.text), row.result);
+    for (const std::u16string_view row :
+         {u"a\033enUS\033b -> ab", u"\033\033", u"a\033b -> a\033b", u"\033x\033a\033y\033 -> a\033y\033",
+          u"\x1B00\x001B -> \x1B00\x001B", u""}) {
+        const auto [text, result] = CellsOf<2>(row);
+        EXPECT_EQ(AfterUnits(GBufferSupport::RemoveUnicodeLanguageTags, text), result);
+    }
 }
 
 TEST(GBufferSupportBytes, BitBlocksAreCopiedBitForBitAlsoWhenTheyOverlap) {
@@ -316,22 +289,20 @@ TEST(GBufferSupportBytes, BitBlocksAreCopiedBitForBitAlsoWhenTheyOverlap) {
 TEST(GBufferSupportBytes, UnicodeFromAnyEncoding) {
     GBuffer out("from before");
     EXPECT_EQ(GBufferSupport::GetUnicodeBuffer("\xC3\xA9", GUTF8Encoding::GetInstance(), out), 1);
-    EXPECT_EQ(UnitsOf(out), u"\xE9");
+    EXPECT_EQ(Plain(out), u"\xE9");
     EXPECT_EQ(GBufferSupport::GetUnicodeBuffer("a\xFF", GUTF8Encoding::GetInstance(), out), 4);
-    EXPECT_EQ(UnitsOf(out), u"a");
+    EXPECT_EQ(Plain(out), u"a");
     EXPECT_EQ(GBufferSupport::GetUnicodeBuffer("abc", nullptr, out), 1);
     EXPECT_TRUE(out.IsEmpty());
 }
 
 TEST(GBufferSupportNumbers, FormatsForReals) {
-    const struct {
-        long digits;
-        const char* format;
-    } rows[] = {{6, "%1.6f"}, {15, "%1.15f"}, {0, "%1.0f"}, {-1, "%1.0f"}, {99, "%1.99f"}, {100, "%1.99f"}};
-    for (const auto& row : rows) {
-        GBuffer format;
-        GBufferSupport::GenerateFormatStringForReals(row.digits, format);
-        EXPECT_EQ(BytesOf(format), row.format);
+    const std::pair<long, const char*> rows[] = {{6, "%1.6f"},  {15, "%1.15f"}, {0, "%1.0f"},
+                                                 {-1, "%1.0f"}, {99, "%1.99f"}, {100, "%1.99f"}};
+    for (const auto& [digits, format] : rows) {
+        GBuffer made;
+        GBufferSupport::GenerateFormatStringForReals(digits, made);
+        EXPECT_EQ(BytesOf(made), format);
     }
     GBuffer text;
     GBufferSupport::RealToBuffer(2.125, 2, text);
@@ -339,16 +310,14 @@ TEST(GBufferSupportNumbers, FormatsForReals) {
 }
 
 TEST(GBufferSupportNumbers, RomanNumerals) {
-    const struct {
-        long value;
-        std::string text;
-    } rows[] = {{1, "i"},   {3, "iii"}, {4, "iv"},     {9, "ix"},           {14, "xiv"},
-                {40, "xl"}, {90, "xc"}, {400, "cd"},   {1984, "mcmlxxxiv"}, {3999, "mmmcmxcix"},
-                {0, "0"},   {-5, "-5"}, {4000, "4000"}};
-    for (const auto& row : rows) {
-        std::string upper = row.text;
+    const std::pair<long, std::string> rows[] = {
+        {1, "i"},   {3, "iii"}, {4, "iv"},     {9, "ix"},           {14, "xiv"},
+        {40, "xl"}, {90, "xc"}, {400, "cd"},   {1984, "mcmlxxxiv"}, {3999, "mmmcmxcix"},
+        {0, "0"},   {-5, "-5"}, {4000, "4000"}};
+    for (const auto& [value, text] : rows) {
+        std::string upper = text;
         for (char& c : upper) c = static_cast<char>(std::toupper(c));
-        EXPECT_EQ(BytesOf(GBufferSupport::IntToRomanNumeralLower(row.value)), row.text);
-        EXPECT_EQ(BytesOf(GBufferSupport::IntToRomanNumeralUpper(row.value)), upper);
+        EXPECT_EQ(BytesOf(GBufferSupport::IntToRomanNumeralLower(value)), text);
+        EXPECT_EQ(BytesOf(GBufferSupport::IntToRomanNumeralUpper(value)), upper);
     }
 }

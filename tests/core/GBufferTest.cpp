@@ -8,6 +8,7 @@
 #include <random>
 #include <string>
 #include <string_view>
+#include <tuple>
 
 #include "framework/core/GCharCode.h"
 #include "tests/core/TextForTests.h"
@@ -32,12 +33,7 @@ const volatile long cTooLong = 0x7FFFFFFF;
 
 TEST(GBufferGrowth, EachWayTakesABlockOfItsOwnSize) {
     static const std::string more(1000, 'x');
-    const struct {
-        const char* what;
-        long lengthBefore;
-        void (*change)(GBuffer&);
-        long arraySize;
-    } rows[] = {
+    const std::tuple<const char*, long, void (*)(GBuffer&), long> rows[] = {
         {"append 1: at least eight", 0, [](GBuffer& b) { b.AppendByteArray(Bytes("x"), 1); }, 8},
         {"append 5: n = 7, 7 + 2", 0, [](GBuffer& b) { b += "xxxxx"; }, 9},
         {"append 100: n = 102, 102 + 34", 0, [](GBuffer& b) { b.AppendByteArray(Bytes(more.c_str()), 100); },
@@ -55,14 +51,13 @@ TEST(GBufferGrowth, EachWayTakesABlockOfItsOwnSize) {
         {"which never shrinks", 100, [](GBuffer& b) { b.SetLength(2), b.Allocate(50); }, 102},
         {"and may be negative", 2, [](GBuffer& b) { b.Allocate(-1); }, 4},
         {"a growing length", 2, [](GBuffer& b) { b.SetLength(3), b.GetWritePtr()[2] = 'x'; }, 5},
-        {"a block that is large enough", 100, [](GBuffer& b) { b.SetLength(0), b.Set("x"); }, 102},
-    };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.what);
-        GBuffer buffer = BufferOf(std::string(static_cast<std::size_t>(row.lengthBefore), 'a'));
-        row.change(buffer);
-        EXPECT_EQ(buffer.GetArraySize(), row.arraySize);
-        EXPECT_EQ(buffer.GetAllocatedLength(), row.arraySize - 2);
+        {"a block that is large enough", 100, [](GBuffer& b) { b.SetLength(0), b.Set("x"); }, 102}};
+    for (const auto& [what, lengthBefore, change, arraySize] : rows) {
+        SCOPED_TRACE(what);
+        GBuffer buffer = BufferOf(std::string(static_cast<std::size_t>(lengthBefore), 'a'));
+        change(buffer);
+        EXPECT_EQ(buffer.GetArraySize(), arraySize);
+        EXPECT_EQ(buffer.GetAllocatedLength(), arraySize - 2);
         EXPECT_TRUE(buffer.GetAllocated());
         const std::string bytes = BytesOf(buffer);
         const std::size_t kept = std::min(bytes.find('x'), bytes.size());
@@ -74,11 +69,7 @@ TEST(GBufferGrowth, ALengthBeyond31BitsIsRefusedAndChangesNothing) {
     GBuffer owned("abc");
     GBuffer longest;  // borrowed: nobody reads so far
     longest.SetFromStatic(Bytes("abc"), GBuffer::cMaxLength);
-    const struct {
-        const char* what;
-        GBuffer& buffer;
-        void (*change)(GBuffer&);
-    } rows[] = {
+    const std::tuple<const char*, GBuffer&, void (*)(GBuffer&)> rows[] = {
         {"allocate", owned, [](GBuffer& b) { b.Allocate(cTooLong); }},
         {"set the length", owned, [](GBuffer& b) { b.SetLength(cTooLong); }},
         {"append", owned, [](GBuffer& b) { b.AppendByteArray(Bytes("x"), cTooLong); }},
@@ -88,10 +79,9 @@ TEST(GBufferGrowth, ALengthBeyond31BitsIsRefusedAndChangesNothing) {
         {"a byte behind the longest", longest, [](GBuffer& b) { b += 'x'; }},
         {"a unit behind the longest", longest, [](GBuffer& b) { b += Unit(0x7878); }},
         {"bytes behind the longest", longest, [](GBuffer& b) { b += "x"; }},
-        {"a length within what was declared", longest, [](GBuffer& b) { b.SetLength(cTooLong - 2); }},
-    };
-    for (const auto& row : rows) {
-        EXPECT_THROW(row.change(row.buffer), std::bad_alloc) << row.what;
+        {"a length within what was declared", longest, [](GBuffer& b) { b.SetLength(cTooLong - 2); }}};
+    for (const auto& [what, buffer, change] : rows) {
+        EXPECT_THROW(change(buffer), std::bad_alloc) << what;
         EXPECT_EQ(BytesOf(owned), "abc");
         EXPECT_EQ(owned.GetArraySize(), 5);
         EXPECT_EQ(longest.GetLength(), GBuffer::cMaxLength);
@@ -120,11 +110,7 @@ TEST(GBufferBorrowing, ALiteralIsHandedOutAndSharedAsItIs) {
 }
 
 TEST(GBufferBorrowing, EveryChangeLeavesTheMemoryAlone) {
-    const struct {
-        const char* what;
-        void (*change)(GBuffer&);
-        const char* result;
-    } rows[] = {
+    const std::tuple<const char*, void (*)(GBuffer&), const char*> rows[] = {
         {"append bytes", [](GBuffer& b) { b.AppendByteArray(Bytes("xy"), 2); }, "abcxy"},
         {"append a byte", [](GBuffer& b) { b += 'x'; }, "abcx"},
         {"append a unit", [](GBuffer& b) { b += Unit(0x7978); }, "abcxy"},
@@ -137,15 +123,14 @@ TEST(GBufferBorrowing, EveryChangeLeavesTheMemoryAlone) {
         {"set a unit", [](GBuffer& b) { b.SetWordAt(0, 0x7978); }, "xyc"},
         {"write through the pointer", [](GBuffer& b) { b.GetWritePtr()[0] = 'x'; }, "xbc"},
         {"copy over it", [](GBuffer& b) { b.CopyByteArray(Bytes("xy"), 2); }, "xy"},
-        {"copy a part of itself", [](GBuffer& b) { b.GetSubBuffer(1, 2, b); }, "bc"},
-    };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.what);
+        {"copy a part of itself", [](GBuffer& b) { b.GetSubBuffer(1, 2, b); }, "bc"}};
+    for (const auto& [what, change, result] : rows) {
+        SCOPED_TRACE(what);
         unsigned char block[16] = "abc";
         GBuffer buffer;
         buffer.TakeByteArray(block, 3, sizeof block);
-        row.change(buffer);
-        EXPECT_STREQ(buffer.GetPtr(), row.result);
+        change(buffer);
+        EXPECT_STREQ(buffer.GetPtr(), result);
         EXPECT_STREQ(reinterpret_cast<char*>(block), "abc");
     }
 }
@@ -219,22 +204,19 @@ TEST(GBuffer, AnOwnedBufferEndsInTwoZerosAndKeepsItsBlock) {
 }
 
 TEST(GBuffer, CopyByteArray) {
-    const struct {
-        const char* what;
-        long copyLength;
-        std::string_view block;  // the bytes, and behind them what copyLength brings along
-    } rows[] = {{"the bytes alone", 3, "abc"},
-                {"with what follows", 4, "abcd"},
-                {"never more than the spare bytes", 100, "abcde"},
-                {"fewer than the length", 2, "ab"}};
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.what);
+    const std::tuple<const char*, long, std::string_view> rows[] = {
+        {"the bytes alone", 3, "abc"},
+        {"with what follows", 4, "abcd"},
+        {"never more than the spare bytes", 100, "abcde"},
+        {"fewer than the length", 2, "ab"}};
+    for (const auto& [what, copyLength, block] : rows) {
+        SCOPED_TRACE(what);
         GBuffer buffer;
-        buffer.CopyByteArray(Bytes("abcdef"), 3, row.copyLength);
+        buffer.CopyByteArray(Bytes("abcdef"), 3, copyLength);
         EXPECT_EQ(buffer.GetLength(), 3);
         EXPECT_EQ(buffer.GetArraySize(), 5);
         const auto* const data = reinterpret_cast<const char*>(buffer.GetRawData());
-        EXPECT_EQ(std::string_view(data, row.block.size()), row.block);
+        EXPECT_EQ(std::string_view(data, block.size()), block);
     }
     GBuffer self("abcdefgh");
     self.CopyByteArray(self.GetRawData() + 2, 5);
@@ -250,11 +232,9 @@ TEST(GBuffer, CopyByteArray) {
 TEST(GBuffer, WordsStayInsideTheBlock) {
     GBuffer buffer("abcdef");  // 8 bytes with the spare ones
     buffer.GetWritePtr();
-    const struct {
-        long index;
-        unsigned short word;
-    } rows[] = {{0, 0x6261}, {2, 0x6665}, {3, 0}, {4, 0}, {-1, 0}, {cTooLong, 0}};
-    for (const auto& row : rows) EXPECT_EQ(buffer.GetWordAt(row.index), row.word) << row.index;
+    const std::pair<long, unsigned short> rows[] = {{0, 0x6261}, {2, 0x6665}, {3, 0},
+                                                    {4, 0},      {-1, 0},     {cTooLong, 0}};
+    for (const auto& [index, word] : rows) EXPECT_EQ(buffer.GetWordAt(index), word) << index;
     for (const long index : {1L, 4L, -1L, long{cTooLong}}) buffer.SetWordAt(index, 0x7A79);
     EXPECT_EQ(BytesOf(buffer), "abyzef");
     GBuffer empty;
@@ -303,42 +283,64 @@ TEST(GBufferEditing, Appending) {
     EXPECT_EQ(BytesOf(GBuffer() + "x"), "x");
 }
 
+namespace {
+
+// What a change is given. Positions and counts may lie outside; the bytes may be the buffer's own.
+struct Change {
+    long start, count;
+    const unsigned char* source;
+    std::string part;
+};
+
+void ChangeBoth(unsigned kind, const Change& change, GBuffer& buffer, std::string& model) {
+    const auto& [start, count, source, part] = change;
+    const auto length = static_cast<long>(model.size()), partLength = static_cast<long>(part.size());
+    const auto place = static_cast<std::size_t>(std::clamp<long>(start, 0, length));
+    const auto removed = static_cast<std::size_t>(std::max(count, 0L));
+    if (kind == 0) {  // a negative count means the rest
+        buffer.GetSubBuffer(start, count, buffer),
+            model = model.substr(place, static_cast<std::size_t>(count));
+    } else if (kind == 1) {
+        buffer.Remove(start, count), model.erase(place, removed);
+    } else if (kind == 2) {
+        buffer.SetLength(static_cast<long>(place)), model.resize(place);
+    } else if (kind == 3) {
+        buffer.FindAndReplace(start, 'a', 'c');
+        std::replace(model.begin() + static_cast<long>(place), model.end(), 'a', 'c');
+    } else if (kind == 4) {
+        buffer += 'x', buffer += Unit(0x7A79), model += "xyz";
+    } else if (kind == 5) {
+        buffer.GetPtr(), buffer.Allocate(2 * length + partLength);
+    } else if (kind < 8) {
+        buffer.AppendByteArray(source, partLength), model += part;
+    } else {
+        buffer.ReplaceByteArray(start, count, source, partLength), model.replace(place, removed, part);
+    }
+}
+
+}  // namespace
+
+// One buffer under changes in turn: each meets what the others left in its block.
 TEST(GBufferEditing, AgreesWithTheStandardStringAlsoWithinItself) {
     std::mt19937 random(9);
-    std::string text;
-    for (int i = 0; i < 3000; ++i) text += static_cast<char>(random());
-    for (int round = 0; round < 20000; ++round) {
-        const std::string whole = text.substr(random() % 900, random() % (round % 8 == 0 ? 2000 : 50));
-        const auto length = static_cast<long>(whole.size());
-        const std::size_t offset = random() % (whole.size() + 1);
-        const std::string part = whole.substr(offset, random() % 60);
-        // Positions and counts may lie outside; both are cut.
-        const auto start = static_cast<long>(random() % (whole.size() + 9)) - 4;
-        const long removed = round % 16 == 0 ? cTooLong : static_cast<long>(random() % 30) - 4;
-        const auto place = static_cast<std::size_t>(std::clamp<long>(start, 0, length));
-        std::string expected = whole;
-        expected.replace(place, static_cast<std::size_t>(std::max(removed, 0L)), part);
-        GBuffer buffer = BufferOf(whole);
-        if (round % 2 == 0) buffer.Allocate(2 * length + 60);
-        const long arraySize = buffer.GetArraySize();
-        GBuffer appended(buffer), removedOnly(buffer);
-        if (round % 4 == 0) appended.Allocate(arraySize + 60);
-        const unsigned char* const source =
-            round % 3 == 0 ? Bytes(part.c_str()) : buffer.GetRawData() + offset;
-        const auto count = static_cast<long>(part.size());
-        buffer.ReplaceByteArray(start, removed, source, count);
-        ASSERT_EQ(BytesOf(buffer), expected) << round;
-        ASSERT_TRUE(round % 2 != 0 || buffer.GetArraySize() == arraySize) << round;
-        appended.AppendByteArray(round % 3 == 0 ? source : appended.GetRawData() + offset, count);
-        ASSERT_EQ(BytesOf(appended), whole + part) << round;
-        // A negative count means the rest.
-        const std::string some = whole.substr(place, static_cast<std::size_t>(removed));
-        ASSERT_EQ(BytesOf(removedOnly.GetSubBuffer(start, removed)), some) << round;
-        appended = removedOnly;
-        appended.GetSubBuffer(start, removed, appended);
-        ASSERT_EQ(BytesOf(appended), some) << round;
-        removedOnly.Remove(start, removed);
-        ASSERT_EQ(removedOnly, BufferOf(expected.erase(place, part.size()))) << round;
+    std::string noise, model;
+    for (int i = 0; i < 3000; ++i) noise += "abc\x80\0\xFF"[random() % 6];
+    GBuffer buffer;
+    for (int round = 0; round < 60000; ++round) {
+        const bool isWithin = random() % 3 != 0;
+        const std::string& from = isWithin ? model : noise;
+        const std::size_t offset = random() % (from.size() + 1);
+        const Change change = {static_cast<long>(random() % (model.size() + 9)) - 4,
+                               round % 16 == 1 ? cTooLong : static_cast<long>(random() % 30) - 4,
+                               isWithin ? buffer.GetRawData() + offset : Bytes(noise.data()) + offset,
+                               from.substr(offset, random() % (round % 16 == 0 ? 1500 : 60))};
+        const long arraySize = buffer.GetAllocated() ? buffer.GetArraySize() : 0;
+        ChangeBoth(random() % 12, change, buffer, model);
+        ASSERT_EQ(BytesOf(buffer), model) << round;
+        ASSERT_TRUE(!buffer.GetAllocated() ||
+                    buffer.GetArraySize() >= std::max(buffer.GetLength() + 2, arraySize))
+            << round;
+        if (model.size() > 3000) buffer.SetFromStatic(Bytes(noise.data()), 10), model = noise.substr(0, 10);
     }
     GBuffer self("abc");
     self.Replace(1, 1, self);
@@ -347,25 +349,19 @@ TEST(GBufferEditing, AgreesWithTheStandardStringAlsoWithinItself) {
 
 TEST(GBufferEditing, FindAndReplace) {
     const char* const absent = nullptr;
-    const struct {
-        const char* text;
-        long start;
-        const char* find;
-        const char* with;
-        const char* result;
-    } rows[] = {
+    const std::tuple<const char*, long, const char*, const char*, const char*> rows[] = {
         {"a-b-c", 0, "-", "+", "a+b+c"}, {"a-b-c", 2, "-", "+", "a-b+c"},    {"a-b-c", -9, "-", "+", "a+b+c"},
         {"a-b-c", 4, "-", "+", absent},  {"a-b-c", 0, "-", "::", "a::b::c"}, {"a-b-c", 0, "-", "", "abc"},
         {"aa", 0, "a", "aa", "aaaa"},    {"aaa", 0, "aa", "b", "ba"},        {"abc", 0, "x", "y", absent},
         {"abc", 0, "", "y", absent},     {"abc", 4, "a", "y", absent},       {"", 0, "a", "y", absent}};
-    for (const auto& row : rows) {
-        SCOPED_TRACE(testing::Message() << row.text << row.start << row.find << row.with);
-        const std::string_view expected = row.result != absent ? row.result : row.text;
-        GBuffer buffer(row.text), bytewise(row.text);
-        EXPECT_EQ(buffer.FindAndReplace(row.start, row.find, row.with), row.result != absent);
+    for (const auto& [text, start, find, with, result] : rows) {
+        SCOPED_TRACE(testing::Message() << text << start << find << with);
+        const std::string_view expected = result != absent ? result : text;
+        GBuffer buffer(text), bytewise(text);
+        EXPECT_EQ(buffer.FindAndReplace(start, find, with), result != absent);
         EXPECT_EQ(BytesOf(buffer), expected);
-        if (std::strlen(row.find) != 1 || std::strlen(row.with) != 1) continue;
-        EXPECT_EQ(bytewise.FindAndReplace(row.start, row.find[0], row.with[0]), row.result != absent);
+        if (std::strlen(find) != 1 || std::strlen(with) != 1) continue;
+        EXPECT_EQ(bytewise.FindAndReplace(start, find[0], with[0]), result != absent);
         EXPECT_EQ(BytesOf(bytewise), expected);
     }
     GBuffer self("ab");

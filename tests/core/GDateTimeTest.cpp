@@ -5,11 +5,11 @@
 #include <climits>
 #include <cstdio>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include "framework/core/GBuffer.h"
-#include "tests/core/TableRow.h"
-#include "tests/core/TestText.h"
+#include "tests/core/TextForTests.h"
 
 namespace {
 
@@ -37,10 +37,6 @@ GDateTime At(std::string_view text) {
     return GDateTime(day, month, year, hour, minute, second, 1, 0, 0);
 }
 
-GBuffer Bytes(std::string_view text) {
-    return GBuffer(reinterpret_cast<const unsigned char*>(text.data()), static_cast<long>(text.size()));
-}
-
 GDateTime UTC(long year, long month, long day, long hour = 0, long minute = 0, long second = 0) {
     return GDateTime(day, month, year, hour, minute, second, 1, 0, 0);
 }
@@ -48,7 +44,7 @@ GDateTime UTC(long year, long month, long day, long hour = 0, long minute = 0, l
 std::string PDF(const GDateTime& time) {
     GBuffer text;
     time.GetAsPDFDateTime(text);
-    return std::string(text.GetPtr(), static_cast<std::size_t>(text.GetLength()));
+    return BytesOf(text);
 }
 
 std::u16string Date(const GDateTime& time, bool local, std::u16string_view format) {
@@ -91,23 +87,19 @@ TEST(GDateTime, StoresFieldsAsTheyAreGiven) {
 }
 
 TEST(GDateTime, MovesLocalValuesByTheStoredOffset) {
-    const struct {
-        long relation, hours, minutes;
-        std::string date, time;
-    } rows[] = {
+    const std::tuple<long, long, long, std::string, std::string> rows[] = {
         {0, 1, 0, "2014-3-15 23:30:0", "2014-1-1 0:15:0"},
         {1, 0, 0, "2014-3-15 23:30:0", "2014-1-1 0:15:0"},
         {1, 1, 0, "2014-3-14 23:30:0", "2014-1-1 23:15:0"},
-        {-1, 3, 30, "2014-3-15 23:30:0", "2014-1-1 3:45:0"},
-    };
-    for (const auto& row : rows) {
-        GDateTime time(1, 1, 2014, 23, 30, 0, row.relation, row.hours, row.minutes);
+        {-1, 3, 30, "2014-3-15 23:30:0", "2014-1-1 3:45:0"}};
+    for (const auto& [relation, hours, minutes, movedDate, movedTime] : rows) {
+        GDateTime time(1, 1, 2014, 23, 30, 0, relation, hours, minutes);
         SCOPED_TRACE(Fields(time));
         time.SetDate(15, 3, 2014, false);
-        EXPECT_EQ(When(time), row.date);
-        time.Set(1, 1, 2014, 23, 30, 0, row.relation, row.hours, row.minutes);
+        EXPECT_EQ(When(time), movedDate);
+        time.Set(1, 1, 2014, 23, 30, 0, relation, hours, minutes);
         time.SetTime(0, 15, 0, false);
-        EXPECT_EQ(When(time), row.time);
+        EXPECT_EQ(When(time), movedTime);
     }
 }
 
@@ -207,11 +199,7 @@ TEST(GDateTime, ComparesFieldByFieldWithoutTheOffset) {
 }
 
 TEST(GDateTime, CountsDaysAndSecondsBetween) {
-    const struct {
-        GDateTime from, to;
-        long days;
-        double seconds;
-    } rows[] = {
+    const std::tuple<GDateTime, GDateTime, long, double> rows[] = {
         {UTC(2014, 1, 1), UTC(2014, 1, 1), 0, 0.0},
         {UTC(2014, 1, 1, 23, 59, 59), UTC(2014, 1, 2), 1, 1.0},
         {UTC(2014, 1, 2), UTC(2014, 1, 1, 23, 59, 59), -1, -1.0},
@@ -219,12 +207,11 @@ TEST(GDateTime, CountsDaysAndSecondsBetween) {
         {UTC(1900, 1, 1), UTC(1901, 1, 1), 365, 31536000.0},
         {UTC(2000, 3, 1), UTC(1600, 3, 1), -146097, -12622780800.0},
         {UTC(cLeast, 1, 1), UTC(cMost, 12, 31), cMost, 135536076801417600.0},
-        {UTC(cMost, 12, 31), UTC(cLeast, 1, 1), cLeast, -135536076801417600.0},
-    };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(Fields(row.from) + " to " + Fields(row.to));
-        EXPECT_EQ(row.from.GetDaysBetween(row.to), row.days);
-        EXPECT_EQ(row.from.GetSecondsBetween(row.to), row.seconds);
+        {UTC(cMost, 12, 31), UTC(cLeast, 1, 1), cLeast, -135536076801417600.0}};
+    for (const auto& [from, to, days, seconds] : rows) {
+        SCOPED_TRACE(Fields(from) + " to " + Fields(to));
+        EXPECT_EQ(from.GetDaysBetween(to), days);
+        EXPECT_EQ(from.GetSecondsBetween(to), seconds);
     }
 }
 
@@ -233,8 +220,8 @@ TEST(GDateTime, ReadsPDFDates) {
         SCOPED_TRACE(row);
         const auto [text, fields] = CellsOf<2>(row);
         GDateTime time(1, 1, 1970, 0, 0, 0, -1, 5, 45);
-        EXPECT_EQ(time.SetFromPDFDateTime(Bytes(text)), result);
-        EXPECT_EQ(GDateTime::CheckPDFDateTime(Bytes(text)), result);
+        EXPECT_EQ(time.SetFromPDFDateTime(BufferOf(text)), result);
+        EXPECT_EQ(GDateTime::CheckPDFDateTime(BufferOf(text)), result);
         EXPECT_EQ(Fields(time), std::string(fields) + std::string(zone));
     };
     for (const std::string_view row :
@@ -265,8 +252,8 @@ TEST(GDateTime, RefusesOtherTextsAndStaysUnchanged) {
     const auto expectRefused = [](std::string_view text) {
         SCOPED_TRACE(text);
         GDateTime time(2, 3, 1970, 4, 5, 6, -1, 5, 45);
-        EXPECT_EQ(time.SetFromPDFDateTime(Bytes(text)), 0);
-        EXPECT_EQ(GDateTime::CheckPDFDateTime(Bytes(text)), 0);
+        EXPECT_EQ(time.SetFromPDFDateTime(BufferOf(text)), 0);
+        EXPECT_EQ(GDateTime::CheckPDFDateTime(BufferOf(text)), 0);
         EXPECT_EQ(Fields(time), "1970-3-2 4:5:6 -1/5:45");
     };
     for (const std::string_view text :
@@ -278,10 +265,7 @@ TEST(GDateTime, RefusesOtherTextsAndStaysUnchanged) {
 }
 
 TEST(GDateTime, WritesPDFDates) {
-    const struct {
-        GDateTime time;
-        std::string text;
-    } rows[] = {
+    const std::pair<GDateTime, std::string> rows[] = {
         {UTC(2014, 3, 15, 9, 30, 0), "D:20140315093000Z"},
         {GDateTime(15, 3, 2014, 9, 30, 0, 1, 1, 0), "D:20140315103000+01'00'"},
         {GDateTime(15, 3, 2014, 14, 0, 0, -1, 3, 30), "D:20140315103000-03'30'"},
@@ -290,11 +274,10 @@ TEST(GDateTime, WritesPDFDates) {
         {GDateTime(15, 3, 2014, 9, 30, 0, 0, 0, 0), "D:20140315093000Z"},
         {UTC(1, 2, 3, 4, 5, 6), "D:00010203040506Z"},
         {UTC(12345, 1, 1), "D:123450101000000Z"},
-        {UTC(-1, 1, 1), "D:42949672950101000000Z"},
-    };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.text);
-        EXPECT_EQ(PDF(row.time), row.text);
+        {UTC(-1, 1, 1), "D:42949672950101000000Z"}};
+    for (const auto& [time, text] : rows) {
+        SCOPED_TRACE(text);
+        EXPECT_EQ(PDF(time), text);
     }
     EXPECT_EQ(PDF(GDateTime(15, 3, 2014, 10, 30, 0, false)).substr(0, 16), "D:20140315103000");
     EXPECT_EQ(PDF(GDateTime(1, 1, cLeast, cLeast, cLeast, cLeast, cLeast, cLeast, cLeast)).substr(0, 2),

@@ -1,7 +1,9 @@
 // Time zones and the locale's formats are known in the native build only: Windows has them of the machine.
 #include <gtest/gtest.h>
 
+#include <array>
 #include <cstdlib>
+#include <tuple>
 
 #include "framework/core/GBuffer.h"
 #include "framework/core/GDateTime.h"
@@ -24,31 +26,22 @@ public:
 }  // namespace
 
 TEST(GDateTimeZone, TakesTheDifferenceOfTheLocalZone) {
-    const struct {
-        const char* zone;
-        long relation, hours, minutes, utcHour;
-        const char* text;
-    } rows[] = {
-        {"UTC0", 1, 0, 0, 22, "D:20131231220000Z"},
-        {"AAA-1", 1, 1, 0, 21, "D:20131231220000+01'00'"},
-        {"BBB3:30", -1, 3, 30, 1, "D:20131231220000-03'30'"},
-        {"CCC-12:45", 1, 12, 45, 9, "D:20131231220000+12'45'"},
-    };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.zone);
-        const InZone zone(row.zone);
-        long relation;
-        long hours;
-        long minutes;
-        GDateTime::GetLocalToUTCDifference(relation, hours, minutes);
-        EXPECT_EQ(relation, row.relation);
-        EXPECT_EQ(hours, row.hours);
-        EXPECT_EQ(minutes, row.minutes);
+    const std::tuple<const char*, std::array<long, 3>, long, const char*> rows[] = {
+        {"UTC0", {1, 0, 0}, 22, "D:20131231220000Z"},
+        {"AAA-1", {1, 1, 0}, 21, "D:20131231220000+01'00'"},
+        {"BBB3:30", {-1, 3, 30}, 1, "D:20131231220000-03'30'"},
+        {"CCC-12:45", {1, 12, 45}, 9, "D:20131231220000+12'45'"}};
+    for (const auto& [name, difference, utcHour, expected] : rows) {
+        SCOPED_TRACE(name);
+        const InZone zone(name);
+        std::array<long, 3> found;
+        GDateTime::GetLocalToUTCDifference(found[0], found[1], found[2]);
+        EXPECT_EQ(found, difference);
         const GDateTime time(31, 12, 2013, 22, 0, 0, false);
-        EXPECT_EQ(time.GetHour(), row.utcHour);
+        EXPECT_EQ(time.GetHour(), utcHour);
         GBuffer text;
         time.GetAsPDFDateTime(text);
-        EXPECT_STREQ(text.GetPtr(), row.text);
+        EXPECT_STREQ(text.GetPtr(), expected);
     }
 }
 

@@ -6,7 +6,7 @@
 #include <thread>
 #include <vector>
 
-#include "tests/core/TestText.h"
+#include "tests/core/TextForTests.h"
 
 namespace {
 

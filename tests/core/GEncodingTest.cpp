@@ -25,8 +25,7 @@ TEST(GEncoding, EachKnowsItsNameAndNoOther) {
         {Standard(), "StandardEncoding"},
         {PDFDoc(), "PDFDocEncoding"},
         {GPlatformEncoding::GetInstance(), "WinPlatformEncoding_CodePage"},
-        {ShiftJIS(), "ShiftJISEncoding"},
-    };
+        {ShiftJIS(), "ShiftJISEncoding"}};
     for (const auto& [encoding, name] : encodings) {
         EXPECT_EQ(BytesOf(encoding->GetASCIIDescription()), name);
         for (const auto& [other, otherName] : encodings)
@@ -36,27 +35,22 @@ TEST(GEncoding, EachKnowsItsNameAndNoOther) {
 }
 
 TEST(GEncoding, SingleBytesAndTheirCharacters) {
-    const std::tuple<const char*, const GEncoding*, std::string, std::u16string> rows[] = {
-        {"euro, bullet, no-break space, soft hyphen", WinAnsi(), "\x80\x95\xA0\xAD",
-         u"\u20AC\u2022\u00A0\u00AD"},
-        {"single quote and the ends", WinAnsi(), "\x1F '~\x82\xFF", u"\x1F '~\u201A\u00FF"},
-        {"no-break space, currency, fi", MacRoman(), "\x8A\xCA\xDB\xDE", u"\u00E4\u00A0\u00A4\uFB01"},
-        {"right quote, AE", Standard(), "\x27\x60\xE1\xFB", u"\u2019\u2018\u00C6\u00DF"},
-        {"small AE, one half", MacExpert(), "\x20\x48\xBE", u" \u00BD\uF7E6"},
-        {"all below delete", ASCII(), "\x1F ~\x7F", u"\x1F ~\x7F"},
-        // The published table numbers what is not as in Latin-1.
-        {"accents", PDFDoc(), "\x18\x19\x1A\x1B\x1C\x1D\x1E\x1F",
-         u"\u02D8\u02C7\u02C6\u02D9\u02DD\u02DB\u02DA\u02DC"},
-        {"signs", PDFDoc(), "\x80\x81\x82\x83\x84\x85\x86\x87\x88\x89\x8A\x8B\x8C\x8D\x8E\x8F\x90\x91\x92",
-         u"\u2022\u2020\u2021\u2026\u2014\u2013\u0192\u2044\u2039\u203A\u2212\u2030\u201E\u201C\u201D\u2018"
-         u"\u2019"
-         u"\u201A\u2122"},
-        {"letters", PDFDoc(), "\x93\x94\x95\x96\x97\x98\x99\x9A\x9B\x9C\x9D\x9E\xA0",
-         u"\uFB01\uFB02\u0141\u0152\u0160\u0178\u017D\u0131\u0142\u0153\u0161\u017E\u20AC"},
-    };
-    for (const auto& [what, encoding, bytes, units] : rows) {
-        EXPECT_EQ(Read(encoding, bytes), (Conversion{units, 1})) << what;
-        EXPECT_EQ(Write(encoding, units), (Written{bytes, 1})) << what;
+    const std::tuple<const GEncoding*, std::string, std::u16string> rows[] = {
+        {WinAnsi(), "\x1F '~\x80\x82\x95\xA0\xAD\xFF", u"\x1F '~\u20AC\u201A\u2022\u00A0\u00AD\u00FF"},
+        {MacRoman(), "\x8A\xCA\xDB\xDE", u"\u00E4\u00A0\u00A4\uFB01"},
+        {Standard(), "\x27\x60\xE1\xFB", u"\u2019\u2018\u00C6\u00DF"},
+        {MacExpert(), "\x20\x48\xBE", u" \u00BD\uF7E6"},
+        {ASCII(), "\x1F ~\x7F", u"\x1F ~\x7F"},
+        // The published table numbers what is not as in Latin-1: accents, signs and letters.
+        {PDFDoc(), "\x18\x19\x1A\x1B\x1C\x1D\x1E\x1F", u"\u02D8\u02C7\u02C6\u02D9\u02DD\u02DB\u02DA\u02DC"},
+        {PDFDoc(), "\x80\x81\x82\x83\x84\x85\x86\x87\x88\x89\x8A\x8B\x8C\x8D\x8E\x8F\x90\x91\x92",
+         u"\u2022\u2020\u2021\u2026\u2014\u2013\u0192\u2044\u2039\u203A"
+         u"\u2212\u2030\u201E\u201C\u201D\u2018\u2019\u201A\u2122"},
+        {PDFDoc(), "\x93\x94\x95\x96\x97\x98\x99\x9A\x9B\x9C\x9D\x9E\xA0",
+         u"\uFB01\uFB02\u0141\u0152\u0160\u0178\u017D\u0131\u0142\u0153\u0161\u017E\u20AC"}};
+    for (const auto& [encoding, bytes, units] : rows) {
+        EXPECT_EQ(Read(encoding, bytes), (Conversion{units, 1}));
+        EXPECT_EQ(Write(encoding, units), (Written{bytes, 1}));
     }
     for (int code = 0x20; code < 0x100; ++code) {
         if (code >= 0x7F && (code <= 0xA0 || code == 0xAD)) continue;
@@ -65,42 +59,34 @@ TEST(GEncoding, SingleBytesAndTheirCharacters) {
     }
 }
 
-TEST(GEncoding, WhatHasNoCharacterBecomesTheDefaultCharacter) {
-    const std::tuple<const char*, const GEncoding*, std::string, std::u16string> rows[] = {
-        {"WinAnsi delete and free codes", WinAnsi(), "\x7F\x81\x8D\x8F\x90\x9D", u"@@@@@@"},
-        {"WinAnsi among others", WinAnsi(), "a\x81z", u"a@z"},
-        {"MacRoman without mathematics", MacRoman(), "\xAD\xB0\xF0", u"@@@"},
-        {"PDFDoc free codes", PDFDoc(), "\x7F\x9F\xAD", u"@@@"},
-        {"Standard above the letters", Standard(), "\xFF", u"@"},
-        {"ASCII above 0x7F", ASCII(), "a\x80\xFFz", u"a@@z"},
-    };
-    for (const auto& [what, encoding, bytes, units] : rows)
-        EXPECT_EQ(Read(encoding, bytes), (Conversion{units, 2})) << what;
-}
-
-TEST(GEncoding, WhatHasNoCodeBecomesTheDefaultCharacter) {
-    const std::tuple<const char*, const GEncoding*, std::u16string, std::string> rows[] = {
-        {"a Chinese character in WinAnsi", WinAnsi(), u"a\u4E00b", "a@b"},
-        {"delete in WinAnsi", WinAnsi(), u"\x7F", "@"},
-        {"a surrogate pair in WinAnsi is two units", WinAnsi(), u"\xD83D\xDE00", "@@"},
-        {"a control whose code PDFDoc uses", PDFDoc(), u"\x18", "@"},
-        {"a Latin letter in the expert set", MacExpert(), u"A", "@"},
-        {"a Latin-1 letter in ASCII", ASCII(), u"caf\u00E9", "caf@"},
-        {"the unit whose low byte is a letter", ASCII(), u"\u0141", "@"},
-        {"such units in a block", WinAnsi(), u"abcdefghijklmno\u01E4", "abcdefghijklmno@"},
-        {"above 0x8000", WinAnsi(), u"\u80E4bcdefghijklmnop", "@bcdefghijklmnop"},
-    };
-    for (const auto& [what, encoding, units, bytes] : rows)
-        EXPECT_EQ(Write(encoding, units), (Written{bytes, 2})) << what;
+TEST(GEncoding, WhatHasNoCharacterOrNoCodeBecomesTheDefaultCharacter) {
+    const std::tuple<const GEncoding*, std::string, std::u16string> reads[] = {
+        {WinAnsi(), "a\x7F\x81\x8D\x8F\x90\x9Dz", u"a@@@@@@z"},
+        {MacRoman(), "\xAD\xB0\xF0", u"@@@"},
+        {PDFDoc(), "\x7F\x9F\xAD", u"@@@"},
+        {Standard(), "\xFF", u"@"},
+        {ASCII(), "a\x80\xFFz", u"a@@z"}};
+    for (const auto& [encoding, bytes, units] : reads)
+        EXPECT_EQ(Read(encoding, bytes), (Conversion{units, 2}));
+    // Units whose low byte is a letter, in blocks, above 0x8000, and a surrogate pair, which is two.
+    const std::tuple<const GEncoding*, std::u16string, std::string> writes[] = {
+        {WinAnsi(), u"a\u4E00b\x7F\xD83D\xDE00", "a@b@@@"},
+        {PDFDoc(), u"\x18", "@"},
+        {MacExpert(), u"A", "@"},
+        {ASCII(), u"caf\u00E9\u0141", "caf@@"},
+        {WinAnsi(), u"abcdefghijklmno\u01E4", "abcdefghijklmno@"},
+        {WinAnsi(), u"\u80E4bcdefghijklmnop", "@bcdefghijklmnop"}};
+    for (const auto& [encoding, units, bytes] : writes)
+        EXPECT_EQ(Write(encoding, units), (Written{bytes, 2}));
 }
 
 TEST(GEncoding, EveryMappedByteComesBackAndControlCodesStandForThemselves) {
-    const std::pair<const GSimpleEncoding*, int> encodingsAndCodes[] = {{WinAnsi(), 32 + 218},
-                                                                        {MacRoman(), 32 + 208},
-                                                                        {MacExpert(), 32 + 165},
-                                                                        {Standard(), 32 + 149},
-                                                                        {PDFDoc(), 24 + 229}};
-    for (const auto& [encoding, codes] : encodingsAndCodes) {
+    const std::pair<const GSimpleEncoding*, int> rows[] = {{WinAnsi(), 32 + 218},
+                                                           {MacRoman(), 32 + 208},
+                                                           {MacExpert(), 32 + 165},
+                                                           {Standard(), 32 + 149},
+                                                           {PDFDoc(), 24 + 229}};
+    for (const auto& [encoding, codes] : rows) {
         SCOPED_TRACE(BytesOf(encoding->GetASCIIDescription()));
         int count = 0;
         for (int code = 0; code < 256; ++code) {
@@ -126,8 +112,7 @@ TEST(GEncoding, ASpecialElementIsFoundAtEveryPlaceOfALongText) {
         {ASCII(), "\x80", u"@", 2},
         {UTF8(), "\xC3\xA9", u"\u00E9", 1},
         {UTF8(), "\xE4\xB8\x80", u"\u4E00", 1},
-        {UTF8(), "\0"s, u"\0"s, 2},
-    };
+        {UTF8(), "\0"s, u"\0"s, 2}};
     for (const auto& [encoding, bytes, units, result] : rows) {
         for (std::size_t before = 0; before < 84; ++before) {
             for (const std::size_t after : {0u, 1u, 17u, 66u}) {
@@ -185,23 +170,23 @@ TEST(GEncoding, TheOutputMayBeTheInput) {
     EXPECT_EQ(UTF8()->ConvertFrom(text, WinAnsi(), text), 1);
     EXPECT_EQ(BytesOf(text), "na\xC3\xAFve");
     EXPECT_EQ(UTF8()->ConvertTo(text, Unicode(), text), 1);
-    EXPECT_EQ(UnitsOf(text), u"na\u00EFve");
+    EXPECT_EQ(Plain(text), u"na\u00EFve");
     EXPECT_EQ(ASCII()->ConvertFrom(text, Unicode(), text), 2);
     EXPECT_EQ(BytesOf(text), "na@ve");
 }
 
 TEST(GEncoding, TheWorseResultOfTheTwoStepsIsReported) {
-    const std::tuple<const char*, const GEncoding*, const GEncoding*, std::string, Written> rows[] = {
-        {"invalid input", WinAnsi(), UTF8(), "ab\xFF", {"ab", 4}},
-        {"invalid input behind a replaced character", ASCII(), UTF8(), "ab\xC3\xA9\xFF", {"ab@", 4}},
-        {"an odd byte of UTF-16", WinAnsi(), Unicode(), "a\0b"s, {"a", 4}},
-        {"replaced while reading", ASCII(), WinAnsi(), "\x81", {"@", 2}},
-        {"replaced while reading, to UTF-8", UTF8(), WinAnsi(), "a\x81", {"a@", 2}},
-        {"nothing becomes UTF-8 of invalid input", UTF8(), UTF8(), "a\xFF", {"", 4}},
-        {"nor of an odd byte of UTF-16", UTF8(), Unicode(), "a\0b"s, {"", 4}},
-    };
-    for (const auto& [what, target, source, bytes, written] : rows)
-        EXPECT_EQ(Write(target, BufferOf(bytes), source), written) << what;
+    const std::tuple<const GEncoding*, const GEncoding*, std::string, Written> rows[] = {
+        {WinAnsi(), UTF8(), "ab\xFF", {"ab", 4}},
+        {ASCII(), UTF8(), "ab\xC3\xA9\xFF", {"ab@", 4}},
+        {WinAnsi(), Unicode(), "a\0b"s, {"a", 4}},
+        {ASCII(), WinAnsi(), "\x81", {"@", 2}},
+        {UTF8(), WinAnsi(), "a\x81", {"a@", 2}},
+        // Nothing becomes UTF-8 of invalid input, nor of an odd byte of UTF-16.
+        {UTF8(), UTF8(), "a\xFF", {"", 4}},
+        {UTF8(), Unicode(), "a\0b"s, {"", 4}}};
+    for (const auto& [target, source, bytes, written] : rows)
+        EXPECT_EQ(Write(target, BufferOf(bytes), source), written) << bytes;
 }
 
 // The input is not read: it need not be there.
@@ -230,18 +215,14 @@ GCharCode CodeOf(std::string_view bytes) {
 }
 
 TEST(GEncoding, GlyphNamesAndCodes) {
-    const std::tuple<const char*, const GEncoding*, const char*, GCharCode> rows[] = {
-        {"WinAnsi", WinAnsi(), "Euro", CodeOf("\x80")},
-        {"PDFDoc", PDFDoc(), "Euro", CodeOf("\xA0")},
-        {"first code of two", WinAnsi(), "space", CodeOf("\x20")},
-        {"expert", MacExpert(), "onehalf", CodeOf("\x48")},
-        {"ASCII", ASCII(), "braceleft", CodeOf("{")},
-        {"UTF-8", UTF8(), "Euro", CodeOf("\xE2\x82\xAC")},
-        {"Unicode", Unicode(), "Euro", CodeOf("\xAC\x20")},
-        {"Shift-JIS", ShiftJIS(), "ideographicspace", CodeOf("\x81\x40")},
-    };
-    for (const auto& [what, encoding, glyph, expected] : rows) {
-        SCOPED_TRACE(what);
+    const std::tuple<const GEncoding*, const char*, std::string_view> rows[] = {
+        {WinAnsi(), "Euro", "\x80"},     {PDFDoc(), "Euro", "\xA0"},
+        {WinAnsi(), "space", "\x20"},    {MacExpert(), "onehalf", "\x48"},
+        {ASCII(), "braceleft", "{"},     {UTF8(), "Euro", "\xE2\x82\xAC"},
+        {Unicode(), "Euro", "\xAC\x20"}, {ShiftJIS(), "ideographicspace", "\x81\x40"}};
+    for (const auto& [encoding, glyph, bytes] : rows) {
+        SCOPED_TRACE(BytesOf(encoding->GetASCIIDescription()) + glyph);
+        const GCharCode expected = CodeOf(bytes);
         GCharCode code;
         GBuffer name;
         EXPECT_TRUE(encoding->GetCharCode(GBuffer(glyph), code));
@@ -278,7 +259,7 @@ TEST(GEncoding, SingletonsCanBeReplacedAndOldOnesLiveOnInStrings) {
         GWinAnsiEncoding::SetInstance(nullptr);
         EXPECT_EQ(alive, 1) << "the string holds it";
         EXPECT_NE(WinAnsi(), text.GetEncoding());
-        EXPECT_EQ(UnitsOf(text), u"\u20AC");
+        EXPECT_EQ(Plain(text), u"\u20AC");
     }
     EXPECT_EQ(alive, 0);
     GWinAnsiEncoding::SetInstance(new Counted(alive));
@@ -290,7 +271,7 @@ TEST(GEncoding, AfterTheEndStringsAndNewInstancesStillWork) {
     GString kept("\x80", WinAnsi());
     GEncoding::FinalizeAll();
     EXPECT_EQ(BytesOf(kept.GetEncodingName()), "WinAnsiEncoding");
-    EXPECT_EQ(UnitsOf(kept), u"\u20AC");
+    EXPECT_EQ(Plain(kept), u"\u20AC");
     EXPECT_EQ(Read(MacRoman(), "\x8A").units, u"\u00E4");
 }
 

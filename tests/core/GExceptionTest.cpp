@@ -7,6 +7,7 @@
 #include <initializer_list>
 #include <memory>
 #include <thread>
+#include <tuple>
 #include <utility>
 #include <vector>
 
@@ -14,7 +15,7 @@
 #include "framework/core/GExceptionLocation.h"
 #include "framework/core/GPathName.h"
 #include "framework/core/GStringPool.h"
-#include "tests/core/TestText.h"
+#include "tests/core/TextForTests.h"
 
 namespace {
 
@@ -70,30 +71,22 @@ void ProgramsOwnHandler() {
 }
 
 TEST_F(GExceptionTest, HasTheMessagesOfAllPlatforms) {
-    const struct {
-        long id;
-        std::u16string_view text;
-    } rows[] = {
-        {2450, u"General Exception"},
-        {2459, u"Action has been canceled"},
-        {2464, u"Could not write data to file"},
-        {40000, u"File directory full"},
-        {40008, u"Memory full (open) or file won't fit (load)"},
-        {40014, u"Directory is not empty (or: One or more files are open or File is busy )"},
-        {40041,
-         u"A file reference number does not correspond to a fork opened with the FSOpenFork, "
-         u"PBOpenForkSync , or PBOpenForkAsync functions"},
-        {40066, u"Path is not relative"},
-        {40073, u"A Win32 System Error has occurred"},
-        {40079, u"Opening %1 in the application %2"},
-        {40092, u"Internal error. Could not lock."},
-        {40168, u"The specified shared memory was already created with another file size"},
-        {40207, u"Could not release event"},
-        {40255,
-         u"System error, contact your System Administrator: \"Error creating thread: permission denied\""},
-        {40270, u"Random generator already initialised"},
-    };
-    for (const auto& row : rows) EXPECT_EQ(Plain(GSimpleException(row.id).GetDescription()), row.text);
+    for (const std::string_view row :
+         {"2450 -> General Exception", "2459 -> Action has been canceled",
+          "2464 -> Could not write data to file", "40000 -> File directory full",
+          "40008 -> Memory full (open) or file won't fit (load)",
+          "40014 -> Directory is not empty (or: One or more files are open or File is busy )",
+          "40066 -> Path is not relative", "40073 -> A Win32 System Error has occurred",
+          "40079 -> Opening %1 in the application %2", "40092 -> Internal error. Could not lock.",
+          "40168 -> The specified shared memory was already created with another file size",
+          "40207 -> Could not release event",
+          "40255 -> System error, contact your System Administrator: \"Error creating thread: permission "
+          "denied\"",
+          "40270 -> Random generator already initialised"}) {
+        const auto [id, text] = CellsOf<2>(row);
+        const GSimpleException exception(std::atol(id.data()));
+        EXPECT_EQ(Plain(exception.GetDescription()), std::u16string(text.begin(), text.end()));
+    }
     const GString helped = GSimpleException(40091).GetDescription();
     EXPECT_EQ(helped.Find("Internal error. Files are not locked. "), 0);
     GString none;
@@ -104,12 +97,7 @@ TEST_F(GExceptionTest, HasTheMessagesOfAllPlatforms) {
 }
 
 TEST_F(GExceptionTest, EachClassHasItsNumberAndText) {
-    const struct {
-        const char* what;
-        std::shared_ptr<GException> exception;
-        long id;
-        std::u16string_view text;
-    } rows[] = {
+    const std::tuple<const char*, std::shared_ptr<GException>, long, std::u16string_view> rows[] = {
         {"general", std::make_shared<GException>(), 2450, u"General Exception"},
         {"simple", std::make_shared<GSimpleException>(40068), 40068, u"Invalid path"},
         {"abort", std::make_shared<GAbortException>(), 2459, u"Action has been canceled"},
@@ -122,13 +110,12 @@ TEST_F(GExceptionTest, EachClassHasItsNumberAndText) {
          u"Application A is not opened"},
         {"number and parameter", std::make_shared<GLngException>(40101, Text(u"B")), 40101,
          u"Could not determine process number for B"},
-        {"plain language string", std::make_shared<GLngException>(GLngString(Text(u"plain"))), 0, u"plain"},
-    };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.what);
-        EXPECT_EQ(row.exception->GetExceptionID(), row.id);
-        EXPECT_EQ(Plain(row.exception->GetDescription()), row.text);
-        EXPECT_EQ(Full(*row.exception), row.text) << "no location, no colon";
+        {"plain language string", std::make_shared<GLngException>(GLngString(Text(u"plain"))), 0, u"plain"}};
+    for (const auto& [what, exception, id, text] : rows) {
+        SCOPED_TRACE(what);
+        EXPECT_EQ(exception->GetExceptionID(), id);
+        EXPECT_EQ(Plain(exception->GetDescription()), text);
+        EXPECT_EQ(Full(*exception), text) << "no location, no colon";
     }
     const GMemoryException memory;
     EXPECT_STREQ(static_cast<const std::bad_alloc&>(memory).what(), "bad allocation");
@@ -356,21 +343,17 @@ TEST_F(GExceptionHandlerTest, TheDefaultHandlerReportsTheFullDescription) {
     GErrorReporter::SetInstance(new NotingReporter(note));
     const GExceptionLocation where(Text(u"here"));
     const GDefaultExceptionHandler handler;
-    const struct {
-        std::function<void()> thrower;
-        std::u16string_view reported;
-    } rows[] = {
+    const std::pair<std::function<void()>, std::u16string_view> rows[] = {
         {[] { throw GSimpleException(40068); }, u"here: Invalid path"},
         {[] { throw GMemoryException(); }, u"Out of memory"},
-        {[] { throw GCustomException(2450, Text(u"own")); }, u"here: own"},
-    };
-    for (const auto& row : rows) {
+        {[] { throw GCustomException(2450, Text(u"own")); }, u"here: own"}};
+    for (const auto& [thrower, reported] : rows) {
         try {
-            row.thrower();
+            thrower();
         } catch (...) {
             handler.Handle();
         }
-        EXPECT_EQ(std::exchange(note, {}), row.reported);
+        EXPECT_EQ(std::exchange(note, {}), reported);
     }
     EXPECT_EQ(Dispatch(GAbortException(), handler), "on");
     EXPECT_EQ(note, u"");

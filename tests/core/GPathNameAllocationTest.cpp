@@ -1,11 +1,11 @@
 // Counts what the linker leads past this file: all blocks of the framework's allocator.
 #include <gtest/gtest.h>
 
-#include <functional>
+#include <tuple>
 
 #include "framework/core/GAllocator.h"
 #include "framework/core/GPathName.h"
-#include "tests/core/TestText.h"
+#include "tests/core/TextForTests.h"
 
 namespace {
 
@@ -32,57 +32,44 @@ void* __wrap__ZN10GAllocator10ReallocateEPvmm(GAllocator* allocator, void* block
 
 TEST(GPathNameAllocation, TakesOneBlockAResult) {
     using Path = GPathName;
-    const struct {
-        const char* what;
-        std::function<void(Path&, const GString&)> use;
-        int most;
-    } rows[] = {
-        {"is copied", [](Path& path, const GString&) { Path copy(path); }, 1},
-        {"is built", [](Path&, const GString& text) { Path built(text); }, 1},
-        {"is assigned a text", [](Path& path, const GString& text) { path.SetPortablePath(text); }, 1},
-        {"from Win32", [](Path& path, const GString& text) { path.SetWin32PathString(text); }, 1},
-        {"from UNC", [](Path& path, const GString& text) { path.SetUNCPathString(text); }, 1},
-        {"from DI", [](Path& path, const GString& text) { path.SetDIPathString(text); }, 1},
-        {"from Mach-O", [](Path& path, const GString& text) { path.SetMachOPathString(text); }, 1},
-        {"from CFM", [](Path& path, const GString& text) { path.SetCFMPathString(text); }, 1},
-        {"to Win32", [](Path& path, const GString&) { path.GetWin32PathString(); }, 1},
-        {"to the system", [](Path& path, const GString&) { path.GetWin32APIPathString(); }, 1},
-        {"to UNC", [](Path& path, const GString&) { path.GetUNCPathString(); }, 1},
-        {"to DI", [](Path& path, const GString&) { path.GetDIPathString(); }, 1},
-        {"to URL", [](Path& path, const GString&) { path.GetURLPathString(); }, 1},
-        {"to Mach-O", [](Path& path, const GString&) { path.GetMachOPathString(); }, 1},
-        {"to CFM", [](Path& path, const GString&) { path.GetCFMPathString(); }, 1},
-        {"is appended to", [](Path& path, const GString& text) { path.Append(text); }, 1},
-        {"is combined", [](Path& path, const GString&) { path / Path::cEmptyPathName; }, 1},
-        {"gets a leaf", [](Path& path, const GString& text) { path.ReplaceLeaf(text); }, 1},
-        {"gets a name", [](Path& path, const GString& text) { path.ReplaceLeafWithoutExtension(text); }, 1},
-        {"gets an extension", [](Path& path, const GString& text) { path.ReplaceExtension(text); }, 1},
-        {"is normalised", [](Path& path, const GString&) { path.Normalize(); }, 1},
-        {"branch", [](Path& path, const GString&) { path.GetBranch(); }, 1},
-        {"leaf", [](Path& path, const GString&) { path.GetLeaf(); }, 1},
-        {"extension", [](Path& path, const GString&) { path.GetExtension(); }, 1},
-        {"root path", [](Path& path, const GString&) { path.GetRootPath(); }, 1},
-        {"relative path", [](Path& path, const GString&) { path.GetRelativePath(); }, 1},
-        {"partial path", [](Path& path, const GString&) { path.GetPartialPath(2); }, 1},
-        {"is compared", [](Path& path, const GString&) { EXPECT_TRUE(path == path); }, 0},
-        {"is hashed", [](Path& path, const GString&) { path.GetHash(); }, 0},
-        {"starts with", [](Path& path, const GString&) { path.StartsWith(path); }, 0},
-        {"is counted", [](Path& path, const GString&) { path.GetNumberOfComponents(); }, 0},
-    };
+    void (Path::*const setters[])(const GString&) = {
+        &Path::SetPortablePath, &Path::SetWin32PathString, &Path::SetUNCPathString,
+        &Path::SetDIPathString, &Path::SetMachOPathString, &Path::SetCFMPathString,
+        &Path::Append,          &Path::ReplaceLeaf,        &Path::ReplaceLeafWithoutExtension,
+        &Path::ReplaceExtension};
+    GString (Path::*const getters[])() const = {&Path::GetWin32PathString, &Path::GetWin32APIPathString,
+                                                &Path::GetUNCPathString,   &Path::GetDIPathString,
+                                                &Path::GetURLPathString,   &Path::GetMachOPathString,
+                                                &Path::GetCFMPathString,   &Path::GetLeaf,
+                                                &Path::GetExtension};
+    GPathName (Path::*const parts[])() const = {&Path::GetBranch, &Path::GetRootPath, &Path::GetRelativePath};
     const std::u16string longPath = u"//srv/" + std::u16string(300, u'x') + u"/y.z";
     for (const std::u16string_view path : std::initializer_list<std::u16string_view>{
              u"C:/dir/File.txt", u"//srv/share/x", u"../a b/c", u"/Volumes/Data/x", u"\u00C4/\u00F6.x",
              u"name", u"", longPath}) {
         for (const GString& text : {GString("C:\\dir\\b.c"), Text(u"\u00E9/x"), Text(path)}) {
-            for (const auto& row : rows) {
-                SCOPED_TRACE(Readable(path) + " " + row.what + ", " + Readable(Plain(GString(text))));
+            SCOPED_TRACE(Readable(path) + ", " + Readable(Plain(GString(text))));
+            const auto expectAtMost = [&](int most, const auto& use) {
                 GPathName used(GString("xxx"));
                 used.SetPortablePath(Text(path));
                 const GString fresh(text);
                 sBlockCount = 0;
-                row.use(used, fresh);
-                EXPECT_LE(sBlockCount, row.most);
-            }
+                use(used, fresh);
+                EXPECT_LE(sBlockCount, most);
+            };
+            for (const auto set : setters)
+                expectAtMost(1, [&](Path& used, const GString& fresh) { (used.*set)(fresh); });
+            for (const auto get : getters)
+                expectAtMost(1, [&](Path& used, const GString&) { (used.*get)(); });
+            for (const auto get : parts) expectAtMost(1, [&](Path& used, const GString&) { (used.*get)(); });
+            expectAtMost(1, [](Path& used, const GString&) { Path copy(used); });
+            expectAtMost(1, [](Path&, const GString& fresh) { Path built(fresh); });
+            expectAtMost(1, [](Path& used, const GString&) { used / Path::cEmptyPathName; });
+            expectAtMost(1, [](Path& used, const GString&) { used.Normalize(); });
+            expectAtMost(1, [](Path& used, const GString&) { used.GetPartialPath(2); });
+            expectAtMost(0, [](Path& used, const GString&) { EXPECT_TRUE(used == used); });
+            expectAtMost(0, [](Path& used, const GString&) { used.GetHash(), used.GetNumberOfComponents(); });
+            expectAtMost(0, [](Path& used, const GString&) { used.StartsWith(used); });
         }
     }
 }

@@ -1,11 +1,11 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <tuple>
 
 #include "framework/core/GException.h"
 #include "framework/core/GPathName.h"
-#include "tests/core/TableRow.h"
-#include "tests/core/TestText.h"
+#include "tests/core/TextForTests.h"
 
 namespace {
 
@@ -79,21 +79,17 @@ TEST(GPathNameConversions, HoldsTheNativeFormToBeWin32) {
 }
 
 TEST(GPathNameConversions, GivesTheSystemLongPathsLiterally) {
-    const struct {
-        const char* what;
-        std::u16string portable, api;
-    } rows[] = {
+    const std::tuple<const char*, std::u16string, std::u16string> rows[] = {
         {"none", u"", u"."},
         {"a short one", u"C:/x/y", u"C:\\x\\y"},
         {"the longest plain one", u"C:/" + Repeated(u'x', 243), u"C:\\" + Repeated(u'x', 243)},
         {"the shortest long one", u"C:/" + Repeated(u'x', 244), u"\\\\?\\C:\\" + Repeated(u'x', 244)},
         {"the longest plain share", u"//s/" + Repeated(u'x', 242), u"\\\\s\\" + Repeated(u'x', 242)},
         {"the shortest long share", u"//s/" + Repeated(u'x', 243), u"\\\\?\\UNC\\s\\" + Repeated(u'x', 243)},
-        {"a long share", u"//srv/s/" + Repeated(u'y', 292), u"\\\\?\\UNC\\srv\\s\\" + Repeated(u'y', 292)},
-    };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.what);
-        EXPECT_EQ(Plain(Path(row.portable).GetWin32APIPathString()), row.api);
+        {"a long share", u"//srv/s/" + Repeated(u'y', 292), u"\\\\?\\UNC\\srv\\s\\" + Repeated(u'y', 292)}};
+    for (const auto& [what, portable, api] : rows) {
+        SCOPED_TRACE(what);
+        EXPECT_EQ(Plain(Path(portable).GetWin32APIPathString()), api);
     }
 }
 

@@ -5,8 +5,7 @@
 #include <string>
 
 #include "framework/core/GException.h"
-#include "tests/core/TableRow.h"
-#include "tests/core/TestText.h"
+#include "tests/core/TextForTests.h"
 
 namespace {
 

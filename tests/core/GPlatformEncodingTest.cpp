@@ -13,8 +13,7 @@ TEST(GShiftJISEncoding, ConvertsJapanese) {
         {"ASCII", "abc\r\n", u"abc\r\n"},
         {"hiragana and kanji", "\x82\xA0\x8A\xBF\x8E\x9A", u"\u3042\u6F22\u5B57"},
         {"half-width katakana", "\xB1\xDD", u"\uFF71\uFF9D"},
-        {"a second byte that is a backslash", "\x95\x5C\x8E\xA6", u"\u8868\u793A"},
-    };
+        {"a second byte that is a backslash", "\x95\x5C\x8E\xA6", u"\u8868\u793A"}};
     for (const auto& [what, bytes, units] : rows) {
         EXPECT_EQ(Read(ShiftJIS(), bytes), (Conversion{units, 1})) << what;
         EXPECT_EQ(Write(ShiftJIS(), units), (Written{bytes, 1})) << what;

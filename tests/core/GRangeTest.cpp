@@ -30,8 +30,7 @@ TEST(GRange, Intersections) {
         {"one number in common", {0, 5}, {5, 9}, {5, 5}},
         {"one within the other", {0, 9}, {3, 4}, {3, 4}},
         {"the same", {2, 3}, {2, 3}, {2, 3}},
-        {"with an empty one inside", {0, 9}, {5, 4}, {}},
-    };
+        {"with an empty one inside", {0, 9}, {5, 4}, {}}};
     for (const auto& [what, a, b, common] : rows) {
         SCOPED_TRACE(what);
         EXPECT_TRUE(a.GetIntersection(b) == common && b.GetIntersection(a) == common);

@@ -10,26 +10,20 @@
 namespace {
 
 TEST(GRegEx, MatchesWholeTexts) {
-    const std::tuple<const char*, const char16_t*, const char16_t*, bool> rows[] = {
-        {"a part only", u"abc", u"abcd", false},
-        {"nothing", u"", u"", true},
-        {"case", u"abc", u"aBc", false},
-        {"case ignored beyond ASCII", u"(?i)\u00E4\u0436", u"\u00C4\u0416", true},
-        {"case ignored in a range", u"(?i)[\u0430-\u044F]+", u"\u0416\u0410", true},
-        {"a range goes by code", u"[a-z]", u"\u00E9", false},
-        {"a word character beyond ASCII", u"\\w+", u"Gr\u00FC\u00DFe_1", true},
-        {"punctuation is no word character", u"\\w", u"-", false},
-        {"a digit of another script", u"\\d", u"\u0661", true},
-        {"white space", u"\\s+", u" \t\r\n\u00A0\u3000", true},
-        {"no white space", u"\\S", u" ", false},
-        {"named classes", u"[[:upper:]][[:lower:]][[:digit:]][[:punct:]][[:xdigit:]]", u"Ab1!f", true},
-        {"a code in hexadecimal digits", u"\\x{20AC}", u"\u20AC", true},
-        {"a surrogate pair is two characters", u"..", u"\xD83D\xDE00", true},
-        {"a back reference", u"(a+)-\\1", u"aa-aa", true},
-        {"alternatives and counts", u"(cat|dog){2}s?", u"catdogs", true},
-    };
-    for (const auto& [what, expression, text, matches] : rows)
-        EXPECT_EQ(GRegEx(StringOf(expression)).Matches(StringOf(text)), matches) << what;
+    // Case and classes know more than ASCII, ranges go by code, a surrogate pair is two characters.
+    for (const std::u16string_view row :
+         {u" -> ", u"(?i)\u00E4\u0436 -> \u00C4\u0416", u"(?i)[\u0430-\u044F]+ -> \u0416\u0410",
+          u"\\w+ -> Gr\u00FC\u00DFe_1", u"\\d -> \u0661", u"\\s+ ->  \t\r\n\u00A0\u3000",
+          u"[[:upper:]][[:lower:]][[:digit:]][[:punct:]][[:xdigit:]] -> Ab1!f", u"\\x{20AC} -> \u20AC",
+          u".. -> \xD83D\xDE00", u"(a+)-\\1 -> aa-aa", u"(cat|dog){2}s? -> catdogs"}) {
+        const auto [expression, text] = CellsOf<2>(row);
+        EXPECT_TRUE(GRegEx(Text(expression)).Matches(Text(text))) << Readable(row);
+    }
+    for (const std::u16string_view row :
+         {u"abc -> abcd", u"abc -> aBc", u"[a-z] -> \u00E9", u"\\w -> -", u"\\S ->  "}) {
+        const auto [expression, text] = CellsOf<2>(row);
+        EXPECT_FALSE(GRegEx(Text(expression)).Matches(Text(text))) << Readable(row);
+    }
     EXPECT_TRUE(GRegEx(GString("abc"), true).Matches(GString("aBc")));
 }
 
@@ -45,8 +39,7 @@ TEST(GRegEx, FindsTheFirstMatchFromAPositionOn) {
         {"what stands before counts for a word's start", "\\bcat", "concat", 3, none},
         {"and for the text's", "\\Aa", "aa", 1, none},
         {"inside a word", "cat", "concat", 3, {3, 5}},
-        {"nothing, at a position", "x*", "ab", 1, {1, 0}},
-    };
+        {"nothing, at a position", "x*", "ab", 1, {1, 0}}};
     for (const auto& [what, expression, text, start, expected] : rows) {
         SCOPED_TRACE(what);
         GRange match = none;
@@ -76,17 +69,13 @@ TEST(GRegEx, GivesTheTextsOfGroups) {
 }
 
 TEST(GRegEx, ReplacesAllMatches) {
-    const std::tuple<const char*, const char*, const char*, const char*, const char*> rows[] = {
-        {"every match", "b", "abcb", "-", "a-c-"},
-        {"removal", "[aeiou]", "education", "", "dctn"},
-        {"groups", "(\\w+) (\\w+)", "one two", "$2 $1", "two one"},
-        {"groups with a backslash", "(a)(b)", "ab", "\\2\\1", "ba"},
-        {"the match", "b+", "abbc", "<$&>", "a<bb>c"},
-        {"a match of nothing", "x*", "ab", "-", "-a-b-"},
-    };
-    for (const auto& [what, expression, text, with, result] : rows)
-        EXPECT_TRUE(GRegEx(GString(expression)).Replace(GString(text), GString(with)) == GString(result))
-            << what;
+    for (const std::u16string_view row :
+         {u"b -> abcb -> - -> a-c-", u"[aeiou] -> education ->  -> dctn",
+          u"(\\w+) (\\w+) -> one two -> $2 $1 -> two one", u"(a)(b) -> ab -> \\2\\1 -> ba",
+          u"b+ -> abbc -> <$&> -> a<bb>c", u"x* -> ab -> - -> -a-b-"}) {
+        const auto [expression, text, with, result] = CellsOf<4>(row);
+        EXPECT_EQ(Plain(GRegEx(Text(expression)).Replace(Text(text), Text(with))), result) << Readable(row);
+    }
 }
 
 TEST(GRegEx, RefusesWhatIsMalformedOrTooDeepAndGivesUpWhatWouldTakeForEver) {

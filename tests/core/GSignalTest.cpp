@@ -63,24 +63,19 @@ TEST_F(GSignalTest, ASecondSubscriptionIsTheSame) {
 }
 
 TEST_F(GSignalTest, ReceiversComeAndGoWhileItIsDelivered) {
-    const struct {
-        const char* what;
-        std::function<void()> reaction;  // of the second receiver
-        std::vector<int> now, next;
-    } rows[] = {
+    const std::tuple<const char*, std::function<void()>, std::vector<int>, std::vector<int>> rows[] = {
         {"the one itself goes", [&] { mSignal.Unsubscribe(mSecond); }, {1, 2, 3}, {1, 3}},
         {"the next one goes", [&] { mSignal.Unsubscribe(mThird); }, {1, 2}, {1, 2}},
         {"the one before goes", [&] { mSignal.Unsubscribe(mFirst); }, {1, 2, 3}, {2, 3}},
-        {"a new one comes", [&] { mSignal.Subscribe(mFourth); }, {1, 2, 3, 4}, {1, 2, 3, 4}},
-    };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.what);
+        {"a new one comes", [&] { mSignal.Subscribe(mFourth); }, {1, 2, 3, 4}, {1, 2, 3, 4}}};
+    for (const auto& [what, reaction, now, next] : rows) {
+        SCOPED_TRACE(what);
         for (Recorder* receiver : {&mFirst, &mSecond, &mThird, &mFourth}) mSignal.Unsubscribe(*receiver);
         for (Recorder* receiver : {&mFirst, &mSecond, &mThird}) mSignal.Subscribe(*receiver);
-        mSecond.mReaction = row.reaction;
-        EXPECT_EQ(Fire(), row.now);
+        mSecond.mReaction = reaction;
+        EXPECT_EQ(Fire(), now);
         mSecond.mReaction = nullptr;
-        EXPECT_EQ(Fire(), row.next);
+        EXPECT_EQ(Fire(), next);
     }
 }
 

@@ -1,16 +1,9 @@
 #include "framework/core/GStringPool.h"
 
-#include <gtest/gtest.h>
-
 #include <tuple>
 
 #include "framework/core/GLngString.h"
-#include "framework/core/GMacRomanEncoding.h"
-#include "framework/core/GShiftJISEncoding.h"
-#include "framework/core/GUTF8Encoding.h"
-#include "framework/core/GUnicodeEncoding.h"
-#include "framework/core/GWinAnsiEncoding.h"
-#include "tests/core/TestText.h"
+#include "tests/core/EncodingForTests.h"
 
 namespace {
 
@@ -52,8 +45,7 @@ TEST_F(GStringPoolTest, FindsTextsByNumberInTheCurrentLanguageOrEnglish) {
         {"deDE", 70000001, u"%1 l\u00F6schen f\u00FCr 5 \u20AC"},
         {"deDE", 70000003, u"%2 hat %1"},
         {"deDE", 70000002, u"Launch"},
-        {"jaJP", 70000001, u"Delete %1"},
-    };
+        {"jaJP", 70000001, u"Delete %1"}};
     for (const auto& [language, id, text] : rows) {
         GStringPoolSupport::SetCurrentLanguage(language);
         EXPECT_EQ(Pooled(id), text) << language << id;
@@ -85,16 +77,15 @@ TEST_F(GStringPoolTest, AsksTheLatestRegistrationFirstAndKnowsTheSameRowsOnce) {
 TEST_F(GStringPoolTest, ReadsEachPoolInItsEncoding) {
     alignas(2) static constexpr char cUTF16[] = "\x42\x30\x44\x30\0\0";
     const std::tuple<const char*, const GEncoding*, const char*, std::u16string> rows[] = {
-        {"WinAnsiEncoding", GWinAnsiEncoding::GetInstance(), "\x80\xE4", u"\u20AC\u00E4"},
-        {"MacRomanEncoding", GMacRomanEncoding::GetInstance(), "\x8A", u"\u00E4"},
-        {"UTF8Encoding", GUTF8Encoding::GetInstance(), "\xE2\x82\xAC", u"\u20AC"},
-        {"UnicodeEncoding", GUnicodeEncoding::GetInstance(), cUTF16, u"\u3042\u3044"},
-        {"ShiftJISEncoding", GShiftJISEncoding::GetInstance(), "\x82\xA0", u"\u3042"},
+        {"WinAnsiEncoding", WinAnsi(), "\x80\xE4", u"\u20AC\u00E4"},
+        {"MacRomanEncoding", MacRoman(), "\x8A", u"\u00E4"},
+        {"UTF8Encoding", UTF8(), "\xE2\x82\xAC", u"\u20AC"},
+        {"UnicodeEncoding", Unicode(), cUTF16, u"\u3042\u3044"},
+        {"ShiftJISEncoding", ShiftJIS(), "\x82\xA0", u"\u3042"},
         {"UTF-8Encoding", nullptr, "plain", u"plain"},
         {"ASCIIEncoding", nullptr, "plain", u"plain"},
         {"winansiencoding", nullptr, "plain\x80", u"plain@"},
-        {"", nullptr, "plain", u"plain"},
-    };
+        {"", nullptr, "plain", u"plain"}};
     for (const auto& [name, encoding, bytes, expected] : rows) {
         SCOPED_TRACE(name);
         EXPECT_EQ(GStringPoolSupport::GetEncoding(name), encoding);
@@ -115,8 +106,7 @@ TEST_F(GStringPoolTest, FindsInRowsOfAnyOrder) {
         {"the first of equal ones", cDouble, 3, 1, "one"},
         {"a row without a text", cDouble, 3, 2, "before"},
         {"no rows", nullptr, 5, 1, "before"},
-        {"a negative count", cDouble, -1, 1, "before"},
-    };
+        {"a negative count", cDouble, -1, 1, "before"}};
     for (const auto& [what, pooled, count, id, expected] : rows) {
         SCOPED_TRACE(what);
         GString text("before");
@@ -134,8 +124,7 @@ TEST_F(GLngStringTest, IsReadInTheLanguageOfTheMomentWithWhatItWasGiven) {
         {GLngString(70000003).AddParam(two), u"%2 of %2", u"%2 hat %2"},
         {GLngString(70000003).AddParam(two).AddParam(Text(u"x")), u"%2 of x", u"x hat %2"},
         {GLngString(Text(u"plain %1")).AddParam(Text(u"p")), u"plain p", u"plain p"},
-        {GLngString(Text(u"plain %1")), u"plain %1", u"plain %1"},
-    };
+        {GLngString(Text(u"plain %1")), u"plain %1", u"plain %1"}};
     for (const auto& [text, english, german] : rows) {
         GStringPoolSupport::SetCurrentLanguage("enUS");
         EXPECT_EQ(Read(text), english);

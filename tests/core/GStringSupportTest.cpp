@@ -1,15 +1,9 @@
 #include "framework/core/GStringSupport.h"
 
-#include <gtest/gtest.h>
-
 #include <random>
 #include <tuple>
 
-#include "framework/core/GASCIIEncoding.h"
-#include "framework/core/GMacRomanEncoding.h"
-#include "framework/core/GUTF8Encoding.h"
-#include "framework/core/GWinAnsiEncoding.h"
-#include "tests/core/TextForTests.h"
+#include "tests/core/EncodingForTests.h"
 
 namespace {
 
@@ -18,9 +12,9 @@ using namespace std::string_view_literals;
 
 using Units = std::vector<std::u16string>;
 
-Units UnitsOf(const GTable<GString>& texts) {
+Units Plain(const GTable<GString>& texts) {
     Units result;
-    for (const GString& text : texts) result.push_back(UnitsOf(text));
+    for (const GString& text : texts) result.push_back(Plain(text));
     return result;
 }
 
@@ -40,31 +34,27 @@ bool ReferenceLess(const GString& a, const GString& b) {
 }
 
 TEST(GStringSupport, NaturalOrder) {
-    const std::tuple<const char*, const char16_t*, const char16_t*, bool> rows[] = {
-        {"numbers by value in the middle", u"page 9 of 10", u"page 10 of 2", true},
-        {"leading zeros do not count", u"a007b", u"a7c", true},
-        {"a number before a letter behind it", u"7", u"7a", true},
-        {"a digit against a letter", u"a1", u"ab", true},
-        {"a digit against the end", u"a", u"a1", true},
-        {"the byte order of the rest", u"1\u0100", u"1\u00FF", true},
-        {"numbers up to the largest", u"n2147483646", u"n2147483647", true},
-        {"digits of other scripts are letters", u"9", u"\u0661", true},
-        {"prefix longer than a vector", u"abcdefghijklmnopqrst 9", u"abcdefghijklmnopqrst 10", true},
-        {"nothing", u"", u"", false},
-        {"nothing but leading zeros", u"a007", u"a7", false},
-        {"numbers beyond 32 bits count as the largest", u"n2147483647", u"n99999999999999999999", false},
-    };
-    for (const auto& [what, a, b, isLess] : rows) {
-        SCOPED_TRACE(what);
-        EXPECT_EQ(GStringSupport::IsLessThanAlphanumeric(StringOf(a), StringOf(b)), isLess);
-        EXPECT_FALSE(GStringSupport::IsLessThanAlphanumeric(StringOf(b), StringOf(a)));
+    // By value, leading zeros do not count, other digits are letters, rests by their low bytes first.
+    for (const std::u16string_view row :
+         {u"page 9 of 10 -> page 10 of 2", u"a007b -> a7c", u"7 -> 7a", u"a1 -> ab", u"a -> a1",
+          u"1\u0100 -> 1\u00FF", u"n2147483646 -> n2147483647", u"9 -> \u0661",
+          u"abcdefghijklmnopqrst 9 -> abcdefghijklmnopqrst 10"}) {
+        const auto [less, more] = CellsOf<2>(row);
+        EXPECT_TRUE(GStringSupport::IsLessThanAlphanumeric(Text(less), Text(more))) << Readable(row);
+        EXPECT_FALSE(GStringSupport::IsLessThanAlphanumeric(Text(more), Text(less))) << Readable(row);
+    }
+    // Numbers beyond 32 bits count as the largest.
+    for (const std::u16string_view row : {u"", u"a007 -> a7", u"n2147483647 -> n99999999999999999999"}) {
+        const auto [a, b] = CellsOf<2>(row);
+        EXPECT_FALSE(GStringSupport::IsLessThanAlphanumeric(Text(a), Text(b))) << Readable(row);
+        EXPECT_FALSE(GStringSupport::IsLessThanAlphanumeric(Text(b), Text(a))) << Readable(row);
     }
 }
 
 TEST(GStringSupport, NaturalOrderOfAMillionNumbersNeedsNoDeepStack) {
     std::u16string text;
     for (int i = 0; i < 1000000; ++i) text += u"7.";
-    EXPECT_TRUE(GStringSupport::IsLessThanAlphanumeric(StringOf(text + u"9"), StringOf(text + u"10")));
+    EXPECT_TRUE(GStringSupport::IsLessThanAlphanumeric(Text(text + u"9"), Text(text + u"10")));
 }
 
 TEST(GStringSupport, NaturalOrderAgreesWithItsDefinition) {
@@ -73,29 +63,24 @@ TEST(GStringSupport, NaturalOrderAgreesWithItsDefinition) {
     const auto make = [&] {
         std::u16string text(random() % 4 * (random() % 7), u'p');
         for (std::size_t i = random() % 8; i > 0; --i) text += units[random() % units.size()];
-        return StringOf(text);
+        return Text(text);
     };
     for (int i = 0; i < 50000; ++i) {
         const GString a = make();
         const GString b = make();
         ASSERT_EQ(GStringSupport::IsLessThanAlphanumeric(a, b), ReferenceLess(a, b))
-            << testing::PrintToString(UnitsOf(a)) << testing::PrintToString(UnitsOf(b));
+            << testing::PrintToString(Plain(a)) << testing::PrintToString(Plain(b));
     }
 }
 
 TEST(GStringSupport, ComparesForTheUserAndIgnoringCase) {
     const std::tuple<GString, GString, long, long> rows[] = {
-        {GString("abc"), StringOf(u"abc"), 0, 0},
-        {GString("abc"), StringOf(u"abd"), -1, -1},
-        {GString("abd"), GString("abc"), 1, 1},
-        {GString("ab"), GString("abc"), -1, -1},
-        {GString("ABC"), StringOf(u"abc"), 2, 0},
-        {StringOf(u"\u00C4\u0416"), StringOf(u"\u00E4\u0436"), 2, 0},
-        {GString(), GString(""), 0, 0},
-        {GString(), GString("a"), -1, -1},
-    };
+        {GString("abc"), Text(u"abc"), 0, 0},   {GString("abc"), Text(u"abd"), -1, -1},
+        {GString("abd"), GString("abc"), 1, 1}, {GString("ab"), GString("abc"), -1, -1},
+        {GString("ABC"), Text(u"abc"), 2, 0},   {Text(u"\u00C4\u0416"), Text(u"\u00E4\u0436"), 2, 0},
+        {GString(), GString(""), 0, 0},         {GString(), GString("a"), -1, -1}};
     for (const auto& [a, b, order, ignoringCase] : rows) {
-        SCOPED_TRACE(testing::PrintToString(UnitsOf(a)));
+        SCOPED_TRACE(testing::PrintToString(Plain(a)));
         // How the cases of a letter are ordered is the user's.
         const long userOrder = GStringSupport::Compare(a, b, true);
         EXPECT_TRUE(order == 2 ? userOrder != 0 : userOrder == order);
@@ -105,70 +90,42 @@ TEST(GStringSupport, ComparesForTheUserAndIgnoringCase) {
 }
 
 TEST(GStringSupport, IncreasesNumericSuffixes) {
-    const std::tuple<const char*, unsigned long, const char*> rows[] = {
-        {"Report", 0, "Report (2)"},
-        {"Report (2)", 0, "Report (3)"},
-        {"Report (9)", 0, "Report (10)"},
-        {"Report (9)", 8, "Repo(10)"},
-        {"Report (9)", 10, "Report(10)"},
-        {"Report (x)", 0, "Report (x) (2)"},
-        {"Report (02)", 0, "Report (02) (2)"},
-        {"Report ()", 0, "Report () (2)"},
-        {"Report ((2)", 0, "Report ((3)"},
-        {"(2)", 0, "(2) (2)"},
-        {"a(2)", 0, "a(3)"},
-        {"", 0, " (2)"},
-        {"Report", 9, "Repor (2)"},
-        {"Report", 3, " (2)"},
-        {"Report (2147483647)", 0, "Report (2147483648)"},
-        {"a", 0xFFFFFFFF, "a (2)"},
-        {"Report (9223372036854775807)", 0, "Report (9223372036854775807) (2)"}};
-    for (const auto& [before, maxLength, after] : rows) {
-        SCOPED_TRACE(before);
-        GString text(before);
-        GStringSupport::IncreaseNumericSuffix(text, maxLength);
-        EXPECT_EQ(UnitsOf(text), UnitsOf(GString(after)));
-    }
-}
-
-TEST(GStringSupport, WhiteSpaceIsExactlySixUnits) {
-    for (int unit = 0; unit < 0x10000; ++unit) {
-        const bool expected = unit == 8 || unit == 9 || unit == 10 || unit == 11 || unit == 13 || unit == 32;
-        ASSERT_EQ(GStringSupport::IsWhiteSpace(static_cast<unsigned short>(unit)), expected) << unit;
-        ASSERT_TRUE(unit > 255 || GStringSupport::IsWhiteSpace(static_cast<unsigned char>(unit)) == expected)
-            << unit;
-    }
+    const auto expect = [](unsigned long maxLength, std::initializer_list<std::string_view> rows) {
+        for (const std::string_view row : rows) {
+            const auto [before, after] = CellsOf<2>(row);
+            GString text(std::string(before).c_str());
+            GStringSupport::IncreaseNumericSuffix(text, maxLength);
+            EXPECT_EQ(Plain(text), std::u16string(after.begin(), after.end())) << row;
+        }
+    };
+    expect(0, {"Report -> Report (2)", "Report (2) -> Report (3)", "Report (9) -> Report (10)",
+               "Report (x) -> Report (x) (2)", "Report (02) -> Report (02) (2)", "Report () -> Report () (2)",
+               "Report ((2) -> Report ((3)", "(2) -> (2) (2)", "a(2) -> a(3)", " ->  (2)",
+               "Report (2147483647) -> Report (2147483648)",
+               "Report (9223372036854775807) -> Report (9223372036854775807) (2)"});
+    expect(3, {"Report ->  (2)"});
+    expect(8, {"Report (9) -> Repo(10)"});
+    expect(9, {"Report -> Repor (2)"});
+    expect(10, {"Report (9) -> Report(10)"});
+    expect(0xFFFFFFFF, {"a -> a (2)"});
 }
 
 TEST(GStringSupport, StripsWhiteSpace) {
-    const std::tuple<const char16_t*, const char16_t*, const char16_t*> rows[] = {
-        {u" \t\b\v\r\na b \n", u"a b \n", u" \t\b\v\r\na b"},
-        {u"\f a", u"\f a", u"\f a"},
-        {u"\u00A0a", u"\u00A0a", u"\u00A0a"},
-        {u"a", u"a", u"a"},
-        {u"  ", u"", u""},
-        {u"", u"", u""}};
-    for (const auto& [before, leading, trailing] : rows) {
-        GString text = StringOf(before);
-        EXPECT_EQ(&GStringSupport::StripLeadingWhiteSpace(text), &text);
-        EXPECT_EQ(UnitsOf(text), leading);
-        text = StringOf(before);
-        EXPECT_EQ(&GStringSupport::StripTrailingWhiteSpace(text), &text);
-        EXPECT_EQ(UnitsOf(text), trailing);
+    for (const std::u16string_view row : {u" \t\b\v\r\na b \n|a b \n| \t\b\v\r\na b", u"\f a|\f a|\f a",
+                                          u"\u00A0a|\u00A0a|\u00A0a", u"  ", u""}) {
+        const auto [before, leading, trailing] = CellsOf<3>(row, u"|");
+        GString text = Text(before);
+        EXPECT_EQ(Plain(GStringSupport::StripLeadingWhiteSpace(text)), leading);
+        text = Text(before);
+        EXPECT_EQ(Plain(GStringSupport::StripTrailingWhiteSpace(text)), trailing);
     }
 }
 
+// What is escaped is the buffer's.
 TEST(GStringSupport, EscapesAndQuotes) {
-    const GString before("\r\n\r\n\r\tC:\\ \"it's\"");
-    GString text(before);
-    GStringSupport::ReplaceSpecialChars(text);
-    EXPECT_TRUE(text == GString("\\n\\n\\n\\tC:\\\\ \\\"it's\\\""));
-    text = before;
+    GString text("\r\n\tC:\\ \"it's\"");
     GStringSupport::QuoteString(text);
-    EXPECT_TRUE(text == GString("\"\\n\\n\\n\\tC:\\\\ \\\"it's\\\"\""));
-    text = GString();
-    GStringSupport::QuoteString(text);
-    EXPECT_TRUE(text == GString("\"\""));
+    EXPECT_TRUE(text == GString("\"\\n\\tC:\\\\ \\\"it's\\\"\""));
     text.Set("a\r\nb\n\rc\nd");
     GStringSupport::ReplaceSpecialEndCharsWithDefaultChar(text);
     EXPECT_TRUE(text == GString("a@b@c@d"));
@@ -182,19 +139,19 @@ TEST(GStringSupport, SplitsAtWholeSeparators) {
         {"a, b,c", GString(", "), {u"a", u"b,c"}, {u"a", u"b,c"}},
         {"aaa", GString("aa"), {u"a"}, {u"", u"a"}},
         {"abc", GString(""), {u"abc"}, {u"abc"}},
-        {"abc", GString::FromUTF8("\xFF"), {u"abc"}, {u"abc"}},  // bytes, but no text
+        {"abc", GString::FromUTF8("\xFF"), {u"abc"}, {u"abc"}}  // bytes, but no text
     };
     for (const auto& [text, separator, dropped, kept] : rows) {
         SCOPED_TRACE(text);
         GTable<GString> out{GString("old")};
         GStringSupport::SeparatedStringToStringTable(GString(text), separator, out, false);
-        EXPECT_EQ(UnitsOf(out), dropped);
+        EXPECT_EQ(Plain(out), dropped);
         GStringSupport::SeparatedStringToStringTable(GString(text), separator, out, true);
-        EXPECT_EQ(UnitsOf(out), kept);
+        EXPECT_EQ(Plain(out), kept);
     }
     GTable<GString> own{GString("a;b")};
     GStringSupport::SeparatedStringToStringTable(own[0], GString(";"), own, true);
-    EXPECT_EQ(UnitsOf(own), (Units{u"a", u"b"})) << "the text may stand in the table";
+    EXPECT_EQ(Plain(own), (Units{u"a", u"b"})) << "the text may stand in the table";
 }
 
 TEST(GStringSupport, JoinsWithSeparatorsAndReplacesInOrder) {
@@ -209,10 +166,7 @@ TEST(GStringSupport, JoinsWithSeparatorsAndReplacesInOrder) {
 }
 
 TEST(GStringSupport, ChoosesAnEncoding) {
-    const GEncoding* ascii = GASCIIEncoding::GetInstance();
-    const GEncoding* winAnsi = GWinAnsiEncoding::GetInstance();
-    const GEncoding* macRoman = GMacRomanEncoding::GetInstance();
-    const GEncoding* utf8 = GUTF8Encoding::GetInstance();
+    const GEncoding *ascii = ASCII(), *winAnsi = WinAnsi(), *macRoman = MacRoman(), *utf8 = UTF8();
     const GTable<const GEncoding*> forText{ascii, winAnsi}, forBytes{ascii, utf8, winAnsi, macRoman};
     const GTable<const GEncoding*> apple{nullptr, macRoman, winAnsi}, plain{ascii}, none;
     const std::tuple<GTable<const GEncoding*>, const char16_t*, const char*, const GEncoding*> texts[] = {
@@ -221,13 +175,12 @@ TEST(GStringSupport, ChoosesAnEncoding) {
         {forText, u"\u4E00", "\xE4\xB8\x80", utf8},
         {apple, u"\u00E4", "\x8A", macRoman},
         {plain, u"\u00E4", "\xC3\xA4", utf8},
-        {none, u"a", "a", utf8},
-    };
+        {none, u"a", "a", utf8}};
     for (const auto& [candidates, text, bytes, encoding] : texts) {
         GBuffer out;
-        EXPECT_EQ(GStringSupport::GetBuffer(StringOf(text), out, candidates), encoding) << bytes;
+        EXPECT_EQ(GStringSupport::GetBuffer(Text(text), out, candidates), encoding) << bytes;
         EXPECT_EQ(out, bytes);
-        EXPECT_TRUE(!(candidates == forText) || GStringSupport::GetBuffer(StringOf(text), out) == encoding);
+        EXPECT_TRUE(!(candidates == forText) || GStringSupport::GetBuffer(Text(text), out) == encoding);
     }
     const std::tuple<GTable<const GEncoding*>, const char*, const char16_t*, const GEncoding*> buffers[] = {
         {forBytes, "", u"", ascii},
@@ -237,13 +190,12 @@ TEST(GStringSupport, ChoosesAnEncoding) {
         {forBytes, "\xE4\x81", u"\u2030\u00C5", macRoman},  // a code that WinAnsi lacks
         {forBytes, "\x81\xF0", u"\u00C5@", macRoman},       // none fits: the last
         {apple, "\xE4", u"\u2030", macRoman},
-        {none, "abc", u"", nullptr},
-    };
+        {none, "abc", u"", nullptr}};
     for (const auto& [candidates, bytes, units, encoding] : buffers) {
         GString text("old");
         EXPECT_EQ(GStringSupport::AssignEncoding(GBuffer(bytes), text, candidates), encoding) << bytes;
         EXPECT_EQ(text.GetEncoding(), encoding);
-        EXPECT_EQ(UnitsOf(text), units);
+        EXPECT_EQ(Plain(text), units);
         EXPECT_TRUE(!(candidates == forBytes) ||
                     GStringSupport::AssignEncoding(GBuffer(bytes), text) == encoding);
     }
@@ -256,7 +208,7 @@ TEST(GStringSupport, EmailAddresses) {
     const std::u16string local64(64, u'x');
     const auto listOf = [](const std::u16string& texts) {
         GTable<GString> list;
-        GStringSupport::SeparatedStringToStringTable(StringOf(texts), GString("|"), list, true);
+        GStringSupport::SeparatedStringToStringTable(Text(texts), GString("|"), list, true);
         return list;
     };
     const std::u16string possible =
@@ -268,9 +220,9 @@ TEST(GStringSupport, EmailAddresses) {
         u"a@b_c.de|a@127.0.0.1|a@b.de |\"a\"@b.de|a@b\u3002de|a\0@b.de|\xD83D@b.de|"s +
         local64 + u"x@example.com|a@" + label63 + u"a.com|a@" + domain253 + u"a";
     for (const GString& text : listOf(possible))
-        EXPECT_TRUE(GStringSupport::IsPossibleEmailAddress(text)) << testing::PrintToString(UnitsOf(text));
+        EXPECT_TRUE(GStringSupport::IsPossibleEmailAddress(text)) << testing::PrintToString(Plain(text));
     for (const GString& text : listOf(impossible))
-        EXPECT_FALSE(GStringSupport::IsPossibleEmailAddress(text)) << testing::PrintToString(UnitsOf(text));
+        EXPECT_FALSE(GStringSupport::IsPossibleEmailAddress(text)) << testing::PrintToString(Plain(text));
 }
 
 TEST(GStringSupport, UnicodeRangesRiseAndDoNotOverlap) {
@@ -298,11 +250,11 @@ TEST(GStringSupport, ScramblingCanBeUndoneAndIsTheSameEverywhere) {
         EXPECT_EQ(text.Find(GString("secret")), -1);
         for (long i = 0; i < text.GetLength(); ++i) EXPECT_TRUE(text[i] > ' ' && text[i] < 0x7F);
         EXPECT_TRUE(GStringSupport::DeScramble(text));
-        EXPECT_EQ(UnitsOf(text), units);
+        EXPECT_EQ(Plain(text), units);
     }
     GString text("Ab");
     GStringSupport::Scramble(text);
-    EXPECT_EQ(UnitsOf(text), u"$1$5B82431202EB");
+    EXPECT_EQ(Plain(text), u"$1$5B82431202EB");
 }
 
 TEST(GStringSupport, OnlyScrambledTextsAreUndone) {
@@ -314,9 +266,9 @@ TEST(GStringSupport, OnlyScrambledTextsAreUndone) {
         broken.back()[i] = units[i] == u'0' ? u'1' : u'0';
     }
     for (const std::u16string& each : broken) {
-        GString text = StringOf(each);
+        GString text = Text(each);
         EXPECT_FALSE(GStringSupport::DeScramble(text)) << testing::PrintToString(each);
-        EXPECT_EQ(UnitsOf(text), each);
+        EXPECT_EQ(Plain(text), each);
     }
 }
 

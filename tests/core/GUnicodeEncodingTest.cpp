@@ -7,6 +7,7 @@
 
 #include "framework/core/GCharCode.h"
 #include "framework/core/GTable.h"
+#include "framework/core/GUnicodeCharacters.h"
 #include "tests/core/EncodingForTests.h"
 
 namespace {
@@ -23,36 +24,23 @@ GCharCode CodeOf(std::u16string_view units) {
 std::u16string Compose(std::u16string_view units) {
     GBuffer buffer = BufferOf(units);
     Unicode()->EnsureComposedUnicode(buffer);
-    return UnitsOf(buffer);
+    return Plain(buffer);
 }
 
+// Every pair is compared with the peer's in the native build; here are sequences, and what must stay.
 TEST(GUnicodeEncoding, ComposesBasesWithMarks) {
-    const std::tuple<const char*, std::u16string_view, std::u16string> rows[] = {
-        {"nothing", u"", u""},
-        {"one mark", u"e\u0301", u"\u00E9"},
-        {"two marks one after the other", u"e\u0323\u0302", u"\u1EC7"},
-        {"a precomposed letter with another mark", u"\u00EA\u0323", u"\u00EA\u0323"},
-        {"a mark that does not compose", u"q\u0301", u"q\u0301"},
-        {"a mark behind one that does not compose", u"e\u0336\u0301", u"e\u0336\u0301"},
-        {"a mark without a base", u"\u0301e", u"\u0301e"},
-        {"a base between others that stay", u"q\u0301e\u0301q\u0301", u"q\u0301\u00E9q\u0301"},
-        {"a sign with the long solidus", u"=\u0338", u"\u2260"},
-        {"voiced kana", u"\u304B\u3099\u30CF\u309A", u"\u304C\u30D1"},
-        {"two halves of a vowel sign", u"\u09C7\u09BE", u"\u09CB"},
-        {"an excluded composition", u"\u05D0\u05B7", u"\u05D0\u05B7"},
-        {"a singleton stays", u"\u212B", u"\u212B"},
-        {"lead and vowel", u"\u1100\u1161", u"\uAC00"},
-        {"lead, vowel and tail", u"\u1112\u1161\u11AB", u"\uD55C"},
-        {"syllable and tail", u"\uAC00\u11A8", u"\uAC01"},
-        {"the last syllable", u"\u1112\u1175\u11C2", u"\uD7A3"},
-        {"a syllable takes one tail", u"\uAC01\u11A8", u"\uAC01\u11A8"},
-        {"what lies before the first tail is none", u"\uAC00\u11A7", u"\uAC00\u11A7"},
-        {"what lies behind the last tail is none", u"\uAC00\u11C3", u"\uAC00\u11C3"},
-        {"lead letters end before", u"\u1113\u1161", u"\u1113\u1161"},
-        {"vowels end before", u"\u1100\u1176", u"\u1100\u1176"},
-        {"surrogates are left alone", u"\xD83D\xDE00\u0301", u"\xD83D\xDE00\u0301"},
-    };
-    for (const auto& [what, units, composed] : rows) EXPECT_EQ(Compose(units), composed) << what;
+    for (const std::u16string_view row :
+         {u"e\u0301 -> \u00E9", u"e\u0323\u0302 -> \u1EC7", u"q\u0301e\u0301q\u0301 -> q\u0301\u00E9q\u0301",
+          u"=\u0338 -> \u2260", u"\u304B\u3099\u30CF\u309A -> \u304C\u30D1", u"\u1112\u1161\u11AB -> \uD55C",
+          u"\uAC00\u11A8 -> \uAC01", u"\u1112\u1175\u11C2 -> \uD7A3"}) {
+        const auto [units, composed] = CellsOf<2>(row);
+        EXPECT_EQ(Compose(units), composed);
+    }
+    for (const std::u16string_view units :
+         {u"", u"\u00EA\u0323", u"q\u0301", u"e\u0336\u0301", u"\u0301e", u"\u05D0\u05B7", u"\u212B",
+          u"\uAC01\u11A8", u"\uAC00\u11A7", u"\uAC00\u11C3", u"\u1113\u1161", u"\u1100\u1176",
+          u"\xD83D\xDE00\u0301"})
+        EXPECT_EQ(Compose(units), units);
 }
 
 // Units are looked at in groups of 8 and 64: a pair may lie in one group or across two. These have the
@@ -60,8 +48,7 @@ TEST(GUnicodeEncoding, ComposesBasesWithMarks) {
 TEST(GUnicodeEncoding, FindsAPairAtEveryPlace) {
     const std::pair<std::u16string, std::u16string> pairs[] = {
         {u"e\u0300", u"\u00E8"},      {u"\u03B1\u0345", u"\u1FB3"}, {u"\u0627\u0653", u"\u0622"},
-        {u"\u1B11\u1B35", u"\u1B12"}, {u"\u304B\u3099", u"\u304C"}, {u"\u30CF\u309A", u"\u30D1"},
-    };
+        {u"\u1B11\u1B35", u"\u1B12"}, {u"\u304B\u3099", u"\u304C"}, {u"\u30CF\u309A", u"\u30D1"}};
     for (const auto& [pair, composed] : pairs) {
         for (std::size_t before = 0; before < 75; ++before) {
             for (const std::size_t after : {0u, 1u, 7u, 8u, 63u, 64u}) {
@@ -88,7 +75,7 @@ TEST(GUnicodeEncoding, BorrowedTextIsCopiedOnlyToBeComposed) {
     static constexpr char16_t cMarked[] = u"e\u0301";
     buffer.SetFromStatic(reinterpret_cast<const unsigned char*>(cMarked), sizeof cMarked - 2);
     Unicode()->Normalize(buffer);
-    EXPECT_EQ(UnitsOf(buffer), u"\u00E9");
+    EXPECT_EQ(Plain(buffer), u"\u00E9");
     EXPECT_EQ(std::u16string_view(cMarked), u"e\u0301");
 }
 
@@ -102,29 +89,24 @@ TEST(GUnicodeEncoding, AnOddLastByteIsInvalid) {
 }
 
 TEST(GUnicodeEncoding, GlyphNamesOfUnits) {
-    const struct {
-        char16_t unit;
-        const char* preferred;  // null: none
-        std::vector<std::string> all;
-    } rows[] = {
+    const std::tuple<char16_t, const char*, std::vector<std::string>> rows[] = {
         {u'A', "A", {"A"}},
         {u'\u20AC', "Euro", {"Euro", "euro"}},
         {u' ', "space", {"space", "spacehackarabic"}},
         {u'\u00AF', "macron", {"macron", "overscore"}},
         {u'\u00B5', "mu", {"mu", "mu1"}},
         {u'\uF7E6', "AEsmall", {"AEsmall"}},
-        {u'\u4E00', nullptr, {}},
-    };
+        {u'\u4E00', nullptr, {}}};
     GTable<GBuffer> names;
-    for (const auto& row : rows) {
-        const GCharCode code = CodeOf(std::u16string(1, row.unit));
+    for (const auto& [unit, preferred, all] : rows) {
+        const GCharCode code = CodeOf(std::u16string(1, unit));
         GBuffer name("old");
-        EXPECT_EQ(Unicode()->GetGlyphName(code, name), row.preferred != nullptr);
-        EXPECT_EQ(BytesOf(name), row.preferred != nullptr ? row.preferred : "old");
+        EXPECT_EQ(Unicode()->GetGlyphName(code, name), preferred != nullptr);
+        EXPECT_EQ(BytesOf(name), preferred != nullptr ? preferred : "old");
         Unicode()->GetGlyphNameTable(code, names);
-        std::vector<std::string> all;
-        for (const GBuffer& one : names) all.push_back(BytesOf(one));
-        EXPECT_EQ(all, row.all);
+        std::vector<std::string> found;
+        for (const GBuffer& one : names) found.push_back(BytesOf(one));
+        EXPECT_EQ(found, all);
     }
     GBuffer name;
     EXPECT_FALSE(Unicode()->GetGlyphName(CodeOf(u"AB"), name)) << "two units have no glyph";
@@ -133,15 +115,12 @@ TEST(GUnicodeEncoding, GlyphNamesOfUnits) {
 }
 
 TEST(GUnicodeEncoding, CodesOfGlyphNames) {
-    const std::pair<const char*, std::u16string_view> rows[] = {{"A", u"A"},
-                                                                {"Euro", u"\u20AC"},
-                                                                {"euro", u"\u20AC"},
-                                                                {"zukatakana", u"\u30BA"},
-                                                                {"dalethatafpatah", u"\u05D3\u05B2"}};
     GCharCode code;
-    for (const auto& [glyph, units] : rows) {
-        EXPECT_TRUE(Unicode()->GetCharCode(GBuffer(glyph), code)) << glyph;
-        EXPECT_TRUE(code == CodeOf(units)) << glyph;
+    for (const std::u16string_view row : {u"A -> A", u"Euro -> \u20AC", u"euro -> \u20AC",
+                                          u"zukatakana -> \u30BA", u"dalethatafpatah -> \u05D3\u05B2"}) {
+        const auto [glyph, units] = CellsOf<2>(row);
+        EXPECT_TRUE(Unicode()->GetCharCode(Text(glyph).GetBuffer(ASCII()), code)) << Readable(row);
+        EXPECT_TRUE(code == CodeOf(units)) << Readable(row);
     }
     EXPECT_FALSE(Unicode()->GetCharCode(GBuffer("EURO"), code));
     EXPECT_FALSE(Unicode()->GetCharCode(GBuffer(), code));
@@ -149,21 +128,32 @@ TEST(GUnicodeEncoding, CodesOfGlyphNames) {
 }
 
 TEST(GUnicodeEncoding, CompatibilityCharacters) {
-    const std::tuple<const char*, char16_t, char16_t> rows[] = {
-        {"the first of the table", u'\u00A0', u' '},
-        {"superscript two", u'\u00B2', u'2'},
-        {"full-width letter", u'\uFF21', u'A'},
-        {"half-width katakana", u'\uFF71', u'\u30A2'},
-    };
     GCharCode plain;
-    for (const auto& [what, unit, expected] : rows) {
-        EXPECT_TRUE(Unicode()->GetCompatChar(CodeOf(std::u16string(1, unit)), plain)) << what;
-        EXPECT_TRUE(plain == CodeOf(std::u16string(1, expected))) << what;
+    for (const std::u16string_view row : {u"\u00A0 ", u"\u00B22", u"\uFF21A", u"\uFF71\u30A2"}) {
+        EXPECT_TRUE(Unicode()->GetCompatChar(CodeOf(row.substr(0, 1)), plain)) << Readable(row);
+        EXPECT_TRUE(plain == CodeOf(row.substr(1))) << Readable(row);
     }
-    EXPECT_FALSE(Unicode()->GetCompatChar(CodeOf(u"A"), plain));
-    EXPECT_FALSE(Unicode()->GetCompatChar(CodeOf(u"\uFB01"), plain)) << "a ligature is two letters";
-    EXPECT_FALSE(Unicode()->GetCompatChar(CodeOf(u""), plain));
+    for (const std::u16string_view none : {u"A", u"\uFB01", u""})  // a ligature is two letters
+        EXPECT_FALSE(Unicode()->GetCompatChar(CodeOf(none), plain)) << Readable(none);
     EXPECT_TRUE(plain == CodeOf(u"\u30A2")) << "a failing call leaves its output";
+}
+
+// A handful: every unit is compared with the peer's in the native build.
+TEST(GUnicodeCharacters, CaseAndClassOfSingleUnits) {
+    const std::u16string_view units =
+        u"\0/09:@AZ[`az{\u00D7\u00DF\u00FF\u0130\u01C5\u0661\u1F80\u212A\u4E00\xD801\uFFFF"sv;
+    const std::u16string_view lower =
+        u"\0/09:@az[`az{\u00D7\u00DF\u00FFi\u01C6\u0661\u1F80k\u4E00\xD801\uFFFF"sv;
+    const std::u16string_view upper =
+        u"\0/09:@AZ[`AZ{\u00D7\u00DF\u0178\u0130\u01C4\u0661\u1F88\u212A\u4E00\xD801\uFFFF"sv;
+    const std::string_view kinds = "..00..aa..aa..aaaa0aaa..";
+    for (std::size_t i = 0; i < units.size(); ++i) {
+        SCOPED_TRACE(int{units[i]});
+        EXPECT_EQ(GUnicodeCharacters::ToLower(units[i]), lower[i]);
+        EXPECT_EQ(GUnicodeCharacters::ToUpper(units[i]), upper[i]);
+        EXPECT_EQ(GUnicodeCharacters::IsLetter(units[i]), kinds.at(i) == 'a');
+        EXPECT_EQ(GUnicodeCharacters::IsDigit(units[i]), kinds.at(i) == '0');
+    }
 }
 
 TEST(GUnicodeEncoding, DictionariesAreBuiltAgainAfterFinalizeByAnyThread) {

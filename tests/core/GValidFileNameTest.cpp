@@ -1,10 +1,10 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <tuple>
 
 #include "framework/core/GPathName.h"
-#include "tests/core/TableRow.h"
-#include "tests/core/TestText.h"
+#include "tests/core/TextForTests.h"
 
 namespace {
 
@@ -72,18 +72,15 @@ TEST(GValidFileName, LeavesRoomForAnExtension) {
 }
 
 TEST(GValidFileName, CutsToTheCallersLength) {
-    const struct {
-        std::u16string_view title;
-        long maxLength;
-        std::u16string_view name;
-    } rows[] = {
-        {u"abcdef", 6, u"abcdef"}, {u"abcdef", 5, u"abcde"}, {u"ab. cd", 4, u"ab__"},   {u"ab.cd", 3, u"ab_"},
-        {u"CONSOLE", 3, u"_CO"},   {u"NUL", 3, u"_NU"},      {u"NUL.txt", 5, u"_NUL_"}, {u".foo", 1, u"_"},
-        {u"x", 1, u"x"},           {u"", 1, u"_"},
-    };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(Readable(row.title) + " to " + std::to_string(row.maxLength));
-        EXPECT_EQ(Valid(row.title, row.maxLength), row.name);
+    const std::tuple<std::u16string_view, long, std::u16string_view> rows[] = {
+        {u"abcdef", 6, u"abcdef"}, {u"abcdef", 5, u"abcde"},
+        {u"ab. cd", 4, u"ab__"},   {u"ab.cd", 3, u"ab_"},
+        {u"CONSOLE", 3, u"_CO"},   {u"NUL", 3, u"_NU"},
+        {u"NUL.txt", 5, u"_NUL_"}, {u".foo", 1, u"_"},
+        {u"x", 1, u"x"},           {u"", 1, u"_"}};
+    for (const auto& [title, maxLength, name] : rows) {
+        SCOPED_TRACE(Readable(title) + " to " + std::to_string(maxLength));
+        EXPECT_EQ(Valid(title, maxLength), name);
     }
 }
 
@@ -99,34 +96,18 @@ TEST(GValidFileName, SplitsNoSurrogatePairAndKeepsLoneHalves) {
 }
 
 TEST(GValidFileName, ABadReplacementSpoilsNothing) {
-    const struct {
-        const char* what;
-        std::u16string_view title;
-        char16_t replacement;
-        std::u16string_view name;
-    } rows[] = {
-        {"a refused one", u"a:b", u':', u"a_b"},
-        {"a slash", u"a:b", u'/', u"a_b"},
-        {"a zero", u"a:b", u'\0', u"a_b"},
-        {"half of a pair", u"a:b", 0xD83D, u"a_b"},
-        {"the other half", u"a:b", 0xDE00, u"a_b"},
-        {"a dot inside", u"a:b", u'.', u"a.b"},
-        {"a dot at the end", u"a:", u'.', u"a_"},
-        {"a blank inside", u"a:b", u' ', u"a b"},
-        {"a blank at the end", u"a:.", u' ', u"a__"},
-        {"a dot that makes a device", u"NUL:x", u'.', u"_NUL.x"},
-        {"a dot in front", u":x", u'.', u"_x"},
-        {"a letter that makes a device", u"CO?", u'N', u"_CON"},
-        {"a letter at the end that makes a device", u"NU.", u'L', u"_NUL"},
-        {"a digit that makes a device", u"COM*", u'1', u"_COM1"},
-        {"a letter in front of a device", u"NUL", u'x', u"_NUL"},
-        {"another sign in front of a device", u"NUL", u'-', u"-NUL"},
-        {"a superscript digit", u"COM:", 0xB9, u"\u00B9COM\u00B9"},
-    };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.what);
-        EXPECT_EQ(Valid(row.title, -1, row.replacement), row.name);
+    // A title, the replacement, and the name: refused signs, half pairs, dots and blanks at either end,
+    // letters and digits that make a device of a title, and what stands in front of one.
+    for (const std::u16string_view row :
+         {u"a:b -> : -> a_b", u"a:b -> / -> a_b", u"a:b -> \xD83D -> a_b", u"a:b -> \xDE00 -> a_b",
+          u"a:b -> . -> a.b", u"a: -> . -> a_", u"a:b ->   -> a b", u"a:. ->   -> a__",
+          u"NUL:x -> . -> _NUL.x", u":x -> . -> _x", u"CO? -> N -> _CON", u"NU. -> L -> _NUL",
+          u"COM* -> 1 -> _COM1", u"NUL -> x -> _NUL", u"NUL -> - -> -NUL",
+          u"COM: -> \u00B9 -> \u00B9COM\u00B9"}) {
+        const auto [title, replacement, name] = CellsOf<3>(row);
+        EXPECT_EQ(Valid(title, -1, replacement[0]), name) << Readable(row);
     }
+    EXPECT_EQ(Valid(u"a:b", -1, u'\0'), u"a_b");
 }
 
 TEST(GValidFileName, TakesTextOfAnyEncoding) {

@@ -23,9 +23,8 @@ TEST(GValue, ConvertsBetweenKinds) {
         {GValue(GBuffer("12.5x")), GValue::cBuffer, true, 12, 12.5, "12.5x"},
         {GValue(GString("7 up")), GValue::cString, true, 7, 7, "7 up"},
         {GValue(GString("up")), GValue::cString, false, 0, 0, "up"},
-        {GValue(StringOf(u"Zo\xEB")), GValue::cString, false, 0, 0, "Zo\xC3\xAB"},
-        {GValue(GBuffer("Zo\xC3\xAB")), GValue::cBuffer, false, 0, 0, "Zo\xC3\xAB"},
-    };
+        {GValue(Text(u"Zo\xEB")), GValue::cString, false, 0, 0, "Zo\xC3\xAB"},
+        {GValue(GBuffer("Zo\xC3\xAB")), GValue::cBuffer, false, 0, 0, "Zo\xC3\xAB"}};
     for (const auto& [value, type, asBool, asInteger, asReal, asBytes] : rows) {
         SCOPED_TRACE(asBytes);
         EXPECT_EQ(value.GetType(), type);

@@ -8,7 +8,7 @@
 #include "framework/core/GDebugSupport.h"
 #include "framework/core/GExceptionLocation.h"
 #include "framework/core/GStringPool.h"
-#include "tests/core/TestText.h"
+#include "tests/core/TextForTests.h"
 
 #include "platform/win32/PWin32Api.h"
 

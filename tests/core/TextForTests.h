@@ -1,14 +1,16 @@
 #pragma once
 
+#include <gtest/gtest.h>
+
+#include <array>
 #include <string>
 #include <string_view>
 
 #include "framework/core/GBuffer.h"
-#include "framework/core/GEncoding.h"
 #include "framework/core/GString.h"
 #include "framework/core/GUnicodeEncoding.h"
 
-// Shorthands between the framework's texts and the standard library's, which tests can print.
+// Between the framework's texts and the standard library's, which tests can print.
 
 inline GBuffer BufferOf(std::string_view bytes) {
     return GBuffer(reinterpret_cast<const unsigned char*>(bytes.data()), static_cast<long>(bytes.size()));
@@ -23,21 +25,45 @@ inline std::string BytesOf(const GBuffer& buffer) {
                        static_cast<std::size_t>(buffer.GetLength()));
 }
 
-inline std::u16string UnitsOf(const GBuffer& utf16) {
+/// A UTF-16 string of exactly these units.
+inline GString Text(std::u16string_view units) {
+    return GString(BufferOf(units), GUnicodeEncoding::GetInstance(), true);
+}
+
+inline std::u16string Plain(const GBuffer& utf16) {
     std::u16string units;
     for (long i = 0; i < utf16.GetLength() / 2; ++i) units += static_cast<char16_t>(utf16.GetWordAt(i));
     return units;
 }
 
-inline std::u16string UnitsOf(const GString& text) {
-    return UnitsOf(text.GetBuffer(GUnicodeEncoding::GetInstance()));
+inline std::u16string Plain(const GString& text) {
+    return Plain(text.GetBuffer(GUnicodeEncoding::GetInstance()));
 }
 
-/// A UTF-16 string of exactly these units.
-inline GString StringOf(std::u16string_view units) {
-    return GString(BufferOf(units), GUnicodeEncoding::GetInstance(), true);
+/// For traces.
+inline std::string Readable(std::u16string_view text) {
+    return testing::PrintToString(std::u16string(text));
 }
 
-inline GString StringOf(std::string_view bytes, const GEncoding* encoding) {
-    return GString(BufferOf(bytes), encoding, true);
+/// The cells of a row that is written as one text, "path -> result", so that a table shows many rows at
+/// a glance. A missing cell is empty.
+template <std::size_t Count, class View>
+std::array<View, Count> SplitRow(View row, View separator) {
+    std::array<View, Count> cells;
+    for (View& cell : cells) {
+        const std::size_t end = row.find(separator);
+        cell = row.substr(0, end);
+        row = end == row.npos ? View() : row.substr(end + separator.size());
+    }
+    return cells;
+}
+
+template <std::size_t Count>
+auto CellsOf(std::u16string_view row, std::u16string_view separator = u" -> ") {
+    return SplitRow<Count>(row, separator);
+}
+
+template <std::size_t Count>
+auto CellsOf(std::string_view row) {
+    return SplitRow<Count>(row, std::string_view(" -> "));
 }

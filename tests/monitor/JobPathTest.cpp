@@ -8,7 +8,7 @@
 #include "framework/files/GSpecialPath.h"
 #include "framework/system/PSystem.h"
 #include "tests/core/TableRow.h"
-#include "tests/core/TestText.h"
+#include "tests/core/TextForTests.h"
 
 namespace {
 
