@@ -7,7 +7,6 @@
 #include "framework/files/GFileSystem.h"
 #include "framework/files/GSpecialPath.h"
 #include "framework/system/PSystem.h"
-#include "tests/core/TableRow.h"
 #include "tests/core/TextForTests.h"
 
 namespace {
