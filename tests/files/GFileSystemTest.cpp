@@ -102,23 +102,16 @@ TEST_F(SpecialPaths, AreOverriddenUntilRemoved) {
     FakeFileSystem::RemoveSpecialPath(22);
     FakeFileSystem::RemoveSpecialPath(23);
     EXPECT_EQ(TextOf(FakeFileSystem::GetSpecialPath(22)), "L:/q/Resources/lng");
-    FakeFileSystem::RemoveAllSpecialPaths();
-    EXPECT_EQ(TextOf(FakeFileSystem::GetSpecialPath(1000)), "");
-}
-
-TEST_F(SpecialPaths, AnOverrideCarriesOverToWhatIsBuiltOnIt) {
-    FakeFileSystem::AddSpecialPath(-8, GPathName("X:/home"));
-    EXPECT_EQ(TextOf(FakeFileSystem::GetSpecialPath(53)), "X:/home/Quillon");
-    EXPECT_EQ(TextOf(FakeFileSystem::GetSpecialPath(35)), "U:/data/Quillon Prefs Folder");
-}
-
-TEST_F(SpecialPaths, SettingTheDefaultReplacesAnOverride) {
     FakeFileSystem::AddSpecialPath(-2, GPathName("X:/mine"));
     FakeFileSystem::SetSpecialPathToDefault(-2);
-    EXPECT_EQ(TextOf(FakeFileSystem::GetSpecialPath(-2)), "T:/temp/");
-    FakeFileSystem::AddSpecialPath(1000, GPathName("X:/new"));
     FakeFileSystem::SetSpecialPathToDefault(1000);
-    EXPECT_EQ(TextOf(FakeFileSystem::GetSpecialPath(1000)), "X:/new");
+    EXPECT_EQ(TextOf(FakeFileSystem::GetSpecialPath(-2)), "T:/temp/");
+    EXPECT_EQ(TextOf(FakeFileSystem::GetSpecialPath(1000)), "X:/new") << "it has no default";
+    FakeFileSystem::AddSpecialPath(-8, GPathName("X:/home"));
+    EXPECT_EQ(TextOf(FakeFileSystem::GetSpecialPath(53)), "X:/home/Quillon") << "is built on it";
+    EXPECT_EQ(TextOf(FakeFileSystem::GetSpecialPath(35)), "U:/data/Quillon Prefs Folder");
+    FakeFileSystem::RemoveAllSpecialPaths();
+    EXPECT_EQ(TextOf(FakeFileSystem::GetSpecialPath(1000)), "");
 }
 
 TEST_F(SpecialPaths, ADefaultIsAskedForOnceUnlessThereWasNone) {

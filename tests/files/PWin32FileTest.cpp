@@ -166,16 +166,13 @@ TEST(PWin32FileSystemImp, TheShellsFoldersAreTheEnvironments) {
     EXPECT_EQ(TextOf(GFileSystem::GetSystemFolder()), Environment(L"windir") + "/system32");
     EXPECT_EQ(TextOf(GFileSystem::GetApplicationsFolder()), Environment(L"ProgramFiles"));
     EXPECT_EQ(TextOf(GFileSystem::GetApplicationsFolder32()), Environment(L"ProgramFiles(x86)"));
+    const GPathName temp = GFileSystem::GetSpecialPath(GSpecialPath::cGlobalTemp);
+    EXPECT_TRUE(GFileSystem::FolderExists(temp)) << TextOf(temp);
+    EXPECT_EQ(TextOf(GFileSystem::GetDebugFolder()), TextOf(temp) + "QuillonDebug");
     for (const GPathName& folder : {GFileSystem::GetDesktopFolder(), GFileSystem::GetUserDocumentsFolder()}) {
         EXPECT_TRUE(folder.StartsWith(GFileSystem::GetUserHomeFolder())) << TextOf(folder);
         EXPECT_TRUE(GFileSystem::FolderExists(folder));
     }
-}
-
-TEST(PWin32FileSystemImp, TheTemporaryFolderExistsAndTakesFiles) {
-    const GPathName temp = GFileSystem::GetSpecialPath(GSpecialPath::cGlobalTemp);
-    EXPECT_TRUE(GFileSystem::FolderExists(temp)) << TextOf(temp);
-    EXPECT_EQ(TextOf(GFileSystem::GetDebugFolder()), TextOf(temp) + "QuillonDebug");
 }
 
 }  // namespace

@@ -28,8 +28,6 @@ public:
         std::filesystem::remove_all(mPath, ignored);
     }
 
-    const std::filesystem::path& GetPath() const { return mPath; }
-
     /// A portable path in the folder, from UTF-8.
     GPathName Portable(const std::string& relative = "") const {
         const std::u8string text =
@@ -41,8 +39,10 @@ public:
         return mPath / std::u8string(relative.begin(), relative.end());
     }
 
-    void Put(const std::string& relative, const std::string& bytes) const {
+    /// Writes a file; its path.
+    std::filesystem::path Put(const std::string& relative, const std::string& bytes) const {
         std::ofstream(Standard(relative), std::ios::binary) << bytes;
+        return Standard(relative);
     }
 
     /// The content of a file, or "no file".

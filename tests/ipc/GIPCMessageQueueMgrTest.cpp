@@ -47,31 +47,24 @@ protected:
     std::unique_ptr<RawSegment> mRaw;
 };
 
-TEST_F(GIPCMessageQueueMgrTest, StartsWithVersionSeedAndEndOffset) {
+TEST_F(GIPCMessageQueueMgrTest, StartsWithVersionSeedAndEndOffsetAndOpensNothingElse) {
     EXPECT_EQ(mRaw->Copy(0, 8), (ByteList{0x10, 0x20, 0, 0, 1, 0, 0, 0}));
     EXPECT_EQ(mRaw->Copy(12, 4), (ByteList{12, 0, 0, 0}));
     EXPECT_LT(mRaw->GetWord(8), 600000u);  // the program's own run time in milliseconds
     EXPECT_FALSE(mManager.IsRegistered(4711));
     EXPECT_EQ(Text(Manager::GetMemoryPath()), "Session\\1\\");
     EXPECT_EQ(Text(Manager::GetRegistryID(Manager::cNormal).GetBuffer()), "GIPC");
+    mRaw->SetWord(4, 2);
+    EXPECT_EQ(ThrownBy([] { Manager another(Manager::cTest); }), 40154);
+    mRaw->SetWord(4, 1);
+    mRaw->SetWord(0, 8207);
+    EXPECT_EQ(ThrownBy([] { Manager another(Manager::cTest); }), 40168);
 }
 
 TEST_F(GIPCMessageQueueMgrTest, RegistersWithIDsOfTheCountedUpSeed) {
-    mRaw->SetWord(8, 0);
-    EXPECT_EQ(mManager.Register(4711), 16838);
-    EXPECT_EQ(mRaw->GetWord(8), 1u);
-    EXPECT_EQ(Entries(), (ByteList{20, 0, 0, 0, 0x67, 0x12, 0, 0, 0xC6, 0x41, 0, 0}));
-    // The state 1 again, whose first number is taken by now: its second one.
-    mRaw->SetWord(8, 0);
-    EXPECT_EQ(mManager.Register(4711), 5758);
-    EXPECT_EQ(mRaw->GetWord(12), 28u);
-    mRaw->SetWord(8, 0xFFFFFFFF);
-    EXPECT_NE(mManager.Register(4711), 0);
-    EXPECT_EQ(mRaw->GetWord(8), 0u);
-}
-
-TEST_F(GIPCMessageQueueMgrTest, HandsOutNoZeroAndNothingAbove32767) {
     const std::tuple<const char*, std::uint32_t, long> rows[] = {
+        {"the first seed", 0, 16838},
+        {"the same again: its first number is taken by now", 0, 5758},
         {"the generator's first number is the smallest one", 1694, 1},
         {"it is 0, so the second one counts", 26578, 11265},
         {"it is 0 for another seed", 78041, 10672},
@@ -81,7 +74,12 @@ TEST_F(GIPCMessageQueueMgrTest, HandsOutNoZeroAndNothingAbove32767) {
         SCOPED_TRACE(what);
         mRaw->SetWord(8, seed);
         EXPECT_EQ(mManager.Register(4711), registrationID);
+        EXPECT_EQ(mRaw->GetWord(8), seed + 1);
     }
+    EXPECT_EQ(mRaw->Copy(12, 12), (ByteList{60, 0, 0, 0, 0x67, 0x12, 0, 0, 0xC6, 0x41, 0, 0}));
+    mRaw->SetWord(8, 0xFFFFFFFF);
+    EXPECT_NE(mManager.Register(4711), 0);
+    EXPECT_EQ(mRaw->GetWord(8), 0u);
 }
 
 TEST_F(GIPCMessageQueueMgrTest, UnregistersOneByPuttingTheLastInItsPlace) {
@@ -249,14 +247,6 @@ TEST_F(GIPCMessageQueueMgrTest, ACorruptRegistryDoesNotHideTheOthers) {
         EXPECT_EQ(queues.GetCount(), 1);
         services->SetWord(spoiled, good);
     }
-}
-
-TEST_F(GIPCMessageQueueMgrTest, OpensOnlyItsOwnVersionAndSize) {
-    mRaw->SetWord(4, 2);
-    EXPECT_EQ(ThrownBy([] { Manager another(Manager::cTest); }), 40154);
-    mRaw->SetWord(4, 1);
-    mRaw->SetWord(0, 8207);
-    EXPECT_EQ(ThrownBy([] { Manager another(Manager::cTest); }), 40168);
 }
 
 }  // namespace

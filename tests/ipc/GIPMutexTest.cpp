@@ -51,27 +51,20 @@ TYPED_TEST(GIPMutexTest, IsHeldFromTheFirstLockToTheLastUnlockUnderItsOwnNameOnl
     EXPECT_EQ(ThrownBy([] { typename TestFixture::Mutex(GShMemID("TestA"), 4); }), 40162);
 }
 
-TYPED_TEST(GIPMutexTest, ALockerHoldsItForItsLifetimeAndThroughAnException) {
+TYPED_TEST(GIPMutexTest, ALockerHoldsItForItsLifetimeAndThrowsWhenItMayNotWait) {
     typename TestFixture::Mutex mutex{GShMemID("TestA")};
     EXPECT_EQ(ThrownBy([&] {
                   const GIPMutexLocker locker(mutex);
+                  std::thread([] {
+                      typename TestFixture::Mutex other{GShMemID("TestA")};
+                      GWaitBudget budget(0);
+                      EXPECT_EQ(ThrownBy([&] { const GIPMutexLocker late(other, &budget); }), 40202);
+                  }).join();
                   EXPECT_FALSE(this->IsFree("TestA"));
                   throw GSimpleException(40160);
               }),
               40160);
     EXPECT_TRUE(this->IsFree("TestA"));
-}
-
-TYPED_TEST(GIPMutexTest, ALockerThatMayNotWaitThrowsAndLeavesTheMutexAlone) {
-    typename TestFixture::Mutex mutex{GShMemID("TestA")};
-    mutex.Lock();
-    std::thread([] {
-        typename TestFixture::Mutex other{GShMemID("TestA")};
-        GWaitBudget budget(0);
-        EXPECT_EQ(ThrownBy([&] { const GIPMutexLocker locker(other, &budget); }), 40202);
-    }).join();
-    EXPECT_FALSE(this->IsFree("TestA"));
-    mutex.Unlock();
 }
 
 }  // namespace

@@ -23,35 +23,21 @@ TEST_F(GPPIPCManagerTest, AUsersProcessStandsInItsSessionsRegistryAndInTheGlobal
     EXPECT_EQ(CountIn("Global\\"), 1u);
 }
 
-TEST_F(GPPIPCManagerTest, AServicesProcessRegistersOnce) {
-    Listener listener(mWorld, cListener, 0);
-    EXPECT_TRUE(listener.mManager->RunsInServicesSession());
-    EXPECT_TRUE(listener.mManager->HasGlobalRegistry());
-    EXPECT_EQ(CountIn("Session\\0\\"), 1u);
-    // Where this is the same object, it has the same entry; elsewhere it has none.
-    EXPECT_LE(CountIn("Global\\"), 1u);
-    Process sender(mWorld, cMonitor, 0);
-    mSleep.mReaction = [&](std::size_t) { listener.Tick(); };
-    Send(sender, cListener);
-    EXPECT_EQ(mSleep.mSleeps.size(), 1u);
-}
-
-TEST_F(GPPIPCManagerTest, WithoutASessionThereIsOneRegistry) {
-    Listener listener(mWorld, cListener, -1);
-    EXPECT_TRUE(listener.mManager->RunsInServicesSession());
-    EXPECT_FALSE(listener.mManager->HasGlobalRegistry());
-    EXPECT_EQ(CountIn("Global\\"), 1u);
-    Process sender(mWorld, cMonitor, -1);
-    Send(sender, cListener);
-    EXPECT_EQ(listener.Tick(), Log{"100:145:job"});
-}
-
-TEST_F(GPPIPCManagerTest, TheNormalRegistryIsAnotherOne) {
-    mWorld.ActAs(cListener, 1);
-    const GPPIPCManager manager;
-    EXPECT_NE(RawSegment::Open("Session\\1\\", "QulShDGIPC_PP"), nullptr);
-    EXPECT_EQ(RawSegment::Open("Session\\1\\", "QulShDGIPCTest_PP"), nullptr);
-    EXPECT_EQ(RawSegment::Open("Session\\1\\", "QulShDGIPC"), nullptr);
+TEST_F(GPPIPCManagerTest, WithoutASessionOfItsOwnAProcessRegistersOnce) {
+    for (const long session : {0L, -1L}) {
+        SCOPED_TRACE(session);
+        Listener listener(mWorld, cListener, session);
+        EXPECT_TRUE(listener.mManager->RunsInServicesSession());
+        EXPECT_EQ(listener.mManager->HasGlobalRegistry(), session == 0);
+        EXPECT_EQ(CountIn(session == 0 ? "Session\\0\\" : "Global\\"), 1u);
+        // Where the two are the same object, it has the same entry; elsewhere it has none.
+        EXPECT_LE(CountIn("Global\\"), 1u);
+        Process sender(mWorld, cMonitor, session);
+        mSleep.mSleeps.clear();
+        mSleep.mReaction = [&](std::size_t) { EXPECT_EQ(listener.Tick(), Log{"100:145:job"}); };
+        Send(sender, cListener);
+        EXPECT_EQ(mSleep.mSleeps.size(), 1u);
+    }
 }
 
 TEST_F(GPPIPCManagerTest, AGlobalRegistryThatIsRefusedIsDoneWithout) {
@@ -174,19 +160,18 @@ TEST_F(GPPIPCManagerTest, HostileRegistriesSurfaceAsNumbersAndDoNotHideTheGoodOn
 
 TEST_F(GPPIPCManagerTest, TheInstanceIsCounted) {
     mWorld.ActAs(cMonitor, 0);
-    GPPIPCManager::AddReference(cTest);
-    GPPIPCManager* instance = GPPIPCManager::GetInstance();
-    ASSERT_NE(instance, nullptr);
-    GPPIPCManager::AddReference(cTest);
-    GPPIPCManager::ReleaseReference();
-    EXPECT_EQ(GPPIPCManager::GetInstance(), instance);
-    GPPIPCManager::ReleaseReference();
-    EXPECT_EQ(GPPIPCManager::GetInstance(), nullptr);
-    EXPECT_EQ(RawSegment::Open("Session\\0\\", cRegistryName), nullptr);
-    GPPIPCManager::ReleaseReference();
-    GPPIPCManager::AddReference(cTest);
-    EXPECT_NE(GPPIPCManager::GetInstance(), nullptr);
-    GPPIPCManager::ReleaseReference();
+    for (int round = 0; round < 2; ++round) {
+        GPPIPCManager::AddReference(cTest);
+        GPPIPCManager* instance = GPPIPCManager::GetInstance();
+        ASSERT_NE(instance, nullptr);
+        GPPIPCManager::AddReference(cTest);
+        GPPIPCManager::ReleaseReference();
+        EXPECT_EQ(GPPIPCManager::GetInstance(), instance);
+        GPPIPCManager::ReleaseReference();
+        EXPECT_EQ(GPPIPCManager::GetInstance(), nullptr);
+        EXPECT_EQ(RawSegment::Open("Session\\0\\", cRegistryName), nullptr);
+        GPPIPCManager::ReleaseReference();
+    }
 }
 
 }  // namespace

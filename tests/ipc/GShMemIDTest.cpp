@@ -7,11 +7,10 @@
 
 namespace {
 
-struct InitializedIDs : public testing::Test {
-    InitializedIDs() { GShMemID::Initialize(); }
-    ~InitializedIDs() override { GShMemID::Finalize(); }
+struct GShMemIDTest : public testing::Test {
+    GShMemIDTest() { GShMemID::Initialize(); }
+    ~GShMemIDTest() override { GShMemID::Finalize(); }
 };
-using GShMemIDTest = InitializedIDs;
 
 TEST_F(GShMemIDTest, TakesLettersDigitsAndUnderscoresOnly) {
     const std::tuple<const char*, std::string, bool> rows[] = {
@@ -37,7 +36,7 @@ TEST_F(GShMemIDTest, TakesLettersDigitsAndUnderscoresOnly) {
             << what;
 }
 
-TEST_F(GShMemIDTest, TakesStringsOfAnyEncodingAsFarAsTheyAreASCII) {
+TEST_F(GShMemIDTest, TakesAndJoinsStringsOfAnyEncodingAsFarAsTheyAreASCII) {
     const unsigned short plain[] = {'A', 'b', '_'};
     const unsigned short accented[] = {'A', 0xE9};
     const unsigned short substitute[] = {'A', 0xE9, '@'};
@@ -45,15 +44,11 @@ TEST_F(GShMemIDTest, TakesStringsOfAnyEncodingAsFarAsTheyAreASCII) {
     EXPECT_EQ(ThrownBy([&] { GShMemID(GString::FromUTF16(accented, 2)); }), 40162);
     EXPECT_EQ(ThrownBy([&] { GShMemID(GString::FromUTF16(substitute, 3)); }), 40162);
     EXPECT_TRUE(GShMemID(GString()).IsEmpty());
+    GShMemID joined = GShMemID("P") + GShMemID("1234");
+    joined += GShMemID();
+    joined += GShMemID("MQ7");
+    EXPECT_EQ(Text(joined.GetBuffer()), "P1234MQ7");
     EXPECT_TRUE(GShMemID(static_cast<const char*>(nullptr)).IsEmpty());
-}
-
-TEST_F(GShMemIDTest, JoinsWithoutSeparator) {
-    GShMemID id = GShMemID("P") + GShMemID("1234");
-    EXPECT_EQ(Text(id.GetBuffer()), "P1234");
-    id += GShMemID();
-    id += GShMemID("MQ7");
-    EXPECT_EQ(Text(id.GetBuffer()), "P1234MQ7");
 }
 
 TEST_F(GShMemIDTest, KnowsSevenSpecialIDs) {

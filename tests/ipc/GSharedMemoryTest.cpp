@@ -36,15 +36,12 @@ protected:
 };
 TYPED_TEST_SUITE(GSharedMemoryTest, SegmentsUnderTest);
 
-TYPED_TEST(GSharedMemoryTest, BeginsWithItsSizeAndIsZeroBehindThat) {
+TYPED_TEST(GSharedMemoryTest, IsOneObjectUnderOneNameAndBeginsWithItsSize) {
+    using Memory = typename TestFixture::Segment;
     EXPECT_TRUE(this->mCreated);
     EXPECT_EQ(this->mSegment.GetLength(), 16);
     EXPECT_EQ(this->GetAllBytes(),
               (std::vector<int>{20, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0}));
-}
-
-TYPED_TEST(GSharedMemoryTest, IsOneObjectUnderOneName) {
-    using Memory = typename TestFixture::Segment;
     bool created = true;
     Memory same("Global\\", GShMemID("TestSeg"), 16, created);
     EXPECT_FALSE(created);
@@ -160,7 +157,7 @@ TYPED_TEST(GSharedMemoryTest, ReadsNoBufferWhoseLengthIsALie) {
     }
 }
 
-TYPED_TEST(GSharedMemoryTest, ComparesInPlace) {
+TYPED_TEST(GSharedMemoryTest, ComparesInPlaceAndACursorGuardPutsTheCursorBackUnlessReleased) {
     auto& segment = this->mSegment;
     this->Fill();
     segment.SetCursor(13);
@@ -169,22 +166,14 @@ TYPED_TEST(GSharedMemoryTest, ComparesInPlace) {
     EXPECT_TRUE(segment.Matches(GBuffer()));
     EXPECT_EQ(ThrownBy([&] { segment.Matches(Bytes("NOPQ")); }), 40161);
     EXPECT_EQ(segment.GetCursor(), 13);
-}
-
-TYPED_TEST(GSharedMemoryTest, ACursorGuardPutsTheCursorBackUnlessReleased) {
-    auto& segment = this->mSegment;
-    segment.SetCursor(3);
-    {
-        GShMemCursorGuard guard(segment);
-        segment.SetCursor(8);
+    for (const bool release : {false, true}) {
+        {
+            GShMemCursorGuard guard(segment);
+            segment.SetCursor(8);
+            if (release) guard.Release();
+        }
+        EXPECT_EQ(segment.GetCursor(), release ? 8 : 13);
     }
-    EXPECT_EQ(segment.GetCursor(), 3);
-    {
-        GShMemCursorGuard guard(segment);
-        segment.SetCursor(8);
-        guard.Release();
-    }
-    EXPECT_EQ(segment.GetCursor(), 8);
 }
 
 TYPED_TEST(GSharedMemoryTest, LocksOnceHoweverDeep) {

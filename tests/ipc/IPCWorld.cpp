@@ -9,7 +9,11 @@ public:
     unsigned long long GetTotalPhysicalMemory() override { return 0; }
     unsigned long long GetAvailablePhysicalMemory() override { return 0; }
     unsigned long long GetOwnMemory() override { return 0; }
-    void GetProcessIDs(const GString&, GTable<std::int32_t>& ids, bool) override { ids.Clear(); }
+    /// All are processing applications.
+    void GetProcessIDs(const GString&, GTable<std::int32_t>& ids, bool) override {
+        ids.Clear();
+        for (const long processID : mWorld.mRunning) ids.Append(static_cast<std::int32_t>(processID));
+    }
     void GetProcessNames(GTable<GString>& names, bool) override { names.Clear(); }
     long GetCurrentProcessID() override { return mWorld.mProcessID; }
     bool IsProcessRunning(long processID) override { return mWorld.mRunning.count(processID) > 0; }
