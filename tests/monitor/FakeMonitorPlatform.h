@@ -1,16 +1,20 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <new>
 #include <string>
 #include <utility>
 #include <vector>
 
+#include "framework/core/GUTF8Encoding.h"
+#include "monitor/GPPJobRecord.h"
+#include "monitor/JobNotifier.h"
 #include "monitor/MonitorPlatform.h"
 
-/// The system as the monitor sees it: hands out numbered handles and writes down, in order, what it is
-/// asked for.
-class FakeMonitorPlatform final : public MonitorPlatform {
+/// The system and the processing applications as the monitor sees them: writes down, in order, what it is
+/// asked for, and answers as told.
+class FakeMonitorPlatform final : public MonitorPlatform, public JobNotifier {
 public:
     static constexpr std::uint32_t cUntouched = 4711;
 
@@ -41,6 +45,15 @@ public:
     }
     void ClosePrinter(void*) noexcept override { mEvents.push_back("close printer"); }
 
+    bool NotifyPrintProcessor(const GPPJobRecord& record) override {
+        mEvents.push_back("notify " + Text(record.GetPrinterName()) + " " + Text(record.GetPortName()) + " " +
+                          std::to_string(record.GetCopyCount()));
+        mJobPath = Text(record.GetJobPath());
+        if (mOnNotify) mOnNotify();
+        return mReached;
+    }
+    void RetryDelayed() noexcept override { mEvents.push_back("tick"); }
+
     std::vector<std::string> TakeEvents() { return std::exchange(mEvents, {}); }
 
     std::vector<std::string> mEvents;
@@ -49,8 +62,14 @@ public:
     bool mOutOfMemory = false;
     bool mIsNT = true;
     bool mHasPrinter = true;
+    std::function<void()> mOnNotify;
+    bool mReached = true;
+    std::string mJobPath;
 
 private:
+    static std::string Text(const GString& text) {
+        return text.GetBuffer(GUTF8Encoding::GetInstance()).GetPtr();
+    }
     template <class Unit>
     static const Unit* End(const Unit* text) {
         while (*text != 0) ++text;

@@ -7,11 +7,13 @@
 #include <thread>
 
 #include "tests/monitor/MonitorLibrary.h"
+#include "tests/monitor/TraceCapture.h"
 
 namespace {
 
 /// Ends in the middle of a job, with the library loaded and another thread inside a callback.
 int EndWithTheLibraryLoaded() {
+    TraceCapture::EchoToOutput();
     auto* library = new MonitorLibrary;
     library->Open();
     library->Start(L"unfinished.txt");

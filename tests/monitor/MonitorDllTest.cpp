@@ -1,16 +1,21 @@
-// The DLL from outside, through the table that the spooler gets: loading, the port, and what it leaves.
+// The DLL from outside, through the table that the spooler gets.
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
+#include <atomic>
 #include <cstring>
+#include <memory>
 #include <string>
 #include <thread>
 #include <tuple>
 #include <vector>
 
+#include "tests/ipc/ManagerTestSupport.h"
 #include "tests/monitor/MonitorLibrary.h"
 #include "tests/monitor/ProcessResources.h"
 #include "tests/monitor/TraceCapture.h"
+#include "tests/tools/ChildProcess.h"
 
 #include <objbase.h>
 
@@ -76,10 +81,11 @@ TEST(MonitorDll, LeavesNothingBehindWhenItIsUnloaded) {
 }
 
 TEST(MonitorDll, EndsWithItsProcess) {
-    const std::vector<std::string> words = TraceOfRun(L"--end-with-library");
-    ASSERT_GE(words.size(), 4u);
-    EXPECT_THAT(std::vector<std::string>(words.end() - 4, words.end()),
-                ElementsAre("DLLMain", "DLL_PROCESS_DETACH", "PPMShutdown", "Done detach"));
+    const std::wstring output = GetTestFolder() + L"trace.txt";
+    const ChildProcess program(L"monitor_dll_tests.exe --end-with-library", output, L"NUL");
+    EXPECT_EQ(program.WaitForExitCode(), 23);
+    EXPECT_THAT(ReadFileBytes(output),
+                testing::EndsWith("DLLMain\nDLL_PROCESS_DETACH\nPPMShutdown\nDone detach\n"));
 }
 
 TEST(MonitorDll, AnswersOtherCallsOfItsEntryPointWithItsNameOnly) {
@@ -169,8 +175,6 @@ TEST(MonitorDll, ListsThePortInTheSpoolersRecords) {
         });
     };
     EXPECT_EQ(enumerate(2, 140), cUntouched);
-    EXPECT_EQ(needed, 140u);
-    EXPECT_EQ(returned, 1u);
     const auto& port = *reinterpret_cast<const PORT_INFO_2W*>(buffer);
     EXPECT_EQ(std::wstring(port.pPortName), L"QuillonPDFPort:");
     EXPECT_EQ(std::wstring(port.pMonitorName), L"Quillon Port Monitor");
@@ -179,27 +183,37 @@ TEST(MonitorDll, ListsThePortInTheSpoolersRecords) {
     EXPECT_EQ(enumerate(1, 40), cUntouched);
     EXPECT_EQ(std::wstring(reinterpret_cast<const PORT_INFO_1W*>(buffer)->pName), L"QuillonPDFPort:");
     EXPECT_EQ(enumerate(2, 139), 122u);
-    EXPECT_EQ(enumerate(3, 140), 124u);
-    const std::string call = "PPMEnumPorts";
-    const std::string level1 = "PPMEnumPorts: Received request for Level 1 info";
-    const std::string level2 = "PPMEnumPorts: Received request for Level 2 info";
-    EXPECT_THAT(trace.Take(), ElementsAre(call, level2, call, level1, call, level2, call));
+    EXPECT_EQ(needed, 140u);
+    EXPECT_EQ(returned, 0u);
+    EXPECT_THAT(trace.Take(), ElementsAre("PPMEnumPorts", "PPMEnumPorts: Received request for Level 2 info",
+                                          "PPMEnumPorts", "PPMEnumPorts: Received request for Level 1 info",
+                                          "PPMEnumPorts", "PPMEnumPorts: Received request for Level 2 info"));
 }
 
-TEST(MonitorDll, OpensAndClosesThePort) {
+TEST(MonitorDll, AnswersEachCallbackWithItsOutcomeAndError) {
     MonitorLibrary library;
     const MONITOR2& table = library.GetTable();
+    BYTE data[] = {'x'};
+    DWORD written = cUntouched;
     TraceCapture trace;
-    EXPECT_EQ(ErrorOf([&] { return library.Open(L"quillonpdfport:"); }), 1796u);
     EXPECT_EQ(ErrorOf([&] { return library.Open(nullptr); }), 87u);
-    EXPECT_EQ(ErrorOf([&] { return library.Open(); }), cUntouched);
-    const HANDLE port = library.mPort;
-    EXPECT_EQ(ErrorOf([&] { return library.Open(); }), 170u);
-    EXPECT_EQ(ErrorOf([&] { return table.pfnClosePort(&library); }), 6u);
-    EXPECT_EQ(ErrorOf([&] { return table.pfnClosePort(port); }), cUntouched);
     EXPECT_EQ(ErrorOf([&] { return table.pfnClosePort(nullptr); }), 6u) << "closed port, null handle";
-    EXPECT_THAT(trace.Take(), ElementsAre("PPMOpenPort", "PPMOpenPort", "PPMOpenPort", "PPMOpenPort",
-                                          "PPMClosePort", "PPMClosePort", "PPMClosePort"));
+    EXPECT_EQ(ErrorOf([&] { return library.Open(); }), cUntouched);
+    EXPECT_EQ(ErrorOf([&] { return library.Start(nullptr); }), 87u);
+    for (const DWORD level : {1, 2})
+        EXPECT_EQ(ErrorOf([&] { return table.pfnStartDocPort(library.mPort, nullptr, 1, level, nullptr); }),
+                  87u);
+    EXPECT_EQ(ErrorOf([&] { return library.Start(L"one.txt"); }), cUntouched);
+    EXPECT_EQ(ErrorOf([&] { return table.pfnWritePort(&written, data, 1, &written); }), 6u);
+    EXPECT_EQ(written, 0u);
+    EXPECT_TRUE(table.pfnWritePort(library.mPort, data, 1, nullptr)) << "nobody asks for the count";
+    EXPECT_EQ(ErrorOf([&] { return table.pfnEndDocPort(nullptr); }), 6u);
+    EXPECT_EQ(ErrorOf([&] { return table.pfnEndDocPort(library.mPort); }), cUntouched);
+    EXPECT_EQ(ReadFileBytes(GetJobPath(L"one.ps")), "x");
+    EXPECT_EQ(ErrorOf([&] { return table.pfnClosePort(library.mPort); }), cUntouched);
+    const std::vector<std::string> words = trace.Take();
+    EXPECT_EQ(std::count(words.begin(), words.end(), "PPMOpenPort"), 2);
+    EXPECT_EQ(std::count(words.begin(), words.end(), "PPMClosePort"), 2);
 }
 
 TEST(MonitorDll, HasNothingToRead) {
@@ -228,6 +242,85 @@ TEST(MonitorDll, WorksOnAfterShutdown) {
     ASSERT_TRUE(library.Open());
     EXPECT_TRUE(library.Print(L"after.txt", "all well"));
     EXPECT_EQ(ReadFileBytes(GetJobPath(L"after.ps")), "all well");
+}
+
+TEST(MonitorDll, TracesEveryStepOfAJob) {
+    MonitorLibrary library;
+    ASSERT_TRUE(library.Open());
+    const std::wstring path = GetJobPath(L"Q3 report.ps");
+    TraceCapture trace;
+    ::SetLastError(cUntouched);
+    EXPECT_TRUE(library.Start(L"Microsoft Word - Q3 report.docx"));
+    EXPECT_TRUE(library.Write("%!PS"));
+    EXPECT_EQ(ReadFileBytes(path), "%!PS") << "what was reported as written is in the file";
+    EXPECT_FALSE(IsClosed(path));
+    ::SetLastError(cUntouched);
+    EXPECT_FALSE(library.Write(""));
+    EXPECT_EQ(::GetLastError(), cUntouched) << "no data is no error";
+    EXPECT_TRUE(library.End());
+    EXPECT_TRUE(library.End());
+    EXPECT_FALSE(library.Write("late"));
+    EXPECT_EQ(::GetLastError(), 3003u);
+    EXPECT_THAT(
+        trace.Take(),
+        ElementsAre("PPMStartDocPort", "Failed to open printer. No handle.",
+                    "Microsoft Word - Q3 report.docx", "PPMStartDocPort: StartDoc success", "PPMWritePort",
+                    "end PPMWritePort", "PPMWritePort", "PPMWritePort: No Data", "end PPMWritePort",
+                    "PPMEndDocPort", "Notification to PrintProcessor failed!", "PPMEndDocPort",
+                    "PPMWritePort", "PPMWritePort: write when not started?!?", "end PPMWritePort"));
+    EXPECT_EQ(ReadFileBytes(path), "%!PS");
+    EXPECT_TRUE(IsClosed(path));
+}
+
+TEST(MonitorDll, PrintsTitlesThatMakeLongPaths) {
+    MonitorLibrary library;
+    ASSERT_TRUE(library.Open());
+    EXPECT_TRUE(library.Print(std::wstring(300, L'x').c_str(), "long"));
+    EXPECT_EQ(ReadFileBytes(L"\\\\?\\" + GetJobPath(std::wstring(251, L'x') + L".ps")), "long");
+}
+
+TEST(MonitorDll, TakesCallsFromManyThreads) {
+    MonitorLibrary library;
+    ASSERT_TRUE(library.Open());
+    constexpr int cThreads = 8;
+    constexpr int cWrites = 200;
+    ASSERT_TRUE(library.Start(L"threads.bin"));
+    std::atomic<int> refused{0};
+    std::vector<std::thread> threads;
+    for (int thread = 0; thread < cThreads; ++thread) {
+        threads.emplace_back([&, thread] {
+            const std::string block(100, static_cast<char>('a' + thread));
+            for (int i = 0; i < cWrites; ++i) refused += library.Write(block) ? 0 : 1;
+        });
+    }
+    for (std::thread& thread : threads) thread.join();
+    EXPECT_TRUE(library.End());
+    EXPECT_EQ(refused, 0);
+    const std::string content = ReadFileBytes(GetJobPath(L"threads.ps"));
+    ASSERT_EQ(content.size(), 100u * cThreads * cWrites);
+    for (std::size_t at = 0; at < content.size(); at += 100) {
+        ASSERT_EQ(content.substr(at, 100), std::string(100, content[at])) << "blocks stay whole";
+    }
+    for (int thread = 0; thread < cThreads; ++thread) {
+        EXPECT_EQ(std::count(content.begin(), content.end(), 'a' + thread), 100 * cWrites);
+    }
+}
+
+TEST(MonitorDll, PrintsWithoutTheHandOffAndStartsItWithALaterJob) {
+    auto kept = std::make_unique<MutexHog>(GShMemID("GIPC_PP"));
+    TraceCapture trace;
+    MonitorLibrary library;
+    EXPECT_THAT(trace.Take(), ElementsAre("DLLMain", "DLL_PROCESS_ATTACH", testing::_,
+                                          "GPPPrinterProcessorLayer::Initialize",
+                                          "Failed in DLL_PROCESS_ATTACH", "InitializePrintMonitor2"));
+    const std::string notStarted = "GPPPrinterProcessorLayer could not be started";
+    ASSERT_TRUE(library.Open());
+    EXPECT_TRUE(library.Print(L"without.txt", "x"));
+    EXPECT_THAT(trace.Take(), testing::Contains(notStarted));
+    EXPECT_EQ(ReadFileBytes(GetJobPath(L"without.ps")), "x");
+    kept.reset();
+    EXPECT_TRUE(library.Print(L"with.txt", "x"));
+    EXPECT_THAT(trace.Take(), testing::Not(testing::Contains(notStarted)));
 }
 
 }  // namespace

@@ -1,16 +1,15 @@
 // What a spooler does to the DLL in days, in minutes.
 
-#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 #include <atomic>
-#include <cstdio>
 #include <string>
 #include <thread>
 #include <vector>
 
-#include "tests/monitor/ListenerProcess.h"
 #include "tests/monitor/MonitorLibrary.h"
 #include "tests/monitor/ProcessResources.h"
+#include "tests/tools/ChildProcess.h"
 
 namespace {
 
@@ -22,52 +21,6 @@ constexpr std::size_t cHeapSlack = 64 * 1024;
 void ExpectNothingKept(const ProcessResources& before, const ProcessResources& after) {
     EXPECT_LE(after.mHandles, before.mHandles + cHandleSlack);
     EXPECT_LE(after.mHeapBytes, before.mHeapBytes + cHeapSlack);
-}
-
-TEST(MonitorSoak, PrintsAThousandJobsAndTellsOfEachOnce) {
-    constexpr int cJobs = 1000;
-    MonitorLibrary library;
-    ASSERT_TRUE(library.Open());
-    ListenerProcess listener(L"listen");
-    ASSERT_TRUE(library.Print(L"job 0", "warm"));
-    const ProcessResources before = ProcessResources::Count();
-    std::vector<std::wstring> expected = {L"job 0.ps"};
-    for (int job = 1; job <= cJobs; ++job) {
-        const std::wstring title = L"job " + std::to_wstring(job);
-        const std::string data = MakeData(20000 + job, job);
-        ASSERT_TRUE(library.Print(title.c_str(), data)) << job;
-        ASSERT_TRUE(ReadFileBytes(GetJobPath(title + L".ps")) == data) << job;
-        ASSERT_TRUE(::DeleteFileW(GetJobPath(title + L".ps").c_str())) << job;
-        expected.push_back(title + L".ps");
-    }
-    expected.shrink_to_fit();
-    ExpectNothingKept(before, ProcessResources::Count());
-    EXPECT_EQ(listener.Finish(), 0u);
-    EXPECT_EQ(listener.GetJobs(), expected);
-}
-
-TEST(MonitorSoak, WritesThreeHundredMegabytes) {
-    constexpr std::size_t cBlock = 1 << 20;
-    constexpr int cBlocks = 300;
-    MonitorLibrary library;
-    ASSERT_TRUE(library.Open());
-    ASSERT_TRUE(library.Start(L"large.bin"));
-    for (int block = 0; block < cBlocks; ++block) ASSERT_TRUE(library.Write(MakeData(cBlock, block)));
-    ASSERT_TRUE(library.End());
-    const std::wstring path = GetJobPath(L"large.ps");
-    const HANDLE file =
-        ::CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr);
-    ASSERT_NE(file, INVALID_HANDLE_VALUE);
-    std::string content(cBlock, '\0');
-    DWORD count = 0;
-    for (int block = 0; block < cBlocks; ++block) {
-        ASSERT_TRUE(::ReadFile(file, content.data(), cBlock, &count, nullptr));
-        ASSERT_TRUE(count == cBlock && content == MakeData(cBlock, block)) << block;
-    }
-    EXPECT_TRUE(::ReadFile(file, content.data(), 1, &count, nullptr));
-    EXPECT_EQ(count, 0u);
-    ::CloseHandle(file);
-    ::DeleteFileW(path.c_str());
 }
 
 /// One thread prints as a spooler does; the others call whatever a spooler, or a mistaken one, may call.
@@ -101,12 +54,10 @@ public:
             if (table.pfnWritePort(&port, buffer, 140, &count)) ++mWrong;
             if (table.pfnWritePort(mLibrary.mPort, nullptr, 140, &count)) ++mWrong;
             if (!table.pfnReadPort(mLibrary.mPort, buffer, 140, &count)) ++mWrong;
-            ++mCalls;
         }
     }
 
     std::atomic<int> mWrong{0};
-    std::atomic<int> mCalls{0};
     int mJobs = 0;
 
 private:
@@ -121,7 +72,7 @@ void RunCrowd(MonitorLibrary& library, ULONGLONG milliseconds) {
     for (int i = 0; i < 7; ++i) threads.emplace_back([&crowd] { crowd.Disturb(); });
     for (std::thread& thread : threads) thread.join();
     EXPECT_EQ(crowd.mWrong, 0);
-    std::printf("%d jobs, %d rounds of other calls\n", crowd.mJobs, crowd.mCalls.load());
+    EXPECT_GT(crowd.mJobs, 0);
 }
 
 TEST(MonitorSoak, StandsEightThreadsForAMinute) {
@@ -133,19 +84,20 @@ TEST(MonitorSoak, StandsEightThreadsForAMinute) {
     ExpectNothingKept(before, ProcessResources::Count());
 }
 
-TEST(MonitorSoak, KeepsNothingForThreadsThatComeAndGo) {
+TEST(MonitorSoak, KeepsNothingOfJobsNorForThreadsThatComeAndGo) {
     MonitorLibrary library;
     ASSERT_TRUE(library.Open());
+    const ChildProcess listener(L"PrinterProcessorWin.exe", L"NUL", L"NUL");
     const auto oneThread = [&library] {
         std::thread([&library] {
-            library.Print(L"thread.txt", "x");
+            EXPECT_TRUE(library.Print(L"thread.txt", "x"));
             // A failure makes the library throw and catch on this thread.
             library.Start(L"thread.txt", 7, L"no|printer");
         }).join();
     };
     for (int i = 0; i < 20; ++i) oneThread();
     const ProcessResources before = ProcessResources::Count();
-    for (int i = 0; i < 500; ++i) oneThread();
+    for (int i = 0; i < 1000; ++i) oneThread();
     ExpectNothingKept(before, ProcessResources::Count());
 }
 

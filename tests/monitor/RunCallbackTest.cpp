@@ -48,26 +48,16 @@ TEST_F(RunCallbackTest, LeavesTheLastErrorUnlessTheOutcomeNamesOne) {
     }
 }
 
-TEST_F(RunCallbackTest, TracesBeforeItLocksAndLocksForTheWholeRun) {
-    bool lockedInside = false;
-    Run({1003}, [&] {
+TEST_F(RunCallbackTest, TracesLocksAndTurnsAnyExceptionIntoTheFailureCodeUnlessAskedToLetItOut) {
+    EXPECT_FALSE(Run({14}, [&]() -> CallbackOutcome {
         EXPECT_THAT(mPlatform.mEvents, testing::ElementsAre("PPMTest"));
-        lockedInside = !IsLockFree();
-        return CallbackOutcome::Success();
-    });
-    EXPECT_TRUE(lockedInside);
-    EXPECT_TRUE(IsLockFree());
-}
-
-TEST_F(RunCallbackTest, TurnsAnyExceptionIntoTheFailureCode) {
-    EXPECT_FALSE(Run({14}, []() -> CallbackOutcome { throw std::runtime_error("lost"); }));
+        EXPECT_FALSE(IsLockFree());
+        throw std::runtime_error("lost");
+    }));
     EXPECT_EQ(mPlatform.mLastError, 14u);
+    EXPECT_TRUE(IsLockFree());
     EXPECT_FALSE(Run({1003}, []() -> CallbackOutcome { throw 7; }));
     EXPECT_EQ(mPlatform.mLastError, 1003u);
-    EXPECT_TRUE(IsLockFree());
-}
-
-TEST_F(RunCallbackTest, LetsAnExceptionOutOnlyWhenAskedAndAfterTheLockIsFree) {
     EXPECT_THROW(Run({}, []() -> CallbackOutcome { throw std::runtime_error("lost"); }), std::runtime_error);
     EXPECT_TRUE(IsLockFree());
 }

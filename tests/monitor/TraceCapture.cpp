@@ -12,6 +12,7 @@ constexpr DWORD cWideText = 0x4001000A;    // DBG_PRINTEXCEPTION_WIDE_C
 
 std::mutex sLock;
 std::vector<std::string> sWords;
+bool sEchoes = false;
 
 /// Debug output is an exception that the system handles when nobody else does.
 LONG CALLBACK TakeDebugOutput(EXCEPTION_POINTERS* pointers) {
@@ -25,39 +26,28 @@ LONG CALLBACK TakeDebugOutput(EXCEPTION_POINTERS* pointers) {
     } else {
         return EXCEPTION_CONTINUE_SEARCH;
     }
+    if (sEchoes) {
+        // Without the lock: at the end of the process a thread that was killed may have it.
+        DWORD count = 0;
+        word += '\n';
+        ::WriteFile(::GetStdHandle(STD_OUTPUT_HANDLE), word.data(), static_cast<DWORD>(word.size()), &count,
+                    nullptr);
+        return EXCEPTION_CONTINUE_EXECUTION;
+    }
     const std::lock_guard<std::mutex> lock(sLock);
     sWords.push_back(word);
     return EXCEPTION_CONTINUE_EXECUTION;
-}
-
-std::string TextOfEvent(HANDLE process, const OUTPUT_DEBUG_STRING_INFO& event) {
-    std::string text(event.nDebugStringLength, '\0');
-    SIZE_T count = 0;
-    ::ReadProcessMemory(process, event.lpDebugStringData, text.data(), text.size(), &count);
-    return text.substr(0, text.find('\0'));
-}
-
-std::vector<std::string> Debug(const PROCESS_INFORMATION& process) {
-    std::vector<std::string> words;
-    DEBUG_EVENT event{};
-    do {
-        ::WaitForDebugEvent(&event, INFINITE);
-        DWORD answer = DBG_CONTINUE;
-        if (event.dwDebugEventCode == OUTPUT_DEBUG_STRING_EVENT) {
-            words.push_back(TextOfEvent(process.hProcess, event.u.DebugString));
-        } else if (event.dwDebugEventCode == EXCEPTION_DEBUG_EVENT &&
-                   event.u.Exception.ExceptionRecord.ExceptionCode != EXCEPTION_BREAKPOINT) {
-            answer = DBG_EXCEPTION_NOT_HANDLED;
-        }
-        ::ContinueDebugEvent(event.dwProcessId, event.dwThreadId, answer);
-    } while (event.dwDebugEventCode != EXIT_PROCESS_DEBUG_EVENT);
-    return words;
 }
 
 }  // namespace
 
 TraceCapture::TraceCapture() : mHandler(::AddVectoredExceptionHandler(1, TakeDebugOutput)) {
     Take();
+}
+
+void TraceCapture::EchoToOutput() {
+    sEchoes = true;
+    ::AddVectoredExceptionHandler(1, TakeDebugOutput);
 }
 
 TraceCapture::~TraceCapture() {
@@ -67,21 +57,4 @@ TraceCapture::~TraceCapture() {
 std::vector<std::string> TraceCapture::Take() {
     const std::lock_guard<std::mutex> lock(sLock);
     return std::exchange(sWords, {});
-}
-
-std::vector<std::string> TraceOfRun(const std::wstring& argument) {
-    wchar_t program[MAX_PATH];
-    ::GetModuleFileNameW(nullptr, program, MAX_PATH);
-    std::wstring command = L"\"" + std::wstring(program) + L"\" " + argument;
-    STARTUPINFOW startup{};
-    startup.cb = sizeof startup;
-    PROCESS_INFORMATION process{};
-    if (!::CreateProcessW(program, command.data(), nullptr, nullptr, FALSE, DEBUG_ONLY_THIS_PROCESS, nullptr,
-                          nullptr, &startup, &process)) {
-        return {"(not started)"};
-    }
-    const std::vector<std::string> words = Debug(process);
-    ::CloseHandle(process.hThread);
-    ::CloseHandle(process.hProcess);
-    return words;
 }

@@ -15,10 +15,9 @@ public:
     /// The words so far, which are forgotten by that.
     std::vector<std::string> Take();
 
+    /// From now on to the end of the process everything goes to the standard output, a word a line.
+    static void EchoToOutput();
+
 private:
     void* mHandler;
 };
-
-/// Starts this program again with the given argument, as a debugger does, and returns what it sends to the
-/// debugger's output until it has ended.
-std::vector<std::string> TraceOfRun(const std::wstring& argument);

@@ -13,31 +13,23 @@ GProcessInfo& Processes() {
     return *GProcessInfo::GetInstance();
 }
 
-TEST(GProcessInfo, FindsItself) {
-    const long own = Processes().GetCurrentProcessID();
-    const GString name = Processes().GetApplicationPath().GetLeaf();
-    for (const bool currentUserOnly : {false, true}) {
-        SCOPED_TRACE(currentUserOnly);
-        GTable<std::int32_t> ids;
-        ids.Append(-5);
-        Processes().GetProcessIDs(name, ids, currentUserOnly);
-        EXPECT_GE(ids.Find(static_cast<std::int32_t>(own)), 0);
-        EXPECT_EQ(ids.Find(-5), -1);
-        GTable<GString> names;
-        Processes().GetProcessNames(names, currentUserOnly);
-        EXPECT_GE(names.Find(name), 0);
-    }
-}
-
-TEST(GProcessInfo, ComparesWholeLeavesExactly) {
+TEST(GProcessInfo, FindsItselfByItsWholeNameOnly) {
+    const auto own = static_cast<std::int32_t>(Processes().GetCurrentProcessID());
     const GString name = Processes().GetApplicationPath().GetLeaf();
     GString upper(name);
     upper.ToUpper();
     const GString others[] = {upper, name.GetSubstring(1, -1), name + GString("x"), GString(),
                               Processes().GetApplicationPath().GetNativePathString()};
     for (const bool currentUserOnly : {false, true}) {
+        SCOPED_TRACE(currentUserOnly);
+        GTable<std::int32_t> ids = {-5};
+        Processes().GetProcessIDs(name, ids, currentUserOnly);
+        EXPECT_GE(ids.Find(own), 0);
+        EXPECT_EQ(ids.Find(-5), -1);
+        GTable<GString> names;
+        Processes().GetProcessNames(names, currentUserOnly);
+        EXPECT_GE(names.Find(name), 0);
         for (const GString& other : others) {
-            GTable<std::int32_t> ids;
             Processes().GetProcessIDs(other, ids, currentUserOnly);
             EXPECT_EQ(ids.GetCount(), 0) << TextOf(other);
         }
@@ -60,28 +52,24 @@ TEST(GProcessInfo, TellsTheMemory) {
     EXPECT_LT(Processes().GetOwnMemory(), 1ull << 46);
 }
 
-class FakeSessions : public GSessionInfo {
-public:
-    explicit FakeSessions(bool& alive) : mAlive(alive) { mAlive = true; }
-    ~FakeSessions() override { mAlive = false; }
+struct FakeSessions : GSessionInfo {
+    FakeSessions() { ++sAlive; }
+    ~FakeSessions() override { --sAlive; }
     long GetCurrentSessionID() override { return 7; }
     void GetSessionIDs(GTable<std::int32_t>&) override {}
     void GetSessionPath(GBuffer&, long) override {}
 
-private:
-    bool& mAlive;
+    static inline int sAlive = 0;
 };
 
 TEST(GSessionInfo, IsReplacedAndOwned) {
-    bool first = false;
-    bool second = false;
-    GSessionInfo::SetInstance(new FakeSessions(first));
-    EXPECT_EQ(GSessionInfo::GetInstance()->GetCurrentSessionID(), 7);
-    GSessionInfo::SetInstance(new FakeSessions(second));
-    EXPECT_FALSE(first);
-    EXPECT_TRUE(second);
+    for (int i = 0; i < 2; ++i) {
+        GSessionInfo::SetInstance(new FakeSessions);
+        EXPECT_EQ(GSessionInfo::GetInstance()->GetCurrentSessionID(), 7);
+        EXPECT_EQ(FakeSessions::sAlive, 1);
+    }
     GSessionInfo::SetInstance(nullptr);
-    EXPECT_FALSE(second);
+    EXPECT_EQ(FakeSessions::sAlive, 0);
     EXPECT_NE(GSessionInfo::GetInstance()->GetCurrentSessionID(), 7);
 }
 

@@ -78,43 +78,24 @@ TEST(PWinSystem, ModulesAreNamedInFull) {
     PSystem::SetHInstance(nullptr);
 }
 
-// A copy of this program that has not begun to run.
-class SleepingChild {
-public:
-    SleepingChild() {
-        STARTUPINFOW startup = {};
-        startup.cb = sizeof startup;
-        const GString program = GProcessInfo::GetInstance()->GetApplicationPath().GetNativePathString();
-        mStarted = ::CreateProcessW(AsWide(program), nullptr, nullptr, nullptr, FALSE, CREATE_SUSPENDED,
-                                    nullptr, nullptr, &startup, &mInfo);
-    }
-    ~SleepingChild() { End(); }
-    void End() {
-        if (!mStarted) return;
-        mStarted = FALSE;
-        ::TerminateProcess(mInfo.hProcess, 0);
-        ::WaitForSingleObject(mInfo.hProcess, INFINITE);
-        ::CloseHandle(mInfo.hThread);
-        ::CloseHandle(mInfo.hProcess);
-    }
-    bool IsStarted() const { return mStarted; }
-    std::int32_t GetID() const { return static_cast<std::int32_t>(mInfo.dwProcessId); }
-
-private:
-    PROCESS_INFORMATION mInfo = {};
-    BOOL mStarted = FALSE;
-};
-
 TEST(PWinProcessInfo, SeesAChildComeAndGo) {
     GProcessInfo& processes = *GProcessInfo::GetInstance();
-    SleepingChild child;
-    ASSERT_TRUE(child.IsStarted());
-    EXPECT_TRUE(processes.IsProcessRunning(child.GetID()));
-    EXPECT_GE(processes.GetChildProcessIDs(processes.GetCurrentProcessID()).Find(child.GetID()), 0);
-    EXPECT_EQ(processes.GetChildProcessIDs(child.GetID()).GetCount(), 0);
-    child.End();
-    EXPECT_FALSE(processes.IsProcessRunning(child.GetID()));
-    EXPECT_EQ(processes.GetChildProcessIDs(processes.GetCurrentProcessID()).Find(child.GetID()), -1);
+    const long own = processes.GetCurrentProcessID();
+    STARTUPINFOW startup = {};
+    startup.cb = sizeof startup;
+    PROCESS_INFORMATION info = {};
+    const GString program = processes.GetApplicationPath().GetNativePathString();
+    ASSERT_TRUE(::CreateProcessW(AsWide(program), nullptr, nullptr, nullptr, FALSE, CREATE_SUSPENDED, nullptr,
+                                 nullptr, &startup, &info));
+    const PWin32ScopedHandle<PWin32KernelHandle> process(info.hProcess), thread(info.hThread);
+    const auto child = static_cast<std::int32_t>(info.dwProcessId);
+    EXPECT_TRUE(processes.IsProcessRunning(child));
+    EXPECT_GE(processes.GetChildProcessIDs(own).Find(child), 0);
+    EXPECT_EQ(processes.GetChildProcessIDs(child).GetCount(), 0);
+    ::TerminateProcess(info.hProcess, 0);
+    ::WaitForSingleObject(info.hProcess, INFINITE);
+    EXPECT_FALSE(processes.IsProcessRunning(child));
+    EXPECT_EQ(processes.GetChildProcessIDs(own).Find(child), -1);
 }
 
 TEST(PWinSessionInfo, OldSystemsHaveNoSessions) {
