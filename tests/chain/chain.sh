@@ -79,6 +79,9 @@ print_raw() {
 listen() {
     records=$scratch/$1
     shift
+    # Emptied here, not by the child: what an earlier listener wrote must not pass for this one's word.
+    : >"$records.out"
+    : >"$records.err"
     wine "$bin/PrinterProcessorWin.exe" "$@" >"$records.out" 2>"$records.err" &
     listener=$!
     children="$children $listener"
