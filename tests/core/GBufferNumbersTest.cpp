@@ -71,27 +71,26 @@ TEST(GBufferNumbers, IntegersWithALeastNumberOfDigits) {
         buffer.Set(value, minDigits);
         return BytesOf(buffer);
     };
-    for (const std::string_view row : {"7 3 -> 007", "-7 3 -> -007", "1234 3 -> 1234", "0 1 -> 0", "0 0 -> ",
-                                       "0 -1 -> 0", "5 0 -> 5", "-2147483648 12 -> -002147483648"}) {
-        const auto [arguments, text] = CellsOf<2>(row);
-        char* end;
-        const long value = std::strtol(arguments.data(), &end, 10);
-        EXPECT_EQ(with(value, std::strtol(end, nullptr, 10)), text) << row;
-    }
+    ForEachRow<2>({"7 3 -> 007", "-7 3 -> -007", "1234 3 -> 1234", "0 1 -> 0", "0 0 -> ", "0 -1 -> 0",
+                   "5 0 -> 5", "-2147483648 12 -> -002147483648"},
+                  [&](auto arguments, auto text) {
+                      char* end;
+                      const long value = std::strtol(arguments.data(), &end, 10);
+                      EXPECT_EQ(with(value, std::strtol(end, nullptr, 10)), text);
+                  });
     EXPECT_EQ(with(1, 2000000000), std::string(1021, '0') + "1");
 }
 
 TEST(GBufferNumbers, RealsInFixedNotation) {
-    for (const std::string_view row :
-         {"2.50 6 -> 2.5", "0.1 3 -> 0.1", "12 0 -> 12", "100 2 -> 100", "-0 6 -> -0", "-0.0000001 6 -> -0",
-          "0.1 17 -> 0.1", "0.33333333333333331 20 -> 0.3333333333333333",
-          "0.33333333333333331 -1 -> 0.3333333333333333", "1e22 2 -> 10000000000000000000000", "nan 3 -> nan",
-          "-nan 3 -> -nan"}) {
-        const auto [arguments, text] = CellsOf<2>(row);
-        char* end;
-        const double value = std::strtod(arguments.data(), &end);
-        EXPECT_EQ(WithPrecision(value, std::strtol(end, nullptr, 10)), text) << row;
-    }
+    ForEachRow<2>({"2.50 6 -> 2.5", "0.1 3 -> 0.1", "12 0 -> 12", "100 2 -> 100", "-0 6 -> -0",
+                   "-0.0000001 6 -> -0", "0.1 17 -> 0.1", "0.33333333333333331 20 -> 0.3333333333333333",
+                   "0.33333333333333331 -1 -> 0.3333333333333333", "1e22 2 -> 10000000000000000000000",
+                   "nan 3 -> nan", "-nan 3 -> -nan"},
+                  [&](auto arguments, auto text) {
+                      char* end;
+                      const double value = std::strtod(arguments.data(), &end);
+                      EXPECT_EQ(WithPrecision(value, std::strtol(end, nullptr, 10)), text);
+                  });
     GBuffer high;
     high.SetWithHighPrecision(1.0 / 3);
     EXPECT_EQ(BytesOf(high), "0.333333333333333");
@@ -104,15 +103,14 @@ TEST(GBufferNumbers, RealsInFixedNotation) {
 
 TEST(GBufferNumbers, RealsByAFormat) {
     // No conversion, padding by zeros behind the sign or a prefix, marks, forms, and no number.
-    for (const std::string_view row :
-         {"2.5 %f -> 2.5", "2.5 %% -> 2.5", "-2.5 %09.2f| -> -00002.50|", "2.5 %Lf| -> 2.5",
-          "2.5 %lf| -> 2.500000|", "3 %#.0f| -> 3.|", "1.5 %a| -> 0x1.8p+0|", "1.5 %.3A| -> 0X1.800P+0|",
-          "1.5 %010a| -> 0x001.8p+0|", "1.5e10 %e -> 1.500000e+1", "nan %06f| ->    nan|",
-          "-nan %F| -> -NAN|"}) {
-        const auto [arguments, text] = CellsOf<2>(row);
-        const std::string format(arguments.substr(arguments.find(' ') + 1));
-        EXPECT_EQ(Formatted(std::strtod(arguments.data(), nullptr), format.c_str()), text) << row;
-    }
+    ForEachRow<2>({"2.5 %f -> 2.5", "2.5 %% -> 2.5", "-2.5 %09.2f| -> -00002.50|", "2.5 %Lf| -> 2.5",
+                   "2.5 %lf| -> 2.500000|", "3 %#.0f| -> 3.|", "1.5 %a| -> 0x1.8p+0|",
+                   "1.5 %.3A| -> 0X1.800P+0|", "1.5 %010a| -> 0x001.8p+0|", "1.5e10 %e -> 1.500000e+1",
+                   "nan %06f| ->    nan|", "-nan %F| -> -NAN|"},
+                  [&](auto arguments, auto text) {
+                      const std::string format(arguments.substr(arguments.find(' ') + 1));
+                      EXPECT_EQ(Formatted(std::strtod(arguments.data(), nullptr), format.c_str()), text);
+                  });
     for (const char* format : {"%f",    "[%f]",   "%%%f%%",   "%9.2f|", "%-9.2f|", "%09.2f|", "%+.1f",
                                "% .1f", "%+ .1f", "%-08.2f|", "%.f|",   "%.2e|",   "%.2E|",   "%g",
                                "%G|",   "%#g|",   "%#.3g|",   "%#.0f|", "%#.0e|",  "%012.4g|"}) {
@@ -153,21 +151,21 @@ TEST(GBufferNumbers, AgreeWithPrintf) {
 
 TEST(GBufferNumbers, IntegersFromText) {
     // What GetInt64() reads; GetUInt32() is that cut. And what GetInt32() reads, which knows a limit.
-    for (const std::string_view row :
-         {" \b-12x -> -12 -> 0"sv, "\f12 -> 0 -> 12"sv, "\t\n\v\r 12 -> 12 -> 12"sv, "+7 -> 7 -> 7"sv,
-          "007 -> 7 -> 7"sv, "2147483647 -> 2147483647 -> 2147483647"sv,
-          "2147483648 -> 2147483648 -> 2147483647"sv, "-2147483648 -> -2147483648 -> -2147483648"sv,
-          "-2147483649 -> -2147483649 -> -2147483648"sv, "4294967297 -> 4294967297 -> 2147483647"sv,
-          "9223372036854775807 -> 9223372036854775807 -> 2147483647"sv,
-          "-9223372036854775808 -> -9223372036854775808 -> -2147483648"sv,
-          "18446744073709551617 -> 1 -> 2147483647"sv, "1\0002 -> 1 -> 1"sv}) {
-        const auto [text, all, limited] = CellsOf<3>(row);
-        const long long expected = std::strtoll(all.data(), nullptr, 10);
-        const GBuffer buffer = BufferOf(text);
-        EXPECT_EQ(buffer.GetInt64(), expected) << text;
-        EXPECT_EQ(buffer.GetUInt32(), static_cast<unsigned long>(expected & 0xFFFFFFFF)) << text;
-        EXPECT_EQ(buffer.GetInt32(), std::strtol(limited.data(), nullptr, 10)) << text;
-    }
+    ForEachRow<3>({" \b-12x -> -12 -> 0"sv, "\f12 -> 0 -> 12"sv, "\t\n\v\r 12 -> 12 -> 12"sv,
+                   "+7 -> 7 -> 7"sv, "007 -> 7 -> 7"sv, "2147483647 -> 2147483647 -> 2147483647"sv,
+                   "2147483648 -> 2147483648 -> 2147483647"sv, "-2147483648 -> -2147483648 -> -2147483648"sv,
+                   "-2147483649 -> -2147483649 -> -2147483648"sv, "4294967297 -> 4294967297 -> 2147483647"sv,
+                   "9223372036854775807 -> 9223372036854775807 -> 2147483647"sv,
+                   "-9223372036854775808 -> -9223372036854775808 -> -2147483648"sv,
+                   "18446744073709551617 -> 1 -> 2147483647"sv, "1\0002 -> 1 -> 1"sv},
+                  [&](auto text, auto all, auto limited) {
+                      const long long expected = std::strtoll(all.data(), nullptr, 10);
+                      const GBuffer buffer = BufferOf(text);
+                      EXPECT_EQ(buffer.GetInt64(), expected) << text;
+                      EXPECT_EQ(buffer.GetUInt32(), static_cast<unsigned long>(expected & 0xFFFFFFFF))
+                          << text;
+                      EXPECT_EQ(buffer.GetInt32(), std::strtol(limited.data(), nullptr, 10)) << text;
+                  });
     for (const char* text : {"", "-", "--5", "+-5", "- 5", "abc", "0x10"}) {
         EXPECT_EQ(GBuffer(text).GetInt64(), 0) << text;
         EXPECT_EQ(GBuffer(text).GetInt32(), 0) << text;

@@ -111,10 +111,8 @@ TEST(GBufferSearch, SubBuffers) {
         {"a start beyond the text", "abc", "c", 5, -1},
         {"a start far beyond the text", "", "abcde", 0x7FFFFFFF, -1},
         {"a start before the text", "abc", "b", -5, 1}};
-    for (const auto& [what, text, pattern, start, found] : rows) {
-        SCOPED_TRACE(what);
-        EXPECT_EQ(GBuffer(text).FindSubBuffer(pattern, start, false), found);
-    }
+    for (const auto& [what, text, pattern, start, found] : rows)
+        EXPECT_EQ(GBuffer(text).FindSubBuffer(pattern, start, false), found) << what;
     const GBuffer units = BufferOf(u"\x4142\x4344\x4142\x4546");
     EXPECT_EQ(units.FindSubBuffer(BufferOf(u"\x4142"), 1, true), 2);
     EXPECT_EQ(units.FindSubBuffer(BufferOf("\x41\x44"), 0, false), 1) << "the same bytes, but across units";

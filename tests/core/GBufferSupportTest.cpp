@@ -255,12 +255,11 @@ TEST(GBufferSupportBytes, AreStrippedAndSwapped) {
 }
 
 TEST(GBufferSupportBytes, LanguageTags) {
-    for (const std::u16string_view row :
-         {u"a\033enUS\033b -> ab", u"\033\033", u"a\033b -> a\033b", u"\033x\033a\033y\033 -> a\033y\033",
-          u"\x1B00\x001B -> \x1B00\x001B", u""}) {
-        const auto [text, result] = CellsOf<2>(row);
-        EXPECT_EQ(AfterUnits(GBufferSupport::RemoveUnicodeLanguageTags, text), result);
-    }
+    ForEachRow<2>({u"a\033enUS\033b -> ab", u"\033\033", u"a\033b -> a\033b",
+                   u"\033x\033a\033y\033 -> a\033y\033", u"\x1B00\x001B -> \x1B00\x001B", u""},
+                  [&](auto text, auto result) {
+                      EXPECT_EQ(AfterUnits(GBufferSupport::RemoveUnicodeLanguageTags, text), result);
+                  });
 }
 
 TEST(GBufferSupportBytes, BitBlocksAreCopiedBitForBitAlsoWhenTheyOverlap) {

@@ -136,44 +136,43 @@ TEST(GDateTime, ConvertsToAndFromBrokenDownTime) {
 }
 
 TEST(GDateTime, NormalizesByCarrying) {
-    for (const std::string_view row :
-         {"2014-12-31 23:59:60 -> 2015-1-1 0:0:0", "2015-1-1 0:0:-1 -> 2014-12-31 23:59:59",
-          "2014-1-1 49:0:0 -> 2014-1-3 1:0:0", "2014-2-31 -> 2014-3-3 0:0:0", "2016-2-31 -> 2016-3-2 0:0:0",
-          "1900-2-29 -> 1900-3-1 0:0:0", "2000-2-29 -> 2000-2-29 0:0:0", "2014-3-0 -> 2014-2-28 0:0:0",
-          "2014-1--364 -> 2013-1-1 0:0:0", "2014-13-1 -> 2015-1-1 0:0:0", "2014-0-1 -> 2013-12-1 0:0:0",
-          "2014--11-31 -> 2013-1-31 0:0:0", "0-1-0 -> -1-12-31 0:0:0",
-          "2000-2147483647-2147483647 2147483647:2147483647:2147483647 -> 185087715-11-27 12:21:7",
-          "2147483647-12-31 24:0:0 -> 2147483647-12-31 23:59:59",
-          "-2147483648-1-0 -> -2147483648-1-1 0:0:0"}) {
-        const auto [start, result] = CellsOf<2>(row);
-        GDateTime time = At(start);
-        time.Normalize();
-        EXPECT_EQ(When(time), result) << row;
-    }
+    ForEachRow<2>(
+        {"2014-12-31 23:59:60 -> 2015-1-1 0:0:0", "2015-1-1 0:0:-1 -> 2014-12-31 23:59:59",
+         "2014-1-1 49:0:0 -> 2014-1-3 1:0:0", "2014-2-31 -> 2014-3-3 0:0:0", "2016-2-31 -> 2016-3-2 0:0:0",
+         "1900-2-29 -> 1900-3-1 0:0:0", "2000-2-29 -> 2000-2-29 0:0:0", "2014-3-0 -> 2014-2-28 0:0:0",
+         "2014-1--364 -> 2013-1-1 0:0:0", "2014-13-1 -> 2015-1-1 0:0:0", "2014-0-1 -> 2013-12-1 0:0:0",
+         "2014--11-31 -> 2013-1-31 0:0:0", "0-1-0 -> -1-12-31 0:0:0",
+         "2000-2147483647-2147483647 2147483647:2147483647:2147483647 -> 185087715-11-27 12:21:7",
+         "2147483647-12-31 24:0:0 -> 2147483647-12-31 23:59:59", "-2147483648-1-0 -> -2147483648-1-1 0:0:0"},
+        [&](auto start, auto result) {
+            GDateTime time = At(start);
+            time.Normalize();
+            EXPECT_EQ(When(time), result);
+        });
 }
 
 TEST(GDateTime, AddsMonthsToTheEndOfTheMonthAndThenTheRest) {
     // Added are days, hours, minutes, seconds, months, years.
-    for (const std::string_view row :
-         {"2014-1-31 + 0 0 0 0 1 0 -> 2014-2-28 0:0:0", "2016-1-31 + 0 0 0 0 1 0 -> 2016-2-29 0:0:0",
-          "2016-2-29 + 0 0 0 0 0 1 -> 2017-2-28 0:0:0", "2014-3-31 + 0 0 0 0 -1 0 -> 2014-2-28 0:0:0",
-          "2014-1-15 + 0 0 0 0 -13 0 -> 2012-12-15 0:0:0", "2014-2-31 + 0 0 0 0 1 0 -> 2014-4-3 0:0:0",
-          "2014-1-31 + 1 0 0 0 1 0 -> 2014-3-1 0:0:0",
-          "2014-1-1 + 0 0 0 0 2147483647 0 -> 178958984-8-1 0:0:0",
-          "2015-2-28 23:59:59 + 0 0 0 1 0 0 -> 2015-3-1 0:0:0", "2015-3-1 + 1 2 3 4 5 6 -> 2021-8-2 2:3:4",
-          "2021-8-2 2:3:4 + -1 -2 -3 -4 -5 -6 -> 2015-3-1 0:0:0",
-          "2015-3-1 + 0 0 0 2147483647 0 0 -> 2083-3-19 3:14:7",
-          "2015-3-1 + 2147483647 2147483647 2147483647 2147483647 2147483647 2147483647 -> 2147483647-12-31 "
-          "23:59:59",
-          "-2147483648-3-1 + -2147483648 -2147483648 -2147483648 -2147483648 0 0 -> -2147483648-1-1 0:0:0"}) {
-        const auto [sum, result] = CellsOf<2>(row);
-        GDateTime time = At(sum);
-        long span[6] = {};
-        std::sscanf(std::string(sum.substr(sum.find('+') + 1)).c_str(), "%ld %ld %ld %ld %ld %ld", &span[0],
-                    &span[1], &span[2], &span[3], &span[4], &span[5]);
-        time.AddTime(span[0], span[1], span[2], span[3], span[4], span[5]);
-        EXPECT_EQ(When(time), result) << row;
-    }
+    ForEachRow<2>(
+        {"2014-1-31 + 0 0 0 0 1 0 -> 2014-2-28 0:0:0", "2016-1-31 + 0 0 0 0 1 0 -> 2016-2-29 0:0:0",
+         "2016-2-29 + 0 0 0 0 0 1 -> 2017-2-28 0:0:0", "2014-3-31 + 0 0 0 0 -1 0 -> 2014-2-28 0:0:0",
+         "2014-1-15 + 0 0 0 0 -13 0 -> 2012-12-15 0:0:0", "2014-2-31 + 0 0 0 0 1 0 -> 2014-4-3 0:0:0",
+         "2014-1-31 + 1 0 0 0 1 0 -> 2014-3-1 0:0:0",
+         "2014-1-1 + 0 0 0 0 2147483647 0 -> 178958984-8-1 0:0:0",
+         "2015-2-28 23:59:59 + 0 0 0 1 0 0 -> 2015-3-1 0:0:0", "2015-3-1 + 1 2 3 4 5 6 -> 2021-8-2 2:3:4",
+         "2021-8-2 2:3:4 + -1 -2 -3 -4 -5 -6 -> 2015-3-1 0:0:0",
+         "2015-3-1 + 0 0 0 2147483647 0 0 -> 2083-3-19 3:14:7",
+         "2015-3-1 + 2147483647 2147483647 2147483647 2147483647 2147483647 2147483647 -> 2147483647-12-31 "
+         "23:59:59",
+         "-2147483648-3-1 + -2147483648 -2147483648 -2147483648 -2147483648 0 0 -> -2147483648-1-1 0:0:0"},
+        [&](auto sum, auto result) {
+            GDateTime time = At(sum);
+            long span[6] = {};
+            std::sscanf(std::string(sum.substr(sum.find('+') + 1)).c_str(), "%ld %ld %ld %ld %ld %ld",
+                        &span[0], &span[1], &span[2], &span[3], &span[4], &span[5]);
+            time.AddTime(span[0], span[1], span[2], span[3], span[4], span[5]);
+            EXPECT_EQ(When(time), result);
+        });
     GDateTime time = At("2015-12-31 23:59:59");
     time.AddDays(60);
     EXPECT_EQ(When(time), "2016-2-29 23:59:59");
@@ -275,10 +274,7 @@ TEST(GDateTime, WritesPDFDates) {
         {UTC(1, 2, 3, 4, 5, 6), "D:00010203040506Z"},
         {UTC(12345, 1, 1), "D:123450101000000Z"},
         {UTC(-1, 1, 1), "D:42949672950101000000Z"}};
-    for (const auto& [time, text] : rows) {
-        SCOPED_TRACE(text);
-        EXPECT_EQ(PDF(time), text);
-    }
+    for (const auto& [time, text] : rows) EXPECT_EQ(PDF(time), text) << text;
     EXPECT_EQ(PDF(GDateTime(15, 3, 2014, 10, 30, 0, false)).substr(0, 16), "D:20140315103000");
     EXPECT_EQ(PDF(GDateTime(1, 1, cLeast, cLeast, cLeast, cLeast, cLeast, cLeast, cLeast)).substr(0, 2),
               "D:");
@@ -286,16 +282,14 @@ TEST(GDateTime, WritesPDFDates) {
 
 TEST(GDateTime, WritesPictures) {
     const GDateTime time(5, 3, 2014, 15, 4, 9, 1, 1, 0);
-    for (const std::u16string_view row :
-         {u"yyyy-MM-dd HH:mm:ss -> 2014-03-05 15:04:09", u"d.M.yy H:m:s -> 5.3.14 15:4:9",
-          u"dd/MM/y hh h -> 05/03/14 03 3", u"yyyyyy yyy HHH -> 2014 2014 15",
-          u"'day' d 'o''clock' -> day 5 o'clock", u"''yyyy'' -> '2014'", u"'open d -> open d", u"' -> ",
-          u"Q4 [yyyy] -> Q4 [2014]", u"\u5E74yyyy\U0001F600 -> \u5E742014\U0001F600"}) {
-        SCOPED_TRACE(Readable(row));
-        const auto [picture, text] = CellsOf<2>(row);
-        EXPECT_EQ(Date(time, false, picture), text);
-        EXPECT_EQ(Time(time, false, picture), text);
-    }
+    ForEachRow<2>({u"yyyy-MM-dd HH:mm:ss -> 2014-03-05 15:04:09", u"d.M.yy H:m:s -> 5.3.14 15:4:9",
+                   u"dd/MM/y hh h -> 05/03/14 03 3", u"yyyyyy yyy HHH -> 2014 2014 15",
+                   u"'day' d 'o''clock' -> day 5 o'clock", u"''yyyy'' -> '2014'", u"'open d -> open d",
+                   u"' -> ", u"Q4 [yyyy] -> Q4 [2014]", u"\u5E74yyyy\U0001F600 -> \u5E742014\U0001F600"},
+                  [&](auto picture, auto text) {
+                      EXPECT_EQ(Date(time, false, picture), text);
+                      EXPECT_EQ(Time(time, false, picture), text);
+                  });
     EXPECT_EQ(Date(time, true, u"dd HH:mm"), u"05 16:04");
     EXPECT_EQ(Date(UTC(2014, 3, 5, 0, 0, 0), false, u"hh"), u"12");
     EXPECT_EQ(Date(UTC(2014, 3, 5, 12, 0, 0), false, u"h"), u"12");

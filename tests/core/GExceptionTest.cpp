@@ -71,22 +71,22 @@ void ProgramsOwnHandler() {
 }
 
 TEST_F(GExceptionTest, HasTheMessagesOfAllPlatforms) {
-    for (const std::string_view row :
-         {"2450 -> General Exception", "2459 -> Action has been canceled",
-          "2464 -> Could not write data to file", "40000 -> File directory full",
-          "40008 -> Memory full (open) or file won't fit (load)",
-          "40014 -> Directory is not empty (or: One or more files are open or File is busy )",
-          "40066 -> Path is not relative", "40073 -> A Win32 System Error has occurred",
-          "40079 -> Opening %1 in the application %2", "40092 -> Internal error. Could not lock.",
-          "40168 -> The specified shared memory was already created with another file size",
-          "40207 -> Could not release event",
-          "40255 -> System error, contact your System Administrator: \"Error creating thread: permission "
-          "denied\"",
-          "40270 -> Random generator already initialised"}) {
-        const auto [id, text] = CellsOf<2>(row);
-        const GSimpleException exception(std::atol(id.data()));
-        EXPECT_EQ(Plain(exception.GetDescription()), std::u16string(text.begin(), text.end()));
-    }
+    ForEachRow<2>(
+        {"2450 -> General Exception", "2459 -> Action has been canceled",
+         "2464 -> Could not write data to file", "40000 -> File directory full",
+         "40008 -> Memory full (open) or file won't fit (load)",
+         "40014 -> Directory is not empty (or: One or more files are open or File is busy )",
+         "40066 -> Path is not relative", "40073 -> A Win32 System Error has occurred",
+         "40079 -> Opening %1 in the application %2", "40092 -> Internal error. Could not lock.",
+         "40168 -> The specified shared memory was already created with another file size",
+         "40207 -> Could not release event",
+         "40255 -> System error, contact your System Administrator: \"Error creating thread: permission "
+         "denied\"",
+         "40270 -> Random generator already initialised"},
+        [&](auto id, auto text) {
+            const GSimpleException exception(std::atol(id.data()));
+            EXPECT_EQ(Plain(exception.GetDescription()), std::u16string(text.begin(), text.end()));
+        });
     const GString helped = GSimpleException(40091).GetDescription();
     EXPECT_EQ(helped.Find("Internal error. Files are not locked. "), 0);
     GString none;

@@ -87,10 +87,8 @@ TEST(GPathNameConversions, GivesTheSystemLongPathsLiterally) {
         {"the longest plain share", u"//s/" + Repeated(u'x', 242), u"\\\\s\\" + Repeated(u'x', 242)},
         {"the shortest long share", u"//s/" + Repeated(u'x', 243), u"\\\\?\\UNC\\s\\" + Repeated(u'x', 243)},
         {"a long share", u"//srv/s/" + Repeated(u'y', 292), u"\\\\?\\UNC\\srv\\s\\" + Repeated(u'y', 292)}};
-    for (const auto& [what, portable, api] : rows) {
-        SCOPED_TRACE(what);
-        EXPECT_EQ(Plain(Path(portable).GetWin32APIPathString()), api);
-    }
+    for (const auto& [what, portable, api] : rows)
+        EXPECT_EQ(Plain(Path(portable).GetWin32APIPathString()), api) << what;
 }
 
 TEST(GPathNameConversions, KeepsBothSlashesOfUNCPaths) {
@@ -131,56 +129,51 @@ TEST(GPathNameConversions, RefusesURLsAsDeviceIndependentPaths) {
 }
 
 TEST(GPathNameConversions, WritesURLs) {
-    for (const std::u16string_view row :
-         {u"C:/dir/a b.txt -> file:///C:/dir/a%20b.txt", u"//server/share/x -> file://server/share/x",
-          u"//a@b:80/c@d:e -> file://a%40b%3A80/c@d:e", u"//srv:x -> file://srv%3Ax",
-          u"/dir/x -> file:///dir/x", u"dir/x -> file:///dir/x", u" -> file:///",
-          u"C:/100%#?.txt -> file:///C:/100%25%23%3F.txt", u"/a%2Fb%00% -> file:///a%252Fb%2500%25",
-          u"/-._~!$&'()*+,;=:@azAZ09 -> file:///-._~!$&'()*+,;=:@azAZ09",
-          u"/[\"<>\\^`{|}] -> file:///%5B%22%3C%3E%5C%5E%60%7B%7C%7D%5D", u"/\x01\x7F -> file:///%01%7F",
-          u"/\u0080\u07FF -> file:///%C2%80%DF%BF", u"/\u0800\uFFFF -> file:///%E0%A0%80%EF%BF%BF",
-          u"/\U00010000\U0010FFFF -> file:///%F0%90%80%80%F4%8F%BF%BF",
-          u"/\xD800x\xDC00\xD801 -> file:///%EF%BF%BDx%EF%BF%BD%EF%BF%BD"}) {
-        SCOPED_TRACE(Readable(row));
-        const auto [portable, url] = CellsOf<2>(row);
-        EXPECT_EQ(Plain(Path(portable).GetURLPathString()), url);
-    }
+    ForEachRow<2>(
+        {u"C:/dir/a b.txt -> file:///C:/dir/a%20b.txt", u"//server/share/x -> file://server/share/x",
+         u"//a@b:80/c@d:e -> file://a%40b%3A80/c@d:e", u"//srv:x -> file://srv%3Ax",
+         u"/dir/x -> file:///dir/x", u"dir/x -> file:///dir/x", u" -> file:///",
+         u"C:/100%#?.txt -> file:///C:/100%25%23%3F.txt", u"/a%2Fb%00% -> file:///a%252Fb%2500%25",
+         u"/-._~!$&'()*+,;=:@azAZ09 -> file:///-._~!$&'()*+,;=:@azAZ09",
+         u"/[\"<>\\^`{|}] -> file:///%5B%22%3C%3E%5C%5E%60%7B%7C%7D%5D", u"/\x01\x7F -> file:///%01%7F",
+         u"/\u0080\u07FF -> file:///%C2%80%DF%BF", u"/\u0800\uFFFF -> file:///%E0%A0%80%EF%BF%BF",
+         u"/\U00010000\U0010FFFF -> file:///%F0%90%80%80%F4%8F%BF%BF",
+         u"/\xD800x\xDC00\xD801 -> file:///%EF%BF%BDx%EF%BF%BD%EF%BF%BD"},
+        [&](auto portable, auto url) { EXPECT_EQ(Plain(Path(portable).GetURLPathString()), url); });
 }
 
 TEST(GPathNameConversions, HangsVolumesUnderOneFolderForMachO) {
-    for (const std::u16string_view row :
-         {u"C:/x/y -> /Volumes/C/x/y -> C:/x/y", u"C:/ -> /Volumes/C -> C:/", u"C:x -> /Volumes/C/x -> C:/x",
-          u"Data: -> /Volumes/Data -> /Volumes/Data",
-          u"/Volumes/Data/x -> /Volumes/Data/x -> /Volumes/Data/x", u"/Volumes/ -> /Volumes/ -> /Volumes/",
-          u"/Volumes//x -> /Volumes//x -> /Volumes//x", u"/Users/x -> /Users/x -> /Users/x",
-          u"//srv/x -> //srv/x -> //srv/x", u"a/b -> a/b -> a/b", u" ->  -> "}) {
-        SCOPED_TRACE(Readable(row));
-        const auto [portable, machO, back] = CellsOf<3>(row);
-        EXPECT_EQ(Plain(Path(portable).GetMachOPathString()), machO);
-        GPathName path;
-        path.SetMachOPathString(Text(machO));
-        EXPECT_EQ(Plain(path), back);
-    }
+    ForEachRow<3>(
+        {u"C:/x/y -> /Volumes/C/x/y -> C:/x/y", u"C:/ -> /Volumes/C -> C:/", u"C:x -> /Volumes/C/x -> C:/x",
+         u"Data: -> /Volumes/Data -> /Volumes/Data", u"/Volumes/Data/x -> /Volumes/Data/x -> /Volumes/Data/x",
+         u"/Volumes/ -> /Volumes/ -> /Volumes/", u"/Volumes//x -> /Volumes//x -> /Volumes//x",
+         u"/Users/x -> /Users/x -> /Users/x", u"//srv/x -> //srv/x -> //srv/x", u"a/b -> a/b -> a/b",
+         u" ->  -> "},
+        [&](auto portable, auto machO, auto back) {
+            EXPECT_EQ(Plain(Path(portable).GetMachOPathString()), machO);
+            GPathName path;
+            path.SetMachOPathString(Text(machO));
+            EXPECT_EQ(Plain(path), back);
+        });
     EXPECT_EQ(Plain(Path(u"C:/x/y").GetMachOBranch()), u"/Volumes/C/x/");
 }
 
 TEST(GPathNameConversions, WritesAndReadsCFMPaths) {
-    for (const std::u16string_view row :
-         {u"/Volumes/Data/dir/file -> Data:dir:file -> /Volumes/Data/dir/file",
-          u"/Volumes/Data/dir/ -> Data:dir: -> /Volumes/Data/dir",
-          u"/Volumes/Data/../x -> Data::x -> /Volumes/Data/../x", u"/Volumes/Data -> Data: -> /Volumes/Data",
-          u"Data: -> Data: -> /Volumes/Data", u"//srv/x -> //srv/x -> //srv/x",
-          u"C:/dir/file -> C:dir:file -> C:/dir/file", u"C:/ -> C: -> C:/", u"file -> file -> file",
-          u"dir/ -> :dir: -> dir", u"../../x -> :::x -> ../../x", u"a/../b -> :a::b -> a/../b",
-          u".. -> :: -> ..", u"a/.. -> :a:: -> a/..", u". -> : -> ", u"./a/./b -> :a:b -> a/b",
-          u"d/a:b -> :d:a/b -> d/a:b", u" ->  -> "}) {
-        SCOPED_TRACE(Readable(row));
-        const auto [portable, cfm, back] = CellsOf<3>(row);
-        EXPECT_EQ(Plain(Path(portable).GetCFMPathString()), cfm);
-        GPathName path;
-        path.SetCFMPathString(Text(cfm));
-        EXPECT_EQ(Plain(path), back);
-    }
+    ForEachRow<3>(
+        {u"/Volumes/Data/dir/file -> Data:dir:file -> /Volumes/Data/dir/file",
+         u"/Volumes/Data/dir/ -> Data:dir: -> /Volumes/Data/dir",
+         u"/Volumes/Data/../x -> Data::x -> /Volumes/Data/../x", u"/Volumes/Data -> Data: -> /Volumes/Data",
+         u"Data: -> Data: -> /Volumes/Data", u"//srv/x -> //srv/x -> //srv/x",
+         u"C:/dir/file -> C:dir:file -> C:/dir/file", u"C:/ -> C: -> C:/", u"file -> file -> file",
+         u"dir/ -> :dir: -> dir", u"../../x -> :::x -> ../../x", u"a/../b -> :a::b -> a/../b",
+         u".. -> :: -> ..", u"a/.. -> :a:: -> a/..", u". -> : -> ", u"./a/./b -> :a:b -> a/b",
+         u"d/a:b -> :d:a/b -> d/a:b", u" ->  -> "},
+        [&](auto portable, auto cfm, auto back) {
+            EXPECT_EQ(Plain(Path(portable).GetCFMPathString()), cfm);
+            GPathName path;
+            path.SetCFMPathString(Text(cfm));
+            EXPECT_EQ(Plain(path), back);
+        });
     GPathName path;
     path.SetCFMPathString(Text(u"ab/c"));
     EXPECT_EQ(Plain(path), u"ab:c");

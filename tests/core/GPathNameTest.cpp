@@ -101,18 +101,16 @@ TEST(GPathName, CountsComponentsAndCutsBehindThem) {
 }
 
 TEST(GPathName, AppendsBehindOneSlash) {
-    for (const std::u16string_view row :
-         {u"C:/a -> b -> C:/a/b", u"C:/a/ -> b -> C:/a/b", u" -> b -> b", u"a ->  -> a", u" ->  -> ",
-          u"a -> /b -> a//b", u"C: -> x/y -> C:/x/y", u"a -> \U0001F600 -> a/\U0001F600"}) {
-        SCOPED_TRACE(Readable(row));
-        const auto [base, component, result] = CellsOf<3>(row);
-        GPathName path = Path(base);
-        path.Append(Text(component));
-        EXPECT_EQ(Plain(path), result);
-        EXPECT_EQ(Plain(Path(base) / Path(component)), result);
-        path = Path(base);
-        EXPECT_EQ(Plain(path /= Path(component)), result);
-    }
+    ForEachRow<3>({u"C:/a -> b -> C:/a/b", u"C:/a/ -> b -> C:/a/b", u" -> b -> b", u"a ->  -> a", u" ->  -> ",
+                   u"a -> /b -> a//b", u"C: -> x/y -> C:/x/y", u"a -> \U0001F600 -> a/\U0001F600"},
+                  [&](auto base, auto component, auto result) {
+                      GPathName path = Path(base);
+                      path.Append(Text(component));
+                      EXPECT_EQ(Plain(path), result);
+                      EXPECT_EQ(Plain(Path(base) / Path(component)), result);
+                      path = Path(base);
+                      EXPECT_EQ(Plain(path /= Path(component)), result);
+                  });
     GPathName path = Path(u"a/b");
     path.Append(path.GetPortablePath());
     EXPECT_EQ(Plain(path), u"a/b/a/b");
@@ -157,14 +155,11 @@ TEST(GPathName, NormalizesAsText) {
         EXPECT_EQ(Plain(path.GetNormalizedPortablePathFrom(Text(text))), Plain(path));
         return Plain(path);
     };
-    for (const std::u16string_view row :
-         {u"C:/a/./b/../c -> C:/a/c", u"a/.. -> ", u"a/../.. -> ..", u"a/b/../../../c -> ../c",
-          u"C:/. -> C:/", u"./ -> ", u"a/./ -> a/", u"a/b/.. -> a", u"a/b/../ -> a/",
-          u"//srv/share/../x -> //srv/x", u"a/.../.. -> a", u"..a/.. -> ", u"C:a/../b -> C:b",
-          u"a/..//b -> /b", u"/.//b -> //b", u"./C:./b -> C:./b", u"\u00E9/\U0001F600/.. -> \u00E9"}) {
-        const auto [text, result] = CellsOf<2>(row);
-        EXPECT_EQ(normalized(text), result) << Readable(row);
-    }
+    ForEachRow<2>({u"C:/a/./b/../c -> C:/a/c", u"a/.. -> ", u"a/../.. -> ..", u"a/b/../../../c -> ../c",
+                   u"C:/. -> C:/", u"./ -> ", u"a/./ -> a/", u"a/b/.. -> a", u"a/b/../ -> a/",
+                   u"//srv/share/../x -> //srv/x", u"a/.../.. -> a", u"..a/.. -> ", u"C:a/../b -> C:b",
+                   u"a/..//b -> /b", u"/.//b -> //b", u"./C:./b -> C:./b", u"\u00E9/\U0001F600/.. -> \u00E9"},
+                  [&](auto text, auto result) { EXPECT_EQ(normalized(text), result); });
     for (const std::u16string_view text : {u"", u"../x", u"../../x", u"a//../b", u"C:/../a", u"//srv/.."})
         EXPECT_EQ(normalized(text), text) << Readable(text);
     std::u16string deep = u"C:";
@@ -174,18 +169,16 @@ TEST(GPathName, NormalizesAsText) {
 }
 
 TEST(GPathName, FindsTheWayFromABase) {
-    for (const std::u16string_view row :
-         {u"C:/a/b -> C:/a/c -> ../b", u"C:/a/b -> C:/a/ -> b", u"C:/A/b -> c:/a/C/d -> ../../b",
-          u"C:/a -> C:/a -> ", u"C:/a -> C:/a/b/c -> ../..", u"C:/a/b -> C:/ab -> ../a/b",
-          u"C:/a -> D:/a -> C:/a", u"C:/a -> C:a -> C:/a", u"C:/a -> a -> C:/a",
-          u"//srv/s/x -> //SRV/s/y/z -> ../../x", u"//srv/s/x -> //other/s -> //srv/s/x",
-          u"a/b -> a/c -> ../b", u"x -> ../y -> x", u"../x -> y -> ../../x",
-          u"C:/a/./b/../c -> C:/a/d/.. -> c", u"C:/a/D:/x -> C:/a -> C:/a/D:/x",
-          u"C:/a/D:/x -> C:/b -> ../a/D:/x", u"C:/a/Data: -> C:/a -> C:/a/Data:", u" ->  -> "}) {
-        SCOPED_TRACE(Readable(row));
-        const auto [path, base, way] = CellsOf<3>(row);
-        EXPECT_EQ(Plain(Path(path).GetRelativePathFrom(Path(base))), way);
-    }
+    ForEachRow<3>({u"C:/a/b -> C:/a/c -> ../b", u"C:/a/b -> C:/a/ -> b", u"C:/A/b -> c:/a/C/d -> ../../b",
+                   u"C:/a -> C:/a -> ", u"C:/a -> C:/a/b/c -> ../..", u"C:/a/b -> C:/ab -> ../a/b",
+                   u"C:/a -> D:/a -> C:/a", u"C:/a -> C:a -> C:/a", u"C:/a -> a -> C:/a",
+                   u"//srv/s/x -> //SRV/s/y/z -> ../../x", u"//srv/s/x -> //other/s -> //srv/s/x",
+                   u"a/b -> a/c -> ../b", u"x -> ../y -> x", u"../x -> y -> ../../x",
+                   u"C:/a/./b/../c -> C:/a/d/.. -> c", u"C:/a/D:/x -> C:/a -> C:/a/D:/x",
+                   u"C:/a/D:/x -> C:/b -> ../a/D:/x", u"C:/a/Data: -> C:/a -> C:/a/Data:", u" ->  -> "},
+                  [&](auto path, auto base, auto way) {
+                      EXPECT_EQ(Plain(Path(path).GetRelativePathFrom(Path(base))), way);
+                  });
 }
 
 TEST(GPathName, StartsWithWholeComponents) {
@@ -204,20 +197,16 @@ TEST(GPathName, StartsWithWholeComponents) {
 }
 
 TEST(GPathName, ComparesWithoutRegardToCase) {
-    for (const std::u16string_view row : {u"c:/Dir/A.txt -> C:/dir/a.TXT", u"\u00C4 -> \u00E4", u" -> "}) {
-        SCOPED_TRACE(Readable(row));
-        const auto [a, b] = CellsOf<2>(row);
+    ForEachRow<2>({u"c:/Dir/A.txt -> C:/dir/a.TXT", u"\u00C4 -> \u00E4", u" -> "}, [&](auto a, auto b) {
         EXPECT_TRUE(Path(a) == Path(b));
         EXPECT_FALSE(Path(a) != Path(b));
         EXPECT_EQ(Path(a).GetHash(), Path(b).GetHash());
-    }
-    for (const std::u16string_view row : {u"a -> b", u"a -> a/", u"a -> ", u"C:/a -> C:\\a"}) {
-        SCOPED_TRACE(Readable(row));
-        const auto [a, b] = CellsOf<2>(row);
+    });
+    ForEachRow<2>({u"a -> b", u"a -> a/", u"a -> ", u"C:/a -> C:\\a"}, [&](auto a, auto b) {
         EXPECT_FALSE(Path(a) == Path(b));
         EXPECT_TRUE(Path(a) != Path(b));
         EXPECT_NE(Path(a).GetHash(), Path(b).GetHash());
-    }
+    });
 }
 
 TEST(GPathName, HashesAsItsTextInSmallLetters) {

@@ -11,19 +11,15 @@ namespace {
 
 TEST(GRegEx, MatchesWholeTexts) {
     // Case and classes know more than ASCII, ranges go by code, a surrogate pair is two characters.
-    for (const std::u16string_view row :
-         {u" -> ", u"(?i)\u00E4\u0436 -> \u00C4\u0416", u"(?i)[\u0430-\u044F]+ -> \u0416\u0410",
-          u"\\w+ -> Gr\u00FC\u00DFe_1", u"\\d -> \u0661", u"\\s+ ->  \t\r\n\u00A0\u3000",
-          u"[[:upper:]][[:lower:]][[:digit:]][[:punct:]][[:xdigit:]] -> Ab1!f", u"\\x{20AC} -> \u20AC",
-          u".. -> \xD83D\xDE00", u"(a+)-\\1 -> aa-aa", u"(cat|dog){2}s? -> catdogs"}) {
-        const auto [expression, text] = CellsOf<2>(row);
-        EXPECT_TRUE(GRegEx(Text(expression)).Matches(Text(text))) << Readable(row);
-    }
-    for (const std::u16string_view row :
-         {u"abc -> abcd", u"abc -> aBc", u"[a-z] -> \u00E9", u"\\w -> -", u"\\S ->  "}) {
-        const auto [expression, text] = CellsOf<2>(row);
-        EXPECT_FALSE(GRegEx(Text(expression)).Matches(Text(text))) << Readable(row);
-    }
+    ForEachRow<2>(
+        {u" -> ", u"(?i)\u00E4\u0436 -> \u00C4\u0416", u"(?i)[\u0430-\u044F]+ -> \u0416\u0410",
+         u"\\w+ -> Gr\u00FC\u00DFe_1", u"\\d -> \u0661", u"\\s+ ->  \t\r\n\u00A0\u3000",
+         u"[[:upper:]][[:lower:]][[:digit:]][[:punct:]][[:xdigit:]] -> Ab1!f", u"\\x{20AC} -> \u20AC",
+         u".. -> \xD83D\xDE00", u"(a+)-\\1 -> aa-aa", u"(cat|dog){2}s? -> catdogs"},
+        [&](auto expression, auto text) { EXPECT_TRUE(GRegEx(Text(expression)).Matches(Text(text))); });
+    ForEachRow<2>(
+        {u"abc -> abcd", u"abc -> aBc", u"[a-z] -> \u00E9", u"\\w -> -", u"\\S ->  "},
+        [&](auto expression, auto text) { EXPECT_FALSE(GRegEx(Text(expression)).Matches(Text(text))); });
     EXPECT_TRUE(GRegEx(GString("abc"), true).Matches(GString("aBc")));
 }
 
@@ -69,13 +65,12 @@ TEST(GRegEx, GivesTheTextsOfGroups) {
 }
 
 TEST(GRegEx, ReplacesAllMatches) {
-    for (const std::u16string_view row :
-         {u"b -> abcb -> - -> a-c-", u"[aeiou] -> education ->  -> dctn",
-          u"(\\w+) (\\w+) -> one two -> $2 $1 -> two one", u"(a)(b) -> ab -> \\2\\1 -> ba",
-          u"b+ -> abbc -> <$&> -> a<bb>c", u"x* -> ab -> - -> -a-b-"}) {
-        const auto [expression, text, with, result] = CellsOf<4>(row);
-        EXPECT_EQ(Plain(GRegEx(Text(expression)).Replace(Text(text), Text(with))), result) << Readable(row);
-    }
+    ForEachRow<4>({u"b -> abcb -> - -> a-c-", u"[aeiou] -> education ->  -> dctn",
+                   u"(\\w+) (\\w+) -> one two -> $2 $1 -> two one", u"(a)(b) -> ab -> \\2\\1 -> ba",
+                   u"b+ -> abbc -> <$&> -> a<bb>c", u"x* -> ab -> - -> -a-b-"},
+                  [&](auto expression, auto text, auto with, auto result) {
+                      EXPECT_EQ(Plain(GRegEx(Text(expression)).Replace(Text(text), Text(with))), result);
+                  });
 }
 
 TEST(GRegEx, RefusesWhatIsMalformedOrTooDeepAndGivesUpWhatWouldTakeForEver) {

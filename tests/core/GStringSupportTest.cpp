@@ -35,20 +35,18 @@ bool ReferenceLess(const GString& a, const GString& b) {
 
 TEST(GStringSupport, NaturalOrder) {
     // By value, leading zeros do not count, other digits are letters, rests by their low bytes first.
-    for (const std::u16string_view row :
-         {u"page 9 of 10 -> page 10 of 2", u"a007b -> a7c", u"7 -> 7a", u"a1 -> ab", u"a -> a1",
-          u"1\u0100 -> 1\u00FF", u"n2147483646 -> n2147483647", u"9 -> \u0661",
-          u"abcdefghijklmnopqrst 9 -> abcdefghijklmnopqrst 10"}) {
-        const auto [less, more] = CellsOf<2>(row);
-        EXPECT_TRUE(GStringSupport::IsLessThanAlphanumeric(Text(less), Text(more))) << Readable(row);
-        EXPECT_FALSE(GStringSupport::IsLessThanAlphanumeric(Text(more), Text(less))) << Readable(row);
-    }
+    ForEachRow<2>({u"page 9 of 10 -> page 10 of 2", u"a007b -> a7c", u"7 -> 7a", u"a1 -> ab", u"a -> a1",
+                   u"1\u0100 -> 1\u00FF", u"n2147483646 -> n2147483647", u"9 -> \u0661",
+                   u"abcdefghijklmnopqrst 9 -> abcdefghijklmnopqrst 10"},
+                  [&](auto less, auto more) {
+                      EXPECT_TRUE(GStringSupport::IsLessThanAlphanumeric(Text(less), Text(more)));
+                      EXPECT_FALSE(GStringSupport::IsLessThanAlphanumeric(Text(more), Text(less)));
+                  });
     // Numbers beyond 32 bits count as the largest.
-    for (const std::u16string_view row : {u"", u"a007 -> a7", u"n2147483647 -> n99999999999999999999"}) {
-        const auto [a, b] = CellsOf<2>(row);
-        EXPECT_FALSE(GStringSupport::IsLessThanAlphanumeric(Text(a), Text(b))) << Readable(row);
-        EXPECT_FALSE(GStringSupport::IsLessThanAlphanumeric(Text(b), Text(a))) << Readable(row);
-    }
+    ForEachRow<2>({u"", u"a007 -> a7", u"n2147483647 -> n99999999999999999999"}, [&](auto a, auto b) {
+        EXPECT_FALSE(GStringSupport::IsLessThanAlphanumeric(Text(a), Text(b)));
+        EXPECT_FALSE(GStringSupport::IsLessThanAlphanumeric(Text(b), Text(a)));
+    });
 }
 
 TEST(GStringSupport, NaturalOrderOfAMillionNumbersNeedsNoDeepStack) {

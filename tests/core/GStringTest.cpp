@@ -293,19 +293,18 @@ TEST(GString, NormalizeKeepsTheEncodingOrNotAndClearDoes) {
 
 TEST(GString, SubstitutesParameters) {
     // A text, its parameters by commas, and the result.
-    for (const std::u16string_view row :
-         {u"%2 of %1 -> 3,7 -> 7 of 3", u"%1%1 -> a,b -> aa", u"%3 -> a,b -> %3", u"%0 -> a,b -> %0",
-          u"%s %1 %s %s -> a,b -> a a b %s", u"100% -> a,b -> 100%", u"%%1 -> a,b -> %a",
-          u"%d %x % -> a,b -> %d %x %", u"%1 %2 -> %2,%1 -> %2 %1", u"%%1 -> 1,b -> %1", u"<%1> -> ,b -> <>",
-          u" -> a,b -> ", u"%9 -> 1,2,3,4,5,6,7,8,i -> i", u"%10 -> x,y -> x0"}) {
-        SCOPED_TRACE(Readable(row));
-        const auto [before, parameters, after] = CellsOf<3>(row);
-        GTable<GString> texts;
-        GStringSupport::SeparatedStringToStringTable(Text(parameters), GString(","), texts, true);
-        GTable<const GString*> table;
-        for (const GString& text : texts) table.Append(&text);
-        EXPECT_EQ(Plain(Text(before).SubstituteParams(table)), after);
-    }
+    ForEachRow<3>({u"%2 of %1 -> 3,7 -> 7 of 3", u"%1%1 -> a,b -> aa", u"%3 -> a,b -> %3", u"%0 -> a,b -> %0",
+                   u"%s %1 %s %s -> a,b -> a a b %s", u"100% -> a,b -> 100%", u"%%1 -> a,b -> %a",
+                   u"%d %x % -> a,b -> %d %x %", u"%1 %2 -> %2,%1 -> %2 %1", u"%%1 -> 1,b -> %1",
+                   u"<%1> -> ,b -> <>", u" -> a,b -> ", u"%9 -> 1,2,3,4,5,6,7,8,i -> i", u"%10 -> x,y -> x0"},
+                  [&](auto before, auto parameters, auto after) {
+                      GTable<GString> texts;
+                      GStringSupport::SeparatedStringToStringTable(Text(parameters), GString(","), texts,
+                                                                   true);
+                      GTable<const GString*> table;
+                      for (const GString& text : texts) table.Append(&text);
+                      EXPECT_EQ(Plain(Text(before).SubstituteParams(table)), after);
+                  });
 }
 
 TEST(GString, TakesParametersInEveryForm) {

@@ -29,13 +29,11 @@ std::u16string Compose(std::u16string_view units) {
 
 // Every pair is compared with the peer's in the native build; here are sequences, and what must stay.
 TEST(GUnicodeEncoding, ComposesBasesWithMarks) {
-    for (const std::u16string_view row :
-         {u"e\u0301 -> \u00E9", u"e\u0323\u0302 -> \u1EC7", u"q\u0301e\u0301q\u0301 -> q\u0301\u00E9q\u0301",
-          u"=\u0338 -> \u2260", u"\u304B\u3099\u30CF\u309A -> \u304C\u30D1", u"\u1112\u1161\u11AB -> \uD55C",
-          u"\uAC00\u11A8 -> \uAC01", u"\u1112\u1175\u11C2 -> \uD7A3"}) {
-        const auto [units, composed] = CellsOf<2>(row);
-        EXPECT_EQ(Compose(units), composed);
-    }
+    ForEachRow<2>(
+        {u"e\u0301 -> \u00E9", u"e\u0323\u0302 -> \u1EC7", u"q\u0301e\u0301q\u0301 -> q\u0301\u00E9q\u0301",
+         u"=\u0338 -> \u2260", u"\u304B\u3099\u30CF\u309A -> \u304C\u30D1", u"\u1112\u1161\u11AB -> \uD55C",
+         u"\uAC00\u11A8 -> \uAC01", u"\u1112\u1175\u11C2 -> \uD7A3"},
+        [&](auto units, auto composed) { EXPECT_EQ(Compose(units), composed); });
     for (const std::u16string_view units :
          {u"", u"\u00EA\u0323", u"q\u0301", u"e\u0336\u0301", u"\u0301e", u"\u05D0\u05B7", u"\u212B",
           u"\uAC01\u11A8", u"\uAC00\u11A7", u"\uAC00\u11C3", u"\u1113\u1161", u"\u1100\u1176",
@@ -116,12 +114,12 @@ TEST(GUnicodeEncoding, GlyphNamesOfUnits) {
 
 TEST(GUnicodeEncoding, CodesOfGlyphNames) {
     GCharCode code;
-    for (const std::u16string_view row : {u"A -> A", u"Euro -> \u20AC", u"euro -> \u20AC",
-                                          u"zukatakana -> \u30BA", u"dalethatafpatah -> \u05D3\u05B2"}) {
-        const auto [glyph, units] = CellsOf<2>(row);
-        EXPECT_TRUE(Unicode()->GetCharCode(Text(glyph).GetBuffer(ASCII()), code)) << Readable(row);
-        EXPECT_TRUE(code == CodeOf(units)) << Readable(row);
-    }
+    ForEachRow<2>({u"A -> A", u"Euro -> \u20AC", u"euro -> \u20AC", u"zukatakana -> \u30BA",
+                   u"dalethatafpatah -> \u05D3\u05B2"},
+                  [&](auto glyph, auto units) {
+                      EXPECT_TRUE(Unicode()->GetCharCode(Text(glyph).GetBuffer(ASCII()), code));
+                      EXPECT_TRUE(code == CodeOf(units));
+                  });
     EXPECT_FALSE(Unicode()->GetCharCode(GBuffer("EURO"), code));
     EXPECT_FALSE(Unicode()->GetCharCode(GBuffer(), code));
     EXPECT_TRUE(code == CodeOf(u"\u05D3\u05B2")) << "a failing call leaves its output";

@@ -98,15 +98,13 @@ TEST(GValidFileName, SplitsNoSurrogatePairAndKeepsLoneHalves) {
 TEST(GValidFileName, ABadReplacementSpoilsNothing) {
     // A title, the replacement, and the name: refused signs, half pairs, dots and blanks at either end,
     // letters and digits that make a device of a title, and what stands in front of one.
-    for (const std::u16string_view row :
-         {u"a:b -> : -> a_b", u"a:b -> / -> a_b", u"a:b -> \xD83D -> a_b", u"a:b -> \xDE00 -> a_b",
-          u"a:b -> . -> a.b", u"a: -> . -> a_", u"a:b ->   -> a b", u"a:. ->   -> a__",
-          u"NUL:x -> . -> _NUL.x", u":x -> . -> _x", u"CO? -> N -> _CON", u"NU. -> L -> _NUL",
-          u"COM* -> 1 -> _COM1", u"NUL -> x -> _NUL", u"NUL -> - -> -NUL",
-          u"COM: -> \u00B9 -> \u00B9COM\u00B9"}) {
-        const auto [title, replacement, name] = CellsOf<3>(row);
-        EXPECT_EQ(Valid(title, -1, replacement[0]), name) << Readable(row);
-    }
+    ForEachRow<3>(
+        {u"a:b -> : -> a_b", u"a:b -> / -> a_b", u"a:b -> \xD83D -> a_b", u"a:b -> \xDE00 -> a_b",
+         u"a:b -> . -> a.b", u"a: -> . -> a_", u"a:b ->   -> a b", u"a:. ->   -> a__",
+         u"NUL:x -> . -> _NUL.x", u":x -> . -> _x", u"CO? -> N -> _CON", u"NU. -> L -> _NUL",
+         u"COM* -> 1 -> _COM1", u"NUL -> x -> _NUL", u"NUL -> - -> -NUL",
+         u"COM: -> \u00B9 -> \u00B9COM\u00B9"},
+        [&](auto title, auto replacement, auto name) { EXPECT_EQ(Valid(title, -1, replacement[0]), name); });
     EXPECT_EQ(Valid(u"a:b", -1, u'\0'), u"a_b");
 }
 

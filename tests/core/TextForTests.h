@@ -3,8 +3,10 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <initializer_list>
 #include <string>
 #include <string_view>
+#include <tuple>
 
 #include "framework/core/GBuffer.h"
 #include "framework/core/GString.h"
@@ -66,4 +68,21 @@ auto CellsOf(std::u16string_view row, std::u16string_view separator = u" -> ") {
 template <std::size_t Count>
 auto CellsOf(std::string_view row) {
     return SplitRow<Count>(row, std::string_view(" -> "));
+}
+
+/// Calls `check` with the cells of each row, which a failure names.
+template <std::size_t Count, class Check>
+void ForEachRow(std::initializer_list<std::u16string_view> rows, const Check& check) {
+    for (const std::u16string_view row : rows) {
+        SCOPED_TRACE(Readable(row));
+        std::apply(check, CellsOf<Count>(row));
+    }
+}
+
+template <std::size_t Count, class Check>
+void ForEachRow(std::initializer_list<std::string_view> rows, const Check& check) {
+    for (const std::string_view row : rows) {
+        SCOPED_TRACE(row);
+        std::apply(check, CellsOf<Count>(row));
+    }
 }
