@@ -31,7 +31,7 @@ TEST(GUTF8Encoding, ReadsWhatItDoesNotWrite) {
     EXPECT_EQ(Read(UTF8(), "\0\xFF"sv), (Conversion{u"\0"s, 4})) << "invalid input matters more";
     for (const std::string_view invalid : {"\x80z", "\xF0\x9F\x98\x80", "\xF4\x90\x80\x80", "\xFFz", "\xC3",
                                            "\xE4", "\xE4\xB8", "\xC3z", "\xE4\xB8z", "\xE4\xC3\xA9"})
-        EXPECT_EQ(Read(UTF8(), "a" + std::string(invalid)), (Conversion{u"a", 4})) << invalid;
+        EXPECT_EQ(Read(UTF8(), std::string("a").append(invalid)), (Conversion{u"a", 4})) << invalid;
 }
 
 // The rules for reading, one character at a time.
