@@ -5,7 +5,7 @@
 #include <tuple>
 
 #include "platform/win32/PWin32Api.h"
-#include "tests/tools/TemporaryFolder.h"
+#include "tests/files/TestFolder.h"
 #include "tools/quillonctl/Failure.h"
 
 namespace {
@@ -30,8 +30,8 @@ private:
 };
 
 TEST(Console, WritesUTF8WithBareLineFeedsToAFileAndTellsWhenItCannot) {
-    const TemporaryFolder folder("console-test");
-    const std::wstring path = folder.GetFile(L"out");
+    const TestFolder folder;
+    const std::wstring path = folder.Standard("out");
     const std::wstring beyondABlock(3'000'001, L'x');
     bool written = false;
     bool refused = false;
@@ -46,7 +46,7 @@ TEST(Console, WritesUTF8WithBareLineFeedsToAFileAndTellsWhenItCannot) {
     }
     EXPECT_TRUE(written);
     EXPECT_TRUE(refused);
-    EXPECT_EQ(TemporaryFolder::ReadFile(path), "K\u00F6ln \u20AC \U0001F600\n" + std::string(3'000'001, 'x'));
+    EXPECT_EQ(folder.Take("out"), "K\u00F6ln \u20AC \U0001F600\n" + std::string(3'000'001, 'x'));
 }
 
 TEST(ToUTF8, ReplacesUnpairedSurrogates) {

@@ -56,38 +56,29 @@ TEST_F(RegistryTest, RemovesAKeyOnlyWhenItIsEmpty) {
     EXPECT_FALSE(RegistryKey::RemoveIfEmpty(cTestKey));
 }
 
-TEST_F(RegistryTest, TheRecordRemembersByKindAndNameWhateverTheCase) {
+TEST_F(RegistryTest, TheRecordRemembersAndLeavesNoKeyBehind) {
+    EXPECT_TRUE(InstallRecord::IsEmpty());
+    InstallRecord::Remove(Kind::Printer, L"never added");
+    InstallRecord::Add(Kind::Printer, L"A");
     InstallRecord::Add(Kind::Printer, L"B\u00FCro 1");
     InstallRecord::Add(Kind::Driver, L"Some PS", L"C:\\some.ppd");
-    EXPECT_TRUE(InstallRecord::Contains(Kind::Printer, L"b\u00FCro 1"));
-    EXPECT_FALSE(InstallRecord::Contains(Kind::Driver, L"B\u00FCro 1"));
     const auto drivers = InstallRecord::GetEntries(Kind::Driver);
     ASSERT_EQ(drivers.size(), 1u);
     EXPECT_EQ(drivers[0].name, L"Some PS");
     EXPECT_EQ(drivers[0].detail, L"C:\\some.ppd");
-}
-
-TEST_F(RegistryTest, ForgettingTheLastThingLeavesNoKeyBehind) {
-    EXPECT_TRUE(InstallRecord::IsEmpty());
-    InstallRecord::Remove(Kind::Printer, L"never added");
-    InstallRecord::Add(Kind::Printer, L"A");
-    InstallRecord::Add(Kind::Printer, L"B");
-    InstallRecord::Add(Kind::Monitor, L"M");
     InstallRecord::Remove(Kind::Printer, L"A");
     EXPECT_FALSE(InstallRecord::Contains(Kind::Printer, L"A"));
-    EXPECT_TRUE(InstallRecord::Contains(Kind::Printer, L"B"));
-    InstallRecord::Remove(Kind::Printer, L"B");
+    EXPECT_TRUE(InstallRecord::Contains(Kind::Printer, L"b\u00FCro 1")) << "in whatever case";
+    EXPECT_FALSE(InstallRecord::Contains(Kind::Driver, L"B\u00FCro 1"));
+    InstallRecord::Remove(Kind::Printer, L"B\u00FCro 1");
     EXPECT_FALSE(InstallRecord::IsEmpty());
-    InstallRecord::Remove(Kind::Monitor, L"M");
+    InstallRecord::Remove(Kind::Driver, L"Some PS");
     EXPECT_TRUE(InstallRecord::IsEmpty());
     EXPECT_FALSE(RegistryKey::Exists(L"SOFTWARE\\Quillon"));
-}
-
-TEST_F(RegistryTest, ForgettingLeavesTheKeysOfOthers) {
     RegistryKey::Create(L"SOFTWARE\\Quillon\\Other");
     InstallRecord::Add(Kind::Library, L"C:\\x.dll");
     InstallRecord::Remove(Kind::Library, L"C:\\x.dll");
-    EXPECT_TRUE(RegistryKey::Exists(L"SOFTWARE\\Quillon\\Other"));
+    EXPECT_TRUE(RegistryKey::Exists(L"SOFTWARE\\Quillon\\Other")) << "the key of another";
     EXPECT_FALSE(RegistryKey::Exists(L"SOFTWARE\\Quillon\\Port Monitor"));
 }
 

@@ -2,11 +2,12 @@
 
 #include <gmock/gmock.h>
 
+#include <thread>
+
 #include "examples/PrinterProcessorWin/JobFile.h"
 #include "monitor/GPPJobRecord.h"
 #include "platform/win32/PWin32Api.h"
-#include "platform/win32/PWin32Wide.h"
-#include "tests/tools/TemporaryFolder.h"
+#include "tests/files/TestFolder.h"
 #include "tools/console/Console.h"
 
 namespace {
@@ -54,49 +55,29 @@ TEST(JobText, ValuesCannotSteerTheTerminalNorAddLines) {
     EXPECT_THAT(ToUTF8(FormatAsJson(record, 0)), testing::HasSubstr(R"(:"a\r\nCopies: 9\u001b[2J\u007f)"));
 }
 
-GString TextOf(const std::wstring& path) {
-    return FromWide(path.c_str(), static_cast<long>(path.size()));
-}
-
 TEST(WaitForJobFile, TellsTheSizeOfAClosedFileAndWaitsForNoMissingOne) {
-    const TemporaryFolder folder("job-file-test");
-    EXPECT_EQ(WaitForJobFile(TextOf(folder.WriteFile(L"a.ps", "12345"))), 5u);
-    EXPECT_FALSE(WaitForJobFile(TextOf(folder.GetFile(L"missing.ps"))));
+    const TestFolder folder;
+    folder.Put("a.ps", "12345");
+    EXPECT_EQ(WaitForJobFile(folder.Portable("a.ps").GetNativePathString()), 5u);
+    EXPECT_FALSE(WaitForJobFile(folder.Portable("missing.ps").GetNativePathString()));
     EXPECT_FALSE(WaitForJobFile(GString()));
 }
 
-/// Closes a file a moment later, as the monitor does once its notification has been taken.
-class LateCloser {
-public:
-    explicit LateCloser(HANDLE file)
-        : mFile(file), mThread(::CreateThread(nullptr, 0, Close, this, 0, nullptr)) {}
-    ~LateCloser() {
-        ::WaitForSingleObject(mThread, INFINITE);
-        ::CloseHandle(mThread);
-    }
-
-private:
-    static DWORD WINAPI Close(void* self) {
-        const HANDLE file = static_cast<LateCloser*>(self)->mFile;
+TEST(WaitForJobFile, WaitsUntilTheWriterHasClosed) {
+    const TestFolder folder;
+    const std::wstring path = folder.Standard("a.ps");
+    const HANDLE file =
+        ::CreateFileW(path.c_str(), GENERIC_WRITE, FILE_SHARE_READ, nullptr, CREATE_ALWAYS, 0, nullptr);
+    ASSERT_NE(file, INVALID_HANDLE_VALUE);
+    // As the monitor does it once its notification has been taken.
+    std::thread closer([file] {
         DWORD written = 0;
         ::Sleep(100);
         ::WriteFile(file, "last", 4, &written, nullptr);
         ::CloseHandle(file);
-        return 0;
-    }
-
-    HANDLE mFile;
-    HANDLE mThread;
-};
-
-TEST(WaitForJobFile, WaitsUntilTheWriterHasClosed) {
-    const TemporaryFolder folder("job-file-test");
-    const std::wstring path = folder.GetFile(L"a.ps");
-    const HANDLE file =
-        ::CreateFileW(path.c_str(), GENERIC_WRITE, FILE_SHARE_READ, nullptr, CREATE_ALWAYS, 0, nullptr);
-    ASSERT_NE(file, INVALID_HANDLE_VALUE);
-    const LateCloser closer(file);
-    EXPECT_EQ(WaitForJobFile(TextOf(path)), 4u);
+    });
+    EXPECT_EQ(WaitForJobFile(folder.Portable("a.ps").GetNativePathString()), 4u);
+    closer.join();
 }
 
 }  // namespace

@@ -2,13 +2,11 @@
 
 #include <algorithm>
 
-#include "framework/core/GPathName.h"
 #include "monitor/GPPIPCManager.h"
 #include "monitor/GPPJobRecord.h"
 #include "platform/win32/PWin32Api.h"
-#include "platform/win32/PWin32Wide.h"
+#include "tests/files/TestFolder.h"
 #include "tests/tools/ChildProcess.h"
-#include "tests/tools/TemporaryFolder.h"
 #include "tools/quillonctl/Listeners.h"
 
 namespace {
@@ -20,16 +18,13 @@ protected:
     ~PrinterProcessorTest() override { GPPIPCManager::ReleaseReference(); }
 
     ChildProcess Start(const wchar_t* options) {
-        return ChildProcess(std::wstring(L"PrinterProcessorWin.exe") + options, mOutput, mError);
+        return ChildProcess(std::wstring(L"PrinterProcessorWin.exe") + options, mFolder.Standard("out"),
+                            mFolder.Standard("err"));
     }
-    /// False when the program ended or half a minute passed without it.
-    template <class Condition>
-    static bool WaitUntil(const ChildProcess& program, Condition condition) {
-        for (int i = 0; i < 3000 && !condition(); ++i) {
-            if (!program.IsRunning()) return condition();
-            ::Sleep(10);
-        }
-        return condition();
+    /// False when the program ended or half a minute passed before it listened.
+    static bool WaitFor(const ChildProcess& program) {
+        for (int i = 0; i < 3000 && !IsListening(program) && program.IsRunning(); ++i) ::Sleep(10);
+        return IsListening(program);
     }
     static bool IsListening(const ChildProcess& program) {
         return GPPIPCManager::GetInstance()->GetListeningState(static_cast<long>(program.GetID())) ==
@@ -40,23 +35,21 @@ protected:
                                                   GPPJobRecord::cMessageType, data);
     }
     void SendJob(const ChildProcess& program, const char* user) {
-        const std::wstring path = mFolder.WriteFile(L"job.ps", "%!PS");
-        const auto jobPath = GPathName::FromNative(FromWide(path.c_str(), static_cast<long>(path.size())));
-        Send(program, GPPJobRecord(GString(user), jobPath, GString("Proof"), GString("QuillonPDFPort:"), 1)
+        mFolder.Put("job.ps", "%!PS");
+        Send(program, GPPJobRecord(GString(user), mFolder.Portable("job.ps"), GString("Proof"),
+                                   GString("QuillonPDFPort:"), 1)
                           .GetMessageData());
     }
 
-    TemporaryFolder mFolder{"printer-processor-test"};
-    std::wstring mOutput = mFolder.GetFile(L"out");
-    std::wstring mError = mFolder.GetFile(L"err");
+    TestFolder mFolder;
 };
 
 TEST_F(PrinterProcessorTest, WithOnceItEndsAfterTheFirstJob) {
     const ChildProcess program = Start(L" --json --once");
-    ASSERT_TRUE(WaitUntil(program, [&] { return IsListening(program); }));
+    ASSERT_TRUE(WaitFor(program));
     SendJob(program, "anna");
     EXPECT_EQ(program.WaitForExitCode(), 0);
-    const std::string output = TemporaryFolder::ReadFile(mOutput);
+    const std::string output = mFolder.Take("out");
     EXPECT_THAT(output, testing::StartsWith("{\"JobPath\":\""));
     EXPECT_THAT(output, testing::EndsWith("\\\\job.ps\",\"JobBytes\":4,\"UserName\":\"anna\",\"PrinterName\":"
                                           "\"Proof\",\"PortName\":\"QuillonPDFPort:\",\"CopyCount\":1}\n"));
@@ -66,14 +59,14 @@ TEST_F(PrinterProcessorTest, WithOnceItEndsAfterTheFirstJob) {
 
 TEST_F(PrinterProcessorTest, WhatIsNoRecordIsReportedAndTheNextJobStillArrives) {
     const ChildProcess program = Start(L" --once");
-    ASSERT_TRUE(WaitUntil(program, [&] { return IsListening(program); }));
+    ASSERT_TRUE(WaitFor(program));
     Send(program, GBuffer("no dictionary at all"));
     Send(program, GBuffer("#BEGINDICT\r\n\"UserName\"\r\n#ENDDICT\r\n"));
     Send(program, GBuffer());
     SendJob(program, "berta");
     EXPECT_EQ(program.WaitForExitCode(), 0);
-    EXPECT_THAT(TemporaryFolder::ReadFile(mOutput), testing::HasSubstr("\nUser: berta\n"));
-    const std::string errors = TemporaryFolder::ReadFile(mError);
+    EXPECT_THAT(mFolder.Take("out"), testing::HasSubstr("\nUser: berta\n"));
+    const std::string errors = mFolder.Take("err");
     EXPECT_EQ(std::count(errors.begin(), errors.end(), '\n'), 4) << errors;
     EXPECT_THAT(errors, testing::HasSubstr("holds no job record"));
 }
@@ -81,8 +74,8 @@ TEST_F(PrinterProcessorTest, WhatIsNoRecordIsReportedAndTheNextJobStillArrives) 
 TEST_F(PrinterProcessorTest, AnUnknownOptionEndsItAtOnce) {
     const ChildProcess program = Start(L" --nope");
     EXPECT_EQ(program.WaitForExitCode(), 2);
-    EXPECT_THAT(TemporaryFolder::ReadFile(mError), testing::HasSubstr("--once"));
-    EXPECT_EQ(TemporaryFolder::ReadFile(mOutput), "");
+    EXPECT_THAT(mFolder.Take("err"), testing::HasSubstr("--once"));
+    EXPECT_EQ(mFolder.Take("out"), "");
 }
 
 TEST_F(PrinterProcessorTest, TheListOfListenersNamesItOnceAndTellsWhenItHasEnded) {
@@ -93,7 +86,7 @@ TEST_F(PrinterProcessorTest, TheListOfListenersNamesItOnceAndTellsWhenItHasEnded
         return listeners;
     };
     const ChildProcess program = Start(L"");
-    ASSERT_TRUE(WaitUntil(program, [&] { return IsListening(program); }));
+    ASSERT_TRUE(WaitFor(program));
     auto found = find(program);
     ASSERT_EQ(found.size(), 1u);
     EXPECT_TRUE(found[0].isListening);

@@ -48,7 +48,7 @@ TEST(StatusFacts, IsReadyOnlyWithEverythingThatAJobNeeds) {
 TEST(StatusFacts, ShowsEachFactInItsRow) {
     StatusFacts facts = MakeReadyFacts();
     facts.printers.value.push_back({L"B\u00FCro", {L"QuillonPDFPort:"}, L"Other PS"});
-    facts.listeners.value.push_back({2, 99, false});
+    facts.listeners.value = {{1, 4711, true}, {2, 99, false}, {0, 12, true}, {-1, 13, true}};
     EXPECT_EQ(ToUTF8(facts.Format()),
               "Monitor:     registered, QuillonPortMonitor64.dll\n"
               "Library:     C:\\windows\\system32\\QuillonPortMonitor64.dll, version 0.1.0.0\n"
@@ -57,6 +57,8 @@ TEST(StatusFacts, ShowsEachFactInItsRow) {
               "             B\xC3\xBCro (driver Other PS)\n"
               "Listeners:   session 1: process 4711\n"
               "             session 2: process 99, no longer listening\n"
+              "             session 0: process 12\n"
+              "             all sessions: process 13\n"
               "Job folder:  C:\\Temp\\, 1.5 KB free\n"
               "Ready to print.\n");
 }
@@ -81,16 +83,6 @@ TEST(StatusFacts, GathersWithoutThrowingOnAnyMachine) {
     const StatusFacts facts = StatusFacts::Gather();
     EXPECT_TRUE(facts.jobFolder.IsKnown()) << ToUTF8(facts.jobFolder.problem);
     EXPECT_EQ(facts.jobFolder.value.path.back(), L'\\');
-}
-
-TEST(Listener, TellsSessionProcessAndWhetherItListens) {
-    const std::tuple<const char*, Listener, const wchar_t*> rows[] = {
-        {"listening", {3, 12, true}, L"session 3: process 12"},
-        {"in the services' session", {0, 12, true}, L"session 0: process 12"},
-        {"session unknown", {-1, 12, true}, L"all sessions: process 12"},
-        {"ended", {1, 12, false}, L"session 1: process 12, no longer listening"},
-    };
-    for (const auto& [what, listener, expected] : rows) EXPECT_EQ(listener.Format(), expected) << what;
 }
 
 TEST(FormatByteCount, TakesTheLargestUnitAndCutsTheRest) {
