@@ -162,6 +162,7 @@ TEST(GFileSystem, MakesFilesWithTheirFolders) {
 
 TEST(GFileSystem, MakesFoldersWithTheirParents) {
     const TestFolder folder;
+    EXPECT_TRUE(GFileSystem::FolderExists(GFileSystem::GetGlobalTempFolder()));
     for (const char* const path : {"a", "a", "a/b/c", "a/b/c", "a/b/d/", "e//f", "\xC3\x9C\xE4\xB8\x80"}) {
         SCOPED_TRACE(path);
         GFileSystem::CreateFolder(folder.Portable(path));

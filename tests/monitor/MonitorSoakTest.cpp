@@ -88,16 +88,17 @@ TEST(MonitorSoak, KeepsNothingOfJobsNorForThreadsThatComeAndGo) {
     MonitorLibrary library;
     ASSERT_TRUE(library.Open());
     const ChildProcess listener(L"PrinterProcessorWin.exe", L"NUL", L"NUL");
-    const auto oneThread = [&library] {
-        std::thread([&library] {
-            EXPECT_TRUE(library.Print(L"thread.txt", "x"));
+    // The listener looks into each file for a moment, so the next job takes another one.
+    const auto oneThread = [&library](int job) {
+        std::thread([&library, job] {
+            EXPECT_TRUE(library.Print((L"thread " + std::to_wstring(job)).c_str(), "x"));
             // A failure makes the library throw and catch on this thread.
             EXPECT_FALSE(library.Start(L"thread.txt", 7, std::wstring(40000, L'p').c_str()));
         }).join();
     };
-    for (int i = 0; i < 20; ++i) oneThread();
+    for (int i = 0; i < 20; ++i) oneThread(i);
     const ProcessResources before = ProcessResources::Count();
-    for (int i = 0; i < 300; ++i) oneThread();
+    for (int i = 0; i < 300; ++i) oneThread(i % 20);
     ExpectNothingKept(before, ProcessResources::Count());
 }
 
