@@ -39,7 +39,7 @@ std::uint32_t FoldWord(std::uint64_t bigEndianWord) {
 std::uint64_t XorOfLongRun(const unsigned char* bytes, long runCount) {
     __m128i sums[4] = {};
     for (long run = 0; run < runCount; ++run, bytes += 64) {
-        for (int lane = 0; lane < 4; ++lane) {
+        for (long lane = 0; lane < 4; ++lane) {
             const auto* const source = reinterpret_cast<const __m128i*>(bytes + 16 * lane);
             sums[lane] = _mm_xor_si128(sums[lane], _mm_loadu_si128(source));
         }

@@ -194,14 +194,14 @@ GPathName GFileSystemBase<Imp>::InFolder(const GPathName& folder, const GString&
 
 template <class Imp>
 GPathName GFileSystemBase<Imp>::RenameFile(const GPathName& path, const GString& newLeaf) {
-    const GPathName renamed = WithLeaf(path, newLeaf);
+    GPathName renamed = WithLeaf(path, newLeaf);
     Imp::MoveFile(path, renamed);
     return renamed;
 }
 
 template <class Imp>
 GPathName GFileSystemBase<Imp>::RenameFolder(const GPathName& path, const GString& newLeaf) {
-    const GPathName renamed = WithLeaf(path, newLeaf);
+    GPathName renamed = WithLeaf(path, newLeaf);
     Imp::MoveFolder(path, renamed);
     return renamed;
 }
@@ -214,21 +214,21 @@ GPathName GFileSystemBase<Imp>::CopyFileTo(const GPathName& path, const GPathNam
 template <class Imp>
 GPathName GFileSystemBase<Imp>::CopyAndRenameFile(const GPathName& path, const GPathName& folder,
                                                   const GString& newLeaf) {
-    const GPathName copy = InFolder(folder, newLeaf);
+    GPathName copy = InFolder(folder, newLeaf);
     Imp::CopyFile(path, copy);
     return copy;
 }
 
 template <class Imp>
 GPathName GFileSystemBase<Imp>::MoveFileTo(const GPathName& path, const GPathName& folder) {
-    const GPathName moved = InFolder(folder, path.GetLeaf());
+    GPathName moved = InFolder(folder, path.GetLeaf());
     Imp::MoveFile(path, moved);
     return moved;
 }
 
 template <class Imp>
 GPathName GFileSystemBase<Imp>::MoveFolderTo(const GPathName& path, const GPathName& folder) {
-    const GPathName moved = InFolder(folder, path.GetLeaf());
+    GPathName moved = InFolder(folder, path.GetLeaf());
     Imp::MoveFolder(path, moved);
     return moved;
 }

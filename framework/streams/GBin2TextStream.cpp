@@ -57,10 +57,9 @@ const GEncoding* Require(const GEncoding* encoding) {
 
 std::unique_ptr<GBufferedInStream> CloneBuffered(const GBufferedInStream& source) {
     std::unique_ptr<GInStream> clone(source.CreateClone());
-    auto* buffered = dynamic_cast<GBufferedInStream*>(clone.get());
-    if (buffered == nullptr) throw GSimpleException(GExceptionID::cGeneral);
-    clone.release();
-    return std::unique_ptr<GBufferedInStream>(buffered);
+    if (dynamic_cast<GBufferedInStream*>(clone.get()) == nullptr)
+        throw GSimpleException(GExceptionID::cGeneral);
+    return std::unique_ptr<GBufferedInStream>(static_cast<GBufferedInStream*>(clone.release()));
 }
 
 }  // namespace

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <cstdint>
 #include <string>
 
 #include "framework/core/GEncoding.h"
@@ -12,7 +13,6 @@
 namespace {
 
 constexpr long cUTF8CodePage = 65001;
-const iconv_t cNoConverter = reinterpret_cast<iconv_t>(-1);
 
 std::string GetNameOf(long codePage) {
     if (codePage == 0 || codePage == cUTF8CodePage) return "UTF-8";
@@ -29,7 +29,8 @@ public:
     Converter(const Converter&) = delete;
     Converter& operator=(const Converter&) = delete;
 
-    bool IsOpen() const { return mConverter != cNoConverter; }
+    // iconv_open says minus one for none.
+    bool IsOpen() const { return reinterpret_cast<std::intptr_t>(mConverter) != -1; }
 
     /// Converts as far as the input is valid, appending to `out`; returns how many bytes that were.
     std::size_t Convert(const unsigned char* bytes, std::size_t length, GBuffer& out) {
