@@ -1,3 +1,4 @@
+#include <cstddef>
 #include <new>
 
 #include "framework/core/GAllocator.h"
@@ -65,13 +66,16 @@ bool GFixedSizeAllocator::AddChunk() noexcept {
 
 void* GFixedSizeAllocator::TakeBlock(GAllocatorChunk& chunk) noexcept {
     if (chunk.mFreeCount == chunk.mBlockCount) --mEmptyCount;
-    void* block = chunk.mFree;
-    if (block != nullptr) {
-        chunk.mFree = GPoolPoison::GetNext(block, mBlockSize);
-    } else {
-        block = chunk.mFresh;
+    // Fresh memory first: blocks that come back lie beside others of the thread that gave them, and two
+    // threads that write to the same cache line hold each other up.
+    const unsigned char* const end = reinterpret_cast<unsigned char*>(&chunk) + GAllocatorChunk::cSize;
+    void* block = chunk.mFresh;
+    if (end - chunk.mFresh >= static_cast<std::ptrdiff_t>(mBlockSize)) {
         chunk.mFresh += mBlockSize;
         GPoolPoison::Permit(block, mBlockSize);
+    } else {
+        block = chunk.mFree;
+        chunk.mFree = GPoolPoison::GetNext(block, mBlockSize);
     }
     ++mUsedCount;
     if (--chunk.mFreeCount == 0) UnlinkUsable(chunk);
