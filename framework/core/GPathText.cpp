@@ -1,6 +1,7 @@
 #include "framework/core/GPathText.h"
 
 #include "framework/core/GASCIIEncoding.h"
+#include "framework/core/GUnicodeEncoding.h"
 
 const GBuffer* GPathText::GetPlainASCII(const GString& text) noexcept {
     if (text.GetEncoding() != GASCIIEncoding::GetInstance()) return nullptr;
@@ -18,6 +19,9 @@ GString GPathText::MakeUnicode(const GString& text) {
         units.AddBytes(*ascii);
         return units.Take();
     }
+    const GEncoding* const unicode = GUnicodeEncoding::GetInstance();
+    if (text.GetEncoding() != nullptr && text.GetEncoding() != unicode)
+        return GString(text.GetBuffer(unicode), unicode);
     GString copy(text);
     copy.EnsureUnicode();
     return copy;

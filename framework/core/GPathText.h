@@ -26,7 +26,7 @@ struct GPathText {
         if (units.empty()) return GString();
         return GString::FromUTF16(units.data(), static_cast<long>(units.size()));
     }
-    /// The text in UTF-16, in one block where it is UTF-16 already or ASCII.
+    /// The text in UTF-16, made in one block.
     static GString MakeUnicode(const GString& text);
     /// The bytes of a text that stand for units one by one; null for any other text.
     static const GBuffer* GetPlainASCII(const GString& text) noexcept;

@@ -50,6 +50,11 @@ GString::GString(const GBuffer& bytes, const GEncoding* encoding, bool keepEncod
     Set(bytes, encoding, keepEncoding);
 }
 
+GString::GString(GBuffer&& bytes, const GEncoding* encoding, bool keepEncoding)
+    : mBuffer(std::move(bytes)), mEncoding(encoding) {
+    Normalize(keepEncoding);
+}
+
 GString::GString(int value) {
     Set(value);
 }

@@ -50,6 +50,8 @@ public:
     GString(const unsigned char* bytes, long length, const GEncoding* encoding, bool keepEncoding = true);
     /// A buffer's bytes in `encoding`, then Normalize. Borrowed bytes stay borrowed.
     GString(const GBuffer& bytes, const GEncoding* encoding, bool keepEncoding = true);
+    /// The same without a copy: takes the buffer over.
+    GString(GBuffer&& bytes, const GEncoding* encoding, bool keepEncoding = true);
     /// Decimal ASCII text. The unsigned 64-bit form prints as signed: 2^63 and above are negative.
     explicit GString(int value);
     explicit GString(unsigned int value);

@@ -5,6 +5,7 @@
 
 #include "framework/core/GAllocator.h"
 #include "framework/core/GPathName.h"
+#include "framework/core/GUTF8Encoding.h"
 #include "tests/core/TextForTests.h"
 
 namespace {
@@ -64,6 +65,9 @@ TEST(GPathNameAllocation, TakesOneBlockAResult) {
             for (const auto get : parts) expectAtMost(1, [&](Path& used, const GString&) { (used.*get)(); });
             expectAtMost(1, [](Path& used, const GString&) { Path copy(used); });
             expectAtMost(1, [](Path&, const GString& fresh) { Path built(fresh); });
+            const GString inUTF8(text.GetBuffer(GUTF8Encoding::GetInstance()), GUTF8Encoding::GetInstance());
+            expectAtMost(1, [&](Path&, const GString&) { Path built(inUTF8); });
+            expectAtMost(1, [&](Path& used, const GString&) { used.SetPortablePath(inUTF8); });
             expectAtMost(1, [](Path& used, const GString&) { used / Path::cEmptyPathName; });
             expectAtMost(1, [](Path& used, const GString&) { used.Normalize(); });
             expectAtMost(1, [](Path& used, const GString&) { used.GetPartialPath(2); });
