@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <exception>
 
 #include "framework/core/GReceiver.h"
@@ -25,11 +26,13 @@ public:
     }
 
     void Unsubscribe(const GReceiver<Message>& receiver) {
-        const long position = FindReceiver(receiver);
-        if (position >= 0) mReceivers.Remove(position);
+        // At the end, where it is not found, there is nothing to remove.
+        mReceivers.Remove(static_cast<long>(FindReceiver(receiver) - mReceivers.begin()));
     }
 
-    bool IsSubscribed(const GReceiver<Message>& receiver) const { return FindReceiver(receiver) >= 0; }
+    bool IsSubscribed(const GReceiver<Message>& receiver) const {
+        return FindReceiver(receiver) != mReceivers.end();
+    }
 
     /// Tells every receiver, also when one of them throws; then the first exception is thrown on.
     void Fire(const Message& message) {
@@ -46,10 +49,8 @@ public:
     }
 
 private:
-    long FindReceiver(const GReceiver<Message>& receiver) const {
-        for (long position = 0; position < mReceivers.GetCount(); ++position)
-            if (mReceivers[position] == &receiver) return position;
-        return -1;
+    GReceiver<Message>* const* FindReceiver(const GReceiver<Message>& receiver) const {
+        return std::find(mReceivers.begin(), mReceivers.end(), &receiver);
     }
 
     long mNumber;

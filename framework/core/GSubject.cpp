@@ -1,18 +1,13 @@
 #include "framework/core/GSubject.h"
 
+#include <algorithm>
+
 namespace {
 
-template <class T>
-long PositionOf(const GTable<T*>& table, const T* element) noexcept {
-    for (long position = 0; position < table.GetCount(); ++position)
-        if (table[position] == element) return position;
-    return -1;
-}
-
+// Removes nothing where the element is not there.
 template <class T>
 void RemoveFrom(GTable<T*>& table, const T* element) noexcept {
-    const long position = PositionOf(table, element);
-    if (position >= 0) table.Remove(position);
+    table.Remove(static_cast<long>(std::find(table.begin(), table.end(), element) - table.begin()));
 }
 
 }  // namespace
@@ -39,7 +34,7 @@ void GSubject::Detach(GObserver& observer) noexcept {
 }
 
 bool GSubject::IsAttached(const GObserver& observer) const noexcept {
-    return PositionOf(mObservers, &observer) >= 0;
+    return std::find(mObservers.begin(), mObservers.end(), &observer) != mObservers.end();
 }
 
 void GSubject::Notify() {
