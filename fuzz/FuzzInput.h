@@ -4,6 +4,7 @@
 #include <cstdint>
 
 #include "framework/core/GBuffer.h"
+#include "framework/core/GException.h"
 #include "framework/core/GString.h"
 
 /// FuzzInput: made-up bytes, taken from the front piece by piece. When they run out, pieces are
@@ -33,3 +34,13 @@ private:
 
 /// Ends the process, which the fuzzer reports with its input, when what must hold does not.
 void Require(bool holds, const char* what);
+
+/// Makes a call that may refuse what makes no sense, with a numbered exception and in no other way.
+template <class Call>
+void Try(Call call) {
+    try {
+        call();
+    } catch (const GException&) {
+        // Refused.
+    }
+}

@@ -2,7 +2,6 @@
 #include <algorithm>
 #include <cstring>
 
-#include "framework/core/GException.h"
 #include "framework/ipc/GIPCMessageQueue.h"
 #include "fuzz/FuzzInput.h"
 #include "platform/posix/PMemorySharedMemory.h"
@@ -17,15 +16,6 @@ PMemorySharedMemory::Block FindQueue(long& size) {
     const GBuffer name =
         GBuffer("QulShD") + GIPCMessageQueue::ConvertToMemoryID(cProcess, cRegistration).GetBuffer();
     return PMemorySharedMemory::FindBlock(GIPCMessageQueue::GetMemoryPath(cSession), name, size);
-}
-
-template <class Call>
-void Try(Call call) {
-    try {
-        call();
-    } catch (const GException&) {
-        // What makes no sense is refused with numbered exceptions.
-    }
 }
 
 }  // namespace

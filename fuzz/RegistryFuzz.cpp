@@ -2,7 +2,6 @@
 #include <algorithm>
 #include <cstring>
 
-#include "framework/core/GException.h"
 #include "framework/ipc/GIPCMessageQueueMgr.h"
 #include "fuzz/FuzzInput.h"
 #include "platform/posix/PMemorySharedMemory.h"
@@ -13,15 +12,6 @@ PMemorySharedMemory::Block FindRegistry(long& size) {
     const GBuffer name =
         GBuffer("QulShD") + GIPCMessageQueueMgr::GetRegistryID(GIPCMessageQueueMgr::cNormal).GetBuffer();
     return PMemorySharedMemory::FindBlock(GIPCMessageQueueMgr::GetMemoryPath(), name, size);
-}
-
-template <class Call>
-void Try(Call call) {
-    try {
-        call();
-    } catch (const GException&) {
-        // What makes no sense is refused with numbered exceptions.
-    }
 }
 
 }  // namespace
