@@ -5,7 +5,6 @@
 #include <cstring>
 #include <mutex>
 
-#include "framework/core/GException.h"
 #include "framework/core/GPoolPoison.h"
 #include "platform/PMemory.h"
 
@@ -60,10 +59,6 @@ void* GAllocator::TryAfterNewHandler(Try tryOnce) {
         if (block != nullptr) return block;
     }
     ThrowOutOfMemory();
-}
-
-void GAllocator::ThrowOutOfMemory() {
-    throw GMemoryException();
 }
 
 void GAllocator::Free(void* block, std::size_t size) noexcept {

@@ -2,6 +2,7 @@
 
 #include <atomic>
 
+#include "framework/core/GAllocator.h"
 #include "framework/core/GExceptionLocation.h"
 #include "framework/core/GExceptionMessages.h"
 #include "framework/core/GString.h"
@@ -114,6 +115,11 @@ GMemoryException::~GMemoryException() = default;
 
 const char* GMemoryException::what() const noexcept {
     return "bad allocation";
+}
+
+// Defined here and not beside the allocator, which knows no exceptions: only here is it known what to throw.
+void GAllocator::ThrowOutOfMemory() {
+    throw GMemoryException();
 }
 
 GCustomException::GCustomException(long id) : GException(id) {}
