@@ -7,7 +7,7 @@
 #include <functional>
 
 #include "framework/core/GAllocator.h"
-#include "framework/core/GBufferSupport.h"
+#include "framework/core/GByteHash.h"
 #include "framework/core/GCharCode.h"
 
 // Constant-initialised and with nothing to free: usable before and after all other statics.
@@ -399,5 +399,5 @@ bool GBuffer::operator==(const char* text) const noexcept {
 }
 
 std::uint32_t GBuffer::GetHash() const noexcept {
-    return GBufferSupport::GetHash(mData, mLength);
+    return GByteHash::Of(mData, mLength);
 }

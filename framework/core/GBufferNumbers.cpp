@@ -4,8 +4,8 @@
 #include <limits>
 
 #include "framework/core/GBuffer.h"
-#include "framework/core/GBufferSupport.h"
 #include "framework/core/GRealFormat.h"
+#include "framework/core/GWhiteSpace.h"
 
 // GBuffer's numbers as text and texts as numbers. The C locale has no part in either.
 
@@ -67,7 +67,7 @@ bool IsStandardWhiteSpace(unsigned char byte) {
 }
 
 void SkipFrameworkWhiteSpace(Scanner& scanner) {
-    while (GBufferSupport::IsWhiteSpace(scanner.Peek())) scanner.Skip();
+    while (GWhiteSpace::Has(scanner.Peek())) scanner.Skip();
 }
 
 // Moves over [digits][.digits][exponent]. False when there is no number.

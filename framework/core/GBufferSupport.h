@@ -2,7 +2,9 @@
 
 #include <cstdint>
 
+#include "framework/core/GByteHash.h"
 #include "framework/core/GExport.h"
+#include "framework/core/GWhiteSpace.h"
 
 class GBuffer;
 class GEncoding;
@@ -69,10 +71,8 @@ public:
     static const unsigned char* ConvertToPString(GBuffer& text);
     /// Removes zero bytes, or 16-bit zeros, at the end.
     static void StripTrailingZeroes(GBuffer& text, bool wide);
-    /// The set that all stripping and number parsing shares: 8, 9, 10, 11, 13 and 32.
-    static bool IsWhiteSpace(unsigned short character) noexcept {
-        return character == ' ' || (character >= 8 && character <= 13 && character != 12);
-    }
+    /// Whether it belongs to GWhiteSpace.
+    static bool IsWhiteSpace(unsigned short character) noexcept { return GWhiteSpace::Has(character); }
     /// Removes white space at the start or the end.
     static void StripLeadingWhiteSpace(GBuffer& text);
     static void StripTrailingWhiteSpace(GBuffer& text);
@@ -102,5 +102,7 @@ public:
     // --- Plain bytes ---------------------------------------------------------------------------
 
     /// GBuffer::GetHash() of bytes that lie anywhere.
-    static std::uint32_t GetHash(const unsigned char* bytes, long length) noexcept;
+    static std::uint32_t GetHash(const unsigned char* bytes, long length) noexcept {
+        return GByteHash::Of(bytes, length);
+    }
 };

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "framework/core/GBufferSupport.h"
+#include "framework/core/GByteHash.h"
 
 void GCharCode::Append(const unsigned char* bytes, long length) noexcept {
     if (bytes == nullptr) return;
@@ -19,5 +19,5 @@ bool GCharCode::operator<(const GCharCode& other) const noexcept {
 }
 
 std::uint32_t GCharCode::GetHash() const noexcept {
-    return GBufferSupport::GetHash(mBytes, mLength);
+    return GByteHash::Of(mBytes, mLength);
 }

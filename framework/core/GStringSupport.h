@@ -5,6 +5,7 @@
 #include "framework/core/GRange.h"
 #include "framework/core/GString.h"
 #include "framework/core/GTable.h"
+#include "framework/core/GWhiteSpace.h"
 
 class GEncoding;
 
@@ -58,13 +59,9 @@ struct QUILLON_EXPORT GStringSupport {
     /// not even that fits; 0: no limit. A suffix that no 64-bit number can count on from stays.
     static void IncreaseNumericSuffix(GString& text, unsigned long maxLength);
 
-    /// Backspace, tab, line feed, vertical tab, carriage return and space; form feed is not.
-    static constexpr bool IsWhiteSpace(unsigned char byte) noexcept {
-        return IsWhiteSpace(static_cast<unsigned short>(byte));
-    }
-    static constexpr bool IsWhiteSpace(unsigned short unit) noexcept {
-        return unit == 32 || (unit >= 8 && unit <= 13 && unit != 12);
-    }
+    /// Whether it belongs to GWhiteSpace.
+    static constexpr bool IsWhiteSpace(unsigned char byte) noexcept { return GWhiteSpace::Has(byte); }
+    static constexpr bool IsWhiteSpace(unsigned short unit) noexcept { return GWhiteSpace::Has(unit); }
     static GString& StripLeadingWhiteSpace(GString& text);
     static GString& StripTrailingWhiteSpace(GString& text);
 

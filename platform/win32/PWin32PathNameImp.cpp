@@ -5,7 +5,7 @@
 #include <iterator>
 #include <string_view>
 
-#include "framework/core/GBufferSupport.h"
+#include "framework/core/GByteHash.h"
 #include "framework/core/GPathText.h"
 
 namespace {
@@ -126,9 +126,8 @@ std::uint32_t PWin32PathNameImp::GetHash() const {
         const auto bytes = static_cast<std::uint32_t>(2 * part.size());
         // The hash of a text starts from its length and turns by four bits a byte: a part adds what is
         // left of its own hash without the length.
-        hash =
-            std::rotl(hash ^ bytes, static_cast<int>(4 * (bytes % 8))) ^
-            GBufferSupport::GetHash(reinterpret_cast<const unsigned char*>(lower), static_cast<long>(bytes));
+        hash = std::rotl(hash ^ bytes, static_cast<int>(4 * (bytes % 8))) ^
+               GByteHash::Of(reinterpret_cast<const unsigned char*>(lower), static_cast<long>(bytes));
         rest = rest.subspan(part.size());
     }
     return hash;
