@@ -4,8 +4,6 @@
 #include <iterator>
 
 #include "framework/core/GAllocator.h"
-#include "framework/core/GBufferSupport.h"
-#include "framework/core/GString.h"
 
 namespace {
 
@@ -27,10 +25,4 @@ long GDictUtil::GetAllocation(long count) {
     while (allocation < count) allocation *= 2;
     if (allocation > INT32_MAX) GAllocator::ThrowOutOfMemory();
     return static_cast<long>(allocation);
-}
-
-GString GDictUtil::GetEOLString() {
-    const char* ending = GBufferSupport::GetLineEndingNeedsLF() ? "\r\n" : "\r";
-    if (!GBufferSupport::GetLineEndingNeedsCR()) ++ending;
-    return GString(ending);
 }
