@@ -1,7 +1,6 @@
 #include "framework/core/GExceptionLocation.h"
 
-#include "framework/core/GPathName.h"
-#include "platform/PPlatform.h"
+#include "PPlatformTypes.h"
 
 namespace {
 
@@ -15,12 +14,6 @@ GExceptionLocation* GetInnermost() {
     return static_cast<GExceptionLocation*>(ContextStack().Get());
 }
 
-GString NativeForm(const GString& portable) {
-    GString native;
-    GPathName::ConvertPortableToNative(portable, native);
-    return native;
-}
-
 }  // namespace
 
 GExceptionLocation::GExceptionLocation() {
@@ -32,19 +25,6 @@ GExceptionLocation::GExceptionLocation(long id) : mKind(Kind::cNumber), mID(stat
 }
 
 GExceptionLocation::GExceptionLocation(const GString& text) : mKind(Kind::cText), mFirst(text) {
-    Enter();
-}
-
-GExceptionLocation::GExceptionLocation(const GPathName& path)
-    : mKind(Kind::cPath), mFirst(path.GetPortablePath()) {
-    Enter();
-}
-
-GExceptionLocation::GExceptionLocation(long id, const GPathName& first, const GPathName& second)
-    : mKind(Kind::cTwoPaths),
-      mID(static_cast<std::int32_t>(id)),
-      mFirst(first.GetPortablePath()),
-      mSecond(second.GetPortablePath()) {
     Enter();
 }
 
@@ -78,16 +58,18 @@ GLngString GExceptionLocation::Describe() const {
         case Kind::cNumber:
             return GLngString(static_cast<long>(mID));
         case Kind::cText:
-            return GLngString(mFirst);
-        case Kind::cPath:
-            return GLngString(NativeForm(mFirst));
-        case Kind::cTwoPaths: {
+            return GLngString(Read(mFirst));
+        case Kind::cNumberAndTwoTexts: {
             GLngString text(static_cast<long>(mID));
-            text.AddParam(NativeForm(mFirst)).AddParam(NativeForm(mSecond));
+            text.AddParam(Read(mFirst)).AddParam(Read(mSecond));
             return text;
         }
         case Kind::cNothing:
             break;
     }
     return GLngString();
+}
+
+GString GExceptionLocation::Read(const GString& kept) const {
+    return mReading == nullptr ? kept : mReading(kept);
 }

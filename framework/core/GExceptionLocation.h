@@ -37,14 +37,18 @@ protected:
     virtual GLngString Describe() const;
 
 private:
-    enum class Kind : std::uint8_t { cNothing, cNumber, cText, cPath, cTwoPaths };
+    enum class Kind : std::uint8_t { cNothing, cNumber, cText, cNumberAndTwoTexts };
+    // How a kept text reads; what a path looks like is known to the paths only.
+    using Reading = GString (*)(const GString& kept);
 
     void Enter();
     void Leave() noexcept;
+    GString Read(const GString& kept) const;
 
     Kind mKind = Kind::cNothing;
     std::int32_t mID = 0;
-    GString mFirst;   // the text, or a portable path
-    GString mSecond;  // a portable path
+    Reading mReading = nullptr;  // null: as it was kept
+    GString mFirst;              // the text, or a portable path
+    GString mSecond;             // a portable path
     GExceptionLocation* mOuter = nullptr;
 };
