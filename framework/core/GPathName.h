@@ -2,9 +2,9 @@
 
 #include <cstdint>
 
+#include "PPlatformPaths.h"
 #include "framework/core/GExport.h"
 #include "framework/core/GString.h"
-#include "platform/win32/PWin32PathNameImp.h"
 
 /// GPathName: the name of a file or folder in one portable form, the same on every system.
 ///
@@ -16,7 +16,7 @@
 /// Example: "//server/share/a.tar.gz" has the root name "//server", the root directory "/", the
 /// relative path "share/a.tar.gz", the branch "//server/share/", the leaf "a.tar.gz", and the
 /// extension "gz".
-class QUILLON_EXPORT GPathName : public PWin32PathNameImp {
+class QUILLON_EXPORT GPathName : public PPathNameImp {
 public:
     static const GPathName cEmptyPathName;
 
