@@ -3,9 +3,9 @@
 #include <cstdint>
 #include <memory>
 
+#include "PPlatformTypes.h"
 #include "framework/core/GString.h"
 #include "framework/streams/GFileOutStream.h"
-#include "platform/PPlatform.h"
 
 /// MonitorState: all that the monitor's callbacks share. There is one port and at most one job.
 ///

@@ -4,8 +4,8 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "PPlatformTypes.h"
 #include "framework/core/GExport.h"
-#include "platform/PPlatform.h"
 
 class GAllocator;
 class GFixedSizeAllocator;

@@ -2,9 +2,9 @@
 
 #include <mutex>
 
+#include "PPlatformTypes.h"
 #include "framework/core/GASCIIEncoding.h"
 #include "framework/core/GBuffer.h"
-#include "platform/PPlatform.h"
 #include "platform/PStackDump.h"
 
 GString GDebugSupport::GetStackDump() {

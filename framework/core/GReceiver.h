@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/PPlatform.h"
+#include "PPlatformTypes.h"
 
 /// GReceiver: base of everything that signals carrying a `Message` can be delivered to.
 ///

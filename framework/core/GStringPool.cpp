@@ -4,6 +4,7 @@
 #include <mutex>
 #include <utility>
 
+#include "PPlatformTypes.h"
 #include "framework/core/GASCIIEncoding.h"
 #include "framework/core/GMacRomanEncoding.h"
 #include "framework/core/GShiftJISEncoding.h"
@@ -11,7 +12,6 @@
 #include "framework/core/GUTF8Encoding.h"
 #include "framework/core/GUnicodeEncoding.h"
 #include "framework/core/GWinAnsiEncoding.h"
-#include "platform/PPlatform.h"
 
 namespace {
 

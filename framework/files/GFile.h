@@ -2,10 +2,10 @@
 
 #include <memory>
 
+#include "PPlatformTypes.h"
 #include "framework/core/GExport.h"
 #include "framework/core/GPathName.h"
 #include "framework/core/GRefCount.h"
-#include "platform/PPlatform.h"
 
 class GBuffer;
 

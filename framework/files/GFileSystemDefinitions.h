@@ -3,11 +3,11 @@
 #include <concepts>
 #include <mutex>
 
+#include "PPlatformTypes.h"
 #include "framework/core/GDict.h"
 #include "framework/core/GException.h"
 #include "framework/core/GExceptionLocation.h"
 #include "framework/files/GFileSystem.h"
-#include "platform/PPlatform.h"
 
 // The members of GFileSystemBase, apart from its header so that a program that uses the file system
 // does not compile the platform's classes. Included where the template is instantiated.

@@ -3,7 +3,7 @@
 #include <memory>
 #include <mutex>
 
-#include "platform/PPlatform.h"
+#include "PPlatformTypes.h"
 
 namespace {
 

@@ -4,7 +4,7 @@
 #include <thread>
 #include <vector>
 
-#include "platform/PPlatform.h"
+#include "PPlatformTypes.h"
 
 TEST(PCriticalSection, IsRecursiveOnItsThreadAndShutsOutOthers) {
     PCriticalSection section;
