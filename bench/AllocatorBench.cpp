@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "bench/Comparison.h"
-#include "framework/core/GAllocator.h"
+#include "framework/core/memory/GAllocator.h"
 
 // The pooled allocator beside the C library's, which under Windows is the heap of the process.
 

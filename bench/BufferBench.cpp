@@ -7,7 +7,7 @@
 #include <string_view>
 
 #include "bench/Comparison.h"
-#include "framework/core/GBuffer.h"
+#include "framework/core/bytes/GBuffer.h"
 
 // Buffers beside std::string, memchr, std::string_view and XXH3.
 

@@ -7,10 +7,10 @@
 #include <vector>
 
 #include "bench/Comparison.h"
-#include "framework/core/GBuffer.h"
-#include "framework/core/GDict.h"
-#include "framework/core/GString.h"
-#include "framework/core/GTable.h"
+#include "framework/core/bytes/GBuffer.h"
+#include "framework/core/containers/GDict.h"
+#include "framework/core/containers/GTable.h"
+#include "framework/core/text/GString.h"
 
 // Dictionaries beside std::unordered_map with the same keys and the same hashes, which the map keeps in
 // its nodes, and tables beside std::vector.

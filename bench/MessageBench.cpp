@@ -6,7 +6,7 @@
 #include "bench/Rounds.h"
 #include "framework/GBasicFrameworkCoreLayer.h"
 #include "framework/ipc/GIPCMessageQueue.h"
-#include "platform/win32/PWin32Api.h"
+#include "platform/win32/base/PWin32Api.h"
 
 namespace {
 

@@ -12,10 +12,10 @@
 #include <vector>
 
 #include "bench/Rounds.h"
-#include "framework/core/GStringSupport.h"
-#include "framework/core/GUTF8Encoding.h"
-#include "framework/core/GUnicodeEncoding.h"
-#include "framework/core/GWinAnsiEncoding.h"
+#include "framework/core/encodings/GUTF8Encoding.h"
+#include "framework/core/encodings/GUnicodeEncoding.h"
+#include "framework/core/encodings/GWinAnsiEncoding.h"
+#include "framework/core/text/GStringSupport.h"
 
 namespace {
 

@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "bench/Rounds.h"
-#include "platform/win32/PWin32Api.h"
+#include "platform/win32/base/PWin32Api.h"
 
 #include <winspool.h>
 

@@ -35,8 +35,9 @@ forbid "a CR at the end of a line" "$return\$" '*.h' '*.cpp' '*.cmake' 'CMakeLis
 forbid "unfinished work" '\b(TODO|FIXME|XXX)\b' ':!cmake/check-sources.sh'
 forbid "a platform switch in portable code" '\b(_WIN32|__linux__)\b' 'framework/' 'monitor/'
 forbid "Windows outside its folder" '#include <(windows|winspool|winsplp|winbase)\.h>' 'framework/' 'examples/'
-forbid "an own include of windows.h" '#include <windows\.h>' '*.h' '*.cpp' ':!platform/win32/PWin32Api.h'
+forbid "an own include of windows.h" '#include <windows\.h>' '*.h' '*.cpp' ':!platform/win32/base/PWin32Api.h'
 forbid "code that turns with the C locale or loads it" '#include <(iostream|regex|locale)>' 'framework/' 'monitor/' 'platform/'
 forbid "a download" '(curl|wget|https?://)' 'dev' '.ci/run' '*.sh' '*.cmake' ':!cmake/check-sources.sh'
 require "a header without #pragma once" '^#pragma once$' '*.h'
+sh cmake/check-rooms.sh || found=1
 exit "$found"

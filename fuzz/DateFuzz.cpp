@@ -1,5 +1,5 @@
 // Dates as page-description documents write them.
-#include "framework/core/GDateTime.h"
+#include "framework/core/time/GDateTime.h"
 #include "fuzz/FuzzInput.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t count) {

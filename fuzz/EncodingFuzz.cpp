@@ -1,15 +1,15 @@
 // Text in every encoding into UTF-16 and back.
 #include <iterator>
 
-#include "framework/core/GASCIIEncoding.h"
-#include "framework/core/GMacExpertEncoding.h"
-#include "framework/core/GMacRomanEncoding.h"
-#include "framework/core/GPDFDocEncoding.h"
-#include "framework/core/GShiftJISEncoding.h"
-#include "framework/core/GStandardEncoding.h"
-#include "framework/core/GUTF8Encoding.h"
-#include "framework/core/GUnicodeEncoding.h"
-#include "framework/core/GWinAnsiEncoding.h"
+#include "framework/core/encodings/GASCIIEncoding.h"
+#include "framework/core/encodings/GMacExpertEncoding.h"
+#include "framework/core/encodings/GMacRomanEncoding.h"
+#include "framework/core/encodings/GPDFDocEncoding.h"
+#include "framework/core/encodings/GShiftJISEncoding.h"
+#include "framework/core/encodings/GStandardEncoding.h"
+#include "framework/core/encodings/GUTF8Encoding.h"
+#include "framework/core/encodings/GUnicodeEncoding.h"
+#include "framework/core/encodings/GWinAnsiEncoding.h"
 #include "fuzz/FuzzInput.h"
 
 namespace {

@@ -1,5 +1,5 @@
 // Escape codes in bytes and in UTF-16 text.
-#include "framework/core/GBufferSupport.h"
+#include "framework/core/text/GBufferSupport.h"
 #include "fuzz/FuzzInput.h"
 
 namespace {

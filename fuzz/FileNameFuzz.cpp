@@ -1,5 +1,5 @@
 // Document titles made into file names: whatever the title, the name is one that Windows takes.
-#include "framework/core/GPathName.h"
+#include "framework/core/paths/GPathName.h"
 #include "fuzz/FuzzInput.h"
 
 namespace {

@@ -5,7 +5,7 @@
 #include <cstdlib>
 
 #include "framework/GBasicFrameworkCoreLayer.h"
-#include "framework/core/GUnicodeEncoding.h"
+#include "framework/core/encodings/GUnicodeEncoding.h"
 
 std::uint8_t FuzzInput::TakeByte() noexcept {
     if (mLeft == 0) return 0;

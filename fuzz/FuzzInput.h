@@ -3,9 +3,9 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "framework/core/GBuffer.h"
-#include "framework/core/GException.h"
-#include "framework/core/GString.h"
+#include "framework/core/bytes/GBuffer.h"
+#include "framework/core/errors/GException.h"
+#include "framework/core/text/GString.h"
 
 /// FuzzInput: made-up bytes, taken from the front piece by piece. When they run out, pieces are
 /// empty and numbers 0.

@@ -1,6 +1,6 @@
 // Job records as a processing application receives them: any process may have sent the bytes.
 #include "fuzz/FuzzInput.h"
-#include "monitor/GPPJobRecord.h"
+#include "monitor/handoff/GPPJobRecord.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t count) {
     FuzzInput input(bytes, count);

@@ -1,8 +1,8 @@
 // Separated lists: any bytes split, what was merged splits into the same elements, and what a text was
 // split into joins to the text again.
-#include "framework/core/GBufferSupport.h"
-#include "framework/core/GStringSupport.h"
-#include "framework/core/GTable.h"
+#include "framework/core/containers/GTable.h"
+#include "framework/core/text/GBufferSupport.h"
+#include "framework/core/text/GStringSupport.h"
 #include "fuzz/FuzzInput.h"
 
 namespace {

@@ -1,6 +1,6 @@
 // Texts with markers, and parameters that look like markers.
-#include "framework/core/GLngString.h"
-#include "framework/core/GTable.h"
+#include "framework/core/containers/GTable.h"
+#include "framework/core/errors/GLngString.h"
 #include "fuzz/FuzzInput.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t count) {

@@ -1,5 +1,5 @@
 // Path names in every foreign form, and what is asked of a path.
-#include "framework/core/GPathName.h"
+#include "framework/core/paths/GPathName.h"
 #include "fuzz/FuzzInput.h"
 
 namespace {

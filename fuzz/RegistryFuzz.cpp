@@ -4,7 +4,7 @@
 
 #include "framework/ipc/GIPCMessageQueueMgr.h"
 #include "fuzz/FuzzInput.h"
-#include "platform/posix/PMemorySharedMemory.h"
+#include "platform/posix/ipc/PMemorySharedMemory.h"
 
 namespace {
 

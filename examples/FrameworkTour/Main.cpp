@@ -4,18 +4,18 @@
 #include <exception>
 
 #include "framework/GBasicFrameworkCoreLayer.h"
-#include "framework/core/GBuffer.h"
-#include "framework/core/GDateTime.h"
-#include "framework/core/GDict.h"
-#include "framework/core/GException.h"
-#include "framework/core/GExceptionLocation.h"
-#include "framework/core/GPathName.h"
-#include "framework/core/GRegEx.h"
-#include "framework/core/GString.h"
-#include "framework/core/GStringSupport.h"
-#include "framework/core/GTable.h"
-#include "framework/core/GUTF8Encoding.h"
-#include "framework/core/GWinAnsiEncoding.h"
+#include "framework/core/bytes/GBuffer.h"
+#include "framework/core/containers/GDict.h"
+#include "framework/core/containers/GTable.h"
+#include "framework/core/encodings/GUTF8Encoding.h"
+#include "framework/core/encodings/GWinAnsiEncoding.h"
+#include "framework/core/errors/GException.h"
+#include "framework/core/errors/GExceptionLocation.h"
+#include "framework/core/paths/GPathName.h"
+#include "framework/core/patterns/GRegEx.h"
+#include "framework/core/text/GString.h"
+#include "framework/core/text/GStringSupport.h"
+#include "framework/core/time/GDateTime.h"
 
 namespace {
 

@@ -1,8 +1,8 @@
 #include "examples/PrinterProcessorWin/HandOffScope.h"
 
 #include "framework/GBasicFrameworkCoreLayer.h"
-#include "framework/core/GException.h"
-#include "monitor/GPPIPCManager.h"
+#include "framework/core/errors/GException.h"
+#include "monitor/handoff/GPPIPCManager.h"
 
 HandOffScope::HandOffScope() {
     GBasicFrameworkCoreLayer::Initialize();

@@ -1,7 +1,7 @@
 #include "examples/PrinterProcessorWin/JobFile.h"
 
-#include "platform/win32/PWin32Api.h"
-#include "platform/win32/PWin32Wide.h"
+#include "platform/win32/base/PWin32Api.h"
+#include "platform/win32/core/PWin32Wide.h"
 
 namespace {
 

@@ -3,8 +3,8 @@
 #include <algorithm>
 
 #include "examples/PrinterProcessorWin/JsonText.h"
-#include "monitor/GPPJobRecord.h"
-#include "platform/win32/PWin32Wide.h"
+#include "monitor/handoff/GPPJobRecord.h"
+#include "platform/win32/core/PWin32Wide.h"
 
 namespace {
 

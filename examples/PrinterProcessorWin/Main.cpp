@@ -8,12 +8,12 @@
 #include "examples/PrinterProcessorWin/JobText.h"
 #include "examples/PrinterProcessorWin/Options.h"
 #include "examples/PrinterProcessorWin/StopRequest.h"
-#include "framework/core/GBasicSignals.h"
-#include "framework/core/GException.h"
+#include "framework/core/errors/GException.h"
+#include "framework/core/events/GBasicSignals.h"
 #include "framework/ipc/GIPCReceiver.h"
-#include "monitor/GPPIPCManager.h"
-#include "monitor/GPPJobRecord.h"
-#include "platform/win32/PWin32Wide.h"
+#include "monitor/handoff/GPPIPCManager.h"
+#include "monitor/handoff/GPPJobRecord.h"
+#include "platform/win32/core/PWin32Wide.h"
 #include "tools/console/Console.h"
 
 namespace {

@@ -3,9 +3,9 @@
 #include <algorithm>
 
 #include "PPlatformFiles.h"
-#include "framework/core/GBuffer.h"
-#include "framework/core/GException.h"
-#include "framework/core/GExceptionLocation.h"
+#include "framework/core/bytes/GBuffer.h"
+#include "framework/core/errors/GException.h"
+#include "framework/core/errors/GExceptionLocation.h"
 
 namespace {
 

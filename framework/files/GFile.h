@@ -4,8 +4,8 @@
 
 #include "PPlatformTypes.h"
 #include "framework/core/GExport.h"
-#include "framework/core/GPathName.h"
-#include "framework/core/GRefCount.h"
+#include "framework/core/memory/GRefCount.h"
+#include "framework/core/paths/GPathName.h"
 
 class GBuffer;
 

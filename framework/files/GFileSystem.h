@@ -1,12 +1,12 @@
 #pragma once
 
 #include "PPlatformTypes.h"
-#include "framework/core/GDateTime.h"
 #include "framework/core/GExport.h"
-#include "framework/core/GPathName.h"
-#include "framework/core/GString.h"
-#include "framework/core/GTypeEnums.h"
+#include "framework/core/paths/GPathName.h"
+#include "framework/core/text/GString.h"
+#include "framework/core/time/GDateTime.h"
 #include "framework/files/GSpecialPath.h"
+#include "framework/files/GTypeEnums.h"
 
 /// GFileSystemBase: the framework's static view of the file system, over a platform's calls (what
 /// these are stands in GFileSystemDefinitions.h).

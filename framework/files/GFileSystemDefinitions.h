@@ -4,9 +4,9 @@
 #include <mutex>
 
 #include "PPlatformTypes.h"
-#include "framework/core/GDict.h"
-#include "framework/core/GException.h"
-#include "framework/core/GExceptionLocation.h"
+#include "framework/core/containers/GDict.h"
+#include "framework/core/errors/GException.h"
+#include "framework/core/errors/GExceptionLocation.h"
 #include "framework/files/GFileSystem.h"
 
 // The members of GFileSystemBase, apart from its header so that a program that uses the file system

@@ -4,8 +4,8 @@
 #include <memory>
 
 #include "framework/core/GExport.h"
-#include "framework/core/GSmartPtr.h"
-#include "framework/core/GTable.h"
+#include "framework/core/containers/GTable.h"
+#include "framework/core/memory/GSmartPtr.h"
 #include "framework/ipc/GIPCMessage.h"
 #include "framework/ipc/GIPCMessageQueue.h"
 #include "framework/ipc/GIPCMessageQueueMgr.h"

@@ -2,10 +2,10 @@
 
 #include <exception>
 
-#include "framework/core/GBasicSignals.h"
-#include "framework/core/GException.h"
-#include "framework/core/GExceptionID.h"
-#include "framework/core/GRefCount.h"
+#include "framework/core/errors/GException.h"
+#include "framework/core/errors/GExceptionID.h"
+#include "framework/core/events/GBasicSignals.h"
+#include "framework/core/memory/GRefCount.h"
 #include "framework/system/GProcessInfo.h"
 #include "framework/system/PSystem.h"
 

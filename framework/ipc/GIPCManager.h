@@ -3,13 +3,13 @@
 #include <cstdint>
 #include <memory>
 
-#include "framework/core/GBuffer.h"
-#include "framework/core/GDict.h"
-#include "framework/core/GEmptyMessage.h"
 #include "framework/core/GExport.h"
-#include "framework/core/GReceiver.h"
-#include "framework/core/GSmartPtr.h"
-#include "framework/core/GTable.h"
+#include "framework/core/bytes/GBuffer.h"
+#include "framework/core/containers/GDict.h"
+#include "framework/core/containers/GTable.h"
+#include "framework/core/events/GEmptyMessage.h"
+#include "framework/core/events/GReceiver.h"
+#include "framework/core/memory/GSmartPtr.h"
 #include "framework/ipc/GIPCInbox.h"
 #include "framework/ipc/GIPCMessageQueue.h"
 #include "framework/ipc/GIPCMessageQueueMgr.h"

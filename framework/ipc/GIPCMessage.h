@@ -2,10 +2,10 @@
 
 #include <cstdint>
 
-#include "framework/core/GBuffer.h"
 #include "framework/core/GExport.h"
-#include "framework/core/GFastAllocatable.h"
-#include "framework/core/GRefCount.h"
+#include "framework/core/bytes/GBuffer.h"
+#include "framework/core/memory/GFastAllocatable.h"
+#include "framework/core/memory/GRefCount.h"
 
 /// GIPCMessage: one message that a process has received. Shared by reference on one thread.
 class QUILLON_EXPORT GIPCMessage : public GRefCount, public GFastAllocatable {

@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <utility>
 
-#include "framework/core/GException.h"
-#include "framework/core/GExceptionID.h"
+#include "framework/core/errors/GException.h"
+#include "framework/core/errors/GExceptionID.h"
 #include "framework/ipc/GShMemWord.h"
 #include "framework/system/GProcessInfo.h"
 #include "framework/system/GSessionInfo.h"

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "framework/core/GSmartPtr.h"
-#include "framework/core/GTable.h"
+#include "framework/core/containers/GTable.h"
+#include "framework/core/memory/GSmartPtr.h"
 #include "framework/ipc/GIPCMessage.h"
 #include "framework/ipc/GSharedMemory.h"
 

@@ -5,8 +5,8 @@
 #include <ctime>
 #include <exception>
 
-#include "framework/core/GException.h"
-#include "framework/core/GExceptionID.h"
+#include "framework/core/errors/GException.h"
+#include "framework/core/errors/GExceptionID.h"
 #include "framework/ipc/GShMemWord.h"
 #include "framework/system/GSessionInfo.h"
 #include "framework/system/PSystem.h"

@@ -3,7 +3,7 @@
 #include <cstdint>
 
 #include "framework/core/GExport.h"
-#include "framework/core/GTable.h"
+#include "framework/core/containers/GTable.h"
 #include "framework/ipc/GIPCQueueAddress.h"
 #include "framework/ipc/GSharedMemory.h"
 

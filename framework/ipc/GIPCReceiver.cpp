@@ -1,7 +1,7 @@
 #include "framework/ipc/GIPCReceiver.h"
 
-#include "framework/core/GException.h"
-#include "framework/core/GExceptionID.h"
+#include "framework/core/errors/GException.h"
+#include "framework/core/errors/GExceptionID.h"
 #include "framework/ipc/GIPCManager.h"
 
 GIPCReceiver::~GIPCReceiver() {

@@ -5,8 +5,8 @@
 #include <new>
 
 #include "PPlatformIPC.h"
-#include "framework/core/GBuffer.h"
 #include "framework/core/GExport.h"
+#include "framework/core/bytes/GBuffer.h"
 #include "framework/ipc/GIPPrefix.h"
 #include "framework/ipc/GShMemID.h"
 #include "framework/ipc/GWaitBudget.h"

@@ -2,8 +2,8 @@
 
 #include <iterator>
 
-#include "framework/core/GException.h"
-#include "framework/core/GExceptionID.h"
+#include "framework/core/errors/GException.h"
+#include "framework/core/errors/GExceptionID.h"
 
 namespace {
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "framework/core/GBuffer.h"
 #include "framework/core/GExport.h"
+#include "framework/core/bytes/GBuffer.h"
 
 /// GIPPrefix: the letters in a kernel object's name that tell what kind of object it is.
 struct QUILLON_EXPORT GIPPrefix {

@@ -2,10 +2,10 @@
 
 #include <memory>
 
-#include "framework/core/GASCIIEncoding.h"
-#include "framework/core/GDict.h"
-#include "framework/core/GException.h"
-#include "framework/core/GExceptionID.h"
+#include "framework/core/containers/GDict.h"
+#include "framework/core/encodings/GASCIIEncoding.h"
+#include "framework/core/errors/GException.h"
+#include "framework/core/errors/GExceptionID.h"
 
 namespace {
 

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "framework/core/GBuffer.h"
 #include "framework/core/GExport.h"
-#include "framework/core/GString.h"
+#include "framework/core/bytes/GBuffer.h"
+#include "framework/core/text/GString.h"
 
 /// GShMemID: an identifier of which the names of shared segments and their mutexes are formed.
 ///

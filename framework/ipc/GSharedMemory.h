@@ -6,10 +6,10 @@
 #include <memory>
 
 #include "PPlatformIPC.h"
-#include "framework/core/GBuffer.h"
-#include "framework/core/GException.h"
-#include "framework/core/GExceptionID.h"
 #include "framework/core/GExport.h"
+#include "framework/core/bytes/GBuffer.h"
+#include "framework/core/errors/GException.h"
+#include "framework/core/errors/GExceptionID.h"
 #include "framework/ipc/GIPMutex.h"
 #include "framework/ipc/GIPPrefix.h"
 #include "framework/ipc/GShMemID.h"

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "framework/core/GException.h"
-#include "framework/core/GExceptionID.h"
 #include "framework/core/GExport.h"
+#include "framework/core/errors/GException.h"
+#include "framework/core/errors/GExceptionID.h"
 
 /// GWaitBudget: how long a piece of work may wait for shared mutexes, in all.
 ///

@@ -2,11 +2,11 @@
 
 #include <algorithm>
 
-#include "framework/core/GBufferSupport.h"
-#include "framework/core/GException.h"
-#include "framework/core/GExceptionID.h"
-#include "framework/core/GStringSupport.h"
-#include "framework/core/GUnicodeEncoding.h"
+#include "framework/core/encodings/GUnicodeEncoding.h"
+#include "framework/core/errors/GException.h"
+#include "framework/core/errors/GExceptionID.h"
+#include "framework/core/text/GBufferSupport.h"
+#include "framework/core/text/GStringSupport.h"
 
 namespace {
 

@@ -2,10 +2,10 @@
 
 #include <memory>
 
-#include "framework/core/GBuffer.h"
-#include "framework/core/GEncoding.h"
-#include "framework/core/GSharedObject.h"
-#include "framework/core/GString.h"
+#include "framework/core/bytes/GBuffer.h"
+#include "framework/core/encodings/GEncoding.h"
+#include "framework/core/memory/GSharedObject.h"
+#include "framework/core/text/GString.h"
 #include "framework/streams/GBufferedInStream.h"
 
 /// GBin2TextStream: reads text, by tokens or as UTF-16 bytes, from the bytes of a source stream.

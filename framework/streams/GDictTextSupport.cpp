@@ -1,8 +1,8 @@
 #include "framework/streams/GDictTextSupport.h"
 
-#include "framework/core/GASCIIEncoding.h"
-#include "framework/core/GDictUtil.h"
-#include "framework/core/GStringSupport.h"
+#include "framework/core/containers/GDictUtil.h"
+#include "framework/core/encodings/GASCIIEncoding.h"
+#include "framework/core/text/GStringSupport.h"
 #include "framework/streams/GBin2TextStream.h"
 
 namespace {

@@ -1,9 +1,9 @@
 #pragma once
 
-#include "framework/core/GBuffer.h"
-#include "framework/core/GDict.h"
 #include "framework/core/GExport.h"
-#include "framework/core/GString.h"
+#include "framework/core/bytes/GBuffer.h"
+#include "framework/core/containers/GDict.h"
+#include "framework/core/text/GString.h"
 
 class GBin2TextStream;
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "framework/core/GSharedObject.h"
+#include "framework/core/memory/GSharedObject.h"
 #include "framework/files/GFile.h"
 #include "framework/streams/GInStream.h"
 

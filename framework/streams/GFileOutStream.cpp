@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <limits>
 
-#include "framework/core/GBuffer.h"
+#include "framework/core/bytes/GBuffer.h"
 #include "framework/files/GFileOpenMode.h"
 
 namespace {

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "framework/core/GBuffer.h"
+#include "framework/core/bytes/GBuffer.h"
 
 GMemoryInStream::GMemoryInStream(const GBuffer& data) : mData(&data) {}
 

@@ -1,6 +1,6 @@
 #include "framework/streams/GMemoryOutStream.h"
 
-#include "framework/core/GBuffer.h"
+#include "framework/core/bytes/GBuffer.h"
 
 GMemoryOutStream::GMemoryOutStream(GBuffer& target) : mTarget(&target) {}
 

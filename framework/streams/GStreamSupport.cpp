@@ -6,13 +6,13 @@
 #include <memory>
 #include <string_view>
 
-#include "framework/core/GBuffer.h"
-#include "framework/core/GException.h"
-#include "framework/core/GExceptionID.h"
-#include "framework/core/GProgress.h"
+#include "framework/core/bytes/GBuffer.h"
+#include "framework/core/errors/GException.h"
+#include "framework/core/errors/GExceptionID.h"
 #include "framework/streams/GFileInStream.h"
 #include "framework/streams/GMemoryInStream.h"
 #include "framework/streams/GOutStream.h"
+#include "framework/streams/GProgress.h"
 
 using namespace std::string_view_literals;
 

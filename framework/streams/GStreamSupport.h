@@ -1,8 +1,8 @@
 #pragma once
 
-#include "framework/core/GBuffer.h"
 #include "framework/core/GExport.h"
-#include "framework/core/GTypeEnums.h"
+#include "framework/core/bytes/GBuffer.h"
+#include "framework/files/GTypeEnums.h"
 
 class GInStream;
 class GOutStream;

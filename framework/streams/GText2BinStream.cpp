@@ -1,11 +1,11 @@
 #include "framework/streams/GText2BinStream.h"
 
-#include "framework/core/GDictUtil.h"
-#include "framework/core/GException.h"
-#include "framework/core/GExceptionID.h"
-#include "framework/core/GString.h"
-#include "framework/core/GStringSupport.h"
-#include "framework/core/GUnicodeEncoding.h"
+#include "framework/core/containers/GDictUtil.h"
+#include "framework/core/encodings/GUnicodeEncoding.h"
+#include "framework/core/errors/GException.h"
+#include "framework/core/errors/GExceptionID.h"
+#include "framework/core/text/GString.h"
+#include "framework/core/text/GStringSupport.h"
 
 namespace {
 

@@ -2,9 +2,9 @@
 
 #include <memory>
 
-#include "framework/core/GBuffer.h"
-#include "framework/core/GEncoding.h"
-#include "framework/core/GSharedObject.h"
+#include "framework/core/bytes/GBuffer.h"
+#include "framework/core/encodings/GEncoding.h"
+#include "framework/core/memory/GSharedObject.h"
 #include "framework/streams/GOutStream.h"
 
 class GString;

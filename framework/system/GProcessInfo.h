@@ -3,9 +3,9 @@
 #include <cstdint>
 
 #include "framework/core/GExport.h"
-#include "framework/core/GPathName.h"
-#include "framework/core/GString.h"
-#include "framework/core/GTable.h"
+#include "framework/core/containers/GTable.h"
+#include "framework/core/paths/GPathName.h"
+#include "framework/core/text/GString.h"
 
 /// GProcessInfo: facts about the running processes and the machine's memory.
 ///

@@ -2,9 +2,9 @@
 
 #include <cstdint>
 
-#include "framework/core/GBuffer.h"
 #include "framework/core/GExport.h"
-#include "framework/core/GTable.h"
+#include "framework/core/bytes/GBuffer.h"
+#include "framework/core/containers/GTable.h"
 
 /// GSessionInfo: which session this process is in, which ones there are, and under which path a
 /// session's kernel objects are named.

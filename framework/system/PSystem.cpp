@@ -3,7 +3,7 @@
 
 #include <cstdio>
 
-#include "framework/core/GBufferSupport.h"
+#include "framework/core/text/GBufferSupport.h"
 
 namespace {
 

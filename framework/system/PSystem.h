@@ -1,10 +1,10 @@
 #pragma once
 
-#include "framework/core/GBuffer.h"
 #include "framework/core/GExport.h"
-#include "framework/core/GPathName.h"
-#include "framework/core/GString.h"
-#include "framework/core/GTable.h"
+#include "framework/core/bytes/GBuffer.h"
+#include "framework/core/containers/GTable.h"
+#include "framework/core/paths/GPathName.h"
+#include "framework/core/text/GString.h"
 
 /// PSystem: questions about the machine, the operating system and the running module.
 ///

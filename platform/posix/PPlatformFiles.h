@@ -1,5 +1,5 @@
 #pragma once
 
 /// The definitions of PFileImp and PFileSystemImp on this platform.
-#include "platform/posix/PPosixFileImp.h"
-#include "platform/posix/PPosixFileSystemImp.h"
+#include "platform/posix/files/PPosixFileImp.h"
+#include "platform/posix/files/PPosixFileSystemImp.h"

@@ -4,8 +4,8 @@
 /// and given its alias; platform/win32 has the same names.
 ///
 /// These two stand first: they know no other class, and the classes below are made of them.
-#include "platform/posix/PPosixCriticalSection.h"
-#include "platform/posix/PPosixThreadLocalSlot.h"
+#include "platform/posix/base/PPosixCriticalSection.h"
+#include "platform/posix/base/PPosixThreadLocalSlot.h"
 
 using PCriticalSection = PPosixCriticalSection;
 using PThreadLocalSlot = PPosixThreadLocalSlot;

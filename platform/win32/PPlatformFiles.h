@@ -1,5 +1,5 @@
 #pragma once
 
 /// The definitions of PFileImp and PFileSystemImp on this platform.
-#include "platform/win32/PWin32FileImp.h"
-#include "platform/win32/PWin32FileSystemImp.h"
+#include "platform/win32/files/PWin32FileImp.h"
+#include "platform/win32/files/PWin32FileSystemImp.h"

@@ -1,6 +1,6 @@
 #pragma once
 
 /// The definition of PPathNameImp on this platform.
-#include "platform/win32/PWin32PathNameImp.h"
+#include "platform/win32/core/PWin32PathNameImp.h"
 
 using PPathNameImp = PWin32PathNameImp;

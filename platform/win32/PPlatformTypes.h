@@ -4,8 +4,8 @@
 /// here and given its alias; platform/posix has the same names.
 ///
 /// These two stand first: they know no other class, and the classes below are made of them.
-#include "platform/win32/PWin32CriticalSection.h"
-#include "platform/win32/PWin32ThreadLocalSlot.h"
+#include "platform/win32/base/PWin32CriticalSection.h"
+#include "platform/win32/base/PWin32ThreadLocalSlot.h"
 
 using PCriticalSection = PWin32CriticalSection;
 using PThreadLocalSlot = PWin32ThreadLocalSlot;

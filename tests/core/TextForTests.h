@@ -8,9 +8,9 @@
 #include <string_view>
 #include <tuple>
 
-#include "framework/core/GBuffer.h"
-#include "framework/core/GString.h"
-#include "framework/core/GUnicodeEncoding.h"
+#include "framework/core/bytes/GBuffer.h"
+#include "framework/core/encodings/GUnicodeEncoding.h"
+#include "framework/core/text/GString.h"
 
 // Between the framework's texts and the standard library's, which tests can print.
 

@@ -4,7 +4,7 @@
 
 #include <tuple>
 
-#include "framework/core/GException.h"
+#include "framework/core/errors/GException.h"
 #include "framework/files/GFileSystemDefinitions.h"
 #include "tests/files/TestFolder.h"
 

@@ -4,7 +4,7 @@
 
 #include <tuple>
 
-#include "framework/core/GException.h"
+#include "framework/core/errors/GException.h"
 #include "framework/files/GFileOpenMode.h"
 #include "tests/files/TestFolder.h"
 #include "tests/streams/StreamTestSupport.h"

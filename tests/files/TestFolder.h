@@ -4,9 +4,9 @@
 #include <fstream>
 #include <string>
 
-#include "framework/core/GPathName.h"
-#include "framework/core/GString.h"
-#include "framework/core/GUTF8Encoding.h"
+#include "framework/core/encodings/GUTF8Encoding.h"
+#include "framework/core/paths/GPathName.h"
+#include "framework/core/text/GString.h"
 #include "framework/system/GProcessInfo.h"
 
 /// TestFolder: an empty folder of its own for one test, removed with everything in it.

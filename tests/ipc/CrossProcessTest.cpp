@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "framework/ipc/GIPCInbox.h"
-#include "platform/win32/PWin32Api.h"
+#include "platform/win32/base/PWin32Api.h"
 #include "tests/ipc/ManagerTestSupport.h"
 #include "tests/tools/ChildProcess.h"
 

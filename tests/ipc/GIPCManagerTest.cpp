@@ -3,7 +3,7 @@
 #include <stdexcept>
 #include <tuple>
 
-#include "framework/core/GBasicSignals.h"
+#include "framework/core/events/GBasicSignals.h"
 #include "tests/ipc/ManagerTestSupport.h"
 #include "tests/ipc/RawSegment.h"
 

@@ -2,7 +2,7 @@
 
 #include <tuple>
 
-#include "framework/core/GUnicodeEncoding.h"
+#include "framework/core/encodings/GUnicodeEncoding.h"
 #include "tests/ipc/IPCWorld.h"
 
 namespace {

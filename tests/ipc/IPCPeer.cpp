@@ -2,10 +2,10 @@
 #include <cstdlib>
 #include <string>
 
-#include "framework/core/GException.h"
+#include "framework/core/errors/GException.h"
 #include "framework/ipc/GIPCMessageQueue.h"
 #include "framework/ipc/GIPMutex.h"
-#include "platform/win32/PWin32Api.h"
+#include "platform/win32/base/PWin32Api.h"
 
 namespace {
 

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "framework/core/GException.h"
+#include "framework/core/errors/GException.h"
 #include "framework/ipc/GShMemID.h"
 #include "framework/system/GProcessInfo.h"
 #include "framework/system/GSessionInfo.h"

@@ -3,8 +3,8 @@
 #include <gtest/gtest.h>
 
 #include "framework/ipc/GSharedMemory.h"
-#include "platform/posix/PMemoryIPMutexImp.h"
-#include "platform/posix/PMemorySharedMemory.h"
+#include "platform/posix/ipc/PMemoryIPMutexImp.h"
+#include "platform/posix/ipc/PMemorySharedMemory.h"
 
 // The stand-in that the native tests of everything above rest on has to behave as the real thing.
 #ifdef _WIN32

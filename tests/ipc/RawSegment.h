@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "framework/core/GBuffer.h"
+#include "framework/core/bytes/GBuffer.h"
 
 /// A named segment as a process sees it that keeps to no rules: all its bytes, the size word included.
 class RawSegment {

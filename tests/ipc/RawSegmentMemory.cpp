@@ -1,4 +1,4 @@
-#include "platform/posix/PMemorySharedMemory.h"
+#include "platform/posix/ipc/PMemorySharedMemory.h"
 #include "tests/ipc/RawSegment.h"
 
 namespace {

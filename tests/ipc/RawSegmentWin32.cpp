@@ -1,5 +1,5 @@
-#include "platform/win32/PWin32Api.h"
-#include "platform/win32/PWin32ScopedHandle.h"
+#include "platform/win32/base/PWin32Api.h"
+#include "platform/win32/base/PWin32ScopedHandle.h"
 #include "tests/ipc/RawSegment.h"
 
 namespace {

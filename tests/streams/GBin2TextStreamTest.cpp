@@ -6,10 +6,10 @@
 #include <tuple>
 #include <vector>
 
-#include "framework/core/GASCIIEncoding.h"
-#include "framework/core/GException.h"
-#include "framework/core/GUnicodeEncoding.h"
-#include "framework/core/GWinAnsiEncoding.h"
+#include "framework/core/encodings/GASCIIEncoding.h"
+#include "framework/core/encodings/GUnicodeEncoding.h"
+#include "framework/core/encodings/GWinAnsiEncoding.h"
+#include "framework/core/errors/GException.h"
 #include "framework/streams/GMemoryInStream.h"
 #include "framework/streams/GMemoryOutStream.h"
 #include "framework/streams/GText2BinStream.h"

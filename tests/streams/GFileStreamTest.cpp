@@ -3,7 +3,7 @@
 #include <memory>
 #include <tuple>
 
-#include "framework/core/GException.h"
+#include "framework/core/errors/GException.h"
 #include "framework/files/GFileOpenMode.h"
 #include "framework/files/GFileSystem.h"
 #include "framework/streams/GFileInStream.h"

@@ -3,10 +3,10 @@
 #include <tuple>
 #include <vector>
 
-#include "framework/core/GException.h"
-#include "framework/core/GProgress.h"
+#include "framework/core/errors/GException.h"
 #include "framework/streams/GMemoryInStream.h"
 #include "framework/streams/GMemoryOutStream.h"
+#include "framework/streams/GProgress.h"
 #include "framework/streams/GStreamSupport.h"
 #include "tests/streams/StreamTestSupport.h"
 

@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <string>
 
-#include "framework/core/GBuffer.h"
-#include "framework/core/GString.h"
-#include "framework/core/GUTF8Encoding.h"
+#include "framework/core/bytes/GBuffer.h"
+#include "framework/core/encodings/GUTF8Encoding.h"
+#include "framework/core/text/GString.h"
 #include "framework/streams/GInStream.h"
 #include "framework/streams/GOutStream.h"
 

@@ -10,7 +10,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/win32/PWin32Api.h"
+#include "platform/win32/base/PWin32Api.h"
 
 #include <winspool.h>
 

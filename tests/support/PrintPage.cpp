@@ -7,7 +7,7 @@
 #include <cstdlib>
 #include <string>
 
-#include "platform/win32/PWin32Api.h"
+#include "platform/win32/base/PWin32Api.h"
 
 namespace {
 

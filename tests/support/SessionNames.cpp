@@ -6,7 +6,7 @@
 #include <cstdio>
 #include <string>
 
-#include "platform/win32/PWin32Api.h"
+#include "platform/win32/base/PWin32Api.h"
 
 #include <winternl.h>
 

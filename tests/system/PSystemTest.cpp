@@ -6,7 +6,7 @@
 #include <regex>
 #include <tuple>
 
-#include "framework/core/GBufferSupport.h"
+#include "framework/core/text/GBufferSupport.h"
 #include "tests/files/TestFolder.h"
 
 namespace {

@@ -1,6 +1,6 @@
 #include "tests/tools/ChildProcess.h"
 
-#include "platform/win32/PWin32Api.h"
+#include "platform/win32/base/PWin32Api.h"
 
 namespace {
 

@@ -4,7 +4,7 @@
 
 #include <tuple>
 
-#include "platform/win32/PWin32Api.h"
+#include "platform/win32/base/PWin32Api.h"
 #include "tests/files/TestFolder.h"
 #include "tools/quillonctl/Failure.h"
 

@@ -2,7 +2,7 @@
 
 #include <gmock/gmock.h>
 
-#include "platform/win32/PWin32Api.h"
+#include "platform/win32/base/PWin32Api.h"
 #include "tools/quillonctl/RegistryKey.h"
 
 namespace {

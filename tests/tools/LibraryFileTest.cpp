@@ -2,7 +2,7 @@
 
 #include <gmock/gmock.h>
 
-#include "platform/win32/PWin32Api.h"
+#include "platform/win32/base/PWin32Api.h"
 #include "tests/files/TestFolder.h"
 #include "tools/console/Console.h"
 #include "tools/quillonctl/Failure.h"

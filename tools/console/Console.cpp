@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "platform/win32/PWin32Api.h"
+#include "platform/win32/base/PWin32Api.h"
 
 namespace {
 

@@ -4,7 +4,7 @@
 #include <memory>
 #include <vector>
 
-#include "platform/win32/PWin32Api.h"
+#include "platform/win32/base/PWin32Api.h"
 #include "tools/quillonctl/Failure.h"
 #include "tools/quillonctl/Product.h"
 

@@ -2,14 +2,14 @@
 
 #include <algorithm>
 
-#include "framework/core/GException.h"
-#include "framework/core/GTable.h"
+#include "framework/core/containers/GTable.h"
+#include "framework/core/errors/GException.h"
 #include "framework/ipc/GIPCMessageQueueMgr.h"
 #include "framework/ipc/GWaitBudget.h"
 #include "framework/system/GSessionInfo.h"
-#include "monitor/GPPIPCManager.h"
-#include "platform/win32/PWin32Api.h"
-#include "platform/win32/PWin32Wide.h"
+#include "monitor/handoff/GPPIPCManager.h"
+#include "platform/win32/base/PWin32Api.h"
+#include "platform/win32/core/PWin32Wide.h"
 #include "tools/quillonctl/Failure.h"
 
 namespace {

@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-#include "framework/core/GTable.h"
+#include "framework/core/containers/GTable.h"
 #include "framework/ipc/GIPCQueueAddress.h"
 
 /// A process that has registered for the notifications of printed jobs.

@@ -2,8 +2,8 @@
 #include <vector>
 
 #include "framework/GBasicFrameworkCoreLayer.h"
-#include "framework/core/GException.h"
-#include "platform/win32/PWin32Wide.h"
+#include "framework/core/errors/GException.h"
+#include "platform/win32/core/PWin32Wide.h"
 #include "tools/console/Console.h"
 #include "tools/quillonctl/CommandLine.h"
 #include "tools/quillonctl/Failure.h"

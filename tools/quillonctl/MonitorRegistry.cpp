@@ -1,6 +1,6 @@
 #include "tools/quillonctl/MonitorRegistry.h"
 
-#include "monitor/MonitorNames.h"
+#include "monitor/spooling/MonitorNames.h"
 #include "tools/quillonctl/Product.h"
 #include "tools/quillonctl/RegistryKey.h"
 #include "tools/quillonctl/SpoolerList.h"

@@ -1,10 +1,10 @@
 #include "tools/quillonctl/SpoolerHost.h"
 
-#include "framework/core/GPathName.h"
+#include "framework/core/paths/GPathName.h"
 #include "framework/files/GFileSystem.h"
 #include "framework/files/GSpecialPath.h"
-#include "platform/win32/PWin32Api.h"
-#include "platform/win32/PWin32Wide.h"
+#include "platform/win32/base/PWin32Api.h"
+#include "platform/win32/core/PWin32Wide.h"
 #include "tools/quillonctl/Failure.h"
 #include "tools/quillonctl/RegistryKey.h"
 

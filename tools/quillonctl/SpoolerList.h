@@ -4,7 +4,7 @@
 #include <utility>
 #include <vector>
 
-#include "platform/win32/PWin32Api.h"
+#include "platform/win32/base/PWin32Api.h"
 #include "tools/quillonctl/Failure.h"
 
 /// SpoolerList: the records that one of the spooler's enumeration calls returns, with the memory

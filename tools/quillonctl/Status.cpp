@@ -1,8 +1,8 @@
 #include "tools/quillonctl/Status.h"
 
-#include "framework/core/GException.h"
-#include "platform/win32/PWin32Api.h"
-#include "platform/win32/PWin32Wide.h"
+#include "framework/core/errors/GException.h"
+#include "platform/win32/base/PWin32Api.h"
+#include "platform/win32/core/PWin32Wide.h"
 #include "tools/quillonctl/Failure.h"
 #include "tools/quillonctl/LibraryFile.h"
 #include "tools/quillonctl/MonitorRegistry.h"

@@ -2,7 +2,7 @@
 
 #include <vector>
 
-#include "platform/win32/PWin32Api.h"
+#include "platform/win32/base/PWin32Api.h"
 #include "tools/console/Console.h"
 #include "tools/quillonctl/Failure.h"
 #include "tools/quillonctl/Printers.h"

@@ -1,2 +1,0 @@
-// The DLL exports its copy of the handlers from here.
-#include "framework/core/GExceptionHandler.h"

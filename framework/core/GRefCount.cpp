@@ -1,5 +1,0 @@
-#include "framework/core/GRefCount.h"
-
-GRefCount::~GRefCount() = default;
-
-GThreadSafeRefCount::~GThreadSafeRefCount() = default;

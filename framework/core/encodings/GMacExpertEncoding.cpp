@@ -1,0 +1,30 @@
+#include "framework/core/encodings/GMacExpertEncoding.h"
+
+#include "framework/core/encodings/GCharacterTables.h"
+#include "framework/core/encodings/GEncodingBuffers.h"
+#include "framework/core/encodings/GEncodingSingleton.h"
+
+const GBuffer GMacExpertEncoding::sDescription = BorrowLiteral("MacExpertEncoding");
+
+namespace {
+
+constinit GEncodingSingleton<GMacExpertEncoding> sInstance;
+
+}  // namespace
+
+GMacExpertEncoding::GMacExpertEncoding() {
+    for (const GMacExpertRow& row : GCharacterTables::GetMacExpert())
+        AddMapping(row.code, BorrowLiteral(row.glyph));
+}
+
+GMacExpertEncoding* GMacExpertEncoding::GetInstance() {
+    return sInstance.Get([] { return new GMacExpertEncoding; });
+}
+
+void GMacExpertEncoding::SetInstance(GMacExpertEncoding* instance) {
+    sInstance.Set(instance);
+}
+
+const GBuffer& GMacExpertEncoding::GetASCIIDescription() const {
+    return sDescription;
+}

@@ -1,0 +1,29 @@
+#include "framework/core/encodings/GPDFDocEncoding.h"
+
+#include "framework/core/encodings/GEncodingBuffers.h"
+#include "framework/core/encodings/GEncodingSingleton.h"
+#include "framework/core/encodings/GLatinCharset.h"
+
+const GBuffer GPDFDocEncoding::sDescription = BorrowLiteral("PDFDocEncoding");
+
+namespace {
+
+constinit GEncodingSingleton<GPDFDocEncoding> sInstance;
+
+}  // namespace
+
+GPDFDocEncoding::GPDFDocEncoding() {
+    GLatinCharset::AddMappings(*this, &GLatinCharsetRow::pdfDoc);
+}
+
+GPDFDocEncoding* GPDFDocEncoding::GetInstance() {
+    return sInstance.Get([] { return new GPDFDocEncoding; });
+}
+
+void GPDFDocEncoding::SetInstance(GPDFDocEncoding* instance) {
+    sInstance.Set(instance);
+}
+
+const GBuffer& GPDFDocEncoding::GetASCIIDescription() const {
+    return sDescription;
+}

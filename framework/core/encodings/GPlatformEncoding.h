@@ -1,0 +1,41 @@
+#pragma once
+
+#include <atomic>
+#include <cstdint>
+
+#include "framework/core/bytes/GBuffer.h"
+#include "framework/core/encodings/GCustomEncoding.h"
+
+/// GPlatformEncoding: a code page of the operating system, converted by the system's own functions.
+///
+/// The encoding's modifier is the number of the code page (932, 1250, 65001, ...); 0 is the system's
+/// default. A byte sequence without a character becomes the default character's unit, a character
+/// without a sequence the default character, both with the result cReplaced. A code page that the
+/// system does not know gives an empty output and the result cInvalid.
+class QUILLON_EXPORT GPlatformEncoding : public GCustomEncoding {
+public:
+    explicit GPlatformEncoding(long codePage = 0) noexcept;
+
+    /// The shared instance, made on first use by the GPlatformEncodingFactory for the default code
+    /// page; valid until SetInstance or the framework's end.
+    static GPlatformEncoding* GetInstance();
+    /// Takes ownership of a replacement; null: the next GetInstance makes a new one.
+    static void SetInstance(GPlatformEncoding* instance);
+
+    long GetModifier() const noexcept { return mCodePage.load(std::memory_order_relaxed); }
+    /// Changes the code page for all strings that use this encoding and are not converted yet.
+    void SetModifier(long codePage) noexcept;
+
+    using GEncoding::ConvertTo;
+    long ConvertTo(const GBuffer& bytes, const GUnicodeEncoding* target, GBuffer& out) const override;
+    long ConvertFromUnicode(const GBuffer& utf16, GBuffer& out) const override;
+    /// Codes are the bytes of one character in the code page.
+    bool GetGlyphName(const GCharCode& code, GBuffer& name) const override;
+    bool GetCharCode(const GBuffer& glyphName, GCharCode& code) const override;
+    const GBuffer& GetASCIIDescription() const override;
+
+    static const GBuffer sDescription;
+
+private:
+    std::atomic<std::int32_t> mCodePage;
+};

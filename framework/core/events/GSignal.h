@@ -1,0 +1,58 @@
+#pragma once
+
+#include <algorithm>
+#include <exception>
+
+#include "framework/core/containers/GTable.h"
+#include "framework/core/events/GReceiver.h"
+
+/// GSignal: a numbered event and the receivers that asked to be told of it.
+///
+/// Receivers are told in the order of their subscription. They may subscribe and unsubscribe, also
+/// each other, while the signal is being delivered: one that is added meanwhile is told as well, one
+/// that is removed is not. Receivers are not owned. One thread at a time.
+template <class Message>
+class GSignal {
+public:
+    explicit GSignal(long number) : mNumber(number) {}
+    GSignal(const GSignal&) = delete;
+    GSignal& operator=(const GSignal&) = delete;
+
+    long GetNumber() const noexcept { return mNumber; }
+
+    /// A receiver that is subscribed already stays subscribed once.
+    void Subscribe(GReceiver<Message>& receiver) {
+        if (!IsSubscribed(receiver)) mReceivers.Append(&receiver);
+    }
+
+    void Unsubscribe(const GReceiver<Message>& receiver) {
+        // At the end, where it is not found, there is nothing to remove.
+        mReceivers.Remove(static_cast<long>(FindReceiver(receiver) - mReceivers.begin()));
+    }
+
+    bool IsSubscribed(const GReceiver<Message>& receiver) const {
+        return FindReceiver(receiver) != mReceivers.end();
+    }
+
+    /// Tells every receiver, also when one of them throws; then the first exception is thrown on.
+    void Fire(const Message& message) {
+        std::exception_ptr firstFailure;
+        GTableIterator<GReceiver<Message>*> receivers(mReceivers);
+        while (GReceiver<Message>** receiver = receivers.Next()) {
+            try {
+                (*receiver)->Receive(mNumber, message);
+            } catch (...) {
+                if (!firstFailure) firstFailure = std::current_exception();
+            }
+        }
+        if (firstFailure) std::rethrow_exception(firstFailure);
+    }
+
+private:
+    GReceiver<Message>* const* FindReceiver(const GReceiver<Message>& receiver) const {
+        return std::find(mReceivers.begin(), mReceivers.end(), &receiver);
+    }
+
+    long mNumber;
+    GTable<GReceiver<Message>*> mReceivers;
+};

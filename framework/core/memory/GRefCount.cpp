@@ -1,0 +1,5 @@
+#include "framework/core/memory/GRefCount.h"
+
+GRefCount::~GRefCount() = default;
+
+GThreadSafeRefCount::~GThreadSafeRefCount() = default;

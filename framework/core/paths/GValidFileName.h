@@ -1,0 +1,32 @@
+#pragma once
+
+#include <cstddef>
+
+#include "framework/core/paths/GPathText.h"
+#include "framework/core/text/GString.h"
+
+/// GValidFileName: turns any title into the name of one file; see GPathName::CreateValidFileName.
+class GValidFileName {
+public:
+    GValidFileName(GPathUnits title, long maxLength, unsigned short replacement);
+    GString Get() const;
+
+private:
+    // A component has at most 255 units on all file systems of Windows; four are left for the
+    // extension that the caller puts behind.
+    static constexpr std::size_t cMaxLength = 255 - 4;
+
+    void CutToLimit();
+    void ReplaceTail();
+    void JoinEmptyStem();
+    bool IsDeviceName() const;
+    void PutInFront(unsigned short unit);
+    GPathUnits GetUnits() const { return {mUnits, mCount}; }
+
+    std::size_t mLimit;
+    unsigned short mInside;    // replaces what is refused anywhere
+    unsigned short mAtTheEnd;  // replaces dots and blanks: neither of them
+    unsigned short mInFront;   // put before a device name: can be part of none
+    unsigned short mUnits[cMaxLength + 1];
+    std::size_t mCount = 0;
+};

@@ -1,0 +1,169 @@
+#include "monitor/spooling/MonitorJob.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "framework/core/bytes/GBuffer.h"
+#include "framework/files/GFileSystem.h"
+#include "framework/system/PSystem.h"
+#include "monitor/handoff/GPPJobRecord.h"
+#include "monitor/spooling/JobPath.h"
+#include "monitor/spooling/MonitorNames.h"
+#include "monitor/spooling/MonitorPort.h"
+
+namespace {
+
+/// The longest part of a block that goes to the system in one write: a buffer's length has 31 bits, the
+/// spooler's has 32.
+constexpr std::uint32_t cLongestWrite = 0x40000000;
+
+/// The spooler delivers a job of several copies as many times.
+constexpr std::int32_t cCopyCount = 1;
+
+GString TextOf(const unsigned short* units) {
+    if (units == nullptr) return GString();
+    long length = 0;
+    while (units[length] != 0) ++length;
+    return GString::FromUTF16(units, length);
+}
+
+/// Runs what must happen at the end of a scope, also when an exception passes.
+template <class Action>
+class AtScopeEnd {
+public:
+    explicit AtScopeEnd(Action action) : mAction(std::move(action)) {}
+    AtScopeEnd(const AtScopeEnd&) = delete;
+    AtScopeEnd& operator=(const AtScopeEnd&) = delete;
+    ~AtScopeEnd() { mAction(); }
+
+private:
+    Action mAction;
+};
+
+}  // namespace
+
+CallbackOutcome MonitorJob::Start(const unsigned short* printerName, std::uint32_t jobID,
+                                  const Document& document) {
+    mState.sJobId = jobID;
+    if (mState.sProcessingJob) return CallbackOutcome::Failure(MonitorError::cBusy);
+    mNotifier.RetryDelayed();
+    CallbackOutcome outcome = CallbackOutcome::Success();
+    if (printerName != nullptr) Prepare(printerName, document, outcome);
+    if (!mState.sDocName.IsEmpty()) {
+        mState.sProcessingJob = true;
+        mPlatform.Trace(L"PPMStartDocPort: StartDoc success");
+        return outcome;
+    }
+    mPlatform.Trace(L"sDocName is empty!?");
+    mPlatform.Trace(L"sProcessingJob == false at the end of PPMStartDocPort");
+    if (mPlatform.IsNTOrBetter()) ClosePrinter();
+    return CallbackOutcome::Failure(MonitorError::cInvalidParameter);
+}
+
+void MonitorJob::Prepare(const unsigned short* printerName, const Document& document,
+                         CallbackOutcome& outcome) {
+    try {
+        mState.sPrinterName = TextOf(printerName);
+        OpenPrinter(printerName, outcome);
+        if (document.mLevel == Document::cKnownLevel) {
+            OpenJobFile(document.mName);
+        } else {
+            mPlatform.Trace(L"Unknown info Level, new OS?");
+        }
+    } catch (...) {
+        mState.sDocName = GString();
+        mPlatform.Trace(L"exception in PPMStartDocPort!");
+    }
+}
+
+void MonitorJob::OpenPrinter(const unsigned short* name, CallbackOutcome& outcome) {
+    // A job that the spooler gave up without ending it has left its printer open.
+    ClosePrinter();
+    if (!mPlatform.IsNTOrBetter()) {
+        outcome.mLastError = MonitorError::cInvalidPrinterState;
+        mPlatform.TraceNarrow("Pre-NT systems not supported!");
+        return;
+    }
+    mState.sPrinterHandle = mPlatform.OpenPrinter(name);
+    if (mState.sPrinterHandle == nullptr) mPlatform.Trace(L"Failed to open printer. No handle.");
+}
+
+void MonitorJob::OpenJobFile(const unsigned short* documentName) {
+    mState.sDocName = TextOf(documentName);
+    const GPathName path = JobPath::MakePath(mState.sPrinterName, mState.sDocName);
+    GFileSystem::CreateFile(path, GTypeEnums::cNone, false);
+    auto stream = std::make_unique<GFileOutStream>(path, true);
+    // The stream of a job that never ended is given up, not closed: the file stays this process's own.
+    static_cast<void>(mState.sJobStream.release());
+    mState.sJobStream = std::move(stream);
+    mPlatform.TraceUnits(documentName);
+}
+
+CallbackOutcome MonitorJob::Write(const void* port, const unsigned char* data, std::uint32_t size,
+                                  std::uint32_t& written) {
+    written = 0;
+    if (!mState.sProcessingJob) {
+        mPlatform.Trace(L"PPMWritePort: write when not started?!?");
+        return CallbackOutcome::Failure(MonitorError::cNoStartDoc);
+    }
+    if (!MonitorPort(mPlatform, mState).IsOpenHandle(port)) {
+        mPlatform.Trace(L"PPMWritePort: invalid port handle?!?");
+        return CallbackOutcome::Failure(MonitorError::cInvalidHandle);
+    }
+    if (data == nullptr || size == 0) {
+        mPlatform.Trace(L"PPMWritePort: No Data");
+        return CallbackOutcome::SilentFailure();
+    }
+    return WriteBlock(data, size, written);
+}
+
+CallbackOutcome MonitorJob::WriteBlock(const unsigned char* data, std::uint32_t size,
+                                       std::uint32_t& written) {
+    // The start of a job of another level has no file.
+    if (mState.sJobStream == nullptr) return CallbackOutcome::Failure(MonitorError::cCannotComplete);
+    std::uint32_t taken = 0;
+    while (taken < size) {
+        const long length = static_cast<long>(std::min(size - taken, cLongestWrite));
+        GBuffer block;
+        block.SetFromStatic(data + taken, length, length);
+        const long count = mState.sJobStream->Write(block);
+        taken += static_cast<std::uint32_t>(std::max(count, 0L));
+        if (count < length) break;
+    }
+    written = taken;
+    return taken == size ? CallbackOutcome::Success()
+                         : CallbackOutcome::Failure(MonitorError::cHandleDiskFull);
+}
+
+CallbackOutcome MonitorJob::End(const void* port) {
+    if (!mState.sProcessingJob) return CallbackOutcome::Success();
+    const AtScopeEnd closeFile([this]() noexcept { mState.sJobStream.reset(); });
+    mNotifier.RetryDelayed();
+    if (!MonitorPort(mPlatform, mState).IsOpenHandle(port)) {
+        return CallbackOutcome::Failure(MonitorError::cInvalidHandle);
+    }
+    const AtScopeEnd endJob([this]() noexcept { mState.sProcessingJob = false; });
+    if (mPlatform.IsNTOrBetter()) HandOver();
+    return CallbackOutcome::Success();
+}
+
+void MonitorJob::HandOver() {
+    const AtScopeEnd closePrinter([this]() noexcept { ClosePrinter(); });
+    Notify();
+    mPlatform.ReportJobSent(mState.sPrinterHandle, mState.sJobId);
+}
+
+void MonitorJob::Notify() {
+    GString userName;
+    PSystem::GetLogonName(userName);
+    const GPathName path = JobPath::MakePath(mState.sPrinterName, mState.sDocName);
+    const GPPJobRecord record(userName, path, mState.sPrinterName, MonitorNames::cPort, cCopyCount);
+    const bool told = mNotifier.NotifyPrintProcessor(record);
+    mPlatform.Trace(told ? L"Notification to PrintProcessor succeeded!"
+                         : L"Notification to PrintProcessor failed!");
+}
+
+void MonitorJob::ClosePrinter() noexcept {
+    void* printer = std::exchange(mState.sPrinterHandle, nullptr);
+    if (printer != nullptr) mPlatform.ClosePrinter(printer);
+}

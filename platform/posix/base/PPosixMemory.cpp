@@ -1,0 +1,23 @@
+#include <cstdlib>
+
+#include "platform/base/PMemory.h"
+
+void* PMemory::AllocateAligned(std::size_t size) noexcept {
+    return std::aligned_alloc(size, size);
+}
+
+void PMemory::FreeAligned(void* block) noexcept {
+    std::free(block);
+}
+
+void* PMemory::AllocateFromHeap(std::size_t size) noexcept {
+    return std::malloc(size);
+}
+
+void* PMemory::ReallocateInHeap(void* block, std::size_t size) noexcept {
+    return std::realloc(block, size);
+}
+
+void PMemory::FreeToHeap(void* block) noexcept {
+    std::free(block);
+}

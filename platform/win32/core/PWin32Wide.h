@@ -1,0 +1,14 @@
+#pragma once
+
+#include "framework/core/text/GString.h"
+
+/// The text as the wide functions of Windows take it, zero-terminated; valid until `text` changes or
+/// goes.
+inline const wchar_t* AsWide(const GString& text) {
+    return reinterpret_cast<const wchar_t*>(text.GetUTF16Ptr());
+}
+
+/// `length` wide characters as a string.
+inline GString FromWide(const wchar_t* text, long length) {
+    return GString::FromUTF16(reinterpret_cast<const unsigned short*>(text), length);
+}

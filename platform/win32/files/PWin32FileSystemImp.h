@@ -1,0 +1,51 @@
+#pragma once
+
+#include "framework/core/paths/GPathName.h"
+#include "framework/core/time/GDateTime.h"
+
+/// PWin32FileSystemImp: the calls of GFileSystemBase on Windows.
+///
+/// Failures throw PWin32SystemException, those of a path with the path as location.
+class PWin32FileSystemImp {
+public:
+    // The shell's folders, made when they are missing.
+    static GPathName GetUserApplicationDataFolder();
+    static GPathName GetUserPreferenceFolder();
+    static GPathName GetCommonAppDataFolder();
+    static GPathName GetGlobalPreferenceFolder();
+    static GPathName GetDesktopFolder();
+    static GPathName GetUserDocumentsFolder();
+    static GPathName GetSystemFolder();
+    static GPathName GetGlobalSystemFolder();
+    static GPathName GetApplicationsFolder();
+    static GPathName GetApplicationsFolder32();
+    static GPathName GetUserHomeFolder();
+    /// Empty when the system does not tell.
+    static GPathName GetGlobalTempFolder();
+    static GPathName GetLibraryPath();
+    static GPathName GetApplicationPath();
+
+    static bool FileExists(const GPathName& path);
+    static bool FolderExists(const GPathName& path);
+    static bool FileInUse(const GPathName& path);
+    static long GetVolumeType(const GPathName& path);
+
+    /// Makes the file, whose folders exist; an existing one is fine unless `mustBeNew`.
+    static void CreateFile(const GPathName& path, bool mustBeNew);
+    static void CreateFolder(const GPathName& path);
+    /// The folder that is to hold `path`; a path without one needs none.
+    static void CreateParentFolder(const GPathName& path);
+    static void RemoveFile(const GPathName& path);
+    static void RemoveFolderOnly(const GPathName& path);
+    /// `from` becomes `to`; across volumes for files only. What exists at `to` is not replaced.
+    static void MoveFile(const GPathName& from, const GPathName& to);
+    static void MoveFolder(const GPathName& from, const GPathName& to);
+    static void CopyFile(const GPathName& from, const GPathName& to);
+
+    static bool IsHidden(const GPathName& path);
+    static void SetHidden(const GPathName& path, bool hidden);
+    static bool IsWritable(const GPathName& path);
+    static void SetWritable(const GPathName& path, bool writable);
+    static GDateTime GetCreationDateTime(const GPathName& path);
+    static GDateTime GetModificationDateTime(const GPathName& path);
+};

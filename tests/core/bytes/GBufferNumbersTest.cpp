@@ -1,0 +1,224 @@
+#include <gtest/gtest.h>
+
+#include <bit>
+#include <clocale>
+#include <cmath>
+#include <cstdio>
+#include <cstdlib>
+#include <limits>
+#include <random>
+#include <string>
+#include <string_view>
+#include <tuple>
+
+#include "framework/core/bytes/GBuffer.h"
+#include "tests/core/TextForTests.h"
+
+namespace {
+
+using namespace std::string_view_literals;
+
+constexpr double cInfinity = std::numeric_limits<double>::infinity();
+constexpr double cLargest = std::numeric_limits<double>::max();
+constexpr double cNaN = std::numeric_limits<double>::quiet_NaN();
+
+std::string Formatted(double value, const char* format) {
+    return BytesOf(GBuffer(value, GBuffer(format)));
+}
+
+std::string WithPrecision(double value, long digits) {
+    GBuffer buffer;
+    buffer.SetWithPrecision(value, digits);
+    return BytesOf(buffer);
+}
+
+// What the standard formatter says in the C locale, with the zeros taken off.
+std::string ByPrintf(const char* format, double value) {
+    char text[2000];
+    std::snprintf(text, sizeof text, format, value);
+    std::string result = text;
+    if (result.find('.') == std::string::npos) return result;
+    result.erase(result.find_last_not_of('0') + 1);
+    if (result.back() == '.') result.pop_back();
+    return result;
+}
+
+double RandomReal(std::mt19937_64& random) {
+    for (;;) {
+        const double value = std::bit_cast<double>(random());
+        if (std::isfinite(value)) return value;
+    }
+}
+
+}  // namespace
+
+TEST(GBufferNumbers, IntegersAsText) {
+    const std::pair<GBuffer, const char*> rows[] = {
+        {GBuffer(0), "0"},
+        {GBuffer(-2147483647L - 1), "-2147483648"},
+        {GBuffer(4294967295U), "4294967295"},
+        {GBuffer(4294967295UL), "4294967295"},
+        {GBuffer(9223372036854775807LL), "9223372036854775807"},
+        {GBuffer(9223372036854775807ULL), "9223372036854775807"},
+        {GBuffer(9223372036854775808ULL), "-9223372036854775808"},  // printed as signed
+        {GBuffer(18446744073709551615ULL), "-1"}};
+    for (const auto& [buffer, text] : rows) EXPECT_EQ(BytesOf(buffer), text);
+}
+
+TEST(GBufferNumbers, IntegersWithALeastNumberOfDigits) {
+    const auto with = [](long value, long minDigits) {
+        GBuffer buffer("before");
+        buffer.Set(value, minDigits);
+        return BytesOf(buffer);
+    };
+    ForEachRow<2>({"7 3 -> 007", "-7 3 -> -007", "1234 3 -> 1234", "0 1 -> 0", "0 0 -> ", "0 -1 -> 0",
+                   "5 0 -> 5", "-2147483648 12 -> -002147483648"},
+                  [&](auto arguments, auto text) {
+                      char* end;
+                      const long value = std::strtol(arguments.data(), &end, 10);
+                      EXPECT_EQ(with(value, std::strtol(end, nullptr, 10)), text);
+                  });
+    EXPECT_EQ(with(1, 2000000000), std::string(1021, '0') + "1");
+}
+
+TEST(GBufferNumbers, RealsInFixedNotation) {
+    ForEachRow<2>({"2.50 6 -> 2.5", "0.1 3 -> 0.1", "12 0 -> 12", "100 2 -> 100", "-0 6 -> -0",
+                   "-0.0000001 6 -> -0", "0.1 17 -> 0.1", "0.33333333333333331 20 -> 0.3333333333333333",
+                   "0.33333333333333331 -1 -> 0.3333333333333333", "1e22 2 -> 10000000000000000000000",
+                   "nan 3 -> nan", "-nan 3 -> -nan"},
+                  [&](auto arguments, auto text) {
+                      char* end;
+                      const double value = std::strtod(arguments.data(), &end);
+                      EXPECT_EQ(WithPrecision(value, std::strtol(end, nullptr, 10)), text);
+                  });
+    GBuffer high;
+    high.SetWithHighPrecision(1.0 / 3);
+    EXPECT_EQ(BytesOf(high), "0.333333333333333");
+    EXPECT_EQ(BytesOf(GBuffer(1.0 / 3)), "0.333333");
+    const std::string largestByPrintf = ByPrintf("%f", cLargest);
+    EXPECT_EQ(WithPrecision(cInfinity, 6), largestByPrintf) << "infinities count as the largest value";
+    EXPECT_EQ(WithPrecision(-cInfinity, 16), "-" + largestByPrintf);
+    EXPECT_EQ(Formatted(-cInfinity, "%f"), "-" + largestByPrintf);
+}
+
+TEST(GBufferNumbers, RealsByAFormat) {
+    // No conversion, padding by zeros behind the sign or a prefix, marks, forms, and no number.
+    ForEachRow<2>({"2.5 %f -> 2.5", "2.5 %% -> 2.5", "-2.5 %09.2f| -> -00002.50|", "2.5 %Lf| -> 2.5",
+                   "2.5 %lf| -> 2.500000|", "3 %#.0f| -> 3.|", "1.5 %a| -> 0x1.8p+0|",
+                   "1.5 %.3A| -> 0X1.800P+0|", "1.5 %010a| -> 0x001.8p+0|", "1.5e10 %e -> 1.500000e+1",
+                   "nan %06f| ->    nan|", "-nan %F| -> -NAN|"},
+                  [&](auto arguments, auto text) {
+                      const std::string format(arguments.substr(arguments.find(' ') + 1));
+                      EXPECT_EQ(Formatted(std::strtod(arguments.data(), nullptr), format.c_str()), text);
+                  });
+    for (const char* format : {"%f",    "[%f]",   "%%%f%%",   "%9.2f|", "%-9.2f|", "%09.2f|", "%+.1f",
+                               "% .1f", "%+ .1f", "%-08.2f|", "%.f|",   "%.2e|",   "%.2E|",   "%g",
+                               "%G|",   "%#g|",   "%#.3g|",   "%#.0f|", "%#.0e|",  "%012.4g|"}) {
+        for (const double value : {0.0, 1.5, -2.5, 3.0, 12345.678, 1e20, 1e-7})
+            EXPECT_EQ(Formatted(value, format), ByPrintf(format, value)) << format;
+    }
+}
+
+TEST(GBufferNumbers, AFormatThatWouldReadGarbageCountsAsTheDefaultAndAnEndlessOneIsCut) {
+    for (const char* format : {"", "text", "%", "%d", "%s", "%n", "%5", "%.", "%f%f", "%f %s", "%f%", "%*f",
+                               "%.*f", "%hf", "%llf", "%1$f", "%", "%%f"}) {
+        EXPECT_EQ(Formatted(2.25, format), "2.25") << format;
+    }
+    EXPECT_EQ(BytesOf(GBuffer(2.25, BufferOf(std::string_view("%\0f", 3)))), "2.25");
+    EXPECT_EQ(Formatted(1.0, "%2000000000f"), std::string(1015, ' ') + "1");
+    EXPECT_EQ(Formatted(0.1, "%.99999999999f|"), "0.1000000000000000055511151231257827021181583404541015625")
+        << "the zeros at the cut end go, and what followed them is cut off";
+    EXPECT_EQ(Formatted(1.0, (std::string(5000, 'x') + "%f").c_str()), std::string(1023, 'x'));
+}
+
+TEST(GBufferNumbers, AgreeWithPrintf) {
+    std::mt19937_64 random(4);
+    for (int round = 0; round < 20000; ++round) {
+        const double wide = RandomReal(random);
+        const double near = static_cast<double>(static_cast<long long>(random() % 2000000) - 1000000) / 1000;
+        const auto digits = static_cast<int>(random() % 17);
+        for (const double value : {wide, near}) {
+            const std::string fixed = "%." + std::to_string(digits) + "f";
+            ASSERT_EQ(WithPrecision(value, digits), ByPrintf(fixed.c_str(), value));
+            for (const char letter : {'f', 'e', 'g', 'G'}) {
+                const std::string format =
+                    "<%+" + std::to_string(digits * 3) + "." + std::to_string(digits) + letter + ">";
+                ASSERT_EQ(Formatted(value, format.c_str()), ByPrintf(format.c_str(), value)) << format;
+            }
+        }
+    }
+}
+
+TEST(GBufferNumbers, IntegersFromText) {
+    // What GetInt64() reads; GetUInt32() is that cut. And what GetInt32() reads, which knows a limit.
+    ForEachRow<3>({" \b-12x -> -12 -> 0"sv, "\f12 -> 0 -> 12"sv, "\t\n\v\r 12 -> 12 -> 12"sv,
+                   "+7 -> 7 -> 7"sv, "007 -> 7 -> 7"sv, "2147483647 -> 2147483647 -> 2147483647"sv,
+                   "2147483648 -> 2147483648 -> 2147483647"sv, "-2147483648 -> -2147483648 -> -2147483648"sv,
+                   "-2147483649 -> -2147483649 -> -2147483648"sv, "4294967297 -> 4294967297 -> 2147483647"sv,
+                   "9223372036854775807 -> 9223372036854775807 -> 2147483647"sv,
+                   "-9223372036854775808 -> -9223372036854775808 -> -2147483648"sv,
+                   "18446744073709551617 -> 1 -> 2147483647"sv, "1\0002 -> 1 -> 1"sv},
+                  [&](auto text, auto all, auto limited) {
+                      const long long expected = std::strtoll(all.data(), nullptr, 10);
+                      const GBuffer buffer = BufferOf(text);
+                      EXPECT_EQ(buffer.GetInt64(), expected) << text;
+                      EXPECT_EQ(buffer.GetUInt32(), static_cast<unsigned long>(expected & 0xFFFFFFFF))
+                          << text;
+                      EXPECT_EQ(buffer.GetInt32(), std::strtol(limited.data(), nullptr, 10)) << text;
+                  });
+    for (const char* text : {"", "-", "--5", "+-5", "- 5", "abc", "0x10"}) {
+        EXPECT_EQ(GBuffer(text).GetInt64(), 0) << text;
+        EXPECT_EQ(GBuffer(text).GetInt32(), 0) << text;
+    }
+    GBuffer part;
+    part.SetFromStatic(reinterpret_cast<const unsigned char*>("1234"), 2);
+    EXPECT_EQ(part.GetInt64(), 12) << "digits behind the end do not count";
+    EXPECT_EQ(part.GetInt32(), 12);
+}
+
+TEST(GBufferNumbers, RealsFromText) {
+    const std::string zeros(100000, '0');
+    const std::string tiny = "0." + zeros + "1e100001", wide = "1" + zeros + "e-100000";
+    const std::pair<std::string_view, double> rows[] = {
+        {"2.5", 2.5},  {"-2.5xyz", -2.5}, {"+2.5", 2.5},  {" \b\t12", 12}, {".5", 0.5}, {"5.", 5},
+        {"-.5e1", -5}, {"1e3", 1000},     {"1E+3", 1000}, {"1e-3", 0.001}, {"1e", 1},   {"1e+", 1},
+        {"1ex", 1},    {"1.5.5", 1.5},    {"1,5", 1},     {"0x10", 0},     {tiny, 1},   {wide, 1}};
+    for (const auto& [text, value] : rows) EXPECT_EQ(BufferOf(text).GetReal(), value) << text.substr(0, 9);
+    for (const char* text : {"", ".", "-", ".e5", "e5", "inf", "nan", "+-5", "1e-400",
+                             "1e-99999999999999999999", "0e99999999999999999999"}) {
+        EXPECT_EQ(GBuffer(text).GetReal(), 0.0) << text;
+    }
+    for (const char* text :
+         {"1e400", "1e99999999999999999999", "1e+99999999999999999999", "0.0000000001e320"}) {
+        EXPECT_EQ(GBuffer(text).GetReal(), cInfinity) << text;
+        EXPECT_EQ((GBuffer("-") + text).GetReal(), -cInfinity) << text;
+    }
+    EXPECT_EQ(BufferOf("1" + zeros).GetReal(), cInfinity);
+    EXPECT_EQ(BufferOf("0." + zeros + "1").GetReal(), 0.0);
+    EXPECT_EQ(GBuffer("0.0000000001e318").GetReal(), 1e308);
+    EXPECT_EQ(GBuffer("1000000000e-330").GetReal(), 1e-321);
+    EXPECT_EQ(GBuffer("1.7976931348623157e308").GetReal(), cLargest);
+    EXPECT_EQ(GBuffer("4.9406564584124654e-324").GetReal(), 4.9406564584124654e-324);
+    EXPECT_TRUE(std::signbit(GBuffer("-0").GetReal()));
+    EXPECT_TRUE(std::signbit(GBuffer("-1e-400").GetReal()));
+}
+
+TEST(GBufferNumbers, TextAndBackGivesTheSameReal) {
+    std::mt19937_64 random(5);
+    for (int round = 0; round < 20000; ++round) {
+        const double value = RandomReal(random);
+        ASSERT_EQ(GBuffer(value, GBuffer("%.17g ")).GetReal(), value);
+    }
+}
+
+TEST(GBufferNumbers, TheLocaleHasNoPart) {
+    // Where the system has a locale with a decimal comma; elsewhere this repeats the above.
+    for (const char* name : {"de_DE.UTF-8", "German_Germany.1252", "de-DE"}) {
+        if (std::setlocale(LC_ALL, name) == nullptr) continue;
+        EXPECT_EQ(Formatted(2.5, "%.3f|"), "2.500|") << name;
+        EXPECT_EQ(WithPrecision(2.5, 3), "2.5") << name;
+        EXPECT_EQ(GBuffer("2.5").GetReal(), 2.5) << name;
+    }
+    std::setlocale(LC_ALL, "C");
+    EXPECT_EQ(Formatted(2.5, "%.3f|"), "2.500|");
+}

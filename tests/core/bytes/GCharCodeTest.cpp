@@ -1,0 +1,58 @@
+#include "framework/core/bytes/GCharCode.h"
+
+#include <gtest/gtest.h>
+
+#include "framework/core/bytes/GBuffer.h"
+#include "tests/core/TextForTests.h"
+
+namespace {
+
+GCharCode CodeOf(const char* text) {
+    return GCharCode(reinterpret_cast<const unsigned char*>(text),
+                     static_cast<long>(std::string(text).size()));
+}
+
+std::string BytesOf(const GCharCode& code) {
+    return ::BytesOf(GBuffer() += code);
+}
+
+}  // namespace
+
+TEST(GCharCode, HoldsBytesOrUnits) {
+    EXPECT_TRUE(GCharCode().IsEmpty());
+    EXPECT_EQ(BytesOf(GCharCode(static_cast<unsigned char>('A'))), "A");
+    EXPECT_EQ(BytesOf(GCharCode(static_cast<unsigned short>(0x4241))), "AB");
+    const unsigned short units[] = {0x0066, 0x0069};
+    GCharCode ligature(units, 2);
+    EXPECT_EQ(ligature.GetLength(), 4);
+    EXPECT_EQ(ligature.GetUnitCount(), 2);
+    for (const auto& [index, unit, byte] :
+         {std::tuple(0L, 0x66, 0x66), {1, 0x69, 0}, {2, 0, 0x69}, {4, 0, 0}, {-1, 0, 0}}) {
+        EXPECT_EQ(ligature.GetUnit(index), unit) << index;
+        EXPECT_EQ(ligature.GetByte(index), byte) << index;
+    }
+    ligature.Clear();
+    EXPECT_TRUE(ligature.IsEmpty());
+}
+
+TEST(GCharCode, LeavesOutWhatDoesNotFit) {
+    EXPECT_EQ(BytesOf(CodeOf("0123456789abcdefXYZ")), "0123456789abcdef");
+    GCharCode code = CodeOf("0123456789abcde");
+    code += static_cast<unsigned short>(0x4241);
+    EXPECT_EQ(code.GetLength(), 15) << "no half unit";
+    code += static_cast<unsigned char>('f');
+    code += static_cast<unsigned char>('g');
+    EXPECT_EQ(BytesOf(code), "0123456789abcdef");
+    EXPECT_TRUE(GCharCode(static_cast<const unsigned char*>(nullptr), 3).IsEmpty());
+    EXPECT_TRUE(GCharCode(code.GetPtr(), -1).IsEmpty());
+}
+
+TEST(GCharCode, ComparesByBytes) {
+    const GCharCode shorter = CodeOf("ab"), longer = CodeOf("abc"), greater = CodeOf("b");
+    EXPECT_TRUE(shorter == CodeOf("ab"));
+    EXPECT_FALSE(shorter == longer);
+    EXPECT_TRUE(shorter < longer && longer < greater);
+    EXPECT_FALSE(greater < shorter || shorter < shorter);
+    EXPECT_EQ(longer.GetHash(), GBuffer("abc").GetHash());
+    EXPECT_EQ(CodeOf("A").GetHash(), 0x51u);
+}

@@ -1,0 +1,291 @@
+#include "framework/core/containers/GDict.h"
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <new>
+#include <stdexcept>
+#include <string>
+#include <tuple>
+#include <vector>
+
+#include "framework/core/bytes/GBuffer.h"
+#include "framework/core/containers/GDictListReader.h"
+#include "framework/core/containers/GDictUtil.h"
+#include "framework/core/containers/GPair.h"
+#include "framework/core/text/GDictBufferReader.h"
+#include "framework/core/text/GString.h"
+#include "tests/core/TextForTests.h"
+#include "tests/core/containers/CountedValue.h"
+
+namespace {
+
+using Numbers = std::vector<long>;
+
+GDict<long, long> DictOf(const Numbers& keys) {
+    GDict<long, long> dict;
+    for (const long key : keys) dict.Insert(key, 10 * key);
+    return dict;
+}
+
+Numbers KeysOf(const GDict<long, long>& dict) {
+    Numbers keys;
+    for (const auto& entry : dict) keys.push_back(entry.GetKey());
+    return keys;
+}
+
+Numbers Rest(GDictIterator<long, long>& iterator) {
+    Numbers keys;
+    while (const auto* entry = iterator.Next()) keys.push_back(entry->GetKey());
+    return keys;
+}
+
+}  // namespace
+
+// --- Sizes -------------------------------------------------------------------------------------
+
+TEST(GDictUtil, GetAllocation) {
+    const std::pair<long, long> rows[] = {{-5, 7},
+                                          {0, 7},
+                                          {1, 7},
+                                          {7, 7},
+                                          {8, 13},
+                                          {14, 23},
+                                          {90, 127},
+                                          {43853, 43853},
+                                          {43854, 87701},
+                                          {5613217, 5613217},
+                                          {5613218, 11226434},
+                                          {6000000, 11226434},
+                                          {11226435, 22452868},
+                                          {1436983552, 1436983552}};
+    for (const auto& [count, allocation] : rows)
+        EXPECT_EQ(GDictUtil::GetAllocation(count), allocation) << count;
+    EXPECT_THROW(GDictUtil::GetAllocation(1436983553), std::bad_alloc);
+    EXPECT_THROW(GDictUtil::GetAllocation(0x7FFFFFFF), std::bad_alloc);
+}
+
+TEST(GDictHash, OfNumbersIsTheirValueInEveryWidth) {
+    EXPECT_EQ(GDictHash(5), 5u);
+    EXPECT_EQ(GDictHash(5LL), 5u);
+    EXPECT_EQ(GDictHash(static_cast<unsigned char>(5)), 5u);
+    EXPECT_EQ(GDictHash(-1), 0xFFFFFFFFu);
+    EXPECT_EQ(GDictHash(-1L), 0xFFFFFFFFu);
+    EXPECT_EQ(GDictHash(-1LL), 0xFFFFFFFFu);
+    EXPECT_EQ(GDictHash(0x100000000LL), 1u) << "the upper half counts";
+    EXPECT_EQ(GDictHash(GBuffer("A")), 0x51u);
+    const long array[2] = {};
+    EXPECT_NE(GDictHash(&array[0]), GDictHash(reinterpret_cast<const char*>(&array[0]) + 8));
+}
+
+// --- Entries -----------------------------------------------------------------------------------
+
+TEST(GDict, RehashesAtThreeQuarters) {
+    GDict<long, long> dict;
+    EXPECT_EQ(dict.GetSlotCount(), 7);
+    const long slots[] = {7, 7, 7, 7, 23, 23, 23, 23, 23, 23, 23, 23, 23, 23, 23, 23, 67};
+    for (long i = 0; i < 17; ++i) {
+        dict.Insert(i * 1000, i);
+        EXPECT_EQ(dict.GetSlotCount(), slots[i]) << "after " << i + 1;
+        EXPECT_EQ(dict.GetCount(), i + 1);
+    }
+    EXPECT_EQ((GDict<long, long>(14).GetSlotCount()), 23);
+    EXPECT_EQ((GDict<long, long>(-1).GetSlotCount()), 7);
+}
+
+TEST(GDict, HoldsDictionariesByPointersAsKeys) {
+    long keys[20];
+    GDict<const long*, GDict<GBuffer, GString>> groups;
+    for (long i = 0; i < 20; ++i) groups.GetOrInsert(&keys[i]).Set("key", GString(i));
+    const GDict<const long*, GDict<GBuffer, GString>> copy(groups);
+    groups.Clear();
+    for (long i = 0; i < 20; ++i) EXPECT_EQ(*copy.Find(&keys[i])->Find("key"), GString(i));
+    EXPECT_FALSE(copy.Has(nullptr));
+}
+
+TEST(GDict, EntriesLieInTheFirstFreeSlotFromTheirHome) {
+    // 7 slots; the hash of a number is its value.
+    EXPECT_EQ(KeysOf(DictOf({3, 1, 2})), (Numbers{1, 2, 3}));
+    EXPECT_EQ(KeysOf(DictOf({6, 13, 20})), (Numbers{13, 20, 6})) << "around the end";
+    EXPECT_EQ(KeysOf(DictOf({8, 1, 2})), (Numbers{8, 1, 2})) << "pushed from its home by another's";
+    GDict<long, long> dict = DictOf({1, 8, 15});
+    dict.Remove(1);
+    EXPECT_TRUE(dict.Has(15)) << "a free slot does not end the search";
+    dict.Insert(22, 0);
+    EXPECT_EQ(KeysOf(dict), (Numbers{22, 8, 15})) << "and is taken by the next";
+}
+
+TEST(GDict, TheHomeIsTheRemainderOfTheHash) {
+    for (const long slots : {7L, 13L, 937L, 43853L}) {
+        for (const unsigned hash :
+             {0u, 6u, 7u, 43852u, 43853u, 0x7FFFFFFFu, 0x80000000u, 0xDEADBEEFu, 0xFFFFFFFFu}) {
+            GDict<unsigned, long> dict(slots);
+            dict.Insert(hash, 0);
+            GDictIterator<unsigned, long> iterator(dict);
+            iterator.Next();
+            EXPECT_EQ(iterator.GetPosition(), static_cast<long>(hash % static_cast<unsigned>(slots))) << hash;
+        }
+    }
+}
+
+TEST(GDict, CopiesKeepTheSlotsAndEqualityIgnoresThem) {
+    GDict<long, long> dict = DictOf({1, 8, 15});
+    dict.Remove(8);
+    const GDict<long, long> copy(dict);
+    EXPECT_EQ(KeysOf(copy), (Numbers{1, 15}));
+    EXPECT_TRUE(copy == DictOf({15, 1})) << "these lie the other way round";
+    EXPECT_FALSE(copy == DictOf({1}));
+    EXPECT_FALSE(copy == DictOf({1, 2}));
+    dict.Set(15, 0);
+    EXPECT_FALSE(copy == dict);
+    GDict<long, long> target(100);
+    target = copy;
+    EXPECT_EQ(KeysOf(target), (Numbers{1, 15}));
+    EXPECT_EQ(target.GetSlotCount(), 7);
+    const GDict<long, long>& self = target;
+    target = self;
+    EXPECT_EQ(*target.Find(15), 150);
+}
+
+TEST(GDict, MovesAndSwaps) {
+    GDict<long, long> dict(14);
+    dict.Insert(1, 1);
+    GDict<long, long> moved(std::move(dict));
+    EXPECT_EQ(dict.GetSlotCount(), 7);
+    EXPECT_TRUE(dict.Insert(7, 7));
+    dict.Swap(moved);
+    EXPECT_EQ(KeysOf(dict), (Numbers{1}));
+    EXPECT_EQ(KeysOf(moved), (Numbers{7}));
+    moved = std::move(dict);
+    EXPECT_EQ(moved.GetSlotCount(), 23);
+    EXPECT_TRUE(dict.IsEmpty());
+}
+
+TEST(GDict, ItsOwnKeysAndValuesMayBePassedIn) {
+    GDict<GBuffer, GBuffer> dict;
+    for (const char* key : {"a", "b", "c", "d"}) dict.Insert(key, key);
+    dict.Insert("e", *dict.Find("a"));  // the fifth: the slots are moved
+    EXPECT_EQ(*dict.Find("e"), "a");
+    dict.Set(dict.begin()->GetKey(), dict.begin()->GetKey());
+    const GBuffer first = dict.begin()->GetKey();
+    EXPECT_TRUE(dict.Remove(dict.begin()->GetKey()));
+    EXPECT_FALSE(dict.Has(first));
+    EXPECT_EQ(dict.GetCount(), 4);
+}
+
+TEST(GDict, EachKeyAndValueIsDestroyedOnce) {
+    CountedValue::Watch watch;
+    {
+        GDict<CountedValue, CountedValue> dict;
+        for (int i = 0; i < 30; ++i) dict.Insert(CountedValue(i), CountedValue(i));
+        EXPECT_EQ(CountedValue::sAlive, 60);
+        dict.Insert(CountedValue(7), CountedValue(8));
+        EXPECT_EQ(CountedValue::sAlive, 60);
+        for (int i = 0; i < 10; ++i) dict.Remove(CountedValue(i));
+        EXPECT_EQ(CountedValue::sAlive, 40);
+        GDict<CountedValue, CountedValue> copy(dict);
+        EXPECT_EQ(CountedValue::sAlive, 80);
+        dict.Clear();
+        EXPECT_EQ(CountedValue::sAlive, 40);
+        dict = std::move(copy);
+        EXPECT_EQ(CountedValue::sAlive, 40);
+    }
+    EXPECT_EQ(CountedValue::sAlive, 0);
+}
+
+TEST(GDict, ACopyThatThrowsChangesNothing) {
+    CountedValue::Watch watch;
+    GDict<CountedValue, CountedValue> dict;
+    for (int i = 0; i < 4; ++i) dict.Insert(CountedValue(i), CountedValue(i));
+    const CountedValue key(9), value(9);
+    for (const long copies : {0L, 1L}) {  // the key's, then the value's
+        CountedValue::sThrowAfterCopies = copies;
+        EXPECT_THROW(dict.Insert(key, value), std::runtime_error);
+        EXPECT_EQ(dict.GetCount(), 4);
+        EXPECT_FALSE(dict.Has(key));
+    }
+    for (const long copies : {0L, 3L, 7L}) {
+        CountedValue::sThrowAfterCopies = copies;
+        EXPECT_THROW((GDict<CountedValue, CountedValue>(dict)), std::runtime_error);
+    }
+    CountedValue::sThrowAfterCopies = -1;
+    EXPECT_EQ(CountedValue::sAlive, 10);
+    EXPECT_TRUE(dict.Insert(key, value));
+}
+
+// --- Robust iterators --------------------------------------------------------------------------
+
+TEST(GDictIterator, WalksInSlotOrder) {
+    GDict<long, long> dict = DictOf({3, 1, 8});
+    GDictIterator<long, long> iterator(dict);
+    EXPECT_EQ(iterator.GetPosition(), -1);
+    iterator.Next()->GetValue() = 5;
+    EXPECT_EQ(iterator.GetPosition(), 1);
+    EXPECT_EQ(Rest(iterator), (Numbers{8, 3}));
+    EXPECT_EQ(iterator.GetPosition(), 7);
+    GConstDictIterator<long, long> constant(dict);
+    EXPECT_EQ(constant.Next()->GetValue(), 5);
+    dict.Remove(1);
+    EXPECT_EQ(constant.GetCurrent(), nullptr);
+    EXPECT_EQ(constant.Next()->GetKey(), 8);
+}
+
+TEST(GDictIterator, ClearAssignSwapAndEnd) {
+    auto dict = std::make_unique<GDict<long, long>>(DictOf({1, 2, 3}));
+    GDictIterator<long, long> iterator(*dict);
+    iterator.Next();
+    GDictIterator<long, long> copy(iterator);
+    EXPECT_EQ(copy.GetCurrent()->GetKey(), 1);
+    dict->Clear();
+    EXPECT_EQ(iterator.GetCurrent(), nullptr);
+    EXPECT_EQ(iterator.Next(), nullptr);
+    *dict = DictOf({4, 5});
+    EXPECT_EQ(Rest(iterator), (Numbers{4, 5})) << "assignment starts anew";
+    iterator.Reset();
+    iterator.Next();
+    GDict<long, long> other = DictOf({6});
+    dict->Swap(other);
+    EXPECT_EQ(iterator.GetCurrent()->GetKey(), 4);
+    EXPECT_EQ(Rest(iterator), (Numbers{5}));
+    dict->Swap(other);
+    dict.reset();
+    EXPECT_FALSE(iterator.IsValid());
+    EXPECT_EQ(iterator.GetPosition(), -1);
+    EXPECT_EQ(iterator.Next(), nullptr);
+    EXPECT_EQ(copy.GetCurrent(), nullptr);
+}
+
+// --- Readers -----------------------------------------------------------------------------------
+
+TEST(GDictReaders, ReadPairsFromABuffer) {
+    GDict<GBuffer, GString> dict;
+    dict.Set("kept", GString("1"));
+    dict.Set("replaced", GString("2"));
+    EXPECT_TRUE((GDictBufferReader<GBuffer, GString>("#|name|Zo\xC3\xAB|replaced|a#|b").ReadInto(dict)));
+    EXPECT_EQ(dict.GetCount(), 3);
+    EXPECT_EQ(Plain(*dict.Find("name")), u"Zo\xEB");
+    EXPECT_EQ(Plain(*dict.Find("replaced")), u"a|b");
+    EXPECT_FALSE((GDictBufferReader<GBuffer, GString>("#|name|x|key").ReadInto(dict)))
+        << "a key without a value";
+    EXPECT_EQ(Plain(*dict.Find("name")), u"Zo\xEB");
+    EXPECT_TRUE((GDictBufferReader<GBuffer, GString>("").ReadInto(dict)));
+    EXPECT_EQ(dict.GetCount(), 3);
+    GDict<GString, GString> texts;
+    EXPECT_TRUE((GDictBufferReader<GString, GString>("#|a|b").ReadInto(texts)));
+    EXPECT_TRUE(texts.Has(GString("a")));
+}
+
+TEST(GDictReaders, ReadPairsFromAList) {
+    GTable<GPair<GBuffer, GBuffer>> pairs;
+    pairs.Append({GBuffer("a"), GBuffer("1")});
+    pairs.Append({GBuffer("b"), GBuffer("2")});
+    pairs.Append({GBuffer("a"), GBuffer("3")});
+    GDict<GBuffer, GBuffer> dict;
+    GDictListReader<GBuffer, GBuffer>(pairs).ReadInto(dict);
+    EXPECT_EQ(dict.GetCount(), 2);
+    EXPECT_EQ(*dict.Find("a"), "3");
+    const std::vector<GPair<const char*, long>> list = {{"x", 1}};
+    GDict<GBuffer, long> numbers;
+    GDictListReader<GBuffer, long, std::vector<GPair<const char*, long>>>(list).ReadInto(numbers);
+    EXPECT_EQ(*numbers.Find("x"), 1);
+}

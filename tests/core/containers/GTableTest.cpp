@@ -1,0 +1,194 @@
+#include "framework/core/containers/GTable.h"
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <memory>
+#include <new>
+#include <stdexcept>
+#include <string>
+#include <tuple>
+#include <utility>
+#include <vector>
+
+#include "framework/core/bytes/GBuffer.h"
+#include "tests/core/containers/CountedValue.h"
+
+namespace {
+
+using Numbers = std::vector<long>;
+
+Numbers NumbersOf(const GTable<long>& table) {
+    return Numbers(table.begin(), table.end());
+}
+
+// What is still to come.
+Numbers Rest(GTableIterator<long>& iterator) {
+    Numbers numbers;
+    while (const long* number = iterator.Next()) numbers.push_back(*number);
+    return numbers;
+}
+
+}  // namespace
+
+// --- Elements ----------------------------------------------------------------------------------
+
+TEST(GTable, StartsWithoutAnArrayAndDoublesIt) {
+    GTable<long> table;
+    EXPECT_EQ(table.GetCapacity(), 0);
+    EXPECT_TRUE(table.IsEmpty());
+    const long capacities[] = {2, 2, 4, 4, 8, 8, 8, 8, 16};
+    for (const long capacity : capacities) {
+        table.Append(table.GetCount());
+        EXPECT_EQ(table.GetCapacity(), capacity);
+    }
+    EXPECT_EQ(NumbersOf(table), (Numbers{0, 1, 2, 3, 4, 5, 6, 7, 8}));
+}
+
+TEST(GTable, FindsComparesAndSortsElements) {
+    GTable<long> table{5, 6, 5};
+    EXPECT_EQ(table.Find(5, 1), 2);
+    EXPECT_EQ(table.Find(5, 3), -1);
+    EXPECT_EQ(table.Find(6, -9), 1);
+    EXPECT_FALSE(table.Has(7));
+    EXPECT_FALSE((table == GTable<long>{5, 6}) || (table == GTable<long>{5, 6, 6}));
+    table.Sort(std::greater<>());
+    EXPECT_TRUE((table == GTable<long>{6, 5, 5}));
+}
+
+TEST(GTable, CopiesMovesAndSwaps) {
+    GTable<GBuffer> table{GBuffer("a"), GBuffer("b")};
+    GTable<GBuffer> copy(table);
+    copy[0] += 'x';
+    EXPECT_EQ(table[0], "a");
+    EXPECT_EQ(copy[0], "ax");
+    GTable<GBuffer> moved(std::move(copy));
+    EXPECT_TRUE(copy.IsEmpty());
+    EXPECT_EQ(moved.GetCount(), 2);
+    copy.Append(GBuffer("c"));
+    copy = std::move(moved);
+    EXPECT_EQ(copy[0], "ax");
+    EXPECT_TRUE(moved.IsEmpty());
+    table = copy;
+    EXPECT_EQ(table[0], "ax");
+    const GTable<GBuffer>& self = table;
+    table = self;
+    EXPECT_EQ(table.GetCount(), 2);
+    table.Swap(moved);
+    EXPECT_TRUE(table.IsEmpty());
+    EXPECT_EQ(moved.GetLast(), "b");
+}
+
+TEST(GTable, AnElementMayBeInsertedIntoItsOwnTable) {
+    GTable<GBuffer> table{GBuffer("first"), GBuffer("second")};
+    for (int i = 0; i < 5; ++i) table.Append(table[1]);
+    for (int i = 0; i < 5; ++i) table.Insert(0, table[table.GetCount() - 1]);
+    EXPECT_EQ(table.GetCount(), 12);
+    EXPECT_EQ(table.Find(GBuffer("first")), 5);
+    table.Remove(5);
+    for (const GBuffer& element : table) EXPECT_EQ(element, "second");
+}
+
+TEST(GTable, EachElementIsDestroyedOnce) {
+    CountedValue::Watch watch;
+    {
+        GTable<CountedValue> table;
+        for (int i = 0; i < 20; ++i) table.Insert(i / 2, CountedValue(i));
+        EXPECT_EQ(CountedValue::sAlive, 20);
+        table.Remove(3, 5);
+        EXPECT_EQ(CountedValue::sAlive, 15);
+        const GTable<CountedValue> copy(table);
+        EXPECT_EQ(CountedValue::sAlive, 30);
+        table = copy;
+        EXPECT_EQ(CountedValue::sAlive, 30);
+        table.Clear();
+        EXPECT_EQ(CountedValue::sAlive, 15);
+    }
+    EXPECT_EQ(CountedValue::sAlive, 0);
+}
+
+TEST(GTable, ACopyThatThrowsChangesNothing) {
+    CountedValue::Watch watch;
+    GTable<CountedValue> table;
+    for (int i = 0; i < 4; ++i) table.Append(CountedValue(i));
+    const CountedValue another(9);
+    GTable<CountedValue> target;
+    target.Append(another);
+    CountedValue::sThrowAfterCopies = 0;
+    EXPECT_THROW(table.Append(another), std::runtime_error) << "full: the array grows";
+    CountedValue::sThrowAfterCopies = 0;
+    EXPECT_THROW(table.Insert(1, another), std::runtime_error);
+    CountedValue::sThrowAfterCopies = 2;
+    EXPECT_THROW(target = table, std::runtime_error);
+    CountedValue::sThrowAfterCopies = -1;
+    EXPECT_EQ(table.GetCount(), 4);
+    EXPECT_EQ(table[3].mNumber, 3);
+    EXPECT_EQ(target.GetCount(), 1);
+    EXPECT_EQ(CountedValue::sAlive, 6);
+}
+
+TEST(GTable, ATableBeyondTheAddressSpaceIsRefused) {
+    struct Vast {
+        char bytes[0x200000000];
+    };
+    GTable<Vast> table;
+    EXPECT_THROW(table.Reserve(0x7FFFFFFF), std::bad_alloc) << "the size in bytes would wrap";
+    EXPECT_EQ(table.GetCapacity(), 0);
+}
+
+// --- Robust iterators --------------------------------------------------------------------------
+
+TEST(GTableIterator, CopiesEndInAnyOrder) {
+    GTable<long> table{1, 2, 3};
+    auto first = std::make_unique<GTableIterator<long>>(table);
+    auto second = std::make_unique<GConstTableIterator<long>>(table);
+    first->Next();
+    auto third = std::make_unique<GTableIterator<long>>(*first);
+    EXPECT_EQ(*second->Next(), 1);
+    second.reset();
+    table.Remove(0);
+    first.reset();
+    GTableIterator<long> assigned(table);
+    assigned = *third;
+    EXPECT_EQ(*third->Next(), 2);
+    third.reset();
+    table.Append(4);
+    EXPECT_EQ(Rest(assigned), (Numbers{2, 3, 4}));
+}
+
+TEST(GTableIterator, OutlivesItsTable) {
+    auto table = std::make_unique<GTable<long>>(GTable<long>{1, 2});
+    GTableIterator<long> first(*table);
+    GTableIterator<long> second(*table);
+    first.Next();
+    table.reset();
+    EXPECT_FALSE(first.IsValid());
+    EXPECT_EQ(first.GetPosition(), -1);
+    EXPECT_EQ(first.GetCurrent(), nullptr);
+    EXPECT_EQ(first.Next(), nullptr);
+    EXPECT_EQ(first.Previous(), nullptr);
+    EXPECT_EQ(first.SetPosition(0), nullptr);
+    first.Reset();
+    EXPECT_EQ(first.Next(), nullptr);
+    GTableIterator<long> copy(second);
+    EXPECT_FALSE(copy.IsValid());
+}
+
+TEST(GTableIterator, AssignmentStartsAnewAndSwapTakesAlong) {
+    GTable<long> table{1, 2, 3};
+    GTable<long> other{7, 8};
+    GTableIterator<long> iterator(table);
+    iterator.SetPosition(2);
+    table.Swap(other);
+    EXPECT_EQ(*iterator.GetCurrent(), 3);
+    other.Insert(0, 0);
+    EXPECT_EQ(iterator.GetPosition(), 3);
+    other = table;
+    EXPECT_EQ(Rest(iterator), (Numbers{7, 8}));
+    iterator.SetPosition(1);
+    const GTable<long> taken(std::move(other));
+    EXPECT_EQ(iterator.Next(), nullptr);
+    other.Append(5);
+    iterator.Reset();
+    EXPECT_EQ(*iterator.Next(), 5);
+}

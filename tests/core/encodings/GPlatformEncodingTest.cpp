@@ -1,0 +1,73 @@
+#include "framework/core/encodings/GPlatformEncoding.h"
+
+#include "framework/core/encodings/GPlatformEncodingFactory.h"
+#include "framework/core/encodings/GPlatformEncodingModifier.h"
+#include "framework/core/memory/GSharedObject.h"
+#include "tests/core/encodings/EncodingForTests.h"
+
+namespace {
+
+TEST(GShiftJISEncoding, ConvertsJapanese) {
+    const std::tuple<const char*, std::string, std::u16string> rows[] = {
+        {"nothing", "", u""},
+        {"ASCII", "abc\r\n", u"abc\r\n"},
+        {"hiragana and kanji", "\x82\xA0\x8A\xBF\x8E\x9A", u"\u3042\u6F22\u5B57"},
+        {"half-width katakana", "\xB1\xDD", u"\uFF71\uFF9D"},
+        {"a second byte that is a backslash", "\x95\x5C\x8E\xA6", u"\u8868\u793A"}};
+    for (const auto& [what, bytes, units] : rows) {
+        EXPECT_EQ(Read(ShiftJIS(), bytes), (Conversion{units, 1})) << what;
+        EXPECT_EQ(Write(ShiftJIS(), units), (Written{bytes, 1})) << what;
+    }
+}
+
+TEST(GShiftJISEncoding, ReplacesWhatItCannotConvert) {
+    EXPECT_EQ(Read(ShiftJIS(), "a\x82"), (Conversion{u"a@", 2})) << "cut off";
+    EXPECT_EQ(Write(ShiftJIS(), u"a\uAC00z"), (Written{"a@z", 2}));
+    EXPECT_EQ(Write(ShiftJIS(), u"caf\u00E9").bytes, "caf@") << "no letter is replaced by a similar one";
+}
+
+TEST(GPlatformEncoding, TheModifierChoosesTheCodePageForAScope) {
+    GPlatformEncoding* encoding = GPlatformEncoding::GetInstance();
+    const long before = encoding->GetModifier();
+    {
+        const GPlatformEncodingModifier cyrillic(1251);
+        EXPECT_EQ(encoding->GetModifier(), 1251);
+        EXPECT_EQ(Read(encoding, "\xC6").units, u"\u0416");
+        {
+            const GPlatformEncodingModifier centralEuropean(1250);
+            EXPECT_EQ(Read(encoding, "\xC6").units, u"\u0106");
+        }
+        EXPECT_EQ(Write(encoding, u"\u0416").bytes, "\xC6");
+    }
+    EXPECT_EQ(encoding->GetModifier(), before);
+}
+
+TEST(GPlatformEncoding, AnUnknownCodePageConvertsNothing) {
+    GSharedObject<GPlatformEncoding> encoding(new GPlatformEncoding(31999));
+    EXPECT_EQ(Read(encoding.Get(), "abc"), (Conversion{u"", 4}));
+    EXPECT_EQ(Write(encoding.Get(), u"abc"), (Written{"", 4}));
+}
+
+TEST(GPlatformEncoding, UTF8CodePageTakesPairsAndRefusesHalves) {
+    GSharedObject<GPlatformEncoding> encoding(new GPlatformEncoding(65001));
+    EXPECT_EQ(Write(encoding.Get(), u"a\xD83D\xDE00z").bytes, "a\xF0\x9F\x98\x80z");
+    EXPECT_EQ(Read(encoding.Get(), "a\xF0\x9F\x98\x80z").units, u"a\xD83D\xDE00z");
+    EXPECT_EQ(Write(encoding.Get(), u"a\xD83Dz"), (Written{"a@z", 2}));
+    EXPECT_EQ(Read(encoding.Get(), "\xC3\xA9\xFFz"), (Conversion{u"\u00E9@z", 2}));
+}
+
+TEST(GPlatformEncodingFactory, AReplacedFactoryMakesTheEncodings) {
+    class Factory : public GPlatformEncodingFactory {
+    public:
+        GPlatformEncoding* CreatePlatformEncoding(long) const override { return new GPlatformEncoding(1251); }
+    };
+    GPlatformEncoding::SetInstance(nullptr);
+    GPlatformEncodingFactory::SetInstance(new Factory);
+    EXPECT_EQ(GPlatformEncoding::GetInstance()->GetModifier(), 1251);
+    GPlatformEncodingFactory::SetInstance(nullptr);
+    EXPECT_EQ(GPlatformEncoding::GetInstance()->GetModifier(), 1251) << "made before";
+    GPlatformEncoding::SetInstance(nullptr);
+    EXPECT_EQ(GPlatformEncoding::GetInstance()->GetModifier(), 0);
+}
+
+}  // namespace

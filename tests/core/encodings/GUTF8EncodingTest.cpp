@@ -1,0 +1,100 @@
+#include "framework/core/encodings/GUTF8Encoding.h"
+
+#include <random>
+
+#include "tests/core/encodings/EncodingForTests.h"
+
+namespace {
+
+using namespace std::string_literals;
+using namespace std::string_view_literals;
+
+TEST(GUTF8Encoding, ReadsAndWritesOneToThreeBytesAUnit) {
+    // At the edges of each length; a byte-order mark and half a surrogate pair are characters, too.
+    const std::pair<std::string_view, std::u16string> rows[] = {
+        {"", u""},
+        {"\x7F\xC2\x80\xDF\xBF\xE0\xA0\x80\xEF\xBF\xBF", u"\x7F\u0080\u07FF\u0800\uFFFF"},
+        {"\xEF\xBB\xBFz", u"\uFEFFz"},
+        {"\xED\xA0\xBD\xED\xB8\x80", u"\xD83D\xDE00"},
+        {"\xED\xA0\xBD", u"\xD83D"}};
+    for (const auto& [bytes, units] : rows) {
+        EXPECT_EQ(Read(UTF8(), bytes), (Conversion{units, 1}));
+        EXPECT_EQ(Write(UTF8(), units), (Written{std::string(bytes), 1}));
+    }
+    EXPECT_EQ(Write(UTF8(), u"\0"sv), (Written{"\0"s, 1}));
+}
+
+TEST(GUTF8Encoding, ReadsWhatItDoesNotWrite) {
+    EXPECT_EQ(Read(UTF8(), "\xC0\xAF\xE0\x80\xAF"), (Conversion{u"//", 1})) << "overlong slashes";
+    EXPECT_EQ(Read(UTF8(), "\xC0\x80"), (Conversion{u"\0"s, 1})) << "a zero unit, but no zero byte";
+    EXPECT_EQ(Read(UTF8(), "a\0b"sv), (Conversion{u"a\0b"s, 2}));
+    EXPECT_EQ(Read(UTF8(), "\0\xFF"sv), (Conversion{u"\0"s, 4})) << "invalid input matters more";
+    for (const std::string_view invalid : {"\x80z", "\xF0\x9F\x98\x80", "\xF4\x90\x80\x80", "\xFFz", "\xC3",
+                                           "\xE4", "\xE4\xB8", "\xC3z", "\xE4\xB8z", "\xE4\xC3\xA9"})
+        EXPECT_EQ(Read(UTF8(), std::string("a").append(invalid)), (Conversion{u"a", 4})) << invalid;
+}
+
+// The rules for reading, one character at a time.
+Conversion ReadSlowly(std::string_view bytes) {
+    Conversion read{u"", bytes.find('\0') == bytes.npos ? 1 : 2};
+    for (std::size_t i = 0; i < bytes.size();) {
+        const auto at = [&](std::size_t place) {
+            return place < bytes.size() ? static_cast<unsigned char>(bytes[place]) : 0u;
+        };
+        const bool hasSecond = (at(i + 1) & 0xC0) == 0x80;
+        if (at(i) < 0x80) {
+            read.units += static_cast<char16_t>(at(i));
+            i += 1;
+        } else if ((at(i) & 0xE0) == 0xC0 && hasSecond) {
+            read.units += static_cast<char16_t>((at(i) & 0x1F) << 6 | (at(i + 1) & 0x3F));
+            i += 2;
+        } else if ((at(i) & 0xF0) == 0xE0 && hasSecond && (at(i + 2) & 0xC0) == 0x80) {
+            read.units +=
+                static_cast<char16_t>((at(i) & 0x0F) << 12 | (at(i + 1) & 0x3F) << 6 | (at(i + 2) & 0x3F));
+            i += 3;
+        } else {
+            return {read.units, 4};
+        }
+    }
+    return read;
+}
+
+// Reading and writing go by blocks: mixtures of all kinds must agree with the rules.
+TEST(GUTF8Encoding, MixturesOfAllKindsFollowTheRules) {
+    const std::string_view parts[] = {"a",
+                                      "abcdefghijklmnopqrst",
+                                      "\xC3\xA9",
+                                      "\xD0\x9F\xD0\xB5\xD1\x87\xD0\xB0\xD1\x82\xD1\x8C",
+                                      "\xE4\xB8\x80",
+                                      "\xE6\x89\x93\xE5\x8D\xB0\xE6\x96\x87\xE4\xBB\xB6",
+                                      "\xED\xA0\xBD",
+                                      "\x7F\xC2\x80\xDF\xBF\xE0\xA0\x80\xEF\xBF\xBF"};
+    const std::string_view faults[] = {"\x80", "\xC3", "\xE4", "\xE4\xB8", "\xFF", "\xF0\x9F\x98\x80",
+                                       "\0"sv};
+    std::mt19937 random(815);
+    for (int i = 0; i < 20000; ++i) {
+        std::string text;
+        // Some texts favour one kind, so that its blocks become likely.
+        const std::size_t favourite = random() % std::size(parts);
+        for (std::size_t count = random() % 24; count > 0; --count)
+            text += parts[random() % 3 == 0 ? random() % std::size(parts) : favourite];
+        if (i % 2 == 0) text.insert(random() % (text.size() + 1), faults[random() % std::size(faults)]);
+        const Conversion read = Read(UTF8(), text);
+        ASSERT_EQ(read, ReadSlowly(text)) << testing::PrintToString(text);
+        if (i % 2 != 0) {
+            ASSERT_EQ(Write(UTF8(), read.units).bytes, text);
+        }
+    }
+}
+
+// Counting goes by lanes of 8 and 16 bits: a text must be long enough to overflow them.
+TEST(GUTF8Encoding, LongTextsGoThereAndBack) {
+    for (const char16_t unit : {u'x', u'\u00E9', u'\u4E00'}) {
+        const std::u16string units(300007, unit);
+        const Written written = Write(UTF8(), units);
+        EXPECT_EQ(written.bytes.size(), units.size() * (unit < 0x80 ? 1 : unit < 0x800 ? 2 : 3));
+        EXPECT_TRUE(Read(UTF8(), written.bytes).units == units);
+    }
+}
+
+}  // namespace

@@ -1,0 +1,389 @@
+#include "framework/core/errors/GException.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <functional>
+#include <initializer_list>
+#include <memory>
+#include <thread>
+#include <tuple>
+#include <utility>
+#include <vector>
+
+#include "framework/core/errors/GExceptionHandler.h"
+#include "framework/core/errors/GExceptionLocation.h"
+#include "framework/core/errors/GStringPool.h"
+#include "framework/core/paths/GPathName.h"
+#include "tests/core/TextForTests.h"
+
+namespace {
+
+class GExceptionTest : public ::testing::Test {
+protected:
+    GExceptionTest() { GException::Initialize(); }
+};
+
+using GExceptionLocationTest = GExceptionTest;
+using GExceptionHandlerTest = GExceptionTest;
+
+std::u16string Full(const GException& exception) {
+    return Plain(exception.GetFullDescription());
+}
+
+GPathName Path(std::u16string_view portable) {
+    return GPathName(Text(portable));
+}
+
+/// A location whose description cannot be had for want of memory.
+class HungryLocation : public GExceptionLocation {
+protected:
+    GLngString Describe() const override {
+        sHandlerThen = std::get_new_handler();
+        sHandlerThen();
+        return GLngString(Text(u"not reached"));
+    }
+
+public:
+    static std::new_handler sHandlerThen;
+};
+
+std::new_handler HungryLocation::sHandlerThen = nullptr;
+
+bool sNoMemory = false;
+
+void ProgramsOwnHandler() {
+    FAIL() << "must not be asked while an exception is being built";
+}
+
+}  // namespace
+
+// Not inlined: the compiler would complain about a mismatch with free().
+[[gnu::noinline]] void* operator new(std::size_t size) {
+    void* const block = sNoMemory ? nullptr : std::malloc(size);
+    return block != nullptr ? block : throw std::bad_alloc();
+}
+[[gnu::noinline]] void operator delete(void* block) noexcept {
+    std::free(block);
+}
+[[gnu::noinline]] void operator delete(void* block, std::size_t) noexcept {
+    std::free(block);
+}
+
+TEST_F(GExceptionTest, HasTheMessagesOfAllPlatforms) {
+    ForEachRow<2>(
+        {"2450 -> General Exception", "2459 -> Action has been canceled",
+         "2464 -> Could not write data to file", "40000 -> File directory full",
+         "40008 -> Memory full (open) or file won't fit (load)",
+         "40014 -> Directory is not empty (or: One or more files are open or File is busy )",
+         "40066 -> Path is not relative", "40073 -> A Win32 System Error has occurred",
+         "40079 -> Opening %1 in the application %2", "40092 -> Internal error. Could not lock.",
+         "40168 -> The specified shared memory was already created with another file size",
+         "40207 -> Could not release event",
+         "40255 -> System error, contact your System Administrator: \"Error creating thread: permission "
+         "denied\"",
+         "40270 -> Random generator already initialised"},
+        [&](auto id, auto text) {
+            const GSimpleException exception(std::atol(id.data()));
+            EXPECT_EQ(Plain(exception.GetDescription()), std::u16string(text.begin(), text.end()));
+        });
+    const GString helped = GSimpleException(40091).GetDescription();
+    EXPECT_EQ(helped.Find("Internal error. Files are not locked. "), 0);
+    GString none;
+    for (const long gap : {2449L, 2465L, 40080L, 40095L, 40208L, 40271L})
+        EXPECT_FALSE(GStringPoolSupport::FindString(gap, none)) << gap;
+    for (const long unknown : {40271L, -1L, 0x7FFFFFFFL})
+        EXPECT_EQ(Full(GSimpleException(unknown)), Plain(GString("Message ") + GString(unknown)));
+}
+
+TEST_F(GExceptionTest, EachClassHasItsNumberAndText) {
+    const std::tuple<const char*, std::shared_ptr<GException>, long, std::u16string_view> rows[] = {
+        {"general", std::make_shared<GException>(), 2450, u"General Exception"},
+        {"simple", std::make_shared<GSimpleException>(40068), 40068, u"Invalid path"},
+        {"abort", std::make_shared<GAbortException>(), 2459, u"Action has been canceled"},
+        {"memory", std::make_shared<GMemoryException>(), 2451, u"Out of memory"},
+        {"custom without text", std::make_shared<GCustomException>(40092), 40092,
+         u"Internal error. Could not lock."},
+        {"custom with text", std::make_shared<GCustomException>(40092, Text(u"C:\\x")), 40092, u"C:\\x"},
+        {"custom with empty text", std::make_shared<GCustomException>(40092, GString()), 40092, u""},
+        {"language string", std::make_shared<GLngException>(GLngString(40100).AddParam(Text(u"A"))), 40100,
+         u"Application A is not opened"},
+        {"number and parameter", std::make_shared<GLngException>(40101, Text(u"B")), 40101,
+         u"Could not determine process number for B"},
+        {"plain language string", std::make_shared<GLngException>(GLngString(Text(u"plain"))), 0, u"plain"}};
+    for (const auto& [what, exception, id, text] : rows) {
+        SCOPED_TRACE(what);
+        EXPECT_EQ(exception->GetExceptionID(), id);
+        EXPECT_EQ(Plain(exception->GetDescription()), text);
+        EXPECT_EQ(Full(*exception), text) << "no location, no colon";
+    }
+    const GMemoryException memory;
+    EXPECT_STREQ(static_cast<const std::bad_alloc&>(memory).what(), "bad allocation");
+}
+
+TEST_F(GExceptionTest, CopiesKeepTheirText) {
+    auto first = std::make_unique<GCustomException>(40092, Text(u"text"));
+    const GCustomException copy = *first;
+    GCustomException assigned(2450);
+    assigned = *first;
+    first.reset();
+    EXPECT_EQ(Full(copy), u"text");
+    EXPECT_EQ(Full(assigned), u"text");
+    EXPECT_EQ(assigned.GetExceptionID(), 40092);
+    assigned = GCustomException(40093);
+    EXPECT_EQ(Full(assigned), u"Internal error. The lock file is still in use.");
+    const std::u16string veryLong(1000000, u'x');
+    EXPECT_EQ(Full(GCustomException(GCustomException(1, Text(veryLong)))), veryLong);
+}
+
+TEST_F(GExceptionTest, IsBuiltAndCopiedWithItsNumberWhenThereIsNoMemory) {
+    const GString text = Text(u"own");
+    const GCustomException original(40092, text);
+    GCustomException assigned(2450, text);
+    sNoMemory = true;
+    const GCustomException custom(40092, text);
+    const GCustomException copy(original);
+    assigned = original;
+    const GLngException language(40101, text);
+    sNoMemory = false;
+    for (const GException* exception : std::initializer_list<const GException*>{&custom, &copy, &assigned}) {
+        EXPECT_EQ(exception->GetExceptionID(), 40092);
+        EXPECT_EQ(Full(*exception), u"Internal error. Could not lock.");
+    }
+    EXPECT_EQ(language.GetExceptionID(), 40101);
+    EXPECT_EQ(Full(language), u"Could not determine process number for %1");
+}
+
+TEST_F(GExceptionLocationTest, SaysWhatTheThreadWasDoing) {
+    const GExceptionLocation copying(40076, Path(u"C:/a/x.ps"), Path(u"//srv/s"));
+    EXPECT_EQ(Full(GSimpleException(40010)),
+              u"Copying C:\\a\\x.ps to \\\\srv\\s: File or directory not found or incomplete path name");
+    EXPECT_EQ(Plain(GSimpleException(40010).GetDescription()),
+              u"File or directory not found or incomplete path name");
+}
+
+TEST_F(GExceptionLocationTest, HasFourFormsOfWhichTheInnermostIsShown) {
+    const GExceptionLocation number(2454);
+    EXPECT_EQ(Full(GSimpleException(40068)), u"Could not read data from file: Invalid path");
+    {
+        const GExceptionLocation text(Text(u"100% %1"));
+        EXPECT_EQ(Full(GSimpleException(40068)), u"100% %1: Invalid path");
+        GPathName path = Path(u"C:/dir/%1");
+        const GExceptionLocation where(path);
+        path = Path(u"C:/after");
+        EXPECT_EQ(Full(GSimpleException(40068)), u"C:\\dir\\%1: Invalid path") << "it keeps a copy";
+        const GExceptionLocation empty((GString()));
+        EXPECT_EQ(Full(GSimpleException(40068)), u"Invalid path");
+    }
+    EXPECT_EQ(Full(GSimpleException(40068)), u"Could not read data from file: Invalid path");
+}
+
+TEST_F(GExceptionLocationTest, ExceptionsOutliveTheirScope) {
+    std::unique_ptr<GException> kept;
+    try {
+        const GExceptionLocation where(Path(u"C:/x"));
+        throw GSimpleException(40068);
+    } catch (const GException& exception) {
+        EXPECT_TRUE(GExceptionLocation::GetLngDescription().IsEmpty());
+        kept = std::make_unique<GException>(exception);
+    }
+    EXPECT_EQ(Full(*kept), u"C:\\x: Invalid path");
+}
+
+TEST_F(GExceptionLocationTest, IsReadInTheLanguageOfTheReader) {
+    static constexpr GStringPoolRow cRows[] = {{2454, "Lesen"}, {40068, "Pfad"}};
+    GStringPoolSupport::Register("deDE", "WinAnsiEncoding", cRows, 2);
+    const GExceptionLocation where(2454);
+    const GSimpleException exception(40068);
+    GStringPoolSupport::SetCurrentLanguage("deDE");
+    EXPECT_EQ(Full(exception), u"Lesen: Pfad");
+    GStringPoolSupport::SetCurrentLanguage("enUS");
+    EXPECT_EQ(Full(exception), u"Could not read data from file: Invalid path");
+    GStringPoolSupport::Unregister(cRows);
+}
+
+TEST_F(GExceptionLocationTest, MayLeaveInAnyOrderFromAnyDepth) {
+    std::vector<std::unique_ptr<GExceptionLocation>> locations;
+    for (const char16_t* const text : {u"first", u"second", u"third"})
+        locations.push_back(std::make_unique<GExceptionLocation>(Text(text)));
+    locations[1].reset();
+    EXPECT_EQ(Full(GSimpleException(40068)), u"third: Invalid path");
+    locations[2].reset();
+    EXPECT_EQ(Full(GSimpleException(40068)), u"first: Invalid path");
+    for (int i = 0; i < 100000; ++i) locations.push_back(std::make_unique<GExceptionLocation>(2454));
+    for (; locations.size() > 1; locations.pop_back()) continue;
+    EXPECT_EQ(Full(GSimpleException(40068)), u"first: Invalid path");
+    locations.clear();
+    EXPECT_TRUE(GExceptionLocation::GetLngDescription().IsEmpty());
+}
+
+TEST_F(GExceptionLocationTest, OneThatItsThreadHasLeftBehindIsNobodysElse) {
+    std::unique_ptr<GExceptionLocation> left;
+    std::thread([&left] { left = std::make_unique<GExceptionLocation>(Text(u"left behind")); }).join();
+    const GExceptionLocation here(Text(u"here"));
+    std::thread([] { EXPECT_EQ(Full(GSimpleException(40068)), u"Invalid path"); }).join();
+    left.reset();
+    EXPECT_EQ(Full(GSimpleException(40068)), u"here: Invalid path");
+}
+
+TEST_F(GExceptionLocationTest, EachThreadHasItsOwn) {
+    const GExceptionLocation here(Text(u"here"));
+    std::u16string before;
+    std::u16string there;
+    std::thread([&] {
+        before = Full(GSimpleException(40068));
+        const GExceptionLocation location(Text(u"there"));
+        there = Full(GSimpleException(40068));
+    }).join();
+    EXPECT_EQ(before, u"Invalid path");
+    EXPECT_EQ(there, u"there: Invalid path");
+    EXPECT_EQ(Full(GSimpleException(40068)), u"here: Invalid path");
+}
+
+TEST_F(GExceptionTest, IsBuiltWithoutALocationWhenMemoryRunsOut) {
+    const std::new_handler before = std::set_new_handler(ProgramsOwnHandler);
+    {
+        const HungryLocation hungry;
+        HungryLocation::sHandlerThen = nullptr;
+        EXPECT_EQ(Full(GSimpleException(40068)), u"Invalid path");
+        EXPECT_NE(HungryLocation::sHandlerThen, nullptr);
+        EXPECT_NE(HungryLocation::sHandlerThen, &ProgramsOwnHandler);
+        EXPECT_THROW(HungryLocation::sHandlerThen(), std::bad_alloc)
+            << "what other threads would get meanwhile";
+        EXPECT_EQ(std::get_new_handler(), &ProgramsOwnHandler);
+    }
+    EXPECT_EQ(std::set_new_handler(before), &ProgramsOwnHandler);
+}
+
+TEST_F(GExceptionTest, OutOfMemoryAsksForNoLocation) {
+    const HungryLocation hungry;
+    HungryLocation::sHandlerThen = nullptr;
+    EXPECT_EQ(Full(GMemoryException()), u"Out of memory");
+    EXPECT_EQ(Full(GSimpleException(2451)), u"Out of memory");
+    EXPECT_EQ(HungryLocation::sHandlerThen, nullptr);
+}
+
+TEST_F(GExceptionTest, PutsTheNewHandlerBackWhenThreadsOverlap) {
+    const std::new_handler before = std::set_new_handler(ProgramsOwnHandler);
+    const auto build = [] {
+        for (int i = 0; i < 20000; ++i) GSimpleException(40068);
+    };
+    std::thread other(build);
+    build();
+    other.join();
+    EXPECT_EQ(std::set_new_handler(before), &ProgramsOwnHandler);
+}
+
+namespace {
+
+class NotingHandler : public GExceptionHandler {
+public:
+    using GExceptionHandler::Handle;
+    void Handle(const GSimpleException&) const override { mNote += "simple "; }
+    void Handle(const GMemoryException&) const override { mNote += "memory "; }
+    void Handle(const GException& exception) const override {
+        mNote += "other" + std::to_string(exception.GetExceptionID()) + " ";
+    }
+
+    mutable std::string mNote;
+};
+
+class NotingReporter : public GErrorReporter {
+public:
+    explicit NotingReporter(std::u16string& note) : mNote(note) {}
+    ~NotingReporter() override { mNote += u"[gone]"; }
+    void Report(const GString& text) const override { mNote += Plain(text); }
+
+private:
+    std::u16string& mNote;
+};
+
+/// What leaves a handler that is handed something thrown: "on" for the thing itself.
+template <class Thrown>
+std::string Dispatch(const Thrown& thrown, const GExceptionHandler& handler) {
+    try {
+        try {
+            throw thrown;
+        } catch (...) {
+            handler.Handle();
+        }
+    } catch (const Thrown&) {
+        return "on";
+    } catch (const long instead) {
+        return std::to_string(instead) + " instead";
+    }
+    return "";
+}
+
+template <class Thrown>
+std::string Dispatch(const Thrown& thrown) {
+    const NotingHandler handler;
+    const std::string left = Dispatch(thrown, handler);
+    return handler.mNote + left;
+}
+
+}  // namespace
+
+TEST_F(GExceptionHandlerTest, DispatchesOnTheType) {
+    EXPECT_EQ(Dispatch(GMemoryException()), "memory ");
+    EXPECT_EQ(Dispatch(GSimpleException(2460)), "simple ");
+    EXPECT_EQ(Dispatch(GException()), "other2450 ");
+    EXPECT_EQ(Dispatch(GCustomException(40092)), "other40092 ");
+    EXPECT_EQ(Dispatch(GLngException(40100, GString("x"))), "other40100 ");
+    EXPECT_EQ(Dispatch(GAbortException()), "on");
+    EXPECT_EQ(Dispatch(std::bad_alloc()), "on");
+    EXPECT_EQ(Dispatch(42), "on");
+    const NotingHandler handler;
+    handler.Handle();
+    EXPECT_EQ(handler.mNote, "") << "no exception to handle";
+}
+
+TEST_F(GExceptionHandlerTest, TheDefaultHandlerReportsTheFullDescription) {
+    std::u16string note;
+    GErrorReporter::SetInstance(new NotingReporter(note));
+    const GExceptionLocation where(Text(u"here"));
+    const GDefaultExceptionHandler handler;
+    const std::pair<std::function<void()>, std::u16string_view> rows[] = {
+        {[] { throw GSimpleException(40068); }, u"here: Invalid path"},
+        {[] { throw GMemoryException(); }, u"Out of memory"},
+        {[] { throw GCustomException(2450, Text(u"own")); }, u"here: own"}};
+    for (const auto& [thrower, reported] : rows) {
+        try {
+            thrower();
+        } catch (...) {
+            handler.Handle();
+        }
+        EXPECT_EQ(std::exchange(note, {}), reported);
+    }
+    EXPECT_EQ(Dispatch(GAbortException(), handler), "on");
+    EXPECT_EQ(note, u"");
+    GErrorReporter::SetInstance(nullptr);
+    EXPECT_EQ(note, u"[gone]");
+}
+
+TEST_F(GExceptionHandlerTest, TheDefaultHandlersOverloadsMeetInOneThatMayBeReplacedAndMayThrow) {
+    class Translating : public GDefaultExceptionHandler {
+        using GDefaultExceptionHandler::Handle;
+        void Handle(const GException& exception) const override { throw exception.GetExceptionID(); }
+    };
+    const Translating handler;
+    EXPECT_EQ(Dispatch(GSimpleException(40068), handler), "40068 instead");
+    EXPECT_EQ(Dispatch(GMemoryException(), handler), "2451 instead");
+    EXPECT_FALSE(std::current_exception());
+}
+
+TEST_F(GExceptionHandlerTest, TheReporterIsReplacedAndOwned) {
+    GErrorReporter* const silent = GErrorReporter::GetInstance();
+    silent->Report(Text(u"nobody hears"));
+    GErrorReporter::SetInstance(silent);
+    EXPECT_EQ(GErrorReporter::GetInstance(), silent);
+    std::u16string note;
+    auto* const own = new NotingReporter(note);
+    GErrorReporter::SetInstance(own);
+    GErrorReporter::SetInstance(own);
+    EXPECT_EQ(note, u"");
+    EXPECT_EQ(GErrorReporter::GetInstance(), own);
+    GErrorReporter::SetInstance(nullptr);
+    EXPECT_EQ(note, u"[gone]");
+    EXPECT_NE(GErrorReporter::GetInstance(), nullptr);
+}

@@ -1,0 +1,129 @@
+#include "framework/core/memory/GSharedObject.h"
+
+#include <gtest/gtest.h>
+
+#include <thread>
+#include <utility>
+#include <vector>
+
+#include "framework/core/memory/GRefCount.h"
+#include "framework/core/memory/GSmartPtr.h"
+
+namespace {
+
+template <class Counted>
+struct Object : Counted {
+    explicit Object(int& aliveCount) : alive(&aliveCount) { ++*alive; }
+    Object(const Object& other) : Counted(other), alive(other.alive) { ++*alive; }
+    Object& operator=(const Object&) = default;
+    ~Object() override { --*alive; }
+    int* alive;
+};
+
+template <class Counted>
+struct DerivedObject : Object<Counted> {
+    using Object<Counted>::Object;
+};
+
+// One pointer class and its kind of count.
+struct Shared {
+    using Counted = GThreadSafeRefCount;
+    template <class T>
+    using Pointer = GSharedObject<T>;
+};
+struct Smart {
+    using Counted = GRefCount;
+    template <class T>
+    using Pointer = GSmartPtr<T>;
+};
+
+template <class Kind>
+class CountedPointer : public testing::Test {};
+using Kinds = testing::Types<Shared, Smart>;
+TYPED_TEST_SUITE(CountedPointer, Kinds);
+
+}  // namespace
+
+TYPED_TEST(CountedPointer, TheLastOneDeletes) {
+    using Thing = Object<typename TypeParam::Counted>;
+    int alive = 0;
+    {
+        typename TypeParam::template Pointer<Thing> first(new Thing(alive));
+        EXPECT_EQ(first->GetRefCount(), 1);
+        auto second = first;
+        EXPECT_EQ(first->GetRefCount(), 2);
+        const auto third = std::move(second);
+        EXPECT_EQ(first->GetRefCount(), 2);
+        EXPECT_FALSE(second);
+        EXPECT_EQ(third.Get(), first.Get());
+        EXPECT_TRUE(third == first);
+        first.Reset();
+        EXPECT_EQ(alive, 1);
+        EXPECT_TRUE(first == nullptr);
+        EXPECT_EQ((*third).GetRefCount(), 1);
+    }
+    EXPECT_EQ(alive, 0);
+}
+
+TYPED_TEST(CountedPointer, AssignsItselfAndOthers) {
+    using Thing = Object<typename TypeParam::Counted>;
+    using Pointer = typename TypeParam::template Pointer<Thing>;
+    int alive = 0;
+    Pointer pointer(new Thing(alive));
+    const Pointer& self = pointer;
+    pointer = self;
+    EXPECT_EQ(pointer->GetRefCount(), 1);
+    pointer = pointer.Get();
+    EXPECT_EQ(pointer->GetRefCount(), 1);
+    pointer = new Thing(alive);
+    EXPECT_EQ(alive, 1);
+    Pointer other(new Thing(alive));
+    other.Swap(pointer);
+    EXPECT_EQ(alive, 2);
+    pointer = nullptr;
+    other = Pointer();
+    EXPECT_EQ(alive, 0);
+}
+
+TYPED_TEST(CountedPointer, TakesOverLetsGoAndConverts) {
+    using Thing = Object<typename TypeParam::Counted>;
+    using Derived = DerivedObject<typename TypeParam::Counted>;
+    using Pointer = typename TypeParam::template Pointer<Derived>;
+    int alive = 0;
+    auto* const thing = new Derived(alive);
+    thing->AddRef();
+    Pointer adopted = Pointer::Adopt(thing);
+    EXPECT_EQ(thing->GetRefCount(), 1);
+    {
+        const typename TypeParam::template Pointer<const Thing> base(adopted);
+        EXPECT_EQ(base->GetRefCount(), 2);
+    }
+    Derived* const detached = adopted.Detach();
+    EXPECT_FALSE(adopted);
+    const Derived copy(*detached);
+    EXPECT_EQ(copy.GetRefCount(), 0) << "a copied object has references of its own";
+    *detached = copy;
+    EXPECT_EQ(detached->GetRefCount(), 1);
+    detached->Release();
+    EXPECT_EQ(alive, 1);
+}
+
+TEST(GSharedObject, CountsOnManyThreads) {
+    using Thing = Object<GThreadSafeRefCount>;
+    int alive = 0;
+    {
+        const GSharedObject<Thing> shared(new Thing(alive));
+        std::vector<std::thread> threads;
+        for (int t = 0; t < 4; ++t) {
+            threads.emplace_back([shared] {
+                for (int i = 0; i < 20000; ++i) {
+                    const GSharedObject<Thing> copy(shared);
+                }
+            });
+        }
+        for (std::thread& thread : threads) thread.join();
+        threads.clear();
+        EXPECT_EQ(shared->GetRefCount(), 1);
+    }
+    EXPECT_EQ(alive, 0);
+}

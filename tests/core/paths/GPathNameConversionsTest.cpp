@@ -1,0 +1,199 @@
+#include <gtest/gtest.h>
+
+#include <string>
+#include <tuple>
+
+#include "framework/core/errors/GException.h"
+#include "framework/core/paths/GPathName.h"
+#include "tests/core/TextForTests.h"
+
+namespace {
+
+GPathName Path(std::u16string_view portable) {
+    return GPathName(Text(portable));
+}
+
+std::u16string Plain(const GPathName& path) {
+    return Plain(path.GetPortablePath());
+}
+
+std::u16string Repeated(char16_t unit, std::size_t count) {
+    return std::u16string(count, unit);
+}
+
+struct Form {
+    void (GPathName::*set)(const GString&);
+    GString (GPathName::*get)() const;
+    void (*read)(const GString&, GString&);
+    void (*write)(const GString&, GString&);
+};
+
+/// Each row has a path in that form, what it is read as, and what that is written as.
+void ExpectForms(const Form& form, std::initializer_list<std::u16string_view> rows) {
+    for (const std::u16string_view row : rows) {
+        SCOPED_TRACE(Readable(row));
+        const auto [foreign, portable, back] = CellsOf<3>(row);
+        GPathName path = Path(u"before");
+        (path.*form.set)(Text(foreign));
+        EXPECT_EQ(Plain(path), portable);
+        EXPECT_EQ(Plain((path.*form.get)()), back);
+        GString text = Text(foreign);
+        form.read(text, text);
+        EXPECT_EQ(Plain(text), portable);
+        form.write(text, text);
+        EXPECT_EQ(Plain(text), back);
+    }
+}
+
+}  // namespace
+
+TEST(GPathNameConversions, ReadsAndWritesWin32Paths) {
+    const Form form = {&GPathName::SetWin32PathString, &GPathName::GetWin32PathString,
+                       GPathName::ConvertNativeToPortable, GPathName::ConvertPortableToNative};
+    ExpectForms(
+        form, {u"C:\\dir\\file.txt -> C:/dir/file.txt -> C:\\dir\\file.txt", u"\\\\?\\C:\\x -> C:/x -> C:\\x",
+               u"\\\\?\\UNC\\srv\\s\\x -> /srv/s/x -> \\srv\\s\\x", u"\\\\?\\unc\\srv -> unc/srv -> unc\\srv",
+               u"\\\\?\\UNC -> UNC -> UNC", u"\\\\?\\ ->  -> .", u"\\\\? -> //? -> \\\\?",
+               u"\\\\.\\pipe\\x -> //./pipe/x -> \\\\.\\pipe\\x",
+               u"\\\\srv\\share -> //srv/share -> \\\\srv\\share", u"C:/already -> C:/already -> C:\\already",
+               u"C:x -> C:x -> C:x", u" ->  -> .", u". -> . -> ."});
+}
+
+TEST(GPathNameConversions, HoldsTheNativeFormToBeWin32) {
+    GPathName path = GPathName::FromNative(Text(u"C:\\a"));
+    EXPECT_EQ(Plain(path), u"C:/a");
+    path.SetNativePathString(Text(u"\\\\srv\\b"));
+    EXPECT_EQ(Plain(path), u"//srv/b");
+    EXPECT_EQ(Plain(path.GetNativePathString()), u"\\\\srv\\b");
+    path.SetLegacyPlatformString(Text(u"c\\d"));
+    EXPECT_EQ(Plain(path), u"c/d");
+    EXPECT_EQ(Plain(path.GetLegacyPlatformString()), u"c\\d");
+    path.SetRootName(Text(u"\\\\srv"));
+    EXPECT_EQ(Plain(path), u"//srv");
+    path.SetRootPath(Text(u"C:\\"));
+    EXPECT_EQ(Plain(path), u"C:/");
+    path.SetCrossPlatformRootNameString(Text(u"Data:"));
+    EXPECT_EQ(Plain(path), u"Data:");
+    path.SetCrossPlatformRootPathString(Text(u"//srv/"));
+    EXPECT_EQ(Plain(path), u"//srv/");
+}
+
+TEST(GPathNameConversions, GivesTheSystemLongPathsLiterally) {
+    const std::tuple<const char*, std::u16string, std::u16string> rows[] = {
+        {"none", u"", u"."},
+        {"a short one", u"C:/x/y", u"C:\\x\\y"},
+        {"the longest plain one", u"C:/" + Repeated(u'x', 243), u"C:\\" + Repeated(u'x', 243)},
+        {"the shortest long one", u"C:/" + Repeated(u'x', 244), u"\\\\?\\C:\\" + Repeated(u'x', 244)},
+        {"the longest plain share", u"//s/" + Repeated(u'x', 242), u"\\\\s\\" + Repeated(u'x', 242)},
+        {"the shortest long share", u"//s/" + Repeated(u'x', 243), u"\\\\?\\UNC\\s\\" + Repeated(u'x', 243)},
+        {"a long share", u"//srv/s/" + Repeated(u'y', 292), u"\\\\?\\UNC\\srv\\s\\" + Repeated(u'y', 292)}};
+    for (const auto& [what, portable, api] : rows)
+        EXPECT_EQ(Plain(Path(portable).GetWin32APIPathString()), api) << what;
+}
+
+TEST(GPathNameConversions, KeepsBothSlashesOfUNCPaths) {
+    const Form form = {&GPathName::SetUNCPathString, &GPathName::GetUNCPathString,
+                       GPathName::ConvertUNCSpecToPortable, GPathName::ConvertPortableToUNCSpec};
+    ExpectForms(form, {u"\\\\srv\\share\\x -> //srv/share/x -> \\\\srv\\share\\x",
+                       u"\\\\srv -> //srv -> \\\\srv", u"\\\\?\\UNC\\srv\\s -> //srv/s -> \\\\srv\\s",
+                       u"\\\\?\\UNC\\ -> // -> \\\\", u"\\\\?\\C:\\x -> C:/x -> C:\\x", u" ->  -> ."});
+}
+
+TEST(GPathNameConversions, ReadsAndWritesDeviceIndependentPaths) {
+    const Form form = {&GPathName::SetDIPathString, &GPathName::GetDIPathString,
+                       GPathName::ConvertDISpecToPortable, GPathName::ConvertPortableToDISpec};
+    ExpectForms(form, {u"/C/Program Files/x -> C:/Program Files/x -> /C/Program Files/x", u"/C -> C: -> /C",
+                       u"/C/ -> C:/ -> /C/", u"/srv/share/x -> //srv/share/x -> /srv/share/x",
+                       u"//x -> /x -> //x", u"// -> /: -> //", u"///x -> /:/x -> ///x", u"/ -> // -> /",
+                       u"./ ->  -> ./", u"../ -> .. -> ../", u"a/b -> a/b -> a/b", u"../a -> ../a -> ../a",
+                       u"./a -> ./a -> ./a", u"Data: -> Data: -> Data:", u" ->  -> ./"});
+}
+
+TEST(GPathNameConversions, RefusesURLsAsDeviceIndependentPaths) {
+    GPathName path = Path(u"before");
+    for (const std::u16string_view url : {u"http://x/y", u"ftp://x"}) {
+        SCOPED_TRACE(Readable(url));
+        try {
+            path.SetDIPathString(Text(url));
+            ADD_FAILURE() << "was taken";
+        } catch (const GSimpleException& exception) {
+            EXPECT_EQ(exception.GetExceptionID(), 40090);
+        }
+        EXPECT_EQ(Plain(path), u"before");
+    }
+    for (const std::u16string_view other : {u"a/http://x", u"https://x", u"HTTP://x", u"http:/x"}) {
+        SCOPED_TRACE(Readable(other));
+        path.SetDIPathString(Text(other));
+        EXPECT_EQ(Plain(path), other);
+    }
+}
+
+TEST(GPathNameConversions, WritesURLs) {
+    ForEachRow<2>(
+        {u"C:/dir/a b.txt -> file:///C:/dir/a%20b.txt", u"//server/share/x -> file://server/share/x",
+         u"//a@b:80/c@d:e -> file://a%40b%3A80/c@d:e", u"//srv:x -> file://srv%3Ax",
+         u"/dir/x -> file:///dir/x", u"dir/x -> file:///dir/x", u" -> file:///",
+         u"C:/100%#?.txt -> file:///C:/100%25%23%3F.txt", u"/a%2Fb%00% -> file:///a%252Fb%2500%25",
+         u"/-._~!$&'()*+,;=:@azAZ09 -> file:///-._~!$&'()*+,;=:@azAZ09",
+         u"/[\"<>\\^`{|}] -> file:///%5B%22%3C%3E%5C%5E%60%7B%7C%7D%5D", u"/\x01\x7F -> file:///%01%7F",
+         u"/\u0080\u07FF -> file:///%C2%80%DF%BF", u"/\u0800\uFFFF -> file:///%E0%A0%80%EF%BF%BF",
+         u"/\U00010000\U0010FFFF -> file:///%F0%90%80%80%F4%8F%BF%BF",
+         u"/\xD800x\xDC00\xD801 -> file:///%EF%BF%BDx%EF%BF%BD%EF%BF%BD"},
+        [&](auto portable, auto url) { EXPECT_EQ(Plain(Path(portable).GetURLPathString()), url); });
+}
+
+TEST(GPathNameConversions, HangsVolumesUnderOneFolderForMachO) {
+    ForEachRow<3>(
+        {u"C:/x/y -> /Volumes/C/x/y -> C:/x/y", u"C:/ -> /Volumes/C -> C:/", u"C:x -> /Volumes/C/x -> C:/x",
+         u"Data: -> /Volumes/Data -> /Volumes/Data", u"/Volumes/Data/x -> /Volumes/Data/x -> /Volumes/Data/x",
+         u"/Volumes/ -> /Volumes/ -> /Volumes/", u"/Volumes//x -> /Volumes//x -> /Volumes//x",
+         u"/Users/x -> /Users/x -> /Users/x", u"//srv/x -> //srv/x -> //srv/x", u"a/b -> a/b -> a/b",
+         u" ->  -> "},
+        [&](auto portable, auto machO, auto back) {
+            EXPECT_EQ(Plain(Path(portable).GetMachOPathString()), machO);
+            GPathName path;
+            path.SetMachOPathString(Text(machO));
+            EXPECT_EQ(Plain(path), back);
+        });
+    EXPECT_EQ(Plain(Path(u"C:/x/y").GetMachOBranch()), u"/Volumes/C/x/");
+}
+
+TEST(GPathNameConversions, WritesAndReadsCFMPaths) {
+    ForEachRow<3>(
+        {u"/Volumes/Data/dir/file -> Data:dir:file -> /Volumes/Data/dir/file",
+         u"/Volumes/Data/dir/ -> Data:dir: -> /Volumes/Data/dir",
+         u"/Volumes/Data/../x -> Data::x -> /Volumes/Data/../x", u"/Volumes/Data -> Data: -> /Volumes/Data",
+         u"Data: -> Data: -> /Volumes/Data", u"//srv/x -> //srv/x -> //srv/x",
+         u"C:/dir/file -> C:dir:file -> C:/dir/file", u"C:/ -> C: -> C:/", u"file -> file -> file",
+         u"dir/ -> :dir: -> dir", u"../../x -> :::x -> ../../x", u"a/../b -> :a::b -> a/../b",
+         u".. -> :: -> ..", u"a/.. -> :a:: -> a/..", u". -> : -> ", u"./a/./b -> :a:b -> a/b",
+         u"d/a:b -> :d:a/b -> d/a:b", u" ->  -> "},
+        [&](auto portable, auto cfm, auto back) {
+            EXPECT_EQ(Plain(Path(portable).GetCFMPathString()), cfm);
+            GPathName path;
+            path.SetCFMPathString(Text(cfm));
+            EXPECT_EQ(Plain(path), back);
+        });
+    GPathName path;
+    path.SetCFMPathString(Text(u"ab/c"));
+    EXPECT_EQ(Plain(path), u"ab:c");
+    path.SetCFMPathString(Text(Repeated(u':', 5000)));
+    EXPECT_EQ(path.GetNumberOfComponents(), 4999);
+}
+
+TEST(GPathNameConversions, ConvertsATextIntoItself) {
+    const GPathName any;
+    GString text = Text(u"C:/dir\\x");
+    any.ConvertPortableToUNIX(text, text);
+    any.ConvertUNIXToPortable(text, text);
+    EXPECT_EQ(Plain(text), u"C:/dir\\x");
+    any.ConvertWin32ToPortable(text, text);
+    any.ConvertPortableToMachO(text, text);
+    EXPECT_EQ(Plain(text), u"/Volumes/C/dir/x");
+    any.ConvertMachOToPortable(text, text);
+    any.ConvertPortableToCFM(text, text);
+    EXPECT_EQ(Plain(text), u"C:dir:x");
+    any.ConvertCFMToPortable(text, text);
+    any.ConvertPortableToWin32(text, text);
+    EXPECT_EQ(Plain(text), u"C:\\dir\\x");
+}

@@ -1,0 +1,293 @@
+#include "framework/core/paths/GPathName.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "framework/core/errors/GException.h"
+#include "tests/core/TextForTests.h"
+
+namespace {
+
+GPathName Path(std::u16string_view portable) {
+    return GPathName(Text(portable));
+}
+
+std::u16string Plain(const GPathName& path) {
+    return Plain(path.GetPortablePath());
+}
+
+std::u16string Without(char16_t unit, std::u16string_view text) {
+    std::u16string result(text);
+    std::erase(result, unit);
+    return result;
+}
+
+template <class Call>
+long ThrownBy(Call call) {
+    try {
+        call();
+    } catch (const GSimpleException& exception) {
+        return exception.GetExceptionID();
+    }
+    return 0;
+}
+
+}  // namespace
+
+TEST(GPathName, TakesARootApart) {
+    for (const std::u16string_view row :
+         {u"||", u"||dir/file", u"||:", u"|/|", u"|/|dir", u"C:||", u"C:|/|", u"C:|/|dir/file", u"C:||file",
+          u"//server||", u"//server|/|", u"//server|/|share/x", u"Data:||", u"||Data:file", u"a/b:||",
+          u"|/|/", u"//|/|x", u"/:|/|", u"//.|/|pipe/x"}) {
+        SCOPED_TRACE(Readable(row));
+        const auto [rootName, rootDirectory, relative] = CellsOf<3>(row, u"|");
+        const GPathName path = Path(Without(u'|', row));
+        EXPECT_EQ(Plain(path.GetRootName()), rootName);
+        EXPECT_EQ(Plain(path.GetCrossPlatformRootNameString()), rootName);
+        EXPECT_EQ(Plain(path.GetRootDirectory()), rootDirectory);
+        EXPECT_EQ(path.HasRootDirectory(), !rootDirectory.empty());
+        EXPECT_EQ(Plain(path.GetRelativePath()), relative);
+        EXPECT_EQ(GPathName::GetStartPositionRelativePath(path.GetPortablePath()),
+                  static_cast<long>(rootName.size() + rootDirectory.size()));
+        EXPECT_EQ(Plain(path.GetRootPath()),
+                  Without(u'|', row).substr(0, rootName.size() + rootDirectory.size()));
+        // Two slashes promise the name of a host, even where it is missing.
+        const bool hasRootName = !rootName.empty() || row == u"|/|/";
+        EXPECT_EQ(path.HasRootName(), hasRootName);
+        EXPECT_EQ(path.IsRelative(), !hasRootName);
+        EXPECT_EQ(path.HasRootPath(), hasRootName || !rootDirectory.empty());
+    }
+    // Both a root name in whole and a path from the root.
+    const GPathName both = Path(u"/ab:");
+    EXPECT_EQ(Plain(both.GetRootName()), u"/ab:");
+    EXPECT_EQ(Plain(both.GetRootPath()), u"/ab:");
+    EXPECT_TRUE(both.HasRootDirectory());
+    EXPECT_EQ(Plain(both.GetRelativePath()), u"");
+}
+
+TEST(GPathName, TakesALeafApart) {
+    for (const std::u16string_view row :
+         {u"||", u"|file|", u"C:/dir/|file|.txt", u"/|x|", u"a/|b|", u"dir/||", u"C:||", u"C:|x|.y",
+          u"//srv||", u"//srv/|share|", u"Data:|file|", u"d.ir/|a:b|", u"|a.tar|.gz", u"d/||.foo", u"|a|.",
+          u"|.|", u"a/|..|", u"|..|."}) {
+        SCOPED_TRACE(Readable(row));
+        const auto [branch, stem, dotExtension] = CellsOf<3>(row, u"|");
+        const GPathName path = Path(Without(u'|', row));
+        const std::u16string leaf = std::u16string(stem) + std::u16string(dotExtension);
+        EXPECT_EQ(Plain(path.GetBranch()), branch);
+        EXPECT_EQ(path.HasBranch(), !branch.empty());
+        EXPECT_EQ(Plain(path.GetLeaf()), leaf);
+        EXPECT_EQ(path.HasLeaf(), !leaf.empty());
+        EXPECT_EQ(Plain(path.GetLeafWithoutExtension()), stem);
+        EXPECT_EQ(path.HasExtension(), !dotExtension.empty());
+        EXPECT_EQ(Plain(path.GetExtension()), dotExtension.substr(dotExtension.empty() ? 0 : 1));
+    }
+}
+
+TEST(GPathName, CountsComponentsAndCutsBehindThem) {
+    // A bar stands where a path is cut behind no component, one, two, ...
+    for (const std::u16string_view row :
+         {u"|", u"C:/|a|/b|/c|", u"|a|//b|/", u"//srv/|share|/x|", u"C:|", u"/|x|", u"//srv|"}) {
+        SCOPED_TRACE(Readable(row));
+        const GPathName path = Path(Without(u'|', row));
+        long count = -1;
+        for (std::size_t bar = row.find(u'|'); bar != row.npos; bar = row.find(u'|', bar + 1))
+            EXPECT_EQ(Plain(path.GetPartialPath(++count)), Without(u'|', row.substr(0, bar)));
+        EXPECT_EQ(path.GetNumberOfComponents(), count);
+        EXPECT_EQ(Plain(path.GetPartialPath(count + 1)), Without(u'|', row.substr(0, row.rfind(u'|'))));
+        EXPECT_EQ(Plain(path.GetPartialPath(-1)), row.substr(0, row.find(u'|')));
+    }
+}
+
+TEST(GPathName, AppendsBehindOneSlash) {
+    ForEachRow<3>({u"C:/a -> b -> C:/a/b", u"C:/a/ -> b -> C:/a/b", u" -> b -> b", u"a ->  -> a", u" ->  -> ",
+                   u"a -> /b -> a//b", u"C: -> x/y -> C:/x/y", u"a -> \U0001F600 -> a/\U0001F600"},
+                  [&](auto base, auto component, auto result) {
+                      GPathName path = Path(base);
+                      path.Append(Text(component));
+                      EXPECT_EQ(Plain(path), result);
+                      EXPECT_EQ(Plain(Path(base) / Path(component)), result);
+                      path = Path(base);
+                      EXPECT_EQ(Plain(path /= Path(component)), result);
+                  });
+    GPathName path = Path(u"a/b");
+    path.Append(path.GetPortablePath());
+    EXPECT_EQ(Plain(path), u"a/b/a/b");
+}
+
+TEST(GPathName, CombinesWithRelativePathsOnly) {
+    GPathName path = Path(u"C:/a");
+    for (const std::u16string_view other : {u"C:/b", u"C:", u"//srv/x", u"Data:"}) {
+        SCOPED_TRACE(Readable(other));
+        EXPECT_EQ(ThrownBy([&] { path /= Path(other); }), 40066);
+        EXPECT_EQ(ThrownBy([&] { path / Path(other); }), 40066);
+        EXPECT_EQ(Plain(path), u"C:/a");
+    }
+}
+
+TEST(GPathName, ReplacesTheLeafOrAPartOfIt) {
+    const auto replaced = [](void (GPathName::*replace)(const GString&), std::u16string_view row) {
+        const auto [text, part, result] = CellsOf<3>(row);
+        GPathName path = Path(text);
+        (path.*replace)(Text(part));
+        EXPECT_EQ(Plain(path), result) << Readable(row);
+    };
+    for (const std::u16string_view row :
+         {u"d/a.txt -> b.c -> d/b.c", u"d/a.txt ->  -> d/", u"d/ -> b -> d/b", u"d/.. -> b -> d/b",
+          u"C: -> b -> C:b", u"//srv -> b -> //srv/b", u"//srv/ -> b -> //srv/b", u" -> b -> b"})
+        replaced(&GPathName::ReplaceLeaf, row);
+    for (const std::u16string_view row :
+         {u"d/a.txt -> b.c -> d/b.c.txt", u"d/a.txt ->  -> d/.txt", u"d.x/a -> b -> d.x/b",
+          u"a.tar.gz -> b -> b.gz", u"d/ -> b -> d/b", u"//srv -> b -> //srv/b", u" -> b -> b"})
+        replaced(&GPathName::ReplaceLeafWithoutExtension, row);
+    for (const std::u16string_view row :
+         {u"d/a.txt -> ps -> d/a.ps", u"d/a.txt -> .ps -> d/a.ps", u"d/a.txt ->  -> d/a",
+          u"d.x/a -> ps -> d.x/a.ps", u"a.tar.gz -> ps -> a.tar.ps", u"d/ -> ps -> d/",
+          u"d/.. -> ps -> d/...ps", u"C: -> ps -> C:", u"//srv -> ps -> //srv", u" -> ps -> "})
+        replaced(&GPathName::ReplaceExtension, row);
+}
+
+TEST(GPathName, NormalizesAsText) {
+    const auto normalized = [](std::u16string_view text) {
+        GPathName path = Path(text);
+        path.Normalize();
+        EXPECT_EQ(Plain(path.GetNormalizedPortablePathFrom(Text(text))), Plain(path));
+        return Plain(path);
+    };
+    ForEachRow<2>({u"C:/a/./b/../c -> C:/a/c", u"a/.. -> ", u"a/../.. -> ..", u"a/b/../../../c -> ../c",
+                   u"C:/. -> C:/", u"./ -> ", u"a/./ -> a/", u"a/b/.. -> a", u"a/b/../ -> a/",
+                   u"//srv/share/../x -> //srv/x", u"a/.../.. -> a", u"..a/.. -> ", u"C:a/../b -> C:b",
+                   u"a/..//b -> /b", u"/.//b -> //b", u"./C:./b -> C:./b", u"\u00E9/\U0001F600/.. -> \u00E9"},
+                  [&](auto text, auto result) { EXPECT_EQ(normalized(text), result); });
+    for (const std::u16string_view text : {u"", u"../x", u"../../x", u"a//../b", u"C:/../a", u"//srv/.."})
+        EXPECT_EQ(normalized(text), text) << Readable(text);
+    std::u16string deep = u"C:";
+    for (int i = 0; i < 20000; ++i) deep += u"/d";
+    for (int i = 0; i < 19999; ++i) deep += u"/..";
+    EXPECT_EQ(normalized(deep), u"C:/d");
+}
+
+TEST(GPathName, FindsTheWayFromABase) {
+    ForEachRow<3>({u"C:/a/b -> C:/a/c -> ../b", u"C:/a/b -> C:/a/ -> b", u"C:/A/b -> c:/a/C/d -> ../../b",
+                   u"C:/a -> C:/a -> ", u"C:/a -> C:/a/b/c -> ../..", u"C:/a/b -> C:/ab -> ../a/b",
+                   u"C:/a -> D:/a -> C:/a", u"C:/a -> C:a -> C:/a", u"C:/a -> a -> C:/a",
+                   u"//srv/s/x -> //SRV/s/y/z -> ../../x", u"//srv/s/x -> //other/s -> //srv/s/x",
+                   u"a/b -> a/c -> ../b", u"x -> ../y -> x", u"../x -> y -> ../../x",
+                   u"C:/a/./b/../c -> C:/a/d/.. -> c", u"C:/a/D:/x -> C:/a -> C:/a/D:/x",
+                   u"C:/a/D:/x -> C:/b -> ../a/D:/x", u"C:/a/Data: -> C:/a -> C:/a/Data:", u" ->  -> "},
+                  [&](auto path, auto base, auto way) {
+                      EXPECT_EQ(Plain(Path(path).GetRelativePathFrom(Path(base))), way);
+                  });
+}
+
+TEST(GPathName, StartsWithWholeComponents) {
+    const auto startsWith = [](std::u16string_view row) {
+        const auto [path, start] = CellsOf<2>(row);
+        return Path(path).StartsWith(Path(start));
+    };
+    for (const std::u16string_view row :
+         {u"C:/dir/x -> c:/DIR", u"C:/dir/x -> C:/dir/", u"C:/dir -> C:/", u"C:/dir -> C:", u"C:dir -> C:",
+          u"a/b -> a", u"/a -> /", u"//srv/share -> //srv", u" -> ", u"\u00C4/x -> \u00E4"})
+        EXPECT_TRUE(startsWith(row)) << Readable(row);
+    for (const std::u16string_view row :
+         {u"C:/dir/x -> C:/di", u"C:/dir -> C:/dir/x", u"C:dir -> C:/", u"/a/b -> a", u"a/b -> /a", u"a -> /",
+          u"//server/x -> //srv", u"//srv/share -> /"})
+        EXPECT_FALSE(startsWith(row)) << Readable(row);
+}
+
+TEST(GPathName, ComparesWithoutRegardToCase) {
+    ForEachRow<2>({u"c:/Dir/A.txt -> C:/dir/a.TXT", u"\u00C4 -> \u00E4", u" -> "}, [&](auto a, auto b) {
+        EXPECT_TRUE(Path(a) == Path(b));
+        EXPECT_FALSE(Path(a) != Path(b));
+        EXPECT_EQ(Path(a).GetHash(), Path(b).GetHash());
+    });
+    ForEachRow<2>({u"a -> b", u"a -> a/", u"a -> ", u"C:/a -> C:\\a"}, [&](auto a, auto b) {
+        EXPECT_FALSE(Path(a) == Path(b));
+        EXPECT_TRUE(Path(a) != Path(b));
+        EXPECT_NE(Path(a).GetHash(), Path(b).GetHash());
+    });
+}
+
+TEST(GPathName, HashesAsItsTextInSmallLetters) {
+    std::u16string upper;
+    std::u16string lower;
+    for (int i = 0; i < 520; ++i) {
+        SCOPED_TRACE(i);
+        const GPathName path = Path(upper);
+        ASSERT_EQ(path.GetHash(), Text(lower).GetHash());
+        ASSERT_EQ(Plain(path), upper);
+        upper += static_cast<char16_t>(u'A' + i % 26);
+        lower += static_cast<char16_t>(u'a' + i % 26);
+    }
+}
+
+/// A path that takes no "x", and shouts when it is written for the system.
+class ParticularPath : public GPathName {
+public:
+    void SetCrossPlatformString(const GString& portable) override {
+        if (portable.FindFirst('x') >= 0) throw GSimpleException(GExceptionID::cInvalidPath);
+        GPathName::SetCrossPlatformString(portable);
+    }
+    void ConvertPortableToWin32(const GString& portable, GString& win32) const override {
+        GPathName::ConvertPortableToWin32(portable, win32);
+        win32.ToUpper();
+    }
+    void ConvertWin32ToPortable(const GString& win32, GString& portable) const override {
+        GPathName::ConvertWin32ToPortable(win32, portable);
+        portable.ToLower();
+    }
+};
+
+TEST(GPathName, LeavesRulesToADerivedClass) {
+    ParticularPath path;
+    path.SetWin32PathString(Text(u"C:\\ABC"));
+    EXPECT_EQ(Plain(path), u"c:/abc");
+    EXPECT_EQ(ThrownBy([&] { path.Append(Text(u"x")); }), 40068);
+    EXPECT_EQ(Plain(path), u"c:/abc");
+    EXPECT_EQ(Plain(path.GetWin32APIPathString()), u"C:\\ABC");
+    path.Append(Text(std::u16string(239, u'y')));
+    EXPECT_EQ(Plain(path.GetWin32APIPathString()), u"C:\\ABC\\" + std::u16string(239, u'Y'));
+    path.Append(Text(u"z"));
+    EXPECT_EQ(Plain(path.GetWin32APIPathString()), u"\\\\?\\C:\\ABC\\" + std::u16string(239, u'Y') + u"\\Z");
+}
+
+TEST(GPathName, TakesTextOfAnyEncoding) {
+    const std::string ascii(300, 'x');
+    const std::u16string units(300, u'x');
+    for (const GString& text : {GString("c.d"), GString::FromUTF8("c.d"), Text(u"c.d")}) {
+        GPathName path(text);
+        EXPECT_EQ(Plain(path), u"c.d");
+        path.SetPortablePath(GString("C:/a"));
+        path /= GPathName(text);
+        path.Append(text);
+        EXPECT_EQ(Plain(path), u"C:/a/c.d/c.d");
+        path.SetPortablePath(text);
+        path.Append(GString(ascii.c_str()));
+        EXPECT_EQ(Plain(path), u"c.d/" + units);
+    }
+    EXPECT_EQ(Plain(GPathName(GString::FromUTF8("\xC3\xA9/x"))), u"\u00E9/x");
+    EXPECT_EQ(Plain(GPathName(GString("\xFF/x"))), u"@/x");
+}
+
+TEST(GPathName, IsAValue) {
+    GPathName path = Path(u"C:/a");
+    GPathName copy = path;
+    copy.Append(Text(u"b"));
+    EXPECT_EQ(Plain(path), u"C:/a");
+    path.Clear();
+    EXPECT_TRUE(path.IsEmpty());
+    EXPECT_EQ(Plain(copy), u"C:/a/b");
+    EXPECT_TRUE(GPathName::cEmptyPathName.IsEmpty());
+}
+
+TEST(GPathName, ChecksPortableText) {
+    for (const std::u16string_view good : {u"", u"C:/a", u"a:b|c?"}) {
+        SCOPED_TRACE(Readable(good));
+        EXPECT_EQ(ThrownBy([&] { GPathName::CheckCrossPlatformString(Text(good)); }), 0);
+    }
+    for (const std::u16string_view bad : {std::u16string_view(u"a\\b"), std::u16string_view(u"a\0b", 3)}) {
+        SCOPED_TRACE(Readable(bad));
+        EXPECT_EQ(ThrownBy([&] { GPathName::CheckCrossPlatformString(Text(bad)); }), 40068);
+    }
+}

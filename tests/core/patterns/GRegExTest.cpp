@@ -1,0 +1,91 @@
+#include "framework/core/patterns/GRegEx.h"
+
+#include <gtest/gtest.h>
+
+#include <tuple>
+
+#include "framework/core/errors/GException.h"
+#include "tests/core/TextForTests.h"
+
+namespace {
+
+TEST(GRegEx, MatchesWholeTexts) {
+    // Case and classes know more than ASCII, ranges go by code, a surrogate pair is two characters.
+    ForEachRow<2>(
+        {u" -> ", u"(?i)\u00E4\u0436 -> \u00C4\u0416", u"(?i)[\u0430-\u044F]+ -> \u0416\u0410",
+         u"\\w+ -> Gr\u00FC\u00DFe_1", u"\\d -> \u0661", u"\\s+ ->  \t\r\n\u00A0\u3000",
+         u"[[:upper:]][[:lower:]][[:digit:]][[:punct:]][[:xdigit:]] -> Ab1!f", u"\\x{20AC} -> \u20AC",
+         u".. -> \xD83D\xDE00", u"(a+)-\\1 -> aa-aa", u"(cat|dog){2}s? -> catdogs"},
+        [&](auto expression, auto text) { EXPECT_TRUE(GRegEx(Text(expression)).Matches(Text(text))); });
+    ForEachRow<2>(
+        {u"abc -> abcd", u"abc -> aBc", u"[a-z] -> \u00E9", u"\\w -> -", u"\\S ->  "},
+        [&](auto expression, auto text) { EXPECT_FALSE(GRegEx(Text(expression)).Matches(Text(text))); });
+    EXPECT_TRUE(GRegEx(GString("abc"), true).Matches(GString("aBc")));
+}
+
+TEST(GRegEx, FindsTheFirstMatchFromAPositionOn) {
+    const GRange none(7, 8);  // what the call leaves as it was
+    const std::tuple<const char*, const char*, const char*, long, GRange> rows[] = {
+        {"from before the start", "\\d+", "a12b345c", -5, {1, 2}},
+        {"where the search starts", "\\d+", "a12b345c", 1, {1, 2}},
+        {"the rest of a match", "\\d+", "a12b345c", 2, {2, 2}},
+        {"the next", "\\d+", "a12b345c", 3, {4, 6}},
+        {"beyond the last", "\\d+", "a12b345c", 7, none},
+        {"beyond the end", "\\d+", "a12b345c", 0x7FFFFFFF, none},
+        {"what stands before counts for a word's start", "\\bcat", "concat", 3, none},
+        {"and for the text's", "\\Aa", "aa", 1, none},
+        {"inside a word", "cat", "concat", 3, {3, 5}},
+        {"nothing, at a position", "x*", "ab", 1, {1, 0}}};
+    for (const auto& [what, expression, text, start, expected] : rows) {
+        SCOPED_TRACE(what);
+        GRange match = none;
+        EXPECT_EQ(GRegEx(GString(expression)).Find(GString(text), start, match), !(expected == none));
+        EXPECT_EQ(match.GetFirst(), expected.GetFirst());
+        EXPECT_EQ(match.GetLast(), expected.GetLast());
+    }
+}
+
+TEST(GRegEx, GivesTheTextsOfGroups) {
+    const GRegEx expression(GString("(\\w+)=(\\d+)?(;)?"));
+    EXPECT_EQ(expression.GetGroupCount(), 3);
+    const std::pair<const char*, const char*> rows[] = {
+        {"  key=42;", "key=42;,key,42,;"}, {"key=", "key=,key,,"}, {"none", "old"}};
+    for (const auto& [text, expected] : rows) {
+        GRange match;
+        GTable<GString> groups{GString("old")};
+        std::string joined;
+        expression.Find(GString(text), 0, match, groups);
+        for (const GString& group : groups) {
+            if (!joined.empty()) joined += ',';
+            joined += BytesOf(group.GetBuffer(group.GetEncoding()));
+        }
+        std::erase(joined, '\0');
+        EXPECT_EQ(joined, expected);
+    }
+}
+
+TEST(GRegEx, ReplacesAllMatches) {
+    ForEachRow<4>({u"b -> abcb -> - -> a-c-", u"[aeiou] -> education ->  -> dctn",
+                   u"(\\w+) (\\w+) -> one two -> $2 $1 -> two one", u"(a)(b) -> ab -> \\2\\1 -> ba",
+                   u"b+ -> abbc -> <$&> -> a<bb>c", u"x* -> ab -> - -> -a-b-"},
+                  [&](auto expression, auto text, auto with, auto result) {
+                      EXPECT_EQ(Plain(GRegEx(Text(expression)).Replace(Text(text), Text(with))), result);
+                  });
+}
+
+TEST(GRegEx, RefusesWhatIsMalformedOrTooDeepAndGivesUpWhatWouldTakeForEver) {
+    const std::string deep = std::string(100000, '(') + std::string(100000, ')');
+    for (const char* expression : {"(", "[a", "a{2,1}", "*a", "(?<", "[[:nosuch:]]", "\\", deep.c_str()})
+        EXPECT_THROW(GRegEx{GString(expression)}, GCustomException) << std::string(expression, 0, 20);
+    const GRegEx slow(GString("(a|aa|a?)+$"));
+    EXPECT_THROW(slow.Matches(GString((std::string(240, 'a') + "b").c_str())), GCustomException);
+}
+
+TEST(GRegEx, CanBeMoved) {
+    GRegEx first(GString("a+"));
+    const GRegEx second(std::move(first));
+    first = GRegEx(GString("b"));
+    EXPECT_TRUE(second.Matches(GString("aaa")) && first.Matches(GString("b")));
+}
+
+}  // namespace

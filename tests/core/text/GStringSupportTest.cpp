@@ -1,0 +1,273 @@
+#include "framework/core/text/GStringSupport.h"
+
+#include <random>
+#include <tuple>
+
+#include "tests/core/encodings/EncodingForTests.h"
+
+namespace {
+
+using namespace std::string_literals;
+using namespace std::string_view_literals;
+
+using Units = std::vector<std::u16string>;
+
+Units Plain(const GTable<GString>& texts) {
+    Units result;
+    for (const GString& text : texts) result.push_back(Plain(text));
+    return result;
+}
+
+// The definition, word for word, by the strings' own operations.
+bool ReferenceLess(const GString& a, const GString& b) {
+    const unsigned short digits[] = {'0', '1', '2', '3', '4', '5', '6', '7', '8', '9'};
+    const long first = a.FindFirst(digits, 10, 0);
+    if (first < 0 || first != b.FindFirst(digits, 10, 0)) return a < b;
+    if (a.GetSubstring(0, first) != b.GetSubstring(0, first)) return a < b;
+    const GString restA = a.GetSubstring(first, -1);
+    const GString restB = b.GetSubstring(first, -1);
+    if (restA.GetInt32() != restB.GetInt32()) return restA.GetInt32() < restB.GetInt32();
+    const long endA = restA.FindFirstNot(digits, 10, 0);
+    const long endB = restB.FindFirstNot(digits, 10, 0);
+    return ReferenceLess(endA < 0 ? GString() : restA.GetSubstring(endA, -1),
+                         endB < 0 ? GString() : restB.GetSubstring(endB, -1));
+}
+
+TEST(GStringSupport, NaturalOrder) {
+    // By value, leading zeros do not count, other digits are letters, rests by their low bytes first.
+    ForEachRow<2>({u"page 9 of 10 -> page 10 of 2", u"a007b -> a7c", u"7 -> 7a", u"a1 -> ab", u"a -> a1",
+                   u"1\u0100 -> 1\u00FF", u"n2147483646 -> n2147483647", u"9 -> \u0661",
+                   u"abcdefghijklmnopqrst 9 -> abcdefghijklmnopqrst 10"},
+                  [&](auto less, auto more) {
+                      EXPECT_TRUE(GStringSupport::IsLessThanAlphanumeric(Text(less), Text(more)));
+                      EXPECT_FALSE(GStringSupport::IsLessThanAlphanumeric(Text(more), Text(less)));
+                  });
+    // Numbers beyond 32 bits count as the largest.
+    ForEachRow<2>({u"", u"a007 -> a7", u"n2147483647 -> n99999999999999999999"}, [&](auto a, auto b) {
+        EXPECT_FALSE(GStringSupport::IsLessThanAlphanumeric(Text(a), Text(b)));
+        EXPECT_FALSE(GStringSupport::IsLessThanAlphanumeric(Text(b), Text(a)));
+    });
+}
+
+TEST(GStringSupport, NaturalOrderOfAMillionNumbersNeedsNoDeepStack) {
+    std::u16string text;
+    for (int i = 0; i < 1000000; ++i) text += u"7.";
+    EXPECT_TRUE(GStringSupport::IsLessThanAlphanumeric(Text(text + u"9"), Text(text + u"10")));
+}
+
+TEST(GStringSupport, NaturalOrderAgreesWithItsDefinition) {
+    std::mt19937 random(4711);
+    const std::u16string_view units = u"0019ab\u0130\u3031.";
+    const auto make = [&] {
+        std::u16string text(random() % 4 * (random() % 7), u'p');
+        for (std::size_t i = random() % 8; i > 0; --i) text += units[random() % units.size()];
+        return Text(text);
+    };
+    for (int i = 0; i < 50000; ++i) {
+        const GString a = make();
+        const GString b = make();
+        ASSERT_EQ(GStringSupport::IsLessThanAlphanumeric(a, b), ReferenceLess(a, b))
+            << testing::PrintToString(Plain(a)) << testing::PrintToString(Plain(b));
+    }
+}
+
+TEST(GStringSupport, ComparesForTheUserAndIgnoringCase) {
+    const std::tuple<GString, GString, long, long> rows[] = {
+        {GString("abc"), Text(u"abc"), 0, 0},   {GString("abc"), Text(u"abd"), -1, -1},
+        {GString("abd"), GString("abc"), 1, 1}, {GString("ab"), GString("abc"), -1, -1},
+        {GString("ABC"), Text(u"abc"), 2, 0},   {Text(u"\u00C4\u0416"), Text(u"\u00E4\u0436"), 2, 0},
+        {GString(), GString(""), 0, 0},         {GString(), GString("a"), -1, -1}};
+    for (const auto& [a, b, order, ignoringCase] : rows) {
+        SCOPED_TRACE(testing::PrintToString(Plain(a)));
+        // How the cases of a letter are ordered is the user's.
+        const long userOrder = GStringSupport::Compare(a, b, true);
+        EXPECT_TRUE(order == 2 ? userOrder != 0 : userOrder == order);
+        EXPECT_EQ(GStringSupport::Compare(a, b, false), ignoringCase);
+        EXPECT_EQ(GStringSupport::IsEqualIgnoreCase(a, b), ignoringCase == 0);
+    }
+}
+
+TEST(GStringSupport, IncreasesNumericSuffixes) {
+    const auto expect = [](unsigned long maxLength, std::initializer_list<std::string_view> rows) {
+        for (const std::string_view row : rows) {
+            const auto [before, after] = CellsOf<2>(row);
+            GString text(std::string(before).c_str());
+            GStringSupport::IncreaseNumericSuffix(text, maxLength);
+            EXPECT_EQ(Plain(text), std::u16string(after.begin(), after.end())) << row;
+        }
+    };
+    expect(0, {"Report -> Report (2)", "Report (2) -> Report (3)", "Report (9) -> Report (10)",
+               "Report (x) -> Report (x) (2)", "Report (02) -> Report (02) (2)", "Report () -> Report () (2)",
+               "Report ((2) -> Report ((3)", "(2) -> (2) (2)", "a(2) -> a(3)", " ->  (2)",
+               "Report (2147483647) -> Report (2147483648)",
+               "Report (9223372036854775807) -> Report (9223372036854775807) (2)"});
+    expect(3, {"Report ->  (2)"});
+    expect(8, {"Report (9) -> Repo(10)"});
+    expect(9, {"Report -> Repor (2)"});
+    expect(10, {"Report (9) -> Report(10)"});
+    expect(0xFFFFFFFF, {"a -> a (2)"});
+}
+
+TEST(GStringSupport, StripsWhiteSpace) {
+    for (const std::u16string_view row : {u" \t\b\v\r\na b \n|a b \n| \t\b\v\r\na b", u"\f a|\f a|\f a",
+                                          u"\u00A0a|\u00A0a|\u00A0a", u"  ", u""}) {
+        const auto [before, leading, trailing] = CellsOf<3>(row, u"|");
+        GString text = Text(before);
+        EXPECT_EQ(Plain(GStringSupport::StripLeadingWhiteSpace(text)), leading);
+        text = Text(before);
+        EXPECT_EQ(Plain(GStringSupport::StripTrailingWhiteSpace(text)), trailing);
+    }
+}
+
+// What is escaped is the buffer's.
+TEST(GStringSupport, EscapesAndQuotes) {
+    GString text("\r\n\tC:\\ \"it's\"");
+    GStringSupport::QuoteString(text);
+    EXPECT_TRUE(text == GString("\"\\n\\tC:\\\\ \\\"it's\\\"\""));
+    text.Set("a\r\nb\n\rc\nd");
+    GStringSupport::ReplaceSpecialEndCharsWithDefaultChar(text);
+    EXPECT_TRUE(text == GString("a@b@c@d"));
+}
+
+TEST(GStringSupport, SplitsAtWholeSeparators) {
+    const std::tuple<const char*, GString, Units, Units> rows[] = {
+        {"a,,b,", GString(","), {u"a", u"b"}, {u"a", u"", u"b", u""}},
+        {",a", GString(","), {u"a"}, {u"", u"a"}},
+        {"", GString(","), {}, {u""}},
+        {"a, b,c", GString(", "), {u"a", u"b,c"}, {u"a", u"b,c"}},
+        {"aaa", GString("aa"), {u"a"}, {u"", u"a"}},
+        {"abc", GString(""), {u"abc"}, {u"abc"}},
+        {"abc", GString::FromUTF8("\xFF"), {u"abc"}, {u"abc"}}  // bytes, but no text
+    };
+    for (const auto& [text, separator, dropped, kept] : rows) {
+        SCOPED_TRACE(text);
+        GTable<GString> out{GString("old")};
+        GStringSupport::SeparatedStringToStringTable(GString(text), separator, out, false);
+        EXPECT_EQ(Plain(out), dropped);
+        GStringSupport::SeparatedStringToStringTable(GString(text), separator, out, true);
+        EXPECT_EQ(Plain(out), kept);
+    }
+    GTable<GString> own{GString("a;b")};
+    GStringSupport::SeparatedStringToStringTable(own[0], GString(";"), own, true);
+    EXPECT_EQ(Plain(own), (Units{u"a", u"b"})) << "the text may stand in the table";
+}
+
+TEST(GStringSupport, JoinsWithSeparatorsAndReplacesInOrder) {
+    GString out("old");
+    GStringSupport::StringTableToSeparatedString({}, GString(","), out);
+    EXPECT_TRUE(out.IsEmpty());
+    GStringSupport::StringTableToSeparatedString({GString("a"), GString(), GString("b")}, GString(", "), out);
+    EXPECT_TRUE(out == GString("a, , b"));
+    GStringSupport::SearchAndReplace(
+        out, {{GString("a"), GString("b")}, {GString("b"), GString("c")}, {GString(""), GString("x")}});
+    EXPECT_TRUE(out == GString("c, , c"));
+}
+
+TEST(GStringSupport, ChoosesAnEncoding) {
+    const GEncoding *ascii = ASCII(), *winAnsi = WinAnsi(), *macRoman = MacRoman(), *utf8 = UTF8();
+    const GTable<const GEncoding*> forText{ascii, winAnsi}, forBytes{ascii, utf8, winAnsi, macRoman};
+    const GTable<const GEncoding*> apple{nullptr, macRoman, winAnsi}, plain{ascii}, none;
+    const std::tuple<GTable<const GEncoding*>, const char16_t*, const char*, const GEncoding*> texts[] = {
+        {forText, u"abc", "abc", ascii},
+        {forText, u"\u20AC", "\x80", winAnsi},
+        {forText, u"\u4E00", "\xE4\xB8\x80", utf8},
+        {apple, u"\u00E4", "\x8A", macRoman},
+        {plain, u"\u00E4", "\xC3\xA4", utf8},
+        {none, u"a", "a", utf8}};
+    for (const auto& [candidates, text, bytes, encoding] : texts) {
+        GBuffer out;
+        EXPECT_EQ(GStringSupport::GetBuffer(Text(text), out, candidates), encoding) << bytes;
+        EXPECT_EQ(out, bytes);
+        EXPECT_TRUE(!(candidates == forText) || GStringSupport::GetBuffer(Text(text), out) == encoding);
+    }
+    const std::tuple<GTable<const GEncoding*>, const char*, const char16_t*, const GEncoding*> buffers[] = {
+        {forBytes, "", u"", ascii},
+        {forBytes, "abc", u"abc", ascii},
+        {forBytes, "\xC3\xA4", u"\u00E4", utf8},
+        {forBytes, "\xE4", u"\u00E4", winAnsi},
+        {forBytes, "\xE4\x81", u"\u2030\u00C5", macRoman},  // a code that WinAnsi lacks
+        {forBytes, "\x81\xF0", u"\u00C5@", macRoman},       // none fits: the last
+        {apple, "\xE4", u"\u2030", macRoman},
+        {none, "abc", u"", nullptr}};
+    for (const auto& [candidates, bytes, units, encoding] : buffers) {
+        GString text("old");
+        EXPECT_EQ(GStringSupport::AssignEncoding(GBuffer(bytes), text, candidates), encoding) << bytes;
+        EXPECT_EQ(text.GetEncoding(), encoding);
+        EXPECT_EQ(Plain(text), units);
+        EXPECT_TRUE(!(candidates == forBytes) ||
+                    GStringSupport::AssignEncoding(GBuffer(bytes), text) == encoding);
+    }
+}
+
+TEST(GStringSupport, EmailAddresses) {
+    const std::u16string label63(63, u'a');
+    const std::u16string domain253 =
+        label63 + u"." + label63 + u"." + label63 + u"." + std::u16string(61, u'a');
+    const std::u16string local64(64, u'x');
+    const auto listOf = [](const std::u16string& texts) {
+        GTable<GString> list;
+        GStringSupport::SeparatedStringToStringTable(Text(texts), GString("|"), list, true);
+        return list;
+    };
+    const std::u16string possible =
+        u"a@b.de|first.last+tag@mail.example.com|o'neil@example.co.uk|a@x-y.com|a@1.2.com|"
+        u"j\u00FCrgen@b\u00FCcher.de|" +
+        local64 + u"@example.com|a@" + label63 + u".com|a@" + domain253;
+    const std::u16string impossible =
+        u"|@|a|@b.de|a@|a@b|a@b@c.de|a b@c.de|.a@b.de|a.@b.de|a..b@c.de|a@.de|a@b.|a@b..de|a@-b.de|a@b-.de|"
+        u"a@b_c.de|a@127.0.0.1|a@b.de |\"a\"@b.de|a@b\u3002de|a\0@b.de|\xD83D@b.de|"s +
+        local64 + u"x@example.com|a@" + label63 + u"a.com|a@" + domain253 + u"a";
+    for (const GString& text : listOf(possible))
+        EXPECT_TRUE(GStringSupport::IsPossibleEmailAddress(text)) << testing::PrintToString(Plain(text));
+    for (const GString& text : listOf(impossible))
+        EXPECT_FALSE(GStringSupport::IsPossibleEmailAddress(text)) << testing::PrintToString(Plain(text));
+}
+
+TEST(GStringSupport, UnicodeRangesRiseAndDoNotOverlap) {
+    const auto range = [](int specifier) {
+        return GStringSupport::GetUnicodeRange(static_cast<GStringSupport::RangeSpecifier>(specifier));
+    };
+    long last = -1;
+    for (int i = GStringSupport::cBasicLatin; i <= GStringSupport::cHalfwidthAndFullwidthForms; ++i) {
+        EXPECT_GT(range(i).GetFirst(), last) << i;
+        EXPECT_FALSE(range(i).IsEmpty()) << i;
+        last = range(i).GetLast();
+    }
+    EXPECT_TRUE(range(GStringSupport::cBasicLatin) == GRange(0, 0x7F));
+    EXPECT_TRUE(range(GStringSupport::cCyrillic) == GRange(0x400, 0x4FF));
+    EXPECT_TRUE(range(GStringSupport::cHalfwidthAndFullwidthForms) == GRange(0xFF00, 0xFFEF));
+    EXPECT_TRUE(range(31).IsEmpty());
+}
+
+TEST(GStringSupport, ScramblingCanBeUndoneAndIsTheSameEverywhere) {
+    for (const std::u16string_view units : {u""sv, u"p"sv, u"secret"sv, u"\0\uFFFF\xD83D e\u0301"sv}) {
+        GString text;
+        for (const char16_t unit : units) text += static_cast<unsigned short>(unit);
+        GStringSupport::Scramble(text);
+        EXPECT_EQ(text.IsEmpty(), units.empty());
+        EXPECT_EQ(text.Find(GString("secret")), -1);
+        for (long i = 0; i < text.GetLength(); ++i) EXPECT_TRUE(text[i] > ' ' && text[i] < 0x7F);
+        EXPECT_TRUE(GStringSupport::DeScramble(text));
+        EXPECT_EQ(Plain(text), units);
+    }
+    GString text("Ab");
+    GStringSupport::Scramble(text);
+    EXPECT_EQ(Plain(text), u"$1$5B82431202EB");
+}
+
+TEST(GStringSupport, OnlyScrambledTextsAreUndone) {
+    const std::u16string units = u"$1$5B82431202EB";
+    Units broken{u"plain text"};
+    for (std::size_t i = 0; i < units.size(); ++i) {
+        if (i > 0) broken.push_back(units.substr(0, i));
+        broken.push_back(units);
+        broken.back()[i] = units[i] == u'0' ? u'1' : u'0';
+    }
+    for (const std::u16string& each : broken) {
+        GString text = Text(each);
+        EXPECT_FALSE(GStringSupport::DeScramble(text)) << testing::PrintToString(each);
+        EXPECT_EQ(Plain(text), each);
+    }
+}
+
+}  // namespace

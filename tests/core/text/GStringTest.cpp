@@ -1,0 +1,453 @@
+#include "framework/core/text/GString.h"
+
+#include <algorithm>
+#include <functional>
+#include <limits>
+#include <random>
+#include <tuple>
+#include <vector>
+
+#include "framework/core/containers/GTable.h"
+#include "framework/core/errors/GException.h"
+#include "framework/core/text/GStringSupport.h"
+#include "tests/core/encodings/EncodingForTests.h"
+
+namespace {
+
+using namespace std::string_literals;
+using namespace std::string_view_literals;
+
+std::string NameOf(const GString& text) {
+    return BytesOf(text.GetEncodingName());
+}
+
+// A text over memory that is not its own.
+GString Borrowed(const unsigned char* bytes, long length, long arraySize) {
+    GBuffer borrowed;
+    borrowed.SetFromStatic(bytes, length, arraySize);
+    return GString(borrowed, Unicode(), true);
+}
+
+TEST(GString, EveryWayOfMakingOneSetsBytesAndEncoding) {
+    const GBuffer bytes = BufferOf("a\xE9"sv);
+    const auto* raw = reinterpret_cast<const unsigned char*>("a\xE9z");
+    const char* const null = nullptr;
+    const unsigned short units[] = {'e', 0x0301, 'x'};
+    const std::tuple<const char*, GString, std::string, const char*> rows[] = {
+        {"nothing", GString(), "", "NULL"},
+        {"a literal", GString("ab"), "ab", "ASCIIEncoding"},
+        {"a null pointer", GString(null), "", "ASCIIEncoding"},
+        {"a text in an encoding", GString("a\xE9", WinAnsi()), "a\xE9", "WinAnsiEncoding"},
+        {"a null pointer in an encoding", GString(null, WinAnsi()), "", "WinAnsiEncoding"},
+        {"a text without encoding", GString("ab", nullptr), "", "NULL"},
+        {"a text of units", GString(reinterpret_cast<const char*>(u"a"), Unicode()), "a\0"s,
+         "UnicodeEncoding"},
+        {"bytes in an encoding", GString(raw, 2, WinAnsi()), "a\xE9", "WinAnsiEncoding"},
+        {"bytes of negative length", GString(raw, -1, WinAnsi()), "", "WinAnsiEncoding"},
+        {"null bytes", GString(nullptr, 5, WinAnsi()), "", "WinAnsiEncoding"},
+        {"a buffer in an encoding", GString(bytes, WinAnsi()), "a\xE9", "WinAnsiEncoding"},
+        {"a buffer, at once UTF-16", GString(bytes, WinAnsi(), false), "a\0\xE9\0"s, "UnicodeEncoding"},
+        {"UTF-8", GString::FromUTF8("\xC3\xA9"), "\xC3\xA9", "UTF-8Encoding"},
+        {"UTF-16, composed", GString::FromUTF16(units, 2), "\xE9\0"s, "UnicodeEncoding"},
+        {"UTF-16 of negative length", GString::FromUTF16(units, -3), "", "UnicodeEncoding"},
+        {"no UTF-16", GString::FromUTF16(nullptr, 5), "", "UnicodeEncoding"}};
+    for (const auto& [what, text, expected, encoding] : rows) {
+        SCOPED_TRACE(what);
+        EXPECT_EQ(BytesOf(text.GetEncodedBuffer()), expected);
+        EXPECT_EQ(NameOf(text), encoding);
+        EXPECT_EQ(text.IsEmpty(), expected.empty());
+    }
+}
+
+TEST(GString, IsConvertedOnceAndComposedWhenCharactersAreNeeded) {
+    const GString text("e\xCC\x81\xE4\xB8\x80", UTF8());
+    EXPECT_EQ(Plain(text), u"\u00E9\u4E00");
+    EXPECT_EQ(NameOf(text), "UTF-8Encoding") << "a conversion out changes nothing";
+    EXPECT_EQ(text.GetLength(), 2);
+    EXPECT_EQ(NameOf(text), "UnicodeEncoding");
+    EXPECT_EQ(text[0], 0x00E9);
+    EXPECT_EQ(text[1], 0x4E00);
+    EXPECT_EQ((GString("e") + Text(u"\u0301")).GetLength(), 2) << "joining does not compose";
+}
+
+TEST(GString, WithoutEncodingBytesBecomeUTF16AsTheyAre) {
+    GString text(BufferOf(u"ab"), nullptr);
+    EXPECT_EQ(Plain(text), u"") << "nothing is known of them yet";
+    EXPECT_EQ(text.GetLength(), 2);
+    EXPECT_EQ(Plain(text), u"ab");
+}
+
+TEST(GString, TheSharedEmptyStringIsNeverConverted) {
+    EXPECT_EQ(GString::cEmptyString.GetLength(), 0);
+    EXPECT_EQ(GString::cEmptyString.GetUTF16Ptr()[0], 0);
+    EXPECT_EQ(GString::cEmptyString.Find(GString("a")), -1);
+    EXPECT_EQ((GString("a") + GString::cEmptyString).GetLength(), 1);
+    EXPECT_EQ(NameOf(GString::cEmptyString), "NULL");
+}
+
+TEST(GString, AnOddLastByteIsDropped) {
+    GString text(BufferOf("a\0b"sv), Unicode(), true);
+    EXPECT_EQ(text.GetLength(), 1);
+    text += GString("c");
+    EXPECT_EQ(Plain(text), u"ac");
+    GString lone(BufferOf("x"sv), Unicode(), true);
+    EXPECT_EQ(lone[0], 0);
+    lone.ToUpper();
+    EXPECT_EQ(lone.GetLength(), 0);
+}
+
+TEST(GString, CopiesAreIndependent) {
+    GString first("abc");
+    GString second(first);
+    second.SetChar(0, 'x');
+    EXPECT_TRUE(first == GString("abc"));
+    first = second;
+    first += static_cast<unsigned short>(0x4E00);
+    EXPECT_TRUE(second == GString("xbc"));
+    first.Swap(second);
+    const GString moved(std::move(second));
+    EXPECT_EQ(Plain(moved + first), u"xbc\u4E00xbc");
+    EXPECT_TRUE(GString() + first + GString() == first);
+}
+
+TEST(GString, BorrowedBytesAreNeverWritten) {
+    static constexpr char16_t cText[] = u"abc-";
+    const auto* bytes = reinterpret_cast<const unsigned char*>(cText);
+    GString text = Borrowed(bytes, 6, 10);
+    EXPECT_EQ(text.GetEncodedBuffer().GetRawData(), bytes);
+    text.SetChar(1, 'X');
+    text.ToUpper();
+    text.Replace(0, 'A', 'Y');
+    EXPECT_EQ(Plain(text), u"YXC");
+    GString longer = Borrowed(bytes, 6, 10);
+    longer.SetLength(4);
+    EXPECT_EQ(Plain(longer), u"abc\0"sv) << "nor is what lies behind them shown";
+    EXPECT_EQ(std::u16string_view(cText), u"abc-");
+}
+
+TEST(GString, UTF16PointerIsZeroTerminatedAndAligned) {
+    EXPECT_EQ(GString().GetUTF16Ptr()[0], 0);
+    EXPECT_EQ(std::u16string(reinterpret_cast<const char16_t*>(GString("ab").GetUTF16Ptr())), u"ab");
+    // Two units at an odd address, with a third one behind them.
+    alignas(2) static constexpr unsigned char cBytes[] = {'-', 'a', 0, 'b', 0, 'c', 'c'};
+    const GString odd = Borrowed(cBytes + 1, 4, 6);
+    EXPECT_EQ(odd[1], 'b');
+    EXPECT_EQ(odd.Find(GString("b")), 1);
+    const unsigned short* units = odd.GetUTF16Ptr();
+    EXPECT_EQ(reinterpret_cast<std::uintptr_t>(units) % 2, 0u);
+    EXPECT_EQ(units[2], 0);
+}
+
+TEST(GString, ATextMayBeItsOwnArgument) {
+    GString text("ab");
+    text += text;
+    EXPECT_TRUE(text == GString("abab"));
+    text.Insert(1, text);
+    EXPECT_TRUE(text == GString("aababbab"));
+    EXPECT_TRUE(text.Replace(0, text, text));
+    EXPECT_TRUE(text == GString("aababbab"));
+    EXPECT_TRUE(text.Replace(0, text, GString("a-a")));
+    EXPECT_TRUE(text.Replace(0, GString("-"), text));
+    EXPECT_TRUE(text == GString("aa-aa"));
+    text.Set("<%1>");
+    text.SubstituteParams(text);
+    EXPECT_TRUE(text == GString("<<%1>>"));
+    text.GetSubstring(1, 4, text);
+    EXPECT_TRUE(text == GString("<%1>"));
+    text.Set(text);
+    EXPECT_EQ(text.Find(text), 0);
+}
+
+// Everything that takes a position, beside the standard string; positions and counts may lie outside.
+class AStringAndItsModel {
+public:
+    explicit AStringAndItsModel(unsigned seed) : mRandom(seed) {}
+
+    void CompareOnce() {
+        mWhole = Make(12), mPart = Make(3), mOther = Make(4);
+        mStart = static_cast<long>(mRandom() % (mWhole.size() + 7)) - 3;
+        mCount = mRandom() % 16 == 0 ? 0x7FFFFFFF : static_cast<long>(mRandom() % 9) - 3;
+        mPlace = static_cast<std::size_t>(std::clamp<long>(mStart, 0, static_cast<long>(mWhole.size())));
+        mIsInside = mStart >= 0 && mPlace < mWhole.size();
+        CompareReading();
+        CompareWriting();
+    }
+
+private:
+    // Also a unit whose bytes look like another's when they are taken across two units.
+    std::u16string Make(unsigned below) {
+        std::u16string units;
+        for (unsigned i = mRandom() % below; i > 0; --i) units += u"ab\u6100\0"[mRandom() % 4];
+        return units;
+    }
+
+    static long Position(std::size_t found) { return found == ""s.npos ? -1 : static_cast<long>(found); }
+
+    void CompareReading() {
+        const GString text = Text(mWhole);
+        const std::u16string set = u"xa" + mOther;
+        const auto* const units = reinterpret_cast<const unsigned short*>(set.data());
+        const auto count = static_cast<long>(set.size());
+        ASSERT_EQ(text.Find(Text(mPart), mStart), mPart.empty() ? 0 : Position(mWhole.find(mPart, mPlace)));
+        ASSERT_EQ(text.FindFirst('a', mStart), Position(mWhole.find(u'a', mPlace)));
+        ASSERT_EQ(text.FindFirst(units, count, mStart), Position(mWhole.find_first_of(set, mPlace)));
+        ASSERT_EQ(text.FindFirstNot('a', mStart), Position(mWhole.find_first_not_of(u'a', mPlace)));
+        ASSERT_EQ(text.FindFirstNot(units, count, mStart), Position(mWhole.find_first_not_of(set, mPlace)));
+        ASSERT_EQ(text.FindLast('a', mStart), mStart < 0 ? -1 : Position(mWhole.rfind(u'a', mPlace)));
+        ASSERT_EQ(text[mStart], mIsInside ? mWhole[mPlace] : 0);
+        const std::u16string part = mWhole.substr(mPlace, static_cast<std::size_t>(mCount));
+        ASSERT_EQ(Plain(text.GetSubstring(mStart, mCount)), part) << "a negative count means the rest";
+    }
+
+    void Compare(const std::u16string& expected, const std::function<void(GString&)>& change) {
+        GString text = Text(mWhole);
+        change(text);
+        ASSERT_EQ(Plain(text), expected);
+    }
+
+    void CompareWriting() {
+        constexpr unsigned short cA = 'a', cX = 'x';
+        std::u16string model = mWhole;
+        if (mIsInside) model[mPlace] = u'x';
+        Compare(model, [&](GString& text) { text.SetChar(mStart, cX); });
+        Compare(std::u16string(mWhole).insert(mPlace, mOther),
+                [&](GString& text) { text.Insert(mStart, Text(mOther)); });
+        Compare(std::u16string(mWhole).insert(mPlace, 1, u'x'),
+                [&](GString& text) { text.Insert(mStart, cX); });
+        model = mWhole;
+        if (mIsInside && mCount > 0) model.erase(mPlace, static_cast<std::size_t>(mCount));
+        Compare(model, [&](GString& text) { text.Remove(mStart, mCount); });
+        model = mWhole;
+        model.resize(static_cast<std::size_t>(std::max(mStart, 0L)));
+        Compare(model, [&](GString& text) { text.SetLength(mStart); });
+        model = mWhole;
+        std::replace(model.begin() + static_cast<long>(mPlace), model.end(), u'a', u'x');
+        Compare(model, [&](GString& text) { ASSERT_EQ(text.Replace(mStart, cA, cX), model != mWhole); });
+        model = mWhole;
+        bool found = false;
+        for (std::size_t at = mPlace; !mPart.empty() && (at = model.find(mPart, at)) != model.npos;
+             at += mOther.size(), found = true)
+            model.replace(at, mPart.size(), mOther);
+        Compare(model,
+                [&](GString& text) { ASSERT_EQ(text.Replace(mStart, Text(mPart), Text(mOther)), found); });
+    }
+
+    std::mt19937 mRandom;
+    std::u16string mWhole, mPart, mOther;
+    long mStart = 0, mCount = 0;
+    std::size_t mPlace = 0;  // the start, but within the text
+    bool mIsInside = false;
+};
+
+TEST(GString, AgreesWithTheStandardStringAlsoOutOfRange) {
+    AStringAndItsModel model(2);
+    for (int round = 0; round < 30000 && !HasFatalFailure(); ++round) model.CompareOnce();
+    GString text("abc");
+    EXPECT_THROW(text.SetLength(0x7FFFFFFF), GMemoryException);
+    EXPECT_TRUE(text == GString("abc")) << "as it was";
+    EXPECT_EQ(text.FindFirst(nullptr, 0, 0), -1) << "one of an empty set";
+}
+
+TEST(GString, ConvertsOut) {
+    const std::tuple<const char*, GString, const GEncoding*, std::string, long> rows[] = {
+        {"no encoding", GString(), WinAnsi(), "", 1},
+        {"no target", GString("ab"), nullptr, "", 1},
+        {"the same encoding, valid or not", GString("\xFF", UTF8()), UTF8(), "\xFF", 1},
+        {"invalid input stops", GString("ab\xFF", UTF8()), Unicode(), "a\0b\0"s, 4},
+        {"a character is missing", GString("\xE2\x82\xAC", UTF8()), MacRoman(), "@", 2},
+        {"all characters are there", GString("\xE2\x82\xAC", UTF8()), WinAnsi(), "\x80", 1}};
+    for (const auto& [what, text, target, bytes, result] : rows) {
+        SCOPED_TRACE(what);
+        GBuffer out("old");
+        EXPECT_EQ(text.GetBuffer(out, target), result);
+        EXPECT_EQ(BytesOf(out), bytes);
+        EXPECT_EQ(BytesOf(text.GetBuffer(target)), bytes);
+    }
+}
+
+TEST(GString, CompatibleBytes) {
+    const std::tuple<const char*, std::string_view, const GEncoding*, bool> rows[] = {
+        {"not ASCII", "\x80", ASCII(), false},     {"WinAnsi", "\x80", WinAnsi(), true},
+        {"not WinAnsi", "\x81", WinAnsi(), false}, {"not MacRoman", "\xF0", MacRoman(), false},
+        {"not PDFDoc", "\x9F", PDFDoc(), false},   {"UTF-8", "\xC3\xA9", UTF8(), true},
+        {"not UTF-8", "\xC3", UTF8(), false},      {"a zero byte in UTF-8", "\0"sv, UTF8(), false},
+        {"half a unit", "a"sv, Unicode(), false},  {"others are not asked", "\x01\x7F", MacExpert(), true},
+        {"no encoding", "abc", nullptr, true}};
+    for (const auto& [what, bytes, encoding, compatible] : rows)
+        EXPECT_EQ(GString::AreCompatible(BufferOf(bytes), encoding), compatible) << what;
+}
+
+TEST(GString, NormalizeKeepsTheEncodingOrNotAndClearDoes) {
+    for (const auto& [text, kept] :
+         {std::pair(GString("a", WinAnsi()), "WinAnsiEncoding"), {GString(), "NULL"}}) {
+        GString normalized(text);
+        normalized.Normalize(true);
+        EXPECT_EQ(NameOf(normalized), kept);
+        normalized.Clear();
+        EXPECT_TRUE(normalized.IsEmpty());
+        EXPECT_EQ(NameOf(normalized), kept);
+        normalized.Normalize(false);
+        EXPECT_EQ(NameOf(normalized), "UnicodeEncoding");
+    }
+}
+
+TEST(GString, SubstitutesParameters) {
+    // A text, its parameters by commas, and the result.
+    ForEachRow<3>({u"%2 of %1 -> 3,7 -> 7 of 3", u"%1%1 -> a,b -> aa", u"%3 -> a,b -> %3", u"%0 -> a,b -> %0",
+                   u"%s %1 %s %s -> a,b -> a a b %s", u"100% -> a,b -> 100%", u"%%1 -> a,b -> %a",
+                   u"%d %x % -> a,b -> %d %x %", u"%1 %2 -> %2,%1 -> %2 %1", u"%%1 -> 1,b -> %1",
+                   u"<%1> -> ,b -> <>", u" -> a,b -> ", u"%9 -> 1,2,3,4,5,6,7,8,i -> i", u"%10 -> x,y -> x0"},
+                  [&](auto before, auto parameters, auto after) {
+                      GTable<GString> texts;
+                      GStringSupport::SeparatedStringToStringTable(Text(parameters), GString(","), texts,
+                                                                   true);
+                      GTable<const GString*> table;
+                      for (const GString& text : texts) table.Append(&text);
+                      EXPECT_EQ(Plain(Text(before).SubstituteParams(table)), after);
+                  });
+}
+
+TEST(GString, TakesParametersInEveryForm) {
+    const GString a("a"), b("b"), c("c");
+    const auto text = [] { return GString("%1-%s-%3"); };
+    EXPECT_TRUE(text().SubstituteParams(a) == GString("a-a-%3"));
+    EXPECT_TRUE(text().SubstituteParams(b, a) == GString("b-b-%3"));
+    EXPECT_TRUE(text().SubstituteParams(a, b, c) == GString("a-a-c"));
+    EXPECT_TRUE(text().SubstituteParams(3, &c, &b, &a) == GString("c-c-a"));
+    EXPECT_TRUE(text().SubstituteParams(0) == text());
+    EXPECT_TRUE(text().SubstituteParams(GTable<const GString*>{nullptr, &b}) == GString("%1-%s-%3"));
+    EXPECT_EQ(Plain(GString("e%1%2").SubstituteParams(Text(u"\u0301"), GString("\xE9", WinAnsi()))),
+              u"\u00E9\u00E9")
+        << "the result is composed";
+}
+
+TEST(GString, CountsSubstitutes) {
+    const std::pair<const char*, long> rows[] = {{"", 0},     {"%", 0},   {"%1", 1},   {"%0", 0},
+                                                 {"%9%s", 2}, {"%%1", 1}, {"100%", 0}, {"%S %d", 0}};
+    for (const auto& [text, count] : rows) EXPECT_EQ(GString(text).GetNumSubstitutes(), count) << text;
+}
+
+// How numbers are written and read is the buffer's; here is what a string makes of its arguments.
+TEST(GString, OfNumbers) {
+    const long beyond32Bits = static_cast<long>(4294967301LL);
+    const auto with = [](void (GString::*set)(long, long), long value, long digits) {
+        GString text("old");
+        (text.*set)(value, digits);
+        return text;
+    };
+    GString high("old");
+    high.SetWithHighPrecision(1.0 / 3);
+    const std::pair<GString, std::string> rows[] = {
+        {GString(std::numeric_limits<int>::min()), "-2147483648"},
+        {GString(4294967295u), "4294967295"},
+        {GString(beyond32Bits), "5"},
+        {GString(static_cast<unsigned long>(beyond32Bits)), "5"},
+        {GString(-9223372036854775807LL - 1), "-9223372036854775808"},
+        {GString(9223372036854775808ULL), "-9223372036854775808"},
+        {with(&GString::SetInt, -7, 3), "-007"},
+        {with(&GString::SetInt, beyond32Bits, 3), "005"},
+        {with(&GString::SetInt, 1, 0x7FFFFFFF), std::string(1021, '0') + "1"},
+        {GString(2.5), "2.5"},
+        {GString(1.5, GBuffer("%8.2f")), "    1.5"},
+        {GString(1.0 / 3, 4L), "0.3333"},
+        {GString(1.0 / 3, -1L), "0.3333333333333333"},
+        {high, "0.333333333333333"}};
+    for (const auto& [number, text] : rows) {
+        EXPECT_EQ(BytesOf(number.GetEncodedBuffer()), text);
+        EXPECT_EQ(NameOf(number), "ASCIIEncoding") << text;
+    }
+}
+
+TEST(GString, NumbersAreReadFromText) {
+    const std::tuple<const char16_t*, std::int32_t, std::uint32_t, long long, double> rows[] = {
+        {u"", 0, 0, 0, 0},
+        {u"  -12x", -12, 4294967284u, -12, -12},
+        {u"-2147483649", -2147483647 - 1, 2147483647u, -2147483649LL, -2147483649.0},
+        {u"4294967297", 2147483647, 1, 4294967297LL, 4294967297.0},
+        {u"1.5e3", 1, 1, 1, 1500},
+        {u"\b12", 0, 12, 12, 12},
+        {u"\f12", 12, 0, 0, 0},
+        {u"12\u0661", 12, 12, 12, 12},
+        {u"\uFF11", 0, 0, 0, 0}};
+    for (const auto& [units, int32, uint32, int64, real] : rows) {
+        const GString text = Text(units);
+        SCOPED_TRACE(Readable(units));
+        EXPECT_EQ(text.GetInt32(), int32);
+        EXPECT_EQ(text.GetUInt32(), uint32);
+        EXPECT_EQ(text.GetInt64(), int64);
+        EXPECT_EQ(text.GetReal(), real);
+    }
+}
+
+TEST(GString, EqualityComparesTextsNotBytes) {
+    const std::tuple<const char*, GString, GString, bool> rows[] = {
+        {"ASCII and UTF-16", GString("abc"), Text(u"abc"), true},
+        {"WinAnsi and UTF-8", GString("\xE9", WinAnsi()), GString::FromUTF8("\xC3\xA9"), true},
+        {"the same bytes in two encodings", GString("\xE9", WinAnsi()), GString("\xE9", MacRoman()), false},
+        {"composed and not", GString::FromUTF8("e\xCC\x81"), Text(u"\u00E9"), true},
+        {"nothing and an empty text", GString(), GString(""), true},
+        {"nothing and a text", GString(), GString("a"), false},
+        {"a shorter text", GString("ab"), GString("abc"), false},
+        {"case", GString("abc"), GString("abC"), false},
+        {"a zero in it", GString(BufferOf("a\0b"sv), WinAnsi()), GString("a"), false}};
+    for (const auto& [what, a, b, equal] : rows) {
+        SCOPED_TRACE(what);
+        EXPECT_EQ(a == b, equal);
+        EXPECT_EQ(b == a, equal);
+        EXPECT_EQ(a != b, !equal);
+        if (equal) {
+            EXPECT_EQ(GString(a).GetHash(), GString(b).GetHash());
+        }
+    }
+    EXPECT_EQ(GString("A").GetHash(), 0x610u) << "((2 rotl 4) ^ 0x41) rotl 4, over two bytes";
+}
+
+TEST(GString, ComparingConvertsNeitherText) {
+    const GString a("\xE9", WinAnsi());
+    const GString b = GString::FromUTF8("\xC3\xA9");
+    EXPECT_TRUE(a == b);
+    EXPECT_FALSE(a < b);
+    EXPECT_EQ(NameOf(a) + NameOf(b), "WinAnsiEncodingUTF-8Encoding");
+}
+
+TEST(GString, OrderIsThatOfLittleEndianBytes) {
+    const std::tuple<const char*, GString, GString> rows[] = {
+        {"letters", GString("abc"), GString("abd")},
+        {"a shorter text", GString("ab"), GString("abc")},
+        {"nothing", GString(), GString("a")},
+        {"capitals first", GString("Z"), GString("a")},
+        {"the low byte decides", Text(u"\u0100"), Text(u"\u00FF")},
+        {"then the high byte", Text(u"\u0141"), Text(u"\u0241")},
+        {"a mixed pair", GString("\xE9", WinAnsi()), Text(u"\u00EA")}};
+    for (const auto& [what, less, more] : rows) {
+        SCOPED_TRACE(what);
+        EXPECT_TRUE(less < more && less <= more && more > less && more >= less);
+        EXPECT_FALSE(more < less || more <= less || less > more || less >= more);
+        EXPECT_TRUE(GString::IsLessThan(less, more));
+        EXPECT_FALSE(less < less || less > less);
+        EXPECT_TRUE(less <= less && less >= less);
+    }
+}
+
+TEST(GString, OrderIgnoringCase) {
+    EXPECT_TRUE(GString::IsLessThanIgnoreCase(GString("a"), GString("B")));
+    EXPECT_FALSE(GString::IsLessThanIgnoreCase(GString("B"), GString("a")));
+    EXPECT_FALSE(GString::IsLessThanIgnoreCase(GString("ABC"), GString("abc")));
+    EXPECT_FALSE(GString::IsLessThanIgnoreCase(GString("abc"), GString("ABC")));
+    EXPECT_TRUE(GString::IsLessThanIgnoreCase(GString("_"), GString("Z"))) << "capitals become small letters";
+}
+
+TEST(GString, CaseMapping) {
+    GString text = Text(u"Stra\u00DFe \u00C4\u0416 \xD801\xDC00 1");
+    text.ToUpper();
+    EXPECT_EQ(Plain(text), u"STRA\u00DFE \u00C4\u0416 \xD801\xDC00 1");
+    text.ToLower();
+    EXPECT_EQ(Plain(text), u"stra\u00DFe \u00E4\u0436 \xD801\xDC00 1");
+    GString none;
+    none.ToUpper();
+    GString empty("", WinAnsi());
+    empty.ToLower();
+    EXPECT_EQ(NameOf(none) + NameOf(empty), "NULLWinAnsiEncoding") << "nothing to map, nothing converted";
+}
+
+}  // namespace

@@ -1,0 +1,64 @@
+// Time zones and the locale's formats are known in the native build only: Windows has them of the machine.
+#include <gtest/gtest.h>
+
+#include <array>
+#include <cstdlib>
+#include <tuple>
+
+#include "framework/core/bytes/GBuffer.h"
+#include "framework/core/text/GString.h"
+#include "framework/core/time/GDateTime.h"
+
+namespace {
+
+class InZone {
+public:
+    explicit InZone(const char* zone) {
+        setenv("TZ", zone, 1);
+        GDateTime::Initialize();
+    }
+    ~InZone() {
+        unsetenv("TZ");
+        GDateTime::Initialize();
+    }
+};
+
+}  // namespace
+
+TEST(GDateTimeZone, TakesTheDifferenceOfTheLocalZone) {
+    const std::tuple<const char*, std::array<long, 3>, long, const char*> rows[] = {
+        {"UTC0", {1, 0, 0}, 22, "D:20131231220000Z"},
+        {"AAA-1", {1, 1, 0}, 21, "D:20131231220000+01'00'"},
+        {"BBB3:30", {-1, 3, 30}, 1, "D:20131231220000-03'30'"},
+        {"CCC-12:45", {1, 12, 45}, 9, "D:20131231220000+12'45'"}};
+    for (const auto& [name, difference, utcHour, expected] : rows) {
+        SCOPED_TRACE(name);
+        const InZone zone(name);
+        std::array<long, 3> found;
+        GDateTime::GetLocalToUTCDifference(found[0], found[1], found[2]);
+        EXPECT_EQ(found, difference);
+        const GDateTime time(31, 12, 2013, 22, 0, 0, false);
+        EXPECT_EQ(time.GetHour(), utcHour);
+        GBuffer text;
+        time.GetAsPDFDateTime(text);
+        EXPECT_STREQ(text.GetPtr(), expected);
+    }
+}
+
+TEST(GDateTimeZone, ShowsNowInLocalTime) {
+    const InZone zone("AAA-5");
+    const GDateTime now(true);
+    GString local;
+    now.GetTimeAsString(local, true, GString("HH"));
+    EXPECT_EQ(local.GetInt32(), (now.GetHour() + 5) % 24);
+    EXPECT_EQ(now.GetOffsetHours(), 5);
+}
+
+TEST(GDateTimeZone, WritesISO8601WithoutAPicture) {
+    const GDateTime time(5, 3, 2014, 1, 47, 9, 1, 1, 0);
+    GString text;
+    time.GetDateAsString(text, false, GString());
+    EXPECT_TRUE(text == GString("2014-03-05"));
+    time.GetTimeAsString(text, true, GString());
+    EXPECT_TRUE(text == GString("02:47:09"));
+}

@@ -1,0 +1,101 @@
+#include <gmock/gmock.h>
+
+#include <algorithm>
+
+#include "monitor/handoff/GPPIPCManager.h"
+#include "monitor/handoff/GPPJobRecord.h"
+#include "platform/win32/base/PWin32Api.h"
+#include "tests/files/TestFolder.h"
+#include "tests/tools/ChildProcess.h"
+#include "tools/quillonctl/Listeners.h"
+
+namespace {
+
+/// The program under test, and this process in the part of the monitor.
+class PrinterProcessorTest : public testing::Test {
+protected:
+    PrinterProcessorTest() { GPPIPCManager::AddReference(); }
+    ~PrinterProcessorTest() override { GPPIPCManager::ReleaseReference(); }
+
+    ChildProcess Start(const wchar_t* options) {
+        return ChildProcess(std::wstring(L"PrinterProcessorWin.exe") + options, mFolder.Standard("out"),
+                            mFolder.Standard("err"));
+    }
+    /// False when the program ended or half a minute passed before it listened.
+    static bool WaitFor(const ChildProcess& program) {
+        for (int i = 0; i < 3000 && !IsListening(program) && program.IsRunning(); ++i) ::Sleep(10);
+        return IsListening(program);
+    }
+    static bool IsListening(const ChildProcess& program) {
+        return GPPIPCManager::GetInstance()->GetListeningState(static_cast<long>(program.GetID())) ==
+               GIPCManager::cListening;
+    }
+    static void Send(const ChildProcess& program, const GBuffer& data) {
+        GPPIPCManager::GetInstance()->SendOnceRaw(static_cast<long>(program.GetID()),
+                                                  GPPJobRecord::cMessageType, data);
+    }
+    void SendJob(const ChildProcess& program, const char* user) {
+        mFolder.Put("job.ps", "%!PS");
+        Send(program, GPPJobRecord(GString(user), mFolder.Portable("job.ps"), GString("Proof"),
+                                   GString("QuillonPDFPort:"), 1)
+                          .GetMessageData());
+    }
+
+    TestFolder mFolder;
+};
+
+TEST_F(PrinterProcessorTest, WithOnceItEndsAfterTheFirstJob) {
+    const ChildProcess program = Start(L" --json --once");
+    ASSERT_TRUE(WaitFor(program));
+    SendJob(program, "anna");
+    EXPECT_EQ(program.WaitForExitCode(), 0);
+    const std::string output = mFolder.Take("out");
+    EXPECT_THAT(output, testing::StartsWith("{\"JobPath\":\""));
+    EXPECT_THAT(output, testing::EndsWith("\\\\job.ps\",\"JobBytes\":4,\"UserName\":\"anna\",\"PrinterName\":"
+                                          "\"Proof\",\"PortName\":\"QuillonPDFPort:\",\"CopyCount\":1}\n"));
+    EXPECT_EQ(std::count(output.begin(), output.end(), '\n'), 1);
+    EXPECT_FALSE(IsListening(program));
+}
+
+TEST_F(PrinterProcessorTest, WhatIsNoRecordIsReportedAndTheNextJobStillArrives) {
+    const ChildProcess program = Start(L" --once");
+    ASSERT_TRUE(WaitFor(program));
+    Send(program, GBuffer("no dictionary at all"));
+    Send(program, GBuffer("#BEGINDICT\r\n\"UserName\"\r\n#ENDDICT\r\n"));
+    Send(program, GBuffer());
+    SendJob(program, "berta");
+    EXPECT_EQ(program.WaitForExitCode(), 0);
+    EXPECT_THAT(mFolder.Take("out"), testing::HasSubstr("\nUser: berta\n"));
+    const std::string errors = mFolder.Take("err");
+    EXPECT_EQ(std::count(errors.begin(), errors.end(), '\n'), 4) << errors;
+    EXPECT_THAT(errors, testing::HasSubstr("holds no job record"));
+}
+
+TEST_F(PrinterProcessorTest, AnUnknownOptionEndsItAtOnce) {
+    const ChildProcess program = Start(L" --nope");
+    EXPECT_EQ(program.WaitForExitCode(), 2);
+    EXPECT_THAT(mFolder.Take("err"), testing::HasSubstr("--once"));
+    EXPECT_EQ(mFolder.Take("out"), "");
+}
+
+TEST_F(PrinterProcessorTest, TheListOfListenersNamesItOnceAndTellsWhenItHasEnded) {
+    const auto find = [](const ChildProcess& program) {
+        std::vector<Listener> listeners = Listeners::GetAll();
+        std::erase_if(listeners,
+                      [&](const Listener& l) { return l.processID != static_cast<long>(program.GetID()); });
+        return listeners;
+    };
+    const ChildProcess program = Start(L"");
+    ASSERT_TRUE(WaitFor(program));
+    auto found = find(program);
+    ASSERT_EQ(found.size(), 1u);
+    EXPECT_TRUE(found[0].isListening);
+    EXPECT_GE(found[0].session, -1);
+
+    program.Kill();
+    found = find(program);
+    ASSERT_EQ(found.size(), 1u);
+    EXPECT_FALSE(found[0].isListening);
+}
+
+}  // namespace

@@ -1,0 +1,93 @@
+// A program that uses the framework out of the DLL: the two have a C++ run-time library each.
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <new>
+#include <string>
+
+#include "framework/GBasicFrameworkCoreLayer.h"
+#include "framework/core/encodings/GUTF8Encoding.h"
+#include "framework/core/errors/GDebugSupport.h"
+#include "framework/core/errors/GExceptionHandler.h"
+#include "framework/core/errors/GExceptionLocation.h"
+#include "framework/files/GFileSystem.h"
+#include "platform/win32/core/PWin32SystemException.h"
+
+#include "platform/win32/base/PWin32Api.h"
+
+namespace {
+
+std::string UTF8Of(const GString& text) {
+    return text.GetBuffer(GUTF8Encoding::GetInstance()).GetPtr();
+}
+
+class NotingReporter : public GErrorReporter {
+public:
+    explicit NotingReporter(std::string& note) : mNote(note) {}
+    void Report(const GString& text) const override { mNote = UTF8Of(text); }
+
+private:
+    std::string& mNote;
+};
+
+class MonitorDllClient : public testing::Test {
+protected:
+    MonitorDllClient() { GBasicFrameworkCoreLayer::Initialize(); }
+    ~MonitorDllClient() override { GBasicFrameworkCoreLayer::Finalize(); }
+};
+
+TEST_F(MonitorDllClient, CatchesByTypeWhatTheDllThrows) {
+    ASSERT_NE(::GetModuleHandleW(L"QuillonPortMonitor64.dll"), nullptr);
+    const GExceptionLocation where(GString("here"));
+    ::SetLastError(87);
+    EXPECT_THROW(PWin32SystemException::CheckForErrors(0), PWin32SystemException);
+    try {
+        ::SetLastError(87);
+        PWin32SystemException::CheckHandle(nullptr);
+    } catch (const GException& caught) {
+        const auto& exception = dynamic_cast<const PWin32SystemException&>(caught);
+        const auto kept = std::make_unique<PWin32SystemException>(exception);
+        EXPECT_EQ(kept->GetSystemErrorCode(), 87);
+        EXPECT_EQ(UTF8Of(kept->GetFullDescription()).find("here: "), 0u);
+    }
+    EXPECT_THROW(GBuffer().Allocate(0x7FFFFFFF), std::bad_alloc)
+        << "a framework's failure, known as another's";
+}
+
+TEST_F(MonitorDllClient, HandlesWhatEitherHasThrown) {
+    std::string note;
+    GErrorReporter::SetInstance(new NotingReporter(note));
+    const std::unique_ptr<GExceptionHandler> handler = std::make_unique<GDefaultExceptionHandler>();
+    try {
+        throw GSimpleException(40010);
+    } catch (...) {
+        handler->Handle();
+    }
+    EXPECT_EQ(note, "File or directory not found or incomplete path name");
+    try {
+        ::SetLastError(ERROR_SUCCESS);
+        GFileSystem::RemoveFile(GPathName("C:/no such folder/f"));
+    } catch (...) {
+        handler->Handle();
+    }
+    EXPECT_EQ(note.find("C:\\no such folder\\f: "), 0u) << note;
+    try {
+        try {
+            throw GAbortException();
+        } catch (...) {
+            handler->Handle();
+        }
+        ADD_FAILURE() << "a cancel is not handled";
+    } catch (const GAbortException&) {
+    }
+    GErrorReporter::SetInstance(nullptr);
+}
+
+TEST_F(MonitorDllClient, IsInTheStackDumpOfTheDll) {
+    const std::string dump = UTF8Of(GDebugSupport::GetStackDump());
+    EXPECT_NE(dump.find("onitor64! "), std::string::npos) << dump;
+    EXPECT_NE(dump.find(": monitor_dll_client_tests! "), std::string::npos) << dump;
+}
+
+}  // namespace

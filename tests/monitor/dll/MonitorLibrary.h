@@ -1,0 +1,51 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "platform/win32/base/PWin32SpoolerApi.h"
+
+/// The monitor's DLL as the spooler uses it, from loading to unloading.
+class MonitorLibrary {
+public:
+    static constexpr const wchar_t* cPortName = L"QuillonPDFPort:";
+
+    MonitorLibrary();
+    MonitorLibrary(const MonitorLibrary&) = delete;
+    MonitorLibrary& operator=(const MonitorLibrary&) = delete;
+    ~MonitorLibrary();
+
+    HMODULE GetModule() const { return mModule; }
+    const MONITOR2& GetTable() const { return *mTable; }
+    const MONITORINIT* GetInit() const { return &mInit; }
+    HANDLE GetMonitorHandle() const { return mMonitor; }
+
+    /// Each of these asserts nothing; the last error is the callback's.
+    bool Open(const wchar_t* name = cPortName);
+    bool Close() { return mTable->pfnClosePort(mPort); }
+    bool Start(const wchar_t* title, DWORD jobID = 7, const wchar_t* printer = L"Proof");
+    bool Write(const std::string& data, DWORD& written);
+    bool Write(const std::string& data);
+    bool End() { return mTable->pfnEndDocPort(mPort); }
+    /// A whole job on the open port; false when any step is refused.
+    bool Print(const wchar_t* title, const std::string& data);
+
+    HANDLE mPort = nullptr;
+
+private:
+    MONITORINIT mInit = {};
+    HMODULE mModule;
+    MONITOR2* mTable = nullptr;
+    HANDLE mMonitor = nullptr;
+};
+
+/// The folder that stands in for the global temporary folder in this process and its children.
+std::wstring GetTestFolder();
+/// The file that the job of that name for the printer Proof becomes.
+std::wstring GetJobPath(const std::wstring& fileName);
+/// The content of a file; "(no file)" when it cannot be opened.
+std::string ReadFileBytes(const std::wstring& path);
+/// True when nobody else has the file open.
+bool IsClosed(const std::wstring& path);
+/// Bytes in which no block of any size repeats soon.
+std::string MakeData(std::size_t size, std::uint32_t seed = 1);

@@ -1,0 +1,177 @@
+// Where a manager registers, and how it finds others.
+#include "tests/monitor/handoff/HandOffTestSupport.h"
+
+namespace {
+
+using GPPIPCManagerTest = HandOffTest;
+
+TEST_F(GPPIPCManagerTest, AUsersProcessStandsInItsSessionsRegistryAndInTheGlobalOne) {
+    Listener listener(mWorld, cListener, 1);
+    EXPECT_FALSE(listener.mManager->RunsInServicesSession());
+    EXPECT_TRUE(listener.mManager->HasGlobalRegistry());
+    for (const char* path : {"Session\\1\\", "Global\\"}) {
+        SCOPED_TRACE(path);
+        ASSERT_EQ(CountIn(path), 1u);
+        EXPECT_EQ(Registry(path)[0].first, cListener);
+        EXPECT_NE(RawSegment::Open(path, QueueName(cListener, Registry(path)[0].second)), nullptr);
+    }
+    EXPECT_EQ(listener.mManager->GetRegistrationID(), RegistrationIn("Session\\1\\", cListener));
+    listener.mReceiver->Unregister(cType);
+    EXPECT_EQ(CountIn("Session\\1\\"), 0u);
+    EXPECT_EQ(CountIn("Global\\"), 0u);
+    listener.mReceiver->Register(cType);
+    EXPECT_EQ(CountIn("Global\\"), 1u);
+}
+
+TEST_F(GPPIPCManagerTest, WithoutASessionOfItsOwnAProcessRegistersOnce) {
+    for (const long session : {0L, -1L}) {
+        SCOPED_TRACE(session);
+        Listener listener(mWorld, cListener, session);
+        EXPECT_TRUE(listener.mManager->RunsInServicesSession());
+        EXPECT_EQ(listener.mManager->HasGlobalRegistry(), session == 0);
+        EXPECT_EQ(CountIn(session == 0 ? "Session\\0\\" : "Global\\"), 1u);
+        // Where the two are the same object, it has the same entry; elsewhere it has none.
+        EXPECT_LE(CountIn("Global\\"), 1u);
+        Process sender(mWorld, cMonitor, session);
+        mSleep.mSleeps.clear();
+        mSleep.mReaction = [&](std::size_t) { EXPECT_EQ(listener.Tick(), Log{"100:145:job"}); };
+        Send(sender, cListener);
+        EXPECT_EQ(mSleep.mSleeps.size(), 1u);
+    }
+}
+
+TEST_F(GPPIPCManagerTest, AGlobalRegistryThatIsRefusedIsDoneWithout) {
+    // In its place stands something that cannot be opened as one.
+    const auto obstacle = RawSegment::Make("Global\\", cRegistryName, 100);
+    Listener listener(mWorld, cListener, 1);
+    EXPECT_FALSE(listener.mManager->HasGlobalRegistry());
+    EXPECT_EQ(CountIn("Session\\1\\"), 1u);
+    Process sender(mWorld, cOther, 1);
+    Send(sender, cListener);
+    EXPECT_EQ(listener.Tick(), Log{"300:145:job"});
+}
+
+TEST_F(GPPIPCManagerTest, AGlobalQueueThatIsRefusedIsDoneWithout) {
+    Process monitor(mWorld, cMonitor, 0);
+    monitor.mManager->GetListeningState(cListener);
+    GIPCMessageQueueMgr global(RegistryID(), -1, GIPCMessageQueueMgr::Scope::cOwnOnly);
+    RawSegment::Open("Global\\", cRegistryName)->SetWord(8, 0);  // the next ID will be 16838
+    const auto obstacle = RawSegment::Make("Global\\", QueueName(cListener, 16838), 100);
+    Listener listener(mWorld, cListener, 1);
+    EXPECT_TRUE(listener.mReceiver != nullptr && listener.mManager->IsListening());
+    EXPECT_EQ(CountIn("Global\\"), 0u);
+    EXPECT_EQ(CountIn("Session\\1\\"), 1u);
+    EXPECT_EQ(monitor.mManager->GetListeningState(cListener), GIPCManager::cListening);
+    Send(monitor, cListener);
+    EXPECT_EQ(listener.Tick(), Log{"100:145:job"});
+}
+
+TEST_F(GPPIPCManagerTest, TellsListenersInEverySessionOnce) {
+    Listener there(mWorld, cListener, 1);
+    Listener here(mWorld, cOther, 0);
+    Process monitor(mWorld, cMonitor, 0);
+    for (Listener* listener : {&there, &here}) {
+        SCOPED_TRACE(listener->mID);
+        EXPECT_EQ(monitor.mManager->GetListeningState(listener->mID), GIPCManager::cListening);
+        Send(monitor, listener->mID);
+        EXPECT_EQ(listener->Tick(), Log{"100:145:job"});
+        EXPECT_TRUE(listener->Tick().empty());
+    }
+    monitor.Act();
+    monitor.mManager->BroadcastRaw(cType, Bytes("all"));
+    for (Listener* listener : {&there, &here}) EXPECT_EQ(listener->Tick(), Log{"100:145:all"});
+    mWorld.Kill(cListener);
+    EXPECT_EQ(monitor.mManager->GetListeningState(cListener), GIPCManager::cNotUsable);
+}
+
+TEST_F(GPPIPCManagerTest, ChoosesTheSessionsQueueForItsOwnSessionAndTheGlobalOneForOthers) {
+    Listener listener(mWorld, cListener, 1);
+    GIPCMessageQueue own(1, cListener, RegistrationIn("Session\\1\\", cListener));
+    GIPCMessageQueue global(-1, cListener, RegistrationIn("Global\\", cListener));
+    Process neighbour(mWorld, cOther, 1);
+    Send(neighbour, cListener, "from here");
+    EXPECT_TRUE(own.ContainsRawMessage(cType, Bytes("from here")));
+    EXPECT_FALSE(global.ContainsRawMessage(cType, Bytes("from here")));
+    Process monitor(mWorld, cMonitor, 0);
+    Send(monitor, cListener, "from there");
+    EXPECT_FALSE(own.ContainsRawMessage(cType, Bytes("from there")));
+    EXPECT_TRUE(global.ContainsRawMessage(cType, Bytes("from there")));
+    EXPECT_EQ(listener.Tick(), (Log{"300:145:from here", "100:145:from there"}));
+}
+
+TEST_F(GPPIPCManagerTest, PassesOverQueuesThatCannotBeOpenedWhileAnotherCan) {
+    Listener listener(mWorld, cListener, 1);
+    GIPCMessageQueueMgr session(RegistryID(), 1, GIPCMessageQueueMgr::Scope::cOwnOnly);
+    GIPCMessageQueueMgr global(RegistryID(), -1, GIPCMessageQueueMgr::Scope::cOwnOnly);
+    Process neighbour(mWorld, cOther, 1);
+    Process monitor(mWorld, cMonitor, 0);
+    for (Process* sender : {&neighbour, &monitor}) {
+        for (GIPCMessageQueueMgr* stale : {&session, &global}) {
+            SCOPED_TRACE(sender->mID * 10 + stale->GetSession());
+            stale->Register(cListener);
+            EXPECT_EQ(sender->mManager->GetListeningState(cListener), GIPCManager::cListening);
+            Send(*sender, cListener);
+            EXPECT_EQ(listener.Tick().size(), 1u);
+            stale->UnregisterOwn();
+        }
+    }
+    // The whole of one registry's queues is stale: the other registry's is used.
+    global.Unregister(cListener);
+    global.Register(cListener);
+    EXPECT_EQ(monitor.mManager->GetListeningState(cListener), GIPCManager::cListening);
+    Send(monitor, cListener);
+    EXPECT_EQ(listener.Tick(), Log{"100:145:job"});
+    EXPECT_EQ(CountIn("Session\\1\\"), 1u);
+}
+
+TEST_F(GPPIPCManagerTest, TakesATargetWithoutAnyUsableQueueOutOfTheRegistries) {
+    Process monitor(mWorld, cMonitor, 1);
+    GIPCMessageQueueMgr session(RegistryID(), 1, GIPCMessageQueueMgr::Scope::cOwnOnly);
+    GIPCMessageQueueMgr global(RegistryID(), -1, GIPCMessageQueueMgr::Scope::cOwnOnly);
+    session.Register(cListener);
+    global.Register(cListener);
+    mWorld.ActAs(cListener, 1);
+    monitor.Act();
+    EXPECT_EQ(monitor.mManager->GetListeningState(cListener), GIPCManager::cNotUsable);
+    EXPECT_EQ(ThrownBy([&] { Send(monitor, cListener); }), 2450);
+    EXPECT_EQ(CountIn("Session\\1\\"), 0u);
+    EXPECT_EQ(CountIn("Global\\"), 0u);
+    EXPECT_EQ(monitor.mManager->GetListeningState(cListener), GIPCManager::cNotListening);
+    EXPECT_EQ(ThrownBy([&] { Send(monitor, cListener); }), 0);
+}
+
+TEST_F(GPPIPCManagerTest, HostileRegistriesSurfaceAsNumbersAndDoNotHideTheGoodOne) {
+    Listener listener(mWorld, cListener, 1);
+    Process neighbour(mWorld, cOther, 1);
+    const auto session = RawSegment::Open("Session\\1\\", cRegistryName);
+    const auto global = RawSegment::Open("Global\\", cRegistryName);
+    const std::uint32_t good = session->GetWord(12);
+    session->SetWord(12, 0xFFFFFFFF);
+    EXPECT_EQ(neighbour.mManager->GetListeningState(cListener), GIPCManager::cListening);
+    Send(neighbour, cListener);
+    global->SetWord(12, 5);
+    EXPECT_EQ(ThrownBy([&] { neighbour.mManager->GetListeningState(cListener); }), 40161);
+    EXPECT_EQ(ThrownBy([&] { Send(neighbour, cListener); }), 40161);
+    session->SetWord(12, good);
+    Send(neighbour, cListener, "other");
+    EXPECT_EQ(listener.Tick(), (Log{"300:145:other", "300:145:job"}));
+    global->SetWord(12, good);
+}
+
+TEST_F(GPPIPCManagerTest, TheInstanceIsCounted) {
+    mWorld.ActAs(cMonitor, 0);
+    for (int round = 0; round < 2; ++round) {
+        GPPIPCManager::AddReference(cTest);
+        GPPIPCManager* instance = GPPIPCManager::GetInstance();
+        ASSERT_NE(instance, nullptr);
+        GPPIPCManager::AddReference(cTest);
+        GPPIPCManager::ReleaseReference();
+        EXPECT_EQ(GPPIPCManager::GetInstance(), instance);
+        GPPIPCManager::ReleaseReference();
+        EXPECT_EQ(GPPIPCManager::GetInstance(), nullptr);
+        EXPECT_EQ(RawSegment::Open("Session\\0\\", cRegistryName), nullptr);
+        GPPIPCManager::ReleaseReference();
+    }
+}
+
+}  // namespace

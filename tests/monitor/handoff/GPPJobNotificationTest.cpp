@@ -1,0 +1,135 @@
+// Whom the monitor tells of a job, whatever processing applications have done to the shared memory.
+#include "monitor/handoff/GPPJobNotification.h"
+
+#include "framework/ipc/GWaitBudget.h"
+#include "monitor/handoff/GPPIPCManager.h"
+#include "monitor/handoff/GPPJobRecord.h"
+#include "monitor/handoff/GPPPrinterProcessorLayer.h"
+#include "tests/ipc/ManagerTestSupport.h"
+#include "tests/ipc/RawSegment.h"
+
+namespace {
+
+constexpr long cMonitor = 100;
+
+/// A processing application in the monitor's own session.
+struct Application {
+    Application(IPCWorld& world, long processID) : mWorld(world), mID(processID) {
+        mWorld.ActAs(mID, 1);
+        mReceiver = std::make_unique<NotingReceiver>(&mManager, GPPJobRecord::cMessageType);
+        mWorld.ActAs(cMonitor, 1);
+    }
+    std::size_t Tick() {
+        mManager.ForceProcessPendingMessages();
+        return mReceiver->TakeLog().size();
+    }
+    std::string GetQueue() const {
+        return "QulShDP" + std::to_string(mID) + "MQ" + std::to_string(mManager.GetRegistrationID());
+    }
+
+    IPCWorld& mWorld;
+    long mID;
+    GPPIPCManager mManager;
+    std::unique_ptr<NotingReceiver> mReceiver;
+};
+
+class GPPJobNotificationTest : public testing::Test {
+protected:
+    GPPJobNotificationTest() { mWorld.ActAs(cMonitor, 1); }
+    ~GPPJobNotificationTest() override { GPPPrinterProcessorLayer::Finalize(); }
+
+    bool Notify(const GString& printer = GString("Proof")) {
+        mWorld.ActAs(cMonitor, 1);
+        return mNotification.NotifyPrintProcessor(
+            GPPJobRecord(GString("anna"), GPathName("C:/a.ps"), printer, GString("QuillonPDFPort:"), 1));
+    }
+
+    IPCWorld mWorld;
+    SleepLog mSleep;
+    GPPJobNotification mNotification;
+};
+
+TEST_F(GPPJobNotificationTest, TellsEveryApplicationThatListensOfEveryJob) {
+    EXPECT_FALSE(Notify()) << "nobody is there";
+    mWorld.ActAs(400, 1);  // there, but it does not listen
+    EXPECT_FALSE(Notify());
+    Application first(mWorld, 200), second(mWorld, 300);
+    for (int job = 0; job < 2; ++job) {
+        EXPECT_TRUE(Notify());
+        EXPECT_EQ(first.Tick(), 1u);
+        EXPECT_EQ(second.Tick(), 1u);
+    }
+    mWorld.Kill(200);
+    EXPECT_TRUE(Notify());
+    mWorld.Kill(300);
+    EXPECT_FALSE(Notify());
+}
+
+TEST_F(GPPJobNotificationTest, WhatIsWrongWithOneTargetIsNotTheOthersLoss) {
+    const std::pair<long, std::uint32_t> spoiltWords[] = {{0, 3}, {4, 2}, {8, 0xFFFFFFFF}};
+    for (const auto& [offset, value] : spoiltWords) {
+        SCOPED_TRACE(offset);
+        Application spoilt(mWorld, 200), good(mWorld, 300);
+        for (const char* path : {"Session\\1\\", "Global\\"})
+            if (const auto raw = RawSegment::Open(path, spoilt.GetQueue())) raw->SetWord(offset, value);
+        EXPECT_TRUE(Notify());
+        EXPECT_EQ(good.Tick(), 1u);
+    }
+    Application kept(mWorld, 200), good(mWorld, 300);
+    const MutexHog hog(GIPCMessageQueue::ConvertToMemoryID(200, kept.mManager.GetRegistrationID()));
+    EXPECT_TRUE(Notify());
+    EXPECT_EQ(good.Tick(), 1u);
+}
+
+TEST_F(GPPJobNotificationTest, SpoiltRegistriesLetNothingThrough) {
+    Application listener(mWorld, 200);
+    const auto session = RawSegment::Open("Session\\1\\", "QulShDGIPC_PP");
+    const auto global = RawSegment::Open("Global\\", "QulShDGIPC_PP");
+    const std::uint32_t good = session->GetWord(12);
+    ASSERT_EQ(global->GetWord(12), good);
+    session->SetWord(12, 0x7FFFFFFF);
+    global->SetWord(12, 0xFFFFFFFF);
+    EXPECT_FALSE(Notify());
+    session->SetWord(12, good);
+    global->SetWord(12, good);
+    EXPECT_TRUE(Notify());
+    EXPECT_EQ(listener.Tick(), 1u);
+}
+
+TEST_F(GPPJobNotificationTest, PassesOnThatARecordIsTooLargeForAnyQueue) {
+    Application listener(mWorld, 200);
+    EXPECT_EQ(ThrownBy([&] { Notify(GString::FromUTF8(Filler(40000).c_str())); }), 40153);
+    EXPECT_TRUE(Notify());
+    EXPECT_EQ(listener.Tick(), 1u);
+}
+
+TEST_F(GPPJobNotificationTest, WhatAFullQueueDidNotTakeIsDeliveredAtALaterTickWithoutWaiting) {
+    mNotification.RetryDelayed();
+    EXPECT_FALSE(GPPPrinterProcessorLayer::IsInitialized()) << "a tick starts nothing";
+    Application listener(mWorld, 200);
+    listener.mManager.SendRaw(200, 146, Bytes(Filler(32740)));
+    EXPECT_TRUE(Notify()) << "kept for later counts as sent";
+    EXPECT_EQ(listener.Tick(), 0u);
+    mSleep.mSleeps.clear();
+    mWorld.ActAs(cMonitor, 1);
+    mNotification.RetryDelayed();
+    EXPECT_EQ(listener.Tick(), 1u);
+    EXPECT_TRUE(mSleep.mSleeps.empty());
+    EXPECT_EQ(GPPPrinterProcessorLayer::GetWaitBudget().GetRemaining(), 0);
+}
+
+TEST_F(GPPJobNotificationTest, TheLayerIsStartedAnewAsLongAsItCouldNot) {
+    {
+        // In the registry's place stands something that cannot be opened as one.
+        const auto obstacle = RawSegment::Make("Session\\1\\", "QulShDGIPC_PP", 100);
+        EXPECT_FALSE(Notify());
+        EXPECT_FALSE(GPPPrinterProcessorLayer::IsInitialized());
+    }
+    GShMemID::Initialize();  // the start that failed has taken everything back
+    Application listener(mWorld, 200);
+    EXPECT_TRUE(Notify());
+    EXPECT_TRUE(GPPPrinterProcessorLayer::IsInitialized());
+    EXPECT_EQ(listener.Tick(), 1u);
+}
+
+}  // namespace

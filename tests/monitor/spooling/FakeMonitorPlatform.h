@@ -1,0 +1,85 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <new>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "framework/core/encodings/GUTF8Encoding.h"
+#include "monitor/handoff/GPPJobRecord.h"
+#include "monitor/handoff/JobNotifier.h"
+#include "monitor/spooling/MonitorPlatform.h"
+
+/// The system and the processing applications as the monitor sees them: writes down, in order, what it is
+/// asked for, and answers as told.
+class FakeMonitorPlatform final : public MonitorPlatform, public JobNotifier {
+public:
+    static constexpr std::uint32_t cUntouched = 4711;
+
+    void Trace(const wchar_t* word) noexcept override { mEvents.push_back(std::string(word, End(word))); }
+    void TraceNarrow(const char* word) noexcept override { mEvents.push_back(std::string("narrow ") + word); }
+    void TraceUnits(const unsigned short* text) noexcept override {
+        mEvents.push_back("text " + (text != nullptr ? std::string(text, End(text)) : std::string("null")));
+    }
+    std::uint32_t GetLastError() noexcept override { return mLastError; }
+    void SetLastError(std::uint32_t code) noexcept override { mLastError = code; }
+    void* AllocatePortHandle() override {
+        if (mOutOfMemory) throw std::bad_alloc();
+        ++mPortHandles;
+        return new char;
+    }
+    void FreePortHandle(void* handle) noexcept override {
+        --mPortHandles;
+        delete static_cast<char*>(handle);
+    }
+    bool IsNTOrBetter() noexcept override { return mIsNT; }
+    void* OpenPrinter(const unsigned short* name) noexcept override {
+        mEvents.push_back("open printer " + std::string(name, End(name)));
+        return mHasPrinter ? &mPrinter : nullptr;
+    }
+    void ReportJobSent(void* printer, std::uint32_t jobID) noexcept override {
+        mEvents.push_back(std::string("job ") + std::to_string(jobID) + " sent to " +
+                          (printer != nullptr ? "printer" : "nothing"));
+    }
+    void ClosePrinter(void*) noexcept override { mEvents.push_back("close printer"); }
+
+    bool NotifyPrintProcessor(const GPPJobRecord& record) override {
+        mEvents.push_back("notify " + Text(record.GetPrinterName()) + " " + Text(record.GetPortName()) + " " +
+                          std::to_string(record.GetCopyCount()));
+        mJobPath = Text(record.GetJobPath());
+        if (mOnNotify) mOnNotify();
+        return mReached;
+    }
+    void RetryDelayed() noexcept override { mEvents.push_back("tick"); }
+
+    std::vector<std::string> TakeEvents() { return std::exchange(mEvents, {}); }
+
+    std::vector<std::string> mEvents;
+    std::uint32_t mLastError = cUntouched;
+    int mPortHandles = 0;
+    bool mOutOfMemory = false;
+    bool mIsNT = true;
+    bool mHasPrinter = true;
+    std::function<void()> mOnNotify;
+    bool mReached = true;
+    std::string mJobPath;
+
+private:
+    static std::string Text(const GString& text) {
+        return text.GetBuffer(GUTF8Encoding::GetInstance()).GetPtr();
+    }
+    template <class Unit>
+    static const Unit* End(const Unit* text) {
+        while (*text != 0) ++text;
+        return text;
+    }
+
+    char mPrinter = 0;
+};
+
+/// A UTF-16 literal as the monitor takes it.
+inline const unsigned short* Units(const char16_t* text) {
+    return reinterpret_cast<const unsigned short*>(text);
+}

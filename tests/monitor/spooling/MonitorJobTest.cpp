@@ -1,0 +1,274 @@
+#include "monitor/spooling/MonitorJob.h"
+
+#include <gmock/gmock.h>
+
+#include <algorithm>
+#include <memory>
+#include <optional>
+#include <stdexcept>
+#include <string>
+#include <tuple>
+
+#include "monitor/spooling/MonitorPort.h"
+#include "tests/monitor/spooling/FakeMonitorPlatform.h"
+#include "tests/monitor/spooling/JobFolder.h"
+
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+constexpr std::uint32_t cLevel1 = 1;
+
+class MonitorJobTest : public testing::Test {
+protected:
+    MonitorJobTest() { mPort.Open(Units(u"QuillonPDFPort:"), &mHandle); }
+    ~MonitorJobTest() override { mPort.Reset(); }
+
+    CallbackOutcome Start(const char16_t* title, std::uint32_t jobID = 7) {
+        return mJob.Start(Units(u"Proof"), jobID, {cLevel1, Units(title)});
+    }
+    CallbackOutcome Write(const std::string& data) {
+        mWritten = 4711;
+        return mJob.Write(mHandle, reinterpret_cast<const unsigned char*>(data.data()),
+                          static_cast<std::uint32_t>(data.size()), mWritten);
+    }
+    void Print(const char16_t* title, const std::string& data) {
+        EXPECT_TRUE(Start(title).mSucceeded);
+        EXPECT_TRUE(Write(data).mSucceeded);
+        EXPECT_TRUE(mJob.End(mHandle).mSucceeded);
+    }
+
+    JobFolder mFolder;
+    FakeMonitorPlatform mPlatform;
+    MonitorState mState;
+    MonitorPort mPort{mPlatform, mState};
+    MonitorJob mJob{mPlatform, mState, mPlatform};
+    void* mHandle = nullptr;
+    std::uint32_t mWritten = 0;
+};
+
+TEST_F(MonitorJobTest, TakesAJobThroughAllItsStepsInOrder) {
+    EXPECT_TRUE(Start(u"Microsoft Word - Q3 report.docx", 41).mSucceeded);
+    EXPECT_THAT(mPlatform.TakeEvents(),
+                ElementsAre("tick", "open printer Proof", "text Microsoft Word - Q3 report.docx",
+                            "PPMStartDocPort: StartDoc success"));
+    EXPECT_EQ(Start(u"b.txt", 42).mLastError, 170u) << "a second document is refused, but keeps its number";
+    EXPECT_TRUE(mState.sProcessingJob);
+
+    std::string all = "%!PS\n";
+    for (int byte = 0; byte < 4096; ++byte) all += static_cast<char>(byte);
+    EXPECT_TRUE(Write(all).mSucceeded);
+    EXPECT_EQ(mWritten, all.size());
+    for (const char byte : all) ASSERT_TRUE(Write(std::string(1, byte)).mSucceeded);
+    EXPECT_THAT(mPlatform.TakeEvents(), IsEmpty());
+    EXPECT_TRUE(mFolder.ContentOf("Q3 report.ps") == all + all) << "nothing is held back";
+
+    bool fileWasOpen = false;
+    mPlatform.mOnNotify = [&] { fileWasOpen = mState.sJobStream != nullptr; };
+    EXPECT_TRUE(mJob.End(mHandle).mSucceeded);
+    EXPECT_THAT(mPlatform.TakeEvents(), ElementsAre("tick", "notify Proof QuillonPDFPort: 1",
+                                                    "Notification to PrintProcessor succeeded!",
+                                                    "job 42 sent to printer", "close printer"));
+    EXPECT_TRUE(fileWasOpen) << "the file is closed after the notification";
+    EXPECT_EQ(mState.sJobStream, nullptr);
+    EXPECT_EQ(mState.sPrinterHandle, nullptr);
+    EXPECT_FALSE(mState.sProcessingJob);
+    EXPECT_EQ(mPlatform.mJobPath,
+              TextOf(mFolder.Portable(mFolder.Job("Q3 report.ps")).GetNativePathString()));
+    EXPECT_EQ(mFolder.ContentOf("b.ps"), "no file");
+}
+
+TEST_F(MonitorJobTest, WritesTheSameTitleAnewAlsoWhenNobodyWasTold) {
+    mPlatform.mReached = false;
+    Print(u"a.txt", "the longer first job");
+    EXPECT_THAT(mPlatform.mEvents, testing::Contains("Notification to PrintProcessor failed!"));
+    EXPECT_THAT(mPlatform.mEvents, testing::Contains("job 7 sent to printer"));
+    Print(u"a.txt", "short");
+    EXPECT_EQ(mFolder.ContentOf("a.ps"), "short");
+    EXPECT_TRUE(Start(u"a.txt").mSucceeded);
+    EXPECT_TRUE(mJob.End(mHandle).mSucceeded);
+    EXPECT_EQ(mFolder.ContentOf("a.ps"), "") << "a job without data";
+}
+
+TEST_F(MonitorJobTest, GoesOnWithoutAPrinter) {
+    mPlatform.mHasPrinter = false;
+    Print(u"a.txt", "x");
+    EXPECT_THAT(mPlatform.mEvents,
+                ElementsAre("tick", "open printer Proof", "Failed to open printer. No handle.", "text a.txt",
+                            "PPMStartDocPort: StartDoc success", "tick", "notify Proof QuillonPDFPort: 1",
+                            "Notification to PrintProcessor succeeded!", "job 7 sent to nothing"));
+    EXPECT_EQ(mFolder.ContentOf("a.ps"), "x");
+}
+
+TEST_F(MonitorJobTest, WritesTheFileOnASystemBeforeNTAndTellsNobody) {
+    mPlatform.mIsNT = false;
+    const CallbackOutcome outcome = Start(u"a.txt");
+    EXPECT_TRUE(outcome.mSucceeded);
+    EXPECT_EQ(outcome.mLastError, 1906u);
+    EXPECT_TRUE(Write("x").mSucceeded);
+    EXPECT_TRUE(mJob.End(mHandle).mSucceeded);
+    EXPECT_THAT(mPlatform.mEvents, ElementsAre("tick", "narrow Pre-NT systems not supported!", "text a.txt",
+                                               "PPMStartDocPort: StartDoc success", "tick"));
+    EXPECT_EQ(mFolder.ContentOf("a.ps"), "x");
+    EXPECT_FALSE(mState.sProcessingJob);
+}
+
+TEST_F(MonitorJobTest, RefusesADocumentWithoutAName) {
+    for (const char16_t* title : {static_cast<const char16_t*>(nullptr), u""}) {
+        SCOPED_TRACE(title == nullptr ? "null" : "empty");
+        mPlatform.mEvents.clear();
+        EXPECT_EQ(Start(title).mLastError, 87u);
+        EXPECT_FALSE(mState.sProcessingJob);
+        EXPECT_EQ(mState.sPrinterHandle, nullptr);
+        EXPECT_NE(mState.sJobStream, nullptr) << "the file of the refused job stays open";
+        EXPECT_THAT(mPlatform.mEvents, testing::IsSupersetOf({"sDocName is empty!?", "close printer"}));
+        mState.sJobStream.reset();
+    }
+    Print(u"next.txt", "x");
+    EXPECT_EQ(mFolder.ContentOf("next.ps"), "x");
+}
+
+TEST_F(MonitorJobTest, TakesThePreviousNameForAnUnknownLevelOrWithoutAPrinter) {
+    EXPECT_EQ(mJob.Start(nullptr, 3, {cLevel1, Units(u"b.txt")}).mLastError, 87u);
+    EXPECT_THAT(mPlatform.TakeEvents(), ElementsAre("tick", "sDocName is empty!?",
+                                                    "sProcessingJob == false at the end of PPMStartDocPort"));
+    EXPECT_EQ(mJob.Start(Units(u"Proof"), 1, {2, nullptr}).mLastError, 87u) << "there is no previous name";
+    EXPECT_THAT(
+        mPlatform.TakeEvents(),
+        ElementsAre("tick", "open printer Proof", "Unknown info Level, new OS?", "sDocName is empty!?",
+                    "sProcessingJob == false at the end of PPMStartDocPort", "close printer"));
+    Print(u"a.txt", "x");
+    EXPECT_TRUE(mJob.Start(Units(u"Proof"), 2, {2, nullptr}).mSucceeded);
+    EXPECT_EQ(mState.sJobStream, nullptr) << "no file is made";
+    const CallbackOutcome outcome = Write("y");
+    EXPECT_FALSE(outcome.mSucceeded);
+    EXPECT_EQ(mWritten, 0u);
+    EXPECT_TRUE(mJob.End(mHandle).mSucceeded);
+    EXPECT_TRUE(mJob.Start(nullptr, 3, {cLevel1, Units(u"b.txt")}).mSucceeded)
+        << "without a printer name, too";
+    EXPECT_TRUE(mJob.End(mHandle).mSucceeded);
+    EXPECT_EQ(mFolder.ContentOf("a.ps"), "x");
+    EXPECT_EQ(mFolder.ContentOf("b.ps"), "no file");
+}
+
+TEST_F(MonitorJobTest, RefusesTheJobWhenItsFileCannotBeMade) {
+    Print(u"a.txt", "x");
+    mFolder.Put("file", "");
+    GFileSystem::AddSpecialPath(GSpecialPath::cGlobalTemp, mFolder.Portable("file"));
+    mPlatform.mEvents.clear();
+    EXPECT_EQ(Start(u"b.txt").mLastError, 87u);
+    EXPECT_THAT(
+        mPlatform.TakeEvents(),
+        ElementsAre("tick", "open printer Proof", "exception in PPMStartDocPort!", "sDocName is empty!?",
+                    "sProcessingJob == false at the end of PPMStartDocPort", "close printer"));
+    EXPECT_TRUE(mState.sDocName.IsEmpty());
+    GFileSystem::AddSpecialPath(GSpecialPath::cGlobalTemp, mFolder.Portable());
+    Print(u"b.txt", "y");
+    EXPECT_EQ(mFolder.ContentOf("b.ps"), "y");
+}
+
+TEST_F(MonitorJobTest, RefusesToWriteWithoutAJobAPortOrDataAndEndsNothing) {
+    using Error = std::optional<std::uint32_t>;
+    const auto* const x = reinterpret_cast<const unsigned char*>("x");
+    const auto expectRefusal = [&](const void* port, const unsigned char* data, std::uint32_t size,
+                                   Error error, const char* word) {
+        std::uint32_t written = 4711;
+        const CallbackOutcome outcome = mJob.Write(port, data, size, written);
+        EXPECT_FALSE(outcome.mSucceeded);
+        EXPECT_EQ(outcome.mLastError, error);
+        EXPECT_EQ(written, 0u);
+        EXPECT_THAT(mPlatform.TakeEvents(), ElementsAre(word));
+    };
+    EXPECT_TRUE(mJob.End(mHandle).mSucceeded);
+    EXPECT_TRUE(mJob.End(nullptr).mSucceeded);
+    EXPECT_THAT(mPlatform.mEvents, IsEmpty());
+    expectRefusal(mHandle, x, 1, 3003, "PPMWritePort: write when not started?!?");
+    expectRefusal(nullptr, x, 0, 3003, "PPMWritePort: write when not started?!?");
+    EXPECT_TRUE(Start(u"a.txt").mSucceeded);
+    mPlatform.mEvents.clear();
+    expectRefusal(nullptr, x, 1, 6, "PPMWritePort: invalid port handle?!?");
+    expectRefusal(&mWritten, x, 1, 6, "PPMWritePort: invalid port handle?!?");
+    expectRefusal(mHandle, x, 0, std::nullopt, "PPMWritePort: No Data");
+    expectRefusal(mHandle, nullptr, 5, std::nullopt, "PPMWritePort: No Data");
+    mPort.Close(mHandle);
+    mState.sProcessingJob = true;
+    expectRefusal(nullptr, x, 1, 6, "PPMWritePort: invalid port handle?!?");  // closed port, null handle
+}
+
+/// A disk with room for some bytes more. The write that crosses its end is cut short, or refused as a whole.
+class FullDisk : public GFileOutStream {
+public:
+    FullDisk(const GFileOutStream& file, bool cutsShort)
+        : GFileOutStream(file.GetFile()), mCutsShort(cutsShort) {}
+    long Write(const GBuffer& data) override {
+        const long taken = std::min(data.GetLength(), data.GetLength() <= mRoom || mCutsShort ? mRoom : 0);
+        mRoom -= taken;
+        return GFileOutStream::Write(data.GetSubBuffer(0, taken));
+    }
+
+private:
+    long mRoom = 10;
+    bool mCutsShort;
+};
+
+TEST_F(MonitorJobTest, ReportsAFullDiskAndPrintsOn) {
+    const std::tuple<bool, std::uint32_t, const char*> rows[] = {{false, 0, "1234"}, {true, 6, "1234abcdef"}};
+    for (const auto& [cutsShort, written, content] : rows) {
+        SCOPED_TRACE(cutsShort);
+        EXPECT_TRUE(Start(u"full.txt").mSucceeded);
+        mState.sJobStream = std::make_unique<FullDisk>(*mState.sJobStream, cutsShort);
+        EXPECT_TRUE(Write("1234").mSucceeded);
+        EXPECT_EQ(Write("abcdefgh").mLastError, 39u);
+        EXPECT_EQ(mWritten, written);
+        EXPECT_EQ(Write(cutsShort ? "more" : "too much").mLastError, 39u);
+        EXPECT_EQ(mWritten, 0u);
+        EXPECT_TRUE(mJob.End(mHandle).mSucceeded);
+        EXPECT_EQ(mFolder.ContentOf("full.ps"), content);
+        Print(u"next.txt", "all well");
+        EXPECT_EQ(mFolder.ContentOf("next.ps"), "all well");
+    }
+}
+
+TEST_F(MonitorJobTest, AnEndOnTheWrongPortClosesTheFileOnlyAndAThrowingNotificationEndsTheJob) {
+    EXPECT_TRUE(Start(u"a.txt").mSucceeded);
+    EXPECT_TRUE(Write("all of it").mSucceeded);
+    mPlatform.mEvents.clear();
+    EXPECT_EQ(mJob.End(nullptr).mLastError, 6u);
+    EXPECT_THAT(mPlatform.TakeEvents(), ElementsAre("tick"));
+    EXPECT_EQ(mState.sJobStream, nullptr);
+    EXPECT_TRUE(mState.sProcessingJob);
+    EXPECT_FALSE(Write("y").mSucceeded) << "there is no file any more";
+    EXPECT_TRUE(mJob.End(mHandle).mSucceeded);
+    EXPECT_EQ(mFolder.ContentOf("a.ps"), "all of it");
+
+    EXPECT_TRUE(Start(u"c.txt").mSucceeded);
+    EXPECT_TRUE(Write("this, too").mSucceeded);
+    mPlatform.mEvents.clear();
+    mPlatform.mOnNotify = [] { throw std::runtime_error("too large"); };
+    EXPECT_THROW(mJob.End(mHandle), std::runtime_error);
+    EXPECT_THAT(mPlatform.TakeEvents(),
+                ElementsAre("tick", "notify Proof QuillonPDFPort: 1", "close printer"));
+    EXPECT_EQ(mState.sJobStream, nullptr);
+    EXPECT_FALSE(mState.sProcessingJob);
+    EXPECT_EQ(mFolder.ContentOf("c.ps"), "this, too");
+    mPlatform.mOnNotify = nullptr;
+    Print(u"b.txt", "the next job");
+    EXPECT_EQ(mFolder.ContentOf("b.ps"), "the next job");
+}
+
+TEST_F(MonitorJobTest, ReplacesWhatAnAbandonedJobHasLeftOpen) {
+    EXPECT_TRUE(Start(u"a.txt").mSucceeded);
+    const std::unique_ptr<GFileOutStream> abandoned(mState.sJobStream.get());
+    mPort.Close(mHandle);
+    mPort.Open(Units(u"QuillonPDFPort:"), &mHandle);
+    mPlatform.mEvents.clear();
+    EXPECT_TRUE(Start(u"b.txt").mSucceeded);
+    EXPECT_THAT(mPlatform.mEvents, ElementsAre("tick", "close printer", "open printer Proof", "text b.txt",
+                                               "PPMStartDocPort: StartDoc success"));
+    EXPECT_NE(mState.sJobStream, abandoned);
+    EXPECT_EQ(abandoned->Write(GBuffer("late")), 4) << "the old file is given up, not closed";
+    EXPECT_TRUE(mJob.End(mHandle).mSucceeded);
+}
+
+}  // namespace

@@ -1,0 +1,65 @@
+#include "monitor/spooling/RunCallback.h"
+
+#include <gmock/gmock.h>
+
+#include <stdexcept>
+#include <thread>
+#include <tuple>
+
+#include "tests/monitor/spooling/FakeMonitorPlatform.h"
+
+namespace {
+
+class RunCallbackTest : public testing::Test {
+protected:
+    template <class Body>
+    bool Run(CallbackFailure failure, Body body) {
+        return RunCallback(mPlatform, mState, L"PPMTest", failure, [&] {
+            mPlatform.mLastError = 5;  // what the work leaves behind
+            return body();
+        });
+    }
+    bool IsLockFree() {
+        bool free = false;
+        std::thread other([&] {
+            free = mState.sMonitorLock.TryToLock();
+            if (free) mState.sMonitorLock.Unlock();
+        });
+        other.join();
+        return free;
+    }
+
+    FakeMonitorPlatform mPlatform;
+    MonitorState mState;
+};
+
+TEST_F(RunCallbackTest, LeavesTheLastErrorUnlessTheOutcomeNamesOne) {
+    const std::tuple<const char*, CallbackOutcome, bool, std::uint32_t> rows[] = {
+        {"success", CallbackOutcome::Success(), true, FakeMonitorPlatform::cUntouched},
+        {"failure", CallbackOutcome::Failure(39), false, 39},
+        {"failure without a code", CallbackOutcome::SilentFailure(), false, FakeMonitorPlatform::cUntouched},
+        {"success with a code", {true, 1906}, true, 1906},
+    };
+    for (const auto& [what, outcome, result, lastError] : rows) {
+        SCOPED_TRACE(what);
+        mPlatform.mLastError = FakeMonitorPlatform::cUntouched;
+        EXPECT_EQ(Run({1003}, [&] { return outcome; }), result);
+        EXPECT_EQ(mPlatform.mLastError, lastError);
+    }
+}
+
+TEST_F(RunCallbackTest, TracesLocksAndTurnsAnyExceptionIntoTheFailureCodeUnlessAskedToLetItOut) {
+    EXPECT_FALSE(Run({14}, [&]() -> CallbackOutcome {
+        EXPECT_THAT(mPlatform.mEvents, testing::ElementsAre("PPMTest"));
+        EXPECT_FALSE(IsLockFree());
+        throw std::runtime_error("lost");
+    }));
+    EXPECT_EQ(mPlatform.mLastError, 14u);
+    EXPECT_TRUE(IsLockFree());
+    EXPECT_FALSE(Run({1003}, []() -> CallbackOutcome { throw 7; }));
+    EXPECT_EQ(mPlatform.mLastError, 1003u);
+    EXPECT_THROW(Run({}, []() -> CallbackOutcome { throw std::runtime_error("lost"); }), std::runtime_error);
+    EXPECT_TRUE(IsLockFree());
+}
+
+}  // namespace

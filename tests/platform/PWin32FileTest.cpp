@@ -1,0 +1,178 @@
+// What only Windows does: sharing between openers, long paths, attributes, shell folders.
+#include <gtest/gtest.h>
+
+#include <tuple>
+
+#include "framework/files/GFile.h"
+#include "framework/files/GFileOpenMode.h"
+#include "framework/files/GFileSystem.h"
+#include "framework/streams/GFileInStream.h"
+#include "framework/streams/GFileOutStream.h"
+#include "platform/win32/base/PWin32ScopedHandle.h"
+#include "platform/win32/core/PWin32SystemException.h"
+#include "platform/win32/core/PWin32Wide.h"
+#include "tests/files/TestFolder.h"
+#include "tests/streams/StreamTestSupport.h"
+
+#include "platform/win32/base/PWin32Api.h"
+
+namespace {
+
+constexpr long cRead = GFileOpenMode::cRead;
+constexpr long cWrite = GFileOpenMode::cWrite;
+constexpr long cReaders = GFileOpenMode::cAllowReaders;
+constexpr long cWriters = GFileOpenMode::cAllowWriters;
+
+long ErrorOf(const auto& call) {
+    try {
+        call();
+    } catch (const PWin32SystemException& failure) {
+        EXPECT_EQ(failure.GetExceptionID(), 40073);
+        return failure.GetSystemErrorCode();
+    }
+    return 0;
+}
+
+TEST(PWin32FileImp, TheSharingBitsSayWhoElseMayOpen) {
+    const std::tuple<const char*, long, bool, bool> rows[] = {
+        {"a reader", cRead, true, false},
+        {"a reader with the readers' bit alone", cRead | cReaders, true, false},
+        {"a reader with the writers' bit", cRead | cWriters, false, true},
+        {"a reader with both", cRead | cReaders | cWriters, true, true},
+        {"a writer", cWrite, true, false},
+        {"a writer with both", cWrite | cReaders | cWriters, true, true},
+    };
+    const TestFolder folder;
+    folder.Put("f", "abc");
+    const std::wstring name = folder.Standard("f").wstring();
+    for (const auto& [what, mode, othersRead, othersWrite] : rows) {
+        SCOPED_TRACE(what);
+        const GFile file(folder.Portable("f"), mode);
+        // The other opener itself shares everything, so that only the first one's word counts.
+        const auto opens = [&](DWORD access) {
+            const PWin32ScopedHandle<PWin32FileHandle> other(
+                ::CreateFileW(name.c_str(), access, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
+                              OPEN_EXISTING, 0, nullptr));
+            const DWORD error = ::GetLastError();
+            EXPECT_TRUE(other || error == ERROR_SHARING_VIOLATION) << error;
+            return static_cast<bool>(other);
+        };
+        EXPECT_EQ(opens(GENERIC_READ), othersRead);
+        EXPECT_EQ(opens(GENERIC_WRITE), othersWrite);
+    }
+}
+
+TEST(PWin32FileImp, CreatingFindsAFileInUseThere) {
+    const TestFolder folder;
+    GFileOutStream job(folder.Portable("f"), true);
+    GFileSystem::CreateFile(folder.Portable("f"), GTypeEnums::cNone, false);
+    EXPECT_EQ(ErrorOf([&] { GFileSystem::CreateFile(folder.Portable("f"), GTypeEnums::cNone, true); }),
+              ERROR_FILE_EXISTS);
+}
+
+TEST(PWin32FileImp, KeepsTheAttributesOfAFileThatItEmpties) {
+    const TestFolder folder;
+    folder.Put("f", "abc");
+    const std::wstring name = folder.Standard("f").wstring();
+    GFileSystem::SetHidden(folder.Portable("f"), true);
+    EXPECT_TRUE(GFileSystem::IsHidden(folder.Portable("f")));
+    GFileOutStream(folder.Portable("f"), true).Write(BufferOf("x"));
+    EXPECT_TRUE(GFileSystem::IsHidden(folder.Portable("f")));
+    GFileSystem::SetHidden(folder.Portable("f"), false);
+    EXPECT_FALSE(GFileSystem::IsHidden(folder.Portable("f")));
+    EXPECT_EQ(folder.Take("f"), "x");
+}
+
+TEST(PWin32FileImp, ReportsTheSystemsCodes) {
+    const TestFolder folder;
+    folder.Put("f", "abc");
+    const std::tuple<const char*, const char*, long, long> rows[] = {
+        {"missing file", "g", cRead, ERROR_FILE_NOT_FOUND},
+        {"missing folder", "g/h", cRead, ERROR_PATH_NOT_FOUND},
+        {"a name that is none", "a|b", cRead, ERROR_INVALID_NAME},
+        {"a folder", "", cRead, ERROR_ACCESS_DENIED},
+    };
+    for (const auto& [what, path, mode, error] : rows)
+        EXPECT_EQ(ErrorOf([&] { GFile(folder.Portable(path), mode); }), error) << what;
+    EXPECT_EQ(ErrorOf([&] { GFileSystem::CreateFolder(folder.Portable("f/g")); }), ERROR_ALREADY_EXISTS);
+    EXPECT_EQ(ErrorOf([&] { GFileSystem::RemoveFile(folder.Portable("g")); }), ERROR_FILE_NOT_FOUND);
+}
+
+TEST(PWin32FileSystemImp, PathsBeyondTheSystemsLimitWork) {
+    const TestFolder folder;
+    const std::string name(200, 'n');
+    const std::string deep = name + "/" + name + "/" + name;  // over 600 units
+    const GPathName path = folder.Portable(deep + "/job.ps");
+    GFileSystem::CreateFile(path, GTypeEnums::cNone, false);
+    EXPECT_TRUE(GFileSystem::FileExists(path));
+    GFileOutStream(path, true).Write(BufferOf("long"));
+    GFileInStream reader(path);
+    EXPECT_EQ(ReadAll(reader, 100), "long");
+    EXPECT_TRUE(GFileSystem::FileInUse(path));
+    const GPathName copy = GFileSystem::CopyAndRenameFile(path, folder.Portable(deep), "copy.ps");
+    EXPECT_TRUE(GFileSystem::FileExists(copy));
+    GFileSystem::RemoveFile(copy);
+    EXPECT_FALSE(GFileSystem::FileExists(copy));
+    EXPECT_TRUE(GFileSystem::FolderExists(folder.Portable(deep)));
+}
+
+TEST(PWin32FileSystemImp, AFileIsInUseWhileAnybodyHasItOpen) {
+    const TestFolder folder;
+    folder.Put("f", "abc");
+    const GPathName path = folder.Portable("f");
+    EXPECT_FALSE(GFileSystem::FileInUse(path));
+    EXPECT_TRUE(GFileSystem::FileInUse(folder.Portable("missing")));
+    for (const long mode : {cRead, cWrite, cRead | cReaders | cWriters}) {
+        SCOPED_TRACE(mode);
+        GFile file(path, mode);
+        EXPECT_TRUE(GFileSystem::FileInUse(path));
+        file.Close();
+        EXPECT_FALSE(GFileSystem::FileInUse(path));
+    }
+}
+
+TEST(PWin32FileSystemImp, KnowsTheVolumesByTheirRoots) {
+    const std::tuple<const char*, long> rows[] = {
+        {"C:", 1}, {"C:/", 1}, {"C:/windows/missing", 1}, {"Q:/missing", 4}, {"//no-such-server/share/x", 4},
+    };
+    for (const auto& [path, type] : rows)
+        EXPECT_EQ(GFileSystem::GetVolumeType(GPathName(path)), type) << path;
+    EXPECT_EQ(GFileSystem::GetVolumeType(GPathName("relative")), 1);
+}
+
+TEST(PWin32FileSystemImp, AMissingDriveIsAClearFailure) {
+    const long error = ErrorOf([] { GFileSystem::CreateFolder(GPathName("Q:/a/b")); });
+    EXPECT_TRUE(error == ERROR_PATH_NOT_FOUND || error == ERROR_FILE_NOT_FOUND) << error;
+    EXPECT_EQ(ErrorOf([] { GFileSystem::CreateFolder(GPathName("Q:/")); }), ERROR_PATH_NOT_FOUND);
+    EXPECT_FALSE(GFileSystem::FileExists(GPathName("Q:/a")));
+    EXPECT_FALSE(GFileSystem::FolderExists(GPathName("Q:/")));
+    GFileSystem::CreateFolder(GPathName("C:/"));
+    GFileSystem::CreateFolder(GPathName("C:"));
+}
+
+std::string Environment(const wchar_t* name) {
+    wchar_t value[MAX_PATH] = {};
+    const DWORD length = ::GetEnvironmentVariableW(name, value, MAX_PATH);
+    return TextOf(GPathName::FromNative(FromWide(value, static_cast<long>(length))));
+}
+
+TEST(PWin32FileSystemImp, TheShellsFoldersAreTheEnvironments) {
+    EXPECT_EQ(TextOf(GFileSystem::GetUserApplicationDataFolder()), Environment(L"APPDATA"));
+    EXPECT_EQ(TextOf(GFileSystem::GetUserPreferenceFolder()), Environment(L"APPDATA"));
+    EXPECT_EQ(TextOf(GFileSystem::GetCommonAppDataFolder()), Environment(L"ALLUSERSPROFILE"));
+    EXPECT_EQ(TextOf(GFileSystem::GetGlobalPreferenceFolder()), Environment(L"ALLUSERSPROFILE"));
+    EXPECT_EQ(TextOf(GFileSystem::GetUserHomeFolder()), Environment(L"USERPROFILE"));
+    EXPECT_EQ(TextOf(GFileSystem::GetGlobalSystemFolder()), Environment(L"windir"));
+    EXPECT_EQ(TextOf(GFileSystem::GetSystemFolder()), Environment(L"windir") + "/system32");
+    EXPECT_EQ(TextOf(GFileSystem::GetApplicationsFolder()), Environment(L"ProgramFiles"));
+    EXPECT_EQ(TextOf(GFileSystem::GetApplicationsFolder32()), Environment(L"ProgramFiles(x86)"));
+    const GPathName temp = GFileSystem::GetSpecialPath(GSpecialPath::cGlobalTemp);
+    EXPECT_TRUE(GFileSystem::FolderExists(temp)) << TextOf(temp);
+    EXPECT_EQ(TextOf(GFileSystem::GetDebugFolder()), TextOf(temp) + "QuillonDebug");
+    for (const GPathName& folder : {GFileSystem::GetDesktopFolder(), GFileSystem::GetUserDocumentsFolder()}) {
+        EXPECT_TRUE(folder.StartsWith(GFileSystem::GetUserHomeFolder())) << TextOf(folder);
+        EXPECT_TRUE(GFileSystem::FolderExists(folder));
+    }
+}
+
+}  // namespace

@@ -1,0 +1,123 @@
+#include "platform/win32/ipc/PWin32SharedMemory.h"
+
+#include <tuple>
+
+#include "framework/system/PSystem.h"
+#include "platform/win32/base/PWin32Api.h"
+#include "platform/win32/ipc/PWin32IPMutexImp.h"
+#include "platform/win32/ipc/PWin32KernelObject.h"
+#include "tests/ipc/IPCWorld.h"
+
+#include <aclapi.h>
+
+namespace {
+
+using Handle = PWin32ScopedHandle<PWin32KernelHandle>;
+
+/// True for an object whose list of rights is there, but null: everybody may do anything.
+bool IsOpenToEverybody(HANDLE object) {
+    PACL list = reinterpret_cast<PACL>(1);
+    PSECURITY_DESCRIPTOR descriptor = nullptr;
+    if (::GetSecurityInfo(object, SE_KERNEL_OBJECT, DACL_SECURITY_INFORMATION, nullptr, nullptr, &list,
+                          nullptr, &descriptor) != ERROR_SUCCESS)
+        return false;
+    BOOL isPresent = FALSE;
+    BOOL isDefaulted = FALSE;
+    const bool known = ::GetSecurityDescriptorDacl(descriptor, &isPresent, &list, &isDefaulted);
+    ::LocalFree(descriptor);
+    return known && isPresent && list == nullptr;
+}
+
+/// A mapping somebody else has made in its own way, under the name "Global\QulShDTestOdd".
+Handle MakeMapping(HANDLE file, DWORD protection, DWORD size) {
+    return Handle(::CreateFileMappingA(file, nullptr, protection, 0, size, "Global\\QulShDTestOdd"));
+}
+
+long OpenAndGetLength() {
+    return ThrownBy([] { PWin32SharedMemory("Global\\", "QulShDTestOdd").GetLength(); });
+}
+long OpenOrCreate(long size) {
+    bool created = false;
+    return ThrownBy([&] { PWin32SharedMemory("Global\\", "QulShDTestOdd", size, created); });
+}
+
+TEST(PWin32SharedMemory, IsOpenToEverybody) {
+    bool created = false;
+    const PWin32SharedMemory memory("Global\\", "QulShDTestOpen", 100, created);
+    const PWin32IPMutexImp mutex("QulShLTestOpen");
+    const Handle mapping(::OpenFileMappingA(READ_CONTROL, FALSE, "Global\\QulShDTestOpen"));
+    const Handle lock(::OpenMutexA(READ_CONTROL, FALSE, "Global\\QulShLTestOpen"));
+    EXPECT_TRUE(IsOpenToEverybody(mapping.Get()));
+    EXPECT_TRUE(IsOpenToEverybody(lock.Get()));
+}
+
+TEST(PWin32SharedMemory, TouchesNoPagesThatAreOnlyReserved) {
+    const Handle mapping = MakeMapping(INVALID_HANDLE_VALUE, PAGE_READWRITE | SEC_RESERVE, 65536);
+    EXPECT_EQ(OpenAndGetLength(), 40163);
+    EXPECT_EQ(OpenOrCreate(100), 40168);
+    auto* view = static_cast<DWORD*>(::MapViewOfFile(mapping.Get(), FILE_MAP_ALL_ACCESS, 0, 0, 0));
+    ASSERT_NE(::VirtualAlloc(view, 4096, MEM_COMMIT, PAGE_READWRITE), nullptr);
+    const std::tuple<DWORD, long> rows[] = {{4096, 0}, {4097, 40163}, {65536, 40163}};
+    for (const auto& [claimed, thrown] : rows) {
+        SCOPED_TRACE(claimed);
+        *view = claimed;
+        EXPECT_EQ(OpenAndGetLength(), thrown);
+    }
+    *view = 65536;
+    EXPECT_EQ(OpenOrCreate(65532), 40168);
+    ::UnmapViewOfFile(view);
+}
+
+TEST(PWin32SharedMemory, TouchesNoFileThatSomebodyHasMapped) {
+    char folder[MAX_PATH];
+    ::GetTempPathA(MAX_PATH, folder);
+    const std::string path = std::string(folder) + "quillon-mapped.bin";
+    const PWin32ScopedHandle<PWin32FileHandle> file(::CreateFileA(path.c_str(), GENERIC_READ | GENERIC_WRITE,
+                                                                  0, nullptr, CREATE_ALWAYS,
+                                                                  FILE_FLAG_DELETE_ON_CLOSE, nullptr));
+    const Handle mapping = MakeMapping(file.Get(), PAGE_READWRITE, 104);
+    auto* view = static_cast<DWORD*>(::MapViewOfFile(mapping.Get(), FILE_MAP_ALL_ACCESS, 0, 0, 0));
+    ASSERT_NE(view, nullptr);
+    *view = 104;
+    EXPECT_EQ(OpenAndGetLength(), 40163);
+    EXPECT_EQ(OpenOrCreate(100), 40168);
+    ::UnmapViewOfFile(view);
+}
+
+TEST(PWin32SharedMemory, WhatTheSystemRefusesIsTheGeneralException) {
+    const Handle event(::CreateEventA(nullptr, FALSE, FALSE, "Global\\QulShDTestOdd"));
+    EXPECT_EQ(OpenOrCreate(100), 2450);
+    EXPECT_EQ(ThrownBy([] { PWin32IPMutexImp("QulShDTestOdd"); }), 2450);
+    const std::string tooLong(300, 'x');
+    EXPECT_EQ(ThrownBy([&] { PWin32IPMutexImp(Bytes(tooLong)); }), 2450);
+    EXPECT_EQ(ThrownBy([&] { PWin32SharedMemory("Global\\", Bytes(tooLong)); }), 2450);
+}
+
+TEST(PWin32SharedMemory, CarriesTheSystemsText) {
+    char text[256] = "";
+    ::FormatMessageA(FORMAT_MESSAGE_FROM_SYSTEM, nullptr, ERROR_FILE_NOT_FOUND, 0x400, text, sizeof text,
+                     nullptr);
+    EXPECT_EQ(PWin32KernelObject::GetError(3999999999u), GString("3999999999"));
+    try {
+        PWin32SharedMemory("Global\\", "QulShDTestNone");
+        FAIL();
+    } catch (const GException& exception) {
+        EXPECT_EQ(exception.GetDescription(), GString(text));
+    }
+}
+
+TEST(PWin32IPMutexImp, HasNoNameSpaceOnOldSystems) {
+    const std::tuple<long, const char*, long> rows[] = {{3000, "Global\\", 253}, {3002, "Global\\", 253},
+                                                        {3003, "", 260},         {3008, "", 260},
+                                                        {3009, "Global\\", 253}, {3016, "Global\\", 253}};
+    for (const auto& [osCode, path, maxIDSize] : rows) {
+        SCOPED_TRACE(osCode);
+        PSystem::SetOSCode(osCode);
+        EXPECT_EQ(Text(PWin32IPMutexImp::GetMemoryPath()), path);
+        EXPECT_EQ(PWin32IPMutexImp::GetMaxIDSize(), maxIDSize);
+    }
+    PSystem::SetOSCode(PSystem::cUnknownOSCode);
+    EXPECT_EQ(PWin32SharedMemory::GetMaxIDSize(), 260);
+}
+
+}  // namespace

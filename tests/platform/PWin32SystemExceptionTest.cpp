@@ -1,0 +1,145 @@
+#include "platform/win32/core/PWin32SystemException.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <string>
+
+#include "framework/core/errors/GDebugSupport.h"
+#include "framework/core/errors/GExceptionLocation.h"
+#include "framework/core/errors/GStringPool.h"
+#include "tests/core/TextForTests.h"
+
+#include "platform/win32/base/PWin32Api.h"
+
+namespace {
+
+/// What the system itself says, whole; empty when it has no text, with the reason as last error.
+std::wstring SystemText(long code, DWORD language) {
+    wchar_t buffer[2048];
+    const DWORD length = ::FormatMessageW(FORMAT_MESSAGE_FROM_SYSTEM, nullptr, static_cast<DWORD>(code),
+                                          language, buffer, 2048, nullptr);
+    return std::wstring(buffer, length);
+}
+
+std::u16string WithoutLineEnd(std::wstring text) {
+    if (text.ends_with(L"\r\n")) text.resize(text.size() - 2);
+    return std::u16string(text.begin(), text.end());
+}
+
+std::u16string Description(long code) {
+    return Plain(PWin32SystemException(code).GetDescription());
+}
+
+template <class Call>
+long CodeThrownBy(Call call) {
+    try {
+        call();
+    } catch (const PWin32SystemException& exception) {
+        EXPECT_EQ(exception.GetExceptionID(), 40073);
+        return exception.GetSystemErrorCode();
+    }
+    return -1;
+}
+
+}  // namespace
+
+TEST(PWin32SystemException, SaysWhatTheSystemSaysInEnglish) {
+    for (const long code : {2L, 3L, 5L, 6L, 32L, 87L, 112L, 1801L}) {
+        SCOPED_TRACE(code);
+        const std::wstring text = SystemText(code, 1033);
+        ASSERT_TRUE(text.ends_with(L"\r\n"));
+        EXPECT_EQ(Description(code), WithoutLineEnd(text));
+    }
+}
+
+TEST(PWin32SystemException, SaysItInTheUsersLanguageWhenTheProgramDoesNotSpeakEnglish) {
+    GStringPoolSupport::SetCurrentLanguage("deDE");
+    EXPECT_EQ(Description(5), WithoutLineEnd(SystemText(5, 1024)));
+    GStringPoolSupport::SetCurrentLanguage("enUS");
+}
+
+TEST(PWin32SystemException, SaysSoWhenTheSystemHasNoText) {
+    // Of the last one the system has a text, but with a place that nobody can fill.
+    for (const long code : {0x2000BEEFL, 3003L, -5L, 193L}) {
+        ASSERT_EQ(SystemText(code, 2048), L"");
+        const std::string reason = std::to_string(::GetLastError());
+        const std::string expected = "Get system error string for error code " + std::to_string(code) +
+                                     " failed with error code " + reason;
+        EXPECT_EQ(Description(code), std::u16string(expected.begin(), expected.end()));
+    }
+}
+
+TEST(PWin32SystemException, StandsBehindItsLocation) {
+    const GExceptionLocation where(Text(u"C:\\x"));
+    EXPECT_EQ(Plain(PWin32SystemException(5).GetFullDescription()),
+              u"C:\\x: " + WithoutLineEnd(SystemText(5, 1033)));
+}
+
+TEST(PWin32SystemException, ChecksResultsAndHandles) {
+    int object = 0;
+    EXPECT_NO_THROW(PWin32SystemException::CheckForErrors(1));
+    EXPECT_NO_THROW(PWin32SystemException::CheckForErrors(-1));
+    EXPECT_NO_THROW(PWin32SystemException::CheckHandle(&object));
+    ::SetLastError(1234);
+    EXPECT_EQ(CodeThrownBy([] { PWin32SystemException::CheckForErrors(0); }), 1234);
+    ::SetLastError(2);
+    EXPECT_EQ(CodeThrownBy([] { PWin32SystemException::CheckHandle(nullptr); }), 2);
+    ::SetLastError(3);
+    EXPECT_EQ(CodeThrownBy([] { PWin32SystemException::CheckHandle(INVALID_HANDLE_VALUE); }), 3);
+}
+
+TEST(PWin32StackDump, NamesTheCallersModules) {
+    const std::u16string dump = Plain(GDebugSupport::GetStackDump());
+    wchar_t path[MAX_PATH];
+    ::GetModuleFileNameW(nullptr, path, MAX_PATH);
+    std::wstring module(path);
+    module = module.substr(module.rfind(L'\\') + 1);
+    module = module.substr(0, module.rfind(L'.'));
+    const std::u16string name(module.begin(), module.end());
+    EXPECT_NE(dump.find(u": " + name + u"! "), std::u16string::npos) << std::string(dump.begin(), dump.end());
+    EXPECT_EQ(dump.find(u"Error: "), std::u16string::npos);
+}
+
+/// How many frames the dump shows below `depth` calls of this function; each starts with an address.
+__attribute__((noinline)) long CountFramesBelow(int depth) {
+    if (depth > 0) {
+        const volatile long frames = CountFramesBelow(depth - 1);
+        return frames;
+    }
+    std::u16string dump = Plain(GDebugSupport::GetStackDump());
+    dump.erase(0, dump.find(u'\n') + 1);
+    long frames = 0;
+    for (; !dump.starts_with(u"==="); dump.erase(0, dump.find(u'\n') + 1), ++frames) {
+        const auto colon = dump.find(u": ");
+        EXPECT_GE(colon, 8u);
+        EXPECT_EQ(dump.find_first_not_of(u"0123456789ABCDEF"), colon);
+    }
+    return frames;
+}
+
+TEST(PWin32StackDump, ShowsEveryFrameUpTo1024) {
+    const long frames = CountFramesBelow(0);
+    EXPECT_GE(frames, 3);
+    EXPECT_EQ(CountFramesBelow(100), frames + 100);
+    EXPECT_EQ(CountFramesBelow(1100), 1024);
+}
+
+/// The frames of a stack that does not lead back: a caller's address is overwritten meanwhile.
+__attribute__((noinline)) long CountFramesOfABrokenStack(std::uintptr_t garbage) {
+    void* volatile* const callers = static_cast<void* volatile*>(__builtin_frame_address(0)) + 1;
+    void* const caller = __builtin_return_address(0);
+    EXPECT_EQ(*callers, caller);
+    *callers = reinterpret_cast<void*>(garbage);
+    const long frames = CountFramesBelow(0);
+    *callers = caller;
+    return frames;
+}
+
+TEST(PWin32StackDump, EndsWhereTheStackIsBroken) {
+    for (const std::uintptr_t garbage :
+         {std::uintptr_t{0}, std::uintptr_t{1}, UINTPTR_MAX / 2, UINTPTR_MAX}) {
+        SCOPED_TRACE(garbage);
+        EXPECT_GE(CountFramesOfABrokenStack(garbage), 2);
+    }
+}
