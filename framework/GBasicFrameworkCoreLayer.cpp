@@ -9,11 +9,14 @@
 #include "framework/core/encodings/GUTF8Encoding.h"
 #include "framework/core/encodings/GUnicodeEncoding.h"
 #include "framework/core/encodings/GWinAnsiEncoding.h"
+#include "framework/core/errors/GErrorReporter.h"
 #include "framework/core/errors/GException.h"
 #include "framework/core/text/GBufferSupport.h"
 #include "framework/files/GFileSystem.h"
 #include "framework/ipc/GShMemID.h"
 #include "framework/streams/GProgress.h"
+#include "framework/system/GProcessInfo.h"
+#include "framework/system/GSessionInfo.h"
 
 namespace {
 
@@ -29,10 +32,14 @@ void CreateEncodings() {
     GShiftJISEncoding::GetInstance();
 }
 
+// The shared instances end with the framework, in the reverse order of what they are made of.
 void Stop() noexcept {
     GProgressCentre::SetInstance(nullptr);
     GShMemID::Finalize();
     GFileSystem::RemoveAllSpecialPaths();
+    GSessionInfo::SetInstance(nullptr);
+    GProcessInfo::SetInstance(nullptr);
+    GErrorReporter::SetInstance(nullptr);
     GEncoding::FinalizeAll();
 }
 

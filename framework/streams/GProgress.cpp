@@ -1,14 +1,12 @@
 #include "framework/streams/GProgress.h"
 
 #include <algorithm>
-#include <memory>
+
+#include "framework/core/memory/GReplaceable.h"
 
 namespace {
 
-std::unique_ptr<GProgressCentre>& InstalledCentre() {
-    static std::unique_ptr<GProgressCentre> sCentre;
-    return sCentre;
-}
+constinit GReplaceable<GProgressCentre> sInstance;
 
 }  // namespace
 
@@ -19,13 +17,11 @@ void GProgressCentre::Report(const GProgress&) {}
 void GProgressCentre::Finished(const GProgress&) noexcept {}
 
 GProgressCentre* GProgressCentre::GetInstance() {
-    static GProgressCentre sPlainCentre;
-    GProgressCentre* const installed = InstalledCentre().get();
-    return installed != nullptr ? installed : &sPlainCentre;
+    return sInstance.Get([] { return new GProgressCentre; });
 }
 
 void GProgressCentre::SetInstance(GProgressCentre* centre) {
-    InstalledCentre().reset(centre);
+    sInstance.Set(centre);
 }
 
 GProgress::GProgress(long long total) : mCentre(GProgressCentre::GetInstance()), mTotal(total) {

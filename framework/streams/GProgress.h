@@ -23,8 +23,8 @@ public:
 
     /// Never null; the plain one is made on first use.
     static GProgressCentre* GetInstance();
-    /// Takes ownership of `centre` and deletes the one before; null brings the plain one back. Not
-    /// while any GProgress is alive.
+    /// Takes ownership of `centre` and deletes the one before. Null, and the framework's end, bring the
+    /// plain one back. Not while any GProgress is alive.
     static void SetInstance(GProgressCentre* centre);
 };
 

@@ -1,35 +1,19 @@
 #include "framework/system/GProcessInfo.h"
 
-#include <memory>
-#include <mutex>
-
-#include "PPlatformTypes.h"
+#include "framework/core/memory/GReplaceable.h"
 
 namespace {
 
-struct Holder {
-    PCriticalSection lock;
-    std::unique_ptr<GProcessInfo> info;
-};
-
-Holder& GetHolder() {
-    static Holder sProcessInfo;
-    return sProcessInfo;
-}
+constinit GReplaceable<GProcessInfo> sInstance;
 
 }  // namespace
 
 GProcessInfo::~GProcessInfo() = default;
 
 GProcessInfo* GProcessInfo::GetInstance() {
-    Holder& holder = GetHolder();
-    const std::lock_guard<PCriticalSection> guard(holder.lock);
-    if (!holder.info) holder.info.reset(CreateDefault());
-    return holder.info.get();
+    return sInstance.Get([] { return CreateDefault(); });
 }
 
 void GProcessInfo::SetInstance(GProcessInfo* info) {
-    Holder& holder = GetHolder();
-    const std::lock_guard<PCriticalSection> guard(holder.lock);
-    holder.info.reset(info);
+    sInstance.Set(info);
 }

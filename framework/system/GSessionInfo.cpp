@@ -1,35 +1,19 @@
 #include "framework/system/GSessionInfo.h"
 
-#include <memory>
-#include <mutex>
-
-#include "PPlatformTypes.h"
+#include "framework/core/memory/GReplaceable.h"
 
 namespace {
 
-struct Holder {
-    PCriticalSection lock;
-    std::unique_ptr<GSessionInfo> info;
-};
-
-Holder& GetHolder() {
-    static Holder sSessionInfo;
-    return sSessionInfo;
-}
+constinit GReplaceable<GSessionInfo> sInstance;
 
 }  // namespace
 
 GSessionInfo::~GSessionInfo() = default;
 
 GSessionInfo* GSessionInfo::GetInstance() {
-    Holder& holder = GetHolder();
-    const std::lock_guard<PCriticalSection> guard(holder.lock);
-    if (!holder.info) holder.info.reset(CreateDefault());
-    return holder.info.get();
+    return sInstance.Get([] { return CreateDefault(); });
 }
 
 void GSessionInfo::SetInstance(GSessionInfo* info) {
-    Holder& holder = GetHolder();
-    const std::lock_guard<PCriticalSection> guard(holder.lock);
-    holder.info.reset(info);
+    sInstance.Set(info);
 }

@@ -27,8 +27,8 @@ public:
 
     /// Never null; the platform's own is made on first use.
     static GSessionInfo* GetInstance();
-    /// Takes ownership of `info` and deletes the one before; null brings the platform's own back on
-    /// the next use. Not while another thread uses the old one.
+    /// Takes ownership of `info` and deletes the one before. Null, and the framework's end, bring the
+    /// platform's own back on the next use. Not while another thread uses the old one.
     static void SetInstance(GSessionInfo* info);
 
 protected:

@@ -41,10 +41,14 @@ private:
     const IPCWorld& mWorld;
 };
 
-IPCWorld::IPCWorld() {
+void IPCWorld::Install() {
     GShMemID::Initialize();
     GProcessInfo::SetInstance(new Processes(*this));
     GSessionInfo::SetInstance(new Sessions(*this));
+}
+
+IPCWorld::IPCWorld() {
+    Install();
     // Only Windows has a name space beside its sessions that is not searched with them.
     const bool isWindows = PSystem::GetPlatformCode() == PSystem::cPlatformWindows;
     mSessions = isWindows ? std::vector<long>{-1, 0, 1} : std::vector<long>{0, 1};

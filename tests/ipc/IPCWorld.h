@@ -21,6 +21,8 @@ public:
     IPCWorld(const IPCWorld&) = delete;
     IPCWorld& operator=(const IPCWorld&) = delete;
 
+    /// Puts this world in place of the machine's own; again after the framework's end, which takes it away.
+    void Install();
     /// From now on this process is `processID`, runs in `session`, and is alive.
     void ActAs(long processID, long session);
     void Kill(long processID) { mRunning.erase(processID); }

@@ -5,14 +5,14 @@
 #include "framework/core/bytes/GCharCode.h"
 #include "framework/core/encodings/GCodeUnits.h"
 #include "framework/core/encodings/GEncodingBuffers.h"
-#include "framework/core/encodings/GEncodingSingleton.h"
 #include "framework/core/encodings/GUnicodeEncoding.h"
+#include "framework/core/memory/GReplaceable.h"
 
 const GBuffer GASCIIEncoding::sDescription = BorrowLiteral("ASCIIEncoding");
 
 namespace {
 
-constinit GEncodingSingleton<GASCIIEncoding> sInstance;
+constinit GReplaceable<GASCIIEncoding> sInstance;
 
 long NarrowToASCII(const GBuffer& utf16, GBuffer& out) {
     const auto length = static_cast<std::size_t>(utf16.GetLength()) / 2;

@@ -2,13 +2,13 @@
 
 #include "framework/core/encodings/GCharacterTables.h"
 #include "framework/core/encodings/GEncodingBuffers.h"
-#include "framework/core/encodings/GEncodingSingleton.h"
+#include "framework/core/memory/GReplaceable.h"
 
 const GBuffer GMacExpertEncoding::sDescription = BorrowLiteral("MacExpertEncoding");
 
 namespace {
 
-constinit GEncodingSingleton<GMacExpertEncoding> sInstance;
+constinit GReplaceable<GMacExpertEncoding> sInstance;
 
 }  // namespace
 

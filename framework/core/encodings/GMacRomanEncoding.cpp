@@ -1,14 +1,14 @@
 #include "framework/core/encodings/GMacRomanEncoding.h"
 
 #include "framework/core/encodings/GEncodingBuffers.h"
-#include "framework/core/encodings/GEncodingSingleton.h"
 #include "framework/core/encodings/GLatinCharset.h"
+#include "framework/core/memory/GReplaceable.h"
 
 const GBuffer GMacRomanEncoding::sDescription = BorrowLiteral("MacRomanEncoding");
 
 namespace {
 
-constinit GEncodingSingleton<GMacRomanEncoding> sInstance;
+constinit GReplaceable<GMacRomanEncoding> sInstance;
 
 }  // namespace
 

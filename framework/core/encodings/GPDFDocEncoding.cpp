@@ -1,14 +1,14 @@
 #include "framework/core/encodings/GPDFDocEncoding.h"
 
 #include "framework/core/encodings/GEncodingBuffers.h"
-#include "framework/core/encodings/GEncodingSingleton.h"
 #include "framework/core/encodings/GLatinCharset.h"
+#include "framework/core/memory/GReplaceable.h"
 
 const GBuffer GPDFDocEncoding::sDescription = BorrowLiteral("PDFDocEncoding");
 
 namespace {
 
-constinit GEncodingSingleton<GPDFDocEncoding> sInstance;
+constinit GReplaceable<GPDFDocEncoding> sInstance;
 
 }  // namespace
 

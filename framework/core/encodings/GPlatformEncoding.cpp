@@ -2,16 +2,16 @@
 
 #include "framework/core/bytes/GCharCode.h"
 #include "framework/core/encodings/GEncodingBuffers.h"
-#include "framework/core/encodings/GEncodingSingleton.h"
 #include "framework/core/encodings/GPlatformEncodingFactory.h"
 #include "framework/core/encodings/GUnicodeEncoding.h"
 #include "framework/core/encodings/PText.h"
+#include "framework/core/memory/GReplaceable.h"
 
 const GBuffer GPlatformEncoding::sDescription = BorrowLiteral("WinPlatformEncoding_CodePage");
 
 namespace {
 
-constinit GEncodingSingleton<GPlatformEncoding> sInstance;
+constinit GReplaceable<GPlatformEncoding> sInstance;
 
 }  // namespace
 

@@ -1,14 +1,14 @@
 #include "framework/core/encodings/GShiftJISEncoding.h"
 
 #include "framework/core/encodings/GEncodingBuffers.h"
-#include "framework/core/encodings/GEncodingSingleton.h"
 #include "framework/core/encodings/GPlatformEncodingFactory.h"
+#include "framework/core/memory/GReplaceable.h"
 
 const GBuffer GShiftJISEncoding::sDescription = BorrowLiteral("ShiftJISEncoding");
 
 namespace {
 
-constinit GEncodingSingleton<GShiftJISEncoding> sInstance;
+constinit GReplaceable<GShiftJISEncoding> sInstance;
 
 constexpr long cShiftJISCodePage = 932;
 

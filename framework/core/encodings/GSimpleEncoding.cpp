@@ -4,14 +4,14 @@
 
 #include "framework/core/encodings/GCodeUnits.h"
 #include "framework/core/encodings/GEncodingBuffers.h"
-#include "framework/core/encodings/GEncodingSingleton.h"
 #include "framework/core/encodings/GUnicodeEncoding.h"
+#include "framework/core/memory/GReplaceable.h"
 
 const GBuffer GSimpleEncoding::sDescription = BorrowLiteral("SimpleEncoding");
 
 namespace {
 
-constinit GEncodingSingleton<GSimpleEncoding> sInstance;
+constinit GReplaceable<GSimpleEncoding> sInstance;
 
 constexpr std::uint32_t cIsUnit = 0x10000;
 constexpr std::uint16_t cIsCode = 0x100;

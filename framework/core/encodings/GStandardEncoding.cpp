@@ -1,14 +1,14 @@
 #include "framework/core/encodings/GStandardEncoding.h"
 
 #include "framework/core/encodings/GEncodingBuffers.h"
-#include "framework/core/encodings/GEncodingSingleton.h"
 #include "framework/core/encodings/GLatinCharset.h"
+#include "framework/core/memory/GReplaceable.h"
 
 const GBuffer GStandardEncoding::sDescription = BorrowLiteral("StandardEncoding");
 
 namespace {
 
-constinit GEncodingSingleton<GStandardEncoding> sInstance;
+constinit GReplaceable<GStandardEncoding> sInstance;
 
 }  // namespace
 

@@ -6,9 +6,9 @@
 #include "framework/core/bytes/GCharCode.h"
 #include "framework/core/encodings/GCodeUnits.h"
 #include "framework/core/encodings/GEncodingBuffers.h"
-#include "framework/core/encodings/GEncodingSingleton.h"
 #include "framework/core/encodings/GUTF8Blocks.h"
 #include "framework/core/encodings/GUnicodeEncoding.h"
+#include "framework/core/memory/GReplaceable.h"
 
 const GBuffer GUTF8Encoding::sDescription = BorrowLiteral("UTF-8Encoding");
 
@@ -16,7 +16,7 @@ namespace {
 
 using Progress = GUTF8Blocks::Progress;
 
-constinit GEncodingSingleton<GUTF8Encoding> sInstance;
+constinit GReplaceable<GUTF8Encoding> sInstance;
 
 constexpr bool IsContinuation(unsigned char byte) {
     return (byte & 0xC0) == 0x80;

@@ -8,14 +8,14 @@
 #include "framework/core/encodings/GCharacterTables.h"
 #include "framework/core/encodings/GCodeUnits.h"
 #include "framework/core/encodings/GEncodingBuffers.h"
-#include "framework/core/encodings/GEncodingSingleton.h"
 #include "framework/core/encodings/GUnicodeComposition.h"
+#include "framework/core/memory/GReplaceable.h"
 
 const GBuffer GUnicodeEncoding::sDescription = BorrowLiteral("UnicodeEncoding");
 
 namespace {
 
-constinit GEncodingSingleton<GUnicodeEncoding> sInstance;
+constinit GReplaceable<GUnicodeEncoding> sInstance;
 
 // The glyph list, turned in every direction that is asked for. Names borrow the list's literals.
 struct GlyphDictionaries {

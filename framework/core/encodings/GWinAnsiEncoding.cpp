@@ -1,14 +1,14 @@
 #include "framework/core/encodings/GWinAnsiEncoding.h"
 
 #include "framework/core/encodings/GEncodingBuffers.h"
-#include "framework/core/encodings/GEncodingSingleton.h"
 #include "framework/core/encodings/GLatinCharset.h"
+#include "framework/core/memory/GReplaceable.h"
 
 const GBuffer GWinAnsiEncoding::sDescription = BorrowLiteral("WinAnsiEncoding");
 
 namespace {
 
-constinit GEncodingSingleton<GWinAnsiEncoding> sInstance;
+constinit GReplaceable<GWinAnsiEncoding> sInstance;
 
 constexpr unsigned short cBullet = 0x2022;
 

@@ -1,7 +1,5 @@
 #pragma once
 
-#include <memory>
-
 #include "framework/core/GExport.h"
 
 class GString;
@@ -23,9 +21,7 @@ public:
 
     /// The installed reporter; a silent one is made when there is none. Never null.
     static GErrorReporter* GetInstance();
-    /// Takes ownership of the new reporter and deletes the one before. Null: back to silence.
+    /// Takes ownership of the new reporter and deletes the one before. Null, and the framework's end: back to
+    /// silence.
     static void SetInstance(GErrorReporter* reporter);
-
-private:
-    static std::unique_ptr<GErrorReporter> sInstance;
 };

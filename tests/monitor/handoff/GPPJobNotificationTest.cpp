@@ -125,7 +125,7 @@ TEST_F(GPPJobNotificationTest, TheLayerIsStartedAnewAsLongAsItCouldNot) {
         EXPECT_FALSE(Notify());
         EXPECT_FALSE(GPPPrinterProcessorLayer::IsInitialized());
     }
-    GShMemID::Initialize();  // the start that failed has taken everything back
+    mWorld.Install();  // the start that failed has taken everything back
     Application listener(mWorld, 200);
     EXPECT_TRUE(Notify());
     EXPECT_TRUE(GPPPrinterProcessorLayer::IsInitialized());
