@@ -1,9 +1,8 @@
 #include "framework/ipc/GIPCManager.h"
 
-#include <exception>
-
 #include "framework/core/errors/GException.h"
 #include "framework/core/errors/GExceptionID.h"
+#include "framework/core/errors/GFirstFailure.h"
 #include "framework/core/events/GBasicSignals.h"
 #include "framework/core/memory/GRefCount.h"
 #include "framework/system/GProcessInfo.h"
@@ -15,35 +14,6 @@ constexpr long cListeningInterval = 100;  // milliseconds between two looks for 
 constexpr long cNoLimit = 0x7FFFFFFF;
 
 GIPCManager::SleepFunction sSleep = nullptr;
-
-/// Runs steps that must not keep each other from running, and throws the first failure at the end.
-class Steps {
-public:
-    template <class Step>
-    void Run(Step step) {
-        try {
-            step();
-        } catch (...) {
-            if (!mFirstFailure) mFirstFailure = std::current_exception();
-        }
-    }
-    void Finish() const {
-        if (mFirstFailure) std::rethrow_exception(mFirstFailure);
-    }
-
-private:
-    std::exception_ptr mFirstFailure;
-};
-
-// For what must go on, and has nobody left to report to.
-template <class Step>
-void RunQuietly(Step step) noexcept {
-    try {
-        step();
-    } catch (...) {
-        return;
-    }
-}
 
 }  // namespace
 
@@ -169,19 +139,19 @@ void GIPCManager::Receive(long signalNumber, const GEmptyMessage&) {
 }
 
 void GIPCManager::ForceProcessPendingMessages() {
-    Steps steps;
+    GFirstFailure steps;
     steps.Run([this] { SendDelayedMessages(); });
     steps.Run([this] { ProcessReceivedMessages(); });
-    steps.Finish();
+    steps.Throw();
 }
 
 void GIPCManager::ProcessReceivedMessages() {
     if (!mListening) return;
     GTable<GSmartPtr<GIPCMessage>> messages;
-    Steps steps;
+    GFirstFailure steps;
     steps.Run([&] { ReadInboxes(messages); });
     for (const GSmartPtr<GIPCMessage>& message : messages) steps.Run([&] { Dispatch(*message); });
-    steps.Finish();
+    steps.Throw();
 }
 
 void GIPCManager::ReadInboxes(GTable<GSmartPtr<GIPCMessage>>& messages) {
@@ -192,11 +162,11 @@ void GIPCManager::Dispatch(const GIPCMessage& message) {
     const GSmartPtr<ReceiverList>* found = mReceivers.Find(static_cast<std::int32_t>(message.GetType()));
     if (found == nullptr) return;
     const GSmartPtr<ReceiverList> list = *found;
-    Steps steps;
+    GFirstFailure steps;
     GTableIterator<GIPCReceiver*> receivers(list->mReceivers);
     while (GIPCReceiver** receiver = receivers.Next())
         steps.Run([&] { (*receiver)->HandleIPCMessage(message); });
-    steps.Finish();
+    steps.Throw();
 }
 
 // --- Sending

@@ -1,9 +1,9 @@
 #pragma once
 
 #include <algorithm>
-#include <exception>
 
 #include "framework/core/containers/GTable.h"
+#include "framework/core/errors/GFirstFailure.h"
 #include "framework/core/events/GReceiver.h"
 
 /// GSignal: a numbered event and the receivers that asked to be told of it.
@@ -36,16 +36,11 @@ public:
 
     /// Tells every receiver, also when one of them throws; then the first exception is thrown on.
     void Fire(const Message& message) {
-        std::exception_ptr firstFailure;
+        GFirstFailure failure;
         GTableIterator<GReceiver<Message>*> receivers(mReceivers);
-        while (GReceiver<Message>** receiver = receivers.Next()) {
-            try {
-                (*receiver)->Receive(mNumber, message);
-            } catch (...) {
-                if (!firstFailure) firstFailure = std::current_exception();
-            }
-        }
-        if (firstFailure) std::rethrow_exception(firstFailure);
+        while (GReceiver<Message>** receiver = receivers.Next())
+            failure.Run([&] { (*receiver)->Receive(mNumber, message); });
+        failure.Throw();
     }
 
 private:
