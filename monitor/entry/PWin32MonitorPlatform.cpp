@@ -3,23 +3,13 @@
 #include <new>
 
 #include "framework/system/PSystem.h"
+#include "platform/win32/base/PWin32LastErrorKeeper.h"
 #include "platform/win32/base/PWin32SpoolerApi.h"
 
 namespace {
 
 /// Only the address of the port's block is used.
 constexpr SIZE_T cPortHandleSize = 8;
-
-class LastErrorKeeper {
-public:
-    LastErrorKeeper() noexcept : mLastError(::GetLastError()) {}
-    LastErrorKeeper(const LastErrorKeeper&) = delete;
-    LastErrorKeeper& operator=(const LastErrorKeeper&) = delete;
-    ~LastErrorKeeper() { ::SetLastError(mLastError); }
-
-private:
-    DWORD mLastError;
-};
 
 }  // namespace
 
@@ -44,24 +34,24 @@ void PWin32MonitorPlatform::SetLastError(std::uint32_t code) noexcept {
 }
 
 void* PWin32MonitorPlatform::AllocatePortHandle() {
-    const LastErrorKeeper keeper;
+    const PWin32LastErrorKeeper keeper;
     void* handle = ::GlobalAlloc(GMEM_FIXED, cPortHandleSize);
     if (handle == nullptr) throw std::bad_alloc();
     return handle;
 }
 
 void PWin32MonitorPlatform::FreePortHandle(void* handle) noexcept {
-    const LastErrorKeeper keeper;
+    const PWin32LastErrorKeeper keeper;
     ::GlobalFree(handle);
 }
 
 bool PWin32MonitorPlatform::IsNTOrBetter() noexcept {
-    const LastErrorKeeper keeper;
+    const PWin32LastErrorKeeper keeper;
     return PSystem::IsNTOrBetter();
 }
 
 void* PWin32MonitorPlatform::OpenPrinter(const unsigned short* name) noexcept {
-    const LastErrorKeeper keeper;
+    const PWin32LastErrorKeeper keeper;
     // The call takes the name as writable and only reads it.
     wchar_t* text = const_cast<wchar_t*>(reinterpret_cast<const wchar_t*>(name));
     HANDLE printer = nullptr;
@@ -69,11 +59,11 @@ void* PWin32MonitorPlatform::OpenPrinter(const unsigned short* name) noexcept {
 }
 
 void PWin32MonitorPlatform::ReportJobSent(void* printer, std::uint32_t jobID) noexcept {
-    const LastErrorKeeper keeper;
+    const PWin32LastErrorKeeper keeper;
     ::SetJobA(printer, jobID, 0, nullptr, JOB_CONTROL_SENT_TO_PRINTER);
 }
 
 void PWin32MonitorPlatform::ClosePrinter(void* printer) noexcept {
-    const LastErrorKeeper keeper;
+    const PWin32LastErrorKeeper keeper;
     ::ClosePrinter(printer);
 }

@@ -5,16 +5,44 @@
 
 // The value that means "none" and the call that closes differ from one kind of handle to the next.
 
-/// Mappings, mutexes, processes, tokens.
-struct PWin32KernelHandle {
+/// What the system marks as "none" by null, as most of its calls do.
+struct PWin32NullableHandle {
     static void* None() noexcept { return nullptr; }
+};
+
+/// Mappings, mutexes, events, processes, threads, tokens.
+struct PWin32KernelHandle : PWin32NullableHandle {
     static void Close(void* handle) noexcept;
 };
 
 /// What CreateFileW and CreateToolhelp32Snapshot give.
-struct PWin32FileHandle {
+struct PWin32FileHandle : PWin32KernelHandle {
     static void* None() noexcept { return reinterpret_cast<void*>(static_cast<std::intptr_t>(-1)); }
+};
+
+/// What OpenPrinterW and AddPrinterW give.
+struct PWin32PrinterHandle : PWin32NullableHandle {
     static void Close(void* handle) noexcept;
+};
+
+/// An open registry key, none of the predefined ones.
+struct PWin32RegistryHandle : PWin32NullableHandle {
+    static void Close(void* handle) noexcept;
+};
+
+/// A library from LoadLibraryExW.
+struct PWin32ModuleHandle : PWin32NullableHandle {
+    static void Close(void* handle) noexcept;
+};
+
+/// A block that the system hands out to be freed by LocalFree: texts of FormatMessageW, security descriptors.
+struct PWin32LocalBlock : PWin32NullableHandle {
+    static void Close(void* block) noexcept;
+};
+
+/// A view from MapViewOfFile.
+struct PWin32MappedView : PWin32NullableHandle {
+    static void Close(void* view) noexcept;
 };
 
 /// PWin32ScopedHandle: owns one handle and closes it, leaving the last error as it was.

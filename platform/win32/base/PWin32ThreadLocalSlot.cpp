@@ -3,6 +3,7 @@
 #include <new>
 
 #include "platform/win32/base/PWin32Api.h"
+#include "platform/win32/base/PWin32LastErrorKeeper.h"
 
 PWin32ThreadLocalSlot::PWin32ThreadLocalSlot() : mIndex(::TlsAlloc()) {
     if (mIndex == TLS_OUT_OF_INDEXES) throw std::bad_alloc();
@@ -14,10 +15,8 @@ PWin32ThreadLocalSlot::~PWin32ThreadLocalSlot() {
 
 void* PWin32ThreadLocalSlot::Get() const noexcept {
     // TlsGetValue clears the last error when it succeeds, to tell a stored null from a failure.
-    const DWORD lastError = ::GetLastError();
-    void* const value = ::TlsGetValue(mIndex);
-    ::SetLastError(lastError);
-    return value;
+    const PWin32LastErrorKeeper keeper;
+    return ::TlsGetValue(mIndex);
 }
 
 void PWin32ThreadLocalSlot::Set(void* value) {

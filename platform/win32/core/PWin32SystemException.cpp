@@ -1,6 +1,7 @@
 #include "platform/win32/core/PWin32SystemException.h"
 
 #include "framework/core/errors/GStringPool.h"
+#include "platform/win32/base/PWin32ScopedHandle.h"
 #include "platform/win32/core/PWin32Wide.h"
 
 #include "platform/win32/base/PWin32Api.h"
@@ -17,10 +18,7 @@ bool FindMessage(DWORD code, DWORD language, GString& text) {
     DWORD length = ::FormatMessageW(FORMAT_MESSAGE_ALLOCATE_BUFFER | FORMAT_MESSAGE_FROM_SYSTEM, nullptr,
                                     code, language, reinterpret_cast<wchar_t*>(&buffer), 0, nullptr);
     if (length == 0) return false;
-    const struct Freer {
-        void* mBlock;
-        ~Freer() { ::LocalFree(mBlock); }
-    } freer{buffer};
+    const PWin32ScopedHandle<PWin32LocalBlock> owner(buffer);
     if (length >= 2 && buffer[length - 2] == L'\r' && buffer[length - 1] == L'\n') length -= 2;
     text = FromWide(buffer, static_cast<long>(length));
     return true;

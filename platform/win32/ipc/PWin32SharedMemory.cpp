@@ -7,6 +7,7 @@
 #include "framework/core/errors/GException.h"
 #include "framework/core/errors/GExceptionID.h"
 #include "platform/win32/base/PWin32Api.h"
+#include "platform/win32/base/PWin32LastErrorKeeper.h"
 #include "platform/win32/ipc/PWin32IPMutexImp.h"
 #include "platform/win32/ipc/PWin32KernelObject.h"
 
@@ -50,10 +51,8 @@ PWin32SharedMemory::PWin32SharedMemory(const GBuffer& path, const GBuffer& ident
 PWin32SharedMemory::~PWin32SharedMemory() = default;
 
 void PWin32SharedMemory::Unmap::operator()(unsigned char* view) const noexcept {
-    // Owners unwind while an exception is being made from the last error; keep it intact.
-    const DWORD lastError = ::GetLastError();
+    const PWin32LastErrorKeeper keeper;
     ::UnmapViewOfFile(view);
-    ::SetLastError(lastError);
 }
 
 void PWin32SharedMemory::Open(const GBuffer& name) {

@@ -10,6 +10,7 @@
 #include "platform/win32/core/PWin32Wide.h"
 
 #include "platform/win32/base/PWin32Api.h"
+#include "platform/win32/base/PWin32LastErrorKeeper.h"
 
 #include <iphlpapi.h>
 
@@ -81,17 +82,6 @@ std::unique_ptr<unsigned char[]> GetAdapters(ULONG& result) {
     }
     return block;
 }
-
-class LastErrorKeeper {
-public:
-    LastErrorKeeper() = default;
-    LastErrorKeeper(const LastErrorKeeper&) = delete;
-    LastErrorKeeper& operator=(const LastErrorKeeper&) = delete;
-    ~LastErrorKeeper() { ::SetLastError(mError); }
-
-private:
-    const DWORD mError = ::GetLastError();
-};
 
 }  // namespace
 
@@ -200,11 +190,11 @@ unsigned short PSystem::GetPathSeparator() {
 }
 
 void PSystem::Trace(const wchar_t* text) noexcept {
-    const LastErrorKeeper lastError;
+    const PWin32LastErrorKeeper lastError;
     if (text != nullptr) ::OutputDebugStringW(text);
 }
 
 void PSystem::Trace(const char* text) noexcept {
-    const LastErrorKeeper lastError;
+    const PWin32LastErrorKeeper lastError;
     if (text != nullptr) ::OutputDebugStringA(text);
 }
