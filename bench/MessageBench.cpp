@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "bench/Rounds.h"
-#include "framework/GBasicFrameworkCoreLayer.h"
+#include "framework/GFrameworkScope.h"
 #include "framework/ipc/GIPCMessageQueue.h"
 #include "platform/win32/base/PWin32Api.h"
 
@@ -67,14 +67,10 @@ bool Compare(GIPCMessageQueue& queue, std::size_t size) {
 }  // namespace
 
 int main() {
-    GBasicFrameworkCoreLayer::Initialize();
-    bool good = false;
-    {
-        bool created = false;
-        GIPCMessageQueue queue(-1, static_cast<long>(::GetCurrentProcessId()), cRegistrationID, created);
-        good = Compare(queue, 256) && Compare(queue, 16384);
-    }
-    GBasicFrameworkCoreLayer::Finalize();
+    const GFrameworkScope framework;
+    bool created = false;
+    GIPCMessageQueue queue(-1, static_cast<long>(::GetCurrentProcessId()), cRegistrationID, created);
+    const bool good = Compare(queue, 256) && Compare(queue, 16384);
     if (!good) std::fputs("MessageBench: a message was lost\n", stderr);
     return good ? 0 : 1;
 }

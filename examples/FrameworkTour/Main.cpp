@@ -3,7 +3,7 @@
 #include <cstdio>
 #include <exception>
 
-#include "framework/GBasicFrameworkCoreLayer.h"
+#include "framework/GFrameworkScope.h"
 #include "framework/core/bytes/GBuffer.h"
 #include "framework/core/containers/GDict.h"
 #include "framework/core/containers/GTable.h"
@@ -105,14 +105,13 @@ void ShowFailures() {
 
 int main() {
     try {
-        GBasicFrameworkCoreLayer::Initialize();
+        const GFrameworkScope framework;
         ShowBuffers();
         ShowStrings();
         ShowTables();
         ShowPaths();
         ShowDates();
         ShowFailures();
-        GBasicFrameworkCoreLayer::Finalize();
         return 0;
     } catch (const std::exception&) {
         std::fputs("Out of memory.\n", stderr);

@@ -3,7 +3,6 @@
 #include <exception>
 #include <string>
 
-#include "examples/PrinterProcessorWin/HandOffScope.h"
 #include "examples/PrinterProcessorWin/JobFile.h"
 #include "examples/PrinterProcessorWin/JobText.h"
 #include "examples/PrinterProcessorWin/Options.h"
@@ -11,6 +10,7 @@
 #include "framework/core/errors/GException.h"
 #include "framework/core/events/GBasicSignals.h"
 #include "framework/ipc/GIPCReceiver.h"
+#include "monitor/handoff/GPPHandOffScope.h"
 #include "monitor/handoff/GPPIPCManager.h"
 #include "monitor/handoff/GPPJobRecord.h"
 #include "platform/win32/core/PWin32Wide.h"
@@ -54,7 +54,7 @@ private:
 // Messages arrive on the ticks that this loop gives, so its pause is the delay of a notification.
 void ReceiveJobs(const Options& options) {
     constexpr unsigned long cTickMilliseconds = 100;
-    const HandOffScope handOff;
+    const GPPHandOffScope handOff;
     const StopRequest stop;
     const JobReceiver receiver(options);
     Console::WriteError(L"Listening for printed jobs. Ctrl-C ends.\n");

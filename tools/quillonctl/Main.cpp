@@ -1,7 +1,7 @@
 #include <string>
 #include <vector>
 
-#include "framework/GBasicFrameworkCoreLayer.h"
+#include "framework/GFrameworkScope.h"
 #include "framework/core/errors/GException.h"
 #include "platform/win32/core/PWin32Wide.h"
 #include "tools/console/Console.h"
@@ -15,15 +15,6 @@
 namespace {
 
 enum ExitCode { cDone = 0, cFailed = 1, cWrongUsage = 2 };
-
-/// The framework runs while it exists.
-class FrameworkScope {
-public:
-    FrameworkScope() { GBasicFrameworkCoreLayer::Initialize(); }
-    FrameworkScope(const FrameworkScope&) = delete;
-    FrameworkScope& operator=(const FrameworkScope&) = delete;
-    ~FrameworkScope() { GBasicFrameworkCoreLayer::Finalize(); }
-};
 
 ExitCode ShowStatus() {
     const StatusFacts facts = StatusFacts::Gather();
@@ -58,7 +49,7 @@ ExitCode Run(const CommandLine& wishes) {
 
 int wmain(int count, wchar_t** arguments) {
     try {
-        const FrameworkScope framework;
+        const GFrameworkScope framework;
         return Run(ParseCommandLine(std::vector<std::wstring>(arguments + (count > 0), arguments + count)));
     } catch (const UsageFailure& failure) {
         Console::WriteError(failure.GetText() + L"\n\n" + GetHelpText());

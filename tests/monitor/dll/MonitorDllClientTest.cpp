@@ -6,7 +6,7 @@
 #include <new>
 #include <string>
 
-#include "framework/GBasicFrameworkCoreLayer.h"
+#include "framework/GFrameworkScope.h"
 #include "framework/core/encodings/GUTF8Encoding.h"
 #include "framework/core/errors/GDebugSupport.h"
 #include "framework/core/errors/GExceptionHandler.h"
@@ -32,9 +32,7 @@ private:
 };
 
 class MonitorDllClient : public testing::Test {
-protected:
-    MonitorDllClient() { GBasicFrameworkCoreLayer::Initialize(); }
-    ~MonitorDllClient() override { GBasicFrameworkCoreLayer::Finalize(); }
+    GFrameworkScope mFramework;
 };
 
 TEST_F(MonitorDllClient, CatchesByTypeWhatTheDllThrows) {

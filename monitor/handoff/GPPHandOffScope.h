@@ -1,0 +1,18 @@
+#pragma once
+
+#include "framework/GFrameworkScope.h"
+
+/// GPPHandOffScope: while it exists, the framework runs and messages from the port monitor can be received.
+/// For processing applications. Made first and destroyed last, on the thread that owns everything in between.
+class GPPHandOffScope {
+public:
+    /// Throws a GException when the messaging cannot be started.
+    GPPHandOffScope();
+    GPPHandOffScope(const GPPHandOffScope&) = delete;
+    GPPHandOffScope& operator=(const GPPHandOffScope&) = delete;
+    /// A registration that cannot be taken back is left to whoever meets it next.
+    ~GPPHandOffScope();
+
+private:
+    GFrameworkScope mFramework;
+};
