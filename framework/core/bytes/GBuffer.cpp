@@ -180,6 +180,8 @@ void GBuffer::Set(const unsigned char* bytes, long length) {
 
 void GBuffer::CopyByteArray(const unsigned char* source, long length, long copyLength) {
     if (source == nullptr || length < 1) {
+        // A borrowed pointer must go: its owner may free the memory now.
+        if (!GetAllocated()) Borrow(nullptr, 0, 0);
         mLength = 0;
         return;
     }
@@ -241,7 +243,7 @@ const char* GBuffer::GetPtr() const {
 }
 
 unsigned char* GBuffer::GetWritePtr() {
-    if (mData == nullptr) return nullptr;
+    if (mLength == 0) return nullptr;
     if (!GetAllocated()) MoveToBlock(GetArraySize());
     mData[mLength] = mData[mLength + 1] = 0;
     return mData;

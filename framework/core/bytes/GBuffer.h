@@ -84,7 +84,8 @@ public:
 
     /// Takes over `length` bytes, copying min(length + 2, copyLength) from `source`: a copyLength of
     /// length + 1 brings the source's terminator along; bytes past copyLength stay undefined. A null
-    /// source or a length below 1 makes the buffer empty and keeps the block.
+    /// source or a length below 1 makes the buffer empty: it keeps a block of its own and gives up a
+    /// borrowed one.
     void CopyByteArray(const unsigned char* source, long length, long copyLength);
     void CopyByteArray(const unsigned char* source, long length) { CopyByteArray(source, length, length); }
 

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <memory>
 #include <new>
 #include <random>
 #include <string>
@@ -160,6 +161,31 @@ TEST(GBufferBorrowing, NullAndNegativeLengthsBorrowNothing) {
     EXPECT_EQ(buffer.GetArraySize(), 0);
 }
 
+TEST(GBufferBorrowing, ABufferThatTakesOverNoBytesGivesUpTheBorrowedOnes) {
+    const std::tuple<const char*, void (*)(GBuffer&)> rows[] = {
+        {"an owned, emptied buffer",
+         [](GBuffer& b) {
+             GBuffer emptied("x");
+             emptied.Clear();
+             b = emptied;
+         }},
+        {"an empty text", [](GBuffer& b) { b.Set(""); }},
+        {"no text", [](GBuffer& b) { b.Set(static_cast<const char*>(nullptr)); }},
+        {"no bytes", [](GBuffer& b) { b.CopyByteArray(Bytes("x"), 0, 1); }},
+        {"no part of itself", [](GBuffer& b) { b.GetSubBuffer(3, 1, b); }}};
+    for (const auto& [what, change] : rows) {
+        SCOPED_TRACE(what);
+        auto memory = std::make_unique<unsigned char[]>(4);
+        GBuffer buffer;
+        buffer.SetFromStatic(memory.get(), 3);
+        change(buffer);
+        memory.reset();
+        EXPECT_STREQ(buffer.GetPtr(), "");
+        EXPECT_EQ(buffer.GetRawData(), nullptr);
+        EXPECT_EQ(buffer.GetArraySize(), 0);
+    }
+}
+
 TEST(GBufferBorrowing, ADeclaredBlockMayBeFilledFromOutside) {
     unsigned char block[8] = {};
     GBuffer buffer;
@@ -195,6 +221,7 @@ TEST(GBuffer, AnOwnedBufferEndsInTwoZerosAndKeepsItsBlock) {
     EXPECT_EQ(buffer.GetWritePtr()[3], 0);
     buffer.Clear();
     EXPECT_EQ(buffer.GetLength(), 0);
+    EXPECT_EQ(buffer.GetWritePtr(), nullptr) << "there is a block, but no byte in it";
     EXPECT_EQ(buffer.GetArraySize(), 8);
     buffer.CopyByteArray(nullptr, 5, 5);
     buffer.CopyByteArray(Bytes("xyz"), 0, 3);
