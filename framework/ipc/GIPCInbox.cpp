@@ -19,7 +19,8 @@ bool IsAboutTheQueue(const GException& failure) {
 
 }  // namespace
 
-GIPCInbox::GIPCInbox(GIPCMessageQueueMgr& registry, GWaitBudget* budget) : mRegistry(registry) {
+GIPCInbox::GIPCInbox(GIPCMessageQueueMgr& registry, GWaitBudget* budget)
+    : mRegistry(registry), mBudget(budget) {
     GSharedMemoryLocker locker(registry.GetRegistry());
     const long processID = GetOwnProcessID();
     mRegistrationID = static_cast<std::int32_t>(registry.Register(processID));
@@ -56,6 +57,20 @@ void GIPCInbox::UnregisterQuietly() noexcept {
         Unregister();
     } catch (...) {
         // An entry that stays behind is removed by whoever finds that its queue is gone.
+    }
+}
+
+bool GIPCInbox::IsIntact() {
+    try {
+        GTable<std::int32_t> registrationIDs;
+        mRegistry.GetRegisteredHere(GetOwnProcessID(), registrationIDs);
+        if (!registrationIDs.Has(mRegistrationID)) return false;
+        GIPCMessageQueue queue(mRegistry.GetSession(), GetOwnProcessID(), mRegistrationID, mBudget);
+        queue.GetLength();
+        return true;
+    } catch (const GException& failure) {
+        if (!IsAboutTheQueue(failure)) throw;
+        return false;
     }
 }
 

@@ -25,6 +25,9 @@ public:
     /// Unregisters and closes the queue; throws only when both have been tried.
     void Close();
     long GetRegistrationID() const noexcept { return mRegistrationID; }
+    /// Whether others find it: the entry stands in the registry, and the queue can be opened by its name.
+    /// Throws GExceptionID::cCouldNotLockMutex when that could not be found out in time.
+    bool IsIntact();
     /// Appends what is waiting to `messages`. When the queue makes no sense, what could be read of it is
     /// in the table, the queue is made an empty one, so that it can be used again, and the exception is
     /// thrown. Any other failure leaves both as they were.
@@ -35,6 +38,7 @@ private:
     void UnregisterQuietly() noexcept;
 
     GIPCMessageQueueMgr& mRegistry;
+    GWaitBudget* mBudget;
     std::int32_t mRegistrationID;  // 0 once unregistered
     std::unique_ptr<GIPCMessageQueue> mQueue;
 };

@@ -117,6 +117,24 @@ void GIPCManager::StopListening() {
     inbox->Close();
 }
 
+bool GIPCManager::AreInboxesIntact() {
+    return mInbox->IsIntact();
+}
+
+bool GIPCManager::IsStillRegistered() {
+    return mListening && AreInboxesIntact();
+}
+
+void GIPCManager::Reregister() {
+    if (!mListening) return;
+    GTable<GSmartPtr<GIPCMessage>> messages;
+    RunQuietly([&] { ReadInboxes(messages); });
+    GFirstFailure steps;
+    steps.Run([this] { StartListening(); });
+    for (const GSmartPtr<GIPCMessage>& message : messages) steps.Run([&] { Dispatch(*message); });
+    steps.Throw();
+}
+
 GIPCMessageQueueMgr& GIPCManager::GetMessageQueueMgr() {
     if (!mQueueMgr) mQueueMgr = std::make_unique<GIPCMessageQueueMgr>(GIPCMessageQueueMgr::cNormal, mBudget);
     return *mQueueMgr;

@@ -58,6 +58,14 @@ public:
     bool IsListening() const noexcept { return mListening; }
     /// 0 when not listening.
     virtual long GetRegistrationID() const noexcept;
+    /// Whether others still find this process: each of its entries stands in its registry, and each of its
+    /// queues can be opened. Any process may have removed or spoiled them. False while not listening.
+    /// Throws GExceptionID::cCouldNotLockMutex when that could not be found out in time.
+    bool IsStillRegistered();
+    /// Listens with new entries and new queues in place of the present ones. The receivers stay, and get
+    /// what waited in the old queues. When it throws, the process still listens as before. Does nothing
+    /// while not listening.
+    void Reregister();
     /// The repeater signal: sends what was kept, then hands out what was received.
     void Receive(long signalNumber, const GEmptyMessage& message) override;
     /// The same on demand. Throws what a receiver threw, and what was wrong with the own queue (which
@@ -110,6 +118,7 @@ protected:
     virtual void StartListening();
     /// Closes and unregisters everything, and throws only then.
     virtual void StopListening();
+    virtual bool AreInboxesIntact();
     /// The registry of this session.
     virtual GIPCMessageQueueMgr& GetMessageQueueMgr();
     /// Drains the own queue or queues; may throw after having added what could be read.

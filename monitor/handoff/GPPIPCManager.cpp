@@ -104,6 +104,10 @@ void GPPIPCManager::StopListening() {
     session->Close();
 }
 
+bool GPPIPCManager::AreInboxesIntact() {
+    return mSessionInbox->IsIntact() && (!mGlobalInbox || mGlobalInbox->IsIntact());
+}
+
 GIPCMessageQueueMgr& GPPIPCManager::GetMessageQueueMgr() {
     return *mSessionRegistry;
 }

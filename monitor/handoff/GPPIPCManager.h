@@ -60,6 +60,7 @@ public:
 protected:
     void StartListening() override;
     void StopListening() override;
+    bool AreInboxesIntact() override;
     GIPCMessageQueueMgr& GetMessageQueueMgr() override;
     void ReadInboxes(GTable<GSmartPtr<GIPCMessage>>& messages) override;
     void SendToProcess(long processID, long type, const GBuffer& data, bool once) override;

@@ -69,6 +69,28 @@ TEST_F(GIPCManagerTest, ListensFromTheFirstReceiverToTheLast) {
     EXPECT_TRUE(mRegistry.IsRegistered(cListener));
 }
 
+TEST_F(GIPCManagerTest, NoticesThatItsEntryOrQueueIsGoneAndListensAnew) {
+    EXPECT_FALSE(mSender.IsStillRegistered());
+    mWorld.ActAs(cListener, 1);
+    for (const auto& [offset, value] : {std::pair<long, std::uint32_t>{4, 2}, {8, 7}, {0, 3}, {-1, 0}}) {
+        SCOPED_TRACE(offset);
+        EXPECT_TRUE(mListener.mManager.IsStillRegistered());
+        mSender.SendRaw(cListener, cType, Bytes("waits"));
+        const long before = mListener.mManager.GetRegistrationID();
+        if (offset < 0) {
+            mRegistry.Unregister(cListener);
+        } else {
+            QueueOf(mListener)->SetWord(offset, value);
+        }
+        EXPECT_EQ(mListener.mManager.IsStillRegistered(), offset == 8);
+        mListener.mManager.Reregister();
+        EXPECT_TRUE(mListener.mManager.IsStillRegistered());
+        EXPECT_NE(mListener.mManager.GetRegistrationID(), before);
+        EXPECT_EQ(CountEntries(), 1);
+        EXPECT_EQ(mListener.mReceiver.TakeLog().size(), offset == 4 || offset < 0 ? 1u : 0u);
+    }
+}
+
 TEST_F(GIPCManagerTest, WhatCannotStartToListenChangesNothing) {
     mWorld.ActAs(cOther, 1);
     for (int i = 0; i < 1023; ++i) mRegistry.Register(1);
