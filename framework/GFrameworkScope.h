@@ -2,8 +2,8 @@
 
 #include "framework/GBasicFrameworkCoreLayer.h"
 
-/// GFrameworkScope: the framework runs while it exists. Made first and destroyed last, on the thread that starts and
-/// ends the program; scopes may nest.
+/// GFrameworkScope: the framework runs while it exists. Made first and destroyed last, on the thread that
+/// starts and ends the program; scopes may nest.
 class GFrameworkScope {
 public:
     /// Throws what the start of the framework throws.

@@ -37,8 +37,8 @@ private:
     std::exception_ptr mFailure;
 };
 
-/// Runs a step that must go on, whatever it throws, because nobody is left to be told: in destructors and while another
-/// failure is on its way. True when it threw nothing.
+/// Runs a step that must go on, whatever it throws, because nobody is left to be told: in destructors and
+/// while another failure is on its way. True when it threw nothing.
 template <class Step>
 bool RunQuietly(Step step) noexcept {
     try {

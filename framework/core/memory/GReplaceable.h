@@ -4,11 +4,13 @@
 
 /// GReplaceable: the holder behind the GetInstance and SetInstance of a class.
 ///
-/// It owns one instance: one with AddRef and Release by a reference, any other alone. Without constructor code and
-/// destructor it works before and after all static objects; the framework's end takes the instance back by Set(nullptr).
+/// It owns one instance: one with AddRef and Release by a reference, any other alone. Without constructor
+/// code and destructor it works before and after all static objects; the framework's end takes the instance
+/// back by Set(nullptr).
 ///
-/// Threads: the first ones to ask may each make an instance; one of them is kept. Replacing ends the old instance (a
-/// counted one lives on while others refer to it): replace only while no other thread uses the plain pointer.
+/// Threads: the first ones to ask may each make an instance; one of them is kept. Replacing ends the old
+/// instance (a counted one lives on while others refer to it): replace only while no other thread uses the
+/// plain pointer.
 template <class T>
 class GReplaceable {
 public:
@@ -23,8 +25,8 @@ public:
         return present != nullptr ? present : Create(make);
     }
 
-    /// Takes over `instance` and ends the one before. Null: the next Get makes a new one. The instance that is there
-    /// already stays.
+    /// Takes over `instance` and ends the one before. Null: the next Get makes a new one. The instance that
+    /// is there already stays.
     void Set(T* instance) {
         if (instance == mInstance.load(std::memory_order_acquire)) return;
         Take(instance);
@@ -33,7 +35,11 @@ public:
 
 private:
     // A function and not a constant: T is still incomplete where the holder is declared.
-    static constexpr bool IsCounted() { return requires(T& instance) { instance.AddRef(), instance.Release(); }; }
+    static constexpr bool IsCounted() {
+        return requires(T & instance) {
+            instance.AddRef(), instance.Release();
+        };
+    }
 
     template <class Maker>
     T* Create(Maker make) {

@@ -4,8 +4,8 @@
 
 /// PWin32LastErrorKeeper: at the end of its scope the thread's last error is what it was at the start.
 ///
-/// For clean-up that runs while an exception is being made from the last error, and for calls that change it though they
-/// succeed.
+/// For clean-up that runs while an exception is being made from the last error, and for calls that change it
+/// though they succeed.
 class PWin32LastErrorKeeper {
 public:
     PWin32LastErrorKeeper() noexcept;
