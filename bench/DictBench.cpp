@@ -117,6 +117,27 @@ std::vector<GBuffer> NumberedTexts(int first, std::size_t count) {
     return texts;
 }
 
+// All entries go while an iterator walks that has lived through a rehash.
+void RemoveUnderAnIterator(std::mt19937& random) {
+    constexpr int cCount = 100000;
+    const std::vector<long> numbers = RandomNumbers(cCount, random);
+    Comparison::Print(
+        "insert and remove a number under an iterator", cCount, "std::unordered_map",
+        [&] {
+            GDict<long, long> dict;
+            const GDictIterator<long, long> iterator(dict);
+            for (const long number : numbers) dict.Insert(number, 1);
+            for (const long number : numbers) dict.Remove(number);
+            Comparison::Use(dict.GetCount());
+        },
+        [&] {
+            std::unordered_map<long, long, HashOf<long>> map;
+            for (const long number : numbers) map.emplace(number, 1);
+            for (const long number : numbers) map.erase(number);
+            Comparison::Use(map.size());
+        });
+}
+
 void AppendAndInsert() {
     constexpr int cCount = 10000;
     Comparison::Print(
@@ -165,5 +186,6 @@ int main() {
             return NumberedTexts(first, n);
         });
     }
+    RemoveUnderAnIterator(random);
     AppendAndInsert();
 }

@@ -18,8 +18,8 @@ class GDictIterator;
 template <class K, class V>
 class GConstDictIterator;
 
-/// The hash by which GDict files a key: the key's own GetHash(), or for numbers and pointers their
-/// value. A key type without GetHash() brings an overload of its own.
+/// The hash by which GDict files a key: the key's own GetHash(), or for numbers and pointers one that
+/// mixes the bits of their value. A key type without GetHash() brings an overload of its own.
 template <class K>
 requires requires(const K& key) {
     { key.GetHash() } -> std::convertible_to<std::uint32_t>;
@@ -27,18 +27,15 @@ requires requires(const K& key) {
 std::uint32_t GDictHash(const K& key) {
     return static_cast<std::uint32_t>(key.GetHash());
 }
-/// Both halves of a wide number count, so that small negative values hash alike in every width.
+/// A number hashes alike in every width.
 template <class K>
 requires std::integral<K> || std::is_enum_v<K> std::uint32_t GDictHash(K key)
 noexcept {
-    const long long value = static_cast<long long>(key);
-    return static_cast<std::uint32_t>(value ^ (value >> 32) ^ (value >> 63));
+    return GDictUtil::MixBits(static_cast<std::uint64_t>(static_cast<long long>(key)));
 }
 template <class T>
 std::uint32_t GDictHash(T* key) noexcept {
-    // Addresses of blocks are multiples of 8; their low bits tell nothing apart.
-    const auto address = reinterpret_cast<std::uintptr_t>(key);
-    return static_cast<std::uint32_t>(address >> 3) ^ static_cast<std::uint32_t>(address >> 35);
+    return GDictUtil::MixBits(reinterpret_cast<std::uintptr_t>(key));
 }
 
 /// DictEntry: one key and its value in a GDict, handed out by iteration.
@@ -84,7 +81,7 @@ private:
 /// - an iterator on an entry stays on it through inserts and rehashes;
 /// - when its entry is removed, it goes on with the entry that would have come next;
 /// - it meets every entry that is there during its whole walk exactly once, and no removed one; an
-///   entry inserted meanwhile is met at most once, and not at all after a rehash;
+///   entry inserted meanwhile is met at most once;
 /// - an iterator whose dictionary is gone reports position -1 and yields nothing.
 ///
 /// A call that throws (no memory, or copying failed) leaves the dictionary as it was. A key or value
@@ -165,6 +162,7 @@ private:
     void CopyEntries(const GDict& other);
     void DestroyEntries() noexcept;
     long NextOccupied(long slot) const noexcept;
+    long FindNext(GDictCursor& cursor) const noexcept;
     bool MoveOn(GDictCursor& cursor) const noexcept;
 
     Entry* mSlots = nullptr;

@@ -45,14 +45,10 @@ void GDictCursor::StandPastEnd(long slotCount) noexcept {
     mState = cBetween;
 }
 
+// A list keeps the slot: whoever takes it from there sees that it is free.
 void GDictCursor::EntryRemoved(GDictCursor* chain, long slot) noexcept {
     ForEach(chain, [=](GDictCursor& cursor) {
-        const bool standsThere = cursor.mState == cOnEntry && cursor.mPosition == slot;
-        if (standsThere) cursor.mState = cBetween;
-        // Where it stands it has been: that is not on its list any more.
-        if (standsThere || !cursor.mHasList) return;
-        const long listed = cursor.mList.Find(static_cast<std::int32_t>(slot), cursor.mListPosition);
-        if (listed >= 0) cursor.mList[listed] = -1;
+        if (cursor.mState == cOnEntry && cursor.mPosition == slot) cursor.mState = cBetween;
     });
 }
 

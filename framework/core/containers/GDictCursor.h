@@ -34,7 +34,7 @@ protected:
 
     /// Whether the slots to visit come from TakePending(), not from walking upward.
     bool HasList() const noexcept { return mHasList; }
-    /// The next slot of the list, or -1.
+    /// The next slot of the list, which may have become free; -1 at the end.
     long TakePending() noexcept;
     void StandOn(long slot) noexcept;
     void StandPastEnd(long slotCount) noexcept;
@@ -62,5 +62,5 @@ private:
     std::uint32_t mState = cBetween;
     bool mHasList = false;
     std::int32_t mListPosition = 0;  // in mList, of the next slot to visit
-    GTable<std::int32_t> mList;      // slots; -1 for an entry that was removed
+    GTable<std::int32_t> mList;      // slots; -1 where a further rehash found none occupied
 };

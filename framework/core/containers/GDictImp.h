@@ -366,9 +366,18 @@ long GDict<K, V>::NextOccupied(long slot) const noexcept {
 
 // --- Iterators ---------------------------------------------------------------------------------
 
+// Where the cursor goes next: a slot, or what is none.
+template <class K, class V>
+long GDict<K, V>::FindNext(GDictCursor& cursor) const noexcept {
+    if (!cursor.HasList()) return NextOccupied(cursor.GetPosition());
+    long slot = cursor.TakePending();
+    while (slot >= 0 && !IsOccupied(mSlots[slot])) slot = cursor.TakePending();
+    return slot;
+}
+
 template <class K, class V>
 bool GDict<K, V>::MoveOn(GDictCursor& cursor) const noexcept {
-    const long slot = cursor.HasList() ? cursor.TakePending() : NextOccupied(cursor.GetPosition());
+    const long slot = FindNext(cursor);
     if (slot >= 0 && slot < mSlotCount) {
         cursor.StandOn(slot);
         return true;

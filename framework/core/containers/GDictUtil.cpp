@@ -22,7 +22,7 @@ long GDictUtil::GetAllocation(long count) {
         std::lower_bound(std::begin(cAllocations), std::end(cAllocations), count);
     if (found != std::end(cAllocations)) return *found;
     std::int64_t allocation = cAllocations[std::size(cAllocations) - 1];
-    while (allocation < count) allocation *= 2;
+    while (allocation < count && allocation <= INT32_MAX) allocation *= 2;
     if (allocation > INT32_MAX) GAllocator::ThrowOutOfMemory();
     return static_cast<long>(allocation);
 }

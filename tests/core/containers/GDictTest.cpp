@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdint>
+#include <limits>
 #include <memory>
 #include <new>
 #include <stdexcept>
@@ -20,24 +22,50 @@
 
 namespace {
 
-using Numbers = std::vector<long>;
+// A number that is its own hash, so that a test can tell the slot.
+struct Key {
+    Key(long keyNumber) : number(keyNumber) {}
+    long number;
+    bool operator==(const Key& other) const = default;
+    std::uint32_t GetHash() const { return static_cast<std::uint32_t>(number); }
+};
 
-GDict<long, long> DictOf(const Numbers& keys) {
-    GDict<long, long> dict;
+using Numbers = std::vector<long>;
+using Dict = GDict<Key, long>;
+using DictIterator = GDictIterator<Key, long>;
+
+Dict DictOf(const Numbers& keys) {
+    Dict dict;
     for (const long key : keys) dict.Insert(key, 10 * key);
     return dict;
 }
 
-Numbers KeysOf(const GDict<long, long>& dict) {
+Numbers KeysOf(const Dict& dict) {
     Numbers keys;
-    for (const auto& entry : dict) keys.push_back(entry.GetKey());
+    for (const auto& entry : dict) keys.push_back(entry.GetKey().number);
     return keys;
 }
 
-Numbers Rest(GDictIterator<long, long>& iterator) {
+Numbers Rest(DictIterator& iterator) {
     Numbers keys;
-    while (const auto* entry = iterator.Next()) keys.push_back(entry->GetKey());
+    while (const auto* entry = iterator.Next()) keys.push_back(entry->GetKey().number);
     return keys;
+}
+
+// How far the entries lie from their home slots on average.
+template <class K>
+double GetMeanDistance(const std::vector<K>& keys) {
+    GDict<K, char> dict;
+    for (const K key : keys) dict.Insert(key, 0);
+    double sum = 0;
+    GDictIterator<K, char> iterator(dict);
+    while (const auto* entry = iterator.Next()) {
+        const auto home =
+            static_cast<long>(GDictHash(entry->GetKey()) % static_cast<std::uint32_t>(dict.GetSlotCount()));
+        const long distance = iterator.GetPosition() - home;
+        sum += static_cast<double>(distance < 0 ? distance + dict.GetSlotCount() : distance);
+    }
+    return sum / static_cast<double>(dict.GetCount());
 }
 
 }  // namespace
@@ -63,25 +91,45 @@ TEST(GDictUtil, GetAllocation) {
         EXPECT_EQ(GDictUtil::GetAllocation(count), allocation) << count;
     EXPECT_THROW(GDictUtil::GetAllocation(1436983553), std::bad_alloc);
     EXPECT_THROW(GDictUtil::GetAllocation(0x7FFFFFFF), std::bad_alloc);
+    EXPECT_THROW(GDictUtil::GetAllocation(std::numeric_limits<long>::max()), std::bad_alloc);
 }
 
-TEST(GDictHash, OfNumbersIsTheirValueInEveryWidth) {
-    EXPECT_EQ(GDictHash(5), 5u);
-    EXPECT_EQ(GDictHash(5LL), 5u);
-    EXPECT_EQ(GDictHash(static_cast<unsigned char>(5)), 5u);
-    EXPECT_EQ(GDictHash(-1), 0xFFFFFFFFu);
-    EXPECT_EQ(GDictHash(-1L), 0xFFFFFFFFu);
-    EXPECT_EQ(GDictHash(-1LL), 0xFFFFFFFFu);
-    EXPECT_EQ(GDictHash(0x100000000LL), 1u) << "the upper half counts";
+TEST(GDictHash, OfNumbersIsTheSameInEveryWidth) {
+    EXPECT_EQ(GDictHash(5), GDictHash(5LL));
+    EXPECT_EQ(GDictHash(5), GDictHash(static_cast<unsigned char>(5)));
+    EXPECT_EQ(GDictHash(-1), GDictHash(-1L));
+    EXPECT_EQ(GDictHash(-1), GDictHash(-1LL));
+    EXPECT_NE(GDictHash(0x100000000LL), GDictHash(0)) << "the upper half counts";
     EXPECT_EQ(GDictHash(GBuffer("A")), 0x51u);
-    const long array[2] = {};
-    EXPECT_NE(GDictHash(&array[0]), GDictHash(reinterpret_cast<const char*>(&array[0]) + 8));
+}
+
+TEST(GDictHash, SpreadsKeysThatFollowARule) {
+    constexpr long long cCount = 10000;
+    const std::tuple<const char*, long long, long long, long long> rows[] = {
+        // a row of numbers from one start and one from another, at the same distance
+        {"two ranges that would meet", 0, 10000000, 1}, {"far ranges", 0, 1LL << 40, 1},
+        {"on both sides of zero", 0, -cCount, 1},       {"every thousandth", 0, 7, 1000},
+        {"every fourth slot", 1, 2, 4 * 27407},         {"the upper halves", 0, 1, 1LL << 32}};
+    for (const auto& [what, first, second, distance] : rows) {
+        SCOPED_TRACE(what);
+        std::vector<long long> numbers;
+        std::vector<const char*> pointers;
+        for (long long i = 0; i < cCount; ++i) {
+            numbers.push_back(first + i * distance);
+            numbers.push_back(second + i * distance);
+        }
+        for (const long long number : numbers)
+            pointers.push_back(reinterpret_cast<const char*>(static_cast<std::uintptr_t>(8 * number)));
+        // Random keys would lie between 1 and 2 slots away.
+        EXPECT_LT(GetMeanDistance(numbers), 3);
+        EXPECT_LT(GetMeanDistance(pointers), 3);
+    }
 }
 
 // --- Entries -----------------------------------------------------------------------------------
 
 TEST(GDict, RehashesAtThreeQuarters) {
-    GDict<long, long> dict;
+    Dict dict;
     EXPECT_EQ(dict.GetSlotCount(), 7);
     const long slots[] = {7, 7, 7, 7, 23, 23, 23, 23, 23, 23, 23, 23, 23, 23, 23, 23, 67};
     for (long i = 0; i < 17; ++i) {
@@ -89,8 +137,8 @@ TEST(GDict, RehashesAtThreeQuarters) {
         EXPECT_EQ(dict.GetSlotCount(), slots[i]) << "after " << i + 1;
         EXPECT_EQ(dict.GetCount(), i + 1);
     }
-    EXPECT_EQ((GDict<long, long>(14).GetSlotCount()), 23);
-    EXPECT_EQ((GDict<long, long>(-1).GetSlotCount()), 7);
+    EXPECT_EQ((Dict(14).GetSlotCount()), 23);
+    EXPECT_EQ((Dict(-1).GetSlotCount()), 7);
 }
 
 TEST(GDict, HoldsDictionariesByPointersAsKeys) {
@@ -104,11 +152,11 @@ TEST(GDict, HoldsDictionariesByPointersAsKeys) {
 }
 
 TEST(GDict, EntriesLieInTheFirstFreeSlotFromTheirHome) {
-    // 7 slots; the hash of a number is its value.
+    // 7 slots.
     EXPECT_EQ(KeysOf(DictOf({3, 1, 2})), (Numbers{1, 2, 3}));
     EXPECT_EQ(KeysOf(DictOf({6, 13, 20})), (Numbers{13, 20, 6})) << "around the end";
     EXPECT_EQ(KeysOf(DictOf({8, 1, 2})), (Numbers{8, 1, 2})) << "pushed from its home by another's";
-    GDict<long, long> dict = DictOf({1, 8, 15});
+    Dict dict = DictOf({1, 8, 15});
     dict.Remove(1);
     EXPECT_TRUE(dict.Has(15)) << "a free slot does not end the search";
     dict.Insert(22, 0);
@@ -119,9 +167,9 @@ TEST(GDict, TheHomeIsTheRemainderOfTheHash) {
     for (const long slots : {7L, 13L, 937L, 43853L}) {
         for (const unsigned hash :
              {0u, 6u, 7u, 43852u, 43853u, 0x7FFFFFFFu, 0x80000000u, 0xDEADBEEFu, 0xFFFFFFFFu}) {
-            GDict<unsigned, long> dict(slots);
-            dict.Insert(hash, 0);
-            GDictIterator<unsigned, long> iterator(dict);
+            Dict dict(slots);
+            dict.Insert(static_cast<long>(hash), 0);
+            DictIterator iterator(dict);
             iterator.Next();
             EXPECT_EQ(iterator.GetPosition(), static_cast<long>(hash % static_cast<unsigned>(slots))) << hash;
         }
@@ -129,28 +177,28 @@ TEST(GDict, TheHomeIsTheRemainderOfTheHash) {
 }
 
 TEST(GDict, CopiesKeepTheSlotsAndEqualityIgnoresThem) {
-    GDict<long, long> dict = DictOf({1, 8, 15});
+    Dict dict = DictOf({1, 8, 15});
     dict.Remove(8);
-    const GDict<long, long> copy(dict);
+    const Dict copy(dict);
     EXPECT_EQ(KeysOf(copy), (Numbers{1, 15}));
     EXPECT_TRUE(copy == DictOf({15, 1})) << "these lie the other way round";
     EXPECT_FALSE(copy == DictOf({1}));
     EXPECT_FALSE(copy == DictOf({1, 2}));
     dict.Set(15, 0);
     EXPECT_FALSE(copy == dict);
-    GDict<long, long> target(100);
+    Dict target(100);
     target = copy;
     EXPECT_EQ(KeysOf(target), (Numbers{1, 15}));
     EXPECT_EQ(target.GetSlotCount(), 7);
-    const GDict<long, long>& self = target;
+    const Dict& self = target;
     target = self;
     EXPECT_EQ(*target.Find(15), 150);
 }
 
 TEST(GDict, MovesAndSwaps) {
-    GDict<long, long> dict(14);
+    Dict dict(14);
     dict.Insert(1, 1);
-    GDict<long, long> moved(std::move(dict));
+    Dict moved(std::move(dict));
     EXPECT_EQ(dict.GetSlotCount(), 7);
     EXPECT_TRUE(dict.Insert(7, 7));
     dict.Swap(moved);
@@ -216,26 +264,26 @@ TEST(GDict, ACopyThatThrowsChangesNothing) {
 // --- Robust iterators --------------------------------------------------------------------------
 
 TEST(GDictIterator, WalksInSlotOrder) {
-    GDict<long, long> dict = DictOf({3, 1, 8});
-    GDictIterator<long, long> iterator(dict);
+    Dict dict = DictOf({3, 1, 8});
+    DictIterator iterator(dict);
     EXPECT_EQ(iterator.GetPosition(), -1);
     iterator.Next()->GetValue() = 5;
     EXPECT_EQ(iterator.GetPosition(), 1);
     EXPECT_EQ(Rest(iterator), (Numbers{8, 3}));
     EXPECT_EQ(iterator.GetPosition(), 7);
-    GConstDictIterator<long, long> constant(dict);
+    GConstDictIterator<Key, long> constant(dict);
     EXPECT_EQ(constant.Next()->GetValue(), 5);
     dict.Remove(1);
     EXPECT_EQ(constant.GetCurrent(), nullptr);
-    EXPECT_EQ(constant.Next()->GetKey(), 8);
+    EXPECT_EQ(constant.Next()->GetKey().number, 8);
 }
 
 TEST(GDictIterator, ClearAssignSwapAndEnd) {
-    auto dict = std::make_unique<GDict<long, long>>(DictOf({1, 2, 3}));
-    GDictIterator<long, long> iterator(*dict);
+    auto dict = std::make_unique<Dict>(DictOf({1, 2, 3}));
+    DictIterator iterator(*dict);
     iterator.Next();
-    GDictIterator<long, long> copy(iterator);
-    EXPECT_EQ(copy.GetCurrent()->GetKey(), 1);
+    DictIterator copy(iterator);
+    EXPECT_EQ(copy.GetCurrent()->GetKey().number, 1);
     dict->Clear();
     EXPECT_EQ(iterator.GetCurrent(), nullptr);
     EXPECT_EQ(iterator.Next(), nullptr);
@@ -243,9 +291,9 @@ TEST(GDictIterator, ClearAssignSwapAndEnd) {
     EXPECT_EQ(Rest(iterator), (Numbers{4, 5})) << "assignment starts anew";
     iterator.Reset();
     iterator.Next();
-    GDict<long, long> other = DictOf({6});
+    Dict other = DictOf({6});
     dict->Swap(other);
-    EXPECT_EQ(iterator.GetCurrent()->GetKey(), 4);
+    EXPECT_EQ(iterator.GetCurrent()->GetKey().number, 4);
     EXPECT_EQ(Rest(iterator), (Numbers{5}));
     dict->Swap(other);
     dict.reset();
