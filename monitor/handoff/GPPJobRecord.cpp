@@ -2,9 +2,9 @@
 
 #include "framework/core/encodings/GUTF8Encoding.h"
 #include "framework/core/paths/GPathName.h"
-#include "framework/streams/GBin2TextStream.h"
-#include "framework/streams/GDictTextSupport.h"
 #include "framework/streams/GMemoryInStream.h"
+#include "framework/streams/text/GBin2TextStream.h"
+#include "framework/streams/text/GDictTextSupport.h"
 #include "monitor/handoff/GSettingsInterface.h"
 
 GPPJobRecord::GPPJobRecord(const GString& userName, const GPathName& jobPath, const GString& printerName,

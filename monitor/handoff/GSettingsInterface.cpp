@@ -1,6 +1,6 @@
 #include "monitor/handoff/GSettingsInterface.h"
 
-#include "framework/streams/GDictTextSupport.h"
+#include "framework/streams/text/GDictTextSupport.h"
 
 GSettingsInterface::~GSettingsInterface() = default;
 

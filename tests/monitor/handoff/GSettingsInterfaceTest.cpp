@@ -5,8 +5,8 @@
 #include <type_traits>
 
 #include "framework/core/encodings/GUTF8Encoding.h"
-#include "framework/streams/GBin2TextStream.h"
 #include "framework/streams/GMemoryInStream.h"
+#include "framework/streams/text/GBin2TextStream.h"
 
 namespace {
 

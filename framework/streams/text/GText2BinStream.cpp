@@ -1,4 +1,4 @@
-#include "framework/streams/GText2BinStream.h"
+#include "framework/streams/text/GText2BinStream.h"
 
 #include "framework/core/containers/GDictUtil.h"
 #include "framework/core/encodings/GUnicodeEncoding.h"

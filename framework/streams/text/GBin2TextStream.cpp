@@ -1,4 +1,4 @@
-#include "framework/streams/GBin2TextStream.h"
+#include "framework/streams/text/GBin2TextStream.h"
 
 #include <algorithm>
 

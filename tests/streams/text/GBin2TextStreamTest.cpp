@@ -1,4 +1,4 @@
-#include "framework/streams/GBin2TextStream.h"
+#include "framework/streams/text/GBin2TextStream.h"
 
 #include <gtest/gtest.h>
 
@@ -12,7 +12,7 @@
 #include "framework/core/errors/GException.h"
 #include "framework/streams/GMemoryInStream.h"
 #include "framework/streams/GMemoryOutStream.h"
-#include "framework/streams/GText2BinStream.h"
+#include "framework/streams/text/GText2BinStream.h"
 #include "tests/streams/StreamTestSupport.h"
 
 using namespace std::string_literals;

@@ -1,9 +1,9 @@
-#include "framework/streams/GDictTextSupport.h"
+#include "framework/streams/text/GDictTextSupport.h"
 
 #include "framework/core/containers/GDictUtil.h"
 #include "framework/core/encodings/GASCIIEncoding.h"
 #include "framework/core/text/GStringSupport.h"
-#include "framework/streams/GBin2TextStream.h"
+#include "framework/streams/text/GBin2TextStream.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "framework/streams/GDictTextSupport.h"
+#include "framework/streams/text/GDictTextSupport.h"
 
 #include <gtest/gtest.h>
 
@@ -6,8 +6,8 @@
 #include <string>
 #include <tuple>
 
-#include "framework/streams/GBin2TextStream.h"
 #include "framework/streams/GMemoryInStream.h"
+#include "framework/streams/text/GBin2TextStream.h"
 #include "tests/streams/StreamTestSupport.h"
 
 namespace {
