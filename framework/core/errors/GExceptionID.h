@@ -7,9 +7,11 @@ struct GExceptionID {
     static constexpr long cInvalidDataToDecode = 2452;
     static constexpr long cUnexpectedEndOfData = 2453;
     static constexpr long cCouldNotReadFile = 2454;
+    static constexpr long cWrongPNGTag = 2457;
     static constexpr long cAborted = 2459;
     static constexpr long cCouldNotOpenFile = 2460;
     static constexpr long cInvalidDataToEncode = 2462;
+    static constexpr long cWrongKeyLength = 2463;
     static constexpr long cCouldNotWriteFile = 2464;
 
     static constexpr long cFileNotOpen = 40005;

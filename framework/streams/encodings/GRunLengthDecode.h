@@ -1,0 +1,16 @@
+#pragma once
+
+#include "framework/streams/GFilterInStream.h"
+
+/// GRunLengthDecode: the reverse of GRunLengthEncode. A run of bytes as they are that is cut by the end
+/// of the source gives those that are there, and then an unexpected end.
+class QUILLON_EXPORT GRunLengthDecode : public GFilterInStream {
+public:
+    explicit GRunLengthDecode(GHeldStream<GInStream> source);
+
+    GRunLengthDecode* CreateClone() const override;
+
+private:
+    GFilterStep Convert(GFilterWindow& window) override;
+    void Restart() override {}
+};

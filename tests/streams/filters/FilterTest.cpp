@@ -1,0 +1,235 @@
+#include <gtest/gtest.h>
+
+#include <map>
+
+#include "framework/streams/GMemoryInStream.h"
+#include "framework/streams/encodings/GASCII85Decode.h"
+#include "framework/streams/encodings/GASCII85Encode.h"
+#include "framework/streams/encodings/GHexDecode.h"
+#include "framework/streams/encodings/GHexEncode.h"
+#include "framework/streams/encodings/GRunLengthDecode.h"
+#include "framework/streams/encodings/GRunLengthEncode.h"
+#include "tests/streams/filters/FilterTestSupport.h"
+
+using namespace std::string_literals;
+
+// What holds for every filter: literal bytes, every input in every read size, clones, Reset, failures.
+
+namespace {
+
+constexpr long cInvalid = 2452;
+constexpr long cTruncated = 2453;
+
+const std::map<std::string, FilterMaker> cFilters = {
+    {"hex", Maker<GHexEncode>()},
+    {"hex lines", Maker<GHexEncode>(true)},
+    {"unhex", Maker<GHexDecode>()},
+    {"85", Maker<GASCII85Encode>()},
+    {"85 lines", Maker<GASCII85Encode>(true)},
+    {"un85", Maker<GASCII85Decode>()},
+    {"runs", Maker<GRunLengthEncode>()},
+    {"unruns", Maker<GRunLengthDecode>()},
+};
+
+const struct {
+    const char* filter;
+    const char* what;
+    std::string input;
+    std::string output;
+    long failure = 0;
+} cRows[] = {
+    {"hex", "nothing", "", ">"},
+    {"hex", "upper case", "\x01\xAF\x9a"s, "01AF9A>"},
+    {"hex lines", "a full line", std::string(40, 'f'), std::string(80, '6') + "\n>"},
+    {"unhex", "both cases and white space", "0 1\n\taF\f9\r\0A > rest"s, "\x01\xAF\x9A"s},
+    {"unhex", "an odd digit counts as the high one", "017>", "\x01\x70"s},
+    {"unhex", "no end mark", "0102", "\x01\x02"s},
+    {"unhex", "an odd digit and no end mark", "01 2", "\x01\x20"s},
+    {"unhex", "a wrong byte", "010203g4>", "\x01\x02\x03"s, cInvalid},
+    {"unhex", "a wrong byte behind many right ones", "000102030405060708090a0b0c0d0e0f10@",
+     "\0\1\2\3\4\5\6\7\x08\x09\x0a\x0b\x0c\x0d\x0e\x0f\x10"s, cInvalid},
+    {"unhex", "a sign of a string in front", "<01>", "", cInvalid},
+    {"85", "nothing", "", "~>"},
+    {"85", "a whole group", "Man ", "9jqo^~>"},
+    {"85", "the highest group", "\xFF\xFF\xFF\xFF", "s8W-!~>"},
+    {"85", "zeros", "\0\0\0\0\0\0\0\0\0"s, "zz!!~>"},
+    {"85", "zeros among others", "Man \0\0\0\0Man \0\0\0\0Man \0\0\0\1"s, "9jqo^z9jqo^z9jqo^!!!!\"~>"},
+    {"85", "one byte left", "M", "9`~>"},
+    {"85", "two", "Ma", "9jn~>"},
+    {"85", "three", "Man", "9jqo~>"},
+    {"un85", "a group", "9jqo^~>rest", "Man "},
+    {"un85", "white space everywhere", " 9j\nqo\0^z \t\f\r~ \n >"s, "Man \0\0\0\0"s},
+    {"un85", "a start mark", "<~9jqo^~>", "Man "},
+    {"un85", "a start mark behind white space", " \n<~9jqo^~>", "Man "},
+    {"un85", "a first digit like that of the start mark", "<+oue~>", "This"},
+    {"un85", "nothing but marks", "<~~>", ""},
+    {"un85", "groups of all lengths", "9jqo~>", "Man"},
+    {"un85", "no end mark", "9jqo^9jqo", "Man Man"},
+    {"un85", "half an end mark", "9jqo^~", "Man "},
+    {"un85", "a single character", "9jqo^9~>", "Man ", cInvalid},
+    {"un85", "a single character and no end mark", "9jqo^9", "Man ", cTruncated},
+    {"un85", "another byte behind the tilde", "9jqo^~~>", "Man ", cInvalid},
+    {"un85", "zeros inside a group", "9jqo^9zjqo~>", "Man ", cInvalid},
+    {"un85", "no digit", "9jqo^9v", "Man ", cInvalid},
+    {"un85", "a byte above all", "9jqo^\xFF\xFE", "Man ", cInvalid},
+    {"un85", "the highest group", "9jqo^s8W-!~>", "Man \xFF\xFF\xFF\xFF"},
+    {"un85", "one above it", "9jqo^s8W-\"~>", "Man ", cInvalid},
+    {"un85", "one above it among others", "9jqo^s8W-\"9jqo^9jqo^~>", "Man ", cInvalid},
+    {"un85", "a last group above it", "9jqo^s9~>", "Man ", cInvalid},
+    {"runs", "nothing", "", "\x80"},
+    {"runs", "one byte", "\x07", "\0\x07\x80"s},
+    {"runs", "different bytes", "\1\2\3", "\2\1\2\3\x80"},
+    {"runs", "equal bytes", "\5\5\5\5", "\xFD\5\x80"},
+    {"runs", "two equal ones at the start", "\5\5\6", "\xFF\5\0\6\x80"s},
+    {"runs", "two equal ones inside", "\4\5\5\6", "\3\4\5\5\6\x80"},
+    {"runs", "three equal ones inside", "\1\2\2\2\3", "\0\1\xFE\2\0\3\x80"s},
+    {"runs", "128 equal ones", std::string(128, 'x'), "\x81x\x80"},
+    {"runs", "130 equal ones", std::string(130, 'x'), "\x81x\xFFx\x80"},
+    {"runs", "129 different ones", Pattern(129), "\x7F" + Pattern(128) + "\0"s + Pattern(129)[128] + "\x80"},
+    {"runs", "three equal ones over the end of a full run", Pattern(126) + "yyy",
+     "\x7F" + Pattern(126) + "yy\0y\x80"s},
+    {"runs", "three equal ones at the end of a full run", Pattern(125) + "yyy",
+     "\x7C" + Pattern(125) + "\xFEy\x80"},
+    {"unruns", "all kinds of runs", "\2abc\xFDx\0d\x80rest"s, "abcxxxxd"},
+    {"unruns", "the longest ones", "\x81x\x7F" + Pattern(128) + "\x80", std::string(128, 'x') + Pattern(128)},
+    {"unruns", "no end mark", "\0a\xFFx"s, "axx"},
+    {"unruns", "a cut run of different bytes", "\0a\5bcd"s, "abcd", cTruncated},
+    {"unruns", "a cut run of equal bytes", "\0a\xFF"s, "a", cTruncated},
+};
+
+TEST(Filter, GivesTheSameInEverySize) {
+    for (const auto& row : cRows) {
+        SCOPED_TRACE(std::string(row.filter) + ": " + row.what);
+        const FilterMaker& make = cFilters.at(row.filter);
+        const Outcome expected = {row.output, row.failure};
+        for (const long size : {1L, 7L, 4096L, cAll}) {
+            for (const long piece : {1L, 3L, cAll}) {
+                const std::unique_ptr<GInStream> filter = FilterOf(make, row.input, piece);
+                ASSERT_EQ(OutcomeOf(*filter, size), expected) << "pieces of " << size;
+                filter->Reset();
+                ASSERT_EQ(OutcomeOf(*filter, size), expected) << "behind a reset";
+            }
+        }
+    }
+}
+
+TEST(Filter, IsClonedWhereItStands) {
+    for (const auto& row : cRows) {
+        SCOPED_TRACE(std::string(row.filter) + ": " + row.what);
+        for (long position = 0; position <= static_cast<long>(row.output.size()); ++position) {
+            const std::unique_ptr<GInStream> filter = FilterOf(cFilters.at(row.filter), row.input, 5);
+            ASSERT_EQ(filter->Skip(position), position);
+            const std::unique_ptr<GInStream> clone(filter->CreateClone());
+            const Outcome rest = {row.output.substr(static_cast<std::size_t>(position)), row.failure};
+            ASSERT_EQ(OutcomeOf(*filter, 3), rest);
+            ASSERT_EQ(OutcomeOf(*clone, cAll), rest);
+        }
+    }
+}
+
+const std::pair<const char*, const char*> cPairs[] = {
+    {"hex", "unhex"}, {"hex lines", "unhex"}, {"85", "un85"}, {"85 lines", "un85"}, {"runs", "unruns"}};
+
+TEST(Filter, DecodesWhatItsEncoderWrote) {
+    const std::string inputs[] = {"", "a", std::string(100000, '\0'), Pattern(20000), MixedBytes(100000, 1)};
+    for (const auto& [encoder, decoder] : cPairs) {
+        SCOPED_TRACE(encoder);
+        for (const std::string& input : inputs) {
+            const Outcome encoded = OutcomeOf(cFilters.at(encoder), input);
+            for (const long size : {1L, 7L, 4096L, cAll}) {
+                const auto filter = FilterOf(cFilters.at(encoder), input, 1000);
+                ASSERT_EQ(OutcomeOf(*filter, size), encoded) << input.size() << " in pieces of " << size;
+                const auto back = FilterOf(cFilters.at(decoder), encoded.bytes + "rest", 1000);
+                ASSERT_EQ(OutcomeOf(*back, size), (Outcome{input, 0})) << "pieces of " << size;
+            }
+        }
+    }
+}
+
+// Whatever is cut off, what comes out is what came in, as far as it goes, and then the end or its lack.
+TEST(Filter, DeliversWhatIsWholeOfCutData) {
+    const std::string input = "abc" + std::string(9, '\0') + "defghijjjjj" + Pattern(5);
+    for (const auto& [encoder, decoder] : cPairs) {
+        SCOPED_TRACE(encoder);
+        const std::string encoded = OutcomeOf(cFilters.at(encoder), input).bytes;
+        for (std::size_t length = 0; length < encoded.size(); ++length) {
+            const Outcome outcome = OutcomeOf(cFilters.at(decoder), encoded.substr(0, length));
+            EXPECT_TRUE(outcome.failure == 0 || outcome.failure == cTruncated) << outcome.failure;
+            // The characters of a group of five decide its bytes together, as the two digits of a byte do.
+            const std::size_t sure = outcome.bytes.empty() ? 0 : (outcome.bytes.size() - 1) / 4 * 4;
+            EXPECT_EQ(outcome.bytes.substr(0, sure), input.substr(0, sure)) << length;
+            EXPECT_EQ(OutcomeOf(*FilterOf(cFilters.at(decoder), encoded.substr(0, length), 1), 1), outcome);
+        }
+    }
+}
+
+template <class Decoder>
+void ExpectRestGivenBack(const char* encoder) {
+    for (const std::size_t length : {0u, 10u, 5000u}) {
+        const GBuffer data = BufferOf(OutcomeOf(cFilters.at(encoder), Pattern(length)).bytes + "\nrest");
+        GMemoryInStream source(data);
+        Decoder filter(source);
+        EXPECT_EQ(ReadAll(filter, 1000), Pattern(length)) << encoder;
+        EXPECT_EQ(ReadAll(source, 100), "\nrest") << encoder;
+    }
+}
+
+TEST(Filter, GivesBackWhatStandsBehindTheEndMark) {
+    ExpectRestGivenBack<GHexDecode>("hex");
+    ExpectRestGivenBack<GASCII85Decode>("85");
+    ExpectRestGivenBack<GRunLengthDecode>("runs");
+}
+
+// A source that fails once, in the middle.
+class FailingStream : public PieceStream {
+public:
+    using PieceStream::PieceStream;
+
+    long Read(GBuffer& out, long maxBytes) override {
+        if (GetPosition() == 4 && !mFailed) {
+            mFailed = true;
+            throw GAbortException();
+        }
+        return PieceStream::Read(out, maxBytes);
+    }
+
+private:
+    bool mFailed = false;
+};
+
+TEST(Filter, PassesOnWhatItsSourceThrowsBehindWhatCameBefore) {
+    GHexDecode filter(new FailingStream("3031323334353637", 2));
+    GBuffer out;
+    EXPECT_EQ(filter.Read(out, 100), 2);
+    EXPECT_EQ(BytesOf(out), "01");
+    EXPECT_THROW(filter.Read(out, 100), GAbortException);
+    EXPECT_EQ(filter.Read(out, 100), 6);
+    EXPECT_EQ(BytesOf(out), "234567");
+}
+
+TEST(Filter, IsChained) {
+    const std::string input = MixedBytes(50000, 2);
+    GInStream* stream = new PieceStream(input, 100);
+    const char* const chain[] = {"runs", "85 lines", "hex", "hex lines", "unhex", "unhex", "un85", "unruns"};
+    for (const char* name : chain) stream = cFilters.at(name)(stream);
+    const std::unique_ptr<GInStream> owner(stream);
+    EXPECT_EQ(OutcomeOf(*stream, 777), (Outcome{input, 0}));
+    EXPECT_THROW(GHexDecode(static_cast<GInStream*>(nullptr)), GSimpleException);
+}
+
+TEST(Filter, BreaksLinesBehindEightyCharactersAndNeverInsideTheEndMark) {
+    for (std::size_t length = 55; length < 140; ++length) {
+        for (const char* name : {"hex lines", "85 lines"}) {
+            const std::string text = OutcomeOf(cFilters.at(name), MixedBytes(length, 3)).bytes;
+            std::size_t start = 0;
+            for (std::size_t end = text.find('\n'); end != std::string::npos; end = text.find('\n', start)) {
+                const std::size_t line = end - start;
+                EXPECT_TRUE(line == 80 || (line == 79 && text.substr(end) == "\n~>")) << name << " " << line;
+                start = end + 1;
+            }
+            EXPECT_LE(text.size() - start, 80u);
+        }
+    }
+}
+
+}  // namespace
