@@ -1,0 +1,113 @@
+#include "framework/files/GLockFile.h"
+
+#include <gtest/gtest.h>
+
+#include <tuple>
+
+#include "framework/core/errors/GException.h"
+#include "tests/files/TestFolder.h"
+
+namespace {
+
+using LockType = GLockFile::LockType;
+constexpr LockType cRead = GLockFile::cReadLock;
+constexpr LockType cWrite = GLockFile::cWriteLock;
+
+TEST(GLockFile, ReadersGoTogetherAndAWriterAlone) {
+    const std::tuple<LockType, LockType, bool> rows[] = {
+        {cRead, cRead, true}, {cRead, cWrite, false}, {cWrite, cRead, false}, {cWrite, cWrite, false}};
+    const TestFolder folder;
+    for (const auto& [held, wanted, together] : rows) {
+        SCOPED_TRACE(10 * held + wanted);
+        GLockFile holder(folder.Portable("lock")), other(folder.Portable("lock"));
+        EXPECT_TRUE(holder.Lock(held));
+        EXPECT_EQ(other.Lock(wanted), together);
+        EXPECT_EQ(other.IsLocked(wanted), together);
+        holder.UnLock();
+        holder.UnLock();
+        EXPECT_EQ(other.Lock(wanted), !together) << "free again";
+    }
+    EXPECT_EQ(folder.Take("lock"), "") << "it stays, empty";
+}
+
+TEST(GLockFile, AnObjectHoldsOneLockAndLetsGoOfItAtItsEnd) {
+    const TestFolder folder;
+    const GPathName path = folder.Portable("lock");
+    GLockFile lock(path);
+    EXPECT_FALSE(folder.Has("lock"));
+    EXPECT_FALSE(lock.IsLocked(cRead));
+    EXPECT_TRUE(lock.Lock(cRead));
+    EXPECT_FALSE(lock.Lock(cRead));
+    EXPECT_FALSE(lock.Lock(cWrite));
+    EXPECT_TRUE(lock.IsLocked(cRead));
+    EXPECT_FALSE(lock.IsLocked(cWrite));
+    lock.UnLock();
+    {
+        GLockFile writer(path);
+        EXPECT_TRUE(writer.Lock(cWrite));
+        EXPECT_TRUE(writer.IsLocked(cRead));
+        EXPECT_TRUE(writer.IsLocked(cWrite));
+        EXPECT_FALSE(lock.Lock(cRead));
+    }
+    EXPECT_TRUE(lock.Lock(cWrite));
+    EXPECT_EQ(lock.GetLockFileSpec(), path);
+}
+
+// The number, negative when it comes without a text of its own; 0 when nothing was thrown.
+long ThrownBy(const auto& call) {
+    try {
+        call();
+    } catch (const GCustomException& failure) {
+        return failure.GetExceptionID();
+    } catch (const GSimpleException& failure) {
+        return -failure.GetExceptionID();
+    }
+    return 0;
+}
+
+TEST(GLockFile, APathThatCannotBecomeALockIsAFailureAndNotBusy) {
+    const TestFolder folder;
+    folder.Put("file", "x");
+    GLockFile missing(folder.Portable("missing/lock")), inPlace(folder.Portable());
+    for (const LockType type : {cRead, cWrite}) {
+        EXPECT_EQ(ThrownBy([&] { missing.Lock(type); }), -40092);
+        EXPECT_EQ(ThrownBy([&] { inPlace.Lock(type); }), 40092);
+        EXPECT_EQ(ThrownBy([&] { GLockByFile(folder.Portable("missing/lock"), type, true); }), -40092);
+        EXPECT_FALSE(inPlace.IsLocked(type));
+    }
+    EXPECT_TRUE(GLockFile(folder.Portable("file")).Lock(cWrite));
+    EXPECT_EQ(folder.Take("file"), "x") << "what it holds is left alone";
+}
+
+TEST(GLockFile, IsDeletedOnlyWhenThisObjectHoldsNoLock) {
+    const TestFolder folder;
+    GLockFile lock(folder.Portable("lock"));
+    lock.DeleteFile();
+    for (const LockType type : {cRead, cWrite}) {
+        EXPECT_TRUE(lock.Lock(type));
+        EXPECT_EQ(ThrownBy([&] { lock.DeleteFile(); }), -40093);
+        EXPECT_TRUE(folder.Has("lock"));
+        lock.UnLock();
+    }
+    lock.DeleteFile();
+    EXPECT_FALSE(folder.Has("lock"));
+}
+
+TEST(GLockByFile, HoldsForItsScope) {
+    const TestFolder folder;
+    const GPathName path = folder.Portable("lock");
+    GLockByFile reader(path, cRead, true);
+    EXPECT_TRUE(reader.HasLock());
+    EXPECT_TRUE(GLockByFile(path, cRead, true).HasLock());
+    GLockByFile writer(path, cWrite, false);
+    EXPECT_FALSE(writer.HasLock());
+    EXPECT_FALSE(writer.WaitForLock(0));
+    EXPECT_FALSE(writer.WaitForLock(1));
+    reader.ReleaseLock();
+    reader.ReleaseLock();
+    EXPECT_FALSE(reader.HasLock());
+    EXPECT_TRUE(writer.WaitForLock(150));
+    EXPECT_FALSE(GLockByFile(path, cRead, false).HasLock());
+}
+
+}  // namespace
