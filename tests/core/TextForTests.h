@@ -48,14 +48,17 @@ inline std::string Readable(std::u16string_view text) {
 }
 
 /// The cells of a row that is written as one text, "path -> result", so that a table shows many rows at
-/// a glance. A missing cell is empty.
+/// a glance. A row with another number of cells fails.
 template <std::size_t Count, class View>
 std::array<View, Count> SplitRow(View row, View separator) {
     std::array<View, Count> cells;
-    for (View& cell : cells) {
-        const std::size_t end = row.find(separator);
-        cell = row.substr(0, end);
-        row = end == row.npos ? View() : row.substr(end + separator.size());
+    View rest = row;
+    for (std::size_t i = 0; i < Count; ++i) {
+        const std::size_t end = rest.find(separator);
+        const bool isLast = i + 1 == Count;
+        EXPECT_EQ(end == rest.npos, isLast) << "not " << Count << " cells: " << testing::PrintToString(row);
+        cells[i] = rest.substr(0, isLast ? rest.npos : end);
+        rest = end == rest.npos ? View() : rest.substr(end + separator.size());
     }
     return cells;
 }
@@ -71,18 +74,20 @@ auto CellsOf(std::string_view row) {
 }
 
 /// Calls `check` with the cells of each row, which a failure names.
-template <std::size_t Count, class Check>
-void ForEachRow(std::initializer_list<std::u16string_view> rows, const Check& check) {
-    for (const std::u16string_view row : rows) {
-        SCOPED_TRACE(Readable(row));
+template <std::size_t Count, class View, class Check>
+void ForEachRowOf(std::initializer_list<View> rows, const Check& check) {
+    for (const View row : rows) {
+        SCOPED_TRACE(testing::PrintToString(row));
         std::apply(check, CellsOf<Count>(row));
     }
 }
 
 template <std::size_t Count, class Check>
+void ForEachRow(std::initializer_list<std::u16string_view> rows, const Check& check) {
+    ForEachRowOf<Count>(rows, check);
+}
+
+template <std::size_t Count, class Check>
 void ForEachRow(std::initializer_list<std::string_view> rows, const Check& check) {
-    for (const std::string_view row : rows) {
-        SCOPED_TRACE(row);
-        std::apply(check, CellsOf<Count>(row));
-    }
+    ForEachRowOf<Count>(rows, check);
 }
