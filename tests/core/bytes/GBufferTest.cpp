@@ -110,32 +110,6 @@ TEST(GBufferBorrowing, ALiteralIsHandedOutAndSharedAsItIs) {
     EXPECT_EQ(ownedCopy, owned);
 }
 
-TEST(GBufferBorrowing, EveryChangeLeavesTheMemoryAlone) {
-    const std::tuple<const char*, void (*)(GBuffer&), const char*> rows[] = {
-        {"append bytes", [](GBuffer& b) { b.AppendByteArray(Bytes("xy"), 2); }, "abcxy"},
-        {"append a byte", [](GBuffer& b) { b += 'x'; }, "abcx"},
-        {"append a unit", [](GBuffer& b) { b += Unit(0x7978); }, "abcxy"},
-        {"append itself", [](GBuffer& b) { b += b; }, "abcabc"},
-        {"replace", [](GBuffer& b) { b.Replace(1, 1, GBuffer("xyz")); }, "axyzc"},
-        {"remove", [](GBuffer& b) { b.Remove(0, 1); }, "bc"},
-        {"shorten", [](GBuffer& b) { b.SetLength(2); }, "ab"},
-        {"find and replace a byte", [](GBuffer& b) { b.FindAndReplace(0, 'a', 'x'); }, "xbc"},
-        {"find and replace bytes", [](GBuffer& b) { b.FindAndReplace(0, "ab", "xy"); }, "xyc"},
-        {"set a unit", [](GBuffer& b) { b.SetWordAt(0, 0x7978); }, "xyc"},
-        {"write through the pointer", [](GBuffer& b) { b.GetWritePtr()[0] = 'x'; }, "xbc"},
-        {"copy over it", [](GBuffer& b) { b.CopyByteArray(Bytes("xy"), 2); }, "xy"},
-        {"copy a part of itself", [](GBuffer& b) { b.GetSubBuffer(1, 2, b); }, "bc"}};
-    for (const auto& [what, change, result] : rows) {
-        SCOPED_TRACE(what);
-        unsigned char block[16] = "abc";
-        GBuffer buffer;
-        buffer.TakeByteArray(block, 3, sizeof block);
-        change(buffer);
-        EXPECT_STREQ(buffer.GetPtr(), result);
-        EXPECT_STREQ(reinterpret_cast<char*>(block), "abc");
-    }
-}
-
 TEST(GBufferBorrowing, BytesWithoutAZeroBehindThemAreMovedWhenATextIsAskedFor) {
     unsigned char bytes[] = {'a', 'b', 'c', 'd'};
     GBuffer buffer;
@@ -231,13 +205,9 @@ TEST(GBuffer, AnOwnedBufferEndsInTwoZerosAndKeepsItsBlock) {
 }
 
 TEST(GBuffer, CopyByteArray) {
-    const std::tuple<const char*, long, std::string_view> rows[] = {
-        {"the bytes alone", 3, "abc"},
-        {"with what follows", 4, "abcd"},
-        {"never more than the spare bytes", 100, "abcde"},
-        {"fewer than the length", 2, "ab"}};
-    for (const auto& [what, copyLength, block] : rows) {
-        SCOPED_TRACE(what);
+    // The bytes alone, with what follows, never more than the spare bytes, and fewer than the length.
+    const std::pair<long, std::string_view> rows[] = {{3, "abc"}, {4, "abcd"}, {100, "abcde"}, {2, "ab"}};
+    for (const auto& [copyLength, block] : rows) {
         GBuffer buffer;
         buffer.CopyByteArray(Bytes("abcdef"), 3, copyLength);
         EXPECT_EQ(buffer.GetLength(), 3);
@@ -245,11 +215,6 @@ TEST(GBuffer, CopyByteArray) {
         const auto* const data = reinterpret_cast<const char*>(buffer.GetRawData());
         EXPECT_EQ(std::string_view(data, block.size()), block);
     }
-    GBuffer self("abcdefgh");
-    self.CopyByteArray(self.GetRawData() + 2, 5);
-    EXPECT_EQ(BytesOf(self), "cdefg");
-    self.Set(self.GetPtr());
-    EXPECT_EQ(BytesOf(self), "cdefg");
     GBuffer tight("abc");
     tight.CopyByteArray(tight.GetRawData() + 1, 4);  // reaches into the spare bytes, needs a new block
     EXPECT_EQ(BytesOf(tight).substr(0, 2), "bc");
@@ -294,19 +259,13 @@ TEST(GBuffer, MovingAndSwappingExchangeBlocks) {
 // --- Editing -----------------------------------------------------------------------------------
 
 TEST(GBufferEditing, Appending) {
-    GBuffer buffer;
-    buffer += "ab";
-    buffer += GBuffer("cd");
-    buffer += static_cast<unsigned char>('e');
-    buffer += 'f';
-    buffer += Unit(0x6867);
+    GBuffer buffer("ab");
     buffer += GCharCode(Bytes("ij"), 2);
     buffer += static_cast<const char*>(nullptr);
     buffer.AppendByteArray(nullptr, 3);
-    buffer.AppendByteArray(Bytes("x"), 0);
     buffer.AppendByteArray(Bytes("x"), -1);
-    EXPECT_EQ(BytesOf(buffer), "abcdefghij");
-    EXPECT_EQ(BytesOf(buffer + buffer), "abcdefghijabcdefghij");
+    EXPECT_EQ(BytesOf(buffer), "abij");
+    EXPECT_EQ(BytesOf(buffer + buffer), "abijabij");
     EXPECT_EQ(BytesOf(GBuffer() + "x"), "x");
 }
 
@@ -338,7 +297,15 @@ void ChangeBoth(unsigned kind, const Change& change, GBuffer& buffer, std::strin
         buffer += 'x', buffer += Unit(0x7A79), model += "xyz";
     } else if (kind == 5) {
         buffer.GetPtr(), buffer.Allocate(2 * length + partLength);
-    } else if (kind < 8) {
+    } else if (kind == 6 && length > 1) {
+        buffer.SetWordAt(0, 0x7A79), buffer.GetWritePtr()[1] = 'w', model.replace(0, 2, "yw");
+    } else if (kind == 7) {
+        buffer.CopyByteArray(source, partLength), model = part;
+    } else if (kind == 8) {
+        buffer.FindAndReplace(0, "ab", "xyz");
+        for (std::size_t at = 0; (at = model.find("ab", at)) != model.npos; at += 3)
+            model.replace(at, 2, "xyz");
+    } else if (kind < 11) {
         buffer.AppendByteArray(source, partLength), model += part;
     } else {
         buffer.ReplaceByteArray(start, count, source, partLength), model.replace(place, removed, part);
@@ -352,6 +319,7 @@ TEST(GBufferEditing, AgreesWithTheStandardStringAlsoWithinItself) {
     std::mt19937 random(9);
     std::string noise, model;
     for (int i = 0; i < 3000; ++i) noise += "abc\x80\0\xFF"[random() % 6];
+    const std::string unchanged = noise;
     GBuffer buffer;
     for (int round = 0; round < 60000; ++round) {
         const bool isWithin = random() % 3 != 0;
@@ -361,14 +329,20 @@ TEST(GBufferEditing, AgreesWithTheStandardStringAlsoWithinItself) {
                                round % 16 == 1 ? cTooLong : static_cast<long>(random() % 30) - 4,
                                isWithin ? buffer.GetRawData() + offset : Bytes(noise.data()) + offset,
                                from.substr(offset, random() % (round % 16 == 0 ? 1500 : 60))};
-        const long arraySize = buffer.GetAllocated() ? buffer.GetArraySize() : 0;
-        ChangeBoth(random() % 12, change, buffer, model);
+        long arraySize = buffer.GetAllocated() ? buffer.GetArraySize() : 0;
+        const unsigned kind = random() % 15;
+        ChangeBoth(kind, change, buffer, model);
         ASSERT_EQ(BytesOf(buffer), model) << round;
+        if (kind == 8) arraySize = 0;  // the replaced text stands in a block of its own
         ASSERT_TRUE(!buffer.GetAllocated() ||
                     buffer.GetArraySize() >= std::max(buffer.GetLength() + 2, arraySize))
             << round;
-        if (model.size() > 3000) buffer.SetFromStatic(Bytes(noise.data()), 10), model = noise.substr(0, 10);
+        if (model.size() < 3000 && round % 9 != 0) continue;
+        // Borrowed, with room behind it: every change leaves the memory alone.
+        buffer.TakeByteArray(reinterpret_cast<unsigned char*>(noise.data()), 10, 20),
+            model = noise.substr(0, 10);
     }
+    EXPECT_EQ(noise, unchanged);
     GBuffer self("abc");
     self.Replace(1, 1, self);
     EXPECT_EQ(BytesOf(self += self), "aabccaabcc");
@@ -424,8 +398,6 @@ TEST(GBufferComparison, IsByBytesThenByLength) {
 
 TEST(GBufferHash, IsTheByteByByteDefinitionAtEveryLengthAndOffset) {
     EXPECT_EQ(GBuffer().GetHash(), 0u);
-    EXPECT_EQ(GBuffer("\x41").GetHash(), 0x51u);
-    EXPECT_EQ(GBuffer("\x41\x42").GetHash(), 0x652u);
     EXPECT_EQ(GBuffer("abcdefgh").GetHash(), 0x74523016u);
     std::string bytes;
     std::uint32_t state = 12345;
