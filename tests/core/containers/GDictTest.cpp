@@ -141,16 +141,6 @@ TEST(GDict, RehashesAtThreeQuarters) {
     EXPECT_EQ((Dict(-1).GetSlotCount()), 7);
 }
 
-TEST(GDict, HoldsDictionariesByPointersAsKeys) {
-    long keys[20];
-    GDict<const long*, GDict<GBuffer, GString>> groups;
-    for (long i = 0; i < 20; ++i) groups.GetOrInsert(&keys[i]).Set("key", GString(i));
-    const GDict<const long*, GDict<GBuffer, GString>> copy(groups);
-    groups.Clear();
-    for (long i = 0; i < 20; ++i) EXPECT_EQ(*copy.Find(&keys[i])->Find("key"), GString(i));
-    EXPECT_FALSE(copy.Has(nullptr));
-}
-
 TEST(GDict, EntriesLieInTheFirstFreeSlotFromTheirHome) {
     // 7 slots.
     EXPECT_EQ(KeysOf(DictOf({3, 1, 2})), (Numbers{1, 2, 3}));
@@ -221,44 +211,31 @@ TEST(GDict, ItsOwnKeysAndValuesMayBePassedIn) {
     EXPECT_EQ(dict.GetCount(), 4);
 }
 
-TEST(GDict, EachKeyAndValueIsDestroyedOnce) {
+TEST(GDict, EachKeyAndValueIsDestroyedOnceAndACopyThatThrowsChangesNothing) {
     CountedValue::Watch watch;
+    using Dict = GDict<CountedValue, CountedValue>;
     {
-        GDict<CountedValue, CountedValue> dict;
+        Dict dict;
         for (int i = 0; i < 30; ++i) dict.Insert(CountedValue(i), CountedValue(i));
-        EXPECT_EQ(CountedValue::sAlive, 60);
         dict.Insert(CountedValue(7), CountedValue(8));
         EXPECT_EQ(CountedValue::sAlive, 60);
         for (int i = 0; i < 10; ++i) dict.Remove(CountedValue(i));
-        EXPECT_EQ(CountedValue::sAlive, 40);
-        GDict<CountedValue, CountedValue> copy(dict);
+        Dict copy(dict);
         EXPECT_EQ(CountedValue::sAlive, 80);
         dict.Clear();
-        EXPECT_EQ(CountedValue::sAlive, 40);
         dict = std::move(copy);
         EXPECT_EQ(CountedValue::sAlive, 40);
+        const CountedValue key(99);
+        for (const long copies : {0L, 1L, 7L}) {  // the key's, then the value's; one of many
+            CountedValue::sThrowAfterCopies = copies;
+            EXPECT_THROW(copies < 2 ? dict.Insert(key, key) : Dict(dict).IsEmpty(), std::runtime_error);
+            CountedValue::sThrowAfterCopies = -1;
+            EXPECT_EQ(CountedValue::sAlive, 41);
+            EXPECT_TRUE(dict.GetCount() == 20 && !dict.Has(key));
+        }
+        EXPECT_TRUE(dict.Insert(key, key));
     }
     EXPECT_EQ(CountedValue::sAlive, 0);
-}
-
-TEST(GDict, ACopyThatThrowsChangesNothing) {
-    CountedValue::Watch watch;
-    GDict<CountedValue, CountedValue> dict;
-    for (int i = 0; i < 4; ++i) dict.Insert(CountedValue(i), CountedValue(i));
-    const CountedValue key(9), value(9);
-    for (const long copies : {0L, 1L}) {  // the key's, then the value's
-        CountedValue::sThrowAfterCopies = copies;
-        EXPECT_THROW(dict.Insert(key, value), std::runtime_error);
-        EXPECT_EQ(dict.GetCount(), 4);
-        EXPECT_FALSE(dict.Has(key));
-    }
-    for (const long copies : {0L, 3L, 7L}) {
-        CountedValue::sThrowAfterCopies = copies;
-        EXPECT_THROW((GDict<CountedValue, CountedValue>(dict)), std::runtime_error);
-    }
-    CountedValue::sThrowAfterCopies = -1;
-    EXPECT_EQ(CountedValue::sAlive, 10);
-    EXPECT_TRUE(dict.Insert(key, value));
 }
 
 // --- Robust iterators --------------------------------------------------------------------------
