@@ -34,13 +34,10 @@ TEST(GEncoding, EachKnowsItsNameAndNoOther) {
     EXPECT_FALSE(WinAnsi()->IsOfType(GBuffer("winansiencoding")));
 }
 
+// The tables that no peer has; the others are compared with a peer's, byte by byte.
 TEST(GEncoding, SingleBytesAndTheirCharacters) {
     const std::tuple<const GEncoding*, std::string, std::u16string> rows[] = {
-        {WinAnsi(), "\x1F '~\x80\x82\x95\xA0\xAD\xFF", u"\x1F '~\u20AC\u201A\u2022\u00A0\u00AD\u00FF"},
-        {MacRoman(), "\x8A\xCA\xDB\xDE", u"\u00E4\u00A0\u00A4\uFB01"},
-        {Standard(), "\x27\x60\xE1\xFB", u"\u2019\u2018\u00C6\u00DF"},
         {MacExpert(), "\x20\x48\xBE", u" \u00BD\uF7E6"},
-        {ASCII(), "\x1F ~\x7F", u"\x1F ~\x7F"},
         // The published table numbers what is not as in Latin-1: accents, signs and letters.
         {PDFDoc(), "\x18\x19\x1A\x1B\x1C\x1D\x1E\x1F", u"\u02D8\u02C7\u02C6\u02D9\u02DD\u02DB\u02DA\u02DC"},
         {PDFDoc(), "\x80\x81\x82\x83\x84\x85\x86\x87\x88\x89\x8A\x8B\x8C\x8D\x8E\x8F\x90\x91\x92",
@@ -60,24 +57,17 @@ TEST(GEncoding, SingleBytesAndTheirCharacters) {
 }
 
 TEST(GEncoding, WhatHasNoCharacterOrNoCodeBecomesTheDefaultCharacter) {
-    const std::tuple<const GEncoding*, std::string, std::u16string> reads[] = {
-        {WinAnsi(), "a\x7F\x81\x8D\x8F\x90\x9Dz", u"a@@@@@@z"},
-        {MacRoman(), "\xAD\xB0\xF0", u"@@@"},
-        {PDFDoc(), "\x7F\x9F\xAD", u"@@@"},
-        {Standard(), "\xFF", u"@"},
-        {ASCII(), "a\x80\xFFz", u"a@@z"}};
-    for (const auto& [encoding, bytes, units] : reads)
-        EXPECT_EQ(Read(encoding, bytes), (Conversion{units, 2}));
+    EXPECT_EQ(Read(PDFDoc(), "a\x7F\x9F\xADz"), (Conversion{u"a@@@z", 2}));
+    EXPECT_EQ(Read(ASCII(), "a\x80\xFFz"), (Conversion{u"a@@z", 2}));
     // Units whose low byte is a letter, in blocks, above 0x8000, and a surrogate pair, which is two.
-    const std::tuple<const GEncoding*, std::u16string, std::string> writes[] = {
+    const std::tuple<const GEncoding*, std::u16string, std::string> rows[] = {
         {WinAnsi(), u"a\u4E00b\x7F\xD83D\xDE00", "a@b@@@"},
         {PDFDoc(), u"\x18", "@"},
         {MacExpert(), u"A", "@"},
         {ASCII(), u"caf\u00E9\u0141", "caf@@"},
         {WinAnsi(), u"abcdefghijklmno\u01E4", "abcdefghijklmno@"},
         {WinAnsi(), u"\u80E4bcdefghijklmnop", "@bcdefghijklmnop"}};
-    for (const auto& [encoding, units, bytes] : writes)
-        EXPECT_EQ(Write(encoding, units), (Written{bytes, 2}));
+    for (const auto& [encoding, units, bytes] : rows) EXPECT_EQ(Write(encoding, units), (Written{bytes, 2}));
 }
 
 TEST(GEncoding, EveryMappedByteComesBackAndControlCodesStandForThemselves) {
@@ -110,9 +100,7 @@ TEST(GEncoding, ASpecialElementIsFoundAtEveryPlaceOfALongText) {
         {WinAnsi(), "\x80", u"\u20AC", 1},
         {WinAnsi(), "\x9F\xA0", u"\u0178\u00A0", 1},
         {ASCII(), "\x80", u"@", 2},
-        {UTF8(), "\xC3\xA9", u"\u00E9", 1},
-        {UTF8(), "\xE4\xB8\x80", u"\u4E00", 1},
-        {UTF8(), "\0"s, u"\0"s, 2}};
+        {UTF8(), "\xC3\xA9", u"\u00E9", 1}};
     for (const auto& [encoding, bytes, units, result] : rows) {
         for (std::size_t before = 0; before < 84; ++before) {
             for (const std::size_t after : {0u, 1u, 17u, 66u}) {
@@ -132,7 +120,6 @@ TEST(GEncoding, ASpecialElementIsFoundAtEveryPlaceOfALongText) {
 TEST(GEncoding, TheDefaultCharacterIsSignExtendedIntoUnits) {
     GEncoding::SetDefaultCharacter('?');
     EXPECT_EQ(Write(WinAnsi(), u"\u4E00").bytes, "?");
-    EXPECT_EQ(Read(WinAnsi(), "\x81").units, u"?");
     GEncoding::SetDefaultCharacter(static_cast<char>(0xBF));
     EXPECT_EQ(Read(WinAnsi(), "\x81").units, u"\uFFBF");
     EXPECT_EQ(Read(ASCII(), "\x81").units, u"\uFFBF");
