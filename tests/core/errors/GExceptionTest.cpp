@@ -3,12 +3,10 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
-#include <functional>
 #include <initializer_list>
 #include <memory>
 #include <thread>
 #include <tuple>
-#include <utility>
 #include <vector>
 
 #include "framework/core/errors/GExceptionHandler.h"
@@ -70,36 +68,21 @@ void ProgramsOwnHandler() {
     std::free(block);
 }
 
+// That the table is sorted and each number stands once in it is checked when it is compiled.
 TEST_F(GExceptionTest, HasTheMessagesOfAllPlatforms) {
     ForEachRow<2>(
-        {"2450 -> General Exception", "2459 -> Action has been canceled",
-         "2464 -> Could not write data to file", "40000 -> File directory full",
-         "40008 -> Memory full (open) or file won't fit (load)",
-         "40014 -> Directory is not empty (or: One or more files are open or File is busy )",
-         "40066 -> Path is not relative", "40073 -> A Win32 System Error has occurred",
-         "40079 -> Opening %1 in the application %2", "40092 -> Internal error. Could not lock.",
-         "40168 -> The specified shared memory was already created with another file size",
-         "40207 -> Could not release event",
-         "40255 -> System error, contact your System Administrator: \"Error creating thread: permission "
-         "denied\"",
-         "40270 -> Random generator already initialised"},
+        {"2450 -> General Exception", "2464 -> Could not write data to file", "40000 -> File directory full",
+         "40079 -> Opening %1 in the application %2", "40270 -> Random generator already initialised",
+         "2449 -> Message 2449", "40080 -> Message 40080", "40271 -> Message 40271", "-1 -> Message -1",
+         "2147483647 -> Message 2147483647"},
         [&](auto id, auto text) {
-            const GSimpleException exception(std::atol(id.data()));
-            EXPECT_EQ(Plain(exception.GetDescription()), std::u16string(text.begin(), text.end()));
+            EXPECT_EQ(Full(GSimpleException(std::atol(id.data()))), std::u16string(text.begin(), text.end()));
         });
-    const GString helped = GSimpleException(40091).GetDescription();
-    EXPECT_EQ(helped.Find("Internal error. Files are not locked. "), 0);
-    GString none;
-    for (const long gap : {2449L, 2465L, 40080L, 40095L, 40208L, 40271L})
-        EXPECT_FALSE(GStringPoolSupport::FindString(gap, none)) << gap;
-    for (const long unknown : {40271L, -1L, 0x7FFFFFFFL})
-        EXPECT_EQ(Full(GSimpleException(unknown)), Plain(GString("Message ") + GString(unknown)));
 }
 
 TEST_F(GExceptionTest, EachClassHasItsNumberAndText) {
     const std::tuple<const char*, std::shared_ptr<GException>, long, std::u16string_view> rows[] = {
         {"general", std::make_shared<GException>(), 2450, u"General Exception"},
-        {"simple", std::make_shared<GSimpleException>(40068), 40068, u"Invalid path"},
         {"abort", std::make_shared<GAbortException>(), 2459, u"Action has been canceled"},
         {"memory", std::make_shared<GMemoryException>(), 2451, u"Out of memory"},
         {"custom without text", std::make_shared<GCustomException>(40092), 40092,
@@ -156,10 +139,8 @@ TEST_F(GExceptionTest, IsBuiltAndCopiedWithItsNumberWhenThereIsNoMemory) {
 
 TEST_F(GExceptionLocationTest, SaysWhatTheThreadWasDoing) {
     const GExceptionLocation copying(40076, Path(u"C:/a/x.ps"), Path(u"//srv/s"));
-    EXPECT_EQ(Full(GSimpleException(40010)),
-              u"Copying C:\\a\\x.ps to \\\\srv\\s: File or directory not found or incomplete path name");
-    EXPECT_EQ(Plain(GSimpleException(40010).GetDescription()),
-              u"File or directory not found or incomplete path name");
+    EXPECT_EQ(Full(GSimpleException(40068)), u"Copying C:\\a\\x.ps to \\\\srv\\s: Invalid path");
+    EXPECT_EQ(Plain(GSimpleException(40068).GetDescription()), u"Invalid path");
 }
 
 TEST_F(GExceptionLocationTest, HasFourFormsOfWhichTheInnermostIsShown) {
@@ -217,26 +198,17 @@ TEST_F(GExceptionLocationTest, MayLeaveInAnyOrderFromAnyDepth) {
     EXPECT_TRUE(GExceptionLocation::GetLngDescription().IsEmpty());
 }
 
-TEST_F(GExceptionLocationTest, OneThatItsThreadHasLeftBehindIsNobodysElse) {
+TEST_F(GExceptionLocationTest, EachThreadHasItsOwnAlsoOneThatItsThreadHasLeftBehind) {
+    const GExceptionLocation here(Text(u"here"));
     std::unique_ptr<GExceptionLocation> left;
-    std::thread([&left] { left = std::make_unique<GExceptionLocation>(Text(u"left behind")); }).join();
-    const GExceptionLocation here(Text(u"here"));
-    std::thread([] { EXPECT_EQ(Full(GSimpleException(40068)), u"Invalid path"); }).join();
-    left.reset();
-    EXPECT_EQ(Full(GSimpleException(40068)), u"here: Invalid path");
-}
-
-TEST_F(GExceptionLocationTest, EachThreadHasItsOwn) {
-    const GExceptionLocation here(Text(u"here"));
-    std::u16string before;
-    std::u16string there;
-    std::thread([&] {
-        before = Full(GSimpleException(40068));
-        const GExceptionLocation location(Text(u"there"));
-        there = Full(GSimpleException(40068));
+    std::thread([&left] {
+        EXPECT_EQ(Full(GSimpleException(40068)), u"Invalid path");
+        left = std::make_unique<GExceptionLocation>(Text(u"left behind"));
+        EXPECT_EQ(Full(GSimpleException(40068)), u"left behind: Invalid path");
     }).join();
-    EXPECT_EQ(before, u"Invalid path");
-    EXPECT_EQ(there, u"there: Invalid path");
+    std::thread([] { EXPECT_EQ(Full(GSimpleException(40068)), u"Invalid path"); }).join();
+    EXPECT_EQ(Full(GSimpleException(40068)), u"here: Invalid path");
+    left.reset();
     EXPECT_EQ(Full(GSimpleException(40068)), u"here: Invalid path");
 }
 
@@ -338,27 +310,21 @@ TEST_F(GExceptionHandlerTest, DispatchesOnTheType) {
     EXPECT_EQ(handler.mNote, "") << "no exception to handle";
 }
 
-TEST_F(GExceptionHandlerTest, TheDefaultHandlerReportsTheFullDescription) {
+TEST_F(GExceptionHandlerTest, TheDefaultHandlerReportsTheFullDescriptionToAReporterThatIsOwned) {
     std::u16string note;
-    GErrorReporter::SetInstance(new NotingReporter(note));
+    GErrorReporter::GetInstance()->Report(Text(u"nobody hears"));
+    auto* const reporter = new NotingReporter(note);
+    GErrorReporter::SetInstance(reporter);
+    GErrorReporter::SetInstance(reporter);
     const GExceptionLocation where(Text(u"here"));
     const GDefaultExceptionHandler handler;
-    const std::pair<std::function<void()>, std::u16string_view> rows[] = {
-        {[] { throw GSimpleException(40068); }, u"here: Invalid path"},
-        {[] { throw GMemoryException(); }, u"Out of memory"},
-        {[] { throw GCustomException(2450, Text(u"own")); }, u"here: own"}};
-    for (const auto& [thrower, reported] : rows) {
-        try {
-            thrower();
-        } catch (...) {
-            handler.Handle();
-        }
-        EXPECT_EQ(std::exchange(note, {}), reported);
-    }
+    EXPECT_EQ(Dispatch(GSimpleException(40068), handler) + Dispatch(GMemoryException(), handler), "");
+    EXPECT_EQ(Dispatch(GCustomException(2450, Text(u"own")), handler), "");
     EXPECT_EQ(Dispatch(GAbortException(), handler), "on");
-    EXPECT_EQ(note, u"");
+    EXPECT_EQ(note, u"here: Invalid pathOut of memoryhere: own");
     GErrorReporter::SetInstance(nullptr);
-    EXPECT_EQ(note, u"[gone]");
+    EXPECT_TRUE(note.ends_with(u"[gone]"));
+    EXPECT_NE(GErrorReporter::GetInstance(), nullptr);
 }
 
 TEST_F(GExceptionHandlerTest, TheDefaultHandlersOverloadsMeetInOneThatMayBeReplacedAndMayThrow) {
@@ -370,20 +336,4 @@ TEST_F(GExceptionHandlerTest, TheDefaultHandlersOverloadsMeetInOneThatMayBeRepla
     EXPECT_EQ(Dispatch(GSimpleException(40068), handler), "40068 instead");
     EXPECT_EQ(Dispatch(GMemoryException(), handler), "2451 instead");
     EXPECT_FALSE(std::current_exception());
-}
-
-TEST_F(GExceptionHandlerTest, TheReporterIsReplacedAndOwned) {
-    GErrorReporter* const silent = GErrorReporter::GetInstance();
-    silent->Report(Text(u"nobody hears"));
-    GErrorReporter::SetInstance(silent);
-    EXPECT_EQ(GErrorReporter::GetInstance(), silent);
-    std::u16string note;
-    auto* const own = new NotingReporter(note);
-    GErrorReporter::SetInstance(own);
-    GErrorReporter::SetInstance(own);
-    EXPECT_EQ(note, u"");
-    EXPECT_EQ(GErrorReporter::GetInstance(), own);
-    GErrorReporter::SetInstance(nullptr);
-    EXPECT_EQ(note, u"[gone]");
-    EXPECT_NE(GErrorReporter::GetInstance(), nullptr);
 }

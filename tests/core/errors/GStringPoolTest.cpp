@@ -39,27 +39,18 @@ std::u16string Read(const GLngString& text) {
 
 TEST_F(GStringPoolTest, FindsTextsByNumberInTheCurrentLanguageOrEnglish) {
     EXPECT_EQ(GStringPoolSupport::GetCurrentLanguage(), "enUS");
-    const std::tuple<const char*, long, std::u16string> rows[] = {
-        {"enUS", 70000001, u"Delete %1"},
-        {"enUS", 70000009, u"last"},
-        {"deDE", 70000001, u"%1 l\u00F6schen f\u00FCr 5 \u20AC"},
-        {"deDE", 70000003, u"%2 hat %1"},
-        {"deDE", 70000002, u"Launch"},
-        {"jaJP", 70000001, u"Delete %1"}};
-    for (const auto& [language, id, text] : rows) {
-        GStringPoolSupport::SetCurrentLanguage(language);
-        EXPECT_EQ(Pooled(id), text) << language << id;
-    }
-}
-
-TEST_F(GStringPoolTest, NamesANumberWithoutAText) {
+    ForEachRow<3>({u"enUS -> 70000001 -> Delete %1", u"enUS -> 70000009 -> last",
+                   u"deDE -> 70000003 -> %2 hat %1", u"deDE -> 70000001 -> %1 l\u00F6schen f\u00FCr 5 \u20AC",
+                   u"deDE -> 70000002 -> Launch", u"jaJP -> 70000001 -> Delete %1",
+                   u"enUS -> 70000000 -> Message 70000000", u"enUS -> 70000004 -> Message 70000004",
+                   u"enUS -> 70000010 -> Message 70000010", u"enUS -> -1 -> Message -1"},
+                  [&](auto language, auto id, auto text) {
+                      GStringPoolSupport::SetCurrentLanguage(Text(language).GetBuffer(ASCII()));
+                      EXPECT_EQ(Pooled(Text(id).GetInt32()), text);
+                  });
     GString text("before");
-    for (const long id : {70000000L, 70000004L, 70000010L, 0L, -1L}) {
-        EXPECT_FALSE(GStringPoolSupport::FindString(id, text)) << id;
-        EXPECT_EQ(Plain(text), u"before");
-    }
-    EXPECT_EQ(Pooled(70000004), u"Message 70000004");
-    EXPECT_EQ(Pooled(-1), u"Message -1");
+    EXPECT_FALSE(GStringPoolSupport::FindString(0, text));
+    EXPECT_EQ(Plain(text), u"before");
 }
 
 TEST_F(GStringPoolTest, AsksTheLatestRegistrationFirstAndKnowsTheSameRowsOnce) {
