@@ -3,20 +3,10 @@
 #include <algorithm>
 #include <string>
 
-#include "framework/core/bytes/GBuffer.h"
 #include "framework/core/encodings/GUTF8Encoding.h"
-#include "framework/core/text/GString.h"
 #include "framework/streams/GInStream.h"
 #include "framework/streams/GOutStream.h"
-
-inline std::string BytesOf(const GBuffer& buffer) {
-    return std::string(reinterpret_cast<const char*>(buffer.GetRawData()),
-                       static_cast<std::size_t>(buffer.GetLength()));
-}
-
-inline GBuffer BufferOf(const std::string& bytes) {
-    return GBuffer(reinterpret_cast<const unsigned char*>(bytes.data()), static_cast<long>(bytes.size()));
-}
+#include "tests/core/TextForTests.h"
 
 inline std::string UTF8Of(const GString& text) {
     return BytesOf(text.GetBuffer(GUTF8Encoding::GetInstance()));
