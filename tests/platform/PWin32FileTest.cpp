@@ -157,15 +157,17 @@ std::string Environment(const wchar_t* name) {
 }
 
 TEST(PWin32FileSystemImp, TheShellsFoldersAreTheEnvironments) {
-    EXPECT_EQ(TextOf(GFileSystem::GetUserApplicationDataFolder()), Environment(L"APPDATA"));
-    EXPECT_EQ(TextOf(GFileSystem::GetUserPreferenceFolder()), Environment(L"APPDATA"));
-    EXPECT_EQ(TextOf(GFileSystem::GetCommonAppDataFolder()), Environment(L"ALLUSERSPROFILE"));
-    EXPECT_EQ(TextOf(GFileSystem::GetGlobalPreferenceFolder()), Environment(L"ALLUSERSPROFILE"));
-    EXPECT_EQ(TextOf(GFileSystem::GetUserHomeFolder()), Environment(L"USERPROFILE"));
-    EXPECT_EQ(TextOf(GFileSystem::GetGlobalSystemFolder()), Environment(L"windir"));
-    EXPECT_EQ(TextOf(GFileSystem::GetSystemFolder()), Environment(L"windir") + "/system32");
-    EXPECT_EQ(TextOf(GFileSystem::GetApplicationsFolder()), Environment(L"ProgramFiles"));
-    EXPECT_EQ(TextOf(GFileSystem::GetApplicationsFolder32()), Environment(L"ProgramFiles(x86)"));
+    const std::tuple<GPathName (*)(), const wchar_t*, const char*> rows[] = {
+        {GFileSystem::GetUserApplicationDataFolder, L"APPDATA", ""},
+        {GFileSystem::GetUserPreferenceFolder, L"APPDATA", ""},
+        {GFileSystem::GetCommonAppDataFolder, L"ALLUSERSPROFILE", ""},
+        {GFileSystem::GetGlobalPreferenceFolder, L"ALLUSERSPROFILE", ""},
+        {GFileSystem::GetUserHomeFolder, L"USERPROFILE", ""},
+        {GFileSystem::GetGlobalSystemFolder, L"windir", ""},
+        {GFileSystem::GetSystemFolder, L"windir", "/system32"},
+        {GFileSystem::GetApplicationsFolder, L"ProgramFiles", ""},
+        {GFileSystem::GetApplicationsFolder32, L"ProgramFiles(x86)", ""}};
+    for (const auto& [get, variable, below] : rows) EXPECT_EQ(TextOf(get()), Environment(variable) + below);
     const GPathName temp = GFileSystem::GetSpecialPath(GSpecialPath::cGlobalTemp);
     EXPECT_TRUE(GFileSystem::FolderExists(temp)) << TextOf(temp);
     EXPECT_EQ(TextOf(GFileSystem::GetDebugFolder()), TextOf(temp) + "QuillonDebug");

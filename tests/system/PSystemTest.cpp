@@ -2,28 +2,30 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
+#include <limits>
 #include <regex>
-#include <tuple>
+#include <string_view>
+#include <utility>
 
 #include "framework/core/text/GBufferSupport.h"
+#include "tests/core/TextForTests.h"
 #include "tests/files/TestFolder.h"
 
 namespace {
 
+using namespace std::string_view_literals;
+
 TEST(PSystem, FormatsHardwareAddresses) {
-    const std::tuple<const char*, GBuffer, const char*> rows[] = {
-        {"an adapter", GBuffer(reinterpret_cast<const unsigned char*>("\x00\x1A\x2B\x3C\xFF\x5E"), 6),
-         "00:1a:2b:3c:ff:5eN"},
-        {"dial-up", GBuffer(reinterpret_cast<const unsigned char*>("DEST\0\x01"), 6), "44:45:53:54:00:01M"},
-        {"nearly dial-up", GBuffer(reinterpret_cast<const unsigned char*>("DEST\x01\x01"), 6),
-         "44:45:53:54:01:01N"},
-        {"five bytes", GBuffer(reinterpret_cast<const unsigned char*>("DEST\0"), 5), ""},
-        {"eight bytes", GBuffer(reinterpret_cast<const unsigned char*>("DEST\0\0\0\0"), 8), ""},
-        {"nothing", GBuffer(), ""},
-    };
-    for (const auto& [what, address, text] : rows)
-        EXPECT_EQ(TextOf(PSystem::FormatEtherAddress(address)), text) << what;
+    // An adapter, dial-up, nearly dial-up, and what has not six bytes.
+    const std::pair<std::string_view, const char*> rows[] = {
+        {"\x00\x1A\x2B\x3C\xFF\x5E"sv, "00:1a:2b:3c:ff:5eN"},
+        {"DEST\0\x01"sv, "44:45:53:54:00:01M"},
+        {"DEST\x01\x01"sv, "44:45:53:54:01:01N"},
+        {"DEST\0"sv, ""},
+        {"DEST\0\0\0\0"sv, ""},
+        {""sv, ""}};
+    for (const auto& [address, text] : rows)
+        EXPECT_EQ(TextOf(PSystem::FormatEtherAddress(BufferOf(address))), text) << text;
 }
 
 TEST(PSystem, ListsTheAdaptersAsBytesAndAsTexts) {
@@ -41,12 +43,11 @@ TEST(PSystem, ListsTheAdaptersAsBytesAndAsTexts) {
 
 TEST(PSystem, KeepsTheCodeThatWasSet) {
     const long own = PSystem::GetOSCode();
-    PSystem::SetOSCode(3008);
-    EXPECT_EQ(PSystem::GetOSCode(), 3008);
-    EXPECT_TRUE(PSystem::IsNTOrBetter());
-    PSystem::SetOSCode(0);
-    EXPECT_EQ(PSystem::GetOSCode(), 0);
-    EXPECT_FALSE(PSystem::IsNTOrBetter());
+    for (const long code : {3008L, 0L}) {
+        PSystem::SetOSCode(code);
+        EXPECT_EQ(PSystem::GetOSCode(), code);
+        EXPECT_EQ(PSystem::IsNTOrBetter(), code != 0);
+    }
     PSystem::SetOSCode(PSystem::cUnknownOSCode);
     EXPECT_EQ(PSystem::GetOSCode(), own);
 }
@@ -82,12 +83,8 @@ TEST(PSystem, LineEndsAreThoseOfTheBuffers) {
 TEST(PSystem, AsksForNoTimeAndTracesNothingForANullPointer) {
     PSystem::Trace(static_cast<const char*>(nullptr));
     PSystem::Trace(static_cast<const wchar_t*>(nullptr));
-    PSystem::MilliSleep(0);
-    PSystem::MilliSleep(-1);
-    PSystem::MilliSleep(-2147483647);
-    PSystem::Sleep(0);
-    PSystem::Sleep(-1e300);
-    PSystem::Sleep(std::strtod("nan", nullptr));
+    for (const long none : {0L, -1L, -2147483647L}) PSystem::MilliSleep(none);
+    for (const double none : {0.0, -1e300, std::numeric_limits<double>::quiet_NaN()}) PSystem::Sleep(none);
     EXPECT_GE(PSystem::GetNumberOfProcessors(), 1);
 }
 
