@@ -1,5 +1,6 @@
 #include "framework/core/paths/GPathName.h"
 
+#include <typeinfo>
 #include <utility>
 
 #include "framework/core/errors/GException.h"
@@ -115,15 +116,13 @@ void GPathName::SetPortablePath(const GString& portable) {
     SetCrossPlatformString(portable);
 }
 
-/// Keeps a text that was made for this path, without a copy, and passes it through the virtual
-/// setter, where a derived class hears of every change and may refuse it.
+// Stores a text that was made for this path. A derived class hears of it, while the old path is still
+// there, and may store something else or nothing.
 void GPathName::Store(GString&& portable) {
-    GString before = std::exchange(mPath, std::move(portable));
-    try {
-        SetCrossPlatformString(mPath);
-    } catch (...) {
-        mPath = std::move(before);
-        throw;
+    if (typeid(*this) == typeid(GPathName)) {
+        mPath = std::move(portable);  // nobody overrides the setter: no copy is needed
+    } else {
+        SetCrossPlatformString(portable);
     }
 }
 
@@ -149,6 +148,10 @@ GPathName GPathName::GetRelativePath() const {
     return GPathName(Part(GetStartPositionRelativePath(mPath), -1));
 }
 
+bool GPathName::IsRootNameAlone() const {
+    return HasRootName() && GetRootNameLength(mPath) == mPath.GetLength();
+}
+
 GPathName GPathName::GetRelativePathFrom(const GPathName& base) const {
     GString target = GetNormalizedPortablePathFrom(mPath);
     const GString origin = GetNormalizedPortablePathFrom(base.mPath);
@@ -163,7 +166,8 @@ GPathName GPathName::GetRelativePathFrom(const GPathName& base) const {
     const std::size_t stepsUp = CountStepsUp(from, common.mInBase);
     if (stepsUp == cNoWay) return GPathName(std::move(target));
     GPathName way(MakeWay(stepsUp, path.subspan(common.mInPath)));
-    return way.IsRelative() ? way : GPathName(std::move(target));
+    const bool leadsThere = way.IsEmpty() || (way.IsRelative() && !base.IsRootNameAlone());
+    return leadsThere ? way : GPathName(std::move(target));
 }
 
 GPathName GPathName::GetBranch() const {

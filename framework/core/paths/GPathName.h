@@ -31,8 +31,8 @@ public:
     /// A path from the form that the operating system uses.
     static GPathName FromNative(const GString& native);
 
-    /// Every change of the path passes through here. A derived class may refuse one by throwing; the
-    /// path then stays as it was.
+    /// Every change of the path passes through here. A derived class may store another text, or none,
+    /// or refuse by throwing. Until it stores something the path is as it was.
     void SetCrossPlatformString(const GString& portable) override;
     const GString& GetCrossPlatformString() const override;
     void ConvertPortableToWin32(const GString& portable, GString& win32) const override;
@@ -53,8 +53,8 @@ public:
     virtual void ConvertPortableToCFM(const GString& portable, GString& cfm) const;
     virtual void ConvertCFMToPortable(const GString& cfm, GString& portable) const;
     /// The UNIX form is the portable form.
-    virtual void ConvertPortableToUNIX(const GString& portable, GString& unix) const;
-    virtual void ConvertUNIXToPortable(const GString& unix, GString& portable) const;
+    virtual void ConvertPortableToUNIX(const GString& portable, GString& out) const;
+    virtual void ConvertUNIXToPortable(const GString& path, GString& portable) const;
     /// The portable path with "." and ".." resolved as Normalize() does.
     virtual GString GetNormalizedPortablePathFrom(const GString& portable) const;
     virtual void SetPortablePath(const GString& portable);
@@ -94,9 +94,9 @@ public:
     GPathName GetRelativePath() const;
     /// The way from `base` to this path, so that base / result names this path: "C:/a/b" from
     /// "C:/a/c" is "../b". Both are normalised first; names are compared without regard to case.
-    /// The empty path when both are the same. Where there is no way (another root, a base that steps
-    /// up beyond what it shares with this path, or a way that would read as a root name, such as
-    /// "D:x"), the normalised path itself.
+    /// The empty path when both are the same. Where there is no way, the normalised path itself: from
+    /// another root; from a base that steps up beyond what it shares with this path; from a drive
+    /// alone ("C:" / "b" is not "C:b"); and where the way would read as a root name, such as "D:x".
     GPathName GetRelativePathFrom(const GPathName& base) const;
     /// Everything before the leaf, the '/' included; the whole path when it has no leaf.
     GPathName GetBranch() const;
@@ -143,7 +143,7 @@ public:
     /// Makes a title acceptable as the name of one file, in any folder.
     ///
     /// What Windows refuses becomes `replacement`: < > : " / \ | ? *, U+0000 to U+001F, and dots and
-    /// blanks at the end. '_' is put in front of the name of a device (CON, PRN, AUX, NUL, COM0 to
+    /// blanks at the end. It is also put in front of the name of a device (CON, PRN, AUX, NUL, COM0 to
     /// COM9, LPT0 to LPT9 and their superscript digits, CONIN$, CONOUT$), with or without an
     /// extension. A name that would be empty without its extension has it joined ("." and blanks
     /// before the last dot are replaced, the dot of ".foo" too), so that the caller may take the
@@ -174,6 +174,7 @@ private:
     static GString Join(const GString& base, const GString& component);
     void Store(GString&& portable);
     GString Part(long start, long count) const;
+    bool IsRootNameAlone() const;
     long GetExtensionPosition() const;
 
     GString mPath;

@@ -272,12 +272,12 @@ void GPathName::ConvertCFMToPortable(const GString& cfm, GString& portable) cons
     }
 }
 
-void GPathName::ConvertPortableToUNIX(const GString& portable, GString& unix) const {
-    unix = portable;
+void GPathName::ConvertPortableToUNIX(const GString& portable, GString& out) const {
+    out = portable;
 }
 
-void GPathName::ConvertUNIXToPortable(const GString& unix, GString& portable) const {
-    portable = unix;
+void GPathName::ConvertUNIXToPortable(const GString& path, GString& portable) const {
+    portable = path;
 }
 
 void GPathName::SetWin32PathString(const GString& path) {

@@ -1,10 +1,15 @@
+// The header must do without this name: compilers for UNIX define it, unless told to keep to the standard.
+#undef unix
+#define unix 1
+#include "framework/core/paths/GPathName.h"
+#undef unix
+
 #include <gtest/gtest.h>
 
 #include <string>
 #include <tuple>
 
 #include "framework/core/errors/GException.h"
-#include "framework/core/paths/GPathName.h"
 #include "tests/core/TextForTests.h"
 
 namespace {

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <tuple>
 
 #include "framework/core/errors/GException.h"
 #include "tests/core/TextForTests.h"
@@ -167,13 +168,29 @@ TEST(GPathName, NormalizesAsText) {
 }
 
 TEST(GPathName, FindsTheWayFromABase) {
-    ForEachRow<3>({u"C:/a/b -> C:/a/c -> ../b", u"C:/a/b -> C:/a/ -> b", u"C:/A/b -> c:/a/C/d -> ../../b",
-                   u"C:/a -> C:/a -> ", u"C:/a -> C:/a/b/c -> ../..", u"C:/a/b -> C:/ab -> ../a/b",
-                   u"C:/a -> D:/a -> C:/a", u"C:/a -> C:a -> C:/a", u"C:/a -> a -> C:/a",
-                   u"//srv/s/x -> //SRV/s/y/z -> ../../x", u"//srv/s/x -> //other/s -> //srv/s/x",
-                   u"a/b -> a/c -> ../b", u"x -> ../y -> x", u"../x -> y -> ../../x",
-                   u"C:/a/./b/../c -> C:/a/d/.. -> c", u"C:/a/D:/x -> C:/a -> C:/a/D:/x",
-                   u"C:/a/D:/x -> C:/b -> ../a/D:/x", u"C:/a/Data: -> C:/a -> C:/a/Data:", u" ->  -> "},
+    ForEachRow<3>({u"C:/a/b -> C:/a/c -> ../b",
+                   u"C:/a/b -> C:/a/ -> b",
+                   u"C:/A/b -> c:/a/C/d -> ../../b",
+                   u"C:/a -> C:/a -> ",
+                   u"C:/a -> C:/a/b/c -> ../..",
+                   u"C:/a/b -> C:/ab -> ../a/b",
+                   u"C:/a -> D:/a -> C:/a",
+                   u"C:/a -> C:a -> C:/a",
+                   u"C:/a -> a -> C:/a",
+                   u"//srv/s/x -> //SRV/s/y/z -> ../../x",
+                   u"//srv/s/x -> //other/s -> //srv/s/x",
+                   u"a/b -> a/c -> ../b",
+                   u"x -> ../y -> x",
+                   u"../x -> y -> ../../x",
+                   u"C:/a/./b/../c -> C:/a/d/.. -> c",
+                   u"C:/a/D:/x -> C:/a -> C:/a/D:/x",
+                   u"C:b -> C: -> C:b",
+                   u"C: -> C: -> ",
+                   u"C:b -> C:. -> b",
+                   u"C:b -> C:a -> ../b",
+                   u"C:/a/D:/x -> C:/b -> ../a/D:/x",
+                   u"C:/a/Data: -> C:/a -> C:/a/Data:",
+                   u" ->  -> "},
                   [&](auto path, auto base, auto way) {
                       EXPECT_EQ(Plain(Path(path).GetRelativePathFrom(Path(base))), way);
                   });
@@ -244,6 +261,40 @@ TEST(GPathName, LeavesRulesToADerivedClass) {
     EXPECT_EQ(Plain(path.GetWin32APIPathString()), u"C:\\ABC\\" + std::u16string(239, u'Y'));
     path.Append(Text(u"z"));
     EXPECT_EQ(Plain(path.GetWin32APIPathString()), u"\\\\?\\C:\\ABC\\" + std::u16string(239, u'Y') + u"\\Z");
+}
+
+/// A path that only notes what it was to become, and what it was just then.
+class UnwillingPath : public GPathName {
+public:
+    explicit UnwillingPath(std::u16string_view path) : GPathName(Text(path)) {}
+    void SetCrossPlatformString(const GString& portable) override {
+        mWanted = Plain(portable) + u" instead of " + Plain(GetPortablePath());
+    }
+    std::u16string mWanted;
+};
+
+TEST(GPathName, ChangesOnlyThroughItsSetter) {
+    const std::tuple<void (*)(GPathName&), const char16_t*> rows[] = {
+        {[](GPathName& p) { p.SetPortablePath(Text(u"x")); }, u"x"},
+        {[](GPathName& p) { p.SetWin32PathString(Text(u"x\\y")); }, u"x/y"},
+        {[](GPathName& p) { p.SetUNCPathString(Text(u"\\\\s")); }, u"//s"},
+        {[](GPathName& p) { p.SetDIPathString(Text(u"/D")); }, u"D:"},
+        {[](GPathName& p) { p.SetMachOPathString(Text(u"/Volumes/D")); }, u"D:/"},
+        {[](GPathName& p) { p.SetCFMPathString(Text(u":x")); }, u"x"},
+        {[](GPathName& p) { p.SetRootName(Text(u"D:")); }, u"D:"},
+        {[](GPathName& p) { p.Append(Text(u"x")); }, u"C:/a/./b.c/x"},
+        {[](GPathName& p) { p /= Path(u"x"); }, u"C:/a/./b.c/x"},
+        {[](GPathName& p) { p.ReplaceLeaf(Text(u"x")); }, u"C:/a/./x"},
+        {[](GPathName& p) { p.ReplaceLeafWithoutExtension(Text(u"x")); }, u"C:/a/./x.c"},
+        {[](GPathName& p) { p.ReplaceExtension(Text(u"x")); }, u"C:/a/./b.x"},
+        {[](GPathName& p) { p.Normalize(); }, u"C:/a/b.c"},
+        {[](GPathName& p) { p.Clear(); }, u""}};
+    for (const auto& [change, wanted] : rows) {
+        UnwillingPath path(u"C:/a/./b.c");
+        change(path);
+        EXPECT_EQ(path.mWanted, wanted + std::u16string(u" instead of C:/a/./b.c"));
+        EXPECT_EQ(Plain(path), u"C:/a/./b.c");
+    }
 }
 
 TEST(GPathName, TakesTextOfAnyEncodingAndIsAValue) {
