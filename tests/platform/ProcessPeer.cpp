@@ -1,0 +1,35 @@
+// The program that the tests of external processes start. Its first argument says what it does:
+//   exit CODE, sleep, argv FILE ARGUMENTS... (writes FILE: each argument as the C run-time library and as the
+//   system have taken it apart, in UTF-16, each with its zero)
+#include <cstdlib>
+#include <cwchar>
+#include <string>
+
+#include "platform/win32/base/PWin32Api.h"
+
+#include <shellapi.h>
+
+namespace {
+
+int WriteArguments(int argc, wchar_t** argv) {
+    std::wstring content;
+    int count = 0;
+    wchar_t** const taken = ::CommandLineToArgvW(::GetCommandLineW(), &count);
+    for (int i = 3; i < argc; ++i) content.append(argv[i]).push_back(L'\0');
+    content.push_back(L'\1');
+    for (int i = 3; i < count; ++i) content.append(taken[i]).push_back(L'\0');
+    ::LocalFree(taken);
+    std::FILE* const file = ::_wfopen(argv[2], L"wb");
+    if (file == nullptr) return 1;
+    std::fwrite(content.data(), sizeof(wchar_t), content.size(), file);
+    return std::fclose(file);
+}
+
+}  // namespace
+
+int wmain(int argc, wchar_t** argv) {
+    const std::wstring what = argc > 1 ? argv[1] : L"";
+    if (what == L"exit") return static_cast<int>(std::wcstol(argv[2], nullptr, 10));
+    if (what == L"sleep") ::Sleep(60000);
+    return what == L"argv" && argc > 2 ? WriteArguments(argc, argv) : 2;
+}
