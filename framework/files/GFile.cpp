@@ -1,6 +1,7 @@
 #include "framework/files/GFile.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "PPlatformFiles.h"
 #include "framework/core/bytes/GBuffer.h"
@@ -24,6 +25,8 @@ unsigned char* PrepareBlock(GBuffer& out, long count) {
 }  // namespace
 
 GFile::GFile(const GPathName& path) : mImp(std::make_unique<PFileImp>(path)) {}
+
+GFile::GFile(std::unique_ptr<PFileImp> opened) : mImp(std::move(opened)) {}
 
 GFile::GFile(const GPathName& path, long mode) : GFile(path) {
     Open(mode);

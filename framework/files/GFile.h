@@ -22,6 +22,8 @@ public:
     explicit GFile(const GPathName& path);
     /// An open one.
     GFile(const GPathName& path, long mode);
+    /// One that the platform has opened; not null.
+    explicit GFile(std::unique_ptr<PFileImp> opened);
     GFile(const GFile&) = delete;
     GFile& operator=(const GFile&) = delete;
     ~GFile() override;

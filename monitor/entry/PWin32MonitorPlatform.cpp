@@ -4,6 +4,7 @@
 
 #include "framework/system/PSystem.h"
 #include "platform/win32/base/PWin32LastErrorKeeper.h"
+#include "platform/win32/base/PWin32ScopedHandle.h"
 #include "platform/win32/base/PWin32SpoolerApi.h"
 
 namespace {
@@ -66,4 +67,28 @@ void PWin32MonitorPlatform::ReportJobSent(void* printer, std::uint32_t jobID) no
 void PWin32MonitorPlatform::ClosePrinter(void* printer) noexcept {
     const PWin32LastErrorKeeper keeper;
     ::ClosePrinter(printer);
+}
+
+bool PWin32MonitorPlatform::PutTokenAside(void*& token) noexcept {
+    const PWin32LastErrorKeeper keeper;
+    token = nullptr;
+    HANDLE thread = nullptr;
+    // Asked as the service: the user's own rights need not reach as far as the user's token.
+    if (!::OpenThreadToken(::GetCurrentThread(), TOKEN_IMPERSONATE, TRUE, &thread))
+        return ::GetLastError() == ERROR_NO_TOKEN;
+    PWin32ScopedHandle<PWin32KernelHandle> owned(thread);
+    if (!::SetThreadToken(nullptr, nullptr)) return false;
+    token = owned.Release();
+    return true;
+}
+
+bool PWin32MonitorPlatform::PutTokenBack(void* token) noexcept {
+    const PWin32LastErrorKeeper keeper;
+    const PWin32ScopedHandle<PWin32KernelHandle> owned(token);
+    return !owned || ::SetThreadToken(nullptr, owned.Get());
+}
+
+GFileFacts PWin32MonitorPlatform::GetFacts(const PFolderWalk& walk, const PFolderWalk::Opened& object) {
+    const PWin32LastErrorKeeper keeper;
+    return walk.GetFacts(object);
 }

@@ -18,4 +18,7 @@ public:
     void* OpenPrinter(const unsigned short* name) noexcept override;
     void ReportJobSent(void* printer, std::uint32_t jobID) noexcept override;
     void ClosePrinter(void* printer) noexcept override;
+    bool PutTokenAside(void*& token) noexcept override;
+    bool PutTokenBack(void* token) noexcept override;
+    GFileFacts GetFacts(const PFolderWalk& walk, const PFolderWalk::Opened& object) override;
 };

@@ -4,12 +4,12 @@
 #include <utility>
 
 #include "framework/core/bytes/GBuffer.h"
-#include "framework/files/GFileSystem.h"
-#include "framework/system/PSystem.h"
 #include "monitor/handoff/GPPJobRecord.h"
+#include "monitor/spooling/JobFileMaker.h"
 #include "monitor/spooling/JobPath.h"
 #include "monitor/spooling/MonitorNames.h"
 #include "monitor/spooling/MonitorPort.h"
+#include "monitor/spooling/ServiceRights.h"
 
 namespace {
 
@@ -46,7 +46,7 @@ CallbackOutcome MonitorJob::Start(const unsigned short* printerName, std::uint32
                                   const Document& document) {
     mState.sJobId = jobID;
     if (mState.sProcessingJob) return CallbackOutcome::Failure(MonitorError::cBusy);
-    mNotifier.RetryDelayed();
+    RetryDelayed();
     CallbackOutcome outcome = CallbackOutcome::Success();
     if (printerName != nullptr) Prepare(printerName, document, outcome);
     if (!mState.sDocName.IsEmpty()) {
@@ -90,9 +90,8 @@ void MonitorJob::OpenPrinter(const unsigned short* name, CallbackOutcome& outcom
 
 void MonitorJob::OpenJobFile(const unsigned short* documentName) {
     mState.sDocName = TextOf(documentName);
-    const GPathName path = JobPath::MakePath(mState.sPrinterName, mState.sDocName);
-    GFileSystem::CreateFile(path, GTypeEnums::cNone, false);
-    auto stream = std::make_unique<GFileOutStream>(path, true);
+    const JobPath path(mState.sPrinterName, mState.sDocName);
+    auto stream = std::make_unique<GFileOutStream>(JobFileMaker(mPlatform).Open(path));
     // The stream of a job that never ended is given up, not closed: the file stays this process's own.
     static_cast<void>(mState.sJobStream.release());
     mState.sJobStream = std::move(stream);
@@ -138,7 +137,17 @@ CallbackOutcome MonitorJob::WriteBlock(const unsigned char* data, std::uint32_t 
 CallbackOutcome MonitorJob::End(const void* port) {
     if (!mState.sProcessingJob) return CallbackOutcome::Success();
     const AtScopeEnd closeFile([this]() noexcept { mState.sJobStream.reset(); });
-    mNotifier.RetryDelayed();
+    try {
+        return Finish(port);
+    } catch (const ServiceRightsException&) {
+        // The thread has other rights than the spooler has given it, so the spooler must know.
+        mState.sProcessingJob = false;
+        return CallbackOutcome::Failure(MonitorError::cCannotComplete);
+    }
+}
+
+CallbackOutcome MonitorJob::Finish(const void* port) {
+    RetryDelayed();
     if (!MonitorPort(mPlatform, mState).IsOpenHandle(port)) {
         return CallbackOutcome::Failure(MonitorError::cInvalidHandle);
     }
@@ -148,19 +157,37 @@ CallbackOutcome MonitorJob::End(const void* port) {
 }
 
 void MonitorJob::HandOver() {
-    const AtScopeEnd closePrinter([this]() noexcept { ClosePrinter(); });
+    const AtScopeEnd closePrinter(
+        [this]() noexcept { mPlatform.ClosePrinter(std::exchange(mState.sPrinterHandle, nullptr)); });
     Notify();
     mPlatform.ReportJobSent(mState.sPrinterHandle, mState.sJobId);
 }
 
+/// What waits for others is handed over by the service, as the notification is: the user of this job may not
+/// reach them.
+void MonitorJob::RetryDelayed() {
+    RunAsService(mPlatform, [this] { mNotifier.RetryDelayed(); });
+}
+
 void MonitorJob::Notify() {
-    GString userName;
-    PSystem::GetLogonName(userName);
-    const GPathName path = JobPath::MakePath(mState.sPrinterName, mState.sDocName);
-    const GPPJobRecord record(userName, path, mState.sPrinterName, MonitorNames::cPort, cCopyCount);
-    const bool told = mNotifier.NotifyPrintProcessor(record);
+    const JobPath job(mState.sPrinterName, mState.sDocName);
+    const GPathName path = job.GetPath();
+    CompareWithStream(path);
+    const GPPJobRecord record(job.GetUserName(), path, mState.sPrinterName, MonitorNames::cPort, cCopyCount);
+    bool told = false;
+    RunAsService(mPlatform, [&] { told = mNotifier.NotifyPrintProcessor(record); });
     mPlatform.Trace(told ? L"Notification to PrintProcessor succeeded!"
                          : L"Notification to PrintProcessor failed!");
+}
+
+/// The path is made anew at the end of a job, and is another one when the thread has got another user.
+void MonitorJob::CompareWithStream(const GPathName& path) {
+    if (mState.sJobStream == nullptr) return;
+    const GPathName& written = mState.sJobStream->GetFile()->GetPathName();
+    if (written == path) return;
+    mPlatform.Trace(L"PPMEndDocPort: the job file that is announced is not the one that was written!");
+    for (const GPathName* each : {&path, &written})
+        mPlatform.TraceUnits(each->GetNativePathString().GetUTF16Ptr());
 }
 
 void MonitorJob::ClosePrinter() noexcept {

@@ -31,7 +31,8 @@ public:
     CallbackOutcome Write(const void* port, const unsigned char* data, std::uint32_t size,
                           std::uint32_t& written);
     /// Sends the notification, reports the job as sent and closes the job file. An exception out of the
-    /// notification passes; the file is closed and the job over in that case, too.
+    /// notification passes; the file is closed and the job over in that case, too. A job whose user's
+    /// rights cannot be given back to the thread has failed.
     CallbackOutcome End(const void* port);
 
 private:
@@ -39,8 +40,11 @@ private:
     void OpenPrinter(const unsigned short* name, CallbackOutcome& outcome);
     void OpenJobFile(const unsigned short* documentName);
     CallbackOutcome WriteBlock(const unsigned char* data, std::uint32_t size, std::uint32_t& written);
+    CallbackOutcome Finish(const void* port);
+    void RetryDelayed();
     void HandOver();
     void Notify();
+    void CompareWithStream(const GPathName& path);
     void ClosePrinter() noexcept;
 
     MonitorPlatform& mPlatform;

@@ -2,6 +2,9 @@
 
 #include <cstdint>
 
+#include "PPlatformFiles.h"
+#include "PPlatformTypes.h"
+
 /// MonitorPlatform: what the monitor asks of Windows and of the spooler.
 ///
 /// Nothing here changes the thread's last error except SetLastError. Handles are opaque; null is
@@ -33,4 +36,14 @@ public:
     /// have no effect.
     virtual void ReportJobSent(void* printer, std::uint32_t jobID) noexcept = 0;
     virtual void ClosePrinter(void* printer) noexcept = 0;
+
+    /// Puts the user aside as whom the thread acts, if it acts as one: it then has the rights of the service.
+    /// `token` gets what PutTokenBack needs, null for none. False when the system refuses; nothing has
+    /// changed then.
+    virtual bool PutTokenAside(void*& token) noexcept = 0;
+    /// Lets the thread act as that user again, and forgets the token in any case. False when the system
+    /// refuses: the thread then has the rights of the service.
+    virtual bool PutTokenBack(void* token) noexcept = 0;
+    /// What the system says about an opened file or folder.
+    virtual GFileFacts GetFacts(const PFolderWalk& walk, const PFolderWalk::Opened& object) = 0;
 };

@@ -1,5 +1,6 @@
 #pragma once
 
-/// The definitions of PFileImp and PFileSystemImp on this platform.
+/// The definitions of PFileImp, PFileSystemImp and PFolderWalk on this platform.
 #include "platform/posix/files/PPosixFileImp.h"
 #include "platform/posix/files/PPosixFileSystemImp.h"
+#include "platform/posix/files/PPosixFolderWalk.h"

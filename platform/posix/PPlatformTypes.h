@@ -14,6 +14,8 @@ using PThreadLocalSlot = PPosixThreadLocalSlot;
 /// only named, and a source that uses one includes PPlatformFiles.h.
 class PPosixFileImp;
 class PPosixFileSystemImp;
+class PPosixFolderWalk;
 
 using PFileImp = PPosixFileImp;
 using PFileSystemImp = PPosixFileSystemImp;
+using PFolderWalk = PPosixFolderWalk;

@@ -14,6 +14,8 @@ using PThreadLocalSlot = PWin32ThreadLocalSlot;
 /// only named, and a source that uses one includes PPlatformFiles.h.
 class PWin32FileImp;
 class PWin32FileSystemImp;
+class PWin32FolderWalk;
 
 using PFileImp = PWin32FileImp;
 using PFileSystemImp = PWin32FileSystemImp;
+using PFolderWalk = PWin32FolderWalk;

@@ -52,6 +52,14 @@ bool IsAnyOf(GPathUnits units, std::initializer_list<const char*> names) {
                        [units](const char* name) { return IsASCIIEqual(units, name); });
 }
 
+/// The system looks at what stands before the first dot, without blanks at its end.
+bool IsDeviceName(GPathUnits name) {
+    GPathUnits base = name.first(std::min(GPathText::Find(name, '.'), name.size()));
+    while (!base.empty() && base.back() == ' ') base = base.first(base.size() - 1);
+    if (base.size() == 4 && IsPortDigit(base[3])) return IsAnyOf(base.first(3), {"com", "lpt"});
+    return IsAnyOf(base, {"con", "prn", "aux", "nul", "conin$", "conout$"});
+}
+
 }  // namespace
 
 GValidFileName::GValidFileName(GPathUnits title, long maxLength, unsigned short replacement)
@@ -68,11 +76,17 @@ GValidFileName::GValidFileName(GPathUnits title, long maxLength, unsigned short 
     CutToLimit();
     ReplaceTail();
     JoinEmptyStem();
-    if (IsDeviceName()) PutInFront(mInFront);
+    if (IsDeviceName(GetUnits())) PutInFront(mInFront);
 }
 
 GString GValidFileName::Get() const {
     return GPathText::MakeString(GetUnits());
+}
+
+bool GValidFileName::IsFolderName(GPathUnits name) {
+    return !name.empty() && name.size() <= cMaxComponent &&
+           std::none_of(name.begin(), name.end(), IsRefused) && !IsDotOrBlank(name.back()) &&
+           !IsDeviceName(name);
 }
 
 void GValidFileName::CutToLimit() {
@@ -92,15 +106,6 @@ void GValidFileName::JoinEmptyStem() {
     if (dot == GPathText::cNotFound) return;
     if (!std::all_of(mUnits, mUnits + dot, IsDotOrBlank)) return;
     std::fill_n(mUnits, std::max<std::size_t>(dot, 1), mAtTheEnd);
-}
-
-/// The system looks at what stands before the first dot, without blanks at its end.
-bool GValidFileName::IsDeviceName() const {
-    GPathUnits base = GetUnits();
-    base = base.first(std::min(GPathText::Find(base, '.'), base.size()));
-    while (!base.empty() && base.back() == ' ') base = base.first(base.size() - 1);
-    if (base.size() == 4 && IsPortDigit(base[3])) return IsAnyOf(base.first(3), {"com", "lpt"});
-    return IsAnyOf(base, {"con", "prn", "aux", "nul", "conin$", "conout$"});
 }
 
 void GValidFileName::PutInFront(unsigned short unit) {

@@ -11,15 +11,19 @@ public:
     GValidFileName(GPathUnits title, long maxLength, unsigned short replacement);
     GString Get() const;
 
+    /// True for a name that Windows takes for a folder as it is: 1 to 255 units, none that is refused
+    /// anywhere, no dot or blank at the end, and no device's.
+    static bool IsFolderName(GPathUnits name);
+
 private:
-    // A component has at most 255 units on all file systems of Windows; four are left for the
-    // extension that the caller puts behind.
-    static constexpr std::size_t cMaxLength = 255 - 4;
+    // On all file systems of Windows.
+    static constexpr std::size_t cMaxComponent = 255;
+    // Four are left for the extension that the caller puts behind.
+    static constexpr std::size_t cMaxLength = cMaxComponent - 4;
 
     void CutToLimit();
     void ReplaceTail();
     void JoinEmptyStem();
-    bool IsDeviceName() const;
     void PutInFront(unsigned short unit);
     GPathUnits GetUnits() const { return {mUnits, mCount}; }
 

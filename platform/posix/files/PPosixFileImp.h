@@ -9,6 +9,8 @@
 class PPosixFileImp {
 public:
     explicit PPosixFileImp(const GPathName& path) : mPath(path) {}
+    /// A file that has been opened elsewhere; the descriptor is this object's from now on.
+    PPosixFileImp(const GPathName& path, int opened) : mPath(path), mDescriptor(opened) {}
     PPosixFileImp(const PPosixFileImp&) = delete;
     PPosixFileImp& operator=(const PPosixFileImp&) = delete;
     ~PPosixFileImp() { Close(); }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <utility>
+
 #include "framework/core/paths/GPathName.h"
 #include "platform/win32/base/PWin32CriticalSection.h"
 #include "platform/win32/base/PWin32ScopedHandle.h"
@@ -13,6 +15,9 @@ struct _OVERLAPPED;
 class PWin32FileImp {
 public:
     explicit PWin32FileImp(const GPathName& path) : mPath(path) {}
+    /// A file that has been opened elsewhere, at its start.
+    PWin32FileImp(const GPathName& path, PWin32ScopedHandle<PWin32FileHandle>&& opened)
+        : mPath(path), mHandle(std::move(opened)), mPointer(0) {}
 
     const GPathName& GetPathName() const { return mPath; }
     void Open(long mode);

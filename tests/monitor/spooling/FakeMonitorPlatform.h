@@ -13,7 +13,7 @@
 #include "monitor/spooling/MonitorPlatform.h"
 
 /// The system and the processing applications as the monitor sees them: writes down, in order, what it is
-/// asked for, and answers as told.
+/// asked for, and answers as told. Files are real.
 class FakeMonitorPlatform final : public MonitorPlatform, public JobNotifier {
 public:
     static constexpr std::uint32_t cUntouched = 4711;
@@ -43,16 +43,32 @@ public:
         mEvents.push_back(std::string("job ") + std::to_string(jobID) + " sent to " +
                           (printer != nullptr ? "printer" : "nothing"));
     }
-    void ClosePrinter(void*) noexcept override { mEvents.push_back("close printer"); }
+    void ClosePrinter(void* printer) noexcept override {
+        mEvents.push_back(printer != nullptr ? "close printer" : "close nothing");
+    }
+    bool PutTokenAside(void*& token) noexcept override {
+        token = &mToken;
+        mIsService = mCanPutAside;
+        return mCanPutAside;
+    }
+    bool PutTokenBack(void* token) noexcept override {
+        mIsService = token != &mToken || !mCanPutBack;
+        return mCanPutBack;
+    }
+    GFileFacts GetFacts(const PFolderWalk& walk, const PFolderWalk::Opened& object) override {
+        GFileFacts facts = walk.GetFacts(object);
+        if (object && mOnFacts) mOnFacts(facts);
+        return facts;
+    }
 
     bool NotifyPrintProcessor(const GPPJobRecord& record) override {
         mEvents.push_back("notify " + Text(record.GetPrinterName()) + " " + Text(record.GetPortName()) + " " +
-                          std::to_string(record.GetCopyCount()));
+                          std::to_string(record.GetCopyCount()) + WithWhoseRights());
         mJobPath = Text(record.GetJobPath());
         if (mOnNotify) mOnNotify();
         return mReached;
     }
-    void RetryDelayed() noexcept override { mEvents.push_back("tick"); }
+    void RetryDelayed() noexcept override { mEvents.push_back("tick" + WithWhoseRights()); }
 
     std::vector<std::string> TakeEvents() { return std::exchange(mEvents, {}); }
 
@@ -62,11 +78,17 @@ public:
     bool mOutOfMemory = false;
     bool mIsNT = true;
     bool mHasPrinter = true;
+    std::function<void(GFileFacts&)> mOnFacts;  ///< may change them
     std::function<void()> mOnNotify;
     bool mReached = true;
     std::string mJobPath;
+    bool mIsService = false;  ///< the thread has the rights of the service, not the user's
+    bool mCanPutAside = true;
+    bool mCanPutBack = true;
 
 private:
+    /// Nothing for the service, which is to do it.
+    std::string WithWhoseRights() const { return mIsService ? "" : " with the rights of the user"; }
     static std::string Text(const GString& text) {
         return text.GetBuffer(GUTF8Encoding::GetInstance()).GetPtr();
     }
@@ -77,6 +99,7 @@ private:
     }
 
     char mPrinter = 0;
+    char mToken = 0;
 };
 
 /// A UTF-16 literal as the monitor takes it.

@@ -74,6 +74,7 @@ TEST_F(MonitorJobTest, TakesAJobThroughAllItsStepsInOrder) {
     EXPECT_EQ(mState.sJobStream, nullptr);
     EXPECT_EQ(mState.sPrinterHandle, nullptr);
     EXPECT_FALSE(mState.sProcessingJob);
+    EXPECT_FALSE(mPlatform.mIsService);
     EXPECT_EQ(mPlatform.mJobPath,
               TextOf(mFolder.Portable(mFolder.Job("Q3 report.ps")).GetNativePathString()));
     EXPECT_EQ(mFolder.ContentOf("b.ps"), "no file");
@@ -94,10 +95,11 @@ TEST_F(MonitorJobTest, WritesTheSameTitleAnewAlsoWhenNobodyWasTold) {
 TEST_F(MonitorJobTest, GoesOnWithoutAPrinter) {
     mPlatform.mHasPrinter = false;
     Print(u"a.txt", "x");
-    EXPECT_THAT(mPlatform.mEvents,
-                ElementsAre("tick", "open printer Proof", "Failed to open printer. No handle.", "text a.txt",
-                            "PPMStartDocPort: StartDoc success", "tick", "notify Proof QuillonPDFPort: 1",
-                            "Notification to PrintProcessor succeeded!", "job 7 sent to nothing"));
+    EXPECT_THAT(
+        mPlatform.mEvents,
+        ElementsAre("tick", "open printer Proof", "Failed to open printer. No handle.", "text a.txt",
+                    "PPMStartDocPort: StartDoc success", "tick", "notify Proof QuillonPDFPort: 1",
+                    "Notification to PrintProcessor succeeded!", "job 7 sent to nothing", "close nothing"));
     EXPECT_EQ(mFolder.ContentOf("a.ps"), "x");
 }
 
@@ -255,6 +257,34 @@ TEST_F(MonitorJobTest, AnEndOnTheWrongPortClosesTheFileOnlyAndAThrowingNotificat
     mPlatform.mOnNotify = nullptr;
     Print(u"b.txt", "the next job");
     EXPECT_EQ(mFolder.ContentOf("b.ps"), "the next job");
+}
+
+TEST_F(MonitorJobTest, FailsWhenTheThreadLosesTheRightsOfTheUser) {
+    EXPECT_TRUE(Start(u"a.txt").mSucceeded);
+    mPlatform.mEvents.clear();
+    mPlatform.mOnNotify = [this] { mPlatform.mCanPutBack = false; };
+    EXPECT_EQ(mJob.End(mHandle).mLastError, 1003u);
+    EXPECT_THAT(mPlatform.mEvents,
+                ElementsAre("tick", "notify Proof QuillonPDFPort: 1",
+                            "The rights of the job's user cannot be given back!", "close printer"));
+    EXPECT_EQ(mState.sJobStream, nullptr);
+    EXPECT_FALSE(mState.sProcessingJob);
+}
+
+TEST_F(MonitorJobTest, AnnouncesThePathOfTheEndLoudlyWhenItIsAnotherThanTheFiles) {
+    EXPECT_TRUE(Start(u"a.txt").mSucceeded);
+    mPlatform.mEvents.clear();
+    GFileSystem::AddSpecialPath(GSpecialPath::cGlobalTemp, mFolder.Portable("other"));
+    EXPECT_TRUE(mJob.End(mHandle).mSucceeded);
+    const auto native = [this](const std::string& folder) {
+        return TextOf(mFolder.Portable(folder + mFolder.Job("a.ps")).GetNativePathString());
+    };
+    EXPECT_EQ(mPlatform.mJobPath, native("other/"));
+    EXPECT_THAT(
+        mPlatform.mEvents,
+        testing::IsSupersetOf(
+            {std::string("PPMEndDocPort: the job file that is announced is not the one that was written!"),
+             "text " + native("other/"), "text " + native("")}));
 }
 
 TEST_F(MonitorJobTest, ReplacesWhatAnAbandonedJobHasLeftOpen) {

@@ -1,0 +1,165 @@
+// Whose rights and files a job uses on Windows, as far as one user alone can show it.
+
+#include <gmock/gmock.h>
+
+#include <string>
+#include <thread>
+#include <tuple>
+
+#include "framework/streams/GFileOutStream.h"
+#include "monitor/entry/PWin32MonitorPlatform.h"
+#include "monitor/spooling/JobFileMaker.h"
+#include "platform/win32/core/PWin32SystemException.h"
+#include "platform/win32/core/PWin32Wide.h"
+#include "platform/win32/files/PWin32FileOwner.h"
+#include "tests/monitor/dll/MonitorLibrary.h"
+#include "tests/monitor/dll/TraceCapture.h"
+#include "tests/monitor/spooling/JobFolder.h"
+
+#include "platform/win32/base/PWin32Api.h"
+
+#include <aclapi.h>
+#include <sddl.h>
+
+namespace {
+
+bool HasToken() {
+    HANDLE token = nullptr;
+    const bool has = ::OpenThreadToken(::GetCurrentThread(), TOKEN_QUERY, TRUE, &token);
+    if (has) ::CloseHandle(token);
+    return has;
+}
+
+/// On a thread that acts as a user, so that the test's own stays as it is.
+template <class Body>
+void AsUser(Body body) {
+    std::thread([&body] {
+        ASSERT_TRUE(::ImpersonateSelf(SecurityImpersonation));
+        ASSERT_TRUE(HasToken());
+        body();
+    }).join();
+}
+
+TEST(JobRights, PutTheUserAsideAndBack) {
+    PWin32MonitorPlatform platform;
+    void* token = &platform;
+    ::SetLastError(4711);
+    EXPECT_TRUE(platform.PutTokenAside(token));
+    EXPECT_EQ(token, nullptr) << "the service itself";
+    EXPECT_TRUE(platform.PutTokenBack(token));
+    AsUser([&] {
+        ASSERT_TRUE(platform.PutTokenAside(token));
+        EXPECT_FALSE(HasToken());
+        EXPECT_TRUE(platform.PutTokenBack(token));
+        EXPECT_TRUE(HasToken());
+        ASSERT_TRUE(platform.PutTokenAside(token));
+        ::CloseHandle(token);
+        EXPECT_FALSE(platform.PutTokenBack(token)) << "lost, and told";
+    });
+    EXPECT_EQ(::GetLastError(), 4711u);
+}
+
+TEST(JobRights, LeaveTheUserOnTheThreadAfterEachCallback) {
+    MonitorLibrary library;
+    ASSERT_TRUE(library.Open());
+    AsUser([&] {
+        EXPECT_TRUE(library.Print(L"as user.txt", "x"));
+        EXPECT_TRUE(HasToken());
+        EXPECT_FALSE(library.Start(L"refused.txt", 7, L"NUL"));
+        EXPECT_TRUE(HasToken());
+    });
+    EXPECT_EQ(ReadFileBytes(GetJobPath(L"as user.ps")), "x");
+}
+
+std::string RightsOf(PSECURITY_DESCRIPTOR descriptor) {
+    char* text = nullptr;
+    ::ConvertSecurityDescriptorToStringSecurityDescriptorA(descriptor, SDDL_REVISION_1,
+                                                           DACL_SECURITY_INFORMATION, &text, nullptr);
+    const PWin32ScopedHandle<PWin32LocalBlock> owned(text);
+    return text != nullptr ? text : "";
+}
+
+std::string RightsOf(const GPathName& path) {
+    PSECURITY_DESCRIPTOR descriptor = nullptr;
+    ::GetNamedSecurityInfoW(const_cast<wchar_t*>(AsWide(path.GetWin32APIPathString())), SE_FILE_OBJECT,
+                            DACL_SECURITY_INFORMATION, nullptr, nullptr, nullptr, nullptr, &descriptor);
+    const PWin32ScopedHandle<PWin32LocalBlock> owned(descriptor);
+    return RightsOf(descriptor);
+}
+
+/// Makes the job file with one byte in it; the system's code when that is refused.
+long Make() {
+    PWin32MonitorPlatform platform;
+    try {
+        GFileOutStream(JobFileMaker(platform).Open(JobPath(GString("Proof"), GString("a.txt"))))
+            .Write(GBuffer("x"));
+    } catch (const PWin32SystemException& refused) {
+        return refused.GetSystemErrorCode();
+    }
+    return 0;
+}
+
+TEST(JobRights, AreTheUsersAloneInFoldersThatTheJobMakes) {
+    using testing::HasSubstr;
+    EXPECT_THAT(RightsOf(PWin32FileOwner().GetFolderDescriptor()),
+                testing::StartsWith("D:P(A;OICI;FA;;;SY)(A;OICI;FA;;;BA)(A;OICI;FA;;;S-1-5-"));
+    const JobFolder folder;
+    const std::string everybody = ";;;WD)";
+    ASSERT_THAT(RightsOf(folder.Portable()), HasSubstr(everybody)) << "this machine shows no rights";
+    ASSERT_EQ(Make(), 0);
+    for (const GPathName& made :
+         {folder.Portable(folder.Job("")).GetBranch(), folder.Portable(folder.Job(""))})
+        EXPECT_THAT(RightsOf(made), testing::Not(HasSubstr(everybody))) << TextOf(made);
+}
+
+TEST(JobRights, TakeTheTemporaryFolderByAnyOfItsNamesAndWhatWasMadeBefore) {
+    const JobFolder folder;
+    const GString temp = folder.Portable().GetNativePathString();
+    wchar_t shorter[MAX_PATH] = {};
+    ASSERT_NE(::GetShortPathNameW(AsWide(temp), shorter, MAX_PATH), 0u);
+    GString upper = temp;
+    upper.ToUpper();
+    ASSERT_EQ(Make(), 0);
+    TraceCapture trace;
+    for (const GString& name : {FromWide(shorter, ::lstrlenW(shorter)), upper, temp + GString("\\")}) {
+        GFileSystem::AddSpecialPath(GSpecialPath::cGlobalTemp, GPathName::FromNative(name));
+        EXPECT_EQ(Make(), 0) << TextOf(name);
+    }
+    EXPECT_THAT(trace.Take(), testing::IsEmpty());
+    EXPECT_EQ(folder.ContentOf("a.ps"), "x");
+}
+
+TEST(JobRights, RefuseAFileThatIsHeldOpenOrProtectedAndLeaveItAlone) {
+    const JobFolder folder;
+    ASSERT_EQ(Make(), 0);
+    const GPathName path = folder.Portable(folder.Job("a.ps"));
+    for (const DWORD share : {0, FILE_SHARE_READ, FILE_SHARE_READ | FILE_SHARE_DELETE, FILE_SHARE_DELETE}) {
+        SCOPED_TRACE(share);
+        const PWin32ScopedHandle<PWin32FileHandle> holder(::CreateFileW(
+            AsWide(path.GetWin32APIPathString()), GENERIC_READ, share, nullptr, OPEN_EXISTING, 0, nullptr));
+        ASSERT_TRUE(holder);
+        EXPECT_EQ(Make(), ERROR_SHARING_VIOLATION);
+    }
+    GFileSystem::SetWritable(path, false);
+    EXPECT_EQ(Make(), ERROR_ACCESS_DENIED);
+    GFileSystem::SetWritable(path, true);
+    EXPECT_EQ(folder.ContentOf("a.ps"), "x");
+    EXPECT_FALSE(folder.Has(folder.Job("a.ps (set aside 1)")));
+}
+
+TEST(JobRights, PrintForAPrinterOfAnotherServerAndRefuseWhatIsNoFolder) {
+    MonitorLibrary library;
+    ASSERT_TRUE(library.Open());
+    ASSERT_TRUE(library.Start(L"a.txt", 7, L"\\\\server\\Proof"));
+    EXPECT_TRUE(library.Write("from far"));
+    EXPECT_TRUE(library.End());
+    std::wstring asPassed = GetJobPath(L"a.ps");
+    asPassed.insert(asPassed.find(L"Proof"), L"\\\\server\\");
+    EXPECT_EQ(ReadFileBytes(asPassed), "from far");
+    for (const wchar_t* printer : {L"..", L"..\\..\\Windows", L"NUL", L"a/com1", L"C:\\x", L"a. ."}) {
+        EXPECT_FALSE(library.Start(L"b.txt", 7, printer));
+        EXPECT_EQ(::GetLastError(), 87u);
+    }
+}
+
+}  // namespace
