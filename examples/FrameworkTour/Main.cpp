@@ -85,7 +85,7 @@ void ShowPaths() {
 void ShowDates() {
     GDateTime date;
     date.SetFromPDFDateTime("D:20240131093000+01'00'");
-    date.AddMonths(1);  // February has no 31st
+    date.AddMonthsClampingDay(1);  // February has no 31st
     GString text;
     date.GetDateAsString(text, true, "yyyy-MM-dd HH:mm");
     Print("Date", text);

@@ -193,11 +193,18 @@ void GDateTime::AddMonths(long months) {
     AddTime(0, 0, 0, 0, months, 0);
 }
 
-void GDateTime::AddTime(long days, long hours, long minutes, long seconds, long months, long years) {
+void GDateTime::AddMonthsClampingDay(long months) {
     Fields fields = GetFields();
     fields.Normalize();
-    fields.MoveMonths(Saturated(months) + 12LL * Saturated(years));
+    fields.MoveMonths(Saturated(months));
     fields.mDay = std::min<long long>(fields.mDay, GCalendar::GetDaysInMonth(fields.mYear, fields.mMonth));
+    fields.Normalize();
+    SetDateAndTime(fields);
+}
+
+void GDateTime::AddTime(long days, long hours, long minutes, long seconds, long months, long years) {
+    Fields fields = GetFields();
+    fields.MoveMonths(Saturated(months) + 12LL * Saturated(years));
     fields.mDay += Saturated(days);
     fields.mHour += Saturated(hours);
     fields.mMinute += Saturated(minutes);

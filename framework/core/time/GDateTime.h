@@ -56,11 +56,14 @@ public:
     long GetOffsetHours() const { return mOffsetHours; }
     long GetOffsetMinutes() const { return mOffsetMinutes; }
 
+    // Adding ends with Normalize(); negative values go back.
+
     void AddDays(long days);
-    /// A day that the new month does not have becomes its last: 31 January and 1 month is 28 or 29
-    /// February.
+    /// A day that the new month does not have is carried: 31 March and 1 month is 1 May.
     void AddMonths(long months);
-    /// Months and years first, as AddMonths; then the rest. Negative values go back.
+    /// A day that the new month does not have becomes its last: 31 March and 1 month is 30 April.
+    void AddMonthsClampingDay(long months);
+    /// Adds to all fields, and carries then.
     void AddTime(long days, long hours, long minutes, long seconds, long months, long years);
     /// Carries every field that is out of range into the next larger one, downwards too: 60 seconds
     /// are a minute, minute -1 is 59 of the hour before, month 13 is January of the next year, and

@@ -150,13 +150,13 @@ TEST(GDateTime, NormalizesByCarrying) {
         });
 }
 
-TEST(GDateTime, AddsMonthsToTheEndOfTheMonthAndThenTheRest) {
+TEST(GDateTime, AddsToAllFieldsAndCarriesThen) {
     // Added are days, hours, minutes, seconds, months, years.
     ForEachRow<2>(
-        {"2014-1-31 + 0 0 0 0 1 0 -> 2014-2-28 0:0:0", "2016-1-31 + 0 0 0 0 1 0 -> 2016-2-29 0:0:0",
-         "2016-2-29 + 0 0 0 0 0 1 -> 2017-2-28 0:0:0", "2014-3-31 + 0 0 0 0 -1 0 -> 2014-2-28 0:0:0",
-         "2014-1-15 + 0 0 0 0 -13 0 -> 2012-12-15 0:0:0", "2014-2-31 + 0 0 0 0 1 0 -> 2014-4-3 0:0:0",
-         "2014-1-31 + 1 0 0 0 1 0 -> 2014-3-1 0:0:0",
+        {"2014-3-31 + 0 0 0 0 1 0 -> 2014-5-1 0:0:0", "2014-1-31 + 0 0 0 0 1 0 -> 2014-3-3 0:0:0",
+         "2016-2-29 + 0 0 0 0 0 1 -> 2017-3-1 0:0:0", "2014-3-31 + 0 0 0 0 -1 0 -> 2014-3-3 0:0:0",
+         "2014-1-15 + 0 0 0 0 -13 0 -> 2012-12-15 0:0:0", "2014-2-31 + 0 0 0 0 1 0 -> 2014-3-31 0:0:0",
+         "2014-1-31 + 1 0 0 0 1 0 -> 2014-3-4 0:0:0",
          "2014-1-1 + 0 0 0 0 2147483647 0 -> 178958984-8-1 0:0:0",
          "2015-2-28 23:59:59 + 0 0 0 1 0 0 -> 2015-3-1 0:0:0", "2015-3-1 + 1 2 3 4 5 6 -> 2021-8-2 2:3:4",
          "2021-8-2 2:3:4 + -1 -2 -3 -4 -5 -6 -> 2015-3-1 0:0:0",
@@ -176,7 +176,24 @@ TEST(GDateTime, AddsMonthsToTheEndOfTheMonthAndThenTheRest) {
     time.AddDays(60);
     EXPECT_EQ(When(time), "2016-2-29 23:59:59");
     time.AddMonths(-12);
-    EXPECT_EQ(When(time), "2015-2-28 23:59:59");
+    EXPECT_EQ(When(time), "2015-3-1 23:59:59");
+}
+
+TEST(GDateTime, AddsMonthsUpToTheLastDayWhenAskedTo) {
+    const std::tuple<const char*, long, const char*> rows[] = {
+        {"2014-3-31 1:2:3", 1, "2014-4-30 1:2:3"},
+        {"2014-1-31", 1, "2014-2-28 0:0:0"},
+        {"2016-1-31", 1, "2016-2-29 0:0:0"},
+        {"2016-2-29", 12, "2017-2-28 0:0:0"},
+        {"2014-3-31", -1, "2014-2-28 0:0:0"},
+        {"2014-1-15", -13, "2012-12-15 0:0:0"},
+        {"2014-2-31", 1, "2014-4-3 0:0:0"},
+        {"2147483647-12-31", 2147483647, "2147483647-12-31 23:59:59"}};
+    for (const auto& [start, months, result] : rows) {
+        GDateTime time = At(start);
+        time.AddMonthsClampingDay(months);
+        EXPECT_EQ(When(time), result) << start;
+    }
 }
 
 TEST(GDateTime, ComparesFieldByFieldWithoutTheOffset) {
