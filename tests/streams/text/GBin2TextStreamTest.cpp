@@ -36,6 +36,12 @@ public:
     std::string Token() { return Give(mStream.ReadToken(mString)); }
     std::string Quoted() { return Give(mStream.ReadQuotedString(mString)); }
     std::string Line() { return Give(mStream.ReadLine(mString)); }
+    /// All lines to the end.
+    std::string Lines() {
+        std::string lines;
+        for (std::string line; (line = Line()) != "none";) lines += line;
+        return lines;
+    }
 
 private:
     std::string Give(bool found) {
@@ -92,9 +98,7 @@ TEST(GBin2TextStream, ReadsLinesOfEveryLineEnd) {
          "\uFEFFa\n\uFEFFb -> <a><\uFEFFb>", "\uFEFF -> ", "a\nb -> <a><b>", "\n\r\n\r -> <><><>", " -> "},
         [](auto input, auto lines) {
             Text text{std::string(input)};
-            std::string found;
-            for (std::string line; (line = text.Line()) != "none";) found += line;
-            EXPECT_EQ(found, lines);
+            EXPECT_EQ(text.Lines(), lines);
             EXPECT_TRUE(text->IsAtEnd());
             EXPECT_EQ(text.Line(), "none");
         });
@@ -123,7 +127,7 @@ TEST(GBin2TextStream, ReadsEveryEncoding) {
         Text stream(bytes, encoding);
         EXPECT_EQ(stream.Quoted(), "<gr\u00FC\u00DF>");
         EXPECT_EQ(stream.Token(), token);
-        EXPECT_EQ(stream.Line() + stream.Line() + stream.Line(), "<><end>none");
+        EXPECT_EQ(stream.Lines(), "<><end>");
     }
 }
 
@@ -136,12 +140,14 @@ TEST(GBin2TextStream, InvalidBytesEndTheText) {
         {UTF16Of(u"one\ntwo") + "x", GUnicodeEncoding::GetInstance()}};
     for (const auto& [bytes, encoding] : rows) {
         Text text(bytes, encoding);
-        EXPECT_EQ(text.Line() + text.Line() + text.Line(), "<one><two>none") << bytes;
+        EXPECT_EQ(text.Lines(), "<one><two>") << bytes;
         text->Reset();
         EXPECT_EQ(text.Line(), "<one>");
     }
     Text quoted("\"a\xFF\" \"b\"\n\"c\"");
-    EXPECT_EQ(quoted.Quoted() + quoted.Line() + quoted.Quoted(), "none<\"a>none");
+    EXPECT_EQ(quoted.Quoted(), "none");
+    EXPECT_EQ(quoted.Line(), "<\"a>");
+    EXPECT_EQ(quoted.Quoted(), "none");
 }
 
 TEST(GBin2TextStream, LinesOfEveryLengthAroundTheReadSize) {
@@ -150,7 +156,7 @@ TEST(GBin2TextStream, LinesOfEveryLengthAroundTheReadSize) {
             const std::string line(length, 'x');
             Text text(line + lineEnd + "end" + lineEnd);
             EXPECT_EQ(text.Line(), "<" + line + ">");
-            EXPECT_EQ(text.Line() + text.Line(), "<end>none") << length;
+            EXPECT_EQ(text.Lines(), "<end>") << length;
         }
     }
 }

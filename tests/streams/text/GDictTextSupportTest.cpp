@@ -52,7 +52,7 @@ TEST(GDictTextSupport, ReadsBackWhatItHasWritten) {
     Dict dict;
     for (const char* const text :
          {"", " ", "\"", "a\\", "\\n", "#ENDDICT", "a\tb", "\r\n", "a \"b\" c", "\u65E5\u672C"})
-        dict.Set(text, GString::FromUTF8(text));
+        dict.Set(GBuffer(dict.GetCount()), GString::FromUTF8(text));
     Dict read;
     EXPECT_TRUE(Read(Write(dict), read));
     EXPECT_EQ(Entries(read), Entries(dict));
