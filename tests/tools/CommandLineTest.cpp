@@ -81,18 +81,12 @@ TEST(CommandLine, RefusesWhatItDoesNotKnowAndNamesIt) {
 }
 
 TEST(CommandLine, RefusesPrinterNamesThatMeanSomethingElseToTheSpooler) {
-    const std::tuple<const char*, std::wstring> rows[] = {
-        {"another machine's printer", L"\\\\server\\printer"},
-        {"a backslash inside", L"a\\b"},
-        {"a comma", L"Proof, Port"},
-        {"an exclamation mark", L"Proof!"},
-        {"a line end", L"a\nb"},
-        {"a blank in front", L" Proof"},
-        {"a blank behind", L"Proof "},
-        {"one unit too long", std::wstring(221, L'p')},
-    };
-    for (const auto& [what, name] : rows) {
-        SCOPED_TRACE(what);
+    // Another machine's, a list, blanks and line ends, and one unit too many.
+    for (const std::wstring& name :
+         {std::wstring(L"\\\\server\\printer"), std::wstring(L"a\\b"), std::wstring(L"Proof, Port"),
+          std::wstring(L"Proof!"), std::wstring(L"a\nb"), std::wstring(L" Proof"), std::wstring(L"Proof "),
+          std::wstring(221, L'p')}) {
+        SCOPED_TRACE(ToUTF8(name));
         EXPECT_THROW(ParseCommandLine({L"install", L"--printer", name}), UsageFailure);
         EXPECT_THROW(ParseCommandLine({L"testpage", L"--printer", name}), UsageFailure);
     }
