@@ -1,6 +1,8 @@
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
+#include <cstring>
 #include <exception>
 
 #include "framework/core/bytes/GBuffer.h"
@@ -13,6 +15,14 @@ class GBufferedInStream;
 struct GFilterWindow {
     long InCount() const { return static_cast<long>(inEnd - in); }
     long OutRoom() const { return static_cast<long>(outEnd - out); }
+    /// Passes on up to `limit` bytes as they are and returns how many.
+    long CopyThrough(long limit) {
+        const long count = std::min({limit, InCount(), OutRoom()});
+        if (count > 0) std::memcpy(out, in, static_cast<std::size_t>(count));
+        in += count;
+        out += count;
+        return count;
+    }
 
     const unsigned char* in;
     const unsigned char* inEnd;
