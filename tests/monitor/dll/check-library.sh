@@ -39,8 +39,8 @@ done
 # Only what every Windows has.
 for import in $(printf '%s\n' "$headers" | sed -n 's/.*DLL Name: //p' | tr 'A-Z' 'a-z'); do
     case $import in
-        advapi32.dll | dbghelp.dll | iphlpapi.dll | kernel32.dll | msvcrt.dll | ntdll.dll | ole32.dll) ;;
-        psapi.dll | secur32.dll | shell32.dll | user32.dll | winspool.drv | wtsapi32.dll) ;;
+        advapi32.dll | bcrypt.dll | dbghelp.dll | iphlpapi.dll | kernel32.dll | msvcrt.dll | ntdll.dll) ;;
+        ole32.dll | psapi.dll | secur32.dll | shell32.dll | user32.dll | winspool.drv | wtsapi32.dll) ;;
         *) complain "imports $import" ;;
     esac
 done
