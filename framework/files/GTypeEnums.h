@@ -4,19 +4,22 @@
 struct GTypeEnums {
     enum Types {
         cNone = 0,    ///< not given, or not recognised
-        cText,        ///< text with a byte-order mark
-        cPostScript,  ///< "%!PS", also behind printer job language
+        cText,        ///< plain text, also with a byte-order mark
+        cPostScript,  ///< "%!", also behind Ctrl-D and printer job language
         cEPS,         ///< encapsulated PostScript, also with a binary preview in front
-        cPDF,         ///< "%PDF-"
-        cPrinterJob,  ///< printer job language that leads to something other than PostScript
+        cPDF,         ///< "%PDF-" within the first 1024 bytes
+        cPrinterJob,  ///< printer job language that leads to neither PostScript nor PDF
         cPNG,
         cJPEG,
         cGIF,
         cTIFF,
         cBMP,
-        cZip,  ///< also every format packed as one: XPS, office documents
+        cZip,  ///< also every format packed as one but XPS: office documents
         cGZip,
         cDictionary,   ///< the "#BEGINDICT" text
         cPreferences,  ///< the "#BEGINPREFS" text
+        cPCL,          ///< printer command language that no job language wraps
+        cEMFSpool,     ///< a spooled job of metafile pages
+        cXPS,          ///< a package whose first files are those of a fixed document
     };
 };

@@ -25,7 +25,7 @@ public:
     /// `source` itself does not move: a stream whose length is not known is read by a clone.
     static unsigned long long GetStreamLength(const GInStream& source);
 
-    /// The kind of data, judged from the first 1024 bytes; `source` does not move.
+    /// The kind of data, judged from its first 4096 bytes, wherever `source` stands; it does not move.
     static GTypeEnums::Types GetStreamType(const GInStream& source);
     /// The same for bytes at hand.
     static GTypeEnums::Types GetBufferType(const GBuffer& data);

@@ -149,7 +149,7 @@ TEST(GetStreamLength, CountsAllDataAndMovesNothing) {
 TEST(GetStreamType, KnowsDataByItsFirstBytes) {
     const std::pair<std::string, GTypeEnums::Types> rows[] = {
         {"", GTypeEnums::cNone},
-        {"Dear Sir,", GTypeEnums::cNone},
+        {"Dear Sir,\r\n\tyou\f", GTypeEnums::cText},
         {"%!PS-Adobe-3.0\n%%Title: x EPSF-3.0", GTypeEnums::cPostScript},
         {"%!\nshowpage", GTypeEnums::cPostScript},
         {"%!PS-Adobe-3.0 EPSF-3.0\n", GTypeEnums::cEPS},
@@ -157,8 +157,16 @@ TEST(GetStreamType, KnowsDataByItsFirstBytes) {
         {"\x1B%-12345X@PJL\r\n@PJL ENTER LANGUAGE=POSTSCRIPT\r\n%!PS-Adobe-3.0\n", GTypeEnums::cPostScript},
         {"\x1B%-12345X%!PS-Adobe-3.0\n", GTypeEnums::cPostScript},
         {"\x1B%-12345X@PJL ENTER LANGUAGE=PCL\r\n\033E", GTypeEnums::cPrinterJob},
+        {"\x04%!PS-Adobe-3.0\n", GTypeEnums::cPostScript},  // behind an end of transmission
+        {"\x1B&l26A", GTypeEnums::cPCL},
+        {") HP-PCL XL;2;0", GTypeEnums::cPCL},
+        {"\x1B", GTypeEnums::cNone},
         {"%PDF-1.7\n", GTypeEnums::cPDF},
-        {"%PDF", GTypeEnums::cNone},
+        {std::string(1019, 'x') + "%PDF-1.7", GTypeEnums::cPDF},
+        {std::string(1020, 'x') + "%PDF-1.7", GTypeEnums::cText},  // too far behind
+        {"%PDF", GTypeEnums::cText},
+        {"\0\0\1\0\x20\0\0\0\x10\0\0\0\x18\0\0\0d\0"s, GTypeEnums::cEMFSpool},
+        {"\0\0\1\0\1\0\x20\x20\0\0\0\0\0\0\0\0"s, GTypeEnums::cNone},  // an icon
         {"\x89PNG\r\n\x1A\n\0"s, GTypeEnums::cPNG},
         {"\x89PNG\n\x1A\n\0"s, GTypeEnums::cNone},  // after a transfer as text
         {"\xFF\xD8\xFF\xE0"s, GTypeEnums::cJPEG},
@@ -166,13 +174,20 @@ TEST(GetStreamType, KnowsDataByItsFirstBytes) {
         {"II*\0\x08"s, GTypeEnums::cTIFF},
         {"MM\0*"s, GTypeEnums::cTIFF},
         {"BM\x36\0\0\0\0\0\0\0\x36\0\0\0\x28\0\0\0"s, GTypeEnums::cBMP},
-        {"BMW is a make of car", GTypeEnums::cNone},
+        {"BMW is a make of car", GTypeEnums::cText},
         {"PK\x03\x04", GTypeEnums::cZip},
+        {"PK\x03\x04....FixedDocSeq.fdseq", GTypeEnums::cXPS},
         {"\x1F\x8B\x08"s, GTypeEnums::cGZip},
         {"#BEGINDICT\r\n", GTypeEnums::cDictionary},
         {"#BEGINPREFS\r\n", GTypeEnums::cPreferences},
         {"\xEF\xBB\xBFhello", GTypeEnums::cText},
-        {"\xFF\xFEh\0"s, GTypeEnums::cText}};
+        {"\xFF\xFEh\0"s, GTypeEnums::cText},
+        {"\xD0\x9F\xD1\x80\xD0\xB8\xD0\xB2", GTypeEnums::cText},  // UTF-8 without a mark
+        {"Gr\xFC\xDF"
+         "e aus Wien",
+         GTypeEnums::cText},
+        {"ab\1", GTypeEnums::cNone},
+        {"\x90\xF8\xFF\xFA", GTypeEnums::cNone}};
     for (const auto& [data, type] : rows) {
         SCOPED_TRACE(testing::PrintToString(data));
         PieceStream stream(data, 3);

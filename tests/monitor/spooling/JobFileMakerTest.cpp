@@ -162,7 +162,8 @@ TEST_F(JobFileMakerTest, SetsAsideWhatMustNotBeUsedAndPrints) {
         {"taken for another by its short name",
          [&] {
              Put(file);
-             Change("a.ps", [](GFileFacts& facts) { facts.mFinalPath.ReplaceLeaf(GString("a long name.ps")); });
+             Change("a.ps",
+                    [](GFileFacts& facts) { facts.mFinalPath.ReplaceLeaf(GString("a long name.ps")); });
          },
          file, "", "it has another name"},
     };
@@ -217,12 +218,14 @@ TEST_F(JobFileMakerTest, FailsWhenTheRightsCannotBeChanged) {
     mPlatform.mCanPutAside = true;
     mPlatform.mCanPutBack = false;
     EXPECT_THROW(RunAsService(mPlatform, [] { throw 7; }), ServiceRightsException);
-    EXPECT_THAT(mPlatform.TakeEvents(), testing::ElementsAre("The rights of the job's user cannot be given back!"));
+    EXPECT_THAT(mPlatform.TakeEvents(),
+                testing::ElementsAre("The rights of the job's user cannot be given back!"));
     mPlatform.mCanPutBack = true;
-    EXPECT_THROW(RunAsService(mPlatform, [this] {
-                     EXPECT_TRUE(mPlatform.mIsService);
-                     throw 7;
-                 }),
+    EXPECT_THROW(RunAsService(mPlatform,
+                              [this] {
+                                  EXPECT_TRUE(mPlatform.mIsService);
+                                  throw 7;
+                              }),
                  int);
     EXPECT_FALSE(mPlatform.mIsService);
 }

@@ -7,8 +7,15 @@
 #include "framework/streams/encodings/GASCII85Encode.h"
 #include "framework/streams/encodings/GHexDecode.h"
 #include "framework/streams/encodings/GHexEncode.h"
+#include "framework/streams/encodings/GLZWDecode.h"
+#include "framework/streams/encodings/GLZWEncode.h"
 #include "framework/streams/encodings/GRunLengthDecode.h"
 #include "framework/streams/encodings/GRunLengthEncode.h"
+#include "framework/streams/rows/GAddZeroes.h"
+#include "framework/streams/rows/GBitConvert.h"
+#include "framework/streams/rows/GLinePadder.h"
+#include "framework/streams/rows/GPNGDecode.h"
+#include "framework/streams/rows/GPNGEncode.h"
 #include "tests/streams/filters/FilterTestSupport.h"
 
 using namespace std::string_literals;
@@ -19,6 +26,7 @@ namespace {
 
 constexpr long cInvalid = 2452;
 constexpr long cTruncated = 2453;
+constexpr long cWrongTag = 2457;
 
 const std::map<std::string, FilterMaker> cFilters = {
     {"hex", Maker<GHexEncode>()},
@@ -29,7 +37,37 @@ const std::map<std::string, FilterMaker> cFilters = {
     {"un85", Maker<GASCII85Decode>()},
     {"runs", Maker<GRunLengthEncode>()},
     {"unruns", Maker<GRunLengthDecode>()},
+    {"lzw", Maker<GLZWEncode>()},
+    {"unlzw", Maker<GLZWDecode>()},
+    {"lzw late", Maker<GLZWEncode>(0L)},
+    {"unlzw late", Maker<GLZWDecode>(0L)},
+    {"none 3", Maker<GPNGNoneEncode>(3L)},
+    {"sub 2 x 2", Maker<GPNGSubEncode>(2L, 2L)},
+    {"up 3", Maker<GPNGUpEncode>(3L)},
+    {"average 3", Maker<GPNGAvgEncode>(3L)},
+    {"paeth 3", Maker<GPNGPaethEncode>(3L)},
+    {"sub 3 x 3 x 4", Maker<GPNGSubEncode>(3L, 3L, 4L)},
+    {"none 9 x 1 x 1", Maker<GPNGNoneEncode>(9L, 1L, 1L)},
+    {"un-up 3", Maker<GPNGUpDecode>(3L)},
+    {"un-any 3", Maker<GPNGOptiDecode>(3L)},
+    {"3 zeros", Maker<GAddZeroes>(3LL)},
+    {"pad 3 to 5", Maker<GLinePadder>(3L, 5L, 0x78L)},
+    {"pad 3 to 3", Maker<GLinePadder>(3L, 3L)},
+    {"expand 1 to 8", Maker<GBitExpander>(3L, 1L, 1L, 8L)},
+    {"expand 2 to 4", Maker<GBitExpander>(3L, 1L, 2L, 4L)},
+    {"expand 8 to 16", Maker<GBitExpander>(1L, 3L, 8L, 16L)},
+    {"compress 8 to 4", Maker<GBitCompressor>(3L, 1L, 8L, 4L)},
+    {"compress 16 to 1", Maker<GBitCompressor>(2L, 1L, 16L, 1L)},
 };
+
+// Codes of nine bits, in whole bytes.
+std::string Codes(const std::vector<unsigned>& codes) {
+    std::string bytes((codes.size() * 9 + 7) / 8, '\0');
+    for (std::size_t bit = 0; bit < codes.size() * 9; ++bit) {
+        if ((codes[bit / 9] >> (8 - bit % 9) & 1) != 0) bytes[bit / 8] |= static_cast<char>(0x80 >> bit % 8);
+    }
+    return bytes;
+}
 
 const struct {
     const char* filter;
@@ -95,6 +133,41 @@ const struct {
     {"unruns", "no end mark", "\0a\xFFx"s, "axx"},
     {"unruns", "a cut run of different bytes", "\0a\5bcd"s, "abcd", cTruncated},
     {"unruns", "a cut run of equal bytes", "\0a\xFF"s, "a", cTruncated},
+    {"lzw", "nothing", "", "\x80\x40\x40"},
+    {"lzw", "strings that come again", "-----A---B", "\x80\x0B\x60\x50\x22\x0C\x0C\x85\x01"},
+    {"unlzw", "strings that come again", "\x80\x0B\x60\x50\x22\x0C\x0C\x85\x01rest", "-----A---B"},
+    {"unlzw", "no clear code in front", Codes({45, 258, 257}), "---"},
+    {"unlzw", "two clear codes", Codes({256, 256, 45, 256, 46, 257}), "-."},
+    {"unlzw", "nothing", "", ""},
+    {"unlzw", "no end code", Codes({256, 45, 46}), "-."},
+    {"unlzw", "half a code", Codes({256, 45, 46, 47}).substr(0, 4), "-.", cTruncated},
+    {"unlzw", "a code of a string that is not there", Codes({256, 45, 46, 260}), "-.", cInvalid},
+    {"unlzw", "a string behind a clear code", Codes({256, 258}), "", cInvalid},
+    {"none 3", "a short last row", "abcd", "\0abc\0d"s},
+    {"none 9 x 1 x 1", "rows of bits fill bytes", "abcd", "\0ab\0cd"s},
+    {"sub 2 x 2", "two rows", "\1\2\4\7\1\2\3\4", "\1\1\2\3\5\1\1\2\2\2"},
+    {"sub 3 x 3 x 4", "pixels of twelve bits count as two bytes", "\1\2\3\4\5", "\1\1\2\2\2\2"},
+    {"up 3", "two rows", "\1\2\3\5\4\3", "\2\1\2\3\2\4\2\0"s},
+    {"average 3", "two rows", "\4\4\4\5\1\xFF", "\3\4\2\2\3\3\xFD\xFD"},
+    {"paeth 3", "two rows", "\4\5\6\1\11\5", "\4\4\1\1\4\xFD\x08\xFC"},
+    {"un-up 3", "its own tag", "\2\1\2\3\2\4\2\0"s, "\1\2\3\5\4\3"},
+    {"un-up 3", "another tag", "\0abc\1\1\1\1"s, "abc\1\2\3"},
+    {"un-any 3", "all tags", "\0\1\2\3\1\1\1\1\2\0\0\1\3\1\1\1\4\1\1\1"s, "\1\2\3\1\2\3\1\2\4\1\2\4\2\3\5"},
+    {"un-any 3", "an unknown tag", "\2abc\5abc", "abc", cWrongTag},
+    {"un-any 3", "a short last row", "\2abc\2\1\1", "abcbc", cTruncated},
+    {"un-any 3", "a tag and no row", "\2abc\2", "abc", cTruncated},
+    {"3 zeros", "nothing", "", "\0\0\0"s},
+    {"3 zeros", "bytes", "ab", "ab\0\0\0"s},
+    {"pad 3 to 5", "nothing", "", ""},
+    {"pad 3 to 5", "whole rows", "abcdef", "abcxxdefxx"},
+    {"pad 3 to 5", "an unfinished row", "abcd", "abcxxdxxxx"},
+    {"pad 3 to 3", "an unfinished row", "abcd", "abcd\0\0"s},
+    {"expand 1 to 8", "rows fill bytes", "\xBF\x40", "\xFF\0\xFF\0\xFF\0"s},
+    {"expand 2 to 4", "rows fill bytes", "\x1B\xFF", "\x05\xA0\xFF\xF0"},
+    {"expand 8 to 16", "bytes", "\0\x80\xFF"s, "\0\0\x80\x80\xFF\xFF"s},
+    {"expand 8 to 16", "an unfinished row", "\0\x80"s, "\0\0\x80\x80"s, cTruncated},
+    {"compress 8 to 4", "to the nearest value", "\x08\x09\xF7\xFF\xF6\x7F", "\x01\xF0\xFE\x70"},
+    {"compress 16 to 1", "rows fill bytes", "\x7F\xFF\x80\0"s, "\x40"},
 };
 
 TEST(Filter, GivesTheSameInEverySize) {
@@ -128,7 +201,8 @@ TEST(Filter, IsClonedWhereItStands) {
 }
 
 const std::pair<const char*, const char*> cPairs[] = {
-    {"hex", "unhex"}, {"hex lines", "unhex"}, {"85", "un85"}, {"85 lines", "un85"}, {"runs", "unruns"}};
+    {"hex", "unhex"}, {"hex lines", "unhex"},    {"85", "un85"}, {"85 lines", "un85"}, {"runs", "unruns"},
+    {"lzw", "unlzw"}, {"lzw late", "unlzw late"}};
 
 TEST(Filter, DecodesWhatItsEncoderWrote) {
     const std::string inputs[] = {"", "a", std::string(100000, '\0'), Pattern(20000), MixedBytes(100000, 1)};
@@ -163,6 +237,83 @@ TEST(Filter, DeliversWhatIsWholeOfCutData) {
     }
 }
 
+// Rows of all kinds of pixels through every filter, beside the words of the standard.
+int Predicted(int tag, int left, int above, int corner) {
+    const int estimate = left + above - corner;
+    const int distances[] = {std::abs(estimate - left), std::abs(estimate - above),
+                             std::abs(estimate - corner)};
+    const int nearest = distances[0] <= distances[1] && distances[0] <= distances[2] ? left
+                        : distances[1] <= distances[2]                               ? above
+                                                                                     : corner;
+    const int predictions[] = {0, left, above, (left + above) / 2, nearest};
+    return predictions[tag];
+}
+
+std::string EncodedByTheBook(const std::string& bytes, int tag, std::size_t rowLength, std::size_t pixel) {
+    std::string encoded;
+    const auto at = [&](std::size_t row, std::size_t column) {
+        return bytes[row * rowLength + column] & 0xFF;
+    };
+    for (std::size_t i = 0; i < bytes.size(); ++i) {
+        const std::size_t row = i / rowLength, column = i % rowLength;
+        if (column == 0) encoded += static_cast<char>(tag);
+        const bool hasLeft = column >= pixel;
+        const int predicted =
+            Predicted(tag, hasLeft ? at(row, column - pixel) : 0, row > 0 ? at(row - 1, column) : 0,
+                      row > 0 && hasLeft ? at(row - 1, column - pixel) : 0);
+        encoded += static_cast<char>(bytes[i] - predicted);
+    }
+    return encoded;
+}
+
+FilterMaker PNGEncoder(int tag, long columns, long colours, long bits) {
+    const FilterMaker makers[] = {
+        Maker<GPNGNoneEncode>(columns, colours, bits), Maker<GPNGSubEncode>(columns, colours, bits),
+        Maker<GPNGUpEncode>(columns, colours, bits), Maker<GPNGAvgEncode>(columns, colours, bits),
+        Maker<GPNGPaethEncode>(columns, colours, bits)};
+    return makers[tag];
+}
+
+TEST(PNGFilter, FollowsTheStandardForAllPixels) {
+    for (const long bits : {1L, 2L, 4L, 8L, 16L}) {
+        for (const long colours : {1L, 2L, 3L, 4L, 5L, 9L}) {
+            for (const long columns : {1L, 5L, 67L}) {
+                const auto rowLength = static_cast<std::size_t>((columns * colours * bits + 7) / 8);
+                const auto pixel = static_cast<std::size_t>((colours * bits + 7) / 8);
+                const std::string input = MixedBytes(rowLength * 9, static_cast<unsigned>(colours));
+                for (int tag = 0; tag < 5; ++tag) {
+                    SCOPED_TRACE(testing::Message()
+                                 << bits << " " << colours << " " << columns << " " << tag);
+                    const Outcome encoded = OutcomeOf(PNGEncoder(tag, columns, colours, bits), input);
+                    ASSERT_EQ(encoded.bytes, EncodedByTheBook(input, tag, rowLength, pixel));
+                    const FilterMaker decoder = Maker<GPNGPaethDecode>(columns, colours, bits);
+                    ASSERT_EQ(OutcomeOf(decoder, encoded.bytes), (Outcome{input, 0}));
+                    ASSERT_EQ(OutcomeOf(*FilterOf(decoder, encoded.bytes, 13), 7), (Outcome{input, 0}));
+                }
+            }
+        }
+    }
+}
+
+TEST(Filter, RefusesParametersOutOfRange) {
+    const FilterMaker rows[] = {Maker<GLZWEncode>(2L),
+                                Maker<GLZWDecode>(-1L),
+                                Maker<GPNGUpDecode>(0L),
+                                Maker<GPNGUpDecode>(1L, 0L),
+                                Maker<GPNGUpEncode>(1L, 1L, 3L),
+                                Maker<GPNGUpEncode>(1L, 1L, 32L),
+                                Maker<GPNGSubDecode>(0x7FFFFFFFL, 0x7FFFFFFFL, 16L),
+                                Maker<GAddZeroes>(-1LL),
+                                Maker<GLinePadder>(0L, 5L),
+                                Maker<GLinePadder>(5L, 4L),
+                                Maker<GLinePadder>(5L, 6L, 256L),
+                                Maker<GBitExpander>(1L, 1L, 8L, 4L),
+                                Maker<GBitExpander>(1L, 1L, 0L, 4L),
+                                Maker<GBitCompressor>(1L, 1L, 4L, 8L),
+                                Maker<GBitCompressor>(1L, 1L, 17L, 8L)};
+    for (const FilterMaker& make : rows) EXPECT_EQ(FailureOf([&] { FilterOf(make, ""); }), 40017);
+}
+
 template <class Decoder>
 void ExpectRestGivenBack(const char* encoder) {
     for (const std::size_t length : {0u, 10u, 5000u}) {
@@ -178,6 +329,7 @@ TEST(Filter, GivesBackWhatStandsBehindTheEndMark) {
     ExpectRestGivenBack<GHexDecode>("hex");
     ExpectRestGivenBack<GASCII85Decode>("85");
     ExpectRestGivenBack<GRunLengthDecode>("runs");
+    ExpectRestGivenBack<GLZWDecode>("lzw");
 }
 
 // A source that fails once, in the middle.
