@@ -5,6 +5,7 @@
 #include <cstdlib>
 #include <tuple>
 
+#include "PPlatformFiles.h"
 #include "framework/core/errors/GException.h"
 #include "framework/files/GFileSystemDefinitions.h"
 #include "tests/core/TextForTests.h"
@@ -12,8 +13,8 @@
 
 namespace {
 
-// A platform whose folders have short names and whose files are one set.
-struct FakePlatform {
+// A platform whose folders have short names and which has one file; all else is this system's.
+struct FakePlatform : PFileSystemImp {
     static inline GPathName sTemp = GPathName("T:/temp/");
     static inline std::string sFile;  // the one file that exists
     static inline int sTempQuestions = 0;
@@ -23,13 +24,8 @@ struct FakePlatform {
     static GPathName GetUserPreferenceFolder() { return GPathName("U:/prefs"); }
     static GPathName GetCommonAppDataFolder() { return GPathName("A:/data"); }
     static GPathName GetGlobalPreferenceFolder() { return GPathName("A:/prefs"); }
-    static GPathName GetDesktopFolder() { return GPathName("U:/desktop"); }
-    static GPathName GetUserDocumentsFolder() { return GPathName("U:/documents"); }
     static GPathName GetSystemFolder() { return GPathName("W:/system"); }
     static GPathName GetGlobalSystemFolder() { return GPathName("W:/"); }
-    static GPathName GetApplicationsFolder() { return GPathName("P:/64"); }
-    static GPathName GetApplicationsFolder32() { return GPathName("P:/32"); }
-    static GPathName GetUserHomeFolder() { return GPathName("U:/"); }
     static GPathName GetGlobalTempFolder() {
         ++sTempQuestions;
         return sTemp;
@@ -40,23 +36,6 @@ struct FakePlatform {
         if (sRefuses) throw GSimpleException(GExceptionID::cGeneral);
         return TextOf(path) == sFile;
     }
-    static bool FolderExists(const GPathName&) { return false; }
-    static bool FileInUse(const GPathName&) { return false; }
-    static long GetVolumeType(const GPathName&) { return 0; }
-    static void CreateFile(const GPathName&, bool) {}
-    static void CreateFolder(const GPathName&) {}
-    static void CreateParentFolder(const GPathName&) {}
-    static void RemoveFile(const GPathName&) {}
-    static void RemoveFolderOnly(const GPathName&) {}
-    static void MoveFile(const GPathName&, const GPathName&) {}
-    static void MoveFolder(const GPathName&, const GPathName&) {}
-    static void CopyFile(const GPathName&, const GPathName&) {}
-    static bool IsHidden(const GPathName&) { return false; }
-    static bool IsWritable(const GPathName&) { return false; }
-    static void SetHidden(const GPathName&, bool) {}
-    static void SetWritable(const GPathName&, bool) {}
-    static GDateTime GetCreationDateTime(const GPathName&) { return GDateTime(); }
-    static GDateTime GetModificationDateTime(const GPathName&) { return GDateTime(); }
 };
 
 using FakeFileSystem = GFileSystemBase<FakePlatform>;
