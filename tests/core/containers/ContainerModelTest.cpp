@@ -1,8 +1,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <list>
-#include <map>
 #include <memory>
 #include <random>
 #include <set>
@@ -31,165 +29,97 @@ private:
 
 // --- Tables ------------------------------------------------------------------------------------
 
-// The model is a list in which each walker that stands between elements has a node of its own. What is
-// inserted there comes behind those that go backward and before those that go forward.
+// An iterator stands at an element or in the gap before one. What is inserted into its gap comes behind it
+// when it goes backward, and before it when it goes forward.
 class TableModel {
 public:
     explicit TableModel(unsigned seed) : mRandom(seed) {}
 
     void Run(long operations) {
         for (long i = 0; i < operations && !testing::Test::HasFatalFailure(); ++i) {
-            if (mWalkers.empty() || (mWalkers.size() < 4 && mRandom.Below(4) == 0)) StartWalker();
-            ChangeOnce();
+            if (mWalkers.empty() || (mWalkers.size() < 4 && mRandom.Below(4) == 0))
+                mWalkers.push_back(std::make_unique<Walker>(mTable));
+            ChangeOnce(mRandom.Below(GetCount() + 4) - 2);  // also outside
             for (const auto& walker : mWalkers) Check(*walker);
             if (i % 16 == 0) CheckElements();
         }
     }
 
 private:
-    struct Walker;
-    struct Node {
-        std::string text;
-        Walker* between = nullptr;  // no element: this walker stands here
-    };
-    using Place = std::list<Node>::iterator;
     struct Walker {
+        explicit Walker(GTable<GBuffer>& table) : iterator(table) {}
         GTableIterator<GBuffer> iterator;
-        Place place;
+        long index = 0;  // of the element, or of the one behind the gap
+        bool isAtElement = false;
         bool forward = false;
     };
 
-    void ChangeOnce() {
-        const long position = mRandom.Below(mTable.GetCount() + 4) - 2;  // also outside
-        switch (mRandom.Below(8)) {
-            case 0:
-            case 1:
-                return Insert(position);
-            case 2:
-                return Remove(position, 1);
-            case 3:
-                return Remove(position, mTable.GetCount() > 25 ? 20 : mRandom.Below(5) - 1);
-            case 4:
-                return MoveTo(*mWalkers[RandomWalker()], position);
-            case 5:
-                return static_cast<void>(mWalkers.erase(mWalkers.begin() + EndWalker(RandomWalker())));
-            default:
-                return Step(*mWalkers[RandomWalker()], mRandom.Below(2) == 0);
-        }
-    }
+    long GetCount() const { return static_cast<long>(mModel.size()); }
 
-    // The element at a position, or the end.
-    Place At(long position) {
-        Place place = mModel.begin();
-        while (place != mModel.end() && (place->between != nullptr || position-- > 0)) ++place;
-        return place;
+    void ChangeOnce(long position) {
+        const auto chosen = mWalkers.begin() + mRandom.Below(static_cast<long>(mWalkers.size()));
+        Walker& walker = **chosen;
+        const long choice = mRandom.Below(8);
+        if (choice < 2) return Insert(position);
+        if (choice == 2) return Remove(position, 1);
+        if (choice == 3) return Remove(position, GetCount() > 25 ? 20 : mRandom.Below(5) - 1);
+        if (choice == 4) return Stand(walker, position, position >= 0, walker.iterator.SetPosition(position));
+        if (choice == 5) return static_cast<void>(mWalkers.erase(chosen));
+        if (choice == 6)
+            return Stand(walker, walker.index + (walker.isAtElement ? 1 : 0), true, walker.iterator.Next());
+        Stand(walker, walker.index - 1, false, walker.iterator.Previous());
     }
 
     void Insert(long position) {
         const std::string text = std::to_string(mNextNumber++);
-        Place place = At(position);
-        while (place != mModel.begin() && std::prev(place)->between && std::prev(place)->between->forward)
-            --place;
         mTable.Insert(position, BufferOf(text));
-        mModel.insert(place, {text});
+        position = std::clamp(position, 0L, GetCount());
+        mModel.insert(mModel.begin() + position, text);
+        for (const auto& walker : mWalkers) {
+            const bool isPushed = walker->isAtElement || walker->forward;
+            if (walker->index > position || (walker->index == position && isPushed)) ++walker->index;
+        }
     }
 
     void Remove(long position, long count) {
         mTable.Remove(position, count);
-        if (position < 0) return;
-        for (; count > 0 && At(position) != mModel.end(); --count) {
-            const Place gone = At(position);
-            for (const auto& walker : mWalkers) {
-                if (walker->place == gone) walker->place = mModel.insert(gone, {"", walker.get()});
-            }
-            mModel.erase(gone);
+        count = std::min(count, GetCount() - position);
+        if (position < 0 || count <= 0) return;
+        mModel.erase(mModel.begin() + position, mModel.begin() + position + count);
+        for (const auto& walker : mWalkers) {
+            const long behind = walker->index - position;
+            if (behind >= 0 && behind < count) walker->isAtElement = false;
+            walker->index -= std::clamp(behind, 0L, count);
         }
-        for (const auto& walker : mWalkers) ToItsSide(*walker);
-    }
-
-    // Two gaps may have become one: there, those that go forward come last.
-    void ToItsSide(Walker& walker) {
-        if (!walker.place->between || !walker.forward) return;
-        Place to = std::next(walker.place);
-        while (to != mModel.end() && to->between) ++to;
-        mModel.splice(to, mModel, walker.place);
-    }
-
-    void StartWalker() {
-        mWalkers.push_back(std::make_unique<Walker>(Walker{GTableIterator<GBuffer>(mTable), {}}));
-        StandBetween(*mWalkers.back(), mModel.begin(), false);
-    }
-
-    void StandBetween(Walker& walker, Place before, bool forward) {
-        walker.forward = forward;
-        walker.place = mModel.insert(before, {"", &walker});
-    }
-
-    void LeavePlace(const Walker& walker) {
-        if (walker.place->between) mModel.erase(walker.place);
-    }
-
-    long RandomWalker() { return mRandom.Below(static_cast<long>(mWalkers.size())); }
-
-    long EndWalker(long index) {
-        LeavePlace(*mWalkers[index]);
-        return index;
-    }
-
-    void MoveTo(Walker& walker, long position) {
-        const GBuffer* const met = walker.iterator.SetPosition(position);
-        LeavePlace(walker);
-        Stand(walker, position < 0 ? mModel.end() : At(position), position >= 0, met);
-    }
-
-    void Step(Walker& walker, bool forward) {
-        const GBuffer* const met = forward ? walker.iterator.Next() : walker.iterator.Previous();
-        Place place = walker.place;
-        do {
-            if (!forward && place == mModel.begin()) {
-                place = mModel.end();  // nothing before it
-                break;
-            }
-            forward ? ++place : --place;
-        } while (place != mModel.end() && place->between);
-        LeavePlace(walker);
-        Stand(walker, place, forward, met);
     }
 
     // At an element that was met, or before the first or behind the last.
-    void Stand(Walker& walker, Place place, bool forward, const GBuffer* met) {
-        ASSERT_EQ(met != nullptr, place != mModel.end());
-        if (place == mModel.end())
-            return StandBetween(walker, forward ? mModel.end() : mModel.begin(), forward);
-        ASSERT_EQ(BytesOf(*met), place->text);
-        walker.place = place;
+    void Stand(Walker& walker, long index, bool forward, const GBuffer* met) {
+        walker.isAtElement = index >= 0 && index < GetCount();
+        walker.index = walker.isAtElement ? index : forward ? GetCount() : 0;
         walker.forward = forward;
+        ASSERT_EQ(met != nullptr, walker.isAtElement);
     }
 
     void Check(const Walker& walker) {
         const GBuffer* const current = walker.iterator.GetCurrent();
-        ASSERT_EQ(current == nullptr, walker.place->between != nullptr);
+        ASSERT_EQ(current != nullptr, walker.isAtElement);
         if (current != nullptr) {
-            ASSERT_EQ(BytesOf(*current), walker.place->text);
+            ASSERT_EQ(BytesOf(*current), mModel[static_cast<std::size_t>(walker.index)]);
         }
-        const long before = std::count_if(mModel.begin(), Place(walker.place),
-                                          [](const Node& node) { return !node.between; });
-        ASSERT_EQ(walker.iterator.GetPosition(), current == nullptr && !walker.forward ? before - 1 : before);
+        const bool isBefore = walker.isAtElement || walker.forward;
+        ASSERT_EQ(walker.iterator.GetPosition(), isBefore ? walker.index : walker.index - 1);
     }
 
     void CheckElements() const {
-        long position = 0;
-        for (const Node& node : mModel) {
-            if (node.between) continue;
-            ASSERT_EQ(BytesOf(mTable[position]), node.text);
-            ASSERT_EQ(mTable.Find(BufferOf(node.text)), position++);
-        }
-        ASSERT_EQ(mTable.GetCount(), position);
+        ASSERT_EQ(mTable.GetCount(), GetCount());
+        for (long i = 0; i < GetCount(); ++i)
+            ASSERT_EQ(mTable.Find(BufferOf(mModel[static_cast<std::size_t>(i)])), i);
     }
 
     Random mRandom;
     GTable<GBuffer> mTable;
-    std::list<Node> mModel;
+    std::vector<std::string> mModel;
     std::vector<std::unique_ptr<Walker>> mWalkers;
     long mNextNumber = 0;
 };
