@@ -72,7 +72,8 @@ GSharedObject<GFile> JobFileMaker::OpenFile(const JobPath& path) {
         // One that may be used and cannot be opened is kept open by somebody, or protected.
         if (!file && (fault == nullptr || seen.IsMissing())) mWalk.Throw(file, name);
         if (fault == nullptr) {
-            auto opened = GSharedObject<GFile>(new GFile(PFolderWalk::TakeFile(std::move(file), path.GetPath())));
+            auto opened =
+                GSharedObject<GFile>(new GFile(PFolderWalk::TakeFile(std::move(file), path.GetPath())));
             opened->SetLength(0);
             return opened;
         }

@@ -10,8 +10,8 @@
 /// JobFileMaker: opens the file of one job, and makes the folders above it, so that nothing is used that
 /// another user has prepared.
 ///
-/// Folders and file are made with the rights of the calling thread. What must not be used is renamed, with the
-/// rights of the service, and made anew; nothing is ever deleted.
+/// Folders and file are made with the rights of the calling thread. What must not be used is renamed, with
+/// the rights of the service, and made anew; nothing is ever deleted.
 class JobFileMaker {
 public:
     explicit JobFileMaker(MonitorPlatform& platform);

@@ -8,11 +8,12 @@
 ///
 /// A fault is the word by which the monitor traces it; null is none.
 struct JobFileRules {
-    /// A folder may be used when it is one, lies directly in `parent` (a final path), and belongs to the user,
-    /// the system or the administrators.
+    /// A folder may be used when it is one, lies directly in `parent` (a final path), and belongs to the
+    /// user, the system or the administrators.
     static const wchar_t* FindFolderFault(const GFileFacts& facts, const GPathName& parent);
     /// A file, when it has this name and no other, too.
-    static const wchar_t* FindFileFault(const GFileFacts& facts, const GPathName& parent, const GString& name);
+    static const wchar_t* FindFileFault(const GFileFacts& facts, const GPathName& parent,
+                                        const GString& name);
     /// "anna (set aside 1)", at most 255 units long. Of the attempts the first ones count upwards; later ones
     /// take a number from `seed`, because anybody could have taken the low ones on purpose.
     static GString MakeSetAsideName(const GString& name, int attempt, std::uint64_t seed);

@@ -21,7 +21,9 @@ public:
     struct Opened {
         Opened() = default;
         Opened(Opened&& other) noexcept
-            : mDescriptor(std::exchange(other.mDescriptor, -1)), mFailure(other.mFailure), mIsNew(other.mIsNew) {}
+            : mDescriptor(std::exchange(other.mDescriptor, -1)),
+              mFailure(other.mFailure),
+              mIsNew(other.mIsNew) {}
         Opened& operator=(Opened&& other) noexcept {
             std::swap(mDescriptor, other.mDescriptor);
             mFailure = other.mFailure;

@@ -60,7 +60,8 @@ PWin32FileOwner::PWin32FileOwner() : mUser(ReadUser(OpenUserToken())) {
     PWin32SystemException::CheckForErrors(::ConvertSidToStringSidW(SIDOf(mUser), &text));
     const Block owned(text);
     // Protected; full access for the system, the administrators and the user, inherited downwards.
-    const std::wstring rights = std::wstring(L"D:P(A;OICI;FA;;;SY)(A;OICI;FA;;;BA)(A;OICI;FA;;;") + text + L")";
+    const std::wstring rights =
+        std::wstring(L"D:P(A;OICI;FA;;;SY)(A;OICI;FA;;;BA)(A;OICI;FA;;;") + text + L")";
     PSECURITY_DESCRIPTOR descriptor = nullptr;
     PWin32SystemException::CheckForErrors(::ConvertStringSecurityDescriptorToSecurityDescriptorW(
         rights.c_str(), SDDL_REVISION_1, &descriptor, nullptr));
