@@ -3,18 +3,14 @@
 #include <utility>
 
 #include "framework/core/errors/GException.h"
-#include "framework/core/errors/GExceptionID.h"
+#include "framework/core/errors/GFirstFailure.h"
+#include "framework/ipc/GIPCFailure.h"
 #include "framework/system/GProcessInfo.h"
 
 namespace {
 
 long GetOwnProcessID() {
     return GProcessInfo::GetInstance()->GetCurrentProcessID();
-}
-
-bool IsAboutTheQueue(const GException& failure) {
-    const long id = failure.GetExceptionID();
-    return id != GExceptionID::cOutOfMemory && id != GExceptionID::cCouldNotLockMutex;
 }
 
 }  // namespace
@@ -25,39 +21,32 @@ GIPCInbox::GIPCInbox(GIPCMessageQueueMgr& registry, GWaitBudget* budget)
     const long processID = GetOwnProcessID();
     mRegistrationID = static_cast<std::int32_t>(registry.Register(processID));
     try {
+        mEvent.emplace(GIPCMessageQueue::MakeEvent(processID, mRegistrationID));
         bool created = false;
         mQueue = std::make_unique<GIPCMessageQueue>(registry.GetSession(), processID, mRegistrationID,
                                                     created, budget);
     } catch (...) {
-        UnregisterQuietly();
+        RunQuietly([this] { Unregister(); });
         throw;
     }
 }
 
 GIPCInbox::~GIPCInbox() {
-    try {
-        Close();
-    } catch (...) {
-        // See UnregisterQuietly; and a handle that cannot be closed goes with the process.
-    }
+    // An entry that stays behind is removed by whoever finds that its queue is gone.
+    RunQuietly([this] { Close(); });
 }
 
 void GIPCInbox::Close() {
     const std::unique_ptr<GIPCMessageQueue> queue = std::move(mQueue);
-    if (mRegistrationID != 0) Unregister();
-    if (queue) queue->Close();
+    GFirstFailure failure;
+    failure.Run([this] { Unregister(); });
+    if (queue) failure.Run([&] { queue->Close(); });
+    failure.Throw();
 }
 
 void GIPCInbox::Unregister() {
-    mRegistry.Unregister(GetOwnProcessID(), std::exchange(mRegistrationID, 0));
-}
-
-void GIPCInbox::UnregisterQuietly() noexcept {
-    try {
-        Unregister();
-    } catch (...) {
-        // An entry that stays behind is removed by whoever finds that its queue is gone.
-    }
+    const std::int32_t registrationID = std::exchange(mRegistrationID, 0);
+    if (registrationID != 0) mRegistry.Unregister(GetOwnProcessID(), registrationID);
 }
 
 bool GIPCInbox::IsIntact() {
@@ -69,8 +58,16 @@ bool GIPCInbox::IsIntact() {
         queue.GetLength();
         return true;
     } catch (const GException& failure) {
-        if (!IsAboutTheQueue(failure)) throw;
+        if (!GIPCFailure::IsOfTarget(failure)) throw;
         return false;
+    }
+}
+
+bool GIPCInbox::HasMessages() {
+    try {
+        return mQueue->HasMessages();
+    } catch (const GException& failure) {
+        return GIPCFailure::IsOfTarget(failure);
     }
 }
 
@@ -79,7 +76,7 @@ void GIPCInbox::Drain(GTable<GSmartPtr<GIPCMessage>>& messages) {
     try {
         mQueue->ReadPendingMessages(messages);
     } catch (const GException& failure) {
-        if (!IsAboutTheQueue(failure)) {
+        if (!GIPCFailure::IsOfTarget(failure)) {
             // The messages stay in the queue; handing them out now would deliver them twice.
             messages.Remove(before, messages.GetCount() - before);
         } else {

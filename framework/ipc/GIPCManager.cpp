@@ -1,26 +1,34 @@
 #include "framework/ipc/GIPCManager.h"
 
+#include <mutex>
+#include <utility>
+
+#include "framework/core/errors/GAtScopeEnd.h"
 #include "framework/core/errors/GException.h"
 #include "framework/core/errors/GExceptionID.h"
 #include "framework/core/errors/GFirstFailure.h"
 #include "framework/core/events/GBasicSignals.h"
-#include "framework/core/memory/GRefCount.h"
+#include "framework/ipc/GIPCClock.h"
+#include "framework/ipc/GIPCFailure.h"
 #include "framework/system/GProcessInfo.h"
-#include "framework/system/PSystem.h"
 
 namespace {
 
 constexpr long cListeningInterval = 100;  // milliseconds between two looks for a process to listen
-constexpr long cNoLimit = 0x7FFFFFFF;
 
-GIPCManager::SleepFunction sSleep = nullptr;
+using Lock = std::lock_guard<PCriticalSection>;
+
+GIPCRules MakeRules(GWaitBudget* budget) {
+    GIPCRules rules;
+    rules.mBudget = budget;
+    return rules;
+}
+
+bool IsRunning(long processID) {
+    return GProcessInfo::GetInstance()->IsProcessRunning(processID);
+}
 
 }  // namespace
-
-/// The receivers of one type. It outlives its entry in the table while a message is handed out.
-struct GIPCManager::ReceiverList : public GRefCount {
-    GTable<GIPCReceiver*> mReceivers;
-};
 
 GIPCManager* GIPCManager::sInstance = nullptr;
 long GIPCManager::sInitialized = 0;
@@ -39,32 +47,22 @@ GIPCManager* GIPCManager::GetInstance() noexcept {
     return sInstance;
 }
 
-GIPCManager::GIPCManager(GWaitBudget* budget) : mBudget(budget) {}
+GIPCManager::GIPCManager(GWaitBudget* budget) : GIPCManager(MakeRules(budget)) {}
+
+GIPCManager::GIPCManager(const GIPCRules& rules) : mRules(rules), mRegistries(mRules), mOutbox(mRules) {}
 
 GIPCManager::~GIPCManager() {
-    ShutDown();
-}
-
-void GIPCManager::ShutDown() noexcept {
-    mDelayed.Clear();
-    if (mListening) {
-        mListening = false;
-        RunQuietly([this] { StopListening(); });
-    }
-    RunQuietly([this] { UpdateSubscription(); });
-    for (auto& entry : mReceivers)
-        for (GIPCReceiver* receiver : entry.GetValue()->mReceivers) receiver->ForgetRegistrations();
-    mReceivers.Clear();
+    mOutbox.Clear();
+    RunQuietly([this] { StopListening(); });
 }
 
 // --- Receiving
 
 void GIPCManager::Register(long type, GIPCReceiver& receiver) {
-    AddReceiver(type, receiver);
-    if (mListening) return;
+    mReceivers.Add(type, receiver);
+    if (mInboxes) return;
     try {
-        StartListening();
-        mListening = true;
+        mInboxes = std::make_unique<GIPCInboxes>(mRegistries, mRules.mBudget);
         UpdateSubscription();
     } catch (...) {
         RunQuietly([&] { Unregister(type, receiver); });
@@ -73,75 +71,55 @@ void GIPCManager::Register(long type, GIPCReceiver& receiver) {
 }
 
 void GIPCManager::Unregister(long type, GIPCReceiver& receiver) {
-    RemoveReceiver(type, receiver);
-    if (!mListening || !mReceivers.IsEmpty()) return;
-    mListening = false;
-    UpdateSubscription();
-    StopListening();
-}
-
-void GIPCManager::AddReceiver(long type, GIPCReceiver& receiver) {
-    const auto key = static_cast<std::int32_t>(type);
-    if (const GSmartPtr<ReceiverList>* list = mReceivers.Find(key)) {
-        GTable<GIPCReceiver*>& receivers = (*list)->mReceivers;
-        if (!receivers.Has(&receiver)) receivers.Append(&receiver);
-        return;
-    }
-    const GSmartPtr<ReceiverList> list(new ReceiverList);
-    list->mReceivers.Append(&receiver);
-    mReceivers.Set(key, list);
-}
-
-void GIPCManager::RemoveReceiver(long type, GIPCReceiver& receiver) {
-    const auto key = static_cast<std::int32_t>(type);
-    const GSmartPtr<ReceiverList>* list = mReceivers.Find(key);
-    if (list == nullptr) return;
-    GTable<GIPCReceiver*>& receivers = (*list)->mReceivers;
-    const long position = receivers.Find(&receiver);
-    if (position >= 0) receivers.Remove(position);
-    if (receivers.IsEmpty()) mReceivers.Remove(key);
-}
-
-long GIPCManager::GetRegistrationID() const noexcept {
-    return mInbox ? mInbox->GetRegistrationID() : 0;
-}
-
-void GIPCManager::StartListening() {
-    mInbox = std::make_unique<GIPCInbox>(GetMessageQueueMgr(), mBudget);
+    mReceivers.Remove(type, receiver);
+    if (mReceivers.IsEmpty() && mInboxes) StopListening();
 }
 
 void GIPCManager::StopListening() {
-    // In this order they go at the end: the inbox still needs the registry.
-    const std::unique_ptr<GIPCMessageQueueMgr> registry = std::move(mQueueMgr);
-    const std::unique_ptr<GIPCInbox> inbox = std::move(mInbox);
-    inbox->Close();
+    const std::unique_ptr<GIPCInboxes> inboxes = std::move(mInboxes);
+    UpdateSubscription();
+    GFirstFailure failure;
+    if (inboxes) failure.Run([&] { inboxes->Close(); });
+    mRegistries.Close();
+    failure.Throw();
 }
 
-bool GIPCManager::AreInboxesIntact() {
-    return mInbox->IsIntact();
+long GIPCManager::GetRegistrationID() const noexcept {
+    return mInboxes ? mInboxes->GetRegistrationID() : 0;
 }
 
 bool GIPCManager::IsStillRegistered() {
-    return mListening && AreInboxesIntact();
+    return mInboxes && mInboxes->IsIntact();
 }
 
 void GIPCManager::Reregister() {
-    if (!mListening) return;
+    if (!mInboxes) return;
+    std::unique_ptr<GIPCInboxes> old;
+    {
+        // One mutex guards all registries: a sender finds the old entries or the new ones, never both.
+        GSharedMemoryLocker locker(mRegistries.GetOfSession().GetRegistry());
+        old = std::exchange(mInboxes, std::make_unique<GIPCInboxes>(mRegistries, mRules.mBudget));
+        RunQuietly([&] { old->Unregister(); });
+    }
     GTable<GSmartPtr<GIPCMessage>> messages;
-    RunQuietly([&] { ReadInboxes(messages); });
-    GFirstFailure steps;
-    steps.Run([this] { StartListening(); });
-    for (const GSmartPtr<GIPCMessage>& message : messages) steps.Run([&] { Dispatch(*message); });
-    steps.Throw();
+    RunQuietly([&] { old->Drain(messages); });
+    Dispatch(messages);
 }
 
-GIPCMessageQueueMgr& GIPCManager::GetMessageQueueMgr() {
-    if (!mQueueMgr) mQueueMgr = std::make_unique<GIPCMessageQueueMgr>(GIPCMessageQueueMgr::cNormal, mBudget);
-    return *mQueueMgr;
+bool GIPCManager::WaitForMessages(long milliseconds) {
+    if (mInboxes) return mInboxes->WaitForMessages(milliseconds);
+    GIPCClock::Sleep(milliseconds);
+    return false;
+}
+
+GTable<void*> GIPCManager::GetWakeHandles() {
+    GTable<void*> handles;
+    if (mInboxes) mInboxes->GetWakeHandles(handles);
+    return handles;
 }
 
 void GIPCManager::UpdateSubscription() {
-    const bool wanted = mListening || !mDelayed.IsEmpty();
+    const bool wanted = mInboxes || mOutbox.GetCount() > 0;
     if (wanted == mSubscribed) return;
     GSignal<GEmptyMessage>& repeaters = GBasicSignals::GetRepeaters();
     if (wanted) {
@@ -153,38 +131,31 @@ void GIPCManager::UpdateSubscription() {
 }
 
 void GIPCManager::Receive(long signalNumber, const GEmptyMessage&) {
+    const Lock lock(GetReceiverLock());
     if (signalNumber == GBasicSignals::cRepeaterSignal) ForceProcessPendingMessages();
 }
 
 void GIPCManager::ForceProcessPendingMessages() {
-    GFirstFailure steps;
-    steps.Run([this] { SendDelayedMessages(); });
-    steps.Run([this] { ProcessReceivedMessages(); });
-    steps.Throw();
+    GFirstFailure failure;
+    failure.Run([this] { SendDelayedMessages(); });
+    failure.Run([this] { ProcessReceivedMessages(); });
+    failure.Throw();
 }
 
 void GIPCManager::ProcessReceivedMessages() {
-    if (!mListening) return;
+    if (!mInboxes) return;
     GTable<GSmartPtr<GIPCMessage>> messages;
-    GFirstFailure steps;
-    steps.Run([&] { ReadInboxes(messages); });
-    for (const GSmartPtr<GIPCMessage>& message : messages) steps.Run([&] { Dispatch(*message); });
-    steps.Throw();
+    GFirstFailure failure;
+    failure.Run([&] { mInboxes->Drain(messages); });
+    failure.Run([&] { Dispatch(messages); });
+    failure.Throw();
 }
 
-void GIPCManager::ReadInboxes(GTable<GSmartPtr<GIPCMessage>>& messages) {
-    mInbox->Drain(messages);
-}
-
-void GIPCManager::Dispatch(const GIPCMessage& message) {
-    const GSmartPtr<ReceiverList>* found = mReceivers.Find(static_cast<std::int32_t>(message.GetType()));
-    if (found == nullptr) return;
-    const GSmartPtr<ReceiverList> list = *found;
-    GFirstFailure steps;
-    GTableIterator<GIPCReceiver*> receivers(list->mReceivers);
-    while (GIPCReceiver** receiver = receivers.Next())
-        steps.Run([&] { (*receiver)->HandleIPCMessage(message); });
-    steps.Throw();
+void GIPCManager::Dispatch(const GTable<GSmartPtr<GIPCMessage>>& messages) {
+    GFirstFailure failure;
+    for (const GSmartPtr<GIPCMessage>& message : messages)
+        failure.Run([&] { mReceivers.Dispatch(*message); });
+    failure.Throw();
 }
 
 // --- Sending
@@ -206,152 +177,94 @@ void GIPCManager::BroadcastOnce(long type) {
 }
 
 void GIPCManager::SendRaw(long processID, long type, const GBuffer& data) {
-    const CleanupScope cleanup(*this);
-    SendToProcess(processID, type, data, false);
+    SendToProcess(processID, {type, data, false});
 }
 
 void GIPCManager::SendOnceRaw(long processID, long type, const GBuffer& data) {
-    const CleanupScope cleanup(*this);
-    SendToProcess(processID, type, data, true);
+    SendToProcess(processID, {type, data, true});
 }
 
 void GIPCManager::BroadcastRaw(long type, const GBuffer& data) {
-    const CleanupScope cleanup(*this);
-    SendToAll(type, data, false);
+    SendToAll({type, data, false});
 }
 
 void GIPCManager::BroadcastOnceRaw(long type, const GBuffer& data) {
-    const CleanupScope cleanup(*this);
-    SendToAll(type, data, true);
+    SendToAll({type, data, true});
 }
 
-void GIPCManager::SendToProcess(long processID, long type, const GBuffer& data, bool once) {
-    long session = 0;
-    GTable<std::int32_t> registrationIDs;
-    GetMessageQueueMgr().GetRegistered(processID, session, registrationIDs);
-    for (const std::int32_t registrationID : registrationIDs)
-        SendToQueue(
-            {static_cast<std::int32_t>(session), static_cast<std::int32_t>(processID), registrationID}, type,
-            data, once);
+void GIPCManager::SendToProcess(long processID, const GIPCPost& post) {
+    const Lock lock(GetReceiverLock());
+    const GAtScopeEnd cleanup([this]() noexcept { CleanupCorruptedProcesses(); });
+    GIPCListing listing(mRegistries);
+    GIPCDelivery delivery(mRules, listing, mOutbox, post);
+    const Attempt attempt = delivery.PostTo(processID);
+    const bool succeeded = mRules.mOneQueueIsEnough ? attempt.mIsReached : attempt.mIsComplete;
+    if (!succeeded && attempt.mFailure) {
+        Blame(processID, attempt.mFailure);
+        std::rethrow_exception(attempt.mFailure);
+    }
+    if (!attempt.mIsRegistered) listing.CheckSomethingWasRead();
+    delivery.WaitTillTaken();
 }
 
-void GIPCManager::SendToAll(long type, const GBuffer& data, bool once) {
-    GTable<GIPCQueueAddress> queues;
-    GetMessageQueueMgr().GetRegistered(queues);
-    for (const GIPCQueueAddress& queue : queues) {
+GIPCManager::Told GIPCManager::SendOnceRaw(const GTable<std::int32_t>& processIDs, long type,
+                                           const GBuffer& data) {
+    const Lock lock(GetReceiverLock());
+    const GAtScopeEnd cleanup([this]() noexcept { CleanupCorruptedProcesses(); });
+    const GIPCPost post{type, data, true};
+    GIPCListing listing(mRegistries, GIPCListing::Tidying::cWhenCrowded);
+    GIPCDelivery delivery(mRules, listing, mOutbox, post);
+    Told told;
+    for (const std::int32_t processID : processIDs) {
+        const Attempt attempt = delivery.PostTo(processID);
+        if (attempt.mIsReached) {
+            ++told.mReached;
+        } else if (attempt.mListens) {
+            ++told.mFailed;
+            Blame(processID, attempt.mFailure);
+        }
+    }
+    listing.CheckSomethingWasRead();
+    delivery.WaitTillTaken();
+    return told;
+}
+
+void GIPCManager::SendToAll(const GIPCPost& post) {
+    const Lock lock(GetReceiverLock());
+    const GAtScopeEnd cleanup([this]() noexcept { CleanupCorruptedProcesses(); });
+    GIPCListing listing(mRegistries);
+    GIPCDelivery delivery(mRules, listing, mOutbox, post);
+    GTable<std::int32_t> processIDs;
+    listing.GetProcessIDs(processIDs);
+    listing.CheckSomethingWasRead();
+    for (const std::int32_t processID : processIDs) {
         try {
-            SendToQueue(queue, type, data, once);
+            const Attempt attempt = delivery.PostTo(processID);
+            if (!attempt.mIsReached && attempt.mFailure) Blame(processID, attempt.mFailure);
         } catch (const GException&) {
             // What one target cannot take is not the others' loss.
         }
     }
-}
-
-GIPCManager::Delivery GIPCManager::SendToQueue(const GIPCQueueAddress& address, long type,
-                                               const GBuffer& data, bool once) {
-    try {
-        GIPCMessageQueue queue(address.mSession, address.mProcessID, address.mRegistrationID, mBudget);
-        const Delivery delivery = Post(queue, address, type, data, once);
-        queue.Close();
-        return delivery;
-    } catch (const GException& failure) {
-        if (IsQueueFailure(failure)) AddCorruptedProcess(address.mProcessID);
-        throw;
-    }
-}
-
-bool GIPCManager::Append(GIPCMessageQueue& queue, long type, const GBuffer& data, bool once) {
-    return once ? queue.TryToAddRawMessageOnce(type, data) : queue.TryToAddRawMessage(type, data);
-}
-
-GIPCManager::Delivery GIPCManager::Post(GIPCMessageQueue& queue, const GIPCQueueAddress& address, long type,
-                                        const GBuffer& data, bool once) {
-    if (Append(queue, type, data, once)) return Delivery::cInQueue;
-    if (!GIPCMessageQueue::RawDataFitsEmptyQueue(data))
-        throw GSimpleException(GExceptionID::cMessageTooLarge);
-    KeepForLater(address, type, data, once);
-    return Delivery::cKept;
-}
-
-// --- Messages kept for later
-
-void GIPCManager::KeepForLater(const GIPCQueueAddress& address, long type, const GBuffer& data, bool once) {
-    mDelayed.Append({address, static_cast<std::int32_t>(type), data, once});
-    long excess = -GetDelayedLimit();
-    for (const MessageData& message : mDelayed) excess += message.mQueue.mProcessID == address.mProcessID;
-    for (long position = 0; excess > 0; ++position) {
-        if (mDelayed[position].mQueue.mProcessID != address.mProcessID) continue;
-        mDelayed.Remove(position--);
-        --excess;
-    }
-    UpdateSubscription();
-}
-
-long GIPCManager::GetDelayedLimit() const {
-    return cNoLimit;
+    delivery.WaitTillTaken();
 }
 
 void GIPCManager::SendDelayedMessages() {
-    GTable<std::int32_t> waiting;
-    for (long position = 0; position < mDelayed.GetCount();) {
-        if (IsDone(mDelayed[position], waiting)) {
-            mDelayed.Remove(position);
-        } else {
-            ++position;
-        }
-    }
+    GTable<std::int32_t> broken;
+    mOutbox.Retry(broken);
+    // Where one queue is enough, another one of the process may be in order.
+    if (!mRules.mOneQueueIsEnough)
+        for (const std::int32_t processID : broken) mCorrupted.Append(processID);
     CleanupCorruptedProcesses();
-    UpdateSubscription();
 }
 
-// True for a message that was delivered or is not to be kept. The processes in `waiting` are known to be
-// worth waiting for: finding that out takes longer than trying a queue.
-bool GIPCManager::IsDone(const MessageData& message, GTable<std::int32_t>& waiting) {
-    if (IsBeingWritten(message.mQueue)) return false;
+// --- Processes whose queues are gone or broken
+
+void GIPCManager::Blame(long processID, const std::exception_ptr& failure) {
     try {
-        if (TryDelayedMessage(message)) return true;
-    } catch (const GException& failure) {
-        if (!IsQueueFailure(failure)) return false;
-        DelayedTargetFailed(message);
-        return true;
+        std::rethrow_exception(failure);
+    } catch (const GException& reason) {
+        if (GIPCFailure::IsOfTarget(reason)) mCorrupted.Append(static_cast<std::int32_t>(processID));
     }
-    if (waiting.Has(message.mQueue.mProcessID)) return false;
-    if (IsDelayedTargetGone(message)) return true;
-    waiting.Append(message.mQueue.mProcessID);
-    return false;
-}
-
-bool GIPCManager::TryDelayedMessage(const MessageData& message) {
-    const GIPCQueueAddress& address = message.mQueue;
-    GIPCMessageQueue queue(address.mSession, address.mProcessID, address.mRegistrationID, mBudget);
-    const bool appended = Append(queue, message.mType, message.mData, message.mOnce);
-    queue.Close();
-    return appended;
-}
-
-void GIPCManager::DelayedTargetFailed(const MessageData& message) {
-    AddCorruptedProcess(message.mQueue.mProcessID);
-}
-
-bool GIPCManager::IsDelayedTargetGone(const MessageData&) {
-    return false;
-}
-
-bool GIPCManager::IsBeingWritten(const GIPCQueueAddress&) const {
-    return false;
-}
-
-// --- Corrupted processes
-
-bool GIPCManager::IsQueueFailure(const GException& failure) {
-    const long id = failure.GetExceptionID();
-    return id != GExceptionID::cMessageTooLarge && id != GExceptionID::cCouldNotLockMutex &&
-           id != GExceptionID::cOutOfMemory;
-}
-
-void GIPCManager::AddCorruptedProcess(long processID) {
-    const auto key = static_cast<std::int32_t>(processID);
-    if (!mCorrupted.Has(key)) mCorrupted.Append(key);
 }
 
 void GIPCManager::CleanupCorruptedProcesses() noexcept {
@@ -359,63 +272,59 @@ void GIPCManager::CleanupCorruptedProcesses() noexcept {
         const std::int32_t processID = mCorrupted.GetLast();
         mCorrupted.Remove(mCorrupted.GetCount() - 1);
         // An entry that cannot be removed now is met again by the next message to that process.
-        RunQuietly([&] { PurgeProcess(processID); });
-        for (long position = mDelayed.GetCount() - 1; position >= 0; --position)
-            if (mDelayed[position].mQueue.mProcessID == processID) mDelayed.Remove(position);
+        RunQuietly([&] { mRegistries.Purge(processID); });
+        mOutbox.Discard(processID);
     }
     RunQuietly([this] { UpdateSubscription(); });
 }
 
-void GIPCManager::PurgeProcess(long processID) {
-    GetMessageQueueMgr().Unregister(processID);
-}
-
 // --- Asking and waiting
 
-bool GIPCManager::IsRunning(long processID) {
-    return GProcessInfo::GetInstance()->IsProcessRunning(processID);
-}
-
 GIPCManager::ListeningState GIPCManager::GetListeningState(long processID) {
-    long session = 0;
-    GTable<std::int32_t> registrationIDs;
-    GetMessageQueueMgr().GetRegistered(processID, session, registrationIDs);
-    if (registrationIDs.IsEmpty()) return cNotListening;
-    if (!IsRunning(processID)) return cNotUsable;
-    for (long position = registrationIDs.GetCount() - 1; position >= 0; --position)
-        if (!CanOpen({static_cast<std::int32_t>(session), static_cast<std::int32_t>(processID),
-                      registrationIDs[position]}))
-            return cNotUsable;
-    return cListening;
+    GIPCListing listing(mRegistries);
+    bool isRegistered = false;
+    bool isUsable = false;
+    GFirstFailure failure;
+    listing.TryRegistries(processID, [&](const GIPCListing::Queues& queues) {
+        if (!std::exchange(isRegistered, true) && !IsRunning(processID)) return true;
+        failure.Run([&] { isUsable = AreUsable(queues); });
+        return isUsable || !mRules.mOneQueueIsEnough;
+    });
+    if (isUsable) return cListening;
+    failure.Throw();
+    if (isRegistered) return cNotUsable;
+    listing.CheckSomethingWasRead();
+    return cNotListening;
 }
 
-bool GIPCManager::CanOpen(const GIPCQueueAddress& address) {
+// The newest queue is the most likely one to be in order. What cannot be found out about one is thrown only
+// when no other one decides.
+bool GIPCManager::AreUsable(const GIPCListing::Queues& queues) {
+    GFirstFailure failure;
+    for (long position = queues.GetCount() - 1; position >= 0; --position) {
+        bool isUsable = false;
+        const bool isKnown = failure.Run([&] { isUsable = IsUsable(queues[position]); });
+        if (isKnown && isUsable == mRules.mOneQueueIsEnough) return isUsable;
+    }
+    failure.Throw();
+    return !mRules.mOneQueueIsEnough;
+}
+
+// Throws what does not tell (GIPCFailure).
+bool GIPCManager::IsUsable(const GIPCQueueAddress& queue) {
     try {
-        GIPCMessageQueue queue(address.mSession, address.mProcessID, address.mRegistrationID, mBudget);
-        queue.Close();
+        GIPCMessageQueue(queue.mSession, queue.mProcessID, queue.mRegistrationID, mRules.mBudget);
         return true;
     } catch (const GException& failure) {
-        if (!IsQueueFailure(failure)) throw;
+        if (!GIPCFailure::IsOfTarget(failure)) throw;
         return false;
     }
 }
 
 void GIPCManager::WaitTillListening(long processID) {
     while (IsRunning(processID)) {
-        if (GetMessageQueueMgr().IsRegistered(processID)) return;
-        MilliSleep(cListeningInterval);
+        if (mRegistries.GetOfSession().IsRegistered(processID)) return;
+        GIPCClock::Sleep(cListeningInterval);
     }
     throw GSimpleException(GExceptionID::cTargetNotRunning);
-}
-
-void GIPCManager::SetSleepFunction(SleepFunction sleep) noexcept {
-    sSleep = sleep;
-}
-
-void GIPCManager::MilliSleep(long milliseconds) {
-    if (sSleep != nullptr) {
-        sSleep(milliseconds);
-    } else {
-        PSystem::MilliSleep(milliseconds);
-    }
 }

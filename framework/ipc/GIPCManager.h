@@ -5,18 +5,17 @@
 
 #include "framework/core/GExport.h"
 #include "framework/core/bytes/GBuffer.h"
-#include "framework/core/containers/GDict.h"
 #include "framework/core/containers/GTable.h"
 #include "framework/core/events/GEmptyMessage.h"
 #include "framework/core/events/GReceiver.h"
 #include "framework/core/memory/GSmartPtr.h"
-#include "framework/ipc/GIPCInbox.h"
-#include "framework/ipc/GIPCMessageQueue.h"
-#include "framework/ipc/GIPCMessageQueueMgr.h"
-#include "framework/ipc/GIPCQueueAddress.h"
+#include "framework/ipc/GIPCDelivery.h"
+#include "framework/ipc/GIPCInboxes.h"
+#include "framework/ipc/GIPCOutbox.h"
 #include "framework/ipc/GIPCReceiver.h"
-
-class GException;
+#include "framework/ipc/GIPCReceivers.h"
+#include "framework/ipc/GIPCRegistries.h"
+#include "framework/ipc/GIPCRules.h"
 
 /// GIPCManager: messages between the processes of a machine, in whatever session they run.
 ///
@@ -25,11 +24,12 @@ class GException;
 /// drains. Sending finds the target's queues in the registries and appends. A message that a queue has
 /// no room for is kept and tried again on every tick.
 ///
-/// A target whose queue is missing or broken is taken out of the registry once the sending call is over,
-/// with the messages kept for it. Waits for shared mutexes have no limit unless a budget is given; one
-/// that takes too long throws 40202 and is held against nobody.
+/// A target whose queue is gone or broken is taken out of the registry once the sending call is over,
+/// with the messages kept for it. Waits for shared mutexes have no limit unless the rules give a budget; one
+/// that takes too long throws GExceptionID::cCouldNotLockMutex and is held against nobody.
 ///
-/// One thread at a time. Subclasses change which registries are used by overriding the hooks.
+/// It joins GIPCReceivers, GIPCInboxes, GIPCRegistries, GIPCDelivery and GIPCOutbox; GIPCRules say in what
+/// managers differ. Sending and ticking may happen on different threads; everything else on one at a time.
 class QUILLON_EXPORT GIPCManager : public GReceiver<GEmptyMessage> {
 public:
     enum ListeningState {
@@ -46,6 +46,7 @@ public:
 
     /// `budget`, null for none, limits the waits for shared mutexes and outlives the manager.
     explicit GIPCManager(GWaitBudget* budget = nullptr);
+    explicit GIPCManager(const GIPCRules& rules);
     ~GIPCManager() override;
 
     /// @name Receiving
@@ -55,9 +56,9 @@ public:
     void Register(long type, GIPCReceiver& receiver);
     /// The last receiver to go ends the listening, also when that throws.
     void Unregister(long type, GIPCReceiver& receiver);
-    bool IsListening() const noexcept { return mListening; }
+    bool IsListening() const noexcept { return mInboxes != nullptr; }
     /// 0 when not listening.
-    virtual long GetRegistrationID() const noexcept;
+    long GetRegistrationID() const noexcept;
     /// Whether others still find this process: each of its entries stands in its registry, and each of its
     /// queues can be opened. Any process may have removed or spoiled them. False while not listening.
     /// Throws GExceptionID::cCouldNotLockMutex when that could not be found out in time.
@@ -71,15 +72,25 @@ public:
     /// The same on demand. Throws what a receiver threw, and what was wrong with the own queue (which
     /// is made an empty one after its good messages have been delivered).
     void ForceProcessPendingMessages();
+    /// For a program's loop, between two ticks: waits until a message has come, at most so many
+    /// milliseconds; true when one is there. A sender that does not set the events (see GetWakeHandles) is
+    /// noticed at the end only. Only waits while not listening.
+    bool WaitForMessages(long milliseconds);
+    /// For loops that wait for other things, too: the handles of the events that senders set, one or two,
+    /// none where the system has refused them. On Windows HANDLEs of events, which a wait that sees them set
+    /// resets. Valid until the listening ends or begins anew. They may be set for nothing, and never, so a
+    /// wait needs a limit and a pause after it was woken for nothing.
+    GTable<void*> GetWakeHandles();
     /// @}
 
     /// @name Sending. A process that is not registered is sent nothing, and that is no failure. A
-    /// payload that no queue could hold throws 40153; a queue that is gone or broken throws 2450 or
-    /// the number of what is wrong with it.
+    /// payload that no queue could hold throws GExceptionID::cMessageTooLarge; a queue that is gone or
+    /// broken throws cGeneral or the number of what is wrong with it.
     /// @{
     void Send(long processID, long type);
     void SendRaw(long processID, long type, const GBuffer& data);
-    /// A queue in which the same type and payload is waiting counts as having got it.
+    /// A queue in which the same type and payload is waiting counts as having got it. Where the rules want
+    /// it, waits for the message to be taken.
     void SendOnce(long processID, long type);
     void SendOnceRaw(long processID, long type, const GBuffer& data);
     /// To everybody registered. A target that cannot be reached costs the others nothing and is not
@@ -88,108 +99,52 @@ public:
     void BroadcastRaw(long type, const GBuffer& data);
     void BroadcastOnce(long type);
     void BroadcastOnceRaw(long type, const GBuffer& data);
-    long GetDelayedCount() const noexcept { return mDelayed.GetCount(); }
+
+    /// How many processes a message was for, by what became of it. Those that do not listen are in neither.
+    struct Told {
+        long mReached = 0;
+        long mFailed = 0;  ///< they listen, but their queue is broken or its mutex was not to be had
+    };
+    /// Sends once to all these processes, and only then waits, once for all of them. A target that cannot be
+    /// reached costs the others nothing. Registries that are nearly full are tidied on the way. Throws
+    /// GExceptionID::cMessageTooLarge, and what keeps it from reading any registry.
+    Told SendOnceRaw(const GTable<std::int32_t>& processIDs, long type, const GBuffer& data);
+
+    long GetDelayedCount() const noexcept { return mOutbox.GetCount(); }
     /// @}
 
-    virtual ListeningState GetListeningState(long processID);
+    ListeningState GetListeningState(long processID);
     /// Returns once the process is registered in the registry of this session, looking every 100 ms
-    /// without a limit; throws 40152 when it ends first.
+    /// without a limit; throws GExceptionID::cTargetNotRunning when it ends first.
     void WaitTillListening(long processID);
 
-    /// Replaces PSystem::MilliSleep for all managers; null brings it back.
-    using SleepFunction = void (*)(long milliseconds);
-    static void SetSleepFunction(SleepFunction sleep) noexcept;
-
 protected:
-    /// A message kept for later.
-    struct MessageData {
-        GIPCQueueAddress mQueue;
-        std::int32_t mType;
-        GBuffer mData;
-        bool mOnce;
-    };
-    /// What became of a message handed to a queue.
-    enum class Delivery { cInQueue, cKept };
-
-    /// @name Hooks
-    /// @{
-
-    /// Registers the process and opens its queue or queues; throws without having changed anything.
-    virtual void StartListening();
-    /// Closes and unregisters everything, and throws only then.
-    virtual void StopListening();
-    virtual bool AreInboxesIntact();
-    /// The registry of this session.
-    virtual GIPCMessageQueueMgr& GetMessageQueueMgr();
-    /// Drains the own queue or queues; may throw after having added what could be read.
-    virtual void ReadInboxes(GTable<GSmartPtr<GIPCMessage>>& messages);
-    virtual void SendToProcess(long processID, long type, const GBuffer& data, bool once);
-    virtual void SendToAll(long type, const GBuffer& data, bool once);
-    virtual Delivery SendToQueue(const GIPCQueueAddress& queue, long type, const GBuffer& data, bool once);
-    /// A kept message met a queue that is gone or broken; it is dropped after this.
-    virtual void DelayedTargetFailed(const MessageData& message);
-    /// True when a kept message, which still does not fit, is not to be kept any longer.
-    virtual bool IsDelayedTargetGone(const MessageData& message);
-    /// True while a message for this queue must not be tried.
-    virtual bool IsBeingWritten(const GIPCQueueAddress& queue) const;
-    /// How many messages are kept for one process, at most; the oldest ones go first.
-    virtual long GetDelayedLimit() const;
-    /// Takes a process out of the registries that this process may change.
-    virtual void PurgeProcess(long processID);
-    /// @}
-
-    GWaitBudget* GetBudget() const noexcept { return mBudget; }
-    static void MilliSleep(long milliseconds);
-    /// Appends to an open queue, or keeps the message (40153 when no queue could ever hold it).
-    Delivery Post(GIPCMessageQueue& queue, const GIPCQueueAddress& address, long type, const GBuffer& data,
-                  bool once);
-    void AddCorruptedProcess(long processID);
-    void CleanupCorruptedProcesses() noexcept;
-    /// True for failures that tell something about the queue: not for a mutex that was not to be had in
-    /// time, for a message that is too large, and for want of memory.
-    static bool IsQueueFailure(const GException& failure);
-    static bool IsRunning(long processID);
-    /// Whether the queue is there and in order. Throws what does not tell (see IsQueueFailure).
-    bool CanOpen(const GIPCQueueAddress& address);
-    void SendDelayedMessages();
-    void ProcessReceivedMessages();
-    /// Subscribes to the repeater signal while there is something to do on it.
-    void UpdateSubscription();
-    /// Stops listening and unsubscribes, keeping failures to itself. The destructor of a subclass that
-    /// overrides a hook calls this first: afterwards its hooks are gone.
-    void ShutDown() noexcept;
+    /// Opens the registries, which otherwise happens when they are first needed.
+    void OpenRegistries() { mRegistries.Open(); }
+    bool HasGlobalRegistry() { return mRegistries.GetGlobal() != nullptr; }
 
 private:
-    struct ReceiverList;
+    using Attempt = GIPCDelivery::Attempt;
 
-    /// Cleans up after the corrupted processes at the end of a call, whichever way it ends.
-    class CleanupScope {
-    public:
-        explicit CleanupScope(GIPCManager& manager) noexcept : mManager(manager) {}
-        CleanupScope(const CleanupScope&) = delete;
-        CleanupScope& operator=(const CleanupScope&) = delete;
-        ~CleanupScope() { mManager.CleanupCorruptedProcesses(); }
+    void StopListening();
+    void ProcessReceivedMessages();
+    void Dispatch(const GTable<GSmartPtr<GIPCMessage>>& messages);
+    void SendToProcess(long processID, const GIPCPost& post);
+    void SendToAll(const GIPCPost& post);
+    void SendDelayedMessages();
+    void Blame(long processID, const std::exception_ptr& failure);
+    void CleanupCorruptedProcesses() noexcept;
+    bool AreUsable(const GIPCListing::Queues& queues);
+    bool IsUsable(const GIPCQueueAddress& queue);
+    void UpdateSubscription();
 
-    private:
-        GIPCManager& mManager;
-    };
-
-    void AddReceiver(long type, GIPCReceiver& receiver);
-    void RemoveReceiver(long type, GIPCReceiver& receiver);
-    void Dispatch(const GIPCMessage& message);
-    void KeepForLater(const GIPCQueueAddress& address, long type, const GBuffer& data, bool once);
-    bool IsDone(const MessageData& message, GTable<std::int32_t>& waiting);
-    bool TryDelayedMessage(const MessageData& message);
-    static bool Append(GIPCMessageQueue& queue, long type, const GBuffer& data, bool once);
-
-    GWaitBudget* mBudget;
-    bool mListening = false;
+    const GIPCRules mRules;
+    GIPCRegistries mRegistries;
+    GIPCOutbox mOutbox;
+    GIPCReceivers mReceivers;
+    std::unique_ptr<GIPCInboxes> mInboxes;  // null while not listening
+    GTable<std::int32_t> mCorrupted;        // whose queues could not be used during the current call
     bool mSubscribed = false;
-    std::unique_ptr<GIPCMessageQueueMgr> mQueueMgr;
-    std::unique_ptr<GIPCInbox> mInbox;  // null while not listening
-    GTable<std::int32_t> mCorrupted;
-    GTable<MessageData> mDelayed;
-    GDict<std::int32_t, GSmartPtr<ReceiverList>> mReceivers;
 
     static GIPCManager* sInstance;
     static long sInitialized;

@@ -5,6 +5,7 @@
 
 #include "framework/core/errors/GException.h"
 #include "framework/core/errors/GExceptionID.h"
+#include "framework/core/errors/GFirstFailure.h"
 #include "framework/ipc/GShMemWord.h"
 #include "framework/system/GProcessInfo.h"
 #include "framework/system/GSessionInfo.h"
@@ -15,6 +16,9 @@ constexpr long cVersion = 1;
 constexpr long cVersionOffset = 0;
 constexpr long cEndOffset = 4;    // where the end offset stands
 constexpr long cFirstRecord = 8;  // and what it is in an empty queue
+
+// The event that wakes a queue's owner has this before the queue's identifier.
+constexpr const char* cEventPrefix = "QulShE";
 
 constexpr std::int32_t cMessageKind = 1;
 constexpr long cRecordHeader = 8;    // kind and length, in every record
@@ -43,12 +47,14 @@ struct GIPCMessageQueue::Record {
 
 GIPCMessageQueue::GIPCMessageQueue(long session, long processID, long registrationID, GWaitBudget* budget)
     : GSharedMemory(GetMemoryPath(session), ConvertToMemoryID(processID, registrationID), budget,
-                    &CheckOrWriteHeader) {}
+                    &CheckOrWriteHeader),
+      mIdentifier(ConvertToMemoryID(processID, registrationID)) {}
 
 GIPCMessageQueue::GIPCMessageQueue(long session, long processID, long registrationID, bool& created,
                                    GWaitBudget* budget)
-    : GSharedMemory(GetMemoryPath(session), ConvertToMemoryID(processID, registrationID), cQueueLength,
-                    created, budget, &CheckOrWriteHeader) {}
+    : GSharedMemory(GetMemoryPath(session), ConvertToMemoryID(processID, registrationID),
+                    {cQueueLength, cFirstRecord + cRecordOverhead}, created, budget, &CheckOrWriteHeader),
+      mIdentifier(ConvertToMemoryID(processID, registrationID)) {}
 
 void GIPCMessageQueue::CheckOrWriteHeader(GSharedMemory& segment, bool created) {
     segment.SetCursor(cVersionOffset);
@@ -66,6 +72,11 @@ GBuffer GIPCMessageQueue::GetMemoryPath(long session) {
     return path;
 }
 
+bool GIPCMessageQueue::Exists(const GBuffer& path, long processID, long registrationID) {
+    return PSharedMemory::Exists(
+        path, GIPPrefix::AddPrefix(GIPPrefix::cSharedMemory, ConvertToMemoryID(processID, registrationID)));
+}
+
 GShMemID GIPCMessageQueue::ConvertToMemoryID(long processID, long registrationID) {
     return GShMemID::GetSpecialID(GShMemID::cProcess) + GShMemID(GBuffer(processID)) +
            GShMemID::GetSpecialID(GShMemID::cMessageQueue) + GShMemID(GBuffer(registrationID));
@@ -76,21 +87,47 @@ bool GIPCMessageQueue::RawDataFitsEmptyQueue(const GBuffer& data) {
 }
 
 bool GIPCMessageQueue::TryToAddRawMessage(long type, const GBuffer& data) {
-    return TryToAddRawMessage(GetOwnProcessID(), type, data);
+    return Add(GetOwnProcessID(), type, data, false);
 }
 
 bool GIPCMessageQueue::TryToAddRawMessage(long sender, long type, const GBuffer& data) {
-    GSharedMemoryLocker locker(*this);
-    return Append(sender, type, data);
+    return Add(sender, type, data, false);
 }
 
 bool GIPCMessageQueue::TryToAddRawMessageOnce(long type, const GBuffer& data) {
-    return TryToAddRawMessageOnce(GetOwnProcessID(), type, data);
+    return Add(GetOwnProcessID(), type, data, true);
 }
 
 bool GIPCMessageQueue::TryToAddRawMessageOnce(long sender, long type, const GBuffer& data) {
+    return Add(sender, type, data, true);
+}
+
+bool GIPCMessageQueue::Add(long sender, long type, const GBuffer& data, bool once) {
+    {
+        GSharedMemoryLocker locker(*this);
+        if (once && Contains(type, data)) return true;
+        if (!Append(sender, type, data)) return false;
+    }
+    // With the mutex free, so that the owner does not wake up to wait for it. The message is on its way:
+    // nothing may throw.
+    RunQuietly([this] { WakeOwner(); });
+    return true;
+}
+
+void GIPCMessageQueue::WakeOwner() {
+    // An owner that waits has made the event before anybody could find the queue.
+    if (!mEvent) mEvent.emplace(GBuffer(cEventPrefix) + mIdentifier.GetBuffer(), PIPEventImp::Use::cOpen);
+    mEvent->Set();
+}
+
+PIPEventImp GIPCMessageQueue::MakeEvent(long processID, long registrationID) {
+    return PIPEventImp(GBuffer(cEventPrefix) + ConvertToMemoryID(processID, registrationID).GetBuffer(),
+                       PIPEventImp::Use::cOpenOrCreate);
+}
+
+bool GIPCMessageQueue::HasMessages() {
     GSharedMemoryLocker locker(*this);
-    return Contains(type, data) || Append(sender, type, data);
+    return ReadEndOffset() > cFirstRecord;
 }
 
 bool GIPCMessageQueue::ContainsRawMessage(long type, const GBuffer& data) {

@@ -1,24 +1,18 @@
 #include "framework/ipc/GIPCMessageQueueMgr.h"
 
-#include <array>
-#include <cstring>
-#include <ctime>
 #include <exception>
 
 #include "framework/core/errors/GException.h"
 #include "framework/core/errors/GExceptionID.h"
-#include "framework/ipc/GShMemWord.h"
+#include "framework/core/errors/GFirstFailure.h"
+#include "framework/ipc/GIPCMessageQueue.h"
+#include "framework/system/GProcessInfo.h"
 #include "framework/system/GSessionInfo.h"
 #include "framework/system/PSystem.h"
 
 namespace {
 
-constexpr long cVersion = 1;
-constexpr long cVersionOffset = 0;
-constexpr long cSeedOffset = 4;
-constexpr long cEndOffset = 8;    // where the end offset stands
-constexpr long cFirstEntry = 12;  // and what it is in an empty registry
-constexpr long cEntrySize = 8;    // process ID, registration ID
+using Entry = GIPCRegistryEntries::Entry;
 
 // The systems whose kernel objects know no sessions, so that all processes share one name space.
 constexpr long cFirstWithoutSessions = 3003;
@@ -30,8 +24,8 @@ bool SharesOneNameSpace() {
     return code >= cFirstWithoutSessions && code <= cLastWithoutSessions;
 }
 
-long GetRunTime() {
-    return static_cast<long>(static_cast<long long>(std::clock()) * 1000 / CLOCKS_PER_SEC);
+Entry MakeEntry(long processID, long registrationID) {
+    return {static_cast<std::int32_t>(processID), static_cast<std::int32_t>(registrationID)};
 }
 
 /// The generator behind the standard library's rand_r, whatever the library at hand does.
@@ -53,34 +47,6 @@ private:
 };
 
 }  // namespace
-
-/// A copy of what a registry holds: nothing in it changes while it is looked at.
-struct GIPCMessageQueueMgr::Entries {
-    std::array<unsigned char, cMaxEntries * cEntrySize> mBytes;
-    long mCount = 0;
-
-    unsigned char* At(long position) noexcept { return mBytes.data() + position * cEntrySize; }
-    const unsigned char* At(long position) const noexcept { return mBytes.data() + position * cEntrySize; }
-    std::int32_t GetProcessID(long position) const noexcept { return GShMemWord::Get(At(position)); }
-    std::int32_t GetRegistrationID(long position) const noexcept {
-        return GShMemWord::Get(At(position) + GShMemWord::cSize);
-    }
-    bool HasRegistrationID(std::int32_t registrationID) const noexcept {
-        for (long position = 0; position < mCount; ++position)
-            if (GetRegistrationID(position) == registrationID) return true;
-        return false;
-    }
-    void Collect(long processID, GTable<std::int32_t>& registrationIDs) const {
-        for (long position = 0; position < mCount; ++position)
-            if (GetProcessID(position) == processID) registrationIDs.Append(GetRegistrationID(position));
-    }
-    long Find(long processID, long registrationID) const noexcept {
-        for (long position = 0; position < mCount; ++position)
-            if (GetProcessID(position) == processID && GetRegistrationID(position) == registrationID)
-                return position;
-        return -1;
-    }
-};
 
 const GShMemID& GIPCMessageQueueMgr::GetRegistryID(ManagerType type) {
     return GShMemID::GetSpecialID(type == cTest ? GShMemID::cTestRegistry : GShMemID::cRegistry);
@@ -106,55 +72,18 @@ GIPCMessageQueueMgr::GIPCMessageQueueMgr(const GShMemID& identifier, long sessio
       mSession(static_cast<std::int32_t>(session)),
       mScope(scope),
       mBudget(budget),
-      mRegistry(GetMemoryPath(session), identifier, cRegistryLength, mCreated, budget, &CheckOrWriteHeader) {}
+      mRegistry(GetMemoryPath(session), identifier, {cRegistryLength, GIPCRegistryEntries::GetLength(1)},
+                mCreated, budget, &GIPCRegistryEntries::CheckOrWriteHeader) {}
 
 GIPCMessageQueueMgr::~GIPCMessageQueueMgr() {
-    try {
-        UnregisterOwn();
-    } catch (...) {
-        // Whoever sends to an entry that stays behind finds its queue gone, and then removes it.
-    }
+    // Whoever sends to an entry that stays behind finds its queue gone, and then removes it.
+    RunQuietly([this] { UnregisterOwn(); });
 }
 
-void GIPCMessageQueueMgr::CheckOrWriteHeader(GSharedMemory& registry, bool created) {
-    registry.SetCursor(cVersionOffset);
-    if (created) {
-        registry.WriteInt32(cVersion);
-        registry.WriteInt32(GetRunTime());
-        registry.WriteInt32(cFirstEntry);
-    } else if (registry.ReadInt32() != cVersion) {
-        throw GSimpleException(GExceptionID::cUnknownIPCVersion);
-    }
-}
+// --- Entering
 
-GIPCMessageQueueMgr::Entries GIPCMessageQueueMgr::ReadEntries(GSharedMemory& registry) {
-    GSharedMemoryLocker locker(registry);
-    registry.SetCursor(cEndOffset);
-    const long end = registry.ReadInt32();
-    if (end < cFirstEntry || end > cRegistryLength || (end - cFirstEntry) % cEntrySize != 0)
-        throw GSimpleException(GExceptionID::cNotEnoughData);
-    Entries entries;
-    registry.ReadBytes(entries.mBytes.data(), end - cFirstEntry);
-    entries.mCount = (end - cFirstEntry) / cEntrySize;
-    return entries;
-}
-
-void GIPCMessageQueueMgr::WriteEntry(long position, const unsigned char* entry) {
-    mRegistry.SetCursor(cFirstEntry + position * cEntrySize);
-    mRegistry.WriteBytes(entry, cEntrySize);
-}
-
-void GIPCMessageQueueMgr::WriteCount(long count) {
-    mRegistry.SetCursor(cEndOffset);
-    mRegistry.WriteInt32(cFirstEntry + count * cEntrySize);
-}
-
-long GIPCMessageQueueMgr::FindUnusedRegistrationID(const Entries& entries) {
-    mRegistry.SetCursor(cSeedOffset);
-    const std::uint32_t seed = static_cast<std::uint32_t>(mRegistry.ReadInt32()) + 1;
-    mRegistry.SetCursor(cSeedOffset);
-    mRegistry.WriteInt32(static_cast<std::int32_t>(seed));
-    RegistrationIDs candidates(seed);
+std::int32_t GIPCMessageQueueMgr::FindUnusedRegistrationID(const GIPCRegistryEntries& entries) {
+    RegistrationIDs candidates(GIPCRegistryEntries::CountUpSeed(mRegistry));
     std::int32_t candidate = candidates.Draw();
     while (entries.HasRegistrationID(candidate)) candidate = candidates.Draw();
     return candidate;
@@ -164,43 +93,34 @@ long GIPCMessageQueueMgr::Register(long processID) {
     mOwn.Reserve(mOwn.GetCount() + 1);
     // One hold for the search and the entry: nobody else can take the ID in between.
     GSharedMemoryLocker locker(mRegistry);
-    const Entries entries = ReadEntries(mRegistry);
-    const long registrationID = FindUnusedRegistrationID(entries);
-    if (entries.mCount == cMaxEntries) throw GSimpleException(GExceptionID::cNotEnoughSpace);
-    unsigned char entry[cEntrySize];
-    GShMemWord::Put(entry, static_cast<std::int32_t>(processID));
-    GShMemWord::Put(entry + GShMemWord::cSize, static_cast<std::int32_t>(registrationID));
-    WriteEntry(entries.mCount, entry);
-    WriteCount(entries.mCount + 1);
-    mOwn.Append({mSession, static_cast<std::int32_t>(processID), static_cast<std::int32_t>(registrationID)});
-    return registrationID;
+    GIPCRegistryEntries entries(mRegistry);
+    if (entries.IsFull()) Tidy(mRegistry, mSession, entries);
+    if (entries.IsFull()) throw GSimpleException(GExceptionID::cNotEnoughSpace);
+    const Entry entry = MakeEntry(processID, FindUnusedRegistrationID(entries));
+    entries.Append(entry);
+    entries.Write(mRegistry, entries.GetCount() - 1);
+    mOwn.Append({mSession, entry.mProcessID, entry.mRegistrationID});
+    return entry.mRegistrationID;
 }
 
 void GIPCMessageQueueMgr::Unregister(long processID, long registrationID) {
     {
         GSharedMemoryLocker locker(mRegistry);
-        const Entries entries = ReadEntries(mRegistry);
-        const long position = entries.Find(processID, registrationID);
+        GIPCRegistryEntries entries(mRegistry);
+        const long position = entries.Find(MakeEntry(processID, registrationID));
         if (position < 0) return;
-        WriteEntry(position, entries.At(entries.mCount - 1));
-        WriteCount(entries.mCount - 1);
+        entries.Remove(position);
+        entries.Write(mRegistry, position);
     }
     ForgetOwn(processID, registrationID);
 }
 
 void GIPCMessageQueueMgr::Unregister(long processID) {
     GSharedMemoryLocker locker(mRegistry);
-    Entries entries = ReadEntries(mRegistry);
-    const long before = entries.mCount;
-    long kept = 0;
-    for (long position = 0; position < before; ++position) {
-        if (entries.GetProcessID(position) == processID) continue;
-        std::memmove(entries.At(kept++), entries.At(position), cEntrySize);
-    }
-    if (kept == before) return;
-    mRegistry.SetCursor(cFirstEntry);
-    mRegistry.WriteBytes(entries.mBytes.data(), kept * cEntrySize);
-    WriteCount(kept);
+    GIPCRegistryEntries entries(mRegistry);
+    const long before = entries.GetCount();
+    entries.KeepIf([=](const Entry& entry) { return entry.mProcessID != processID; });
+    if (entries.GetCount() < before) entries.Write(mRegistry, 0);
 }
 
 void GIPCMessageQueueMgr::UnregisterOwn() {
@@ -213,10 +133,28 @@ void GIPCMessageQueueMgr::UnregisterOwn() {
 }
 
 void GIPCMessageQueueMgr::ForgetOwn(long processID, long registrationID) {
-    const long position = mOwn.Find(
-        {mSession, static_cast<std::int32_t>(processID), static_cast<std::int32_t>(registrationID)});
+    const Entry entry = MakeEntry(processID, registrationID);
+    const long position = mOwn.Find({mSession, entry.mProcessID, entry.mRegistrationID});
     if (position >= 0) mOwn.Remove(position);
 }
+
+// Removes the entries that do not count and those of processes that have ended. When that makes no room,
+// somebody has filled the registry on purpose; entries without a queue go, too. The segment is locked.
+void GIPCMessageQueueMgr::Tidy(GSharedMemory& registry, long session, GIPCRegistryEntries& entries) {
+    const GTable<std::int32_t> running = GProcessInfo::GetInstance()->GetRunningProcessIDs();
+    const long before = entries.GetCount();
+    entries.KeepWhatCounts();
+    entries.KeepIf([&](const Entry& entry) { return running.Has(entry.mProcessID); });
+    if (entries.IsFull()) {
+        const GBuffer path = GetMemoryPath(session);
+        entries.KeepIf([&](const Entry& entry) {
+            return GIPCMessageQueue::Exists(path, entry.mProcessID, entry.mRegistrationID);
+        });
+    }
+    if (entries.GetCount() < before) entries.Write(registry, 0);
+}
+
+// --- Looking up
 
 bool GIPCMessageQueueMgr::IsRegistered(long processID) {
     GTable<std::int32_t> registrationIDs;
@@ -226,12 +164,15 @@ bool GIPCMessageQueueMgr::IsRegistered(long processID) {
 
 void GIPCMessageQueueMgr::GetRegisteredHere(long processID, GTable<std::int32_t>& registrationIDs) {
     registrationIDs.Clear();
-    ReadEntries(mRegistry).Collect(processID, registrationIDs);
+    GTable<GIPCQueueAddress> queues;
+    ReadSession(mSession, queues);
+    for (const GIPCQueueAddress& queue : queues)
+        if (queue.mProcessID == processID) registrationIDs.Append(queue.mRegistrationID);
 }
 
-// The sessions to search: the pseudo-session only where it is a name space of its own, and this
-// registry's own session even when the system does not list it.
-void GIPCMessageQueueMgr::FindSessions(GTable<std::int32_t>& sessions) const {
+// The pseudo-session only where it is a name space of its own, and this registry's own session even when
+// the system does not list it.
+void GIPCMessageQueueMgr::GetSessions(GTable<std::int32_t>& sessions) const {
     sessions.Clear();
     if (mScope == Scope::cEverySession) {
         GTable<std::int32_t> all;
@@ -242,32 +183,41 @@ void GIPCMessageQueueMgr::FindSessions(GTable<std::int32_t>& sessions) const {
     if (!sessions.Has(mSession)) sessions.Append(mSession);
 }
 
-bool GIPCMessageQueueMgr::ReadSession(long session, Entries& entries) {
+bool GIPCMessageQueueMgr::ReadSession(long session, GTable<GIPCQueueAddress>& queues, Tidying tidying) {
     if (session == mSession) {
-        entries = ReadEntries(mRegistry);
+        Read(mRegistry, session, queues, tidying);
         return true;
     }
     const GBuffer path = GetMemoryPath(session);
     if (!PSharedMemory::Exists(path, GIPPrefix::AddPrefix(GIPPrefix::cSharedMemory, mIdentifier)))
         return false;
-    GSharedMemory registry(path, mIdentifier, mBudget, &CheckOrWriteHeader);
-    entries = ReadEntries(registry);
-    registry.Close();
+    GSharedMemory registry(path, mIdentifier, mBudget, &GIPCRegistryEntries::CheckOrWriteHeader);
+    Read(registry, session, queues, tidying);
     return true;
 }
 
-// Calls visit(session, entries) for each session's registry until it returns false. Anybody can spoil
+void GIPCMessageQueueMgr::Read(GSharedMemory& registry, long session, GTable<GIPCQueueAddress>& queues,
+                               Tidying tidying) {
+    GSharedMemoryLocker locker(registry);
+    GIPCRegistryEntries entries(registry);
+    // What keeps it from being tidied does not keep it from being read.
+    if (tidying == Tidying::cWhenCrowded && entries.IsCrowded())
+        RunQuietly([&] { Tidy(registry, session, entries); });
+    entries.CollectQueues(session, queues);
+}
+
+// Calls visit(queues) with the queues in each session's registry until it returns false. Anybody can spoil
 // the registry of his session, so one that cannot be read must not hide the others.
 template <class Visit>
 void GIPCMessageQueueMgr::VisitSessions(Visit visit) {
     GTable<std::int32_t> sessions;
-    FindSessions(sessions);
-    Entries entries;
+    GetSessions(sessions);
     std::exception_ptr failure;
     bool someRead = false;
     for (const std::int32_t session : sessions) {
+        GTable<GIPCQueueAddress> queues;
         try {
-            if (!ReadSession(session, entries)) continue;
+            if (!ReadSession(session, queues)) continue;
         } catch (const GMemoryException&) {
             throw;
         } catch (const GException&) {
@@ -275,7 +225,7 @@ void GIPCMessageQueueMgr::VisitSessions(Visit visit) {
             continue;
         }
         someRead = true;
-        if (!visit(session, entries)) return;
+        if (!visit(queues)) return;
     }
     if (failure && !someRead) std::rethrow_exception(failure);
 }
@@ -283,19 +233,20 @@ void GIPCMessageQueueMgr::VisitSessions(Visit visit) {
 void GIPCMessageQueueMgr::GetRegistered(long processID, long& session,
                                         GTable<std::int32_t>& registrationIDs) {
     registrationIDs.Clear();
-    VisitSessions([&](long visited, const Entries& entries) {
-        entries.Collect(processID, registrationIDs);
-        if (!registrationIDs.IsEmpty()) session = visited;
+    VisitSessions([&](const GTable<GIPCQueueAddress>& queues) {
+        for (const GIPCQueueAddress& queue : queues) {
+            if (queue.mProcessID != processID) continue;
+            session = queue.mSession;
+            registrationIDs.Append(queue.mRegistrationID);
+        }
         return registrationIDs.IsEmpty();
     });
 }
 
 void GIPCMessageQueueMgr::GetRegistered(GTable<GIPCQueueAddress>& queues) {
     queues.Clear();
-    VisitSessions([&](long session, const Entries& entries) {
-        for (long position = 0; position < entries.mCount; ++position)
-            queues.Append({static_cast<std::int32_t>(session), entries.GetProcessID(position),
-                           entries.GetRegistrationID(position)});
+    VisitSessions([&](const GTable<GIPCQueueAddress>& found) {
+        for (const GIPCQueueAddress& queue : found) queues.Append(queue);
         return true;
     });
 }

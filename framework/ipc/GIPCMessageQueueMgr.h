@@ -5,17 +5,20 @@
 #include "framework/core/GExport.h"
 #include "framework/core/containers/GTable.h"
 #include "framework/ipc/GIPCQueueAddress.h"
+#include "framework/ipc/GIPCRegistryEntries.h"
 #include "framework/ipc/GSharedMemory.h"
 
 /// GIPCMessageQueueMgr: the registry in which listening processes stand with their queues.
 ///
 /// Each session has one: a segment of 32-bit words, low byte first, that holds the version (1), a seed
 /// for new registration IDs, the end offset (12 when empty), and entries of process ID and registration
-/// ID in no particular order, 1024 at most. One mutex guards the registries of all sessions.
+/// ID in no particular order, 1024 at most. One mutex guards the registries of all sessions. Which entries
+/// count, GIPCRegistryEntries says; the others are left out whenever a process is looked up.
 ///
-/// Every call locks, within the budget given to the constructor (40202 past it), and throws 40161 or
-/// 40163, changing nothing, when the segment makes no sense. A registry of another session that cannot
-/// be read is passed over as long as any other registry can. One thread at a time.
+/// Every call locks, within the budget given to the constructor (GExceptionID::cCouldNotLockMutex past
+/// it), and throws GExceptionID::cNotEnoughData or cSharedMemoryReadFailed, changing nothing, when the
+/// segment makes no sense. A registry of another session that cannot be read is passed over as long as any
+/// other registry can. One thread at a time.
 class QUILLON_EXPORT GIPCMessageQueueMgr {
 public:
     enum ManagerType { cNormal = 0, cTest = 1 };
@@ -23,13 +26,15 @@ public:
         cEverySession,  ///< looking up searches the registries of all sessions
         cOwnOnly        ///< looking up searches this registry alone
     };
-    static constexpr long cRegistryLength = 8204;  ///< bytes behind the segment's size word
-    static constexpr long cMaxEntries = 1024;
+    static constexpr long cMaxEntries = GIPCRegistryEntries::cMaxCount;
+    /// Bytes behind the segment's size word: 8204.
+    static constexpr long cRegistryLength = GIPCRegistryEntries::GetLength(cMaxEntries);
 
     /// The registry of the current session.
     explicit GIPCMessageQueueMgr(ManagerType type = cNormal, GWaitBudget* budget = nullptr);
     /// A registry under another identifier, of `session` (-1: the name space that all sessions share).
-    /// Throws 40154 for another version, 40168 for another size.
+    /// An existing one of another size is used as it is, and traced, when it has room for an entry;
+    /// throws GExceptionID::cSharedMemorySizeDiffers otherwise, and cUnknownIPCVersion for another version.
     GIPCMessageQueueMgr(const GShMemID& identifier, long session, Scope scope, GWaitBudget* budget = nullptr);
     GIPCMessageQueueMgr(const GIPCMessageQueueMgr&) = delete;
     GIPCMessageQueueMgr& operator=(const GIPCMessageQueueMgr&) = delete;
@@ -44,8 +49,8 @@ public:
     /// The identifier of the registries of a type.
     static const GShMemID& GetRegistryID(ManagerType type);
 
-    /// Enters the process and returns the ID of the registration, 1 to 32767. Throws 40160, entering
-    /// nothing, when the registry is full.
+    /// Enters the process and returns the ID of the registration, 1 to 32767. A full registry is tidied
+    /// first; when it stays full, throws GExceptionID::cNotEnoughSpace, entering nothing.
     long Register(long processID);
     /// Removes that entry; the last one takes its place. None changes nothing.
     void Unregister(long processID, long registrationID);
@@ -64,19 +69,25 @@ public:
     /// All registrations of all sessions.
     void GetRegistered(GTable<GIPCQueueAddress>& queues);
 
-private:
-    struct Entries;
+    /// @name Looking up step by step.
+    /// @{
 
+    /// Replaces `sessions` with those whose registries are to be searched, in that order.
+    void GetSessions(GTable<std::int32_t>& sessions) const;
+    /// Whether reading a registry also tidies it when more than three quarters of it are taken.
+    enum class Tidying { cNever, cWhenCrowded };
+    /// Appends the queues that a session's registry holds. False when that session has no registry.
+    bool ReadSession(long session, GTable<GIPCQueueAddress>& queues, Tidying tidying = Tidying::cNever);
+    /// @}
+
+private:
     static GBuffer GetMemoryPath(long session);
-    static void CheckOrWriteHeader(GSharedMemory& registry, bool created);
-    static Entries ReadEntries(GSharedMemory& registry);
-    void WriteEntry(long position, const unsigned char* entry);
-    void WriteCount(long count);
-    void FindSessions(GTable<std::int32_t>& sessions) const;
-    bool ReadSession(long session, Entries& entries);
+    static void Read(GSharedMemory& registry, long session, GTable<GIPCQueueAddress>& queues,
+                     Tidying tidying);
+    static void Tidy(GSharedMemory& registry, long session, GIPCRegistryEntries& entries);
     template <class Visit>
     void VisitSessions(Visit visit);
-    long FindUnusedRegistrationID(const Entries& entries);
+    std::int32_t FindUnusedRegistrationID(const GIPCRegistryEntries& entries);
     void ForgetOwn(long processID, long registrationID);
 
     GShMemID mIdentifier;

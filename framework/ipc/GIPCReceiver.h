@@ -25,13 +25,13 @@ public:
     /// delivered the message, after the other messages of that tick were delivered.
     virtual void HandleIPCMessage(const GIPCMessage& message) = 0;
 
-    /// From the first registration on this process listens. Registering twice is as good as once.
-    /// Throws 40169 when there is no manager, and what the manager throws.
+    /// From the first registration on this process listens. Registering twice is as good as once. Throws
+    /// GExceptionID::cIPCNotInitialized when there is no manager, and what the manager throws.
     void Register(long type);
     void Unregister(long type);
 
 private:
-    friend class GIPCManager;
+    friend class GIPCReceivers;
 
     void ForgetRegistrations() noexcept { mTypes.Clear(); }
 

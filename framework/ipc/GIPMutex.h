@@ -13,8 +13,9 @@
 
 /// What a platform supplies: a mutex that all processes of the machine know by name.
 ///
-/// Construction opens or creates the object; every call throws a GException (2450 with the system's
-/// text) when the system refuses it. The thread that holds it may lock it again and unlocks it as often.
+/// Construction opens or creates the object; every call throws a GException (GExceptionID::cGeneral with the
+/// system's text) when the system refuses it. The thread that holds it may lock it again and unlocks it as
+/// often.
 template <class Imp>
 concept GIPMutexImp = std::constructible_from<Imp, const GBuffer&> && requires(Imp imp, double seconds) {
     imp.Lock();                                        // waits without limit; a dead holder has released
@@ -31,8 +32,8 @@ concept GIPMutexImp = std::constructible_from<Imp, const GBuffer&> && requires(I
 template <GIPMutexImp Imp>
 class GIPMutexBase {
 public:
-    /// Opens or creates it. Throws 40162 for a prefix that GIPPrefix does not know, 2450 when the
-    /// system refuses.
+    /// Opens or creates it. Throws GExceptionID::cInvalidShMemID for a prefix that GIPPrefix does not know,
+    /// cGeneral when the system refuses.
     explicit GIPMutexBase(const GShMemID& identifier, long prefixID = GIPPrefix::cMutex);
 
     /// Waits without limit.

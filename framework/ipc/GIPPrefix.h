@@ -12,6 +12,7 @@ struct QUILLON_EXPORT GIPPrefix {
 
     /// Six ASCII characters, zero-terminated; null for any other number.
     static const char* GetPrefix(long id) noexcept;
-    /// The prefix and the identifier behind it; throws 40162 when there is no such prefix.
+    /// The prefix and the identifier behind it; throws GExceptionID::cInvalidShMemID when there is no such
+    /// prefix.
     static GBuffer AddPrefix(long id, const GBuffer& identifier);
 };

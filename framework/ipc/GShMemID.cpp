@@ -37,7 +37,7 @@ bool IsValid(const GBuffer& text) {
     return true;
 }
 
-// The bytes of a text that ASCII can hold; 40162 for any other.
+// The bytes of a text that ASCII can hold; GExceptionID::cInvalidShMemID for any other.
 GBuffer ToASCII(const GString& text) {
     const GEncoding* ascii = GASCIIEncoding::GetInstance();
     GBuffer bytes = text.GetBuffer(ascii);

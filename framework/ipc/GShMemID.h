@@ -6,15 +6,15 @@
 
 /// GShMemID: an identifier of which the names of shared segments and their mutexes are formed.
 ///
-/// Letters, digits and underscores in ASCII, or nothing. Above all no backslash, so that an identifier
-/// cannot leave the name space that it is put into. Anything else throws 40162. A value.
+/// Letters, digits and underscores in ASCII, or nothing. Above all no backslash, so that an identifier cannot
+/// leave the name space that it is put into. Anything else throws GExceptionID::cInvalidShMemID. A value.
 class QUILLON_EXPORT GShMemID {
 public:
     GShMemID() = default;
     explicit GShMemID(const GBuffer& text);
     /// Zero-terminated and copied; null is an empty text.
     explicit GShMemID(const char* text);
-    /// Throws 40162 as well when a character lies outside ASCII.
+    /// Throws GExceptionID::cInvalidShMemID as well when a character lies outside ASCII.
     explicit GShMemID(const GString& text);
 
     bool IsEmpty() const { return mText.IsEmpty(); }

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <concepts>
 #include <cstdint>
+#include <limits>
 #include <memory>
 
 #include "PPlatformIPC.h"
@@ -10,11 +11,13 @@
 #include "framework/core/bytes/GBuffer.h"
 #include "framework/core/errors/GException.h"
 #include "framework/core/errors/GExceptionID.h"
+#include "framework/core/errors/GFirstFailure.h"
 #include "framework/ipc/GIPMutex.h"
 #include "framework/ipc/GIPPrefix.h"
 #include "framework/ipc/GShMemID.h"
 #include "framework/ipc/GShMemWord.h"
 #include "framework/ipc/GWaitBudget.h"
+#include "framework/system/PSystem.h"
 
 /// What a platform supplies: memory that all processes of the machine know by name.
 ///
@@ -27,8 +30,8 @@ concept GSharedMemoryImp = GIPMutexImp<typename Imp::MutexImp> &&
     requires(Imp imp, const GBuffer& name, long offset, void* to, const void* from, long count) {
     { Imp::Exists(name, name) } -> std::same_as<bool>;  // path, identifier
     { Imp::GetMaxIDSize() } -> std::convertible_to<long>;
-    { imp.GetLength() } -> std::same_as<long>;  // from the first word; 40163 when the view is smaller
-    imp.SetLength(count);                       // mends the first word
+    { imp.GetLength() } -> std::same_as<long>;  // from the first word, checked against the view
+    imp.SetLength(count);                       // mends the first word: count, or what the view has
     imp.Read(offset, to, count);
     imp.Write(offset, from, count);
     { imp.Equals(offset, from, count) } -> std::same_as<bool>;
@@ -37,26 +40,37 @@ concept GSharedMemoryImp = GIPMutexImp<typename Imp::MutexImp> &&
 
 /// GSharedMemoryBase: a named segment of shared memory, its mutex, and a cursor that reads and writes.
 ///
-/// The segment is named path + prefix + identifier; one mutex per identifier guards it in all paths.
-/// Every operation locks; whoever needs several in a row locks around them, as deep as he likes: the
-/// mutex itself is taken once. Words have 32 bits, low byte first. The segment can be written by any
-/// process at any time, whether it holds the mutex or not. So nothing read from it is trusted: each
-/// operation checks against the size that the view really has, reads every word once, and throws
-/// (40160, 40161, 40163, 40164) without having moved the cursor or changed the segment.
+/// The segment is named path + prefix + identifier; one mutex per identifier guards it in all paths. Every
+/// operation locks; whoever needs several in a row locks around them, as deep as he likes: the mutex itself
+/// is taken once. Words have 32 bits, low byte first. The segment can be written by any process at any time,
+/// whether it holds the mutex or not. So nothing read from it is trusted: each operation checks against the
+/// size that the view really has, reads every word once, and throws (GExceptionID::cNotEnoughSpace,
+/// cNotEnoughData, cSharedMemoryReadFailed, cSharedMemoryWriteFailed) without having moved the cursor or
+/// changed the segment.
 ///
 /// One thread at a time.
 template <GSharedMemoryImp Imp>
 class GSharedMemoryBase {
 public:
+    /// The usable bytes of a new segment, and the least that an existing one must have.
+    struct Size {
+        Size(long usual) noexcept : Size(usual, std::numeric_limits<long>::max()) {}
+        Size(long usual, long least) noexcept : mUsual(usual), mLeast(least) {}
+
+        long mUsual;
+        long mLeast;
+    };
     /// Prepares or checks a segment that has just been opened, with its mutex still held.
     using Prepare = void (*)(GSharedMemoryBase& segment, bool created);
 
-    /// Opens a segment that must exist (2450 otherwise).
+    /// Opens a segment that must exist (GExceptionID::cGeneral otherwise).
     GSharedMemoryBase(const GBuffer& path, const GShMemID& identifier, GWaitBudget* budget = nullptr,
                       Prepare prepare = nullptr);
-    /// Opens or creates one of `size` usable bytes, zero at first. Throws 40168 when it exists in
-    /// another size. No other process that locks can see it before `prepare` is through.
-    GSharedMemoryBase(const GBuffer& path, const GShMemID& identifier, long size, bool& created,
+    /// Opens or creates one of so many usable bytes, zero at first. One that exists in another size is
+    /// used as it is, and traced, when it has the least that `size` asks for; throws
+    /// GExceptionID::cSharedMemorySizeDiffers otherwise. No other process that locks can see a new one
+    /// before `prepare` is through.
+    GSharedMemoryBase(const GBuffer& path, const GShMemID& identifier, Size size, bool& created,
                       GWaitBudget* budget = nullptr, Prepare prepare = nullptr);
     GSharedMemoryBase(const GSharedMemoryBase&) = delete;
     GSharedMemoryBase& operator=(const GSharedMemoryBase&) = delete;
@@ -65,42 +79,49 @@ public:
     /// one would end the process. Close() reports.
     ~GSharedMemoryBase();
 
-    /// Closes segment and mutex; throws 2450 when the system refuses, having tried both. Nothing else
-    /// may be called afterwards.
+    /// Closes segment and mutex; throws GExceptionID::cGeneral when the system refuses, having tried both.
+    /// Nothing else may be called afterwards.
     void Close();
 
-    /// Takes the mutex, within the budget given to the constructor; throws 40202 past it.
+    /// Takes the mutex, within the budget given to the constructor; throws GExceptionID::cCouldNotLockMutex
+    /// past it.
     void Lock();
     void Unlock();
     bool IsLocked() const noexcept { return mLocked; }
+    /// Waits within another budget from now on.
+    void SetBudget(GWaitBudget* budget) noexcept { mBudget = budget; }
 
-    /// The usable bytes, as the segment itself tells; 40163 when it claims more than the view has.
+    /// The usable bytes, as the segment itself tells; GExceptionID::cSharedMemoryReadFailed when it claims
+    /// more than the view has.
     long GetLength();
     long GetCursor() const noexcept { return mCursor; }
     void SetCursor(long offset) noexcept { mCursor = static_cast<std::int32_t>(offset); }
 
-    /// Throws 40161 with less than four bytes between cursor and end.
+    /// Throws GExceptionID::cNotEnoughData with less than four bytes between cursor and end.
     std::int32_t ReadInt32();
-    /// Throws 40160 with less than four bytes between cursor and end.
+    /// Throws GExceptionID::cNotEnoughSpace with less than four bytes between cursor and end.
     void WriteInt32(long value);
-    /// Reads a length and so many bytes. Throws 40161 when the length is negative or leads past the end.
+    /// Reads a length and so many bytes. Throws GExceptionID::cNotEnoughData when the length is negative or
+    /// leads past the end.
     void ReadBuffer(GBuffer& data);
-    /// Writes the length and the bytes. Throws 40160 when the bytes alone do not fit, and 40164 when
-    /// only the length in front of them makes it too much.
+    /// Writes the length and the bytes. Throws GExceptionID::cNotEnoughSpace when the bytes alone do not fit,
+    /// and cSharedMemoryWriteFailed when only the length in front of them makes it too much.
     void WriteBuffer(const GBuffer& data);
-    /// Reads `count` bytes to memory that has room for them; throws 40161.
+    /// Reads `count` bytes to memory that has room for them; throws GExceptionID::cNotEnoughData.
     void ReadBytes(void* bytes, long count);
-    /// Throws 40160 when they do not fit.
+    /// Throws GExceptionID::cNotEnoughSpace when they do not fit.
     void WriteBytes(const void* bytes, long count);
-    /// True when the bytes at the cursor are those of `data`, which must lie inside; throws 40161.
-    /// The cursor stays.
+    /// True when the bytes at the cursor are those of `data`, which must lie inside; throws
+    /// GExceptionID::cNotEnoughData. The cursor stays.
     bool Matches(const GBuffer& data);
 
 protected:
-    /// Mends the word that tells the size. Throws 40163 when the view has less.
+    /// Mends the word that tells the size: `size` usable bytes, or as many as the view has.
     void RestoreLength(long size);
 
 private:
+    static std::unique_ptr<Imp> OpenOrCreate(const GBuffer& path, const GBuffer& name, const Size& size,
+                                             bool& created);
     long GetRemaining();
 
     std::int32_t mCursor = 0;
@@ -161,13 +182,28 @@ GSharedMemoryBase<Imp>::GSharedMemoryBase(const GBuffer& path, const GShMemID& i
 }
 
 template <GSharedMemoryImp Imp>
-GSharedMemoryBase<Imp>::GSharedMemoryBase(const GBuffer& path, const GShMemID& identifier, long size,
+GSharedMemoryBase<Imp>::GSharedMemoryBase(const GBuffer& path, const GShMemID& identifier, Size size,
                                           bool& created, GWaitBudget* budget, Prepare prepare)
     : mMutex(identifier, GIPPrefix::cSharedMemoryLock), mBudget(budget) {
     GSharedMemoryLocker locker(*this);
-    mSegment = std::make_unique<Imp>(path, GIPPrefix::AddPrefix(GIPPrefix::cSharedMemory, identifier), size,
-                                     created);
+    mSegment = OpenOrCreate(path, GIPPrefix::AddPrefix(GIPPrefix::cSharedMemory, identifier), size, created);
     if (prepare != nullptr) prepare(*this, created);
+}
+
+template <GSharedMemoryImp Imp>
+std::unique_ptr<Imp> GSharedMemoryBase<Imp>::OpenOrCreate(const GBuffer& path, const GBuffer& name,
+                                                          const Size& size, bool& created) {
+    try {
+        return std::make_unique<Imp>(path, name, size.mUsual, created);
+    } catch (const GException& failure) {
+        if (failure.GetExceptionID() != GExceptionID::cSharedMemorySizeDiffers) throw;
+    }
+    auto segment = std::make_unique<Imp>(path, name);
+    long length = 0;
+    RunQuietly([&] { length = segment->GetLength(); });
+    if (length < size.mLeast) throw GSimpleException(GExceptionID::cSharedMemorySizeDiffers);
+    PSystem::Trace(L"A shared segment of another size than usual is used");
+    return segment;
 }
 
 template <GSharedMemoryImp Imp>

@@ -1,20 +1,11 @@
 #include "framework/ipc/GWaitBudget.h"
 
 #include <algorithm>
-#include <chrono>
 
-namespace {
-
-unsigned long long GetSteadyMilliseconds() {
-    using namespace std::chrono;
-    return static_cast<unsigned long long>(
-        duration_cast<milliseconds>(steady_clock::now().time_since_epoch()).count());
-}
-
-}  // namespace
+#include "framework/ipc/GIPCClock.h"
 
 GWaitBudget::GWaitBudget(long milliseconds, Clock clock) noexcept
-    : mRemaining(std::max(milliseconds, 0L)), mClock(clock != nullptr ? clock : &GetSteadyMilliseconds) {}
+    : mRemaining(std::max(milliseconds, 0L)), mClock(clock != nullptr ? clock : &GIPCClock::GetNow) {}
 
 void GWaitBudget::Refill(long milliseconds) noexcept {
     mRemaining = std::max(milliseconds, 0L);

@@ -25,8 +25,8 @@ public:
     void Refill(long milliseconds) noexcept;
     long GetRemaining() const noexcept { return mRemaining; }
 
-    /// Locks `mutex` within `budget`, or without limit when that is null. Throws 40202 when the mutex
-    /// could not be had in time.
+    /// Locks `mutex` within `budget`, or without limit when that is null. Throws
+    /// GExceptionID::cCouldNotLockMutex when the mutex could not be had in time.
     template <class Mutex>
     static void Lock(GWaitBudget* budget, Mutex& mutex) {
         if (budget == nullptr) {

@@ -32,6 +32,9 @@ public:
     virtual GTable<std::int32_t> GetChildProcessIDs(long processID) = 0;
     /// The file of the running program.
     virtual GPathName GetApplicationPath() = 0;
+    /// All processes, whether they can be opened or not: one look at the system, however many are asked
+    /// about afterwards.
+    virtual GTable<std::int32_t> GetRunningProcessIDs() = 0;
 
     /// Never null; the platform's own is made on first use.
     static GProcessInfo* GetInstance();

@@ -1,7 +1,11 @@
 #include "monitor/handoff/GPPJobNotification.h"
 
+#include <new>
+
 #include "framework/core/errors/GException.h"
+#include "framework/core/errors/GFirstFailure.h"
 #include "framework/core/events/GBasicSignals.h"
+#include "framework/ipc/GIPCFailure.h"
 #include "framework/ipc/GWaitBudget.h"
 #include "framework/system/GProcessInfo.h"
 #include "framework/system/PSystem.h"
@@ -15,14 +19,10 @@ constexpr const char* cProcessingApplication = "PrinterProcessorWin.exe";
 
 bool TryToStartLayer() {
     if (GPPPrinterProcessorLayer::IsInitialized()) return true;
-    try {
-        GPPPrinterProcessorLayer::Initialize();
-        return true;
-    } catch (...) {
-        // Whatever kept it from starting when the module was loaded still does.
-        PSystem::Trace(L"GPPPrinterProcessorLayer could not be started");
-        return false;
-    }
+    if (RunQuietly([] { GPPPrinterProcessorLayer::Initialize(); })) return true;
+    // Whatever kept it from starting when the module was loaded still does.
+    PSystem::Trace(L"GPPPrinterProcessorLayer could not be started");
+    return false;
 }
 
 GTable<std::int32_t> FindProcessingApplications() {
@@ -34,59 +34,38 @@ GTable<std::int32_t> FindProcessingApplications() {
     return ids;
 }
 
-/// True for a failure that comes from what a target has put, or done, into shared memory: a mutex that it
-/// keeps, or a segment that makes no sense. Any local process can cause those; if one got through to
-/// the spooler, any local process could end it.
-bool IsTheTargetsDoing(const GException& failure) {
-    switch (failure.GetExceptionID()) {
-        case GExceptionID::cGeneral:
-        case GExceptionID::cUnknownIPCVersion:
-        case GExceptionID::cNotEnoughSpace:
-        case GExceptionID::cNotEnoughData:
-        case GExceptionID::cSharedMemoryReadFailed:
-        case GExceptionID::cSharedMemoryWriteFailed:
-        case GExceptionID::cSharedMemorySizeDiffers:
-        case GExceptionID::cCouldNotLockMutex:
-            return true;
-        default:
-            return false;
-    }
-}
-
-/// True when it listens and has been sent the message. What is wrong with one target tells nothing about
-/// the others, so it is no exception.
-bool TryToTell(GPPIPCManager& manager, long processID, const GBuffer& message) {
-    try {
-        if (manager.GetListeningState(processID) != GIPCManager::cListening) return false;
-        manager.SendOnceRaw(processID, GPPJobRecord::cMessageType, message);
-        return true;
-    } catch (const GException& failure) {
-        if (!IsTheTargetsDoing(failure)) throw;
+/// True when at least one application listens and has been sent the message.
+bool Tell(const GBuffer& message) {
+    const GIPCManager::Told told = GPPIPCManager::GetInstance()->SendOnceRaw(
+        FindProcessingApplications(), GPPJobRecord::cMessageType, message);
+    for (long failed = 0; failed < told.mFailed; ++failed)
         PSystem::Trace(L"PrinterProcessorWin could not be reached");
-        return false;
-    }
+    return told.mReached > 0;
 }
 
 }  // namespace
 
+// An exception that leaves the callback ends the spooler, and nearly everything that the notification
+// meets is in the hands of other processes. So what may pass is listed, and nothing else does.
 bool GPPJobNotification::NotifyPrintProcessor(const GPPJobRecord& record) {
     GPPPrinterProcessorLayer::GetWaitBudget().Refill(GPPPrinterProcessorLayer::cWaitLimit);
     if (!TryToStartLayer()) return false;
-    const GBuffer message = record.GetMessageData();
-    GPPIPCManager& manager = *GPPIPCManager::GetInstance();
-    bool told = false;
-    for (const std::int32_t processID : FindProcessingApplications()) {
-        if (TryToTell(manager, processID, message)) told = true;
+    try {
+        return Tell(record.GetMessageData());
+    } catch (const std::bad_alloc&) {
+        throw;
+    } catch (const GException& failure) {
+        if (GIPCFailure::IsOfSender(failure)) throw;
+    } catch (...) {
+        // Traced like all the others.
     }
-    return told;
+    PSystem::Trace(L"The processing applications could not be looked up");
+    return false;
 }
 
 void GPPJobNotification::RetryDelayed() noexcept {
     if (!GPPPrinterProcessorLayer::IsInitialized()) return;
     GPPPrinterProcessorLayer::GetWaitBudget().Refill(0);
-    try {
-        GBasicSignals::DevoteTimeToRepeaters();
-    } catch (...) {
-        // What could not be delivered stays where it is, or its target is gone: no job's concern.
-    }
+    // What could not be delivered stays where it is, or its target is gone: no job's concern.
+    RunQuietly([] { GBasicSignals::DevoteTimeToRepeaters(); });
 }

@@ -1,8 +1,10 @@
 #pragma once
 
-/// The definitions of PSharedMemory and PIPMutexImp in a native build: memory of this process.
+/// The definitions of PSharedMemory, PIPMutexImp and PIPEventImp in a native build: memory of this process.
+#include "platform/posix/ipc/PMemoryIPEventImp.h"
 #include "platform/posix/ipc/PMemoryIPMutexImp.h"
 #include "platform/posix/ipc/PMemorySharedMemory.h"
 
+using PIPEventImp = PMemoryIPEventImp;
 using PIPMutexImp = PMemoryIPMutexImp;
 using PSharedMemory = PMemorySharedMemory;

@@ -93,14 +93,21 @@ TEST_F(GIPCManagerTest, NoticesThatItsEntryOrQueueIsGoneAndListensAnew) {
 
 TEST_F(GIPCManagerTest, WhatCannotStartToListenChangesNothing) {
     mWorld.ActAs(cOther, 1);
-    for (int i = 0; i < 1023; ++i) mRegistry.Register(1);
+    const auto raw = RawSegment::Open("Session\\1\\", "QulShDGIPC");
+    const std::uint32_t end = raw->GetWord(12);
+    raw->SetWord(12, 11);
     GIPCManager manager;
     NotingReceiver receiver(&manager);
-    EXPECT_EQ(ThrownBy([&] { receiver.Register(cType); }), 40160);
+    EXPECT_EQ(ThrownBy([&] { receiver.Register(cType); }), 40161);
     EXPECT_FALSE(manager.IsListening());
-    mRegistry.UnregisterOwn();
+    raw->SetWord(12, end);
     receiver.Register(cType);
     EXPECT_TRUE(manager.IsListening());
+    raw->SetWord(12, 11);
+    EXPECT_EQ(ThrownBy([&] { manager.Reregister(); }), 40161);
+    EXPECT_TRUE(manager.IsListening());
+    raw->SetWord(12, end + 8);
+    EXPECT_TRUE(manager.IsStillRegistered());
 }
 
 TEST_F(GIPCManagerTest, DeliversOnTheRepeaterSignalInOrderAndByType) {
@@ -121,6 +128,28 @@ TEST_F(GIPCManagerTest, DeliversOnTheRepeaterSignalInOrderAndByType) {
     EXPECT_EQ(both.TakeLog(), (Log{"100:145:a", "100:146:", "100:145:b"}));
     GBasicSignals::DevoteTimeToRepeaters();
     EXPECT_TRUE(both.TakeLog().empty());
+}
+
+TEST_F(GIPCManagerTest, AMessageEndsTheWaitForOneAndAnEventThatIsSetForNothingDoesNot) {
+    GIPCManager& manager = mListener.mManager;
+    EXPECT_FALSE(manager.WaitForMessages(0));
+    EXPECT_EQ(manager.GetWakeHandles().GetCount(), 1);
+    EXPECT_EQ(mSender.GetWakeHandles().GetCount(), 0);
+    ActAsSender();
+    for (const bool once : {false, true}) {
+        std::thread([&] {
+            once ? mSender.SendOnceRaw(cListener, cType, Bytes("a"))
+                 : mSender.SendRaw(cListener, cType, Bytes("a"));
+        }).join();
+        EXPECT_TRUE(manager.WaitForMessages(1000000));
+        EXPECT_EQ(Tick(mListener), Log{"100:145:a"});
+    }
+    EXPECT_TRUE(mSleep.mSleeps.empty());
+    // The event is set still: nobody has waited for it.
+    EXPECT_FALSE(manager.WaitForMessages(1));
+    EXPECT_EQ(mSleep.mSleeps, std::vector<long>{1});
+    EXPECT_FALSE(mSender.WaitForMessages(50));
+    EXPECT_EQ(mSleep.mSleeps.back(), 50);
 }
 
 TEST_F(GIPCManagerTest, SendsToEveryRegistrationOfAProcessAndOnceWhatStillWaits) {

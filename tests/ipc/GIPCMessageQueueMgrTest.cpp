@@ -1,7 +1,10 @@
 #include "framework/ipc/GIPCMessageQueueMgr.h"
 
+#include <gmock/gmock.h>
+
 #include <tuple>
 
+#include "framework/ipc/GIPCMessageQueue.h"
 #include "framework/system/PSystem.h"
 #include "tests/ipc/IPCWorld.h"
 #include "tests/ipc/RawSegment.h"
@@ -56,9 +59,31 @@ TEST_F(GIPCMessageQueueMgrTest, StartsWithVersionSeedAndEndOffsetAndOpensNothing
     EXPECT_EQ(Text(Manager::GetRegistryID(Manager::cNormal).GetBuffer()), "GIPC");
     mRaw->SetWord(4, 2);
     EXPECT_EQ(ThrownBy([] { Manager another(Manager::cTest); }), 40154);
-    mRaw->SetWord(4, 1);
-    mRaw->SetWord(0, 8207);
-    EXPECT_EQ(ThrownBy([] { Manager another(Manager::cTest); }), 40168);
+}
+
+TEST(GIPCMessageQueueMgr, UsesARegistryOfAnotherSizeThatHasRoomForAnEntry) {
+    const IPCWorld world;
+    const std::tuple<long, std::uint32_t, long, long> rows[] = {// size, its word, thrown, entries
+                                                                {8204, 8204, 0, 1023},
+                                                                {40000, 40000, 0, 1024},
+                                                                {24, 24, 0, 1},
+                                                                {23, 23, 40168, 0},
+                                                                {8208, 3, 40168, 0}};
+    for (const auto& [size, word, thrown, room] : rows) {
+        SCOPED_TRACE(size);
+        const auto raw = RawSegment::Make("Session\\1\\", cName, size);
+        raw->SetWord(0, word);
+        raw->SetWord(4, 1);
+        raw->SetWord(12, 12);
+        EXPECT_EQ(ThrownBy([] { Manager manager(Manager::cTest); }), thrown);
+        if (thrown != 0) continue;
+        Manager manager(Manager::cTest);
+        raw->SetWord(12, static_cast<std::uint32_t>(12 + 8 * (room - 1)));
+        EXPECT_EQ(ThrownBy([&] { manager.Register(4711); }), 0);
+        raw->SetWord(12, static_cast<std::uint32_t>(12 + 8 * (room + 1)));
+        EXPECT_EQ(ThrownBy([&] { manager.Register(4711); }), 40161) << "more entries than room";
+        raw->SetWord(12, 12);
+    }
 }
 
 TEST_F(GIPCMessageQueueMgrTest, RegistersWithIDsOfTheCountedUpSeed) {
@@ -122,16 +147,61 @@ TEST_F(GIPCMessageQueueMgrTest, TakesBackItsOwnRegistrationsAndNoOthers) {
     EXPECT_EQ(mRaw->GetWord(12), 12u);
 }
 
-TEST_F(GIPCMessageQueueMgrTest, HoldsExactly1024Entries) {
+TEST_F(GIPCMessageQueueMgrTest, WhatIsOutsideTheNumbersOrRepeatedIsNoEntry) {
+    SetEntries({{-5, 7}, {0, 7}, {9, 0}, {9, -1}, {9, 32768}, {9, 32767}, {9, 1}, {8, 1}, {9, 1}, {9, 1}});
+    GTable<GIPCQueueAddress> all;
+    mManager.GetRegistered(all);
+    const GTable<GIPCQueueAddress> expected = {{1, 9, 32767}, {1, 9, 1}, {1, 8, 1}};
+    EXPECT_EQ(all, expected);
+    EXPECT_FALSE(mManager.IsRegistered(-5));
+    GTable<std::int32_t> ids;
+    mManager.GetRegisteredHere(9, ids);
+    EXPECT_EQ(List(ids), (std::vector<std::int32_t>{32767, 1}));
+}
+
+TEST_F(GIPCMessageQueueMgrTest, AFullRegistryDropsWhatNobodyListensBehind) {
+    bool created = false;
+    const GIPCMessageQueue queue(1, 4711, 77, created);
+    const struct {
+        const char* what;
+        std::pair<int, int> filler;  // and the number of it in place of a 0
+        long left;                   // of the entries that were there
+    } rows[] = {
+        {"processes that have ended", {99, 0}, 2},
+        {"one entry again and again", {4711, 77}, 2},
+        {"no numbers of processes", {-1, 0}, 2},
+        {"a living process's entries without a queue", {4711, 0}, 1},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.what);
+        std::vector<std::pair<int, int>> entries = {{4711, 77}, {4711, 30000}};
+        while (entries.size() < 1024)
+            entries.push_back(
+                {row.filler.first, row.filler.second ? row.filler.second : int(entries.size()) + 1000});
+        SetEntries(entries);
+        EXPECT_EQ(ThrownBy([&] { mManager.Register(4711); }), 0);
+        EXPECT_EQ(mRaw->GetWord(12), 12u + 8u * static_cast<std::uint32_t>(row.left + 1));
+        EXPECT_EQ(mRaw->Copy(16, 8), (ByteList{0x67, 0x12, 0, 0, 77, 0, 0, 0}));
+        entries.pop_back();
+        SetEntries(entries);
+        EXPECT_EQ(ThrownBy([&] { mManager.Register(4711); }), 0);
+        EXPECT_EQ(mRaw->GetWord(12), 8204u) << "the last place needs no tidying";
+    }
+}
+
+TEST_F(GIPCMessageQueueMgrTest, ARegistryFullOfListenersTakesNobodyElse) {
+    std::vector<std::unique_ptr<GIPCMessageQueue>> queues;
     std::vector<std::pair<int, int>> entries;
-    for (int i = 0; i < 1023; ++i) entries.push_back({i, 1 + i});
+    for (int i = 1; i <= 1024; ++i) {
+        bool created = false;
+        queues.push_back(std::make_unique<GIPCMessageQueue>(1, 4711, i, created));
+        entries.push_back({4711, i});
+    }
     SetEntries(entries);
-    EXPECT_GT(mManager.Register(4711), 1023);
-    EXPECT_EQ(mRaw->GetWord(12), 8204u);
     const ByteList before = mRaw->Copy(12, 8196);
     EXPECT_EQ(ThrownBy([&] { mManager.Register(4711); }), 40160);
     EXPECT_EQ(mRaw->Copy(12, 8196), before);
-    mManager.Unregister(0, 1);
+    mManager.Unregister(4711, 1);
     EXPECT_EQ(ThrownBy([&] { mManager.Register(4711); }), 0);
 }
 

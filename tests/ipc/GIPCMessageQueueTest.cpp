@@ -1,5 +1,7 @@
 #include "framework/ipc/GIPCMessageQueue.h"
 
+#include <gmock/gmock.h>
+
 #include <random>
 #include <tuple>
 
@@ -162,22 +164,27 @@ TEST_F(GIPCMessageQueueTest, OpensWhatIsThereAndOfThisVersion) {
     }
 }
 
-TEST(GIPCMessageQueue, IsNotMadeOfASegmentOfAnotherSize) {
+TEST(GIPCMessageQueue, UsesASegmentOfAnotherSizeThatHasRoomForAMessage) {
     const IPCWorld world;
-    for (const long size : {4096L, 32772L}) {
+    const std::tuple<long, std::uint32_t, long> rows[] = {
+        {32768, 32768, 0},       {32772, 4096, 0},           {40000, 40000, 0},         {4096, 32, 0},
+        {4096, 31, 40168},       {4096, 3, 40168},           {4096, 0, 40168},          {4096, 32772, 40168},
+        {4096, 0x100000, 40168}, {32772, 0x7FFFFFFF, 40168}, {32772, 0xFFFFFFFF, 40168}};
+    for (const auto& [size, claimed, thrown] : rows) {
+        SCOPED_TRACE(claimed);
         const auto raw = RawSegment::Make(cPath, cName, size);
+        raw->SetWord(0, claimed);
         raw->SetWord(4, 1);
-        for (const std::uint32_t claimed : {0u, 3u, 4096u, 32771u, 32773u, 0x7FFFFFFFu, 0xFFFFFFFFu}) {
-            SCOPED_TRACE(claimed);
-            raw->SetWord(0, claimed);
-            bool created = false;
-            EXPECT_EQ(ThrownBy([&] { GIPCMessageQueue(1, 4711, 12345, created); }), 40168);
-        }
-        if (size > 4096) continue;
-        raw->SetWord(0, 32772);  // the right size, which is not there
+        raw->SetWord(8, 8);
         bool created = false;
-        EXPECT_EQ(ThrownBy([&] { GIPCMessageQueue(1, 4711, 12345, created); }), 40168);
-        EXPECT_EQ(ThrownBy([] { GIPCMessageQueue(1, 4711, 12345); }), 40163);
+        EXPECT_EQ(ThrownBy([&] { GIPCMessageQueue(1, 4711, 12345, created); }), thrown);
+        if (thrown != 0) continue;
+        GIPCMessageQueue queue(1, 4711, 12345, created);
+        EXPECT_FALSE(created);
+        EXPECT_TRUE(queue.TryToAddRawMessage(145, GBuffer()));
+        raw->SetWord(8, 7);
+        EXPECT_EQ(ThrownBy([&] { queue.Reset(); }), 0);
+        EXPECT_TRUE(queue.TryToAddRawMessage(145, GBuffer()));
     }
 }
 

@@ -1,5 +1,7 @@
 #include "framework/ipc/GShMemID.h"
 
+#include <gmock/gmock.h>
+
 #include <tuple>
 
 #include "framework/core/encodings/GUnicodeEncoding.h"

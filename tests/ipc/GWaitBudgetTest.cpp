@@ -1,5 +1,7 @@
 #include "framework/ipc/GWaitBudget.h"
 
+#include <gmock/gmock.h>
+
 #include <tuple>
 #include <vector>
 

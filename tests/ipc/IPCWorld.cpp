@@ -11,6 +11,7 @@ public:
     unsigned long long GetOwnMemory() override { return 0; }
     /// All are processing applications.
     void GetProcessIDs(const GString&, GTable<std::int32_t>& ids, bool) override {
+        if (!mWorld.mProcessesKnown) throw GSimpleException(GExceptionID::cUNIXSystemError);
         ids.Clear();
         for (const long processID : mWorld.mRunning) ids.Append(static_cast<std::int32_t>(processID));
     }
@@ -19,6 +20,11 @@ public:
     bool IsProcessRunning(long processID) override { return mWorld.mRunning.count(processID) > 0; }
     GTable<std::int32_t> GetChildProcessIDs(long) override { return {}; }
     GPathName GetApplicationPath() override { return GPathName(); }
+    GTable<std::int32_t> GetRunningProcessIDs() override {
+        GTable<std::int32_t> ids;
+        GetProcessIDs(GString(), ids, false);
+        return ids;
+    }
 
 private:
     const IPCWorld& mWorld;

@@ -1,7 +1,5 @@
 #pragma once
 
-#include <gmock/gmock.h>
-
 #include <set>
 #include <string>
 #include <vector>
@@ -26,6 +24,8 @@ public:
     /// From now on this process is `processID`, runs in `session`, and is alive.
     void ActAs(long processID, long session);
     void Kill(long processID) { mRunning.erase(processID); }
+    /// From now on the system tells nothing about processes (GExceptionID::cUNIXSystemError), or tells again.
+    void SetProcessesKnown(bool known) { mProcessesKnown = known; }
     /// What the system lists, -1 included.
     void SetSessions(const std::vector<long>& sessions) { mSessions = sessions; }
 
@@ -35,6 +35,7 @@ private:
 
     long mProcessID = 0;
     long mSession = 0;
+    bool mProcessesKnown = true;
     std::set<long> mRunning;
     std::vector<long> mSessions;
 };

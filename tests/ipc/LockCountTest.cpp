@@ -1,5 +1,7 @@
 // How often messaging goes to the shared mutexes. Every wait and every release is a call of the system,
 // and the dearest part of sending and receiving.
+#include <gmock/gmock.h>
+
 #include "framework/ipc/GIPCMessageQueue.h"
 #include "platform/posix/ipc/PMemoryIPMutexImp.h"
 #include "tests/ipc/IPCWorld.h"

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <gmock/gmock.h>
+
 #include <condition_variable>
 #include <functional>
 #include <mutex>
@@ -7,6 +9,7 @@
 #include <thread>
 #include <vector>
 
+#include "framework/ipc/GIPCClock.h"
 #include "framework/ipc/GIPCManager.h"
 #include "framework/ipc/GIPMutex.h"
 #include "tests/ipc/IPCWorld.h"
@@ -73,24 +76,28 @@ private:
     std::thread mThread;
 };
 
-/// Replaces the managers' sleeping for its own lifetime: notes the milliseconds and calls a test's
-/// reaction with the number of sleeps so far.
+/// Replaces the time by which messaging waits for its own lifetime: no time passes but in the sleeps, which
+/// are noted, and in which a test's reaction is called with the number of sleeps so far.
 class SleepLog {
 public:
     SleepLog() {
         sCurrent = this;
-        GIPCManager::SetSleepFunction([](long milliseconds) {
-            sCurrent->mSleeps.push_back(milliseconds);
-            if (sCurrent->mReaction) sCurrent->mReaction(sCurrent->mSleeps.size());
-        });
+        GIPCClock::Replace([] { return sCurrent->mNow; },
+                           [](long milliseconds) {
+                               sCurrent->mSleeps.push_back(milliseconds);
+                               sCurrent->mNow += static_cast<unsigned long long>(milliseconds);
+                               if (sCurrent->mReaction) sCurrent->mReaction(sCurrent->mSleeps.size());
+                           });
     }
-    ~SleepLog() { GIPCManager::SetSleepFunction(nullptr); }
+    ~SleepLog() { GIPCClock::Replace(nullptr, nullptr); }
+    unsigned long long GetSlept() const noexcept { return mNow; }
 
     std::vector<long> mSleeps;
     std::function<void(std::size_t)> mReaction;
 
 private:
     static inline SleepLog* sCurrent = nullptr;
+    unsigned long long mNow = 0;
 };
 
 inline std::string Filler(long length, char byte = 'f') {

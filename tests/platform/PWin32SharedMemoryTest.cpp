@@ -1,9 +1,12 @@
 #include "platform/win32/ipc/PWin32SharedMemory.h"
 
+#include <gmock/gmock.h>
+
 #include <tuple>
 
 #include "framework/system/PSystem.h"
 #include "platform/win32/base/PWin32Api.h"
+#include "platform/win32/ipc/PWin32IPEventImp.h"
 #include "platform/win32/ipc/PWin32IPMutexImp.h"
 #include "platform/win32/ipc/PWin32KernelObject.h"
 #include "tests/ipc/IPCWorld.h"
@@ -68,20 +71,26 @@ TEST(PWin32SharedMemory, TouchesNoPagesThatAreOnlyReserved) {
     ::UnmapViewOfFile(view);
 }
 
-TEST(PWin32SharedMemory, TouchesNoFileThatSomebodyHasMapped) {
-    char folder[MAX_PATH];
-    ::GetTempPathA(MAX_PATH, folder);
-    const std::string path = std::string(folder) + "quillon-mapped.bin";
-    const PWin32ScopedHandle<PWin32FileHandle> file(::CreateFileA(path.c_str(), GENERIC_READ | GENERIC_WRITE,
-                                                                  0, nullptr, CREATE_ALWAYS,
-                                                                  FILE_FLAG_DELETE_ON_CLOSE, nullptr));
-    const Handle mapping = MakeMapping(file.Get(), PAGE_READWRITE, 104);
-    auto* view = static_cast<DWORD*>(::MapViewOfFile(mapping.Get(), FILE_MAP_ALL_ACCESS, 0, 0, 0));
-    ASSERT_NE(view, nullptr);
-    *view = 104;
-    EXPECT_EQ(OpenAndGetLength(), 40163);
-    EXPECT_EQ(OpenOrCreate(100), 40168);
-    ::UnmapViewOfFile(view);
+TEST(PWin32SharedMemory, TouchesNoFileThatSomebodyHasMappedHoweverLongItsName) {
+    wchar_t temp[MAX_PATH];
+    ::GetTempPathW(MAX_PATH, temp);
+    const std::wstring folder = L"\\\\?\\" + std::wstring(temp) + std::wstring(200, L'q');
+    ::CreateDirectoryW(folder.c_str(), nullptr);
+    for (const std::size_t length : {std::size_t{1}, std::size_t{100}, std::size_t{200}}) {
+        SCOPED_TRACE(length);
+        const std::wstring path = folder + L'\\' + std::wstring(length, L'm');
+        const PWin32ScopedHandle<PWin32FileHandle> file(
+            ::CreateFileW(path.c_str(), GENERIC_READ | GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS,
+                          FILE_FLAG_DELETE_ON_CLOSE, nullptr));
+        const Handle mapping = MakeMapping(file.Get(), PAGE_READWRITE, 104);
+        auto* view = static_cast<DWORD*>(::MapViewOfFile(mapping.Get(), FILE_MAP_ALL_ACCESS, 0, 0, 0));
+        ASSERT_NE(view, nullptr);
+        *view = 104;
+        EXPECT_EQ(OpenAndGetLength(), 40163);
+        EXPECT_EQ(OpenOrCreate(100), 40168);
+        ::UnmapViewOfFile(view);
+    }
+    ::RemoveDirectoryW(folder.c_str());
 }
 
 TEST(PWin32SharedMemory, WhatTheSystemRefusesIsTheGeneralException) {
@@ -103,6 +112,26 @@ TEST(PWin32SharedMemory, CarriesTheSystemsText) {
         FAIL();
     } catch (const GException& exception) {
         EXPECT_EQ(exception.GetDescription(), GString(text));
+    }
+}
+
+TEST(PWin32IPEventImp, WakesOneWaitAndIsDoneWithoutWhereTheSystemRefusesIt) {
+    using Event = PWin32IPEventImp;
+    EXPECT_FALSE(Event("QulShETest", Event::Use::cOpen).IsThere());
+    Event event("QulShETest", Event::Use::cOpenOrCreate);
+    Event same("QulShETest", Event::Use::cOpen);
+    const Handle handle(::OpenEventA(READ_CONTROL, FALSE, "Global\\QulShETest"));
+    EXPECT_TRUE(IsOpenToEverybody(handle.Get()));
+    EXPECT_FALSE(Event::WaitForEither(&event, nullptr, 0));
+    same.Set();
+    EXPECT_TRUE(Event::WaitForEither(nullptr, &event, 1000000));
+    EXPECT_FALSE(Event::WaitForEither(&event, &event, 0));
+    const PWin32IPMutexImp otherKind("QulShETestOdd");
+    for (const Event::Use use : {Event::Use::cOpen, Event::Use::cOpenOrCreate}) {
+        Event none("QulShETestOdd", use);
+        EXPECT_FALSE(none.IsThere());
+        none.Set();
+        EXPECT_FALSE(Event::WaitForEither(&none, nullptr, 1));
     }
 }
 

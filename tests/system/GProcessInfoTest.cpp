@@ -40,6 +40,9 @@ TEST(GProcessInfo, KnowsWhoIsRunningAndItsChildren) {
     EXPECT_TRUE(Processes().GetChildProcessIDs(Processes().GetCurrentProcessID()).IsEmpty());
     EXPECT_TRUE(Processes().GetChildProcessIDs(0x7FFFFFF1).IsEmpty());
     EXPECT_TRUE(Processes().IsProcessRunning(Processes().GetCurrentProcessID()));
+    const GTable<std::int32_t> running = Processes().GetRunningProcessIDs();
+    EXPECT_TRUE(running.Has(static_cast<std::int32_t>(Processes().GetCurrentProcessID())));
+    EXPECT_FALSE(running.Has(0x7FFFFFF1));
     for (const long never : {0x7FFFFFF1L, -1L, -2L})
         EXPECT_FALSE(Processes().IsProcessRunning(never)) << never;
 }

@@ -17,7 +17,7 @@ public:
 
     void Lock();
     [[nodiscard]] bool TryToLock(double seconds);
-    /// Throws 2450 when the calling thread does not hold it.
+    /// Throws GExceptionID::cGeneral when the calling thread does not hold it.
     void Unlock();
     void Close() noexcept;
 

@@ -1,5 +1,6 @@
 #include "platform/posix/ipc/PMemorySharedMemory.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <cstring>
 #include <map>
@@ -107,9 +108,8 @@ long PMemorySharedMemory::GetLength() const {
 }
 
 void PMemorySharedMemory::SetLength(long size) {
-    if (size < 0 || size + cSizeWord > mBlockSize)
-        throw GSimpleException(GExceptionID::cSharedMemoryReadFailed);
-    PutSize(mBlock.get(), size + cSizeWord);
+    if (size < 0 || mBlockSize < cSizeWord) throw GSimpleException(GExceptionID::cSharedMemoryReadFailed);
+    PutSize(mBlock.get(), std::min(size + cSizeWord, mBlockSize));
 }
 
 void PMemorySharedMemory::Read(long offset, void* destination, long count) const noexcept {

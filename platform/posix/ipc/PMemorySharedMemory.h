@@ -16,10 +16,10 @@ class PMemorySharedMemory {
 public:
     using MutexImp = PMemoryIPMutexImp;
 
-    /// Opens the block named path + identifier; throws 2450 when there is none.
+    /// Opens the block named path + identifier; throws GExceptionID::cGeneral when there is none.
     PMemorySharedMemory(const GBuffer& path, const GBuffer& identifier);
-    /// Opens it, or creates it with `size` usable bytes, all zero. Throws 40168 when it exists with
-    /// another size.
+    /// Opens it, or creates it with `size` usable bytes, all zero. Throws
+    /// GExceptionID::cSharedMemorySizeDiffers when it exists with another size.
     PMemorySharedMemory(const GBuffer& path, const GBuffer& identifier, long size, bool& created);
     PMemorySharedMemory(const PMemorySharedMemory&) = delete;
     PMemorySharedMemory& operator=(const PMemorySharedMemory&) = delete;
@@ -28,9 +28,11 @@ public:
     static bool Exists(const GBuffer& path, const GBuffer& identifier);
     static long GetMaxIDSize();
 
-    /// The usable bytes by the first word. Throws 40163 when that is not between 4 and the block's size.
+    /// The usable bytes by the first word. Throws GExceptionID::cSharedMemoryReadFailed when that is not
+    /// between 4 and the block's size.
     long GetLength() const;
-    /// Writes the first word. Throws 40163 when the block has less.
+    /// Writes the first word: `size` usable bytes, or as many as the block has. Throws
+    /// GExceptionID::cSharedMemoryReadFailed when that is none at all.
     void SetLength(long size);
     /// Plain copies; the caller has checked against GetLength().
     void Read(long offset, void* destination, long count) const noexcept;

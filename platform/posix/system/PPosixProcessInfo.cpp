@@ -103,6 +103,12 @@ public:
     }
 
     GPathName GetApplicationPath() override { return PSystem::GetApplicationPath(); }
+
+    GTable<std::int32_t> GetRunningProcessIDs() override {
+        GTable<std::int32_t> running;
+        VisitProcesses(false, [&](std::int32_t processID) { running.Append(processID); });
+        return running;
+    }
 };
 
 }  // namespace

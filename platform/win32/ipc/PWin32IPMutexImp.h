@@ -6,7 +6,7 @@
 
 /// PWin32IPMutexImp: a named Windows mutex that all sessions and users share.
 ///
-/// Refusals of the system throw 2450 with its text.
+/// Refusals of the system throw GExceptionID::cGeneral with its text.
 class QUILLON_EXPORT PWin32IPMutexImp {
 public:
     /// Opens or creates the mutex of that name in the machine-wide name space.

@@ -13,7 +13,7 @@ public:
     /// is what lets a service and a user's process share an object.
     class OpenToEverybody {
     public:
-        /// Throws 2450 when the system refuses.
+        /// Throws GExceptionID::cGeneral when the system refuses.
         OpenToEverybody();
         ~OpenToEverybody();
         void* GetAttributes() noexcept;
@@ -26,7 +26,7 @@ public:
     /// The system's text for an error number, in the user's language; the number in decimal when there
     /// is none.
     static GString GetError(unsigned long code);
-    /// Throws 2450 with the text of the calling thread's last error.
+    /// Throws GExceptionID::cGeneral with the text of the calling thread's last error.
     [[noreturn]] static void ThrowLastError();
     [[noreturn]] static void ThrowError(unsigned long code);
 };

@@ -1,5 +1,6 @@
 #include "platform/win32/ipc/PWin32SharedMemory.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <cstring>
 #include <utility>
@@ -19,12 +20,13 @@ constexpr long cSizeWord = 4;
 constexpr long cLargestView = 0x7FFFFFFF;
 constexpr DWORD cAllAccess = 0xF001F;
 
-// True when a view shows a file. Reading such memory fails when the file's disk or server does, and
-// that failure is no error code but the end of the process.
-bool ShowsAFile(void* view) {
+// True when the system says that no file is behind a view. Reading a file's view fails when its disk or
+// server does, or its owner cuts it short, and that failure is no error code but the end of the process. So
+// every other answer counts as a file.
+bool IsOfThePagingFile(void* view) {
     wchar_t name[MAX_PATH];
-    return ::GetMappedFileNameW(::GetCurrentProcess(), view, name, MAX_PATH) != 0 ||
-           ::GetLastError() == ERROR_INSUFFICIENT_BUFFER;
+    return ::GetMappedFileNameW(::GetCurrentProcess(), view, name, MAX_PATH) == 0 &&
+           ::GetLastError() == ERROR_FILE_INVALID;
 }
 
 // The bytes from the view's beginning that can be read and written. A mapping may have been made with
@@ -33,7 +35,8 @@ long GetTouchableSize(void* view) {
     MEMORY_BASIC_INFORMATION region = {};
     if (::VirtualQuery(view, &region, sizeof region) == 0) PWin32KernelObject::ThrowLastError();
     const bool isWritable = region.Protect == PAGE_READWRITE || region.Protect == PAGE_EXECUTE_READWRITE;
-    if (region.State != MEM_COMMIT || region.Type != MEM_MAPPED || !isWritable || ShowsAFile(view)) return 0;
+    if (region.State != MEM_COMMIT || region.Type != MEM_MAPPED || !isWritable || !IsOfThePagingFile(view))
+        return 0;
     return region.RegionSize > cLargestView ? cLargestView : static_cast<long>(region.RegionSize);
 }
 
@@ -117,9 +120,9 @@ long PWin32SharedMemory::GetLength() const {
 }
 
 void PWin32SharedMemory::SetLength(long size) {
-    if (size < 0 || size > mViewSize - cSizeWord)
-        throw GSimpleException(GExceptionID::cSharedMemoryReadFailed);
-    *reinterpret_cast<volatile std::uint32_t*>(mView.get()) = static_cast<std::uint32_t>(size + cSizeWord);
+    if (size < 0 || mViewSize < cSizeWord) throw GSimpleException(GExceptionID::cSharedMemoryReadFailed);
+    *reinterpret_cast<volatile std::uint32_t*>(mView.get()) =
+        static_cast<std::uint32_t>(std::min(size + cSizeWord, mViewSize));
 }
 
 void PWin32SharedMemory::Read(long offset, void* destination, long count) const noexcept {

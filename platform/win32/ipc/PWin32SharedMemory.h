@@ -12,17 +12,17 @@ class PWin32IPMutexImp;
 
 /// PWin32SharedMemory: a named file mapping of the paging file, and a view of all of it.
 ///
-/// The view's first word holds its whole size in bytes; the usable bytes follow. Anybody can write that
-/// word, and anybody can have made the mapping, so how much memory there really is was asked of the
-/// system when the view was made. Refusals of the system throw 2450 with its text.
+/// The view's first word holds its whole size in bytes; the usable bytes follow. Anybody can write that word,
+/// and anybody can have made the mapping, so how much memory there really is was asked of the system when the
+/// view was made. Refusals of the system throw GExceptionID::cGeneral with its text.
 class QUILLON_EXPORT PWin32SharedMemory {
 public:
     using MutexImp = PWin32IPMutexImp;
 
     /// Opens the mapping named path + identifier; it must exist.
     PWin32SharedMemory(const GBuffer& path, const GBuffer& identifier);
-    /// Opens it, or creates it with `size` usable bytes, all zero. Throws 40168 when it exists with
-    /// another size.
+    /// Opens it, or creates it with `size` usable bytes, all zero. Throws
+    /// GExceptionID::cSharedMemorySizeDiffers when it exists with another size.
     PWin32SharedMemory(const GBuffer& path, const GBuffer& identifier, long size, bool& created);
     PWin32SharedMemory(const PWin32SharedMemory&) = delete;
     PWin32SharedMemory& operator=(const PWin32SharedMemory&) = delete;
@@ -34,17 +34,18 @@ public:
     /// The text for the calling thread's last error.
     static GString GetError();
 
-    /// The usable bytes by the view's first word. Throws 40163 when that is not between 4 and the size
-    /// of the view.
+    /// The usable bytes by the view's first word. Throws GExceptionID::cSharedMemoryReadFailed when that is
+    /// not between 4 and the size of the view.
     long GetLength() const;
-    /// Writes the first word. Throws 40163 when the view has less.
+    /// Writes the first word: `size` usable bytes, or as many as the view has. Throws
+    /// GExceptionID::cSharedMemoryReadFailed when that is none at all.
     void SetLength(long size);
     /// Plain copies; the caller has checked against GetLength().
     void Read(long offset, void* destination, long count) const noexcept;
     void Write(long offset, const void* source, long count) noexcept;
     [[nodiscard]] bool Equals(long offset, const void* bytes, long count) const noexcept;
 
-    /// Releases the view, then the mapping; throws 2450, having tried both, when one fails.
+    /// Releases the view, then the mapping; throws GExceptionID::cGeneral, having tried both, when one fails.
     void Close();
 
 private:

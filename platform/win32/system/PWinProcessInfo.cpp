@@ -163,6 +163,15 @@ GTable<std::int32_t> PWinProcessInfo::GetChildProcessIDs(long processID) {
     return children;
 }
 
+GTable<std::int32_t> PWinProcessInfo::GetRunningProcessIDs() {
+    GTable<std::int32_t> running;
+    VisitSnapshot([&](const PROCESSENTRY32W& entry) {
+        running.Append(static_cast<std::int32_t>(entry.th32ProcessID));
+        return true;
+    });
+    return running;
+}
+
 GPathName PWinProcessInfo::GetApplicationPath() {
     return PSystem::GetApplicationPath();
 }

@@ -14,4 +14,5 @@ public:
     bool IsProcessRunning(long processID) override;
     GTable<std::int32_t> GetChildProcessIDs(long processID) override;
     GPathName GetApplicationPath() override;
+    GTable<std::int32_t> GetRunningProcessIDs() override;
 };

@@ -8,30 +8,67 @@ namespace {
 
 using GPPIPCManagerDeliveryTest = HandOffTest;
 
-TEST_F(GPPIPCManagerDeliveryTest, WaitsForAMessageSentOnceToBeTaken) {
-    const std::tuple<const char*, std::size_t, std::size_t> rows[] = {
-        {"during the first sleep", 1, 1}, {"later", 4, 4}, {"in the last", 11, 11}, {"never", 0, 11}};
+TEST_F(GPPIPCManagerDeliveryTest, WaitsForAMessageSentOnceToBeTakenLookingMoreAndMoreSeldom) {
+    const std::tuple<const char*, std::size_t, std::size_t, unsigned long long> rows[] = {
+        {"during the first sleep", 1, 1, 1},
+        {"later", 4, 4, 15},
+        {"once it looks every 300 ms", 11, 11, 1111},
+        {"in the last", 19, 19, 3300},
+        {"never", 0, 19, 3300}};
     Listener listener(mWorld, cListener, 1);
     Process monitor(mWorld, cMonitor, 0);
-    for (const auto& [what, takenAt, sleeps] : rows) {
+    for (const auto& [what, takenAt, sleeps, slept] : rows) {
         SCOPED_TRACE(what);
+        const unsigned long long start = mSleep.GetSlept();
         mSleep.mSleeps.clear();
         mSleep.mReaction = [&](std::size_t count) {
             if (count == takenAt) listener.Tick();
         };
         Send(monitor, cListener);
-        EXPECT_EQ(mSleep.mSleeps, std::vector<long>(sleeps, 300));
+        EXPECT_EQ(mSleep.mSleeps.size(), sleeps);
+        EXPECT_EQ(mSleep.GetSlept() - start, slept);
     }
-    // What was never taken is still waiting. The same again is not added, but waited for; many queues of one
-    // target do not multiply the wait.
+    // What was never taken is still waiting. The same again is not added, but waited for.
     Listener second(mWorld, cListener, 1);
     mSleep.mSleeps.clear();
     Send(monitor, cListener);
-    EXPECT_EQ(mSleep.mSleeps.size(), 11u);
+    EXPECT_EQ(mSleep.mSleeps.size(), 19u) << "two queues take no longer than one";
     for (Listener* each : {&listener, &second}) EXPECT_EQ(each->Tick(), Log{"100:145:job"});
     mSleep.mSleeps.clear();
     monitor.mManager->SendRaw(cListener, cType, Bytes("not once"));
     EXPECT_TRUE(mSleep.mSleeps.empty());
+}
+
+TEST_F(GPPIPCManagerDeliveryTest, TellsManyBeforeItWaitsOnceForAll) {
+    std::vector<std::unique_ptr<Listener>> listeners;
+    GTable<std::int32_t> processIDs = {cOther, 999};  // nobody is there
+    mWorld.ActAs(cOther, 1);
+    for (std::int32_t id = 400; id < 450; ++id) {
+        listeners.push_back(std::make_unique<Listener>(mWorld, id, id % 2));
+        processIDs.Append(id);
+    }
+    Process monitor(mWorld, cMonitor, 0);
+    std::size_t told = 0;
+    mSleep.mReaction = [&](std::size_t count) {
+        // The first five never take it.
+        for (std::size_t i = count == 3 ? 5 : listeners.size(); i < listeners.size(); ++i)
+            told += listeners[i]->Tick() == Log{"100:145:job"};
+    };
+    for (const std::size_t sleeps : {19u, 3u}) {
+        mSleep.mSleeps.clear();
+        monitor.Act();
+        const auto result = monitor.mManager->SendOnceRaw(processIDs, cType, Bytes("job"));
+        EXPECT_EQ(result.mReached, static_cast<long>(listeners.size()));
+        EXPECT_EQ(result.mFailed, 0);
+        EXPECT_EQ(mSleep.mSleeps.size(), sleeps);
+        EXPECT_EQ(std::exchange(told, 0), 45u);
+        if (sleeps == 19)
+            for (int i = 0; i < 5; ++i) listeners[static_cast<std::size_t>(i)]->Tick();
+        mSleep.mReaction = [&](std::size_t count) {
+            for (std::size_t i = 0; count == 3 && i < listeners.size(); ++i)
+                told += listeners[i]->Tick() == Log{"100:145:job"} && i >= 5;
+        };
+    }
 }
 
 TEST_F(GPPIPCManagerDeliveryTest, AQueueThatIsSpoiledWhileItIsWaitedForCountsAsReached) {

@@ -7,7 +7,6 @@ using GPPIPCManagerTest = HandOffTest;
 
 TEST_F(GPPIPCManagerTest, AUsersProcessStandsInItsSessionsRegistryAndInTheGlobalOne) {
     Listener listener(mWorld, cListener, 1);
-    EXPECT_FALSE(listener.mManager->RunsInServicesSession());
     EXPECT_TRUE(listener.mManager->HasGlobalRegistry());
     for (const char* path : {"Session\\1\\", "Global\\"}) {
         SCOPED_TRACE(path);
@@ -27,7 +26,6 @@ TEST_F(GPPIPCManagerTest, WithoutASessionOfItsOwnAProcessRegistersOnce) {
     for (const long session : {0L, -1L}) {
         SCOPED_TRACE(session);
         Listener listener(mWorld, cListener, session);
-        EXPECT_TRUE(listener.mManager->RunsInServicesSession());
         EXPECT_EQ(listener.mManager->HasGlobalRegistry(), session == 0);
         EXPECT_EQ(CountIn(session == 0 ? "Session\\0\\" : "Global\\"), 1u);
         // Where the two are the same object, it has the same entry; elsewhere it has none.

@@ -5,6 +5,7 @@
 #include "monitor/handoff/GPPIPCManager.h"
 #include "monitor/handoff/GPPJobRecord.h"
 #include "monitor/handoff/GPPPrinterProcessorLayer.h"
+#include "platform/posix/ipc/PMemoryIPMutexImp.h"
 #include "tests/ipc/ManagerTestSupport.h"
 #include "tests/ipc/RawSegment.h"
 
@@ -44,6 +45,15 @@ protected:
             GPPJobRecord(GString("anna"), GPathName("C:/a.ps"), printer, GString("QuillonPDFPort:"), 1));
     }
 
+    /// As a process that keeps to no rules; where the registry is.
+    static void AddEntry(const char* path, std::int32_t processID, std::int32_t registrationID) {
+        const auto raw = RawSegment::Open(path, "QulShDGIPC_PP");
+        const long end = static_cast<long>(raw->GetWord(12));
+        raw->SetWord(end + 4, static_cast<std::uint32_t>(processID));
+        raw->SetWord(end + 8, static_cast<std::uint32_t>(registrationID));
+        raw->SetWord(12, static_cast<std::uint32_t>(end + 8));
+    }
+
     IPCWorld mWorld;
     SleepLog mSleep;
     GPPJobNotification mNotification;
@@ -65,20 +75,78 @@ TEST_F(GPPJobNotificationTest, TellsEveryApplicationThatListensOfEveryJob) {
     EXPECT_FALSE(Notify());
 }
 
-TEST_F(GPPJobNotificationTest, WhatIsWrongWithOneTargetIsNotTheOthersLoss) {
-    const std::pair<long, std::uint32_t> spoiltWords[] = {{0, 3}, {4, 2}, {8, 0xFFFFFFFF}};
-    for (const auto& [offset, value] : spoiltWords) {
-        SCOPED_TRACE(offset);
+TEST_F(GPPJobNotificationTest, NothingThatATargetDoesEndsTheJobOrCostsAnotherTarget) {
+    // What becomes of the queue of process 200, by the offset of a word in it, and of its entries.
+    const struct {
+        const char* what;
+        std::vector<std::pair<long, std::uint32_t>> words;
+        std::vector<std::pair<std::int32_t, std::int32_t>> entries;
+    } rows[] = {
+        {"no size", {{0, 3}}, {}},
+        {"another version", {{4, 2}}, {}},
+        {"an impossible end", {{8, 0xFFFFFFFF}}, {}},
+        {"a negative registration and a spoilt queue", {{8, 40000}}, {{200, -5}}},
+        {"numbers outside the allowed ones", {{4, 2}}, {{-200, 5}, {200, 0}, {200, 32768}, {0, 7}}},
+        {"entries without a queue", {{8, 40000}}, {{200, 1}, {200, 2}, {300, 3}}},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.what);
         Application spoilt(mWorld, 200), good(mWorld, 300);
-        for (const char* path : {"Session\\1\\", "Global\\"})
-            if (const auto raw = RawSegment::Open(path, spoilt.GetQueue())) raw->SetWord(offset, value);
-        EXPECT_TRUE(Notify());
+        for (const char* path : {"Session\\1\\", "Global\\"}) {
+            for (const auto& [offset, value] : row.words)
+                if (const auto raw = RawSegment::Open(path, spoilt.GetQueue())) raw->SetWord(offset, value);
+            for (const auto& [processID, registrationID] : row.entries)
+                AddEntry(path, processID, registrationID);
+        }
+        EXPECT_EQ(ThrownBy([&] { EXPECT_TRUE(Notify()); }), 0);
         EXPECT_EQ(good.Tick(), 1u);
     }
     Application kept(mWorld, 200), good(mWorld, 300);
     const MutexHog hog(GIPCMessageQueue::ConvertToMemoryID(200, kept.mManager.GetRegistrationID()));
     EXPECT_TRUE(Notify());
     EXPECT_EQ(good.Tick(), 1u);
+}
+
+TEST_F(GPPJobNotificationTest, ASystemThatDoesNotTellWhoRunsIsNobodyTold) {
+    const Application listener(mWorld, 200);
+    mWorld.SetProcessesKnown(false);
+    EXPECT_EQ(ThrownBy([&] { EXPECT_FALSE(Notify()); }), 0);
+    mWorld.SetProcessesKnown(true);
+    EXPECT_TRUE(Notify());
+}
+
+TEST_F(GPPJobNotificationTest, ReadsRegistriesAsOftenForManyTargetsAsForFew) {
+    std::vector<std::unique_ptr<Application>> applications;
+    long waits[3];
+    Notify();  // which starts the layer
+    for (long& count : waits) {
+        for (int i = 0; i < 10; ++i)
+            applications.push_back(
+                std::make_unique<Application>(mWorld, 200 + static_cast<long>(applications.size())));
+        mSleep.mReaction = [&](std::size_t) {
+            for (const auto& application : applications) application->mManager.ForceProcessPendingMessages();
+        };
+        const long before = PMemoryIPMutexImp::GetWaitCount();
+        Notify();
+        // Every listener's tick waits for its own two queues.
+        count = PMemoryIPMutexImp::GetWaitCount() - before - 2 * static_cast<long>(applications.size());
+    }
+    EXPECT_EQ(waits[2] - waits[1], waits[1] - waits[0]);
+    EXPECT_EQ(waits[1] - waits[0], 4 * 10) << "opened, posted to, and looked into before and after the tick";
+}
+
+TEST_F(GPPJobNotificationTest, TidiesARegistryThatIsNearlyFullAndCountsAnEntryOnce) {
+    for (const auto& [added, left] : {std::pair<int, std::size_t>{767, 768}, {768, 1}}) {
+        Application listener(mWorld, 200);
+        const auto raw = RawSegment::Open("Session\\1\\", "QulShDGIPC_PP");
+        for (int i = 0; i < added; ++i)
+            AddEntry("Session\\1\\", i % 2 ? 200 : 999,
+                     static_cast<std::int32_t>(i % 2 ? listener.mManager.GetRegistrationID() : i + 1));
+        EXPECT_TRUE(Notify());
+        EXPECT_EQ(listener.Tick(), 1u);
+        EXPECT_EQ((raw->GetWord(12) - 12) / 8, left);
+        raw->SetWord(12, 12);
+    }
 }
 
 TEST_F(GPPJobNotificationTest, SpoiltRegistriesLetNothingThrough) {
