@@ -26,5 +26,5 @@ struct GFileFacts {
     Owner mOwner = Owner::cOther;
     bool mIsReparsePoint = false;  ///< a junction, a link, or what else leads away from here
     std::int32_t mLinkCount = 0;   ///< the names under which it is found
-    GPathName mFinalPath;          ///< where it really is; comparable with other final paths only
+    GPathName mFinalPath;          ///< where it really is, on its volume; for comparison with others
 };

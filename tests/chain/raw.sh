@@ -5,10 +5,10 @@ build=$1
 . "$(dirname "$0")/chain.sh"
 chain_use "$2"
 
-# print_and_compare TITLE FILE
+# print_and_compare TITLE FILE [NAME]: the job file is NAME.ps; without it, TITLE.ps.
 print_and_compare() {
     print_raw "$1" "$2" || fail "'$1' was refused"
-    expect_same "the job file of '$1'" "$2" "$jobs/$1.ps"
+    expect_same "the job file of '$1'" "$2" "$jobs/${3:-$1}.ps"
 }
 
 every_byte_value() {
@@ -40,3 +40,11 @@ print_and_compare "many blocks" "$scratch/large"
 # A shorter document of the same name leaves nothing of the longer one behind.
 print_and_compare "same name" "$scratch/large"
 print_and_compare "same name" "$scratch/byte"
+
+# Titles of every script become file names, and none leaves the printer's folder.
+for title in 'Grüße, 5 € & 100 %' '日本語の文書' '😀 smile'; do print_and_compare "$title" "$scratch/byte"; done
+print_and_compare 'Microsoft Word - Q3 report.docx' "$scratch/byte" 'Q3 report'
+print_and_compare '..\..\outside.txt' "$scratch/byte" '.._.._outside'
+print_and_compare 'nul.txt' "$scratch/byte" '_nul'
+if print_raw "" "$scratch/byte" 2>/dev/null; then fail "a document without a name was printed"; fi
+print_and_compare "after the refusal" "$scratch/block"

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstring>
+#include <memory>
 #include <utility>
 
 #include "framework/core/errors/GExceptionLocation.h"
@@ -52,7 +53,7 @@ Opened OpenIn(const Handle& folder, const GString& name, const Request& request)
                        request.mShare, request.mDisposition, cNoLink | request.mOptions, nullptr, 0);
     Opened opened;
     if (result < 0) {
-        opened.mFailure = static_cast<long>(::RtlNtStatusToDosError(result));
+        opened.mFailure = static_cast<std::int32_t>(::RtlNtStatusToDosError(result));
     } else {
         opened.mHandle.Reset(handle);
         opened.mIsNew = status.Information == FILE_CREATED;
@@ -73,16 +74,27 @@ Request RequestFor(PWin32FolderWalk::Purpose purpose) {
     }
 }
 
-/// In the system's own form, which every volume has; drive letters are not for all.
+/// The name that an object was opened by.
+GPathName GetOpenedPath(HANDLE object) {
+    constexpr DWORD cSize = sizeof(FILE_NAME_INFO) + UNICODE_STRING_MAX_BYTES;
+    const auto block = std::make_unique<unsigned char[]>(cSize);
+    if (!::GetFileInformationByHandleEx(object, FileNameInfo, block.get(), cSize)) return GPathName();
+    const auto& name = *reinterpret_cast<const FILE_NAME_INFO*>(block.get());
+    return GPathName::FromNative(
+        FromWide(name.FileName, static_cast<long>(name.FileNameLength / sizeof(WCHAR))));
+}
+
+/// The path on its volume: whoever goes down without following links stays there, and not every volume has a
+/// letter.
 GPathName GetFinalPath(HANDLE object) {
     std::vector<wchar_t> path(MAX_PATH);
-    DWORD length = ::GetFinalPathNameByHandleW(object, path.data(), MAX_PATH, VOLUME_NAME_NT);
+    DWORD length = ::GetFinalPathNameByHandleW(object, path.data(), MAX_PATH, VOLUME_NAME_NONE);
     if (length >= path.size()) {
-        // The answer counts the zero at the end on some systems only.
-        path.resize(length + 1);
-        length = ::GetFinalPathNameByHandleW(object, path.data(), length + 1, VOLUME_NAME_NT);
+        path.resize(length);
+        length = ::GetFinalPathNameByHandleW(object, path.data(), length, VOLUME_NAME_NONE);
     }
-    if (length >= path.size()) return GPathName();
+    // Some systems tell no path that is longer than MAX_PATH.
+    if (length == 0 || length >= path.size()) return GetOpenedPath(object);
     return GPathName::FromNative(FromWide(path.data(), static_cast<long>(length)));
 }
 

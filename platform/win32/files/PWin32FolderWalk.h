@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <memory>
 #include <vector>
 
@@ -30,8 +31,8 @@ public:
         void Close() noexcept { mHandle.Reset(PWin32FileHandle::None()); }
 
         PWin32ScopedHandle<PWin32FileHandle> mHandle;
-        long mFailure = 0;    ///< as Win32 functions tell it
-        bool mIsNew = false;  ///< made by that
+        std::int32_t mFailure = 0;  ///< as Win32 functions tell it
+        bool mIsNew = false;        ///< made by that
     };
 
     /// For the user of the calling thread.

@@ -5,36 +5,19 @@
 
 #include "platform/win32/base/PWin32Api.h"
 
+#include <winternl.h>
+
 namespace {
 
 // The system's own table of all handles: the documented call for the number does not work everywhere.
-constexpr ULONG cSystemHandleInformation = 16;
-using QuerySystemInformation = LONG(WINAPI*)(ULONG, void*, ULONG, ULONG*);
-
-struct SystemHandle {
-    ULONG mProcessID;
-    UCHAR mType;
-    UCHAR mFlags;
-    USHORT mHandle;
-    void* mObject;
-    ULONG mAccess;
-};
-struct SystemHandles {
-    ULONG mCount;
-    SystemHandle mHandles[1];
-};
-
 std::size_t CountHandles() {
-    const FARPROC entry = ::GetProcAddress(::GetModuleHandleW(L"ntdll"), "NtQuerySystemInformation");
-    const auto query = reinterpret_cast<QuerySystemInformation>(reinterpret_cast<void*>(entry));
     std::vector<std::uint64_t> buffer(1 << 17);
-    ULONG size = 0;
-    if (query(cSystemHandleInformation, buffer.data(), static_cast<ULONG>(buffer.size() * 8), &size) != 0)
-        return 0;
-    const auto& table = *reinterpret_cast<const SystemHandles*>(buffer.data());
+    const auto size = static_cast<ULONG>(buffer.size() * sizeof buffer[0]);
+    if (::NtQuerySystemInformation(SystemHandleInformation, buffer.data(), size, nullptr) != 0) return 0;
+    const auto& table = *reinterpret_cast<const SYSTEM_HANDLE_INFORMATION*>(buffer.data());
     const DWORD self = ::GetCurrentProcessId();
     std::size_t count = 0;
-    for (ULONG i = 0; i < table.mCount; ++i) count += table.mHandles[i].mProcessID == self ? 1 : 0;
+    for (ULONG i = 0; i < table.Count; ++i) count += table.Handle[i].OwnerPid == self ? 1 : 0;
     return count;
 }
 

@@ -26,48 +26,46 @@ std::string FaultText(const wchar_t* fault) {
 }
 
 TEST(JobFileRules, LetOnlyWhatTheUserOrTheSystemHasMadeHereBeUsed) {
-    const GPathName parent("/Device/Disk1/Temp/anna");
     const char* const here = "/Device/Disk1/Temp/anna/a.ps";
+    const char* const elsewhere = "it lies in another place";
+    const char* const anothers = "it belongs to somebody else";
     const struct {
         Kind kind;
         Owner owner;
-        bool leadsAway;
-        std::int32_t links;
         const char* path;
-        const char* asFolder;
-        const char* asFile;
+        const char* fault;
+        bool leadsAway = false;
+        std::int32_t links = 1;
     } rows[] = {
-        {Kind::cFolder, Owner::cUser, false, 1, here, "none", "it is no file"},
-        {Kind::cFolder, Owner::cSystem, false, 3, here, "none", "it is no file"},
-        {Kind::cFolder, Owner::cAdministrators, false, 1, here, "none", "it is no file"},
-        {Kind::cFolder, Owner::cTrustedInstaller, false, 1, here, "none", "it is no file"},
-        {Kind::cFolder, Owner::cNotKept, false, 1, here, "none", "it is no file"},
-        {Kind::cFolder, Owner::cOther, false, 1, here, "it belongs to somebody else", "it is no file"},
-        {Kind::cFolder, Owner::cUser, true, 1, here, "it leads to another place", "it is no file"},
-        {Kind::cFolder, Owner::cUser, false, 1, "/Device/Disk1/TEMP/Anna/Long name", "none", "it is no file"},
-        {Kind::cFolder, Owner::cUser, false, 1, "/Device/Disk1/Temp/a.ps", "it lies in another place",
-         "it is no file"},
-        {Kind::cFolder, Owner::cUser, false, 1, "/Device/Disk1/Temp/anna/b/a.ps", "it lies in another place",
-         "it is no file"},
-        {Kind::cFolder, Owner::cUser, false, 1, "", "it lies in another place", "it is no file"},
-        {Kind::cFile, Owner::cUser, false, 1, here, "it is no folder", "none"},
-        {Kind::cFile, Owner::cAdministrators, false, 1, "/Device/Disk1/TEMP/Anna/A.PS", "it is no folder",
-         "none"},
-        {Kind::cFile, Owner::cOther, false, 1, here, "it is no folder", "it belongs to somebody else"},
-        {Kind::cFile, Owner::cUser, true, 1, here, "it is no folder", "it leads to another place"},
-        {Kind::cFile, Owner::cUser, false, 2, here, "it is no folder", "it is linked twice"},
-        {Kind::cFile, Owner::cUser, false, 1, "/Device/Disk1/Temp/bob/a.ps", "it is no folder",
-         "it lies in another place"},
-        {Kind::cFile, Owner::cUser, false, 1, "/Device/Disk1/Temp/anna/a long title.ps", "it is no folder",
-         "it has another name"},
-        {Kind::cDevice, Owner::cSystem, false, 1, here, "it is no folder", "it is no file"},
-        {Kind::cUnknown, Owner::cOther, false, 0, "", "it is no folder", "it is no file"},
+        {Kind::cFolder, Owner::cUser, here, "none", false, 3},
+        {Kind::cFolder, Owner::cSystem, here, "none"},
+        {Kind::cFolder, Owner::cAdministrators, here, "none"},
+        {Kind::cFolder, Owner::cTrustedInstaller, here, "none"},
+        {Kind::cFolder, Owner::cNotKept, here, "none"},
+        {Kind::cFolder, Owner::cUser, "/Device/Disk1/TEMP/Anna/Long name", "none"},
+        {Kind::cFolder, Owner::cOther, here, anothers},
+        {Kind::cFolder, Owner::cUser, here, "it leads to another place", true},
+        {Kind::cFolder, Owner::cUser, "/Device/Disk1/Temp/a.ps", elsewhere},
+        {Kind::cFolder, Owner::cUser, "/Device/Disk1/Temp/anna/b/a.ps", elsewhere},
+        {Kind::cFolder, Owner::cUser, "", elsewhere},
+        {Kind::cFile, Owner::cUser, here, "none"},
+        {Kind::cFile, Owner::cAdministrators, "/Device/Disk1/TEMP/Anna/A.PS", "none"},
+        {Kind::cFile, Owner::cOther, here, anothers},
+        {Kind::cFile, Owner::cUser, here, "it leads to another place", true},
+        {Kind::cFile, Owner::cUser, here, "it is linked twice", false, 2},
+        {Kind::cFile, Owner::cUser, "/Device/Disk1/Temp/bob/a.ps", elsewhere},
+        {Kind::cFile, Owner::cUser, "/Device/Disk1/Temp/anna/a long title.ps", "it has another name"},
+        {Kind::cDevice, Owner::cSystem, here, nullptr},
+        {Kind::cUnknown, Owner::cOther, "", nullptr},
     };
-    for (const auto& [kind, owner, leadsAway, links, path, asFolder, asFile] : rows) {
-        SCOPED_TRACE(testing::Message() << path << ": " << asFolder << ", " << asFile);
+    for (const auto& [kind, owner, path, fault, leadsAway, links] : rows) {
+        SCOPED_TRACE(testing::Message() << static_cast<int>(kind) << " " << path);
+        const GPathName parent("/Device/Disk1/Temp/anna");
         const GFileFacts facts = {kind, owner, leadsAway, links, GPathName(path)};
-        EXPECT_EQ(FaultText(JobFileRules::FindFolderFault(facts, parent)), asFolder);
-        EXPECT_EQ(FaultText(JobFileRules::FindFileFault(facts, parent, GString("a.ps"))), asFile);
+        EXPECT_EQ(FaultText(JobFileRules::FindFolderFault(facts, parent)),
+                  kind == Kind::cFolder ? fault : "it is no folder");
+        EXPECT_EQ(FaultText(JobFileRules::FindFileFault(facts, parent, GString("a.ps"))),
+                  kind == Kind::cFile ? fault : "it is no file");
     }
 }
 
@@ -112,6 +110,16 @@ protected:
         mFolder.Put(relative, "old");
     }
 
+    /// A link to another place where there is that file; false where nobody may make one.
+    bool PutLink(const std::string& there, const std::string& fileInIt) {
+        Put("elsewhere" + fileInIt);
+        fs::create_directories(mFolder.Standard(there).parent_path());
+        std::error_code refused;
+        fs::create_directory_symlink(mFolder.Standard("elsewhere"), mFolder.Standard(there), refused);
+        return !refused;
+    }
+    static std::string LeafOf(const std::string& path) { return path.substr(path.find_last_of('/') + 1); }
+
     JobFolder mFolder;
     FakeMonitorPlatform mPlatform;
     const JobPath mPath{GString("Proof"), GString("a.txt")};
@@ -120,67 +128,43 @@ protected:
 };
 
 TEST_F(JobFileMakerTest, SetsAsideWhatMustNotBeUsedAndPrints) {
-    const std::string printer = mUser + "/Proof";
-    const std::string file = printer + "/a.ps";
-    const auto another = [](GFileFacts& facts) { facts.mOwner = Owner::cOther; };
-    const auto link = [](GFileFacts& facts) { facts.mIsReparsePoint = true; };
+    using Changer = std::function<void(GFileFacts&)>;
+    const std::string printer = mUser + "/Proof", file = printer + "/a.ps";
+    const Changer another = [](GFileFacts& facts) { facts.mOwner = Owner::cOther; };
+    const Changer link = [](GFileFacts& facts) { facts.mIsReparsePoint = true; };
+    const Changer shortName = [](GFileFacts& facts) { facts.mFinalPath.ReplaceLeaf(GString("longer.ps")); };
     const struct {
-        const char* what;
-        std::function<void()> prepare;
-        std::string aside;  // its content is the old one
-        std::string kept;   // the path of a file within it, or nothing
-        const char* fault;
+        std::string there, fileInIt;
+        Changer change;
+        std::string fault;
     } rows[] = {
-        {"a file instead of a folder", [&] { Put(mUser); }, mUser, "", "it is no folder"},
-        {"a file further down", [&] { Put(printer); }, printer, "", "it is no folder"},
-        {"another's folder",
-         [&] {
-             Put(mUser + "/x/f");
-             Change(mUser, another);
-         },
-         mUser, "/x/f", "it belongs to somebody else"},
-        {"a link to a folder",
-         [&] {
-             Put(file);
-             Change("Proof", link);
-         },
-         printer, "/a.ps", "it leads to another place"},
-        {"a folder instead of the file", [&] { Put(file + "/f"); }, file, "/f", "it is no file"},
-        {"another's file",
-         [&] {
-             Put(file);
-             Change("a.ps", another);
-         },
-         file, "", "it belongs to somebody else"},
-        {"a file of two names",
-         [&] {
-             Put(file);
-             fs::remove(mFolder.Standard("other"));
-             fs::create_hard_link(mFolder.Standard(file), mFolder.Standard("other"));
-         },
-         file, "", "it is linked twice"},
-        {"taken for another by its short name",
-         [&] {
-             Put(file);
-             Change("a.ps",
-                    [](GFileFacts& facts) { facts.mFinalPath.ReplaceLeaf(GString("a long name.ps")); });
-         },
-         file, "", "it has another name"},
+        {mUser, "", nullptr, "it is no folder"},
+        {printer, "", nullptr, "it is no folder"},
+        {mUser, "/x/f", another, "it belongs to somebody else"},
+        {printer, "/a.ps", link, "it leads to another place"},
+        {file, "", link, "it leads to another place"},
+        {file, "/f", nullptr, "it is no file"},
+        {file, "", another, "it belongs to somebody else"},
+        {file, "", shortName, "it has another name"},
+        {file, "", nullptr, "it is linked twice"},
     };
-    for (const auto& [what, prepare, aside, kept, fault] : rows) {
+    for (const auto& [there, fileInIt, change, fault] : rows) {
         for (const char* ending : {" (set aside 1)", " (set aside 2)"}) {
-            SCOPED_TRACE(testing::Message() << what << ending);
-            mAside = aside + ending;
-            prepare();
-            mPlatform.mEvents.clear();
+            SCOPED_TRACE(testing::Message() << there << ": " << fault << ending);
+            mAside = there + ending;
+            if (fault != "it leads to another place" || !PutLink(there, fileInIt)) {
+                Put(there + fileInIt);
+                if (change != nullptr) Change(LeafOf(there), change);
+            }
+            if (fault == "it is linked twice")
+                fs::create_hard_link(mFolder.Standard(there), mFolder.Standard(std::string("also") + ending));
             EXPECT_EQ(Make(), "the job");
-            EXPECT_EQ(mFolder.Take(mAside + kept), "old");
-            EXPECT_THAT(mPlatform.mEvents,
-                        testing::ElementsAre(std::string("PPMStartDocPort: set aside, ") + fault,
-                                             "text " + mAside.substr(mAside.find_last_of('/') + 1)));
+            EXPECT_EQ(mFolder.Take(mAside + fileInIt), "old");
+            EXPECT_THAT(mPlatform.TakeEvents(), testing::ElementsAre("PPMStartDocPort: set aside, " + fault,
+                                                                     "text " + LeafOf(mAside)));
             EXPECT_FALSE(mPlatform.mIsService);
             mPlatform.mOnFacts = nullptr;
-            fs::remove_all(mFolder.Standard(aside));
+            fs::remove_all(mFolder.Standard(there));
         }
         fs::remove_all(mFolder.Standard(""));
     }
