@@ -106,7 +106,7 @@ GFileFacts::Kind KindOf(HANDLE object, DWORD attributes) {
 /// What the system takes to rename an object, with room for the name behind it.
 std::vector<unsigned char> MakeRenaming(HANDLE folder, const GString& newName) {
     struct Head {
-        BOOLEAN mReplaces;
+        ULONG mFlags;  // none: what is there is not replaced
         HANDLE mFolder;
         ULONG mNameSize;
         WCHAR mName[1];
