@@ -39,5 +39,12 @@ forbid "an own include of windows.h" '#include <windows\.h>' '*.h' '*.cpp' ':!pl
 forbid "code that turns with the C locale or loads it" '#include <(iostream|regex|locale)>' 'framework/' 'monitor/' 'platform/'
 forbid "a download" '(curl|wget|https?://)' 'dev' '.ci/run' '*.sh' '*.cmake' ':!cmake/check-sources.sh'
 require "a header without #pragma once" '^#pragma once$' '*.h'
+
+# The page on security names the tests and fuzzers that show what it says, in the fourth column of its tables.
+for test in $(awk -F'|' 'NF == 6 { print $5 }' docs/security.md | grep -o '`[A-Za-z0-9_]*`' | tr -d '`' | sort -u); do
+    git grep -qE -e "^TEST(_F)?\($test," -- 'tests/' || [ -f "fuzz/$test.cpp" ] && continue
+    printf 'docs/security.md: %s\n^ a test that is not there\n\n' "$test"
+    found=1
+done
 sh cmake/check-rooms.sh || found=1
 exit "$found"
