@@ -157,8 +157,8 @@ void WriteURL(Out& out, GPathUnits path) {
     }
     for (std::size_t i = 0; i < path.size(); ++i) {
         const std::uint32_t unit = path[i];
-        const bool pair = GPathText::IsHighSurrogate(path[i]) && i + 1 < path.size() &&
-                          GPathText::IsLowSurrogate(path[i + 1]);
+        const bool pair = GUnicodeCharacters::IsHighSurrogate(path[i]) && i + 1 < path.size() &&
+                          GUnicodeCharacters::IsLowSurrogate(path[i + 1]);
         if (pair) {
             AddToURL(out, 0x10000 + ((unit & 0x3FF) << 10) + (path[++i] & 0x3FFu), false);
         } else {

@@ -6,6 +6,7 @@
 #include <string_view>
 #include <utility>
 
+#include "framework/core/encodings/GUnicodeCharacters.h"
 #include "framework/core/encodings/PText.h"
 #include "framework/core/text/GString.h"
 
@@ -55,8 +56,6 @@ struct GPathText {
     static constexpr bool IsASCIILetter(unsigned short unit) noexcept {
         return (unit | 0x20) >= 'a' && (unit | 0x20) <= 'z';
     }
-    static constexpr bool IsHighSurrogate(unsigned short unit) noexcept { return (unit & 0xFC00) == 0xD800; }
-    static constexpr bool IsLowSurrogate(unsigned short unit) noexcept { return (unit & 0xFC00) == 0xDC00; }
 
     /// The next component at or after `position`, which moves behind it; empty at the end.
     static GPathUnits NextComponent(GPathUnits path, std::size_t& position) noexcept {

@@ -64,7 +64,8 @@ bool IsDeviceName(GPathUnits name) {
 
 GValidFileName::GValidFileName(GPathUnits title, long maxLength, unsigned short replacement)
     : mLimit(maxLength < 1 ? cMaxLength : std::min(static_cast<std::size_t>(maxLength), cMaxLength)) {
-    const bool halfOfPair = GPathText::IsHighSurrogate(replacement) || GPathText::IsLowSurrogate(replacement);
+    const bool halfOfPair =
+        GUnicodeCharacters::IsHighSurrogate(replacement) || GUnicodeCharacters::IsLowSurrogate(replacement);
     mInside = IsRefused(replacement) || halfOfPair ? cFallback : replacement;
     mAtTheEnd = IsDotOrBlank(mInside) ? cFallback : mInside;
     mInFront = GPathText::IsASCIILetter(mAtTheEnd) || IsASCIIDigit(mAtTheEnd) ? cFallback : mAtTheEnd;
@@ -92,7 +93,9 @@ bool GValidFileName::IsFolderName(GPathUnits name) {
 void GValidFileName::CutToLimit() {
     if (mCount <= mLimit) return;
     mCount = mLimit;
-    if (GPathText::IsHighSurrogate(mUnits[mCount - 1]) && GPathText::IsLowSurrogate(mUnits[mCount])) --mCount;
+    if (GUnicodeCharacters::IsHighSurrogate(mUnits[mCount - 1]) &&
+        GUnicodeCharacters::IsLowSurrogate(mUnits[mCount]))
+        --mCount;
 }
 
 void GValidFileName::ReplaceTail() {

@@ -6,6 +6,7 @@
 #include <cstring>
 
 #include "framework/core/encodings/GCodeUnits.h"
+#include "framework/core/encodings/GUnicodeCharacters.h"
 #include "framework/core/encodings/GUnicodeEncoding.h"
 #include "framework/core/encodings/PText.h"
 #include "framework/core/text/GBufferSupport.h"
@@ -126,6 +127,9 @@ void GStringSupport::IncreaseNumericSuffix(GString& text, unsigned long maxLengt
     }
     const long longest = static_cast<long>(std::min<unsigned long>(maxLength, INT32_MAX));
     if (longest != 0) kept = std::clamp(longest - suffix.GetLength(), 0L, kept);
+    const bool cutsPair =
+        GUnicodeCharacters::IsHighSurrogate(text[kept - 1]) && GUnicodeCharacters::IsLowSurrogate(text[kept]);
+    if (cutsPair) --kept;
     GString increased = text.GetSubstring(0, kept);
     increased += suffix;
     text.Swap(increased);

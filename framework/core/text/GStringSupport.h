@@ -49,14 +49,19 @@ struct QUILLON_EXPORT GStringSupport {
     /// the native build by units, after ToLower when the case does not count.
     static long Compare(const GString& a, const GString& b, bool caseSensitive);
     static bool IsEqualIgnoreCase(const GString& a, const GString& b);
-    /// Natural order: "file9" is less than "file10". Usable as a sort predicate. Digits are '0' to '9',
-    /// numbers of more than 32 bits count as the largest, and leading zeros make no difference. Strings
-    /// that are not UTF-16 yet become it on the first comparison; all else allocates nothing, and long
-    /// texts take no more of the stack than short ones.
+    /// Natural order: "file9" is less than "file10". Digits are '0' to '9', numbers of more than 32 bits
+    /// count as the largest, and leading zeros make no difference. Strings that are not UTF-16 yet
+    /// become it on the first comparison; all else allocates nothing, and long texts take no more of
+    /// the stack than short ones.
+    ///
+    /// A sort predicate for texts of units below U+0100. It is none for all texts: other units compare
+    /// as GString does, by their low bytes first, and one whose low byte is that of a digit stands
+    /// between numbers. So 9 is less than 10, 10 less than U+0432, and that less than 9.
     static bool IsLessThanAlphanumeric(const GString& a, const GString& b);
     /// "Report" becomes "Report (2)", that "Report (3)". With `maxLength` the part before the
     /// suffix is cut so that the whole is no longer than that many units, or is the suffix alone where
-    /// not even that fits; 0: no limit. A suffix that no 64-bit number can count on from stays.
+    /// not even that fits; 0: no limit. A surrogate pair is not split. A suffix that no 64-bit number can
+    /// count on from stays.
     static void IncreaseNumericSuffix(GString& text, unsigned long maxLength);
 
     /// Whether it belongs to GWhiteSpace.

@@ -1,7 +1,9 @@
 #include "framework/core/text/GStringSupport.h"
 
+#include <algorithm>
 #include <random>
 #include <tuple>
+#include <vector>
 
 #include "tests/core/encodings/EncodingForTests.h"
 
@@ -68,6 +70,18 @@ TEST(GStringSupport, NaturalOrderAgreesWithItsDefinition) {
     }
 }
 
+TEST(GStringSupport, NaturalOrderSortsLatinTextsButNotAll) {
+    const auto isLess = [](std::u16string_view a, std::u16string_view b) {
+        return GStringSupport::IsLessThanAlphanumeric(Text(a), Text(b));
+    };
+    std::vector<std::u16string> sorted = {u"",   u"1",   u"01b", u"2",   u"10",  u"10\u00B2", u"\u00B2", u"a",
+                                          u"a.", u"a/1", u"a9",  u"a9.", u"a10", u"a:",       u"aa"};
+    std::sort(sorted.begin(), sorted.end(), isLess);
+    for (std::size_t i = 0; i < sorted.size(); ++i)
+        for (std::size_t j = 0; j < i; ++j) EXPECT_FALSE(isLess(sorted[i], sorted[j])) << i << j;
+    EXPECT_TRUE(isLess(u"9", u"10") && isLess(u"10", u"\u0432") && isLess(u"\u0432", u"9"));
+}
+
 TEST(GStringSupport, ComparesForTheUserAndIgnoringCase) {
     const std::tuple<GString, GString, long, long> rows[] = {
         {GString("abc"), Text(u"abc"), 0, 0},   {GString("abc"), Text(u"abd"), -1, -1},
@@ -103,6 +117,13 @@ TEST(GStringSupport, IncreasesNumericSuffixes) {
     expect(9, {"Report -> Repor (2)"});
     expect(10, {"Report (9) -> Report(10)"});
     expect(0xFFFFFFFF, {"a -> a (2)"});
+    ForEachRow<2>({u"ab\xD83D\xDE00z -> ab (2)", u"a\xD83D\xDE00xyz -> a\xD83D\xDE00 (2)",
+                   u"ab\xD83D\xDE00(9) -> ab(10)", u"ab\xD83Dxyz -> ab\xD83D (2)"},
+                  [](auto before, auto after) {
+                      GString text = Text(before);
+                      GStringSupport::IncreaseNumericSuffix(text, 7);
+                      EXPECT_EQ(Plain(text), after);
+                  });
 }
 
 TEST(GStringSupport, StripsWhiteSpace) {
