@@ -76,6 +76,8 @@ void GException::CaptureLocation() noexcept {
 }
 
 GLngString GException::GetLngDescription() const {
+    // The language string of the number 0 is the empty one.
+    if (mExceptionID == 0) return GLngString(GStringPoolSupport::GetString(0));
     return GLngString(static_cast<long>(mExceptionID));
 }
 

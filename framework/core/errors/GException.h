@@ -27,7 +27,7 @@ public:
     GException& operator=(const GException&) = default;
     virtual ~GException();
 
-    /// What went wrong: the text of the number.
+    /// What went wrong: the text of the number; "Message" and the number where there is none.
     virtual GLngString GetLngDescription() const;
     /// The location, ": " and the description; the description alone when there was no location.
     virtual GLngString GetLngFullDescription() const;

@@ -15,8 +15,11 @@ constexpr DWORD cSystemDefault = 2048;
 /// Asks for the message in one language; false when the system has none.
 bool FindMessage(DWORD code, DWORD language, GString& text) {
     wchar_t* buffer = nullptr;
-    DWORD length = ::FormatMessageW(FORMAT_MESSAGE_ALLOCATE_BUFFER | FORMAT_MESSAGE_FROM_SYSTEM, nullptr,
-                                    code, language, reinterpret_cast<wchar_t*>(&buffer), 0, nullptr);
+    // Some texts have inserts such as "%1", for which nobody here knows the values: they stay.
+    const DWORD flags =
+        FORMAT_MESSAGE_ALLOCATE_BUFFER | FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS;
+    DWORD length =
+        ::FormatMessageW(flags, nullptr, code, language, reinterpret_cast<wchar_t*>(&buffer), 0, nullptr);
     if (length == 0) return false;
     const PWin32ScopedHandle<PWin32LocalBlock> owner(buffer);
     if (length >= 2 && buffer[length - 2] == L'\r' && buffer[length - 1] == L'\n') length -= 2;
