@@ -1,14 +1,29 @@
 #include "framework/core/errors/GExceptionLocation.h"
 
+#include <new>
+
 #include "PPlatformTypes.h"
 
 namespace {
 
-/// The slot that holds each thread's innermost location, the top of its stack.
+/// The slot that holds each thread's innermost location, the top of its stack. Throws std::bad_alloc when the
+/// process has used up its slots.
 PThreadLocalSlot& ContextStack() {
     static PThreadLocalSlot sContextStack;
     return sContextStack;
 }
+
+/// Makes the slot right after the allocator, so that it ends right before it: other static objects have
+/// locations in their constructors and destructors, too. Without a free slot the first location tries again.
+struct EarlyContextStack {
+    EarlyContextStack() noexcept {
+        try {
+            ContextStack();
+        } catch (const std::bad_alloc&) {
+            // Loading the module must not fail for it.
+        }
+    }
+} sEarlyContextStack __attribute__((init_priority(102)));
 
 GExceptionLocation* GetInnermost() {
     return static_cast<GExceptionLocation*>(ContextStack().Get());

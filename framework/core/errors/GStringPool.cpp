@@ -15,7 +15,7 @@
 
 namespace {
 
-constexpr char cEnglish[] = "enUS";
+constinit const GBuffer cEnglish(cLiteral<"enUS">);
 
 bool IsLessByID(const GStringPoolRow& row, std::int32_t id) {
     return row.mID < id;
@@ -30,16 +30,11 @@ bool IsID(long id) {
     return id == static_cast<std::int32_t>(id);
 }
 
-/// What is registered in this process. Made on first use.
+/// What is registered in this process.
 struct Registry {
     PCriticalSection mSection;
     GTable<GStringPool> mPools;
-    GBuffer mLanguage = GBuffer(cEnglish);
-
-    static Registry& Get() {
-        static Registry sRegistry;
-        return sRegistry;
-    }
+    GBuffer mLanguage = cEnglish;
 
     template <class Language>
     bool Find(const Language& language, long id, GString& text) const {
@@ -56,6 +51,10 @@ struct Registry {
         });
     }
 };
+
+// Made right after the allocator and ended right before it, in the order of these numbers: failures are put
+// into words in the constructors and destructors of other static objects, too.
+Registry sRegistry __attribute__((init_priority(102)));
 
 using Lock = std::lock_guard<PCriticalSection>;
 
@@ -87,35 +86,30 @@ bool GStringPool::Find(long id, GString& text) const {
 
 void GStringPoolSupport::Register(const GBuffer& language, const GBuffer& encodingName,
                                   const GStringPoolRow* rows, long count) {
-    Registry& registry = Registry::Get();
-    const Lock lock(registry.mSection);
-    if (!registry.Has(language, rows))
-        registry.mPools.Append(GStringPool(language, encodingName, rows, count));
+    const Lock lock(sRegistry.mSection);
+    if (!sRegistry.Has(language, rows))
+        sRegistry.mPools.Append(GStringPool(language, encodingName, rows, count));
 }
 
 void GStringPoolSupport::Unregister(const GStringPoolRow* rows) {
-    Registry& registry = Registry::Get();
-    const Lock lock(registry.mSection);
-    for (long i = registry.mPools.GetCount(); i > 0; --i)
-        if (registry.mPools[i - 1].GetRows() == rows) registry.mPools.Remove(i - 1);
+    const Lock lock(sRegistry.mSection);
+    for (long i = sRegistry.mPools.GetCount(); i > 0; --i)
+        if (sRegistry.mPools[i - 1].GetRows() == rows) sRegistry.mPools.Remove(i - 1);
 }
 
 void GStringPoolSupport::SetCurrentLanguage(const GBuffer& language) {
-    Registry& registry = Registry::Get();
-    const Lock lock(registry.mSection);
-    registry.mLanguage = language;
+    const Lock lock(sRegistry.mSection);
+    sRegistry.mLanguage = language;
 }
 
 GBuffer GStringPoolSupport::GetCurrentLanguage() {
-    Registry& registry = Registry::Get();
-    const Lock lock(registry.mSection);
-    return registry.mLanguage;
+    const Lock lock(sRegistry.mSection);
+    return sRegistry.mLanguage;
 }
 
 bool GStringPoolSupport::FindString(long id, GString& text) {
-    Registry& registry = Registry::Get();
-    const Lock lock(registry.mSection);
-    return registry.Find(registry.mLanguage, id, text) || registry.Find(cEnglish, id, text);
+    const Lock lock(sRegistry.mSection);
+    return sRegistry.Find(sRegistry.mLanguage, id, text) || sRegistry.Find(cEnglish, id, text);
 }
 
 GString GStringPoolSupport::GetString(long id) {
