@@ -12,9 +12,9 @@
 #include <vector>
 
 #include "bench/Rounds.h"
+#include "framework/core/encodings/GLatinEncodings.h"
 #include "framework/core/encodings/GUTF8Encoding.h"
 #include "framework/core/encodings/GUnicodeEncoding.h"
-#include "framework/core/encodings/GWinAnsiEncoding.h"
 #include "framework/core/text/GStringSupport.h"
 
 namespace {

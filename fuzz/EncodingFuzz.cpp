@@ -2,14 +2,11 @@
 #include <iterator>
 
 #include "framework/core/encodings/GASCIIEncoding.h"
+#include "framework/core/encodings/GLatinEncodings.h"
 #include "framework/core/encodings/GMacExpertEncoding.h"
-#include "framework/core/encodings/GMacRomanEncoding.h"
-#include "framework/core/encodings/GPDFDocEncoding.h"
-#include "framework/core/encodings/GShiftJISEncoding.h"
-#include "framework/core/encodings/GStandardEncoding.h"
+#include "framework/core/encodings/GPlatformEncoding.h"
 #include "framework/core/encodings/GUTF8Encoding.h"
 #include "framework/core/encodings/GUnicodeEncoding.h"
-#include "framework/core/encodings/GWinAnsiEncoding.h"
 #include "fuzz/FuzzInput.h"
 
 namespace {

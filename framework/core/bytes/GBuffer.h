@@ -35,7 +35,19 @@ public:
     /// A shared empty constant.
     static const GBuffer cEmptyBuffer;
 
+    /// Bytes with a zero behind them that are there for as long as the program.
+    struct Literal {
+        const unsigned char* bytes;
+        std::int32_t length;
+    };
+
     constexpr GBuffer() noexcept = default;
+    /// Borrows a literal when the program is compiled: a constant made like this is there before the first
+    /// static object. See cLiteral.
+    explicit constexpr GBuffer(Literal literal) noexcept
+        : mData(const_cast<unsigned char*>(literal.bytes)),
+          mLength(literal.length),
+          mSizeWord(static_cast<std::uint32_t>(literal.length) + 1) {}
     GBuffer(const GBuffer& other);  ///< owned: duplicates the bytes; borrowed: shares the pointer
     GBuffer(GBuffer&& other) noexcept { Swap(other); }  ///< leaves `other` empty
     GBuffer(const char* text);                          ///< copies a zero-terminated text; null: empty
@@ -258,3 +270,16 @@ private:
 };
 
 QUILLON_EXPORT GBuffer operator+(const GBuffer& left, const GBuffer& right);
+
+/// The bytes of a text in quotes, as a parameter of a template.
+template <std::size_t Size>
+struct GLiteralBytes {
+    consteval GLiteralBytes(const char (&text)[Size]) {
+        for (std::size_t i = 0; i < Size; ++i) bytes[i] = static_cast<unsigned char>(text[i]);
+    }
+    unsigned char bytes[Size] = {};
+};
+
+/// The literal: `constinit const GBuffer cName(cLiteral<"name">);`
+template <GLiteralBytes Text>
+inline constexpr GBuffer::Literal cLiteral = {Text.bytes, sizeof Text.bytes - 1};

@@ -8,7 +8,7 @@
 #include "framework/core/encodings/GUnicodeEncoding.h"
 #include "framework/core/memory/GReplaceable.h"
 
-const GBuffer GASCIIEncoding::sDescription = BorrowLiteral("ASCIIEncoding");
+constinit const GBuffer GASCIIEncoding::sDescription(cLiteral<"ASCIIEncoding">);
 
 namespace {
 

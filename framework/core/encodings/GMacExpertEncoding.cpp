@@ -4,7 +4,7 @@
 #include "framework/core/encodings/GEncodingBuffers.h"
 #include "framework/core/memory/GReplaceable.h"
 
-const GBuffer GMacExpertEncoding::sDescription = BorrowLiteral("MacExpertEncoding");
+constinit const GBuffer GMacExpertEncoding::sDescription(cLiteral<"MacExpertEncoding">);
 
 namespace {
 

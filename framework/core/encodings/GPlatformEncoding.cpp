@@ -2,16 +2,20 @@
 
 #include "framework/core/bytes/GCharCode.h"
 #include "framework/core/encodings/GEncodingBuffers.h"
-#include "framework/core/encodings/GPlatformEncodingFactory.h"
 #include "framework/core/encodings/GUnicodeEncoding.h"
 #include "framework/core/encodings/PText.h"
 #include "framework/core/memory/GReplaceable.h"
 
-const GBuffer GPlatformEncoding::sDescription = BorrowLiteral("WinPlatformEncoding_CodePage");
+constinit const GBuffer GPlatformEncoding::sDescription(cLiteral<"WinPlatformEncoding_CodePage">);
+constinit const GBuffer GShiftJISEncoding::sDescription(cLiteral<"ShiftJISEncoding">);
 
 namespace {
 
-constinit GReplaceable<GPlatformEncoding> sInstance;
+constinit GReplaceable<GPlatformEncoding> sPlatform;
+constinit GReplaceable<GShiftJISEncoding> sShiftJIS;
+constinit GReplaceable<GPlatformEncodingFactory> sFactory;
+
+constexpr long cShiftJISCodePage = 932;
 
 }  // namespace
 
@@ -19,11 +23,11 @@ GPlatformEncoding::GPlatformEncoding(long codePage) noexcept
     : mCodePage(static_cast<std::int32_t>(codePage)) {}
 
 GPlatformEncoding* GPlatformEncoding::GetInstance() {
-    return sInstance.Get([] { return GPlatformEncodingFactory::GetInstance()->CreatePlatformEncoding(0); });
+    return sPlatform.Get([] { return GPlatformEncodingFactory::GetInstance()->CreatePlatformEncoding(0); });
 }
 
 void GPlatformEncoding::SetInstance(GPlatformEncoding* instance) {
-    sInstance.Set(instance);
+    sPlatform.Set(instance);
 }
 
 void GPlatformEncoding::SetModifier(long codePage) noexcept {
@@ -58,4 +62,45 @@ bool GPlatformEncoding::GetCharCode(const GBuffer& glyphName, GCharCode& code) c
 
 const GBuffer& GPlatformEncoding::GetASCIIDescription() const {
     return sDescription;
+}
+
+GShiftJISEncoding::GShiftJISEncoding() noexcept : GPlatformEncoding(cShiftJISCodePage) {}
+
+GShiftJISEncoding* GShiftJISEncoding::GetInstance() {
+    return sShiftJIS.Get([] { return GPlatformEncodingFactory::GetInstance()->CreateShiftJISEncoding(); });
+}
+
+void GShiftJISEncoding::SetInstance(GShiftJISEncoding* instance) {
+    sShiftJIS.Set(instance);
+}
+
+const GBuffer& GShiftJISEncoding::GetASCIIDescription() const {
+    return sDescription;
+}
+
+GPlatformEncodingFactory::~GPlatformEncodingFactory() = default;
+
+GPlatformEncodingFactory* GPlatformEncodingFactory::GetInstance() {
+    return sFactory.Get([] { return new GPlatformEncodingFactory; });
+}
+
+void GPlatformEncodingFactory::SetInstance(GPlatformEncodingFactory* instance) {
+    sFactory.Set(instance);
+}
+
+GPlatformEncoding* GPlatformEncodingFactory::CreatePlatformEncoding(long codePage) const {
+    return new GPlatformEncoding(codePage);
+}
+
+GShiftJISEncoding* GPlatformEncodingFactory::CreateShiftJISEncoding() const {
+    return new GShiftJISEncoding;
+}
+
+GPlatformEncodingModifier::GPlatformEncodingModifier(long codePage)
+    : mEncoding(GPlatformEncoding::GetInstance()), mOldCodePage(mEncoding->GetModifier()) {
+    mEncoding->SetModifier(codePage);
+}
+
+GPlatformEncodingModifier::~GPlatformEncodingModifier() {
+    mEncoding->SetModifier(mOldCodePage);
 }

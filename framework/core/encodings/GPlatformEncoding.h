@@ -5,6 +5,7 @@
 
 #include "framework/core/bytes/GBuffer.h"
 #include "framework/core/encodings/GCustomEncoding.h"
+#include "framework/core/memory/GSharedObject.h"
 
 /// GPlatformEncoding: a code page of the operating system, converted by the system's own functions.
 ///
@@ -38,4 +39,56 @@ public:
 
 private:
     std::atomic<std::int32_t> mCodePage;
+};
+
+/// GShiftJISEncoding: Japanese Shift-JIS as the system converts it (code page 932).
+class QUILLON_EXPORT GShiftJISEncoding : public GPlatformEncoding {
+public:
+    GShiftJISEncoding() noexcept;
+
+    /// The shared instance, made on first use by the GPlatformEncodingFactory; valid until
+    /// SetInstance or the framework's end.
+    static GShiftJISEncoding* GetInstance();
+    /// Takes ownership of a replacement; null: the next GetInstance makes a new one.
+    static void SetInstance(GShiftJISEncoding* instance);
+
+    const GBuffer& GetASCIIDescription() const override;
+
+    static const GBuffer sDescription;
+};
+
+/// GPlatformEncodingFactory: makes the encodings that are code pages of the operating system.
+///
+/// Derive from it and set an instance to have other classes made for them; encodings that were made
+/// before stay. Safe from any thread, but replace it only while no other thread makes an encoding.
+class QUILLON_EXPORT GPlatformEncodingFactory {
+public:
+    GPlatformEncodingFactory() = default;
+    GPlatformEncodingFactory(const GPlatformEncodingFactory&) = delete;
+    GPlatformEncodingFactory& operator=(const GPlatformEncodingFactory&) = delete;
+    virtual ~GPlatformEncodingFactory();
+
+    /// The shared factory, made on first use.
+    static GPlatformEncodingFactory* GetInstance();
+    /// Takes ownership of a replacement and deletes the old one; null: back to the built-in one.
+    static void SetInstance(GPlatformEncodingFactory* instance);
+
+    /// A new encoding with no reference yet: the caller owns it. `codePage` 0 is the system's.
+    virtual GPlatformEncoding* CreatePlatformEncoding(long codePage) const;
+    virtual GShiftJISEncoding* CreateShiftJISEncoding() const;
+};
+
+/// GPlatformEncodingModifier: a scope in which the shared platform encoding works with another code
+/// page. The old one returns at the end of the scope, to the same encoding object. Process-wide: not
+/// for two threads at once.
+class QUILLON_EXPORT GPlatformEncodingModifier {
+public:
+    explicit GPlatformEncodingModifier(long codePage);
+    ~GPlatformEncodingModifier();
+    GPlatformEncodingModifier(const GPlatformEncodingModifier&) = delete;
+    GPlatformEncodingModifier& operator=(const GPlatformEncodingModifier&) = delete;
+
+private:
+    GSharedObject<GPlatformEncoding> mEncoding;
+    long mOldCodePage;
 };

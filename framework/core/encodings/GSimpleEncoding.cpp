@@ -7,7 +7,7 @@
 #include "framework/core/encodings/GUnicodeEncoding.h"
 #include "framework/core/memory/GReplaceable.h"
 
-const GBuffer GSimpleEncoding::sDescription = BorrowLiteral("SimpleEncoding");
+constinit const GBuffer GSimpleEncoding::sDescription(cLiteral<"SimpleEncoding">);
 
 namespace {
 

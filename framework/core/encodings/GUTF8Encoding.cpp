@@ -10,7 +10,7 @@
 #include "framework/core/encodings/GUnicodeEncoding.h"
 #include "framework/core/memory/GReplaceable.h"
 
-const GBuffer GUTF8Encoding::sDescription = BorrowLiteral("UTF-8Encoding");
+constinit const GBuffer GUTF8Encoding::sDescription(cLiteral<"UTF-8Encoding">);
 
 namespace {
 

@@ -11,7 +11,7 @@
 #include "framework/core/encodings/GUnicodeComposition.h"
 #include "framework/core/memory/GReplaceable.h"
 
-const GBuffer GUnicodeEncoding::sDescription = BorrowLiteral("UnicodeEncoding");
+constinit const GBuffer GUnicodeEncoding::sDescription(cLiteral<"UnicodeEncoding">);
 
 namespace {
 

@@ -7,11 +7,10 @@
 #include "PPlatformTypes.h"
 #include "framework/core/containers/GTable.h"
 #include "framework/core/encodings/GASCIIEncoding.h"
-#include "framework/core/encodings/GMacRomanEncoding.h"
-#include "framework/core/encodings/GShiftJISEncoding.h"
+#include "framework/core/encodings/GLatinEncodings.h"
+#include "framework/core/encodings/GPlatformEncoding.h"
 #include "framework/core/encodings/GUTF8Encoding.h"
 #include "framework/core/encodings/GUnicodeEncoding.h"
-#include "framework/core/encodings/GWinAnsiEncoding.h"
 
 namespace {
 

@@ -5,11 +5,10 @@
 #include <string_view>
 
 #include "framework/core/encodings/GASCIIEncoding.h"
-#include "framework/core/encodings/GMacRomanEncoding.h"
+#include "framework/core/encodings/GLatinEncodings.h"
 #include "framework/core/encodings/GUTF8Encoding.h"
 #include "framework/core/encodings/GUnicodeCharacters.h"
 #include "framework/core/encodings/GUnicodeEncoding.h"
-#include "framework/core/encodings/GWinAnsiEncoding.h"
 #include "framework/core/text/GStringSupport.h"
 
 // --- Choice of an encoding ---------------------------------------------------------------------

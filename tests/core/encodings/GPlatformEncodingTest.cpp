@@ -1,7 +1,5 @@
 #include "framework/core/encodings/GPlatformEncoding.h"
 
-#include "framework/core/encodings/GPlatformEncodingFactory.h"
-#include "framework/core/encodings/GPlatformEncodingModifier.h"
 #include "framework/core/memory/GSharedObject.h"
 #include "tests/core/encodings/EncodingForTests.h"
 

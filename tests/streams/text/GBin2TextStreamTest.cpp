@@ -8,8 +8,8 @@
 #include <vector>
 
 #include "framework/core/encodings/GASCIIEncoding.h"
+#include "framework/core/encodings/GLatinEncodings.h"
 #include "framework/core/encodings/GUnicodeEncoding.h"
-#include "framework/core/encodings/GWinAnsiEncoding.h"
 #include "framework/core/errors/GException.h"
 #include "framework/streams/GMemoryInStream.h"
 #include "framework/streams/GMemoryOutStream.h"
