@@ -1,7 +1,7 @@
-#include <cstddef>
+#include "framework/core/memory/GFixedSizeAllocator.h"
+
 #include <new>
 
-#include "framework/core/memory/GAllocator.h"
 #include "framework/core/memory/GPoolPoison.h"
 #include "platform/base/PMemory.h"
 

@@ -3,11 +3,12 @@
 #include <cstddef>
 #include <utility>
 
-/// GSharedObject: an intrusive pointer to an object derived from GThreadSafeRefCount.
+/// GSharedObject: a pointer to an object that counts its references, such as a GThreadSafeRefCount.
 ///
 /// It holds one reference while it points at an object. `T` may be const and may be incomplete where
-/// the pointer is only declared. Pointers to one object may live on any
-/// threads, but each pointer is used by one thread at a time. Objects may be relocated bitwise.
+/// the pointer is only declared. Pointers to one GThreadSafeRefCount may live on any threads, but each
+/// pointer is used by one thread at a time; those to one GRefCount belong to one thread. Pointers may be
+/// relocated bitwise.
 template <class T>
 class GSharedObject {
 public:
