@@ -1,6 +1,8 @@
 #pragma once
 
+#include <algorithm>
 #include <concepts>
+#include <iterator>
 #include <mutex>
 
 #include "PPlatformTypes.h"
@@ -56,56 +58,38 @@ typename GFileSystemBase<Imp>::Registry& GFileSystemBase<Imp>::GetRegistry() {
 
 template <class Imp>
 GPathName GFileSystemBase<Imp>::GetDefault(long id) {
-    const auto resource = [](const char* leaf) {
-        GPathName path = GetResourceFolder();
-        path.Append(leaf);
-        return path;
+    struct Place {
+        long id;
+        GPathName (*getFolder)();
+        const char* leaf;  // null: the folder itself
     };
-    const auto below = [](GPathName folder, const char* leaf) {
-        folder.Append(leaf);
-        return folder;
+    constexpr const char* cPrefsFolder = "Quillon Prefs Folder";
+    constexpr auto getProductParent = [] { return GetSpecialPath(GSpecialPath::cUserApplicationData); };
+    static constexpr Place cPlaces[] = {
+        {GSpecialPath::cUserApplicationData, &Imp::GetUserApplicationDataFolder, nullptr},
+        {GSpecialPath::cSystem, &Imp::GetSystemFolder, nullptr},
+        {GSpecialPath::cLibrary, &Imp::GetLibraryPath, nullptr},
+        {GSpecialPath::cApplication, &Imp::GetApplicationPath, nullptr},
+        {GSpecialPath::cUserPreferenceRoot, &Imp::GetUserPreferenceFolder, nullptr},
+        {GSpecialPath::cGlobalPreferenceRoot, &Imp::GetGlobalPreferenceFolder, nullptr},
+        {GSpecialPath::cGlobalTemp, &Imp::GetGlobalTempFolder, nullptr},
+        {GSpecialPath::cGlobalSystem, &Imp::GetGlobalSystemFolder, nullptr},
+        {GSpecialPath::cResources, &GetResourceFolder, nullptr},
+        {GSpecialPath::cCMap, &GetResourceFolder, "CMap"},
+        {GSpecialPath::cFontMetrics, &GetResourceFolder, "FontMetrics"},
+        {GSpecialPath::cLanguages, &GetResourceFolder, "lng"},
+        {GSpecialPath::cICC, &GetResourceFolder, "ICC"},
+        {GSpecialPath::cXML, &GetResourceFolder, "xml"},
+        {GSpecialPath::cArtwork, &GetResourceFolder, "Artwork"},
+        {GSpecialPath::cGlobalPreferences, &Imp::GetCommonAppDataFolder, cPrefsFolder},
+        {GSpecialPath::cUserPreferences, &Imp::GetUserApplicationDataFolder, cPrefsFolder},
+        {GSpecialPath::cProductData, getProductParent, "Quillon"},
     };
-    static constexpr const char* cPrefsFolder = "Quillon Prefs Folder";
-    switch (id) {
-        case GSpecialPath::cUserApplicationData:
-            return Imp::GetUserApplicationDataFolder();
-        case GSpecialPath::cSystem:
-            return Imp::GetSystemFolder();
-        case GSpecialPath::cLibrary:
-            return Imp::GetLibraryPath();
-        case GSpecialPath::cApplication:
-            return Imp::GetApplicationPath();
-        case GSpecialPath::cUserPreferenceRoot:
-            return Imp::GetUserPreferenceFolder();
-        case GSpecialPath::cGlobalPreferenceRoot:
-            return Imp::GetGlobalPreferenceFolder();
-        case GSpecialPath::cGlobalTemp:
-            return Imp::GetGlobalTempFolder();
-        case GSpecialPath::cGlobalSystem:
-            return Imp::GetGlobalSystemFolder();
-        case GSpecialPath::cCMap:
-            return resource("CMap");
-        case GSpecialPath::cResources:
-            return GetResourceFolder();
-        case GSpecialPath::cFontMetrics:
-            return resource("FontMetrics");
-        case GSpecialPath::cLanguages:
-            return resource("lng");
-        case GSpecialPath::cICC:
-            return resource("ICC");
-        case GSpecialPath::cGlobalPreferences:
-            return below(Imp::GetCommonAppDataFolder(), cPrefsFolder);
-        case GSpecialPath::cUserPreferences:
-            return below(Imp::GetUserApplicationDataFolder(), cPrefsFolder);
-        case GSpecialPath::cXML:
-            return resource("xml");
-        case GSpecialPath::cProductData:
-            return below(GetSpecialPath(GSpecialPath::cUserApplicationData), "Quillon");
-        case GSpecialPath::cArtwork:
-            return resource("Artwork");
-        default:
-            return GPathName();
-    }
+    const Place* const place = std::ranges::find(cPlaces, id, &Place::id);
+    if (place == std::end(cPlaces)) return GPathName();
+    GPathName path = place->getFolder();
+    if (place->leaf != nullptr) path.Append(place->leaf);
+    return path;
 }
 
 template <class Imp>
