@@ -1,7 +1,6 @@
 #pragma once
 
 #include "framework/core/GExport.h"
-#include "framework/core/events/GEmptyMessage.h"
 #include "framework/core/events/GSignal.h"
 
 /// GBasicSignals: the framework's own signals.

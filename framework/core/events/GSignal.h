@@ -6,6 +6,9 @@
 #include "framework/core/errors/GFirstFailure.h"
 #include "framework/core/events/GReceiver.h"
 
+/// GEmptyMessage: what a signal carries that says no more than its number.
+struct GEmptyMessage {};
+
 /// GSignal: a numbered event and the receivers that asked to be told of it.
 ///
 /// Receivers are told in the order of their subscription. They may subscribe and unsubscribe, also

@@ -73,8 +73,8 @@ TEST_F(GExceptionTest, HasTheMessagesOfAllPlatforms) {
     ForEachRow<2>(
         {"2450 -> General Exception", "2464 -> Could not write data to file", "40000 -> File directory full",
          "40079 -> Opening %1 in the application %2", "40270 -> Random generator already initialised",
-         "2449 -> Message 2449", "40080 -> Message 40080", "40271 -> Message 40271", "-1 -> Message -1", "0 -> Message 0",
-         "2147483647 -> Message 2147483647"},
+         "2449 -> Message 2449", "40080 -> Message 40080", "40271 -> Message 40271", "-1 -> Message -1",
+         "0 -> Message 0", "2147483647 -> Message 2147483647"},
         [&](auto id, auto text) {
             EXPECT_EQ(Full(GSimpleException(std::atol(id.data()))), std::u16string(text.begin(), text.end()));
         });

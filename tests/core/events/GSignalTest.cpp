@@ -9,7 +9,6 @@
 #include <vector>
 
 #include "framework/core/events/GBasicSignals.h"
-#include "framework/core/events/GEmptyMessage.h"
 
 namespace {
 
