@@ -6,6 +6,7 @@
 #include "framework/core/errors/GExceptionID.h"
 #include "framework/core/errors/GFirstFailure.h"
 #include "framework/ipc/GIPCMessageQueue.h"
+#include "framework/system/GOSVersion.h"
 #include "framework/system/GProcessInfo.h"
 #include "framework/system/GSessionInfo.h"
 #include "framework/system/PSystem.h"
@@ -14,14 +15,10 @@ namespace {
 
 using Entry = GIPCRegistryEntries::Entry;
 
-// The systems whose kernel objects know no sessions, so that all processes share one name space.
-constexpr long cFirstWithoutSessions = 3003;
-constexpr long cLastWithoutSessions = 3008;
-
+// Whether a registry may lie in the name space of the whole machine.
 bool SharesOneNameSpace() {
     if (PSystem::GetPlatformCode() != PSystem::cPlatformWindows) return true;
-    const long code = PSystem::GetOSCode();
-    return code >= cFirstWithoutSessions && code <= cLastWithoutSessions;
+    return !GOSVersion::HasGlobalMutexes(PSystem::GetOSCode());
 }
 
 Entry MakeEntry(long processID, long registrationID) {

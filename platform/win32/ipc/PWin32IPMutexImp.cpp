@@ -2,15 +2,13 @@
 
 #include <algorithm>
 
+#include "framework/system/GOSVersion.h"
 #include "framework/system/PSystem.h"
 #include "platform/win32/base/PWin32Api.h"
 #include "platform/win32/ipc/PWin32KernelObject.h"
 
 namespace {
 
-// The systems on which a name may not begin with a name space. One more than for segments.
-constexpr long cFirstWithoutPath = 3003;
-constexpr long cLastWithoutPath = 3008;
 constexpr double cLongestWait = 0x7FFFFFFF;  // milliseconds
 
 void* OpenOrCreate(const GBuffer& name) {
@@ -49,8 +47,7 @@ void PWin32IPMutexImp::Close() {
 }
 
 GBuffer PWin32IPMutexImp::GetMemoryPath() {
-    const long code = PSystem::GetOSCode();
-    return GBuffer(code >= cFirstWithoutPath && code <= cLastWithoutPath ? "" : "Global\\");
+    return GBuffer(GOSVersion::HasGlobalMutexes(PSystem::GetOSCode()) ? "Global\\" : "");
 }
 
 long PWin32IPMutexImp::GetMaxIDSize() {

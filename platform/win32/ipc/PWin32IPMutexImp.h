@@ -22,7 +22,7 @@ public:
     void Unlock();
     void Close();
 
-    /// The name space: "Global\", or nothing on the OS codes 3003 to 3008.
+    /// The name space: "Global\", or nothing (GOSVersion::HasGlobalMutexes).
     static GBuffer GetMemoryPath();
     /// The length of the longest identifier.
     static long GetMaxIDSize();

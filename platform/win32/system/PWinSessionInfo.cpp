@@ -3,6 +3,7 @@
 #include <cstring>
 #include <memory>
 
+#include "framework/system/GOSVersion.h"
 #include "framework/system/PSystem.h"
 
 #include "platform/win32/base/PWin32Api.h"
@@ -18,10 +19,8 @@ struct WTSDeleter {
 template <class T>
 using WTSPtr = std::unique_ptr<T, WTSDeleter>;
 
-// Systems before the one that gave every logon a session of its own, without one server release.
 bool HasNoSessions() {
-    const long code = PSystem::GetOSCode();
-    return code >= 3003 && code <= 3007;
+    return !GOSVersion::HasSessions(PSystem::GetOSCode());
 }
 
 }  // namespace
