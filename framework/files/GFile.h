@@ -11,11 +11,11 @@ class GBuffer;
 
 /// GFile: a file that is opened by a mode (GFileOpenMode) and shared by streams.
 ///
-/// Positions and lengths are in bytes. Read and Write use the file's own position; ReadAt and
-/// WriteAt leave it alone and may be called from several threads at once, everything else from one
-/// thread at a time. Failures throw PWin32SystemException (GCustomException 40074 in the native
-/// build) with the path as location; calls on a closed file throw GSimpleException 40005, negative
-/// positions 40007.
+/// Positions and lengths are in bytes. Read and Write use the file's own position; ReadAt and WriteAt
+/// leave it alone and may be called from several threads at once, everything else from one thread at a
+/// time. Failures throw PWin32SystemException (GCustomException GExceptionID::cUNIXSystemError in the
+/// native build) with the path as location; calls on a closed file throw GExceptionID::cFileNotOpen,
+/// negative positions GExceptionID::cPositionBeforeStart.
 class QUILLON_EXPORT GFile : public GThreadSafeRefCount {
 public:
     /// A closed file.

@@ -11,9 +11,9 @@
 /// GFileSystemBase: the framework's static view of the file system, over a platform's calls (what
 /// these are stands in GFileSystemDefinitions.h).
 ///
-/// Use it as GFileSystem. Paths are portable GPathNames and may be longer than 260 units. Failures
-/// throw PWin32SystemException (GCustomException 40074 in the native build); their full description
-/// begins with the path. Callable from any thread.
+/// Use it as GFileSystem. Paths are portable GPathNames and may be longer than 260 units. Failures throw
+/// PWin32SystemException (GCustomException GExceptionID::cUNIXSystemError in the native build); their
+/// full description begins with the path. Callable from any thread.
 template <class Imp>
 class GFileSystemBase {
 public:

@@ -51,10 +51,10 @@ enum class GFilterStep {
 ///
 /// Where the data is wrong, everything before it is delivered first. The Read after that throws, and so
 /// does each one until Reset:
-/// - GSimpleException 2452: a byte or a value that cannot be;
-/// - GSimpleException 2453: the source ended in the middle of something. The lack of an end mark alone
-///   is no failure, it ends the data;
-/// - GSimpleException 2457: an unknown tag in front of a PNG row.
+/// - GExceptionID::cInvalidDataToDecode: a byte or a value that cannot be;
+/// - GExceptionID::cUnexpectedEndOfData: the source ended in the middle of something. The lack of an end
+///   mark alone is no failure, it ends the data;
+/// - GExceptionID::cWrongPNGTag: an unknown tag in front of a PNG row.
 /// What the source throws passes through, also behind the bytes that came before, and only once: the
 /// next Read asks the source again.
 ///

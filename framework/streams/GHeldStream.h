@@ -7,8 +7,8 @@
 
 /// GHeldStream: the stream that another one works on, borrowed or owned.
 ///
-/// It is made on the spot from what a constructor is given: a reference is borrowed and must outlive
-/// the holder, a pointer is owned from then on, and null throws GSimpleException 40017.
+/// It is made on the spot from what a constructor is given: a reference is borrowed and must outlive the
+/// holder, a pointer is owned from then on, and null throws GExceptionID::cInvalidParameter.
 template <class Stream>
 class GHeldStream {
 public:
@@ -21,7 +21,7 @@ public:
     Stream& operator*() const noexcept { return *mStream; }
     Stream* operator->() const noexcept { return mStream; }
 
-    /// Owns a clone of the stream. Throws GSimpleException 2450 when the clone is of another kind.
+    /// Owns a clone of the stream. Throws GExceptionID::cGeneral when the clone is of another kind.
     GHeldStream Clone() const {
         std::unique_ptr<GInStream> clone(mStream->CreateClone());
         auto* const stream = dynamic_cast<Stream*>(clone.get());

@@ -9,7 +9,7 @@ class QUILLON_EXPORT GPartialInStream : public GInStream {
 public:
     /// The `length` bytes behind the first `start` bytes of the source, wherever it stands now: it is
     /// moved by the first Read. From a reference the source is borrowed, from a pointer owned. Negative
-    /// counts throw GSimpleException 40017.
+    /// counts throw GExceptionID::cInvalidParameter.
     GPartialInStream(GHeldStream<GInStream> source, long long start, long long length);
     GPartialInStream(const GPartialInStream& other);
     GPartialInStream& operator=(const GPartialInStream&) = delete;

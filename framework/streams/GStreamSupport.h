@@ -13,12 +13,12 @@ public:
     static constexpr long cCopyChunk = 0x19000;  // bytes
 
     /// Copies the rest of `source` to `target` and returns the number of bytes. Reports progress in
-    /// bytes, with a total where `source` is a memory or file stream. Throws GSimpleException 2464
-    /// when `target` takes fewer bytes than it was given.
+    /// bytes, with a total where `source` is a memory or file stream. Throws
+    /// GExceptionID::cCouldNotWriteFile when `target` takes fewer bytes than it was given.
     static long long CopyStream(GInStream& source, GOutStream& target);
 
-    /// Replaces `content` with the whole rest of `source` and returns its length. More than `limit`
-    /// bytes throw GSimpleException 40160; whatever is thrown, `content` stays as it was.
+    /// Replaces `content` with the whole rest of `source` and returns its length. More than `limit` bytes
+    /// throw GExceptionID::cNotEnoughSpace; whatever is thrown, `content` stays as it was.
     static long GetContent(GInStream& source, GBuffer& content, long limit = GBuffer::cMaxLength);
 
     /// The length of all data of `source` in bytes, from its start to its end, wherever it stands.

@@ -20,7 +20,7 @@ class GString;
 /// what running out of it throws. Exceptions are values; catch by reference.
 class QUILLON_EXPORT GException {
 public:
-    /// A general exception, 2450.
+    /// A general exception, GExceptionID::cGeneral.
     GException();
     explicit GException(long id);
     GException(const GException&) = default;
@@ -56,7 +56,8 @@ public:
     ~GSimpleException() override;
 };
 
-/// The user or the program has canceled the action (2459). Handlers pass it on to the outer level.
+/// The user or the program has canceled the action (GExceptionID::cAborted). Handlers pass it on to the
+/// outer level.
 class QUILLON_EXPORT GAbortException : public GException {
 public:
     GAbortException();
@@ -65,8 +66,8 @@ public:
     ~GAbortException() override;
 };
 
-/// Out of memory (2451), also as the standard library knows it. Never carries a location, so that
-/// making one needs no memory.
+/// Out of memory (GExceptionID::cOutOfMemory), also as the standard library knows it. Never carries a
+/// location, so that making one needs no memory.
 class QUILLON_EXPORT GMemoryException : public GException, public std::bad_alloc {
 public:
     GMemoryException();

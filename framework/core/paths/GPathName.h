@@ -66,8 +66,8 @@ public:
     void SetLegacyPlatformString(const GString& path);
     /// "\\server\share\x". Unlike the Win32 form, "\\?\UNC\server\x" keeps both slashes.
     void SetUNCPathString(const GString& path);
-    /// The device-independent form of page-description documents: "/C/dir" is "C:/dir", "/server/x"
-    /// is "//server/x". Throws GSimpleException 40090 for a text that starts with "http://" or
+    /// The device-independent form of page-description documents: "/C/dir" is "C:/dir", "/server/x" is
+    /// "//server/x". Throws GExceptionID::cURLNotSupported for a text that starts with "http://" or
     /// "ftp://"; the path then stays as it was.
     void SetDIPathString(const GString& path);
     void SetMachOPathString(const GString& path);
@@ -125,7 +125,7 @@ public:
 
     /// Adds a component behind a '/'. An empty one changes nothing.
     void Append(const GString& component);
-    /// Throws GSimpleException 40066, and changes nothing, when `relative` has a root name.
+    /// Throws GExceptionID::cPathNotRelative, and changes nothing, when `relative` has a root name.
     GPathName& operator/=(const GPathName& relative);
     /// Puts the leaf in the place of the present one, or behind a path that has none.
     void ReplaceLeaf(const GString& leaf);
@@ -156,7 +156,7 @@ public:
     /// A replacement that is itself refused, or is half of a pair, is taken as '_'; so is a dot, a
     /// blank, a letter or a digit wherever it would spoil the name again.
     static void CreateValidFileName(GString& name, long maxLength, unsigned short replacement);
-    /// Throws GSimpleException 40068 for a text that is no portable path: one with a zero or a
+    /// Throws GExceptionID::cInvalidPath for a text that is no portable path: one with a zero or a
     /// backslash, which would end or split the native form.
     static void CheckCrossPlatformString(const GString& portable);
 

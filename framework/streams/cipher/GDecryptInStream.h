@@ -13,7 +13,7 @@
 /// but does not tell whether somebody has changed the data.
 class QUILLON_EXPORT GDecryptInStream : public GFilterInStream {
 public:
-    /// `key`: 16 or 32 bytes; anything else throws GSimpleException 2463.
+    /// `key`: 16 or 32 bytes; anything else throws GExceptionID::cWrongKeyLength.
     GDecryptInStream(GHeldStream<GInStream> source, const GBuffer& key);
     GDecryptInStream(const GDecryptInStream& other);
     GDecryptInStream& operator=(const GDecryptInStream&) = delete;

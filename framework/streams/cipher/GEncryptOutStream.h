@@ -8,18 +8,18 @@
 /// GEncryptOutStream: writes into a target what GDecryptInStream reads.
 ///
 /// Whole blocks are handed to the target by the Write that completes them. A target that takes fewer
-/// bytes than it was given makes every operation throw GSimpleException 2464.
+/// bytes than it was given makes every operation throw GExceptionID::cCouldNotWriteFile.
 class QUILLON_EXPORT GEncryptOutStream : public GOutStream {
 public:
     /// From a reference the target is borrowed, from a pointer owned. `key`: 16 or 32 bytes; anything
-    /// else throws GSimpleException 2463.
+    /// else throws GExceptionID::cWrongKeyLength.
     GEncryptOutStream(GHeldStream<GOutStream> target, const GBuffer& key);
     GEncryptOutStream(const GEncryptOutStream&) = delete;
     GEncryptOutStream& operator=(const GEncryptOutStream&) = delete;
     /// Finishes, unless that has been done; what is thrown then is lost.
     ~GEncryptOutStream() override;
 
-    /// Returns the length of `data`. Behind Finish it throws GSimpleException 40017.
+    /// Returns the length of `data`. Behind Finish it throws GExceptionID::cInvalidParameter.
     long Write(const GBuffer& data) override;
     /// Flushes the target; a block that is not full waits.
     void Flush() override;

@@ -16,18 +16,18 @@ public:
 
     enum class Direction { cEncrypt, cDecrypt };
 
-    /// `key` has 16 or 32 bytes (else GSimpleException 2463), `start` is the block before the first one.
-    /// Throws GSimpleException 2450 when the library refuses.
+    /// `key` has 16 or 32 bytes (else GExceptionID::cWrongKeyLength), `start` is the block before the
+    /// first one. Throws GExceptionID::cGeneral when the library refuses.
     PCipher(Direction direction, const GBuffer& key, const Block& start);
     PCipher(const PCipher&) = delete;
     PCipher& operator=(const PCipher&) = delete;
     ~PCipher();
 
     /// Converts `count` bytes, whole blocks, into as many; the two places may be the same. Each call goes
-    /// on behind the one before. Throws GSimpleException 2450 when the library fails.
+    /// on behind the one before. Throws GExceptionID::cGeneral when the library fails.
     void Process(const unsigned char* in, unsigned char* out, long count);
 
-    /// Throws GSimpleException 2463 for any other length than 16 and 32 bytes.
+    /// Throws GExceptionID::cWrongKeyLength for any other length than 16 and 32 bytes.
     static void CheckKey(const GBuffer& key);
     /// Fills the block with random bytes fit for a cipher.
     static Block GetRandomBlock();

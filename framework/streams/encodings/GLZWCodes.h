@@ -19,6 +19,6 @@ struct GLZWCodes {
     static constexpr std::int32_t NextWidth(std::int32_t width, std::int32_t next, std::int32_t earlyChange) {
         return next + earlyChange >= 1 << width && width < cLastWidth ? width + 1 : width;
     }
-    /// Throws GSimpleException 40017 unless it is 0 or 1.
+    /// Throws GExceptionID::cInvalidParameter unless it is 0 or 1.
     static std::int32_t CheckEarlyChange(long earlyChange);
 };

@@ -12,7 +12,7 @@
 class QUILLON_EXPORT GLZWDecode : public GFilterInStream {
 public:
     /// `earlyChange`: 1 when codes grow one code earlier than they must, as is the rule; or 0. Anything
-    /// else throws GSimpleException 40017.
+    /// else throws GExceptionID::cInvalidParameter.
     explicit GLZWDecode(GHeldStream<GInStream> source, long earlyChange = 1);
 
     GLZWDecode* CreateClone() const override;

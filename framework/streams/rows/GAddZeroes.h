@@ -5,7 +5,7 @@
 /// GAddZeroes: a source with zero bytes behind its end.
 class QUILLON_EXPORT GAddZeroes : public GFilterInStream {
 public:
-    /// `count` zero bytes; less than none throws GSimpleException 40017.
+    /// `count` zero bytes; less than none throws GExceptionID::cInvalidParameter.
     GAddZeroes(GHeldStream<GInStream> source, long long count);
 
     GAddZeroes* CreateClone() const override;

@@ -12,7 +12,7 @@
 /// unexpected.
 class QUILLON_EXPORT GBitConvert : public GFilterInStream {
 protected:
-    /// Widths are 1 to 16 bits. Throws GSimpleException 40017 when there can be no such rows.
+    /// Widths are 1 to 16 bits. Throws GExceptionID::cInvalidParameter when there can be no such rows.
     GBitConvert(GHeldStream<GInStream> source, long columns, long colours, long fromBits, long toBits);
     GBitConvert(const GBitConvert& other) = default;
 
@@ -37,14 +37,14 @@ private:
     std::array<std::uint16_t, 256> mScaled;  // all values of samples of up to eight bits
 };
 
-/// To samples of more bits, or as many; fewer throw GSimpleException 40017.
+/// To samples of more bits, or as many; fewer throw GExceptionID::cInvalidParameter.
 class QUILLON_EXPORT GBitExpander : public GBitConvert {
 public:
     GBitExpander(GHeldStream<GInStream> source, long columns, long colours, long fromBits, long toBits);
     GBitExpander* CreateClone() const override;
 };
 
-/// To samples of fewer bits, or as many; more throw GSimpleException 40017.
+/// To samples of fewer bits, or as many; more throw GExceptionID::cInvalidParameter.
 class QUILLON_EXPORT GBitCompressor : public GBitConvert {
 public:
     GBitCompressor(GHeldStream<GInStream> source, long columns, long colours, long fromBits, long toBits);

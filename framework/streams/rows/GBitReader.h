@@ -14,8 +14,9 @@ public:
     explicit GBitReader(GHeldStream<GInStream> source);
 
     /// The next `bits` bits in `word`. False at the end of the data, and where less than a byte of it is
-    /// left and less than is asked for: what fills the last byte. Throws GSimpleException 40017 for other
-    /// widths and GSimpleException 2453 when a byte or more is left, but not enough.
+    /// left and less than is asked for: what fills the last byte. Throws GExceptionID::cInvalidParameter
+    /// for other widths and GExceptionID::cUnexpectedEndOfData when a byte or more is left, but not
+    /// enough.
     bool ReadWord(std::uint32_t& word, long bits);
     /// Passes over the bits up to the next whole byte.
     void SkipToByte();

@@ -15,7 +15,7 @@ struct QUILLON_EXPORT GBitUtils {
         return static_cast<std::uint32_t>(scaled / GreatestOf(from));
     }
     /// The bytes of a row of `columns` pixels of `colours` samples each; rows fill whole bytes. Throws
-    /// GSimpleException 40017 when a count is below 1, a width is none of 1 to 16, or the row would be
-    /// longer than a buffer can be.
+    /// GExceptionID::cInvalidParameter when a count is below 1, a width is none of 1 to 16, or the row
+    /// would be longer than a buffer can be.
     static std::int32_t RowLength(long columns, long colours, long bits);
 };

@@ -8,7 +8,8 @@
 
 /// GBitWriter: words of 1 to 32 bits into a stream, highest bit first. One thread at a time.
 ///
-/// A target that takes fewer bytes than it was given makes the call throw GSimpleException 2464.
+/// A target that takes fewer bytes than it was given makes the call throw
+/// GExceptionID::cCouldNotWriteFile.
 class QUILLON_EXPORT GBitWriter {
 public:
     /// From a reference the target is borrowed, from a pointer it is owned.
@@ -18,7 +19,7 @@ public:
     /// Finishes, unless that has been done since the last word; what the target throws is lost.
     ~GBitWriter();
 
-    /// Writes the lower `bits` bits of `word`. Other widths throw GSimpleException 40017.
+    /// Writes the lower `bits` bits of `word`. Other widths throw GExceptionID::cInvalidParameter.
     void WriteWord(std::uint32_t word, long bits);
     /// Fills the last byte with zero bits and hands all to the target. Words that follow begin a byte.
     void Finish();

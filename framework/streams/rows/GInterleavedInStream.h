@@ -10,12 +10,12 @@
 /// GInterleavedInStream: the bytes of several sources in turn, as the planes of an image become pixels.
 ///
 /// It ends with the first source that has nothing left when its turn begins. A source that ends inside
-/// its turn is an unexpected end: GSimpleException 2453 behind what came before, again at each Read until
-/// Reset. A Read may give fewer bytes than asked.
+/// its turn is an unexpected end: GExceptionID::cUnexpectedEndOfData behind what came before, again at
+/// each Read until Reset. A Read may give fewer bytes than asked.
 class QUILLON_EXPORT GInterleavedInStream : public GInStream {
 public:
     /// `unit` bytes of each source in turn. The sources are borrowed. No source, a null one and a unit
-    /// below 1 throw GSimpleException 40017.
+    /// below 1 throw GExceptionID::cInvalidParameter.
     GInterleavedInStream(const GTable<GInStream*>& sources, long unit);
     /// The same, taking ownership of the table and the sources in it.
     GInterleavedInStream(GTable<GInStream*>* sources, long unit);

@@ -5,8 +5,8 @@
 /// GLinePadder: rows of bytes, made longer. An unfinished last row becomes as long as the others.
 class QUILLON_EXPORT GLinePadder : public GFilterInStream {
 public:
-    /// From `width` bytes to `paddedWidth` by bytes of `value`. Throws GSimpleException 40017 for a width
-    /// below 1, a smaller padded one, and what is no byte.
+    /// From `width` bytes to `paddedWidth` by bytes of `value`. Throws GExceptionID::cInvalidParameter
+    /// for a width below 1, a smaller padded one, and what is no byte.
     GLinePadder(GHeldStream<GInStream> source, long width, long paddedWidth, long value = 0);
 
     GLinePadder* CreateClone() const override;

@@ -10,7 +10,7 @@
 /// An unfinished last row is delivered as far as it goes; then the end is unexpected.
 class QUILLON_EXPORT GPNGDecode : public GFilterInStream {
 protected:
-    /// Throws GSimpleException 40017 when there can be no such row.
+    /// Throws GExceptionID::cInvalidParameter when there can be no such row.
     GPNGDecode(GHeldStream<GInStream> source, long columns, long colours, long bits);
     GPNGDecode(const GPNGDecode& other) = default;
 

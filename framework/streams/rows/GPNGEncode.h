@@ -9,7 +9,7 @@
 /// unfinished last row is written as a short row.
 class QUILLON_EXPORT GPNGEncode : public GFilterInStream {
 protected:
-    /// Throws GSimpleException 40017 when there can be no such row.
+    /// Throws GExceptionID::cInvalidParameter when there can be no such row.
     GPNGEncode(GHeldStream<GInStream> source, GPNGTag tag, long columns, long colours, long bits);
     GPNGEncode(const GPNGEncode& other) = default;
 

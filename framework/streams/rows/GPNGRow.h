@@ -20,8 +20,8 @@ class GPNGRow {
 public:
     static constexpr unsigned char cTagCount = 5;
 
-    /// The bytes of a row of so many pixels, without its tag. Throws GSimpleException 40017 when samples
-    /// cannot have so many bits, and as GBitUtils::RowLength.
+    /// The bytes of a row of so many pixels, without its tag. Throws GExceptionID::cInvalidParameter when
+    /// samples cannot have so many bits, and as GBitUtils::RowLength.
     static std::int32_t CheckedLength(long columns, long colours, long bits);
 
     /// `pixelLength`: bytes from a byte to that of the pixel to its left.

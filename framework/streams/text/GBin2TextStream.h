@@ -17,7 +17,7 @@
 class QUILLON_EXPORT GBin2TextStream : public GInStream {
 public:
     /// `source` is not owned and outlives this stream; `encoding` is shared and not null (that throws
-    /// GSimpleException 40017).
+    /// GExceptionID::cInvalidParameter).
     GBin2TextStream(GBufferedInStream& source, const GEncoding* encoding);
     /// The same, taking ownership of `source`.
     GBin2TextStream(GBufferedInStream* source, const GEncoding* encoding);
@@ -42,7 +42,7 @@ public:
     bool IsAtEnd();
 
     /// An own source (a clone of this one's), standing at the same place of the text. Throws
-    /// GSimpleException 2450 when the source's clone cannot step back.
+    /// GExceptionID::cGeneral when the source's clone cannot step back.
     GBin2TextStream* CreateClone() const override;
     /// The text as UTF-16 bytes in machine order. A token or line that is read after half a unit
     /// begins behind that unit.

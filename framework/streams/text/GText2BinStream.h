@@ -11,12 +11,12 @@ class GString;
 
 /// GText2BinStream: writes text into a target stream, as bytes of one encoding.
 ///
-/// Characters that the encoding lacks become the default character. A target
-/// that takes fewer bytes than it was given makes every operation throw GSimpleException 2464. One
-/// thread at a time.
+/// Characters that the encoding lacks become the default character. A target that takes fewer bytes than
+/// it was given makes every operation throw GExceptionID::cCouldNotWriteFile. One thread at a time.
 class QUILLON_EXPORT GText2BinStream : public GOutStream {
 public:
-    /// `target` is not owned; `encoding` is shared and not null (that throws GSimpleException 40017).
+    /// `target` is not owned; `encoding` is shared and not null (that throws
+    /// GExceptionID::cInvalidParameter).
     GText2BinStream(GOutStream& target, const GEncoding* encoding);
     /// The same, taking ownership of `target`.
     GText2BinStream(GOutStream* target, const GEncoding* encoding);

@@ -8,8 +8,8 @@
 #include "framework/core/errors/GExceptionLocation.h"
 #include "framework/core/paths/GPathName.h"
 
-/// Throws GCustomException 40074 with the system's text for `error`, an errno, and the path as
-/// location.
+/// Throws GCustomException GExceptionID::cUNIXSystemError with the system's text for `error`, an errno,
+/// and the path as location.
 [[noreturn]] inline void ThrowPosixFailure(int error, const GPathName& path) {
     const GExceptionLocation location(path);
     throw GCustomException(GExceptionID::cUNIXSystemError, GString(std::strerror(error)));

@@ -4,8 +4,8 @@
 
 /// PPosixFileImp: one file descriptor, opened by a mode of GFileOpenMode.
 ///
-/// Every failure throws GCustomException 40074 with the system's text and the path as location. The
-/// sharing bits have no effect: UNIX lets everybody open a file.
+/// Every failure throws GCustomException GExceptionID::cUNIXSystemError with the system's text and the
+/// path as location. The sharing bits have no effect: UNIX lets everybody open a file.
 class PPosixFileImp {
 public:
     explicit PPosixFileImp(const GPathName& path) : mPath(path) {}

@@ -5,7 +5,8 @@
 
 /// PPosixFileSystemImp: the calls of GFileSystemBase on a UNIX system.
 ///
-/// Failures throw GCustomException 40074, those of a path with the path as location.
+/// Failures throw GCustomException GExceptionID::cUNIXSystemError, those of a path with the path as
+/// location.
 class PPosixFileSystemImp {
 public:
     // From the environment (XDG folders); folders that UNIX has no like of are those of /usr and /etc.

@@ -4,7 +4,8 @@
 
 #include "framework/core/errors/GException.h"
 
-/// PWin32SystemException: a failed call of the operating system (40073), with the system's code.
+/// PWin32SystemException: a failed call of the operating system (GExceptionID::cWin32SystemError), with
+/// the system's code.
 ///
 /// The description is the system's own message for the code: in English when the string pools'
 /// current language is "enUS", otherwise in the user's language.
