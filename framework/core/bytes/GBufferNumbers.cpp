@@ -90,8 +90,8 @@ bool SkipReal(Scanner& scanner) {
     return true;
 }
 
-// Whether a number that no double can hold is too large for one, and not too small: its first digit
-// that counts stands before the decimal point, as the exponent moves that.
+// For a number outside the range of a double: whether it is too large, and not too small. It is when its
+// first digit other than zero stands before the decimal point, once the exponent has moved that.
 bool IsTooLarge(const char* text, const char* end) {
     const char* const mantissaEnd = std::find_if(text, end, [](char c) { return c == 'e' || c == 'E'; });
     const char* const point = std::find(text, mantissaEnd, '.');

@@ -80,8 +80,8 @@ private:
     __m128i mLanes[cMaxLength];
 };
 
-// A larger set: a bit for each low byte that occurs in it, which settles the matter for bytes; a unit
-// whose low byte occurs is looked up.
+// A larger set. It has a bit for each low byte that occurs. For bytes that is the answer; a unit whose
+// low byte occurs is searched for.
 template <class Unit>
 class LargeSet {
 public:
@@ -266,7 +266,8 @@ long FindByBothEnds(const unsigned char* bytes, long length, const unsigned char
 }
 
 // Leaps from one occurrence of the first byte to the next, as long as they are rare. One stands at
-// `start`. Out of line, lest the registers that it needs are saved for finding that.
+// `start`. Kept out of line, so that the caller, which finds that one, need not save registers for the
+// rest.
 [[gnu::noinline]] long FindByFirstByte(const unsigned char* bytes, long length, const unsigned char* pattern,
                                        long patternLength, long start) {
     constexpr std::ptrdiff_t cRare = 64;  // bytes between two occurrences, on the average

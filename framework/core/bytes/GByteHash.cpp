@@ -61,8 +61,8 @@ std::uint64_t LoadTail(const unsigned char* bytes, long count) {
 }  // namespace
 
 std::uint32_t GByteHash::Of(const unsigned char* bytes, long length) noexcept {
-    // Eight bytes turn the hash once around, and what they put in is added bit by bit. So the groups of
-    // eight can be summed first, and only their sum be folded.
+    // Eight bytes rotate the hash by 32 bits, which leaves it as it was, and each byte is added by XOR.
+    // So the groups of eight can be added up first, and only their sum is folded.
     auto hash = static_cast<std::uint32_t>(length);
     const int tail = static_cast<int>(length % 8);
     if (length < 8) return std::rotl(hash, 4 * tail) ^ FoldWord(LoadTail(bytes, length));

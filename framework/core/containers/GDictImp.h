@@ -1,7 +1,7 @@
 #pragma once
 
-// The bodies of GDict's members; included by GDict.h, which is the header to include. No public one
-// is inline: of an instance the DLL does not export what is.
+// The bodies of GDict's members. Include GDict.h, not this file. No public member is inline, because the
+// DLL does not export the inline members of an instance.
 
 template <class K, class V>
 template <class EntryType>
@@ -259,8 +259,8 @@ template <class K, class V>
 inline long GDict<K, V>::FindSlot(const K& key, std::uint32_t hash) const {
     const GDictIndex index = Index();
     const std::uint32_t home = index.GetHome(hash, mSlotCount);
-    // Most entries lie in their home. Slots too many for the nearest cache are fetched from there
-    // while the index is.
+    // Most entries lie in their home slot. Where the slots are too many for the nearest cache, that slot
+    // is fetched while the index is read.
     constexpr std::int32_t cManySlots = 4096;
     if (mSlotCount > cManySlots) __builtin_prefetch(mSlots + home);
     for (std::int32_t slot = index.GetFirst(home); slot >= 0; slot = index.GetNext(slot)) {
@@ -366,7 +366,7 @@ long GDict<K, V>::NextOccupied(long slot) const noexcept {
 
 // --- Iterators ---------------------------------------------------------------------------------
 
-// Where the cursor goes next: a slot, or what is none.
+// The slot to which the cursor goes next, or a number that is no slot.
 template <class K, class V>
 long GDict<K, V>::FindNext(GDictCursor& cursor) const noexcept {
     if (!cursor.HasList()) return NextOccupied(cursor.GetPosition());

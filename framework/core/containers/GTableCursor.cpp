@@ -61,7 +61,8 @@ void GTableCursor::ElementsRemoved(GTableCursor* chain, long position, long coun
         if (cursor.mPosition >= position + count) {
             cursor.mPosition -= static_cast<std::int32_t>(count);
         } else if (cursor.mPosition >= position) {
-            // What it stood on or came to next is gone; now it comes to the neighbour in its direction.
+            // Its element, or the one that came next, is gone. What comes next now is the neighbour in
+            // its direction.
             cursor.mPosition = static_cast<std::int32_t>(cursor.mForward ? position : position - 1);
             cursor.mState = cBetween;
         }

@@ -1,7 +1,7 @@
 #pragma once
 
-// The bodies of GTable's members; included by GTable.h, which is the header to include. None stands in
-// the class: what does is inline, and of an instance the DLL does not export what is.
+// The bodies of GTable's members. Include GTable.h, not this file. None stands in the class: it would be
+// inline there, and the DLL does not export the inline members of an instance.
 
 template <class T>
 GTable<T>::GTable() noexcept = default;

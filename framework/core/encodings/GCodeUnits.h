@@ -28,8 +28,8 @@ struct GCodeUnits {
 
     static constexpr std::size_t cLongBlock = 64;
 
-    // The next four convert a block of some kind; false, with the output undefined, when it is of another.
-    // Callers go on one by one then.
+    // The next four convert a block of one kind of text. For a block of another kind they return false,
+    // and the output is undefined: the caller then converts it unit by unit.
 
     /// 16 bytes which, as signed numbers, are no less than `least` and no more than `most`, to 16 units
     /// with the same numbers. 0 to 0x7F is ASCII; with -0x60 the codes from 0xA0 on belong to it.

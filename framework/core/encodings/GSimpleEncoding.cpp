@@ -16,8 +16,8 @@ constinit GReplaceable<GSimpleEncoding> sInstance;
 constexpr std::uint32_t cIsUnit = 0x10000;
 constexpr std::uint16_t cIsCode = 0x100;
 
-// The vectors' blocks; and how many elements go through a table before it is asked whether one of
-// them was not there.
+// How many elements a vector takes, and how many go through a table before the check whether one of them
+// was missing there.
 constexpr std::size_t cBlock = 16;
 
 }  // namespace

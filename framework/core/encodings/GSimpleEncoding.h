@@ -77,8 +77,8 @@ private:
     // and the unit; 0 for any other.
     std::array<std::uint32_t, 256> mDirect{};
     bool mHasSequences = false;
-    // The codes that stand for the units of the same number, in both directions, and go by blocks: as
-    // signed numbers those from here up to cMostSame. Above it there are none.
+    // Codes that equal their units, in both directions, are converted by blocks. As signed numbers these
+    // are the codes from here to cMostSame; there are none when this is larger.
     int mLeastSame = cMostSame + 1;
     // From unit to code: the unit's high byte selects a page, its low byte the entry, which is
     // 0x100 + code, or 0. High bytes without codes share page 0. It answers what a binary search in

@@ -92,7 +92,7 @@ __m128i AreFrom(__m128i bytes, std::uint8_t first) {
     return _mm_cmpeq_epi8(_mm_max_epu8(bytes, Bytes(first)), bytes);
 }
 
-// Continuation bytes are, with their signs, the least.
+// As signed numbers, continuation bytes are the smallest.
 __m128i AreContinuations(__m128i bytes) {
     return _mm_cmpgt_epi8(Bytes(0xC0), bytes);
 }
@@ -182,7 +182,7 @@ __m128i AreContinuations(__m128i bytes) {
     progress.written += shuffle.places[cLengthPlace];
 }
 
-// Writes 8 units. Each makes all bytes that it may take; a shuffle takes those that it does.
+// Writes 8 units. All bytes that a unit could need are computed; a shuffle keeps those that it does need.
 [[gnu::target("ssse3"), gnu::always_inline]] inline void WriteBlock(const unsigned char* units,
                                                                     unsigned char* bytes,
                                                                     Progress& progress) {

@@ -31,8 +31,8 @@ constexpr std::uint16_t cVowelCount = 21;
 constexpr std::uint16_t cBeforeFirstTail = 0x11A7;
 constexpr std::uint16_t cTailCount = 28;  // "no tail" counts
 
-// Where the second units of pairs lie. Most text has none there; what the ranges hold beyond them is
-// sorted out one by one.
+// The ranges in which the second units of pairs lie. Most text has no unit there. The ranges hold other
+// units, too, so each unit in them is checked by itself.
 struct UnitRange {
     std::uint16_t first;
     std::uint16_t last;
@@ -83,8 +83,9 @@ std::uint16_t ComposeHangul(std::uint16_t base, std::uint16_t mark) {
 constexpr std::size_t cLongBlock = 64;
 constexpr std::size_t cShortBlock = 8;
 
-// Whether any unit of a block lies in a range. Counted from the start of a range, which is the least
-// of signed numbers, the units in the range are the first ones: the least unit tells for all.
+// Whether any unit of a block lies in a range. The units are moved so that the range starts at the
+// smallest signed number. Then the units in the range are the smallest, and only the smallest unit of the
+// block needs a comparison.
 template <std::size_t Length>
 bool MayHoldMark(const unsigned char* units) {
     __m128i least[cRangeCount];

@@ -22,7 +22,7 @@ GSubject::~GSubject() {
 
 void GSubject::Attach(GObserver& observer) {
     if (IsAttached(observer)) return;
-    // With room on both sides, neither is left with half of the bond.
+    // Room is made on both sides first. Then neither can be left with half of the bond.
     mObservers.Reserve(mObservers.GetCount() + 1);
     observer.mSubjects.Append(this);
     mObservers.Append(&observer);

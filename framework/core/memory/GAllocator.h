@@ -113,8 +113,8 @@ private:
 
     void* TryToAllocate(std::size_t size) noexcept;
     void FreeCached(void* block, std::size_t sizeClass) noexcept;
-    // The rare ways stay out of line: saving the registers that they need would be what takes the
-    // longest in the common ones.
+    // The rare ways are kept out of line. Inlined, they would make the common ways save registers, which
+    // would take longer than all the rest.
     template <class Try>
     [[gnu::noinline]] void* TryAfterNewHandler(Try tryOnce);
     [[gnu::noinline]] void Refill(BlockList& list, std::size_t sizeClass) noexcept;

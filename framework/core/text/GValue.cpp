@@ -23,7 +23,7 @@ protected:
     const T mValue;
 };
 
-// 2^63 is a double, 2^63 - 1 is none.
+// A double can be 2^63, but not 2^63 - 1.
 constexpr double cTwoToThe63 = 9223372036854775808.0;
 
 long long ToInteger(double value) {
