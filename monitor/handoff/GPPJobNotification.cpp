@@ -38,8 +38,8 @@ GTable<std::int32_t> FindProcessingApplications() {
 bool Tell(const GBuffer& message) {
     const GIPCManager::Told told = GPPIPCManager::GetInstance()->SendOnceRaw(
         FindProcessingApplications(), GPPJobRecord::cMessageType, message);
-    for (long failed = 0; failed < told.mFailed; ++failed)
-        PSystem::Trace(L"PrinterProcessorWin could not be reached");
+    // Once, however many: each line may have to wait for whoever reads the debugger's output.
+    if (told.mFailed > 0) PSystem::Trace(L"PrinterProcessorWin could not be reached");
     return told.mReached > 0;
 }
 
