@@ -6,50 +6,13 @@
 #include <vector>
 
 #include "bench/Rounds.h"
+#include "bench/SpoolerPort.h"
 #include "platform/win32/base/PWin32Api.h"
-
-#include <winspool.h>
-
-#include <winsplp.h>
 
 namespace {
 
 constexpr int cRounds = 31;
 constexpr int cWrites = 50;
-
-class Port {
-public:
-    explicit Port(const wchar_t* library) {
-        using Initialize = MONITOR2*(WINAPI*)(MONITORINIT*, HANDLE*);
-        const HMODULE module = ::LoadLibraryW(library);
-        if (module == nullptr) return;
-        const FARPROC entry = ::GetProcAddress(module, "InitializePrintMonitor2");
-        const auto initialize = reinterpret_cast<Initialize>(reinterpret_cast<void*>(entry));
-        HANDLE monitor = nullptr;
-        mTable = initialize(&mInit, &monitor);
-        wchar_t name[] = L"QuillonPDFPort:";
-        mTable->pfnOpenPort(monitor, name, &mPort);
-    }
-    bool IsOpen() const { return mPort != nullptr; }
-
-    bool Start() {
-        wchar_t printer[] = L"Benchmark";
-        wchar_t document[] = L"Benchmark of the port";
-        DOC_INFO_1W info = {document, nullptr, nullptr};
-        return mTable->pfnStartDocPort(mPort, printer, 1, 1, reinterpret_cast<BYTE*>(&info));
-    }
-    bool Write(std::vector<BYTE>& block) {
-        DWORD written = 0;
-        const auto size = static_cast<DWORD>(block.size());
-        return mTable->pfnWritePort(mPort, block.data(), size, &written) && written == size;
-    }
-    void End() { mTable->pfnEndDocPort(mPort); }
-
-private:
-    MONITORINIT mInit = {};
-    MONITOR2* mTable = nullptr;
-    HANDLE mPort = nullptr;
-};
 
 class PlainFile {
 public:
@@ -83,7 +46,7 @@ private:
 };
 
 /// False when a write failed, which would make the figures worthless.
-bool Compare(Port& port, std::size_t blockSize) {
+bool Compare(SpoolerPort& port, std::size_t blockSize) {
     std::vector<BYTE> block(blockSize, 'x');
     PlainFile file;
     bool good = port.Start();
@@ -106,7 +69,7 @@ bool Compare(Port& port, std::size_t blockSize) {
 }  // namespace
 
 int wmain(int argc, wchar_t** argv) {
-    Port port(argc == 2 ? argv[1] : L"QuillonPortMonitor64.dll");
+    SpoolerPort port(argc == 2 ? argv[1] : L"QuillonPortMonitor64.dll");
     if (!port.IsOpen()) {
         std::fputs("WritePortBench: the port cannot be opened\n", stderr);
         return 1;

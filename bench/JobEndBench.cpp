@@ -1,0 +1,190 @@
+// How long the end of a job takes with applications that listen, and when they hear of it.
+//
+//     JobEndBench.exe <path of QuillonPortMonitor64.dll> [path of another build of it]
+//
+// The applications are copies of this program under the name that the monitor looks for. Their only argument
+// says how they listen: "wake" waits for the event, "poll" looks every 100 ms, "never" takes nothing.
+#include <algorithm>
+#include <cstdio>
+#include <cwchar>
+#include <string>
+#include <vector>
+
+#include "bench/SpoolerPort.h"
+#include "framework/GFrameworkScope.h"
+#include "framework/core/events/GBasicSignals.h"
+#include "framework/system/GProcessInfo.h"
+#include "monitor/handoff/GPPHandOffScope.h"
+#include "monitor/handoff/GPPIPCManager.h"
+#include "monitor/handoff/GPPJobRecord.h"
+#include "platform/win32/base/PWin32ScopedHandle.h"
+
+namespace {
+
+constexpr std::size_t cJobBytes = 4096;
+
+double GetMilliseconds() {
+    LARGE_INTEGER count, frequency;
+    ::QueryPerformanceCounter(&count);
+    ::QueryPerformanceFrequency(&frequency);
+    return static_cast<double>(count.QuadPart) * 1000.0 / static_cast<double>(frequency.QuadPart);
+}
+
+/// What this program and the applications know together.
+struct Shared {
+    volatile LONG mListening;
+    volatile LONG mHeard;
+    volatile double mLastHeard;
+};
+
+Shared& GetShared() {
+    static const HANDLE sMapping = ::CreateFileMappingW(INVALID_HANDLE_VALUE, nullptr, PAGE_READWRITE, 0,
+                                                        sizeof(Shared), L"Global\\JobEndBench");
+    static auto* const sShared =
+        static_cast<Shared*>(::MapViewOfFile(sMapping, FILE_MAP_ALL_ACCESS, 0, 0, 0));
+    return *sShared;
+}
+
+class Receiver : public GIPCReceiver {
+public:
+    Receiver() : GIPCReceiver(GPPIPCManager::GetInstance()) { Register(GPPJobRecord::cMessageType); }
+    void HandleIPCMessage(const GIPCMessage&) override {
+        GetShared().mLastHeard = GetMilliseconds();
+        ::InterlockedIncrement(&GetShared().mHeard);
+    }
+};
+
+[[noreturn]] void Listen(const std::wstring& how) {
+    const GPPHandOffScope handOff;
+    const Receiver receiver;
+    ::InterlockedIncrement(&GetShared().mListening);
+    for (;;) {
+        if (how != L"never") GBasicSignals::DevoteTimeToRepeaters();
+        if (how == L"wake") {
+            GPPIPCManager::GetInstance()->WaitForMessages(1000);
+        } else {
+            ::Sleep(100);
+        }
+    }
+}
+
+/// Copies of this program that listen, until the object goes.
+class Applications {
+public:
+    Applications(const std::wstring& program, int wake, int poll, int never) {
+        GetShared().mListening = 0;
+        for (int i = 0; i < wake; ++i) Start(L'"' + program + L"\" wake");
+        for (int i = 0; i < poll; ++i) Start(L'"' + program + L"\" poll");
+        for (int i = 0; i < never; ++i) Start(L'"' + program + L"\" never");
+        while (GetShared().mListening < wake + poll + never) ::Sleep(10);
+    }
+    ~Applications() {
+        for (const auto& process : mProcesses) ::TerminateProcess(process.Get(), 0);
+        for (const auto& process : mProcesses) ::WaitForSingleObject(process.Get(), INFINITE);
+    }
+    Applications(const Applications&) = delete;
+    Applications& operator=(const Applications&) = delete;
+
+private:
+    void Start(std::wstring commandLine) {
+        STARTUPINFOW startup = {};
+        startup.cb = sizeof startup;
+        PROCESS_INFORMATION info = {};
+        if (!::CreateProcessW(nullptr, commandLine.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr,
+                              &startup, &info))
+            return;
+        ::CloseHandle(info.hThread);
+        mProcesses.emplace_back(info.hProcess);
+    }
+
+    std::vector<PWin32ScopedHandle<PWin32KernelHandle>> mProcesses;
+};
+
+double Median(std::vector<double> values) {
+    std::sort(values.begin(), values.end());
+    return values[values.size() / 2];
+}
+
+/// Prints what the notification's look for its targets takes, before any of them is sent anything.
+void PrintLookUp() {
+    const GFrameworkScope framework;
+    GTable<std::int32_t> processIDs;
+    std::vector<double> times;
+    for (int round = 0; round < 5; ++round) {
+        const double start = GetMilliseconds();
+        GProcessInfo::GetInstance()->GetProcessIDs(GString("PrinterProcessorWin.exe"), processIDs, false);
+        times.push_back(GetMilliseconds() - start);
+    }
+    std::printf("  finding %ld processes: median %.1f ms\n", processIDs.GetCount(), Median(times));
+}
+
+/// Prints a line for so many jobs; false when one was not written, ended, or heard of by `listeners`.
+bool Run(SpoolerPort& port, const char* what, int jobs, int listeners) {
+    std::vector<BYTE> block(cJobBytes, 'x');
+    std::vector<double> ends, heard;
+    const double begin = GetMilliseconds();
+    bool good = true;
+    for (int job = 0; job < jobs; ++job) {
+        GetShared().mHeard = 0;
+        good = port.Start() && port.Write(block) && good;
+        const double start = GetMilliseconds();
+        good = port.End() && good;
+        ends.push_back(GetMilliseconds() - start);
+        for (int wait = 0; GetShared().mHeard < listeners && wait < 500; ++wait) ::Sleep(10);
+        good = good && GetShared().mHeard == listeners;
+        heard.push_back(GetShared().mLastHeard - start);
+    }
+    std::printf(
+        "  %-34s end of job: median %8.1f ms, longest %8.1f ms; heard by the last after %8.1f ms;"
+        " %d jobs in %7.1f s\n",
+        what, Median(ends), *std::max_element(ends.begin(), ends.end()), Median(heard), jobs,
+        (GetMilliseconds() - begin) / 1000.0);
+    return good;
+}
+
+/// `all`: also what takes minutes where every application is waited for by itself, and for 300 ms at least.
+bool RunAll(const wchar_t* library, const std::wstring& program, bool all) {
+    SpoolerPort port(library);
+    if (!port.IsOpen()) return false;
+    std::printf("%ls\n", library);
+    const struct {
+        const char* what;
+        int wake, poll, never, jobs;
+    } rows[] = {{"nobody", 0, 0, 0, 31},
+                {"one that waits for the event", 1, 0, 0, 31},
+                {"the same, many jobs", 1, 0, 0, 1000},
+                {"one that looks every 100 ms", 0, 1, 0, 31},
+                {"50 that wait for the event", 50, 0, 0, 31},
+                {"200 that wait for the event", 200, 0, 0, 5},
+                {"200, of which 50 take nothing", 150, 0, 50, 3}};
+    bool good = true;
+    for (const auto& row : rows) {
+        if (!all && (row.jobs > 100 || row.never > 0)) continue;
+        const Applications applications(program, row.wake, row.poll, row.never);
+        if (row.wake == 200) PrintLookUp();
+        good = Run(port, row.what, row.jobs, row.wake + row.poll) && good;
+    }
+    return good;
+}
+
+/// This program under the name that the monitor looks for.
+std::wstring CopyAsApplication() {
+    wchar_t folder[MAX_PATH], own[MAX_PATH];
+    ::GetTempPathW(MAX_PATH, folder);
+    ::GetModuleFileNameW(nullptr, own, MAX_PATH);
+    std::wstring copy = std::wstring(folder) + L"PrinterProcessorWin.exe";
+    ::CopyFileW(own, copy.c_str(), FALSE);
+    return copy;
+}
+
+}  // namespace
+
+int wmain(int argc, wchar_t** argv) {
+    if (std::wcsstr(argv[0], L"PrinterProcessorWin") != nullptr && argc == 2) Listen(argv[1]);
+    const std::wstring program = CopyAsApplication();
+    bool good = RunAll(argc > 1 ? argv[1] : L"QuillonPortMonitor64.dll", program, true);
+    if (argc > 2) good = RunAll(argv[2], program, false) && good;
+    ::DeleteFileW(program.c_str());
+    if (!good) std::fputs("JobEndBench: a job was not written or not heard of\n", stderr);
+    return good ? 0 : 1;
+}
