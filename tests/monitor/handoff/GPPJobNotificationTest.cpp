@@ -149,19 +149,25 @@ TEST_F(GPPJobNotificationTest, TidiesARegistryThatIsNearlyFullAndCountsAnEntryOn
     }
 }
 
-TEST_F(GPPJobNotificationTest, SpoiltRegistriesLetNothingThrough) {
+TEST_F(GPPJobNotificationTest, SpoiltRegistriesLetNothingThroughAndDoNotHideAGoodOne) {
     Application listener(mWorld, 200);
     const auto session = RawSegment::Open("Session\\1\\", "QulShDGIPC_PP");
     const auto global = RawSegment::Open("Global\\", "QulShDGIPC_PP");
     const std::uint32_t good = session->GetWord(12);
     ASSERT_EQ(global->GetWord(12), good);
-    session->SetWord(12, 0x7FFFFFFF);
-    global->SetWord(12, 0xFFFFFFFF);
-    EXPECT_FALSE(Notify());
-    session->SetWord(12, good);
-    global->SetWord(12, good);
-    EXPECT_TRUE(Notify());
-    EXPECT_EQ(listener.Tick(), 1u);
+    for (const auto& [inSession, inGlobal] : {std::pair<std::uint32_t, std::uint32_t>{0x7FFFFFFF, 0xFFFFFFFF},
+                                              {0xFFFFFFFF, good},
+                                              {good, 5},
+                                              {good, good}}) {
+        SCOPED_TRACE(testing::Message() << inSession << ", " << inGlobal);
+        session->SetWord(12, inSession);
+        global->SetWord(12, inGlobal);
+        const bool isReadable = inSession == good || inGlobal == good;
+        EXPECT_EQ(Notify(), isReadable);
+        session->SetWord(12, good);
+        global->SetWord(12, good);
+        EXPECT_EQ(listener.Tick(), isReadable ? 1u : 0u);
+    }
 }
 
 TEST_F(GPPJobNotificationTest, PassesOnThatARecordIsTooLargeForAnyQueue) {
