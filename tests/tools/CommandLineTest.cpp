@@ -6,7 +6,7 @@
 #include <utility>
 
 #include "tools/console/Console.h"
-#include "tools/quillonctl/Failure.h"
+#include "tools/machine/Failure.h"
 
 namespace {
 
@@ -80,16 +80,31 @@ TEST(CommandLine, RefusesWhatItDoesNotKnowAndNamesIt) {
     }
 }
 
-TEST(CommandLine, RefusesPrinterNamesThatMeanSomethingElseToTheSpooler) {
-    // Another machine's, a list, blanks and line ends, and one unit too many.
-    for (const std::wstring& name :
-         {std::wstring(L"\\\\server\\printer"), std::wstring(L"a\\b"), std::wstring(L"Proof, Port"),
-          std::wstring(L"Proof!"), std::wstring(L"a\nb"), std::wstring(L" Proof"), std::wstring(L"Proof "),
-          std::wstring(221, L'p')}) {
+TEST(CommandLine, RefusesPrinterNamesThatCannotPrintOrLeaveTheFolder) {
+    std::vector<std::wstring> refused = {L"\\\\server\\printer",
+                                         L"Proof, Port",
+                                         L"Proof!",
+                                         L"a\nb",
+                                         L" Proof",
+                                         L"Proof ",
+                                         L"Proof.",
+                                         L".",
+                                         L"..",
+                                         L"...",
+                                         L"nul",
+                                         L"COM1.x",
+                                         L"LPT\u00B2",
+                                         L"conin$",
+                                         std::wstring(221, L'p')};
+    for (const wchar_t unit : std::wstring_view(L"<>:\"|?*/\\\x1F"))
+        refused.push_back(L"a" + std::wstring(1, unit) + L"b");
+    for (const std::wstring& name : refused) {
         SCOPED_TRACE(ToUTF8(name));
         EXPECT_THROW(ParseCommandLine({L"install", L"--printer", name}), UsageFailure);
         EXPECT_THROW(ParseCommandLine({L"testpage", L"--printer", name}), UsageFailure);
     }
+    for (const wchar_t* name : {L"NUL printer", L"a.b", L"COM", L"B\u00FCro (2) & 50 %"})
+        EXPECT_EQ(ParseCommandLine({L"install", L"--printer", name}).printer, name);
 }
 
 TEST(CommandLine, HelpTellsWhichCommandTakesAnOption) {

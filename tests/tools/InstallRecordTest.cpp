@@ -3,7 +3,8 @@
 #include <gmock/gmock.h>
 
 #include "platform/win32/base/PWin32Api.h"
-#include "tools/quillonctl/RegistryKey.h"
+#include "tools/machine/RegistryKey.h"
+#include "tools/machine/SpoolerHost.h"
 
 namespace {
 
@@ -43,6 +44,17 @@ TEST_F(RegistryTest, ReplacesVariablesAndPassesOverOtherKinds) {
     EXPECT_FALSE(key.GetValue(L"nothing"));
     EXPECT_EQ(key.GetValue(L"path"), L"C:\\windows\\x");
     EXPECT_THAT(key.GetValues(), testing::ElementsAre(testing::Pair(L"path", L"C:\\windows\\x")));
+}
+
+TEST_F(RegistryTest, ATemporaryFolderIsTMPBeforeTEMP) {
+    RegistryKey key = RegistryKey::Create(cTestKey);
+    EXPECT_FALSE(SpoolerHost::FindTempFolder(key));
+    key.SetValue(L"TEMP", L"D:\\second");
+    EXPECT_EQ(SpoolerHost::FindTempFolder(key), L"D:\\second");
+    key.SetValue(L"TMP", L"D:\\first");
+    EXPECT_EQ(SpoolerHost::FindTempFolder(key), L"D:\\first");
+    key.SetValue(L"TMP", L"");
+    EXPECT_EQ(SpoolerHost::FindTempFolder(key), L"D:\\second");
 }
 
 TEST_F(RegistryTest, RemovesAKeyOnlyWhenItIsEmpty) {

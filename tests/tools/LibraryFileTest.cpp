@@ -7,7 +7,7 @@
 #include "platform/win32/base/PWin32Api.h"
 #include "tests/files/TestFolder.h"
 #include "tools/console/Console.h"
-#include "tools/quillonctl/Failure.h"
+#include "tools/machine/Failure.h"
 
 namespace {
 

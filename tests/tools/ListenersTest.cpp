@@ -2,7 +2,58 @@
 
 #include <gmock/gmock.h>
 
+#include <thread>
+
+#include "platform/win32/base/PWin32Api.h"
+#include "platform/win32/base/PWin32ScopedHandle.h"
+#include "tests/ipc/RawSegment.h"
+#include "tools/console/Console.h"
+#include "tools/quillonctl/MessagingCheck.h"
+
+#include <sddl.h>
+
 namespace {
+
+using KernelHandle = PWin32ScopedHandle<PWin32KernelHandle>;
+
+const char cLock[] = "Global\\QulShLGIPCTest_PP";
+const char cSegment[] = "QulShDGIPCTest_PP";
+
+std::string FindObstacle() {
+    return ToUTF8(MessagingCheck::FindObstacle(GIPCMessageQueueMgr::cTest));
+}
+
+TEST(MessagingCheck, NamesALockThatIsHeldOrKeptFromOthersOrNoLockAtAll) {
+    EXPECT_EQ(FindObstacle(), "") << "nothing is there yet";
+    {
+        const KernelHandle lock(::CreateMutexA(nullptr, TRUE, cLock));
+        std::string found;
+        std::thread([&] { found = FindObstacle(); }).join();
+        EXPECT_THAT(found, testing::StartsWith(std::string(cLock) + " has been held by another program"));
+        ::ReleaseMutex(lock.Get());
+        EXPECT_EQ(FindObstacle(), "") << "and it was given back";
+    }
+    {
+        const KernelHandle event(::CreateEventA(nullptr, TRUE, FALSE, cLock));
+        EXPECT_THAT(FindObstacle(), testing::HasSubstr("another kind"));
+    }
+    SECURITY_ATTRIBUTES nobody{sizeof nobody, nullptr, FALSE};
+    ASSERT_TRUE(::ConvertStringSecurityDescriptorToSecurityDescriptorA(
+        "D:(A;;RC;;;WD)", SDDL_REVISION_1, &nobody.lpSecurityDescriptor, nullptr));
+    const KernelHandle lock(::CreateMutexA(&nobody, FALSE, cLock));
+    ::LocalFree(nobody.lpSecurityDescriptor);
+    EXPECT_THAT(FindObstacle(), testing::MatchesRegex(".* belongs to .+, who shuts others out."));
+}
+
+TEST(MessagingCheck, NamesASegmentOfAnotherSize) {
+    const auto segment = RawSegment::Make("Global\\", cSegment, 8208);
+    segment->SetWord(0, 8208);
+    EXPECT_EQ(FindObstacle(), "");
+    segment->SetWord(0, 8204);
+    EXPECT_THAT(FindObstacle(), testing::StartsWith("Global\\QulShDGIPCTest_PP has room for 8200 bytes"));
+    segment->SetWord(0, 100000);
+    EXPECT_THAT(FindObstacle(), testing::HasSubstr("cannot be used"));
+}
 
 TEST(Listeners, AProcessIsListedOnceUnderItsOwnSession) {
     const struct {

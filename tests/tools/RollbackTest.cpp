@@ -4,7 +4,7 @@
 
 #include <stdexcept>
 
-#include "tools/quillonctl/Failure.h"
+#include "tools/machine/Failure.h"
 
 namespace {
 

@@ -48,7 +48,12 @@ TEST(StatusFacts, IsReadyOnlyWithEverythingThatAJobNeeds) {
 TEST(StatusFacts, ShowsEachFactInItsRow) {
     StatusFacts facts = MakeReadyFacts();
     facts.printers.value.push_back({L"B\u00FCro", {L"QuillonPDFPort:"}, L"Other PS"});
-    facts.listeners.value = {{1, 4711, true}, {2, 99, false}, {0, 12, true}, {-1, 13, true}};
+    facts.listeners.value = {{1, 4711, true},
+                             {2, 99, false},
+                             {0, 12, true},
+                             {-1, 13, true},
+                             {1, 14, true, L"printerprocessorwin.exe"},
+                             {1, 15, true, L""}};
     EXPECT_EQ(ToUTF8(facts.Format()),
               "Monitor:     registered, QuillonPortMonitor64.dll\n"
               "Library:     C:\\windows\\system32\\QuillonPortMonitor64.dll, version 0.1.0.0\n"
@@ -59,6 +64,8 @@ TEST(StatusFacts, ShowsEachFactInItsRow) {
               "             session 2: process 99, no longer listening\n"
               "             session 0: process 12\n"
               "             all sessions: process 13\n"
+              "             session 1: process 14, not told: the program's name is printerprocessorwin.exe\n"
+              "             session 1: process 15, not told: the program's name is unknown\n"
               "Job folder:  C:\\Temp\\, 1.5 KB free\n"
               "Ready to print.\n");
 }

@@ -2,7 +2,9 @@
 
 #include <algorithm>
 
-#include "tools/quillonctl/Failure.h"
+#include "framework/core/paths/GPathName.h"
+#include "platform/win32/core/PWin32Wide.h"
+#include "tools/machine/Failure.h"
 
 namespace {
 
@@ -73,21 +75,28 @@ const OptionRow& FindOption(const CommandRow& command, const std::wstring& name)
     throw UsageFailure(L"'" + name + L"' is not an option of " + command.name + L".");
 }
 
-// The spooler refuses these names or reads more into them: a backslash leads to another machine, a
-// comma separates the name from what is asked of it.
+bool IsFolderName(const std::wstring& name) {
+    const GString wanted = FromWide(name.data(), static_cast<long>(name.size()));
+    GString valid = wanted;
+    GPathName::CreateValidFileName(valid, -1, '_');
+    return valid == wanted;
+}
+
+// The spooler reads more into some names: a comma separates the name from what is asked of it. And a
+// printer's jobs go to a folder of its name, which must be one, and below the job folder.
 void CheckPrinterName(const std::wstring& name) {
     constexpr std::size_t cMaxPrinterNameUnits = 220;
     if (name.empty()) return;
-    if (name.find_first_of(L"\\,!") != std::wstring::npos) {
-        throw UsageFailure(L"A printer's name must not contain a backslash, a comma or an exclamation mark.");
+    if (name.find_first_of(L",!") != std::wstring::npos) {
+        throw UsageFailure(L"A printer's name must not contain a comma or an exclamation mark.");
     }
-    if (std::ranges::any_of(name, [](wchar_t unit) { return unit < L' '; })) {
-        throw UsageFailure(L"A printer's name must not contain control characters.");
-    }
-    if (name.front() == L' ' || name.back() == L' ') {
-        throw UsageFailure(L"A printer's name must not begin or end with a blank.");
-    }
+    if (name.front() == L' ') throw UsageFailure(L"A printer's name must not begin with a blank.");
     if (name.size() > cMaxPrinterNameUnits) throw UsageFailure(L"The printer's name is too long.");
+    if (!IsFolderName(name)) {
+        throw UsageFailure(
+            L"A printer's name must be one that a folder can have: without \\ / : * ? \" < > |, not that of "
+            L"a device such as NUL, no dot at either end, no blank at the end.");
+    }
 }
 
 void TakeOption(CommandLine& result, const OptionRow& option, const std::wstring* value) {

@@ -1,6 +1,6 @@
 #include "tools/quillonctl/InstallRecord.h"
 
-#include "tools/quillonctl/RegistryKey.h"
+#include "tools/machine/RegistryKey.h"
 
 namespace {
 

@@ -1,14 +1,14 @@
 #include "tools/quillonctl/Installation.h"
 
 #include "tools/console/Console.h"
+#include "tools/machine/Failure.h"
+#include "tools/machine/SpoolerHost.h"
 #include "tools/quillonctl/Drivers.h"
-#include "tools/quillonctl/Failure.h"
 #include "tools/quillonctl/InstallRecord.h"
 #include "tools/quillonctl/LibraryFile.h"
 #include "tools/quillonctl/MonitorRegistry.h"
 #include "tools/quillonctl/Printers.h"
 #include "tools/quillonctl/Product.h"
-#include "tools/quillonctl/SpoolerHost.h"
 #include "tools/quillonctl/SpoolerList.h"
 
 namespace {

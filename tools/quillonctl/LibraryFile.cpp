@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "platform/win32/base/PWin32Api.h"
-#include "tools/quillonctl/Failure.h"
+#include "tools/machine/Failure.h"
 #include "tools/quillonctl/Product.h"
 
 namespace {

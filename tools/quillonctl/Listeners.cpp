@@ -6,11 +6,14 @@
 #include "framework/core/errors/GException.h"
 #include "framework/ipc/GIPCMessageQueueMgr.h"
 #include "framework/ipc/GWaitBudget.h"
+#include "framework/system/GProcessInfo.h"
 #include "framework/system/GSessionInfo.h"
 #include "monitor/handoff/GPPIPCManager.h"
 #include "platform/win32/base/PWin32Api.h"
+#include "platform/win32/base/PWin32ScopedHandle.h"
 #include "platform/win32/core/PWin32Wide.h"
-#include "tools/quillonctl/Failure.h"
+#include "tools/machine/Failure.h"
+#include "tools/quillonctl/MessagingCheck.h"
 
 namespace {
 
@@ -60,28 +63,57 @@ void FindSession(Listener& listener) {
     }
 }
 
+// The leaf of a process's program; empty when the system does not tell.
+std::wstring FindProgram(long processID) {
+    const PWin32ScopedHandle<PWin32KernelHandle> process(
+        ::OpenProcess(PROCESS_QUERY_LIMITED_INFORMATION, FALSE, static_cast<DWORD>(processID)));
+    std::wstring path(32768, L'\0');
+    auto units = static_cast<DWORD>(path.size());
+    if (!process || !::QueryFullProcessImageNameW(process.Get(), 0, path.data(), &units)) return {};
+    path.resize(units);
+    return path.substr(path.find_last_of(L'\\') + 1);
+}
+
+std::vector<Listener> ReadListeners() {
+    GWaitBudget budget(cMaxWaitMilliseconds);
+    const HandOffReference handOff(budget);
+    std::vector<Listener> listeners = Listeners::Merge(GetRegistrations(budget));
+    // Asked for in the same way as the monitor does.
+    GTable<std::int32_t> told;
+    GProcessInfo::GetInstance()->GetProcessIDs(
+        FromWide(Product::cListenerName, ::lstrlenW(Product::cListenerName)), told, false);
+    for (Listener& listener : listeners) {
+        FindSession(listener);
+        listener.isListening = IsListening(listener.processID);
+        if (!told.Has(static_cast<std::int32_t>(listener.processID)))
+            listener.program = FindProgram(listener.processID);
+    }
+    std::ranges::sort(listeners, ComesBefore);
+    return listeners;
+}
+
 }  // namespace
+
+bool Listener::IsTold() const {
+    return isListening && program == Product::cListenerName;
+}
 
 std::wstring Listener::Format() const {
     const std::wstring place =
         session < 0 ? std::wstring(L"all sessions") : L"session " + std::to_wstring(session);
-    return place + L": process " + std::to_wstring(processID) +
-           (isListening ? L"" : L", no longer listening");
+    std::wstring line = place + L": process " + std::to_wstring(processID);
+    if (!isListening) return line + L", no longer listening";
+    if (IsTold()) return line;
+    return line + L", not told: the program's name is " + (program.empty() ? L"unknown" : program);
 }
 
 std::vector<Listener> Listeners::GetAll() {
     try {
-        GWaitBudget budget(cMaxWaitMilliseconds);
-        const HandOffReference handOff(budget);
-        std::vector<Listener> listeners = Merge(GetRegistrations(budget));
-        for (Listener& listener : listeners) {
-            FindSession(listener);
-            listener.isListening = IsListening(listener.processID);
-        }
-        std::ranges::sort(listeners, ComesBefore);
-        return listeners;
+        return ReadListeners();
     } catch (const GException& failure) {
-        throw Failure(AsWide(failure.GetFullDescription()));
+        const std::wstring obstacle = MessagingCheck::FindObstacle();
+        throw Failure(obstacle.empty() ? AsWide(failure.GetFullDescription())
+                                       : L"the messaging is blocked.\n" + obstacle);
     }
 }
 

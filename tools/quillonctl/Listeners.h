@@ -5,22 +5,27 @@
 
 #include "framework/core/containers/GTable.h"
 #include "framework/ipc/GIPCQueueAddress.h"
+#include "tools/quillonctl/Product.h"
 
 /// A process that has registered for the notifications of printed jobs.
 struct Listener {
     long session = 0;  // -1 when the system does not tell
     long processID = 0;
     bool isListening = true;  // false: it has ended, or left a broken queue, without signing off
+    /// File name of its program, empty when the system does not tell. The monitor tells a process of
+    /// exactly one name.
+    std::wstring program = Product::cListenerName;
 
+    bool IsTold() const;
     /// One line without a line end.
     std::wstring Format() const;
 };
 
-/// Listeners: the processing applications that a finished job is announced to.
+/// Listeners: the processes that have registered for finished jobs, told or not.
 class Listeners {
 public:
     /// Of all sessions, in the order of sessions and processes. Throws a Failure when the
-    /// registries cannot be read.
+    /// registries cannot be read, with what is in the way.
     static std::vector<Listener> GetAll();
 
     /// One listener for each process, in the order of first mention. A process stands in its session's

@@ -1,8 +1,8 @@
 #include "tools/quillonctl/MonitorRegistry.h"
 
 #include "monitor/spooling/MonitorNames.h"
+#include "tools/machine/RegistryKey.h"
 #include "tools/quillonctl/Product.h"
-#include "tools/quillonctl/RegistryKey.h"
 #include "tools/quillonctl/SpoolerList.h"
 
 #include <winspool.h>

@@ -4,8 +4,8 @@
 #include <string>
 
 #include "tools/console/Console.h"
+#include "tools/machine/Failure.h"
 #include "tools/quillonctl/Drivers.h"
-#include "tools/quillonctl/Failure.h"
 #include "tools/quillonctl/InstallRecord.h"
 #include "tools/quillonctl/LibraryFile.h"
 #include "tools/quillonctl/MonitorRegistry.h"

@@ -1,6 +1,6 @@
 #include "tools/quillonctl/Rollback.h"
 
-#include "tools/quillonctl/Failure.h"
+#include "tools/machine/Failure.h"
 
 Rollback::~Rollback() {
     for (auto undo = mUndos.rbegin(); undo != mUndos.rend(); ++undo) {

@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "platform/win32/base/PWin32Api.h"
-#include "tools/quillonctl/Failure.h"
+#include "tools/machine/Failure.h"
 
 /// SpoolerList: the records that one of the spooler's enumeration calls returns, with the memory
 /// that holds their texts.

@@ -3,11 +3,11 @@
 #include "framework/core/errors/GException.h"
 #include "platform/win32/base/PWin32Api.h"
 #include "platform/win32/core/PWin32Wide.h"
-#include "tools/quillonctl/Failure.h"
+#include "tools/machine/Failure.h"
+#include "tools/machine/SpoolerHost.h"
 #include "tools/quillonctl/LibraryFile.h"
 #include "tools/quillonctl/MonitorRegistry.h"
 #include "tools/quillonctl/Product.h"
-#include "tools/quillonctl/SpoolerHost.h"
 
 namespace {
 

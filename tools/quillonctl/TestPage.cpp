@@ -4,10 +4,10 @@
 
 #include "platform/win32/base/PWin32Api.h"
 #include "tools/console/Console.h"
-#include "tools/quillonctl/Failure.h"
+#include "tools/machine/Failure.h"
+#include "tools/machine/SpoolerHost.h"
 #include "tools/quillonctl/Printers.h"
 #include "tools/quillonctl/Product.h"
-#include "tools/quillonctl/SpoolerHost.h"
 #include "tools/quillonctl/SpoolerList.h"
 
 namespace {

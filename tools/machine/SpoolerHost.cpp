@@ -1,12 +1,12 @@
-#include "tools/quillonctl/SpoolerHost.h"
+#include "tools/machine/SpoolerHost.h"
 
 #include "framework/core/paths/GPathName.h"
 #include "framework/files/GFileSystem.h"
 #include "framework/files/GSpecialPath.h"
 #include "platform/win32/base/PWin32Api.h"
 #include "platform/win32/core/PWin32Wide.h"
-#include "tools/quillonctl/Failure.h"
-#include "tools/quillonctl/RegistryKey.h"
+#include "tools/machine/Failure.h"
+#include "tools/machine/RegistryKey.h"
 
 namespace {
 
@@ -20,8 +20,8 @@ std::wstring WithTrailingBackslash(std::wstring folder) {
 std::wstring GetServiceTempFolder() {
     const auto environment =
         RegistryKey::Open(L"SYSTEM\\CurrentControlSet\\Control\\Session Manager\\Environment");
-    const auto folder = environment ? environment->GetValue(L"TEMP") : std::nullopt;
-    if (!folder) throw Failure(L"The machine's environment names no temporary folder (TEMP).");
+    const auto folder = environment ? SpoolerHost::FindTempFolder(*environment) : std::nullopt;
+    if (!folder) throw Failure(L"The machine's environment names no temporary folder (TMP or TEMP).");
     return *folder;
 }
 
@@ -30,6 +30,14 @@ std::wstring GetServiceTempFolder() {
 bool SpoolerHost::IsWine() {
     const HMODULE system = ::GetModuleHandleW(L"ntdll.dll");
     return system != nullptr && ::GetProcAddress(system, "wine_get_version") != nullptr;
+}
+
+std::optional<std::wstring> SpoolerHost::FindTempFolder(const RegistryKey& environment) {
+    for (const wchar_t* const name : {L"TMP", L"TEMP"}) {
+        auto folder = environment.GetValue(name);
+        if (folder && !folder->empty()) return folder;
+    }
+    return std::nullopt;
 }
 
 std::wstring SpoolerHost::GetJobFolder() {

@@ -1,6 +1,9 @@
 #pragma once
 
+#include <optional>
 #include <string>
+
+class RegistryKey;
 
 /// SpoolerHost: which of the two spoolers this machine has.
 ///
@@ -12,4 +15,7 @@ public:
     /// The temporary folder of the account that the spooler runs under, with a trailing backslash:
     /// job files are made below it. Throws a Failure when it cannot be told.
     static std::wstring GetJobFolder();
+    /// The temporary folder that a service finds in these environment variables; as GetTempPathW, it
+    /// takes TMP before TEMP, and an empty one for none. Nothing when neither is there.
+    static std::optional<std::wstring> FindTempFolder(const RegistryKey& environment);
 };

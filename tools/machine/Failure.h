@@ -9,7 +9,7 @@ public:
     explicit Failure(std::wstring text) : mText(std::move(text)) {}
     /// One or more lines without a line end behind the last.
     const std::wstring& GetText() const noexcept { return mText; }
-    const char* what() const noexcept override { return "quillonctl: failure"; }
+    const char* what() const noexcept override { return "a failure"; }
 
 private:
     std::wstring mText;

@@ -1,7 +1,7 @@
-#include "tools/quillonctl/RegistryKey.h"
+#include "tools/machine/RegistryKey.h"
 
 #include "platform/win32/base/PWin32Api.h"
-#include "tools/quillonctl/Failure.h"
+#include "tools/machine/Failure.h"
 
 namespace {
 

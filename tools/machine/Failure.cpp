@@ -1,4 +1,4 @@
-#include "tools/quillonctl/Failure.h"
+#include "tools/machine/Failure.h"
 
 #include "platform/win32/base/PWin32Api.h"
 
