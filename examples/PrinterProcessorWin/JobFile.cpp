@@ -1,32 +1,167 @@
 #include "examples/PrinterProcessorWin/JobFile.h"
 
+#include <algorithm>
+#include <cstring>
+#include <vector>
+
+#include "examples/PrinterProcessorWin/JobPathRules.h"
 #include "platform/win32/base/PWin32Api.h"
-#include "platform/win32/core/PWin32Wide.h"
+#include "platform/win32/base/PWin32ScopedHandle.h"
+#include "tools/machine/Failure.h"
 
 namespace {
 
-constexpr DWORD cWaitMilliseconds = 5000;
-constexpr DWORD cRetryMilliseconds = 20;
+using FileHandle = PWin32ScopedHandle<PWin32FileHandle>;
 
-std::optional<unsigned long long> GetSizeOfOpenFile(HANDLE file) {
+constexpr std::size_t cMaxPathUnits = 259;
+constexpr std::size_t cMaxNameUnits = 255;
+
+/// Not taken, and why.
+JobFile Refuse(const std::wstring& path, const std::wstring& reason) {
+    JobFile file;
+    file.problem = path + reason;
+    return file;
+}
+
+std::wstring WithoutShortNames(const std::wstring& path) {
+    std::wstring full(32768, L'\0');
+    const DWORD units = ::GetLongPathNameW(path.c_str(), full.data(), static_cast<DWORD>(full.size()));
+    if (units == 0 || units >= full.size()) return path;
+    full.resize(units);
+    return full;
+}
+
+// Without the prefix \\?\; a path on another machine keeps a part of it and is then no plain path.
+std::wstring GetFinalPath(const FileHandle& file) {
+    constexpr std::size_t cPrefixUnits = 4;
+    std::wstring path(32768, L'\0');
+    const DWORD units =
+        ::GetFinalPathNameByHandleW(file.Get(), path.data(), static_cast<DWORD>(path.size()), 0);
+    if (units <= cPrefixUnits || units >= path.size()) return {};
+    return path.substr(cPrefixUnits, units - cPrefixUnits);
+}
+
+std::wstring GetFinalFolder(const std::wstring& folder) {
+    const FileHandle handle(::CreateFileW(folder.c_str(), 0,
+                                          FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+                                          OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr));
+    const std::wstring path = handle ? GetFinalPath(handle) : std::wstring();
+    return path.empty() ? folder : path;
+}
+
+// A server behind the path, should there be one after all, learns who asks and cannot act in his name.
+FileHandle Open(const std::wstring& path, DWORD access) {
+    constexpr DWORD cFlags = FILE_FLAG_OPEN_REPARSE_POINT | SECURITY_SQOS_PRESENT | SECURITY_IDENTIFICATION;
+    // Without write sharing this fails as long as the monitor has the file open.
+    return FileHandle(
+        ::CreateFileW(path.c_str(), access, FILE_SHARE_READ, nullptr, OPEN_EXISTING, cFlags, nullptr));
+}
+
+// A job is announced while its file is still open: the monitor waits for the message to be taken, and
+// closes the file only then. Whoever reads a job file needs this loop around the opening.
+FileHandle OpenOnceClosed(const std::wstring& path) {
+    constexpr DWORD cWaitMilliseconds = 5000;
+    constexpr DWORD cRetryMilliseconds = 20;
+    for (DWORD waited = 0;; waited += cRetryMilliseconds) {
+        FileHandle file = Open(path, GENERIC_READ | DELETE);
+        if (file || ::GetLastError() != ERROR_SHARING_VIOLATION || waited >= cWaitMilliseconds) return file;
+        ::Sleep(cRetryMilliseconds);
+    }
+}
+
+// What was opened may be another file than the path said: a link, or something below one.
+bool IsWhatWasMeant(const FileHandle& file, const std::wstring& folder) {
+    BY_HANDLE_FILE_INFORMATION facts{};
+    if (::GetFileType(file.Get()) != FILE_TYPE_DISK || !::GetFileInformationByHandle(file.Get(), &facts) ||
+        (facts.dwFileAttributes & (FILE_ATTRIBUTE_REPARSE_POINT | FILE_ATTRIBUTE_DIRECTORY)) != 0) {
+        return false;
+    }
+    const std::wstring path = GetFinalPath(file);
+    return JobPathRules::IsPlain(path) &&
+           (folder.empty() || JobPathRules::IsBelow(path, GetFinalFolder(folder)));
+}
+
+bool Rename(const FileHandle& file, const std::wstring& path) {
+    std::vector<unsigned char> memory(sizeof(FILE_RENAME_INFO) + path.size() * sizeof(wchar_t));
+    auto* const wish = reinterpret_cast<FILE_RENAME_INFO*>(memory.data());
+    wish->FileNameLength = static_cast<DWORD>(path.size() * sizeof(wchar_t));
+    std::memcpy(wish->FileName, path.data(), wish->FileNameLength);
+    return ::SetFileInformationByHandle(file.Get(), FileRenameInfo, wish, static_cast<DWORD>(memory.size()));
+}
+
+// "C:\x\Letter.ps" becomes "C:\x\Letter (taken 4711-1).ps", cut to what a path may have.
+std::wstring MakeOwnPath(const std::wstring& path, unsigned long number) {
+    const std::size_t nameStart = path.find_last_of(L'\\') + 1;
+    const std::size_t dot = std::max(path.find_last_of(L'.') + 1, nameStart + 1) - 1;
+    const std::wstring extension = dot > nameStart ? path.substr(dot) : std::wstring();
+    const std::wstring mark = L" (taken " + std::to_wstring(::GetCurrentProcessId()) + L'-' +
+                              std::to_wstring(number) + L')' + extension;
+    const std::size_t room = std::min(cMaxPathUnits, nameStart + cMaxNameUnits);
+    std::wstring own = extension.empty() ? path : path.substr(0, dot);
+    own.resize(std::min(own.size(), room - std::min(room, mark.size())));
+    while (own.size() > nameStart && IS_HIGH_SURROGATE(own.back())) own.pop_back();
+    return own.size() > nameStart ? own + mark : std::wstring();
+}
+
+// The new path; empty, with the last error set, when the file keeps its name.
+std::wstring GiveOwnName(const FileHandle& file, const std::wstring& path) {
+    static unsigned long sNumber = 0;
+    for (;;) {
+        const std::wstring own = MakeOwnPath(path, ++sNumber);
+        if (own.empty()) ::SetLastError(ERROR_FILENAME_EXCED_RANGE);
+        if (own.empty() || Rename(file, own)) return own;
+        const DWORD error = ::GetLastError();
+        if (error != ERROR_ALREADY_EXISTS && error != ERROR_FILE_EXISTS) return {};
+    }
+}
+
+// The last comment of a PostScript document, alone on its line; a driver may put a few bytes behind it.
+bool EndsInEOF(const FileHandle& file, unsigned long long size) {
+    constexpr unsigned long long cTailBytes = 1024;
+    std::string tail(static_cast<std::size_t>(std::min(size, cTailBytes)), '\0');
+    LARGE_INTEGER start{};
+    start.QuadPart = static_cast<LONGLONG>(size - tail.size());
+    DWORD taken = 0;
+    if (!::SetFilePointerEx(file.Get(), start, nullptr, FILE_BEGIN) ||
+        !::ReadFile(file.Get(), tail.data(), static_cast<DWORD>(tail.size()), &taken, nullptr)) {
+        return false;
+    }
+    const std::size_t found = tail.substr(0, taken).rfind("%%EOF");
+    return found != std::string::npos && (found == 0 || tail[found - 1] == '\n' || tail[found - 1] == '\r');
+}
+
+JobFile TakeOpen(const FileHandle& file, const std::wstring& path, const std::wstring& folder) {
     LARGE_INTEGER size{};
-    if (!::GetFileSizeEx(file, &size)) return std::nullopt;
-    return static_cast<unsigned long long>(size.QuadPart);
+    if (!IsWhatWasMeant(file, folder) || !::GetFileSizeEx(file.Get(), &size)) {
+        return Refuse(path, L" leads to something else than a job file; it was not read.");
+    }
+    JobFile taken;
+    taken.path = GiveOwnName(file, path);
+    if (taken.path.empty()) {
+        taken.path = path;
+        taken.problem = path + L" keeps its name, so the next job of this title overwrites it: " +
+                        DescribeSystemError(::GetLastError());
+    }
+    taken.bytes = static_cast<unsigned long long>(size.QuadPart);
+    taken.isComplete = EndsInEOF(file, *taken.bytes);
+    if (!taken.isComplete && taken.problem.empty()) {
+        taken.problem = taken.path + L" has no %%EOF at its end: the job may have been cancelled.";
+    }
+    return taken;
 }
 
 }  // namespace
 
-std::optional<unsigned long long> WaitForJobFile(const GString& nativePath) {
-    for (DWORD waited = 0;; waited += cRetryMilliseconds) {
-        // Without write sharing this fails as long as the monitor has the file open.
-        const HANDLE file = ::CreateFileW(AsWide(nativePath), GENERIC_READ, FILE_SHARE_READ, nullptr,
-                                          OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
-        if (file != INVALID_HANDLE_VALUE) {
-            const auto size = GetSizeOfOpenFile(file);
-            ::CloseHandle(file);
-            return size;
-        }
-        if (::GetLastError() != ERROR_SHARING_VIOLATION || waited >= cWaitMilliseconds) return std::nullopt;
-        ::Sleep(cRetryMilliseconds);
+JobFile JobFile::Take(const std::wstring& path, const std::wstring& folder) {
+    if (!JobPathRules::IsPlain(path) || !JobPathRules::IsOnLocalDrive(path)) {
+        return Refuse(path, L" is no plain path on a drive of this machine; it was not opened.");
     }
+    if (!folder.empty() && !JobPathRules::IsBelow(WithoutShortNames(path), WithoutShortNames(folder))) {
+        return Refuse(path, L" is not below " + folder + L"; it was not opened.");
+    }
+    FileHandle file = OpenOnceClosed(path);
+    // Whoever may not change the file can still read it.
+    if (!file && ::GetLastError() == ERROR_ACCESS_DENIED) file = Open(path, GENERIC_READ);
+    if (!file) return Refuse(path, L" cannot be opened: " + DescribeSystemError(::GetLastError()));
+    return TakeOpen(file, path, folder);
 }

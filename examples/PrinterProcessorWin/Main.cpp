@@ -1,66 +1,62 @@
 // A processing application: it is told about every job file that the port monitor has written.
-// Copy this file, and put what you do with a job in the place of ProcessJob.
+// Copy this folder, and put what you do with a job in the place of ProcessJob.
 #include <exception>
 #include <string>
 
+#include "examples/PrinterProcessorWin/FailureLog.h"
 #include "examples/PrinterProcessorWin/JobFile.h"
+#include "examples/PrinterProcessorWin/JobListener.h"
 #include "examples/PrinterProcessorWin/JobText.h"
 #include "examples/PrinterProcessorWin/Options.h"
 #include "examples/PrinterProcessorWin/StopRequest.h"
+#include "framework/GFrameworkScope.h"
 #include "framework/core/errors/GException.h"
-#include "framework/core/events/GBasicSignals.h"
-#include "framework/ipc/GIPCReceiver.h"
-#include "monitor/handoff/GPPHandOffScope.h"
-#include "monitor/handoff/GPPIPCManager.h"
 #include "monitor/handoff/GPPJobRecord.h"
 #include "platform/win32/core/PWin32Wide.h"
 #include "tools/console/Console.h"
+#include "tools/machine/Failure.h"
+#include "tools/machine/SpoolerHost.h"
 
 namespace {
 
-class JobReceiver final : public GIPCReceiver {
+/// What this program does with the jobs: it takes over their files and shows what it was told.
+class Jobs {
 public:
-    explicit JobReceiver(const Options& options)
-        : GIPCReceiver(GPPIPCManager::GetInstance()), mOptions(options) {
-        Register(GPPJobRecord::cMessageType);  // from here on the monitor finds this process
-    }
-    bool IsDone() const { return mOptions.once && mJobs > 0; }
+    Jobs(const Options& options, FailureLog& log)
+        : mOptions(options), mFolder(options.anywhere ? L"" : SpoolerHost::GetJobFolder()), mLog(log) {}
+    bool IsDone() const { return mOptions.once && mCount > 0; }
 
-    // Any process can send a message, so the data may be anything at all.
-    void HandleIPCMessage(const GIPCMessage& message) override {
-        GPPJobRecord record;
-        if (!record.SetFromMessageData(message.GetData())) {
-            Console::WriteError(L"A message that holds no job record was left out.\n");
-        } else if (!IsDone()) {
-            ++mJobs;
-            ProcessJob(record);
-        }
+    void ProcessJob(const GPPJobRecord& record) {
+        if (IsDone()) return;
+        ++mCount;
+        const JobFile file = JobFile::Take(AsWide(record.GetJobPath()), mFolder);
+        if (!file.problem.empty()) mLog.Write(file.problem);
+        const auto format = mOptions.json ? FormatAsJson : FormatAsLines;
+        if (!Console::Write(format(record, file))) mCannotWrite = true;
     }
+    /// Nobody reads what this program has to say.
+    bool CannotWrite() const { return mCannotWrite; }
 
 private:
-    void ProcessJob(const GPPJobRecord& record) const {
-        // The monitor may still be closing the file: this waits until it can be opened.
-        const auto jobBytes = WaitForJobFile(record.GetJobPath());
-        const auto format = mOptions.json ? FormatAsJson : FormatAsLines;
-        if (!Console::Write(format(record, jobBytes))) {
-            throw GSimpleException(GExceptionID::cCouldNotWriteFile);
-        }
-    }
-
     Options mOptions;
-    long mJobs = 0;
+    std::wstring mFolder;  // job files lie below it; empty: anywhere
+    FailureLog& mLog;
+    long mCount = 0;
+    bool mCannotWrite = false;
 };
 
-// Messages arrive on the ticks that this loop gives, so its pause is the delay of a notification.
+// Jobs are heard of on the ticks that this loop gives, so its pause is the delay of a notification.
 void ReceiveJobs(const Options& options) {
     constexpr unsigned long cTickMilliseconds = 100;
-    const GPPHandOffScope handOff;
+    FailureLog log;
+    Jobs jobs(options, log);
     const StopRequest stop;
-    const JobReceiver receiver(options);
-    Console::WriteError(L"Listening for printed jobs. Ctrl-C ends.\n");
+    JobListener listener([&](const GPPJobRecord& record) { jobs.ProcessJob(record); },
+                         [&](const std::wstring& line) { log.Write(line); });
     do {
-        GBasicSignals::DevoteTimeToRepeaters();
-    } while (!receiver.IsDone() && !stop.WaitFor(cTickMilliseconds));
+        listener.Tick();
+        if (jobs.CannotWrite()) throw GSimpleException(GExceptionID::cCouldNotWriteFile);
+    } while (!jobs.IsDone() && !stop.WaitFor(cTickMilliseconds));
 }
 
 }  // namespace
@@ -72,10 +68,13 @@ int wmain(int count, wchar_t** arguments) {
         return 2;
     }
     try {
+        const GFrameworkScope framework;
         ReceiveJobs(*options);
         return 0;
     } catch (const GException& failure) {
         Console::WriteError(std::wstring(AsWide(failure.GetFullDescription())) + L'\n');
+    } catch (const Failure& failure) {
+        Console::WriteError(failure.GetText() + L'\n');
     } catch (const std::exception&) {
         Console::WriteError(L"The program could not be started.\n");
     }

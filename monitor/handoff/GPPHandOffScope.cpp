@@ -3,8 +3,8 @@
 #include "framework/core/errors/GFirstFailure.h"
 #include "monitor/handoff/GPPIPCManager.h"
 
-GPPHandOffScope::GPPHandOffScope() {
-    GPPIPCManager::AddReference();
+GPPHandOffScope::GPPHandOffScope(GWaitBudget* budget) {
+    GPPIPCManager::AddReference(GIPCMessageQueueMgr::cNormal, budget);
 }
 
 GPPHandOffScope::~GPPHandOffScope() {

@@ -88,6 +88,12 @@ listen() {
     wait_for "the listener" grep -q '^Listening' "$records.err"
 }
 
+# taken NAME: the file that the listener of that name has taken over, as its JSON output tells last.
+taken() {
+    windows_path=$(tr -d '\r' <"$scratch/$1.out" | sed -n '$s/.*"JobFile":"\([^"]*\)".*/\1/p' | sed 's/\\\\/\\/g')
+    wine_host_path "$windows_path"
+}
+
 # wait_for WHAT COMMAND...: until the command succeeds, half a minute at most.
 wait_for() {
     what=$1

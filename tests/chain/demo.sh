@@ -32,7 +32,7 @@ wait "$listener" || fail "the processing application ended with $?"
 say "The notification that the processing application received"
 tr -d '\r' <"$scratch/notification.out"
 
-job="$jobs/Hello from Windows.ps"
+job=$(wine_host_path "$(sed -n 's/^Job file: //p' "$scratch/notification.out" | tr -d '\r')")
 say "The job file: $(wc -c <"$job") bytes"
 printf '%s\n' "$job"
 head -n 8 "$job" | tr -d '\r' | sed 's/^/    /'

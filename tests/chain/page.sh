@@ -7,7 +7,6 @@ build=$1
 chain_use "$2"
 redirections='HKCU\Software\Wine\Printing\Spooler'
 title='Grüße aus Köln'
-job="$jobs/$title.ps"
 
 # The same pages with the port replaced by a file: what the driver produces for them.
 wine reg add "$redirections" /v QuillonPDFPort: /d "$scratch/driver.ps" /f >/dev/null
@@ -17,11 +16,12 @@ wine reg delete "$redirections" /v QuillonPDFPort: /f >/dev/null
 listen one --json --once
 print_page "$title" 2
 wait "$listener" || fail "the listener ended with $?"
+job=$(taken one)
 expect_same "the job file" "$scratch/driver.ps" "$job"
 
 expect "the notification" \
-    '{"JobPath":"C:\\users\\anna\\Temp\\anna\\Proof\\Grüße aus Köln.ps","JobBytes":'"$(wc -c <"$job")"',"UserName":"anna","PrinterName":"Proof","PortName":"QuillonPDFPort:","CopyCount":1}' \
-    "$(tr -d '\r' <"$scratch/one.out" | grep '^{')"
+    '{"JobPath":"C:\\users\\anna\\Temp\\anna\\Proof\\Grüße aus Köln.ps","JobFile":"C:\\users\\anna\\Temp\\anna\\Proof\\Grüße aus Köln (taken).ps","JobBytes":'"$(wc -c <"$job")"',"Complete":true,"UserName":"anna","PrinterName":"Proof","PortName":"QuillonPDFPort:","CopyCount":1}' \
+    "$(tr -d '\r' <"$scratch/one.out" | grep '^{' | sed 's/(taken [0-9]*-[0-9]*)/(taken)/')"
 
 expect "the first line" '%!PS-Adobe-3.0' "$(head -n 1 "$job" | tr -d '\r')"
 to_text "$job" >"$scratch/text"

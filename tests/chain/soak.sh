@@ -21,13 +21,13 @@ for hundred in 0 1 2 3 4 5 6 7 8 9; do
     print_raw "$@" || fail "a job after number $((hundred * 100)) was refused"
 done
 
-for number in $(seq 1 1000); do
-    expect_same "job $number" "$scratch/$number" "$jobs/job $number.ps"
-done
 all_told() {
     [ "$(wc -l <"$scratch/thousand.out")" -ge 1000 ]
 }
 wait_for "the last notification" all_told
+for number in $(seq 1 1000); do
+    expect_same "job $number" "$scratch/$number" "$jobs/job $number (taken "*").ps"
+done
 kill "$listener"
 sed 's/.*job \([0-9]*\)\.ps".*/\1/' "$scratch/thousand.out" | sort -n >"$scratch/told"
 seq 1 1000 >"$scratch/expected"

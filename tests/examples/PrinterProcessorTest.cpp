@@ -2,10 +2,14 @@
 
 #include <algorithm>
 
+#include "framework/ipc/GIPCMessageQueue.h"
+#include "framework/ipc/GIPMutex.h"
+#include "framework/system/GSessionInfo.h"
 #include "monitor/handoff/GPPIPCManager.h"
 #include "monitor/handoff/GPPJobRecord.h"
 #include "platform/win32/base/PWin32Api.h"
 #include "tests/files/TestFolder.h"
+#include "tests/ipc/RawSegment.h"
 #include "tests/tools/ChildProcess.h"
 #include "tools/quillonctl/Listeners.h"
 
@@ -25,6 +29,12 @@ protected:
     static bool WaitFor(const ChildProcess& program) {
         for (int i = 0; i < 3000 && !IsListening(program) && program.IsRunning(); ++i) ::Sleep(10);
         return IsListening(program);
+    }
+    /// False when half a minute passed before the program said so on its standard error output.
+    bool WaitToHear(const char* text) const {
+        for (int i = 0; i < 3000; ++i, ::Sleep(10))
+            if (mFolder.Take("err").find(text) != std::string::npos) return true;
+        return false;
     }
     static bool IsListening(const ChildProcess& program) {
         return GPPIPCManager::GetInstance()->GetListeningState(static_cast<long>(program.GetID())) ==
@@ -50,9 +60,10 @@ TEST_F(PrinterProcessorTest, WithOnceItEndsAfterTheFirstJob) {
     SendJob(program, "anna");
     EXPECT_EQ(program.WaitForExitCode(), 0);
     const std::string output = mFolder.Take("out");
-    EXPECT_THAT(output, testing::StartsWith("{\"JobPath\":\""));
-    EXPECT_THAT(output, testing::EndsWith("\\\\job.ps\",\"JobBytes\":4,\"UserName\":\"anna\",\"PrinterName\":"
-                                          "\"Proof\",\"PortName\":\"QuillonPDFPort:\",\"CopyCount\":1}\n"));
+    EXPECT_THAT(output, testing::MatchesRegex(
+                            "\\{\"JobPath\":\".*job.ps\",\"JobFile\":\".*job .taken .*.ps\",\"JobBytes\":4,"
+                            "\"Complete\":false,\"UserName\":\"anna\",\"PrinterName\":\"Proof\","
+                            "\"PortName\":\"QuillonPDFPort:\",\"CopyCount\":1\\}\n"));
     EXPECT_EQ(std::count(output.begin(), output.end(), '\n'), 1);
     EXPECT_FALSE(IsListening(program));
 }
@@ -67,8 +78,45 @@ TEST_F(PrinterProcessorTest, WhatIsNoRecordIsReportedAndTheNextJobStillArrives) 
     EXPECT_EQ(program.WaitForExitCode(), 0);
     EXPECT_THAT(mFolder.Take("out"), testing::HasSubstr("\nUser: berta\n"));
     const std::string errors = mFolder.Take("err");
-    EXPECT_EQ(std::count(errors.begin(), errors.end(), '\n'), 4) << errors;
+    EXPECT_EQ(std::count(errors.begin(), errors.end(), '\n'), 3) << errors;
     EXPECT_THAT(errors, testing::HasSubstr("holds no job record"));
+}
+
+TEST_F(PrinterProcessorTest, ASpoiltQueueAndALostRegistrationAreReportedAndTheNextJobStillArrives) {
+    const ChildProcess program = Start(L" --once");
+    ASSERT_TRUE(WaitFor(program));
+    const auto programID = static_cast<long>(program.GetID());
+    for (const long session : {GSessionInfo::GetInstance()->GetCurrentSessionID(), -1L}) {
+        GIPCMessageQueueMgr registry(GPPIPCManager::GetRegistryID(GIPCMessageQueueMgr::cNormal), session,
+                                     GIPCMessageQueueMgr::Scope::cOwnOnly);
+        GTable<std::int32_t> queues;
+        registry.GetRegisteredHere(programID, queues);
+        ASSERT_EQ(queues.GetCount(), 1);
+        const GBuffer name =
+            GBuffer("QulShD") + GIPCMessageQueue::ConvertToMemoryID(programID, queues[0]).GetBuffer();
+        RawSegment::Open(GIPCMessageQueue::GetMemoryPath(session).GetPtr(), name.GetPtr())->SetWord(8, 99999);
+        // As the monitor does when it meets a spoilt queue.
+        registry.Unregister(programID);
+    }
+    EXPECT_TRUE(WaitToHear("Registering again"));
+    ASSERT_TRUE(WaitFor(program));
+    SendJob(program, "berta");
+    EXPECT_EQ(program.WaitForExitCode(), 0) << mFolder.Take("err");
+    EXPECT_THAT(mFolder.Take("out"), testing::HasSubstr("\nUser: berta\n"));
+}
+
+TEST_F(PrinterProcessorTest, AHeldLockDelaysItsStartAndCannotKeepItFromEnding) {
+    GIPMutex lock(GPPIPCManager::GetRegistryID(GIPCMessageQueueMgr::cNormal), GIPPrefix::cSharedMemoryLock);
+    lock.Lock();
+    const ChildProcess program = Start(L"");
+    EXPECT_TRUE(WaitToHear("lock"));
+    EXPECT_TRUE(program.IsRunning());
+    lock.Unlock();
+    ASSERT_TRUE(WaitFor(program));
+    lock.Lock();
+    ASSERT_TRUE(::GenerateConsoleCtrlEvent(CTRL_BREAK_EVENT, program.GetID()));
+    EXPECT_EQ(program.WaitForExitCode(), 0);
+    lock.Unlock();
 }
 
 TEST_F(PrinterProcessorTest, AnUnknownOptionEndsItAtOnce) {

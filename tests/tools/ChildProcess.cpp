@@ -4,10 +4,11 @@
 
 namespace {
 
-HANDLE OpenInheritable(const std::wstring& path) {
+PWin32ScopedHandle<PWin32FileHandle> OpenInheritable(const std::wstring& path) {
     SECURITY_ATTRIBUTES attributes{sizeof(attributes), nullptr, TRUE};
-    return ::CreateFileW(path.c_str(), GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE, &attributes,
-                         CREATE_ALWAYS, 0, nullptr);
+    return PWin32ScopedHandle<PWin32FileHandle>(::CreateFileW(path.c_str(), GENERIC_WRITE,
+                                                              FILE_SHARE_READ | FILE_SHARE_WRITE, &attributes,
+                                                              CREATE_ALWAYS, 0, nullptr));
 }
 
 std::wstring GetOwnFolder() {
@@ -23,40 +24,38 @@ ChildProcess::ChildProcess(const std::wstring& commandLine, const std::wstring& 
     STARTUPINFOW startup{};
     startup.cb = sizeof(startup);
     startup.dwFlags = STARTF_USESTDHANDLES;
-    startup.hStdOutput = OpenInheritable(outputPath);
-    startup.hStdError = OpenInheritable(errorPath);
+    const auto output = OpenInheritable(outputPath);
+    const auto error = OpenInheritable(errorPath);
+    startup.hStdOutput = output.Get();
+    startup.hStdError = error.Get();
     PROCESS_INFORMATION process{};
     const std::wstring program = GetOwnFolder() + commandLine.substr(0, commandLine.find(L' '));
     std::wstring line = commandLine;
-    if (::CreateProcessW(program.c_str(), line.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr, &startup,
-                         &process)) {
-        ::CloseHandle(process.hThread);
-        mProcess = process.hProcess;
+    if (::CreateProcessW(program.c_str(), line.data(), nullptr, nullptr, TRUE, CREATE_NEW_PROCESS_GROUP,
+                         nullptr, nullptr, &startup, &process)) {
+        const PWin32ScopedHandle<PWin32KernelHandle> thread(process.hThread);
+        mProcess.Reset(process.hProcess);
         mID = process.dwProcessId;
     }
-    ::CloseHandle(startup.hStdOutput);
-    ::CloseHandle(startup.hStdError);
 }
 
 ChildProcess::~ChildProcess() {
-    if (mProcess == nullptr) return;
-    if (IsRunning()) Kill();
-    ::CloseHandle(mProcess);
+    if (mProcess && IsRunning()) Kill();
 }
 
 bool ChildProcess::IsRunning() const {
-    return ::WaitForSingleObject(mProcess, 0) == WAIT_TIMEOUT;
+    return ::WaitForSingleObject(mProcess.Get(), 0) == WAIT_TIMEOUT;
 }
 
 void ChildProcess::Kill() const {
-    ::TerminateProcess(mProcess, 99);
-    ::WaitForSingleObject(mProcess, INFINITE);
+    ::TerminateProcess(mProcess.Get(), 99);
+    ::WaitForSingleObject(mProcess.Get(), INFINITE);
 }
 
 long ChildProcess::WaitForExitCode() const {
     constexpr DWORD cWaitMilliseconds = 30000;
     DWORD exitCode = 0;
-    if (::WaitForSingleObject(mProcess, cWaitMilliseconds) != WAIT_OBJECT_0) return -1;
-    ::GetExitCodeProcess(mProcess, &exitCode);
+    if (::WaitForSingleObject(mProcess.Get(), cWaitMilliseconds) != WAIT_OBJECT_0) return -1;
+    ::GetExitCodeProcess(mProcess.Get(), &exitCode);
     return static_cast<long>(exitCode);
 }

@@ -2,6 +2,8 @@
 
 #include <string>
 
+#include "platform/win32/base/PWin32ScopedHandle.h"
+
 /// ChildProcess: a program of this build, running with its output in a file. Whatever still runs when the
 /// object goes is ended.
 class ChildProcess {
@@ -13,7 +15,7 @@ public:
     ChildProcess& operator=(const ChildProcess&) = delete;
     ~ChildProcess();
 
-    bool IsStarted() const { return mProcess != nullptr; }
+    bool IsStarted() const { return static_cast<bool>(mProcess); }
     unsigned long GetID() const { return mID; }
     bool IsRunning() const;
     /// Ends it on the spot and waits until it has gone.
@@ -22,6 +24,6 @@ public:
     long WaitForExitCode() const;
 
 private:
-    void* mProcess = nullptr;
+    PWin32ScopedHandle<PWin32KernelHandle> mProcess;
     unsigned long mID = 0;
 };

@@ -8,6 +8,7 @@
 #include "framework/ipc/GWaitBudget.h"
 #include "framework/system/GProcessInfo.h"
 #include "framework/system/GSessionInfo.h"
+#include "monitor/handoff/GPPHandOffScope.h"
 #include "monitor/handoff/GPPIPCManager.h"
 #include "platform/win32/base/PWin32Api.h"
 #include "platform/win32/base/PWin32ScopedHandle.h"
@@ -19,23 +20,6 @@ namespace {
 
 // Whoever holds a registry's mutex for ever must not hang an administrator's question.
 constexpr long cMaxWaitMilliseconds = 2000;
-
-/// A reference to the hand-off's manager.
-class HandOffReference {
-public:
-    explicit HandOffReference(GWaitBudget& budget) {
-        GPPIPCManager::AddReference(GIPCMessageQueueMgr::cNormal, &budget);
-    }
-    HandOffReference(const HandOffReference&) = delete;
-    HandOffReference& operator=(const HandOffReference&) = delete;
-    ~HandOffReference() {
-        try {
-            GPPIPCManager::ReleaseReference();
-        } catch (const GException&) {
-            // Asking has registered nothing that could be left behind.
-        }
-    }
-};
 
 bool IsListening(long processID) {
     return GPPIPCManager::GetInstance()->GetListeningState(processID) == GIPCManager::cListening;
@@ -76,7 +60,7 @@ std::wstring FindProgram(long processID) {
 
 std::vector<Listener> ReadListeners() {
     GWaitBudget budget(cMaxWaitMilliseconds);
-    const HandOffReference handOff(budget);
+    const GPPHandOffScope handOff(&budget);
     std::vector<Listener> listeners = Listeners::Merge(GetRegistrations(budget));
     // Asked for in the same way as the monitor does.
     GTable<std::int32_t> told;

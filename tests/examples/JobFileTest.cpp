@@ -1,0 +1,142 @@
+#include "examples/PrinterProcessorWin/JobFile.h"
+
+#include <gmock/gmock.h>
+
+#include <thread>
+#include <tuple>
+
+#include "examples/PrinterProcessorWin/JobPathRules.h"
+#include "platform/win32/base/PWin32Api.h"
+#include "platform/win32/base/PWin32ScopedHandle.h"
+#include "tests/files/TestFolder.h"
+#include "tools/console/Console.h"
+
+namespace {
+
+using testing::HasSubstr;
+
+TEST(JobPathRules, APlainPathNamesAFileOnADriveAndNothingElse) {
+    for (const wchar_t* path :
+         {L"C:\\a.ps", L"z:\\Temp\\J\u00FCrgen B\\Proof 2\\a.b (1).ps", L"C:\\COM\\nulls.ps", L"C:\\.a\\..b"})
+        EXPECT_TRUE(JobPathRules::IsPlain(path)) << ToUTF8(path);
+    for (const wchar_t* path : {L"",
+                                L"a.ps",
+                                L"C:",
+                                L"C:\\",
+                                L"C:a.ps",
+                                L"\\a.ps",
+                                L"1:\\a.ps",
+                                L"C:/a.ps",
+                                L"C:\\a/b",
+                                L"C:\\a\\",
+                                L"C:\\\\a.ps",
+                                L"\\\\server\\share\\a.ps",
+                                L"//server/share/a.ps",
+                                L"\\\\?\\C:\\a.ps",
+                                L"\\\\.\\pipe\\a",
+                                L"\\??\\C:\\a.ps",
+                                L"C:\\a.ps:stream",
+                                L"C:\\a.ps::$DATA",
+                                L"C:\\a\\..\\b.ps",
+                                L"C:\\.\\b.ps",
+                                L"C:\\a.",
+                                L"C:\\a \\b.ps",
+                                L"C:\\NUL",
+                                L"C:\\aux.ps",
+                                L"C:\\com1 .x\\a.ps",
+                                L"C:\\CONIN$",
+                                L"C:\\a*.ps",
+                                L"C:\\a\nb"})
+        EXPECT_FALSE(JobPathRules::IsPlain(path)) << ToUTF8(path);
+}
+
+TEST(JobPathRules, BelowAFolderCountsWholeNamesInWhateverCase) {
+    EXPECT_TRUE(JobPathRules::IsBelow(L"c:\\TEMP\\a", L"C:\\Temp"));
+    EXPECT_TRUE(JobPathRules::IsBelow(L"C:\\Temp\\a\\b", L"C:\\Temp\\"));
+    EXPECT_FALSE(JobPathRules::IsBelow(L"C:\\Temporary\\a", L"C:\\Temp"));
+    EXPECT_FALSE(JobPathRules::IsBelow(L"C:\\Temp\\", L"C:\\Temp\\"));
+    EXPECT_FALSE(JobPathRules::IsBelow(L"C:\\Tem", L"C:\\Temp\\"));
+    EXPECT_TRUE(JobPathRules::IsOnLocalDrive(L"C:\\a"));
+    EXPECT_FALSE(JobPathRules::IsOnLocalDrive(L"Q:\\a")) << "there is no such drive";
+}
+
+class JobFileTest : public testing::Test {
+protected:
+    JobFile Take(const std::string& name) const { return JobFile::Take(mFolder.Standard(name), Root()); }
+    std::wstring Root() const { return mFolder.Standard("").wstring(); }
+    static std::string Leaf(const JobFile& file) {
+        return ToUTF8(file.path.substr(file.path.find_last_of(L'\\') + 1));
+    }
+
+    TestFolder mFolder;
+};
+
+TEST_F(JobFileTest, EachJobOfATitleGetsANameOfItsOwnAndKeepsItsBytes) {
+    mFolder.Put("a.b.ps", "%!PS one\n%%EOF\n");
+    const JobFile first = Take("a.b.ps");
+    EXPECT_THAT(Leaf(first), testing::MatchesRegex("a\\.b \\(taken \\d+-\\d+\\)\\.ps"));
+    EXPECT_EQ(first.bytes, 15u);
+    EXPECT_TRUE(first.isComplete);
+    EXPECT_EQ(first.problem, L"");
+    EXPECT_FALSE(mFolder.Has("a.b.ps"));
+    mFolder.Put("a.b.ps", "%!PS two");
+    const JobFile second = Take("a.b.ps");
+    EXPECT_FALSE(second.isComplete);
+    EXPECT_THAT(ToUTF8(second.problem), HasSubstr("no %%EOF"));
+    EXPECT_EQ(mFolder.Take(Leaf(first)), "%!PS one\n%%EOF\n");
+    EXPECT_EQ(mFolder.Take(Leaf(second)), "%!PS two");
+    mFolder.Put(std::string(200, 'x') + ".ps", "");
+    EXPECT_THAT(Leaf(Take(std::string(200, 'x') + ".ps")), testing::EndsWith(").ps")) << "cut to fit";
+}
+
+TEST_F(JobFileTest, TheLastCommentCountsAtTheStartOfALineNearTheEnd) {
+    const std::tuple<std::string, bool> rows[] = {
+        {"%%EOF", true},
+        {"%!PS\r%%EOF\r\n\x04", true},
+        {"%!PS\n%%EOF\n" + std::string(1000, '\0'), true},
+        {"%!PS\n%%EOF\n" + std::string(2000, ' '), false},
+        {"", false},
+        {"(%%EOF)", false},
+        {"%%EO", false},
+    };
+    for (const auto& [bytes, complete] : rows) {
+        mFolder.Put("a.ps", bytes);
+        EXPECT_EQ(Take("a.ps").isComplete, complete) << bytes;
+    }
+}
+
+TEST_F(JobFileTest, WhatIsNotAJobFileIsNeitherOpenedNorRenamed) {
+    mFolder.Put("a.ps", "x");
+    std::filesystem::create_directory(mFolder.Standard("sub"));
+    const std::tuple<std::wstring, std::wstring, const char*> rows[] = {
+        {L"\\\\.\\pipe\\x", L"", "no plain path"},
+        {Root() + L"a.ps:x", L"", "no plain path"},
+        {Root() + L"a.ps", Root() + L"sub", "is not below"},
+        {Root() + L"missing.ps", Root(), "cannot be opened"},
+        {Root() + L"sub", Root(), "cannot be opened"},
+    };
+    for (const auto& [path, folder, problem] : rows) {
+        const JobFile file = JobFile::Take(path, folder);
+        EXPECT_THAT(ToUTF8(file.problem), HasSubstr(problem));
+        EXPECT_FALSE(file.bytes);
+    }
+    EXPECT_EQ(mFolder.Take("a.ps"), "x");
+    EXPECT_EQ(JobFile::Take(Root() + L"a.ps", L"").bytes, 1u) << "anywhere";
+}
+
+TEST_F(JobFileTest, WaitsUntilTheWriterHasClosed) {
+    PWin32ScopedHandle<PWin32FileHandle> file(::CreateFileW(mFolder.Standard("a.ps").c_str(), GENERIC_WRITE,
+                                                            FILE_SHARE_READ, nullptr, CREATE_ALWAYS, 0,
+                                                            nullptr));
+    // As the monitor does it once its notification has been taken.
+    std::thread closer([&] {
+        DWORD written = 0;
+        ::Sleep(100);
+        ::WriteFile(file.Get(), "last", 4, &written, nullptr);
+        file = {};
+    });
+    EXPECT_EQ(Take("a.ps").bytes, 4u);
+    closer.join();
+}
+
+}  // namespace
