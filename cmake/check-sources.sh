@@ -34,7 +34,7 @@ forbid "blanks at the end of a line" ' +$' '*.h' '*.cpp' '*.cmake' 'CMakeLists.t
 forbid "a CR at the end of a line" "$return\$" '*.h' '*.cpp' '*.cmake' 'CMakeLists.txt' '*.sh' '*.md'
 forbid "unfinished work" '\b(TODO|FIXME|XXX)\b' ':!cmake/check-sources.sh'
 forbid "a platform switch in portable code" '\b(_WIN32|__linux__)\b' 'framework/' 'monitor/'
-forbid "Windows outside its folder" '#include <(windows|winspool|winsplp|winbase)\.h>' 'framework/' 'examples/'
+forbid "Windows outside its folder" '#include <(windows|winspool|winsplp|winbase)\.h>' 'framework/' 'examples/' ':!examples/receiver-c/'
 forbid "an own include of windows.h" '#include <windows\.h>' '*.h' '*.cpp' ':!platform/win32/base/PWin32Api.h'
 forbid "code that turns with the C locale or loads it" '#include <(iostream|regex|locale)>' 'framework/' 'monitor/' 'platform/'
 forbid "a download" '(curl|wget|https?://)' 'dev' '.ci/run' '*.sh' '*.cmake' ':!cmake/check-sources.sh'
