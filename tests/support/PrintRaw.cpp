@@ -2,13 +2,16 @@
 //
 //     PrintRaw.exe <printer> <document name> <file> [<document name> <file> ...]
 //
-// All jobs come from one process, one after the other. The exit code is 1 as soon as one is refused.
+// All jobs come from one process, one after the other. The exit code is 1 as soon as one is refused. At the
+// end it tells how long the slowest job took.
+#include <algorithm>
 #include <cstdio>
 #include <memory>
 #include <string>
 #include <vector>
 
 #include "platform/win32/base/PWin32Api.h"
+#include "platform/win32/base/PWin32ScopedHandle.h"
 
 #include <winspool.h>
 
@@ -23,22 +26,18 @@ struct CloseFile {
 class Printer {
 public:
     explicit Printer(wchar_t* name) {
-        if (!::OpenPrinterW(name, &mHandle, nullptr)) mHandle = nullptr;
+        HANDLE handle = nullptr;
+        if (::OpenPrinterW(name, &handle, nullptr)) mHandle.Reset(handle);
     }
-    ~Printer() {
-        if (mHandle != nullptr) ::ClosePrinter(mHandle);
-    }
-    Printer(const Printer&) = delete;
-    Printer& operator=(const Printer&) = delete;
 
-    bool IsOpen() const noexcept { return mHandle != nullptr; }
+    bool IsOpen() const noexcept { return static_cast<bool>(mHandle); }
 
     bool Print(wchar_t* document, std::FILE* file) const {
         wchar_t raw[] = L"RAW";
         DOC_INFO_1W info = {document, nullptr, raw};
-        if (::StartDocPrinterW(mHandle, 1, reinterpret_cast<BYTE*>(&info)) == 0) return false;
+        if (::StartDocPrinterW(mHandle.Get(), 1, reinterpret_cast<BYTE*>(&info)) == 0) return false;
         const bool sent = Send(file);
-        return ::EndDocPrinter(mHandle) && sent;
+        return ::EndDocPrinter(mHandle.Get()) && sent;
     }
 
 private:
@@ -48,12 +47,13 @@ private:
             const std::size_t count = std::fread(block.data(), 1, block.size(), file);
             if (count == 0) return std::ferror(file) == 0;
             DWORD written = 0;
-            if (!::WritePrinter(mHandle, block.data(), static_cast<DWORD>(count), &written)) return false;
+            if (!::WritePrinter(mHandle.Get(), block.data(), static_cast<DWORD>(count), &written))
+                return false;
             if (written != count) return false;
         }
     }
 
-    HANDLE mHandle = nullptr;
+    PWin32ScopedHandle<PWin32PrinterHandle> mHandle;
 };
 
 }  // namespace
@@ -68,13 +68,17 @@ int wmain(int argc, wchar_t** argv) {
         std::fprintf(stderr, "PrintRaw: there is no printer %ls\n", argv[1]);
         return 1;
     }
+    unsigned long long slowest = 0;
     for (int i = 2; i + 1 < argc; i += 2) {
+        const unsigned long long start = ::GetTickCount64();
         const std::unique_ptr<std::FILE, CloseFile> file(::_wfopen(argv[i + 1], L"rb"));
         if (!file || !printer.Print(argv[i], file.get())) {
             std::fprintf(stderr, "PrintRaw: %ls was not printed (error %lu)\n", argv[i + 1],
                          ::GetLastError());
             return 1;
         }
+        slowest = std::max(slowest, ::GetTickCount64() - start);
     }
+    std::printf("slowest job: %llu ms\n", slowest);
     return 0;
 }
