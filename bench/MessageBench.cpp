@@ -7,6 +7,7 @@
 #include "framework/GFrameworkScope.h"
 #include "framework/ipc/GIPCMessageQueue.h"
 #include "platform/win32/base/PWin32Api.h"
+#include "platform/win32/base/PWin32ScopedHandle.h"
 
 namespace {
 
@@ -18,18 +19,15 @@ constexpr long cRegistrationID = 1;
 class PlainMutex {
 public:
     PlainMutex() : mHandle(::CreateMutexW(nullptr, FALSE, L"Global\\MessageBench")) {}
-    ~PlainMutex() { ::CloseHandle(mHandle); }
-    PlainMutex(const PlainMutex&) = delete;
-    PlainMutex& operator=(const PlainMutex&) = delete;
 
     void Copy(void* to, const void* from, std::size_t count) const {
-        ::WaitForSingleObject(mHandle, INFINITE);
+        ::WaitForSingleObject(mHandle.Get(), INFINITE);
         std::memcpy(to, from, count);
-        ::ReleaseMutex(mHandle);
+        ::ReleaseMutex(mHandle.Get());
     }
 
 private:
-    HANDLE mHandle;
+    PWin32ScopedHandle<PWin32KernelHandle> mHandle;
 };
 
 bool PostAndDrain(GIPCMessageQueue& queue, const GBuffer& data) {

@@ -8,6 +8,7 @@
 #include "bench/Rounds.h"
 #include "bench/SpoolerPort.h"
 #include "platform/win32/base/PWin32Api.h"
+#include "platform/win32/base/PWin32ScopedHandle.h"
 
 namespace {
 
@@ -20,11 +21,11 @@ public:
         wchar_t folder[MAX_PATH];
         ::GetTempPathW(MAX_PATH, folder);
         mPath = std::wstring(folder) + L"WritePortBench.tmp";
-        mFile = ::CreateFileW(mPath.c_str(), GENERIC_WRITE, FILE_SHARE_READ, nullptr, CREATE_ALWAYS,
-                              FILE_ATTRIBUTE_NORMAL, nullptr);
+        mFile.Reset(::CreateFileW(mPath.c_str(), GENERIC_WRITE, FILE_SHARE_READ, nullptr, CREATE_ALWAYS,
+                                  FILE_ATTRIBUTE_NORMAL, nullptr));
     }
     ~PlainFile() {
-        ::CloseHandle(mFile);
+        mFile = {};
         ::DeleteFileW(mPath.c_str());
     }
     PlainFile(const PlainFile&) = delete;
@@ -35,14 +36,14 @@ public:
         DWORD written = 0;
         ::OutputDebugStringW(L"PPMWritePort");
         const auto size = static_cast<DWORD>(block.size());
-        const bool done = ::WriteFile(mFile, block.data(), size, &written, nullptr) && written == size;
+        const bool done = ::WriteFile(mFile.Get(), block.data(), size, &written, nullptr) && written == size;
         ::OutputDebugStringW(L"end PPMWritePort");
         return done;
     }
 
 private:
     std::wstring mPath;
-    HANDLE mFile;
+    PWin32ScopedHandle<PWin32FileHandle> mFile;
 };
 
 /// False when a write failed, which would make the figures worthless.

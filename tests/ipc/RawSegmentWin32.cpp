@@ -6,16 +6,17 @@ namespace {
 
 class MappedSegment : public RawSegment {
 public:
-    explicit MappedSegment(void* mapping) : mMapping(mapping) {
-        mBytes = static_cast<unsigned char*>(::MapViewOfFile(mapping, FILE_MAP_ALL_ACCESS, 0, 0, 0));
+    explicit MappedSegment(void* mapping)
+        : mMapping(mapping), mView(::MapViewOfFile(mapping, FILE_MAP_ALL_ACCESS, 0, 0, 0)) {
+        mBytes = static_cast<unsigned char*>(mView.Get());
         MEMORY_BASIC_INFORMATION region = {};
         ::VirtualQuery(mBytes, &region, sizeof region);
         mSize = static_cast<long>(region.RegionSize);
     }
-    ~MappedSegment() override { ::UnmapViewOfFile(mBytes); }
 
 private:
     PWin32ScopedHandle<PWin32KernelHandle> mMapping;
+    PWin32ScopedHandle<PWin32MappedView> mView;
 };
 
 }  // namespace

@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "platform/win32/base/PWin32Api.h"
+#include "platform/win32/base/PWin32ScopedHandle.h"
 
 #include <winspool.h>
 
@@ -28,17 +29,13 @@ struct Job {
 class Printer {
 public:
     explicit Printer(std::wstring name) : mName(std::move(name)) {
-        if (!::OpenPrinterW(mName.data(), &mHandle, nullptr)) mHandle = nullptr;
+        HANDLE handle = nullptr;
+        if (::OpenPrinterW(mName.data(), &handle, nullptr)) mHandle.Reset(handle);
     }
-    ~Printer() {
-        if (mHandle != nullptr) ::ClosePrinter(mHandle);
-    }
-    Printer(const Printer&) = delete;
-    Printer& operator=(const Printer&) = delete;
 
     /// The highest number of a job of that document name, 0 when there is none. A null name fits every job.
     DWORD FindJob(LPCWSTR document) const {
-        for (DWORD id = cHighestJobId; mHandle != nullptr && id > 0; --id) {
+        for (DWORD id = cHighestJobId; mHandle && id > 0; --id) {
             if (IsJob(id, document)) return id;
         }
         return 0;
@@ -48,13 +45,13 @@ private:
     bool IsJob(DWORD id, LPCWSTR document) const {
         alignas(JOB_INFO_1W) BYTE block[8192];
         DWORD needed = 0;
-        if (!::GetJobW(mHandle, id, 1, block, sizeof block, &needed)) return false;
+        if (!::GetJobW(mHandle.Get(), id, 1, block, sizeof block, &needed)) return false;
         const LPCWSTR name = reinterpret_cast<const JOB_INFO_1W*>(block)->pDocument;
         return document == nullptr || name == nullptr || ::lstrcmpW(document, name) == 0;
     }
 
     std::wstring mName;
-    HANDLE mHandle = nullptr;
+    PWin32ScopedHandle<PWin32PrinterHandle> mHandle;
 };
 
 std::vector<std::wstring> PrintersOnPort(const std::wstring& port) {

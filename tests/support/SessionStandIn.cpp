@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "platform/win32/base/PWin32Api.h"
+#include "platform/win32/base/PWin32ScopedHandle.h"
 
 #include <tlhelp32.h>
 #include <wtsapi32.h>
@@ -19,19 +20,7 @@ namespace {
 
 constexpr DWORD cMaxSidBytes = 68;
 
-class ScopedHandle {
-public:
-    explicit ScopedHandle(HANDLE handle) noexcept : mHandle(handle) {}
-    ~ScopedHandle() {
-        if (mHandle != nullptr && mHandle != INVALID_HANDLE_VALUE) ::CloseHandle(mHandle);
-    }
-    ScopedHandle(const ScopedHandle&) = delete;
-    ScopedHandle& operator=(const ScopedHandle&) = delete;
-    HANDLE Get() const noexcept { return mHandle; }
-
-private:
-    HANDLE mHandle;
-};
+using KernelHandle = PWin32ScopedHandle<PWin32KernelHandle>;
 
 /// One block as the caller frees it: `count` records of `Record`, behind each its `extra` bytes.
 template <class Record>
@@ -87,10 +76,10 @@ struct Process {
 };
 
 std::vector<BYTE> UserOf(DWORD processId) {
-    const ScopedHandle process(::OpenProcess(PROCESS_QUERY_INFORMATION, FALSE, processId));
+    const KernelHandle process(::OpenProcess(PROCESS_QUERY_INFORMATION, FALSE, processId));
     HANDLE opened = nullptr;
-    if (process.Get() == nullptr || !::OpenProcessToken(process.Get(), TOKEN_QUERY, &opened)) return {};
-    const ScopedHandle token(opened);
+    if (!process || !::OpenProcessToken(process.Get(), TOKEN_QUERY, &opened)) return {};
+    const KernelHandle token(opened);
     alignas(TOKEN_USER) BYTE user[256];
     DWORD size = 0;
     if (!::GetTokenInformation(token.Get(), TokenUser, user, sizeof user, &size)) return {};
@@ -101,7 +90,7 @@ std::vector<BYTE> UserOf(DWORD processId) {
 
 std::vector<Process> AllProcesses() {
     std::vector<Process> processes;
-    const ScopedHandle snapshot(::CreateToolhelp32Snapshot(TH32CS_SNAPPROCESS, 0));
+    const PWin32ScopedHandle<PWin32FileHandle> snapshot(::CreateToolhelp32Snapshot(TH32CS_SNAPPROCESS, 0));
     PROCESSENTRY32W entry = {};
     entry.dwSize = sizeof entry;
     for (BOOL more = ::Process32FirstW(snapshot.Get(), &entry); more;

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "platform/win32/base/PWin32Api.h"
+#include "platform/win32/base/PWin32ScopedHandle.h"
 #include "tests/files/TestFolder.h"
 #include "tools/machine/Failure.h"
 
@@ -18,16 +19,13 @@ public:
         : mBefore(::GetStdHandle(STD_OUTPUT_HANDLE)),
           mFile(::CreateFileW(path.c_str(), access, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, OPEN_ALWAYS,
                               0, nullptr)) {
-        ::SetStdHandle(STD_OUTPUT_HANDLE, mFile);
+        ::SetStdHandle(STD_OUTPUT_HANDLE, mFile.Get());
     }
-    ~OutputToFile() {
-        ::SetStdHandle(STD_OUTPUT_HANDLE, mBefore);
-        ::CloseHandle(mFile);
-    }
+    ~OutputToFile() { ::SetStdHandle(STD_OUTPUT_HANDLE, mBefore); }
 
 private:
     HANDLE mBefore;
-    HANDLE mFile;
+    PWin32ScopedHandle<PWin32FileHandle> mFile;
 };
 
 TEST(Console, WritesUTF8WithBareLineFeedsToAFileAndTellsWhenItCannot) {

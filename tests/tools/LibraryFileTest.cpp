@@ -5,6 +5,7 @@
 #include <tuple>
 
 #include "platform/win32/base/PWin32Api.h"
+#include "platform/win32/base/PWin32ScopedHandle.h"
 #include "tests/files/TestFolder.h"
 #include "tools/console/Console.h"
 #include "tools/machine/Failure.h"
@@ -67,9 +68,9 @@ TEST_F(LibraryFileTest, MovesAsideToAFreeNameAndBack) {
 TEST_F(LibraryFileTest, RemovingAnOpenFileOrALoadedLibraryFreesItsNameOrLeavesItAsItIs) {
     for (const DWORD share : {DWORD{FILE_SHARE_READ}, DWORD{FILE_SHARE_READ | FILE_SHARE_DELETE}}) {
         const std::wstring path = mFolder.Put("a.dll", "x");
-        const HANDLE reader =
-            ::CreateFileW(path.c_str(), GENERIC_READ, share, nullptr, OPEN_EXISTING, 0, nullptr);
-        ASSERT_NE(reader, INVALID_HANDLE_VALUE);
+        const PWin32ScopedHandle<PWin32FileHandle> reader(
+            ::CreateFileW(path.c_str(), GENERIC_READ, share, nullptr, OPEN_EXISTING, 0, nullptr));
+        ASSERT_TRUE(reader);
         if (share == FILE_SHARE_READ) {
             EXPECT_THROW(LibraryFile::Remove(path), Failure);
             EXPECT_EQ(mFolder.Take("a.dll"), "x");
@@ -77,17 +78,15 @@ TEST_F(LibraryFileTest, RemovingAnOpenFileOrALoadedLibraryFreesItsNameOrLeavesIt
             LibraryFile::Remove(path);
             EXPECT_FALSE(LibraryFile::Exists(path));
         }
-        ::CloseHandle(reader);
     }
     const std::wstring loaded = mFolder.Standard("loaded.dll");
     LibraryFile::Copy(LibraryFile::GetInstalledPath(L"version.dll"), loaded);
-    const HMODULE module = ::LoadLibraryW(loaded.c_str());
-    ASSERT_NE(module, nullptr);
+    const PWin32ScopedHandle<PWin32ModuleHandle> module(::LoadLibraryW(loaded.c_str()));
+    ASSERT_TRUE(module);
     EXPECT_THAT(ToUTF8(LibraryFile::GetVersion(loaded).value_or(L"")),
                 testing::MatchesRegex("\\d+\\.\\d+\\.\\d+\\.\\d+"));
     LibraryFile::Remove(loaded);
     EXPECT_FALSE(LibraryFile::Exists(loaded));
-    ::FreeLibrary(module);
     EXPECT_EQ(LibraryFile::GetInstalledPath(L"D:\\x\\y.dll"), L"D:\\x\\y.dll");
 }
 

@@ -40,8 +40,8 @@ TEST(MessagingCheck, NamesALockThatIsHeldOrKeptFromOthersOrNoLockAtAll) {
     SECURITY_ATTRIBUTES nobody{sizeof nobody, nullptr, FALSE};
     ASSERT_TRUE(::ConvertStringSecurityDescriptorToSecurityDescriptorA(
         "D:(A;;RC;;;WD)", SDDL_REVISION_1, &nobody.lpSecurityDescriptor, nullptr));
+    const PWin32ScopedHandle<PWin32LocalBlock> descriptor(nobody.lpSecurityDescriptor);
     const KernelHandle lock(::CreateMutexA(&nobody, FALSE, cLock));
-    ::LocalFree(nobody.lpSecurityDescriptor);
     EXPECT_THAT(FindObstacle(), testing::MatchesRegex(".* belongs to .+, who shuts others out."));
 }
 

@@ -8,8 +8,8 @@ namespace {
 // The longest name that the registry takes, with the terminator.
 constexpr DWORD cMaxValueNameUnits = 16384;
 
-HKEY AsKey(void* key) {
-    return static_cast<HKEY>(key);
+HKEY AsKey(const PWin32ScopedHandle<PWin32RegistryHandle>& key) {
+    return static_cast<HKEY>(key.Get());
 }
 
 void Check(LSTATUS status, const std::wstring& action) {
@@ -21,10 +21,6 @@ bool IsMissing(LSTATUS status) {
 }
 
 }  // namespace
-
-RegistryKey::~RegistryKey() {
-    if (mKey != nullptr) ::RegCloseKey(AsKey(mKey));
-}
 
 bool RegistryKey::Exists(const std::wstring& path) {
     return Open(path).has_value();

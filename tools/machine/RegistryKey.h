@@ -5,17 +5,14 @@
 #include <utility>
 #include <vector>
 
+#include "platform/win32/base/PWin32ScopedHandle.h"
+
 /// RegistryKey: an open key below HKEY_LOCAL_MACHINE, with text values only.
 ///
 /// Paths have backslashes and no root. Whatever the system refuses is thrown as a Failure, except
 /// where the description says otherwise.
 class RegistryKey {
 public:
-    RegistryKey(RegistryKey&& other) noexcept : mKey(std::exchange(other.mKey, nullptr)) {}
-    RegistryKey(const RegistryKey&) = delete;
-    RegistryKey& operator=(const RegistryKey&) = delete;
-    ~RegistryKey();
-
     static bool Exists(const std::wstring& path);
     /// For reading; nothing when the key does not exist.
     static std::optional<RegistryKey> Open(const std::wstring& path);
@@ -35,5 +32,5 @@ public:
 private:
     explicit RegistryKey(void* key) noexcept : mKey(key) {}
 
-    void* mKey;
+    PWin32ScopedHandle<PWin32RegistryHandle> mKey;
 };

@@ -1,25 +1,20 @@
 #include "tools/quillonctl/LibraryFile.h"
 
 #include <cstring>
-#include <memory>
 #include <vector>
 
 #include "platform/win32/base/PWin32Api.h"
+#include "platform/win32/base/PWin32ScopedHandle.h"
 #include "tools/machine/Failure.h"
 #include "tools/quillonctl/Product.h"
 
 namespace {
 
-struct CloseFile {
-    using pointer = HANDLE;
-    void operator()(HANDLE file) const { ::CloseHandle(file); }
-};
-using FileHandle = std::unique_ptr<void, CloseFile>;
+using FileHandle = PWin32ScopedHandle<PWin32FileHandle>;
 
 FileHandle OpenForReading(const std::wstring& path) {
-    const HANDLE file = ::CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_DELETE,
-                                      nullptr, OPEN_EXISTING, FILE_FLAG_SEQUENTIAL_SCAN, nullptr);
-    return FileHandle(file != INVALID_HANDLE_VALUE ? file : nullptr);
+    return FileHandle(::CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_DELETE, nullptr,
+                                    OPEN_EXISTING, FILE_FLAG_SEQUENTIAL_SCAN, nullptr));
 }
 
 // Fills the block as far as the file goes; -1 when reading fails.
@@ -72,8 +67,8 @@ bool LibraryFile::HaveSameContent(const std::wstring& onePath, const std::wstrin
     std::vector<char> oneBlock(cBlockBytes);
     std::vector<char> otherBlock(cBlockBytes);
     for (;;) {
-        const long long length = ReadBlock(one.get(), oneBlock);
-        if (length < 0 || length != ReadBlock(other.get(), otherBlock)) return false;
+        const long long length = ReadBlock(one.Get(), oneBlock);
+        if (length < 0 || length != ReadBlock(other.Get(), otherBlock)) return false;
         if (length == 0) return true;
         if (std::memcmp(oneBlock.data(), otherBlock.data(), static_cast<std::size_t>(length)) != 0)
             return false;

@@ -1,7 +1,5 @@
 #include "tools/quillonctl/MessagingCheck.h"
 
-#include <memory>
-
 #include "framework/core/errors/GException.h"
 #include "framework/ipc/GIPPrefix.h"
 #include "framework/system/GSessionInfo.h"
@@ -24,10 +22,6 @@ constexpr DWORD cMaxWaitMilliseconds = 2000;
 // What the messaging itself asks for: who is refused that can neither send nor receive.
 constexpr DWORD cSegmentAccess = 0xF001F;
 
-struct FreeLocal {
-    void operator()(void* memory) const noexcept { ::LocalFree(memory); }
-};
-
 std::wstring GetAccountName(PSID account) {
     wchar_t name[257];
     wchar_t domain[257];
@@ -46,7 +40,7 @@ std::wstring GetOwner(OpenFunction open, const GBuffer& name) {
                                      nullptr, nullptr, nullptr, &descriptor) != ERROR_SUCCESS) {
         return L"somebody";
     }
-    const std::unique_ptr<void, FreeLocal> memory(descriptor);
+    const PWin32ScopedHandle<PWin32LocalBlock> block(descriptor);
     const std::wstring account = GetAccountName(owner);
     return account.empty() ? L"somebody" : account;
 }
@@ -82,7 +76,7 @@ std::wstring CheckSegment(const GBuffer& path, const GBuffer& identifier) {
     if (!mapping) return DescribeRefusal(::GetLastError(), ::OpenFileMappingA, name);
     try {
         const long length = PWin32SharedMemory(path, identifier).GetLength();
-        if (length == GIPCMessageQueueMgr::cRegistryLength) return {};
+        if (length >= GIPCMessageQueueMgr::cRegistryLength) return {};
         return L"has room for " + std::to_wstring(length) + L" bytes instead of " +
                std::to_wstring(GIPCMessageQueueMgr::cRegistryLength) + L"; whoever made it must end.";
     } catch (const GException& failure) {

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "platform/win32/base/PWin32ScopedHandle.h"
 #include "tools/quillonctl/Product.h"
 #include "tools/quillonctl/SpoolerList.h"
 
@@ -9,18 +10,7 @@
 
 namespace {
 
-/// Owner of an open printer handle.
-class OpenPrinterHandle {
-public:
-    explicit OpenPrinterHandle(HANDLE printer) noexcept : mPrinter(printer) {}
-    OpenPrinterHandle(const OpenPrinterHandle&) = delete;
-    OpenPrinterHandle& operator=(const OpenPrinterHandle&) = delete;
-    ~OpenPrinterHandle() { ::ClosePrinter(mPrinter); }
-    HANDLE Get() const noexcept { return mPrinter; }
-
-private:
-    HANDLE mPrinter;
-};
+using PrinterHandle = PWin32ScopedHandle<PWin32PrinterHandle>;
 
 std::wstring TrimBlanks(const std::wstring& text) {
     const std::size_t first = text.find_first_not_of(L' ');
@@ -73,9 +63,8 @@ void Printers::Add(const std::wstring& name, const std::wstring& driver) {
     record.pDriverName = driverName.data();
     record.pPrintProcessor = processor.data();
     record.pDatatype = dataType.data();
-    const HANDLE printer = ::AddPrinterW(nullptr, 2, reinterpret_cast<BYTE*>(&record));
-    if (printer == nullptr) throw SystemFailure(L"Adding the printer '" + name + L"'");
-    ::ClosePrinter(printer);
+    const PrinterHandle printer(::AddPrinterW(nullptr, 2, reinterpret_cast<BYTE*>(&record)));
+    if (!printer) throw SystemFailure(L"Adding the printer '" + name + L"'");
 }
 
 void Printers::Remove(const std::wstring& name) {
@@ -85,7 +74,7 @@ void Printers::Remove(const std::wstring& name) {
     if (!::OpenPrinterW(printerName.data(), &handle, &defaults)) {
         throw SystemFailure(L"Opening the printer '" + name + L"'");
     }
-    const OpenPrinterHandle printer(handle);
+    const PrinterHandle printer(handle);
     if (!::DeletePrinter(printer.Get())) throw SystemFailure(L"Removing the printer '" + name + L"'");
 }
 

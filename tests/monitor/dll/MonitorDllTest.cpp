@@ -59,7 +59,7 @@ TEST(MonitorDll, LeavesNothingBehindWhenItIsUnloaded) {
     constexpr std::size_t cLoads = 30;
     constexpr std::size_t cRunTimeRest = 4096;  // bytes, of thread-local storage and the like
     // The system's own library would leave a mutex behind each time that nobody uses it any more.
-    const HMODULE spooler = ::LoadLibraryW(L"winspool.drv");
+    const PWin32ScopedHandle<PWin32ModuleHandle> spooler(::LoadLibraryW(L"winspool.drv"));
     const auto load = [] {
         {
             MonitorLibrary library;
@@ -75,7 +75,6 @@ TEST(MonitorDll, LeavesNothingBehindWhenItIsUnloaded) {
     const ProcessResources after = ProcessResources::Count();
     EXPECT_LE(after.mHandles, before.mHandles);
     EXPECT_LE(after.mHeapBytes, before.mHeapBytes + cLoads * cRunTimeRest);
-    ::FreeLibrary(spooler);
 }
 
 TEST(MonitorDll, EndsWithItsProcess) {

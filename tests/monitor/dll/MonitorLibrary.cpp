@@ -28,20 +28,17 @@ std::wstring TestFolder::sPath;
 
 [[maybe_unused]] testing::Environment* const sEnvironment = testing::AddGlobalTestEnvironment(new TestFolder);
 
-HANDLE OpenToRead(const std::wstring& path, DWORD share) {
-    return ::CreateFileW(path.c_str(), GENERIC_READ, share, nullptr, OPEN_EXISTING, 0, nullptr);
+PWin32ScopedHandle<PWin32FileHandle> OpenToRead(const std::wstring& path, DWORD share) {
+    return PWin32ScopedHandle<PWin32FileHandle>(
+        ::CreateFileW(path.c_str(), GENERIC_READ, share, nullptr, OPEN_EXISTING, 0, nullptr));
 }
 
 }  // namespace
 
 MonitorLibrary::MonitorLibrary() : mModule(::LoadLibraryW(L"QuillonPortMonitor64.dll")) {
-    if (mModule == nullptr) throw std::runtime_error("the monitor's library cannot be loaded");
-    const FARPROC entry = ::GetProcAddress(mModule, "InitializePrintMonitor2");
+    if (!mModule) throw std::runtime_error("the monitor's library cannot be loaded");
+    const FARPROC entry = ::GetProcAddress(GetModule(), "InitializePrintMonitor2");
     mTable = reinterpret_cast<Initialize>(reinterpret_cast<void*>(entry))(&mInit, &mMonitor);
-}
-
-MonitorLibrary::~MonitorLibrary() {
-    ::FreeLibrary(mModule);
 }
 
 bool MonitorLibrary::Open(const wchar_t* name) {
@@ -80,23 +77,19 @@ std::wstring GetJobPath(const std::wstring& fileName) {
 }
 
 std::string ReadFileBytes(const std::wstring& path) {
-    const HANDLE file = OpenToRead(path, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE);
-    if (file == INVALID_HANDLE_VALUE) return "(no file)";
+    const auto file = OpenToRead(path, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE);
+    if (!file) return "(no file)";
     LARGE_INTEGER size{};
-    ::GetFileSizeEx(file, &size);
+    ::GetFileSizeEx(file.Get(), &size);
     std::string content(static_cast<std::size_t>(size.QuadPart), '\0');
     DWORD count = 0;
-    ::ReadFile(file, content.data(), static_cast<DWORD>(content.size()), &count, nullptr);
-    ::CloseHandle(file);
+    ::ReadFile(file.Get(), content.data(), static_cast<DWORD>(content.size()), &count, nullptr);
     content.resize(count);
     return content;
 }
 
 bool IsClosed(const std::wstring& path) {
-    const HANDLE file = OpenToRead(path, 0);
-    if (file == INVALID_HANDLE_VALUE) return false;
-    ::CloseHandle(file);
-    return true;
+    return static_cast<bool>(OpenToRead(path, 0));
 }
 
 std::string MakeData(std::size_t size, std::uint32_t seed) {

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <string>
 
+#include "platform/win32/base/PWin32ScopedHandle.h"
 #include "platform/win32/base/PWin32SpoolerApi.h"
 
 /// The monitor's DLL as the spooler uses it, from loading to unloading.
@@ -11,11 +12,8 @@ public:
     static constexpr const wchar_t* cPortName = L"QuillonPDFPort:";
 
     MonitorLibrary();
-    MonitorLibrary(const MonitorLibrary&) = delete;
-    MonitorLibrary& operator=(const MonitorLibrary&) = delete;
-    ~MonitorLibrary();
 
-    HMODULE GetModule() const { return mModule; }
+    HMODULE GetModule() const { return static_cast<HMODULE>(mModule.Get()); }
     const MONITOR2& GetTable() const { return *mTable; }
     const MONITORINIT* GetInit() const { return &mInit; }
     HANDLE GetMonitorHandle() const { return mMonitor; }
@@ -34,7 +32,7 @@ public:
 
 private:
     MONITORINIT mInit = {};
-    HMODULE mModule;
+    PWin32ScopedHandle<PWin32ModuleHandle> mModule;
     MONITOR2* mTable = nullptr;
     HANDLE mMonitor = nullptr;
 };
