@@ -10,9 +10,9 @@ bool IsTrusted(GFileFacts::Owner owner) {
     return owner != GFileFacts::Owner::cOther;
 }
 
-/// The two faults that everything can have.
-const wchar_t* FindCommonFault(const GFileFacts& facts, const GPathName& parent) {
-    if (facts.mIsReparsePoint) return L"PPMStartDocPort: set aside, it leads to another place";
+constexpr const wchar_t* cLeadsAway = L"PPMStartDocPort: set aside, it leads to another place";
+
+const wchar_t* FindFaultOfPlace(const GFileFacts& facts, const GPathName& parent) {
     if (!IsTrusted(facts.mOwner)) return L"PPMStartDocPort: set aside, it belongs to somebody else";
     GPathName expected = parent;
     expected.Append(facts.mFinalPath.GetLeaf());
@@ -30,15 +30,17 @@ std::uint64_t Spread(std::uint64_t seed) {
 }  // namespace
 
 const wchar_t* JobFileRules::FindFolderFault(const GFileFacts& facts, const GPathName& parent) {
+    if (facts.mIsReparsePoint) return cLeadsAway;
     if (facts.mKind != GFileFacts::Kind::cFolder) return L"PPMStartDocPort: set aside, it is no folder";
-    return FindCommonFault(facts, parent);
+    return FindFaultOfPlace(facts, parent);
 }
 
 const wchar_t* JobFileRules::FindFileFault(const GFileFacts& facts, const GPathName& parent,
                                            const GString& name) {
+    if (facts.mIsReparsePoint) return cLeadsAway;
     if (facts.mKind != GFileFacts::Kind::cFile) return L"PPMStartDocPort: set aside, it is no file";
     if (facts.mLinkCount > 1) return L"PPMStartDocPort: set aside, it is linked twice";
-    if (const wchar_t* fault = FindCommonFault(facts, parent)) return fault;
+    if (const wchar_t* fault = FindFaultOfPlace(facts, parent)) return fault;
     // A short name leads to the file of another title.
     const GString leaf = facts.mFinalPath.GetLeaf();
     if (!GPathText::IsEqualIgnoreCase(GPathText::UnitsOf(leaf), GPathText::UnitsOf(name)))
