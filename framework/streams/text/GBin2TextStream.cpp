@@ -1,6 +1,7 @@
 #include "framework/streams/text/GBin2TextStream.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "framework/core/encodings/GUnicodeEncoding.h"
 #include "framework/core/errors/GException.h"
@@ -55,25 +56,14 @@ const GEncoding* Require(const GEncoding* encoding) {
     return encoding;
 }
 
-std::unique_ptr<GBufferedInStream> CloneBuffered(const GBufferedInStream& source) {
-    std::unique_ptr<GInStream> clone(source.CreateClone());
-    if (dynamic_cast<GBufferedInStream*>(clone.get()) == nullptr)
-        throw GSimpleException(GExceptionID::cGeneral);
-    return std::unique_ptr<GBufferedInStream>(static_cast<GBufferedInStream*>(clone.release()));
-}
-
 }  // namespace
 
-GBin2TextStream::GBin2TextStream(GBufferedInStream& source, const GEncoding* encoding)
-    : mSource(&source), mEncoding(Require(encoding)) {}
-
-GBin2TextStream::GBin2TextStream(GBufferedInStream* source, const GEncoding* encoding)
-    : mOwnedSource(source), mSource(source), mEncoding(Require(encoding)) {}
+GBin2TextStream::GBin2TextStream(GHeldStream<GBufferedInStream> source, const GEncoding* encoding)
+    : mSource(std::move(source)), mEncoding(Require(encoding)) {}
 
 GBin2TextStream::GBin2TextStream(const GBin2TextStream& other)
     : GInStream(other),
-      mOwnedSource(CloneBuffered(*other.mSource)),
-      mSource(mOwnedSource.get()),
+      mSource(other.mSource.Clone()),
       mEncoding(other.mEncoding),
       mLine(other.mLine),
       mUnitCount(other.mUnitCount),

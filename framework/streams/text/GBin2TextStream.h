@@ -1,12 +1,11 @@
 #pragma once
 
-#include <memory>
-
 #include "framework/core/bytes/GBuffer.h"
 #include "framework/core/encodings/GEncoding.h"
 #include "framework/core/memory/GSharedObject.h"
 #include "framework/core/text/GString.h"
 #include "framework/streams/GBufferedInStream.h"
+#include "framework/streams/GHeldStream.h"
 
 /// GBin2TextStream: reads text, by tokens or as UTF-16 bytes, from the bytes of a source stream.
 ///
@@ -16,11 +15,10 @@
 /// the encoding end the text where they stand. One thread at a time.
 class QUILLON_EXPORT GBin2TextStream : public GInStream {
 public:
-    /// `source` is not owned and outlives this stream; `encoding` is shared and not null (that throws
+    /// From a reference the source is borrowed and outlives this stream, from a pointer it is owned.
+    /// `encoding` is shared and not null (that throws
     /// GExceptionID::cInvalidParameter).
-    GBin2TextStream(GBufferedInStream& source, const GEncoding* encoding);
-    /// The same, taking ownership of `source`.
-    GBin2TextStream(GBufferedInStream* source, const GEncoding* encoding);
+    GBin2TextStream(GHeldStream<GBufferedInStream> source, const GEncoding* encoding);
     GBin2TextStream(const GBin2TextStream& other);
     GBin2TextStream& operator=(const GBin2TextStream&) = delete;
     ~GBin2TextStream() override;
@@ -58,8 +56,7 @@ private:
     long FindClosingQuote() const;
     GBuffer GetUnits(long start, long end) const;
 
-    std::unique_ptr<GBufferedInStream> mOwnedSource;
-    GBufferedInStream* mSource;
+    GHeldStream<GBufferedInStream> mSource;
     GSharedObject<const GEncoding> mEncoding;
     GBuffer mLine;                // the line being read, UTF-16, with its line end
     std::int32_t mUnitCount = 0;  // units in mLine

@@ -1,5 +1,7 @@
 #include "framework/streams/text/GText2BinStream.h"
 
+#include <utility>
+
 #include "framework/core/containers/GDictUtil.h"
 #include "framework/core/encodings/GUnicodeEncoding.h"
 #include "framework/core/errors/GException.h"
@@ -21,11 +23,8 @@ void Put(GOutStream& target, const GBuffer& bytes) {
 
 }  // namespace
 
-GText2BinStream::GText2BinStream(GOutStream& target, const GEncoding* encoding)
-    : mTarget(&target), mEncoding(Require(encoding)) {}
-
-GText2BinStream::GText2BinStream(GOutStream* target, const GEncoding* encoding)
-    : mOwnedTarget(target), mTarget(target), mEncoding(Require(encoding)) {}
+GText2BinStream::GText2BinStream(GHeldStream<GOutStream> target, const GEncoding* encoding)
+    : mTarget(std::move(target)), mEncoding(Require(encoding)) {}
 
 GText2BinStream::~GText2BinStream() = default;
 

@@ -1,10 +1,9 @@
 #pragma once
 
-#include <memory>
-
 #include "framework/core/bytes/GBuffer.h"
 #include "framework/core/encodings/GEncoding.h"
 #include "framework/core/memory/GSharedObject.h"
+#include "framework/streams/GHeldStream.h"
 #include "framework/streams/GOutStream.h"
 
 class GString;
@@ -15,11 +14,10 @@ class GString;
 /// it was given makes every operation throw GExceptionID::cCouldNotWriteFile. One thread at a time.
 class QUILLON_EXPORT GText2BinStream : public GOutStream {
 public:
-    /// `target` is not owned; `encoding` is shared and not null (that throws
+    /// From a reference the target is borrowed and outlives this stream, from a pointer it is owned.
+    /// `encoding` is shared and not null (that throws
     /// GExceptionID::cInvalidParameter).
-    GText2BinStream(GOutStream& target, const GEncoding* encoding);
-    /// The same, taking ownership of `target`.
-    GText2BinStream(GOutStream* target, const GEncoding* encoding);
+    GText2BinStream(GHeldStream<GOutStream> target, const GEncoding* encoding);
     ~GText2BinStream() override;
 
     void WriteString(const GString& text);
@@ -35,8 +33,7 @@ public:
     void Reset() override;
 
 private:
-    std::unique_ptr<GOutStream> mOwnedTarget;
-    GOutStream* mTarget;
+    GHeldStream<GOutStream> mTarget;
     GSharedObject<const GEncoding> mEncoding;
     GBuffer mHalfUnit;  // empty, or the first byte of a unit
 };
