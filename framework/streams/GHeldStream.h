@@ -2,8 +2,16 @@
 
 #include <memory>
 
-#include "framework/core/errors/GException.h"
+#include "framework/core/GExport.h"
 #include "framework/streams/GInStream.h"
+
+/// GHeldStreamCheck: what does not depend on the kind of stream.
+struct QUILLON_EXPORT GHeldStreamCheck {
+    /// Throws GExceptionID::cInvalidParameter for null.
+    static void RequireStream(const void* stream);
+    /// Throws GExceptionID::cGeneral for null.
+    static void RequireKind(const void* stream);
+};
 
 /// GHeldStream: the stream that another one works on, borrowed or owned.
 ///
@@ -14,9 +22,7 @@ class GHeldStream {
 public:
     // Not explicit: constructors take streams, not holders.
     GHeldStream(Stream& borrowed) noexcept : mStream(&borrowed) {}
-    GHeldStream(Stream* owned) : mOwned(owned), mStream(owned) {
-        if (owned == nullptr) throw GSimpleException(GExceptionID::cInvalidParameter);
-    }
+    GHeldStream(Stream* owned) : mOwned(owned), mStream(owned) { GHeldStreamCheck::RequireStream(owned); }
 
     Stream& operator*() const noexcept { return *mStream; }
     Stream* operator->() const noexcept { return mStream; }
@@ -25,7 +31,7 @@ public:
     GHeldStream Clone() const {
         std::unique_ptr<GInStream> clone(mStream->CreateClone());
         auto* const stream = dynamic_cast<Stream*>(clone.get());
-        if (stream == nullptr) throw GSimpleException(GExceptionID::cGeneral);
+        GHeldStreamCheck::RequireKind(stream);
         (void)clone.release();
         return GHeldStream(stream);
     }

@@ -37,7 +37,7 @@ TEST(PRegistryData, SplitsMultiStringsOfBothWidths) {
     for (const auto& [what, bytes, expected] : rows) {
         const PRegistryData data(7, Stored(bytes));
         std::string found;
-        for (const GString& text : data.GetStringTable()) found += "[" + Text(text) + "]";
+        for (const GString& text : data.GetStringTable()) found.append("[").append(Text(text)).append("]");
         EXPECT_EQ(found, expected) << what;
     }
 }
