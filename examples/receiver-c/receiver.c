@@ -101,7 +101,7 @@ int main(int argc, char **argv) {
     snprintf(path, sizeof path, "Session\\%lu\\", session);
     if (!enter(path, &own[0])) return fputs("The session's registry cannot be used.\n", stderr), 1;
     count = session != 0 && enter("Global\\", &own[1]) ? 2 : 1;
-    fputs("Listening\n", stderr);
+    fputs("Listening\n", stderr), fflush(stderr);
     for (; left != 0; Sleep(100))
         for (int i = 0; i < count && left != 0; ++i)
             for (int jobs = take(&own[i].queue); jobs > 0 && left != 0; --jobs) --left;

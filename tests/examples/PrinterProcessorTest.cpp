@@ -1,7 +1,11 @@
 #include <gmock/gmock.h>
 
 #include <algorithm>
+#include <future>
+#include <optional>
+#include <thread>
 
+#include "examples/PrinterProcessorWin/JobListener.h"
 #include "framework/ipc/GIPCMessageQueue.h"
 #include "framework/ipc/GIPMutex.h"
 #include "framework/system/GSessionInfo.h"
@@ -11,9 +15,49 @@
 #include "tests/files/TestFolder.h"
 #include "tests/ipc/RawSegment.h"
 #include "tests/tools/ChildProcess.h"
+#include "tools/console/Console.h"
 #include "tools/quillonctl/Listeners.h"
 
 namespace {
+
+/// While it exists, another thread holds the lock of the registries.
+class HeldLock {
+public:
+    HeldLock() {
+        mThread = std::thread([this] {
+            GIPMutex lock(GPPIPCManager::GetRegistryID(GIPCMessageQueueMgr::cNormal),
+                          GIPPrefix::cSharedMemoryLock);
+            const GIPMutexLocker locker(lock);
+            mHeld.set_value();
+            mEnd.get_future().wait();
+        });
+        mHeld.get_future().wait();
+    }
+    ~HeldLock() {
+        mEnd.set_value();
+        mThread.join();
+    }
+
+private:
+    std::promise<void> mHeld;
+    std::promise<void> mEnd;
+    std::thread mThread;
+};
+
+TEST(JobListener, AHeldLockDelaysItsStartAndCannotKeepItFromEnding) {
+    std::wstring reported;
+    std::optional<JobListener> listener;
+    listener.emplace([](const GPPJobRecord&) {}, [&](const std::wstring& line) { reported += line; });
+    {
+        const HeldLock held;
+        listener->Tick();
+    }
+    EXPECT_THAT(ToUTF8(reported), testing::HasSubstr("Could not lock the mutex"));
+    listener->Tick();
+    EXPECT_THAT(ToUTF8(reported), testing::HasSubstr("Listening"));
+    const HeldLock held;
+    listener.reset();
+}
 
 /// The program under test, and this process in the part of the monitor.
 class PrinterProcessorTest : public testing::Test {
@@ -86,37 +130,26 @@ TEST_F(PrinterProcessorTest, ASpoiltQueueAndALostRegistrationAreReportedAndTheNe
     const ChildProcess program = Start(L" --once");
     ASSERT_TRUE(WaitFor(program));
     const auto programID = static_cast<long>(program.GetID());
+    int entries = 0;
     for (const long session : {GSessionInfo::GetInstance()->GetCurrentSessionID(), -1L}) {
         GIPCMessageQueueMgr registry(GPPIPCManager::GetRegistryID(GIPCMessageQueueMgr::cNormal), session,
                                      GIPCMessageQueueMgr::Scope::cOwnOnly);
         GTable<std::int32_t> queues;
         registry.GetRegisteredHere(programID, queues);
-        ASSERT_EQ(queues.GetCount(), 1);
+        if (queues.IsEmpty()) continue;  // where both names are one registry
+        ++entries;
         const GBuffer name =
             GBuffer("QulShD") + GIPCMessageQueue::ConvertToMemoryID(programID, queues[0]).GetBuffer();
         RawSegment::Open(GIPCMessageQueue::GetMemoryPath(session).GetPtr(), name.GetPtr())->SetWord(8, 99999);
         // As the monitor does when it meets a spoilt queue.
         registry.Unregister(programID);
     }
+    EXPECT_GT(entries, 0);
     EXPECT_TRUE(WaitToHear("Registering again"));
     ASSERT_TRUE(WaitFor(program));
     SendJob(program, "berta");
     EXPECT_EQ(program.WaitForExitCode(), 0) << mFolder.Take("err");
     EXPECT_THAT(mFolder.Take("out"), testing::HasSubstr("\nUser: berta\n"));
-}
-
-TEST_F(PrinterProcessorTest, AHeldLockDelaysItsStartAndCannotKeepItFromEnding) {
-    GIPMutex lock(GPPIPCManager::GetRegistryID(GIPCMessageQueueMgr::cNormal), GIPPrefix::cSharedMemoryLock);
-    lock.Lock();
-    const ChildProcess program = Start(L"");
-    EXPECT_TRUE(WaitToHear("lock"));
-    EXPECT_TRUE(program.IsRunning());
-    lock.Unlock();
-    ASSERT_TRUE(WaitFor(program));
-    lock.Lock();
-    ASSERT_TRUE(::GenerateConsoleCtrlEvent(CTRL_BREAK_EVENT, program.GetID()));
-    EXPECT_EQ(program.WaitForExitCode(), 0);
-    lock.Unlock();
 }
 
 TEST_F(PrinterProcessorTest, AnUnknownOptionEndsItAtOnce) {

@@ -31,8 +31,8 @@ ChildProcess::ChildProcess(const std::wstring& commandLine, const std::wstring& 
     PROCESS_INFORMATION process{};
     const std::wstring program = GetOwnFolder() + commandLine.substr(0, commandLine.find(L' '));
     std::wstring line = commandLine;
-    if (::CreateProcessW(program.c_str(), line.data(), nullptr, nullptr, TRUE, CREATE_NEW_PROCESS_GROUP,
-                         nullptr, nullptr, &startup, &process)) {
+    if (::CreateProcessW(program.c_str(), line.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr, &startup,
+                         &process)) {
         const PWin32ScopedHandle<PWin32KernelHandle> thread(process.hThread);
         mProcess.Reset(process.hProcess);
         mID = process.dwProcessId;
