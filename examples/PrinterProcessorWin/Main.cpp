@@ -2,6 +2,7 @@
 // Copy this folder, and put what you do with a job in the place of ProcessJob.
 #include <exception>
 #include <string>
+#include <vector>
 
 #include "examples/PrinterProcessorWin/FailureLog.h"
 #include "examples/PrinterProcessorWin/JobFile.h"
@@ -62,19 +63,23 @@ void ReceiveJobs(const Options& options) {
 }  // namespace
 
 int wmain(int count, wchar_t** arguments) {
-    const auto options = Options::Parse(count, arguments);
-    if (!options) {
-        Console::WriteError(Options::GetHelpText());
-        return 2;
-    }
     try {
         const GFrameworkScope framework;
-        ReceiveJobs(*options);
+        const Options options =
+            Options::Read(std::vector<std::wstring>(arguments + (count > 0), arguments + count));
+        if (options.page.empty()) {
+            ReceiveJobs(options);
+        } else {
+            Console::Write(options.page);
+        }
         return 0;
-    } catch (const GException& failure) {
-        Console::WriteError(std::wstring(AsWide(failure.GetFullDescription())) + L'\n');
+    } catch (const UsageFailure& failure) {
+        Console::WriteError(failure.GetText() + L'\n');
+        return 2;
     } catch (const Failure& failure) {
         Console::WriteError(failure.GetText() + L'\n');
+    } catch (const GException& failure) {
+        Console::WriteError(std::wstring(AsWide(failure.GetFullDescription())) + L'\n');
     } catch (const std::exception&) {
         Console::WriteError(L"The program could not be started.\n");
     }

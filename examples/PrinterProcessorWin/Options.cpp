@@ -1,29 +1,19 @@
 #include "examples/PrinterProcessorWin/Options.h"
 
-#include <string_view>
+#include <CLI/CLI.hpp>
 
-std::optional<Options> Options::Parse(int count, const wchar_t* const* arguments) {
+#include "tools/console/Arguments.h"
+
+Options Options::Read(const std::vector<std::wstring>& arguments) {
     Options options;
-    for (int i = 1; i < count; ++i) {
-        const std::wstring_view argument = arguments[i];
-        if (argument == L"--json") {
-            options.json = true;
-        } else if (argument == L"--once") {
-            options.once = true;
-        } else if (argument == L"--anywhere") {
-            options.anywhere = true;
-        } else {
-            return std::nullopt;
-        }
-    }
+    CLI::App app("Waits for printed jobs and writes what it is told about each. Ctrl-C ends it.",
+                 "PrinterProcessorWin");
+    app.set_version_flag("--version", "PrinterProcessorWin " QUILLON_VERSION, "the version of this program");
+    app.add_flag("--json", options.json, "one JSON object a line instead of readable lines");
+    app.add_flag("--once", options.once, "end after the first job");
+    app.add_flag("--anywhere", options.anywhere,
+                 "take job files that do not lie below the spooler's job folder, too");
+    app.footer("Exit codes: 0 ended, 1 failed, 2 wrong command line.");
+    if (auto page = Arguments::Read(app, arguments)) options.page = *page;
     return options;
-}
-
-const wchar_t* Options::GetHelpText() {
-    return L"PrinterProcessorWin [--json] [--once] [--anywhere]\n"
-           L"Waits for printed jobs and writes what it is told about each. Ctrl-C ends it.\n\n"
-           L"  --json      one JSON object a line instead of readable lines\n"
-           L"  --once      end after the first job\n"
-           L"  --anywhere  take job files that do not lie below the spooler's job folder, too\n\n"
-           L"Exit codes: 0 ended, 1 failed, 2 wrong command line.\n";
 }

@@ -1,15 +1,15 @@
 #pragma once
 
-#include <optional>
+#include <string>
+#include <vector>
 
 /// What the program was started with.
 struct Options {
     bool json = false;
     bool once = false;
     bool anywhere = false;  // job files need not lie below the spooler's job folder
+    std::wstring page;      // help or version, to be shown instead; ends in a line end
 
-    /// Nothing when an argument is not known, or help is asked for: print GetHelpText then.
-    /// `arguments` begins with the program's name.
-    static std::optional<Options> Parse(int count, const wchar_t* const* arguments);
-    static const wchar_t* GetHelpText();
+    /// Throws a UsageFailure when an argument is not known. `arguments` stand behind the program's name.
+    static Options Read(const std::vector<std::wstring>& arguments);
 };

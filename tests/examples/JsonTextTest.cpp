@@ -6,6 +6,7 @@
 
 #include "examples/PrinterProcessorWin/Options.h"
 #include "tools/console/Console.h"
+#include "tools/machine/Failure.h"
 
 namespace {
 
@@ -34,25 +35,28 @@ TEST(QuoteAsJson, EscapesWhatJsonForbidsAndKeepsTheRest) {
 }
 
 TEST(Options, AreReadStrictly) {
-    const std::tuple<const char*, std::vector<const wchar_t*>, const char*> rows[] = {
-        {"no option", {L"p.exe"}, ""},
-        {"json", {L"p.exe", L"--json"}, "json "},
-        {"once", {L"p.exe", L"--once"}, "once "},
-        {"all", {L"p.exe", L"--once", L"--anywhere", L"--json"}, "json once anywhere "},
-        {"twice", {L"p.exe", L"--json", L"--json"}, "json "},
-        {"help", {L"p.exe", L"--help"}, "refused"},
-        {"unknown behind known", {L"p.exe", L"--json", L"--twice"}, "refused"},
-        {"shortened", {L"p.exe", L"--js"}, "refused"},
-        {"empty", {L"p.exe", L""}, "refused"},
-        {"not even a program's name", {}, ""},
+    const std::tuple<std::vector<std::wstring>, const char*> rows[] = {
+        {std::vector<std::wstring>(), ""},
+        {{L"--once", L"--anywhere", L"--json"}, "json once anywhere "},
+        {{L"--json", L"/?"}, "page "},
+        {{L"--version"}, "page "},
+        {{L"--json", L"--onse"}, "'--onse' is not an option of PrinterProcessorWin. Did you mean '--once'?"},
+        {{L"--js"}, "'--js' is not an option of PrinterProcessorWin. Did you mean '--json'?"},
+        {{L"more"}, "The following argument was not expected: more"},
     };
-    for (const auto& [what, arguments, expected] : rows) {
-        const auto options = Options::Parse(static_cast<int>(arguments.size()), arguments.data());
-        std::string read = options ? "" : "refused";
-        if (options && options->json) read += "json ";
-        if (options && options->once) read += "once ";
-        if (options && options->anywhere) read += "anywhere ";
-        EXPECT_EQ(read, expected) << what;
+    for (const auto& [arguments, expected] : rows) {
+        std::string read;
+        try {
+            const Options options = Options::Read(arguments);
+            if (options.json) read += "json ";
+            if (options.once) read += "once ";
+            if (options.anywhere) read += "anywhere ";
+            if (!options.page.empty()) read = "page ";
+        } catch (const UsageFailure& failure) {
+            read = ToUTF8(failure.GetText());
+            read.resize(read.find('\n'));
+        }
+        EXPECT_EQ(read, expected);
     }
 }
 

@@ -155,7 +155,7 @@ TEST_F(PrinterProcessorTest, ASpoiltQueueAndALostRegistrationAreReportedAndTheNe
 TEST_F(PrinterProcessorTest, AnUnknownOptionEndsItAtOnce) {
     const ChildProcess program = Start(L" --nope");
     EXPECT_EQ(program.WaitForExitCode(), 2);
-    EXPECT_THAT(mFolder.Take("err"), testing::HasSubstr("--once"));
+    EXPECT_THAT(mFolder.Take("err"), testing::HasSubstr("'--nope' is not an option"));
     EXPECT_EQ(mFolder.Take("out"), "");
 }
 

@@ -24,11 +24,8 @@ ExitCode ShowStatus() {
 
 ExitCode Run(const CommandLine& wishes) {
     switch (wishes.command) {
-        case Command::Help:
-            Console::Write(GetHelpText());
-            break;
-        case Command::Version:
-            Console::Write(L"quillonctl " QUILLON_VERSION L"\n");
+        case Command::ShowPage:
+            Console::Write(wishes.page);
             break;
         case Command::Install:
             Installation(wishes).Run();
@@ -52,7 +49,7 @@ int wmain(int count, wchar_t** arguments) {
         const GFrameworkScope framework;
         return Run(ParseCommandLine(std::vector<std::wstring>(arguments + (count > 0), arguments + count)));
     } catch (const UsageFailure& failure) {
-        Console::WriteError(failure.GetText() + L"\n\n" + GetHelpText());
+        Console::WriteError(failure.GetText() + L'\n');
         return cWrongUsage;
     } catch (const Failure& failure) {
         Console::WriteError(failure.GetText() + L'\n');
