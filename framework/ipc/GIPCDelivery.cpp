@@ -1,6 +1,7 @@
 #include "framework/ipc/GIPCDelivery.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "framework/core/errors/GException.h"
 #include "framework/core/errors/GExceptionID.h"
@@ -16,6 +17,9 @@ constexpr long cLongestPause = 300;  // milliseconds between two looks
 
 /// An open queue in which the message waits to be taken.
 struct GIPCDelivery::Waiting {
+    Waiting(std::unique_ptr<GIPCMessageQueue> queue, GIPCOutbox& outbox, const GIPCQueueAddress& address)
+        : mQueue(std::move(queue)), mMark(outbox, address) {}
+
     std::unique_ptr<GIPCMessageQueue> mQueue;
     GIPCOutbox::WritingMark mMark;
 };
@@ -61,7 +65,7 @@ void GIPCDelivery::PostTo(const GIPCQueueAddress& address, Attempt& attempt) {
         mOutbox.Keep(address, mPost);
     } else if (mPost.mOnce && mRules.mTakenLimit > 0) {
         queue->SetBudget(&mNoWaits);
-        mWaiting.push_back(std::unique_ptr<Waiting>(new Waiting{std::move(queue), {mOutbox, address}}));
+        mWaiting.push_back(std::make_unique<Waiting>(std::move(queue), mOutbox, address));
     }
 }
 

@@ -313,7 +313,8 @@ bool GIPCManager::AreUsable(const GIPCListing::Queues& queues) {
 // Throws what does not tell (GIPCFailure).
 bool GIPCManager::IsUsable(const GIPCQueueAddress& queue) {
     try {
-        GIPCMessageQueue(queue.mSession, queue.mProcessID, queue.mRegistrationID, mRules.mBudget);
+        const GIPCMessageQueue opened(queue.mSession, queue.mProcessID, queue.mRegistrationID,
+                                      mRules.mBudget);
         return true;
     } catch (const GException& failure) {
         if (!GIPCFailure::IsOfTarget(failure)) throw;
