@@ -122,6 +122,7 @@ void PrintLookUp() {
 bool Run(SpoolerPort& port, const char* what, int jobs, int listeners) {
     std::vector<BYTE> block(cJobBytes, 'x');
     std::vector<double> ends, heard;
+    GetShared().mLastHeard = 0;
     const double begin = GetMilliseconds();
     bool good = true;
     for (int job = 0; job < jobs; ++job) {
@@ -132,7 +133,7 @@ bool Run(SpoolerPort& port, const char* what, int jobs, int listeners) {
         ends.push_back(GetMilliseconds() - start);
         for (int wait = 0; GetShared().mHeard < listeners && wait < 500; ++wait) ::Sleep(10);
         good = good && GetShared().mHeard == listeners;
-        heard.push_back(GetShared().mLastHeard - start);
+        heard.push_back(std::max(GetShared().mLastHeard - start, 0.0));
     }
     std::printf(
         "  %-34s end of job: median %8.1f ms, longest %8.1f ms; heard by the last after %8.1f ms;"

@@ -26,7 +26,12 @@ struct GIPCDelivery::Waiting {
 
 GIPCDelivery::GIPCDelivery(const GIPCRules& rules, GIPCListing& listing, GIPCOutbox& outbox,
                            const GIPCPost& post)
-    : mRules(rules), mListing(listing), mOutbox(outbox), mPost(post), mNoWaits(0) {}
+    : mRules(rules),
+      mListing(listing),
+      mOutbox(outbox),
+      mPost(post),
+      mNoWaits(0),
+      mStart(GIPCClock::GetNow()) {}
 
 GIPCDelivery::~GIPCDelivery() = default;
 
@@ -70,9 +75,8 @@ void GIPCDelivery::PostTo(const GIPCQueueAddress& address, Attempt& attempt) {
 }
 
 void GIPCDelivery::WaitTillTaken() {
-    const unsigned long long start = GIPCClock::GetNow();
     for (long pause = 1; !AreAllTaken(); pause = std::min(2 * pause, cLongestPause)) {
-        const unsigned long long waited = GIPCClock::GetNow() - start;
+        const unsigned long long waited = GIPCClock::GetNow() - mStart;
         if (waited >= static_cast<unsigned long long>(mRules.mTakenLimit)) return;
         GIPCClock::Sleep(std::min(pause, mRules.mTakenLimit - static_cast<long>(waited)));
     }

@@ -37,9 +37,9 @@ public:
     /// one of them. What does not fit is kept for later. Throws only what no target can help
     /// (GIPCFailure::IsOfSender), above all GExceptionID::cMessageTooLarge.
     Attempt PostTo(long processID);
-    /// Waits until every queue's owner has taken a message sent once, or until the rules' limit has passed.
-    /// Looks after 1, 2, 4 milliseconds and so on up to 300. Throws nothing of what the queues do meanwhile:
-    /// the message is on its way.
+    /// Waits until every queue's owner has taken a message sent once, or until the rules' limit has passed
+    /// since the delivery began. Looks after 1, 2, 4 milliseconds and so on up to 300. Throws nothing of what
+    /// the queues do meanwhile: the message is on its way.
     void WaitTillTaken();
 
 private:
@@ -55,5 +55,6 @@ private:
     GIPCOutbox& mOutbox;
     const GIPCPost& mPost;
     GWaitBudget mNoWaits;  // for looking: a mutex that somebody holds is not waited for
+    unsigned long long mStart;
     std::vector<std::unique_ptr<Waiting>> mWaiting;
 };
