@@ -41,7 +41,7 @@ public:
             mBlock[offset + i] = static_cast<unsigned char>(static_cast<std::uint32_t>(value) >> (8 * i));
     }
     void SetBytes(long offset, const GBuffer& bytes) {
-        if (bytes.GetLength() <= mSize - offset)
+        if (!bytes.IsEmpty() && bytes.GetLength() <= mSize - offset)
             std::memcpy(mBlock.get() + offset, bytes.GetRawData(),
                         static_cast<std::size_t>(bytes.GetLength()));
     }
