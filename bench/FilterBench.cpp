@@ -1,0 +1,188 @@
+#include <cstdio>
+#include <cstdlib>
+#include <functional>
+#include <memory>
+#include <random>
+
+#include "bench/Comparison.h"
+#include "bench/FilterPeers.h"
+#include "bench/Rounds.h"
+#include "framework/streams/GMemoryInStream.h"
+#include "framework/streams/encodings/GASCII85Decode.h"
+#include "framework/streams/encodings/GASCII85Encode.h"
+#include "framework/streams/encodings/GHexDecode.h"
+#include "framework/streams/encodings/GHexEncode.h"
+#include "framework/streams/encodings/GLZWDecode.h"
+#include "framework/streams/encodings/GLZWEncode.h"
+#include "framework/streams/encodings/GRunLengthDecode.h"
+#include "framework/streams/encodings/GRunLengthEncode.h"
+#include "framework/streams/rows/GPNGDecode.h"
+#include "framework/streams/rows/GPNGEncode.h"
+
+// Filters beside those of MuPDF, libtiff and libpng, in megabytes of plain data a second.
+// Argument: mebibytes of each kind of data, 64 unless given.
+
+namespace {
+
+constexpr int cColumns = 4096;
+constexpr int cRounds = 3;
+constexpr long cLargeRead = 102400;
+constexpr long cSmallRead = 4096;
+
+using Maker = std::function<GInStream*(GInStream*)>;
+
+template <class Filter, class... Parameters>
+Maker Make(Parameters... parameters) {
+    return [=](GInStream* source) { return new Filter(source, parameters...); };
+}
+
+struct Data {
+    const char* name;
+    std::string bytes;
+};
+
+std::string PostScriptText(std::size_t length) {
+    std::mt19937 random(1);
+    const char* const lines[] = {"%d %d moveto (Total of page) show\n", "%d %d lineto stroke\n",
+                                 "gsave %d %d translate\n", "/F1 %d selectfont %d 0 rmoveto\n",
+                                 "%d %d 0 setrgbcolor\n"};
+    std::string text;
+    char line[80];
+    while (text.size() < length) {
+        std::snprintf(line, sizeof line, lines[random() % std::size(lines)], static_cast<int>(random() % 600),
+                      static_cast<int>(random() % 800));
+        text += line;
+    }
+    text.resize(length);
+    return text;
+}
+
+std::string ImageRows(std::size_t length) {
+    std::mt19937 random(2);
+    std::string rows(length, '\0');
+    for (std::size_t i = 0; i < length; ++i) {
+        const std::size_t row = i / (3 * cColumns), column = i % (3 * cColumns) / 3;
+        rows[i] = static_cast<char>(row / 4 + column / 16 + (random() % 8 == 0 ? random() % 5 : 0));
+    }
+    return rows;
+}
+
+std::vector<Data> MakeData(std::size_t length) {
+    std::mt19937 random(3);
+    std::string noise(length, '\0');
+    for (char& byte : noise) byte = static_cast<char>(random());
+    std::vector<Data> all = {{"text", PostScriptText(length)},
+                             {"image", ImageRows(length)},
+                             {"zeros", std::string(length, '\0')},
+                             {"random", std::move(noise)}};
+    std::string mix;
+    constexpr std::size_t cPart = 20000;
+    for (std::size_t i = 0; mix.size() < length; ++i)
+        mix += all[i % 4].bytes.substr(i * cPart % (length / 2), cPart);
+    mix.resize(length);
+    all.push_back({"mix", std::move(mix)});
+    return all;
+}
+
+GBuffer Borrowed(const std::string& bytes) {
+    GBuffer buffer;
+    buffer.SetFromStatic(reinterpret_cast<const unsigned char*>(bytes.data()),
+                         static_cast<long>(bytes.size()));
+    return buffer;
+}
+
+void ReadAll(const Maker& make, const std::string& bytes, long size) {
+    const GBuffer data = Borrowed(bytes);
+    const std::unique_ptr<GInStream> stream(make(new GMemoryInStream(data)));
+    GBuffer piece;
+    while (stream->Read(piece, size) > 0) Comparison::Use(piece.GetRawData());
+}
+
+std::string Converted(const Maker& make, const std::string& bytes) {
+    const GBuffer data = Borrowed(bytes);
+    const std::unique_ptr<GInStream> stream(make(new GMemoryInStream(data)));
+    std::string all;
+    GBuffer piece;
+    while (stream->Read(piece, cLargeRead) > 0)
+        all.append(piece.GetPtr(), static_cast<std::size_t>(piece.GetLength()));
+    return all;
+}
+
+/// One line: ours in large and small reads, and each peer with our speed over its.
+void Print(const std::string& what, const Maker& make, const std::string& input, std::size_t plainLength,
+           const std::vector<Contender>& peers) {
+    std::vector<Contender> all = {{"ours", [&] { ReadAll(make, input, cLargeRead); }},
+                                  {"4 KiB", [&] { ReadAll(make, input, cSmallRead); }}};
+    all.insert(all.end(), peers.begin(), peers.end());
+    const std::vector<double> times = Rounds(cRounds, 1).Measure(all);
+    const auto speed = [&](std::size_t i) { return static_cast<double>(plainLength) / times[i]; };
+    std::printf("%-24s ours %7.0f   4 KiB reads %4.2f of it", what.c_str(), speed(0), speed(1) / speed(0));
+    for (std::size_t i = 2; i < all.size(); ++i) {
+        std::printf("   %s %6.0f, %5.2f times", all[i].name.c_str(), speed(i), speed(0) / speed(i));
+    }
+    std::printf("\n");
+    std::fflush(stdout);
+}
+
+void CompareText(const Data& data, const char* name, FilterPeers::Text kind, const Maker& encode,
+                 const Maker& decode) {
+    const std::string what = std::string(name) + ", " + data.name;
+    const std::string encoded = Converted(encode, data.bytes);
+    const std::size_t length = data.bytes.size();
+    std::vector<Contender> encoders = {{"MuPDF", [&] { FilterPeers::MuPDFEncode(kind, data.bytes); }}};
+    std::vector<Contender> decoders = {{"MuPDF", [&] { FilterPeers::MuPDFDecode(kind, encoded); }}};
+    std::string strip;
+    if (kind == FilterPeers::Text::cRunLength) {
+        strip = FilterPeers::LibTIFFEncode(FilterPeers::Strip::cRunLength, data.bytes);
+        encoders.push_back(
+            {"libtiff", [&] { FilterPeers::LibTIFFEncode(FilterPeers::Strip::cRunLength, data.bytes); }});
+        decoders.push_back({"libtiff", [&] { FilterPeers::LibTIFFDecode(strip, length); }});
+    }
+    Print(what + " out", encode, data.bytes, length, encoders);
+    Print(what + " in", decode, encoded, length, decoders);
+}
+
+void CompareLZW(const Data& data) {
+    const std::string what = std::string("LZW, ") + data.name;
+    const std::string encoded = Converted(Make<GLZWEncode>(), data.bytes);
+    const std::string strip = FilterPeers::LibTIFFEncode(FilterPeers::Strip::cLZW, data.bytes);
+    const std::size_t length = data.bytes.size();
+    Print(what + " out", Make<GLZWEncode>(), data.bytes, length,
+          {{"libtiff", [&] { FilterPeers::LibTIFFEncode(FilterPeers::Strip::cLZW, data.bytes); }}});
+    Print(what + " in", Make<GLZWDecode>(), encoded, length,
+          {{"libtiff", [&] { FilterPeers::LibTIFFDecode(strip, length); }},
+           {"MuPDF", [&] { FilterPeers::MuPDFDecodeLZW(encoded); }}});
+}
+
+void CompareRows(const Data& data) {
+    const char* const names[] = {"None", "Sub", "Up", "Average", "Paeth"};
+    const Maker encoders[] = {Make<GPNGNoneEncode>(cColumns, 3), Make<GPNGSubEncode>(cColumns, 3),
+                              Make<GPNGUpEncode>(cColumns, 3), Make<GPNGAvgEncode>(cColumns, 3),
+                              Make<GPNGPaethEncode>(cColumns, 3)};
+    const std::string rows = data.bytes.substr(0, data.bytes.size() / (3 * cColumns) * (3 * cColumns));
+    for (int filter = 1; filter < 5; ++filter) {
+        const std::string what = std::string("PNG ") + names[filter] + ", " + data.name;
+        const std::string encoded = Converted(encoders[filter], rows);
+        const std::string file = FilterPeers::LibPNGEncode(rows, cColumns, filter);
+        Print(what + " out", encoders[filter], rows, rows.size(),
+              {{"libpng", [&] { FilterPeers::LibPNGEncode(rows, cColumns, filter); }}});
+        Print(what + " in", Make<GPNGOptiDecode>(cColumns, 3), encoded, rows.size(),
+              {{"libpng", [&] { FilterPeers::LibPNGDecode(file); }},
+               {"MuPDF", [&] { FilterPeers::MuPDFDecodeRows(encoded, cColumns, 3); }}});
+    }
+}
+
+}  // namespace
+
+int main(int count, char** arguments) {
+    const std::size_t mebibytes = count > 1 ? std::strtoul(arguments[1], nullptr, 10) : 64;
+    for (const Data& data : MakeData(mebibytes << 20)) {
+        CompareText(data, "hexadecimal", FilterPeers::Text::cHex, Make<GHexEncode>(), Make<GHexDecode>());
+        CompareText(data, "ASCII85", FilterPeers::Text::cASCII85, Make<GASCII85Encode>(),
+                    Make<GASCII85Decode>());
+        CompareText(data, "run length", FilterPeers::Text::cRunLength, Make<GRunLengthEncode>(),
+                    Make<GRunLengthDecode>());
+        CompareLZW(data);
+        CompareRows(data);
+    }
+}
