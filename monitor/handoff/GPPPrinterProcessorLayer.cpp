@@ -19,7 +19,7 @@ constexpr GStringPoolRow cTexts[] = {
     {30050006, "Make Drop"},
 };
 
-GWaitBudget sWaitBudget(GPPPrinterProcessorLayer::cWaitLimit);
+GWaitBudget sWaitBudget(GPPPrinterProcessorLayer::cLoadLimit);
 
 }  // namespace
 

@@ -10,8 +10,11 @@ class GWaitBudget;
 /// Not locked: module load and unload, and notifications under the monitor's lock, take turns.
 class GPPPrinterProcessorLayer {
 public:
-    /// How long loading the module, or one notification, may wait for shared mutexes in all.
+    /// How long one notification may wait for shared mutexes in all.
     static constexpr long cWaitLimit = 5000;  // milliseconds
+    /// The same for loading the module. Short, since the loader's lock is held meanwhile; what could not be
+    /// started then is started by the first notification.
+    static constexpr long cLoadLimit = 500;  // milliseconds
 
     /// Only the first call works, within what is left of the wait budget. When it throws, nothing is
     /// started and nothing counted.

@@ -9,7 +9,8 @@ chain_use "$2"
 rm -rf "$jobs"
 seconds=${QUILLON_VANDAL_SECONDS:-600}
 seed=${QUILLON_VANDAL_SEED:-$(date +%s)}
-# Five seconds for held locks and 3.3 for messages to be taken; one for the spooler itself.
+# Five seconds for held locks and 3.3 for messages to be taken; one for loading the library, which under Wine is part
+# of every job, and for the spooler itself.
 limit=9300
 printf 'seed %s\n' "$seed"
 
