@@ -33,7 +33,7 @@ public:
     std::int32_t Draw() noexcept {
         std::uint32_t candidate = 0;
         do {
-            mState = mState * 1103515245u + 12345u;
+            mState = mState * 1103515245U + 12345U;
             candidate = (mState >> 16) & 0x7FFF;
         } while (candidate == 0);
         return static_cast<std::int32_t>(candidate);

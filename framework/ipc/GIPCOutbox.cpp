@@ -38,7 +38,9 @@ void GIPCOutbox::Keep(const GIPCQueueAddress& queue, const GIPCPost& post) {
 
 void GIPCOutbox::DropOldest(long processID) {
     long excess = -mRules.mKeptPerProcess;
-    for (const MessageData& message : mMessages) excess += message.mQueue.mProcessID == processID;
+    for (const MessageData& message : mMessages) {
+        if (message.mQueue.mProcessID == processID) ++excess;
+    }
     for (long position = 0; excess > 0; ++position) {
         if (mMessages[position].mQueue.mProcessID != processID) continue;
         mMessages.Remove(position--);

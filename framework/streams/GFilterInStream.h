@@ -63,6 +63,7 @@ enum class GFilterStep {
 /// latest by the one that returns -1.
 class QUILLON_EXPORT GFilterInStream : public GInStream {
 public:
+    GFilterInStream& operator=(const GFilterInStream&) = delete;
     ~GFilterInStream() override;
 
     long Read(GBuffer& out, long maxBytes) final;
@@ -72,7 +73,6 @@ protected:
     /// `neededRoom`: with so many bytes of room Convert gets on whatever the data is.
     GFilterInStream(GHeldStream<GInStream> source, std::int32_t neededRoom);
     GFilterInStream(const GFilterInStream& other);
-    GFilterInStream& operator=(const GFilterInStream&) = delete;
 
     /// Converts as much as it can: until there is less room than the filter needs, or until the input
     /// is used up. Input that says nothing yet may stay; it is shown again with more behind it, and

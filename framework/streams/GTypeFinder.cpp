@@ -97,7 +97,8 @@ GTypeEnums::Types FindPackageType(std::string_view data) {
 // Text has no control characters but those that place it. Of bytes above ASCII it has few, unless they
 // are what UTF-8 is made of.
 bool IsText(std::string_view data) {
-    std::size_t high = 0, inSequence = 0;
+    std::size_t high = 0;
+    std::size_t inSequence = 0;
     std::int32_t following = 0;
     for (const char character : data) {
         const auto byte = static_cast<unsigned char>(character);

@@ -46,7 +46,8 @@ unsigned char* NewBlock(std::int32_t size) {
 // before either is written.
 template <class Word>
 void MoveByEnds(unsigned char* target, const unsigned char* source, std::size_t length) {
-    Word first, last;
+    Word first;
+    Word last;
     std::memcpy(&first, source, sizeof first);
     std::memcpy(&last, source + length - sizeof last, sizeof last);
     std::memcpy(target, &first, sizeof first);
@@ -391,7 +392,8 @@ int GBuffer::Compare(const GBuffer& other) const noexcept {
     const std::int32_t shorter = std::min(mLength, other.mLength);
     const int order = shorter == 0 ? 0 : std::memcmp(mData, other.mData, static_cast<std::size_t>(shorter));
     if (order != 0) return order;
-    return mLength < other.mLength ? -1 : mLength > other.mLength;
+    if (mLength == other.mLength) return 0;
+    return mLength < other.mLength ? -1 : 1;
 }
 
 bool GBuffer::operator==(const char* text) const noexcept {

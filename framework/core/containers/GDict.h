@@ -52,7 +52,7 @@ public:
 private:
     friend class GDict<K, V>;
 
-    DictEntry() noexcept : mHomeCount(0), mOccupied(0) {}
+    DictEntry() noexcept {}
     ~DictEntry() {}
 
     // Alive only while the slot is occupied.
@@ -62,8 +62,8 @@ private:
     union {
         V mValue;
     };
-    std::uint32_t mHomeCount : 31;  // entries whose home slot this is, wherever they lie
-    std::uint32_t mOccupied : 1;
+    std::uint32_t mHomeCount : 31 = 0;  // entries whose home slot this is, wherever they lie
+    std::uint32_t mOccupied : 1 = 0;
 };
 
 /// GDict: a hash dictionary.

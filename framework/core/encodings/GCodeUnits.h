@@ -131,7 +131,7 @@ struct GCodeUnits {
         }
         for (; done < length; ++done) {
             const std::uint16_t unit = Load(units, done);
-            fewer += (unit < 0x80 ? 1u : 0u) + (unit < 0x800 ? 1u : 0u);
+            fewer += (unit < 0x80 ? 1U : 0U) + (unit < 0x800 ? 1U : 0U);
         }
         return 3 * length - fewer;
     }

@@ -25,6 +25,8 @@ class GWinAnsiEncoding;
 /// leaves its output as it was.
 class QUILLON_EXPORT GEncoding : public GThreadSafeRefCount {
 public:
+    GEncoding(const GEncoding&) = delete;
+    GEncoding& operator=(const GEncoding&) = delete;
     /// What a conversion reports.
     static constexpr long cConverted = 1;  ///< every character was converted
     static constexpr long cReplaced = 2;   ///< a default character stands for at least one other
@@ -66,8 +68,6 @@ public:
 
 protected:
     GEncoding() = default;
-    GEncoding(const GEncoding&) = delete;
-    GEncoding& operator=(const GEncoding&) = delete;
 
 private:
     static char sDefaultCharacter;

@@ -16,7 +16,7 @@ using Progress = GUTF8Blocks::Progress;
 // Vectors stay at 128 bits: the compiler for Windows does not align wider ones on the stack.
 const bool sCanShuffle = [] {
     __builtin_cpu_init();
-    return __builtin_cpu_supports("ssse3") != 0;
+    return static_cast<bool>(__builtin_cpu_supports("ssse3"));
 }();
 
 struct alignas(16) Shuffle {

@@ -127,7 +127,9 @@ GAllocator::Cache* GAllocator::EnterCacheOfThread() noexcept {
 // 2 KiB of a size, within reason.
 std::int32_t GAllocator::CacheLimit(std::size_t sizeClass) noexcept {
     static constexpr auto cLimits = [] {
-        constexpr std::size_t cBytes = 2048, cMost = 128, cFewest = 2;
+        constexpr std::size_t cBytes = 2048;
+        constexpr std::size_t cMost = 128;
+        constexpr std::size_t cFewest = 2;
         std::array<unsigned char, cClassCount> limits{};
         for (std::size_t i = 0; i < cClassCount; ++i) {
             limits[i] =

@@ -160,7 +160,7 @@ void WriteURL(Out& out, GPathUnits path) {
         const bool pair = GUnicodeCharacters::IsHighSurrogate(path[i]) && i + 1 < path.size() &&
                           GUnicodeCharacters::IsLowSurrogate(path[i + 1]);
         if (pair) {
-            AddToURL(out, 0x10000 + ((unit & 0x3FF) << 10) + (path[++i] & 0x3FFu), false);
+            AddToURL(out, 0x10000 + ((unit & 0x3FF) << 10) + (path[++i] & 0x3FFU), false);
         } else {
             const bool half = unit >= 0xD800 && unit <= 0xDFFF;
             AddToURL(out, half ? cReplacementCharacter : unit, i < hostEnd);

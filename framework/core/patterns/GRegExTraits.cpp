@@ -10,19 +10,19 @@ namespace {
 
 using Classes = GRegExTraits::char_class_type;
 
-constexpr Classes cAlpha = 1u << 0;
-constexpr Classes cDigit = 1u << 1;
-constexpr Classes cLower = 1u << 2;
-constexpr Classes cUpper = 1u << 3;
-constexpr Classes cSpace = 1u << 4;
-constexpr Classes cBlank = 1u << 5;
-constexpr Classes cControl = 1u << 6;
-constexpr Classes cPunctuation = 1u << 7;
-constexpr Classes cHexDigit = 1u << 8;
-constexpr Classes cUnderscore = 1u << 9;
-constexpr Classes cBeyondLatin1 = 1u << 10;
-constexpr Classes cHorizontal = 1u << 11;
-constexpr Classes cVertical = 1u << 12;
+constexpr Classes cAlpha = 1U << 0;
+constexpr Classes cDigit = 1U << 1;
+constexpr Classes cLower = 1U << 2;
+constexpr Classes cUpper = 1U << 3;
+constexpr Classes cSpace = 1U << 4;
+constexpr Classes cBlank = 1U << 5;
+constexpr Classes cControl = 1U << 6;
+constexpr Classes cPunctuation = 1U << 7;
+constexpr Classes cHexDigit = 1U << 8;
+constexpr Classes cUnderscore = 1U << 9;
+constexpr Classes cBeyondLatin1 = 1U << 10;
+constexpr Classes cHorizontal = 1U << 11;
+constexpr Classes cVertical = 1U << 12;
 constexpr Classes cAlnum = cAlpha | cDigit;
 constexpr Classes cGraph = cAlnum | cPunctuation;
 constexpr Classes cPrint = cGraph | cBlank;
@@ -57,7 +57,7 @@ constexpr ClassName cClassNames[] = {
 };
 
 bool IsIn(char16_t unit, std::u16string_view set) {
-    return set.find(unit) != set.npos;
+    return set.find(unit) != std::u16string_view::npos;
 }
 
 bool IsVertical(char16_t unit) {

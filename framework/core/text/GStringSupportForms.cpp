@@ -67,7 +67,7 @@ bool IsLetterOrDigit(unsigned short unit) {
 
 bool IsLocalPartUnit(unsigned short unit) {
     constexpr std::u16string_view cSigns = u"!#$%&'*+-/=?^_`{|}~";
-    return IsLetterOrDigit(unit) || cSigns.find(static_cast<char16_t>(unit)) != cSigns.npos;
+    return IsLetterOrDigit(unit) || cSigns.find(static_cast<char16_t>(unit)) != std::u16string_view::npos;
 }
 
 // The parts between dots; all of them must pass, and none may be empty.
@@ -163,7 +163,7 @@ constexpr long cDigitsPerUnit = 4;
 class ScrambleStream {
 public:
     std::uint16_t Apply(std::uint16_t unit) {
-        mState = mState * 1664525u + 1013904223u;
+        mState = mState * 1664525U + 1013904223U;
         return static_cast<std::uint16_t>(unit ^ mState >> 16);
     }
 
@@ -172,7 +172,7 @@ private:
 };
 
 std::uint16_t AddToCheckSum(std::uint16_t sum, std::uint16_t unit) {
-    return static_cast<std::uint16_t>(31u * sum + unit + 1u);
+    return static_cast<std::uint16_t>(31U * sum + unit + 1U);
 }
 
 void AppendHex(GBuffer& out, std::uint16_t value) {

@@ -37,8 +37,8 @@ class BoolValue : public ValueOf<bool, GValue::cBool> {
 public:
     using ValueOf::ValueOf;
     bool GetBool() const override { return mValue; }
-    long long GetInteger() const override { return mValue; }
-    double GetReal() const override { return mValue; }
+    long long GetInteger() const override { return mValue ? 1 : 0; }
+    double GetReal() const override { return mValue ? 1 : 0; }
     GBuffer GetBuffer() const override { return GBuffer(mValue ? "1" : "0"); }
 };
 

@@ -76,10 +76,7 @@ GFilterStep GLZWDecode::Convert(GFilterWindow& window) {
 GFilterStep GLZWDecode::TakeCodes(GFilterWindow& window, Bits& bits) {
     while (true) {
         if (bits.count < mWidth) bits.Refill(window);
-        if (bits.count < mWidth) {
-            if (!window.isLast) return GFilterStep::cGoOn;
-            return bits.count < 8 && bits.word == 0 ? GFilterStep::cEnd : GFilterStep::cTruncated;
-        }
+        if (bits.count < mWidth) return window.isLast ? bits.GetEnd() : GFilterStep::cGoOn;
         const auto code = static_cast<std::int32_t>(bits.word >> (64 - mWidth));
         if (code == GLZWCodes::cClear || code == GLZWCodes::cEnd) {
             bits.Drop(mWidth);

@@ -31,6 +31,10 @@ private:
         void Refill(GFilterWindow& window);
         void Drop(std::int32_t width);
         void PutBackBytes(GFilterWindow& window);
+        // How the data ends that has no whole code any more: zero bits may fill its last byte.
+        GFilterStep GetEnd() const noexcept {
+            return count < 8 && word == 0 ? GFilterStep::cEnd : GFilterStep::cTruncated;
+        }
 
         std::uint64_t word = 0;
         std::int32_t count = 0;
