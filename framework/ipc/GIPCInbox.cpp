@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "framework/core/errors/GException.h"
+#include "framework/core/errors/GExceptionID.h"
 #include "framework/core/errors/GFirstFailure.h"
 #include "framework/ipc/GIPCFailure.h"
 #include "framework/system/GProcessInfo.h"
@@ -13,13 +14,25 @@ long GetOwnProcessID() {
     return GProcessInfo::GetInstance()->GetCurrentProcessID();
 }
 
+// Any process can spoil the numbers of a registry. Who wants to listen must not be kept out by that.
+std::int32_t Enter(GIPCMessageQueueMgr& registry, long processID) {
+    try {
+        return static_cast<std::int32_t>(registry.Register(processID));
+    } catch (const GException& failure) {
+        const long id = failure.GetExceptionID();
+        if (id != GExceptionID::cNotEnoughData && id != GExceptionID::cSharedMemoryReadFailed) throw;
+    }
+    registry.Clear();
+    return static_cast<std::int32_t>(registry.Register(processID));
+}
+
 }  // namespace
 
 GIPCInbox::GIPCInbox(GIPCMessageQueueMgr& registry, GWaitBudget* budget)
     : mRegistry(registry), mBudget(budget) {
     GSharedMemoryLocker locker(registry.GetRegistry());
     const long processID = GetOwnProcessID();
-    mRegistrationID = static_cast<std::int32_t>(registry.Register(processID));
+    mRegistrationID = Enter(registry, processID);
     try {
         mEvent.emplace(GIPCMessageQueue::MakeEvent(processID, mRegistrationID));
         bool created = false;

@@ -100,6 +100,12 @@ long GIPCMessageQueueMgr::Register(long processID) {
     return entry.mRegistrationID;
 }
 
+void GIPCMessageQueueMgr::Clear() {
+    GSharedMemoryLocker locker(mRegistry);
+    mRegistry.RestoreLength(cRegistryLength);
+    GIPCRegistryEntries::RemoveAll(mRegistry);
+}
+
 void GIPCMessageQueueMgr::Unregister(long processID, long registrationID) {
     {
         GSharedMemoryLocker locker(mRegistry);

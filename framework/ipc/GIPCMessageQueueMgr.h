@@ -44,6 +44,9 @@ public:
     long GetSession() const noexcept { return mSession; }
     /// The segment, for holding its lock over several calls.
     GSharedMemory& GetRegistry() noexcept { return mRegistry; }
+    /// Makes the registry of this object an empty one. For one whose numbers make no sense: nobody can enter
+    /// or be found in it, and it would stay so for as long as somebody has it open.
+    void Clear();
     /// The name space of the current session.
     static GBuffer GetMemoryPath();
     /// The identifier of the registries of a type.

@@ -31,6 +31,11 @@ void GIPCRegistryEntries::CheckOrWriteHeader(GSharedMemory& registry, bool creat
     }
 }
 
+void GIPCRegistryEntries::RemoveAll(GSharedMemory& registry) {
+    registry.SetCursor(cEndOffset);
+    registry.WriteInt32(cFirstEntry);
+}
+
 std::uint32_t GIPCRegistryEntries::CountUpSeed(GSharedMemory& registry) {
     registry.SetCursor(cSeedOffset);
     const std::uint32_t seed = static_cast<std::uint32_t>(registry.ReadInt32()) + 1;

@@ -31,6 +31,8 @@ public:
     /// Prepares the header of a new registry, or checks that of an existing one: throws
     /// GExceptionID::cUnknownIPCVersion. The segment is locked.
     static void CheckOrWriteHeader(GSharedMemory& registry, bool created);
+    /// Makes a registry an empty one. Its seed stays, so that no ID comes twice.
+    static void RemoveAll(GSharedMemory& registry);
     /// The number of usable bytes that a registry of so many entries needs.
     static constexpr long GetLength(long count) noexcept { return cFirstEntry + count * cEntrySize; }
     /// Adds 1 to the seed for new registration IDs and returns it.

@@ -67,9 +67,9 @@ public:
     GSharedMemoryBase(const GBuffer& path, const GShMemID& identifier, GWaitBudget* budget = nullptr,
                       Prepare prepare = nullptr);
     /// Opens or creates one of so many usable bytes, zero at first. One that exists in another size is
-    /// used as it is, and traced, when it has the least that `size` asks for; throws
-    /// GExceptionID::cSharedMemorySizeDiffers otherwise. No other process that locks can see a new one
-    /// before `prepare` is through.
+    /// used as it is, and traced, when it has the least that `size` asks for, and its size word is mended
+    /// when that says less than the view has; throws GExceptionID::cSharedMemorySizeDiffers otherwise. No
+    /// other process that locks can see a new one before `prepare` is through.
     GSharedMemoryBase(const GBuffer& path, const GShMemID& identifier, Size size, bool& created,
                       GWaitBudget* budget = nullptr, Prepare prepare = nullptr);
     GSharedMemoryBase(const GSharedMemoryBase&) = delete;
@@ -115,7 +115,6 @@ public:
     /// GExceptionID::cNotEnoughData. The cursor stays.
     bool Matches(const GBuffer& data);
 
-protected:
     /// Mends the word that tells the size: `size` usable bytes, or as many as the view has.
     void RestoreLength(long size);
 
@@ -201,6 +200,11 @@ std::unique_ptr<Imp> GSharedMemoryBase<Imp>::OpenOrCreate(const GBuffer& path, c
     auto segment = std::make_unique<Imp>(path, name);
     long length = 0;
     RunQuietly([&] { length = segment->GetLength(); });
+    if (length < size.mLeast && size.mLeast <= size.mUsual) {
+        // Somebody may have spoilt the word that tells the size; the view itself cannot be changed.
+        segment->SetLength(size.mUsual);
+        length = segment->GetLength();
+    }
     if (length < size.mLeast) throw GSimpleException(GExceptionID::cSharedMemorySizeDiffers);
     PSystem::Trace(L"A shared segment of another size than usual is used");
     return segment;

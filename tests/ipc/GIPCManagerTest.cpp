@@ -94,20 +94,28 @@ TEST_F(GIPCManagerTest, NoticesThatItsEntryOrQueueIsGoneAndListensAnew) {
 TEST_F(GIPCManagerTest, WhatCannotStartToListenChangesNothing) {
     mWorld.ActAs(cOther, 1);
     const auto raw = RawSegment::Open("Session\\1\\", "QulShDGIPC");
-    const std::uint32_t end = raw->GetWord(12);
-    raw->SetWord(12, 11);
+    raw->SetWord(4, 2);  // another version
     GIPCManager manager;
     NotingReceiver receiver(&manager);
-    EXPECT_EQ(ThrownBy([&] { receiver.Register(cType); }), 40161);
+    EXPECT_EQ(ThrownBy([&] { receiver.Register(cType); }), 40154);
     EXPECT_FALSE(manager.IsListening());
-    raw->SetWord(12, end);
+    raw->SetWord(4, 1);
     receiver.Register(cType);
     EXPECT_TRUE(manager.IsListening());
-    raw->SetWord(12, 11);
-    EXPECT_EQ(ThrownBy([&] { manager.Reregister(); }), 40161);
-    EXPECT_TRUE(manager.IsListening());
-    raw->SetWord(12, end + 8);
-    EXPECT_TRUE(manager.IsStillRegistered());
+}
+
+TEST_F(GIPCManagerTest, ARegistryThatMakesNoSenseIsMadeAnEmptyOneByWhoWantsToListen) {
+    mWorld.ActAs(cOther, 1);
+    const auto raw = RawSegment::Open("Session\\1\\", "QulShDGIPC");
+    GIPCManager manager;
+    NotingReceiver receiver(&manager);
+    for (const auto& [word, spoilt] : {std::pair(12L, 11U), {12L, 0xFFFFFFFFU}, {0L, 3U}}) {
+        raw->SetWord(word, spoilt);
+        receiver.Register(cType);
+        manager.Reregister();
+        EXPECT_TRUE(manager.IsStillRegistered()) << spoilt;
+        EXPECT_EQ(raw->GetWord(12), 20U) << "one entry, its own";
+    }
 }
 
 TEST_F(GIPCManagerTest, DeliversOnTheRepeaterSignalInOrderAndByType) {

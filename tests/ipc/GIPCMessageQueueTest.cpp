@@ -167,18 +167,21 @@ TEST(GIPCMessageQueue, UsesASegmentOfAnotherSizeAsFarAsItGoes) {
     const IPCWorld world;
     const std::tuple<long, std::uint32_t, std::uint32_t> rows[] = {
         // size, its word, last end offset
-        {32768, 32768, 32764},  {32772, 4096, 4092},   {1 << 20, 1 << 20, 32768},
-        {4096, 32, 28},         {4096, 31, 0},         {4096, 3, 0},
-        {4096, 0, 0},           {4096, 32772, 0},      {4096, 0x100000, 0},
-        {32772, 0x7FFFFFFF, 0}, {32772, 0xFFFFFFFF, 0}};
+        {32768, 32768, 32764},
+        {32772, 4096, 4092},
+        {1 << 20, 1 << 20, 32768},
+        {4096, 32, 28},
+        // A word that makes no sense is mended: the view has what it has.
+        {4096, 31, 4092},
+        {4096, 0, 4092},
+        {4096, 32772, 4092},
+        {32772, 0xFFFFFFFF, 32768}};
     for (const auto& [size, claimed, end] : rows) {
         SCOPED_TRACE(claimed);
         const auto raw = RawSegment::Make(cPath, cName, size);
         raw->SetWord(0, claimed);
         raw->SetWord(4, 1);
         bool created = false;
-        EXPECT_EQ(ThrownBy([&] { GIPCMessageQueue(1, 4711, 12345, created); }), end > 0 ? 0 : 40168);
-        if (end == 0) continue;
         GIPCMessageQueue queue(1, 4711, 12345, created);
         EXPECT_FALSE(created);
         raw->SetWord(8, end - 20);

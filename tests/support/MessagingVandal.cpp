@@ -94,6 +94,11 @@ public:
         }
     }
 
+    /// A registry of another version is refused by design, so what is left behind bears the known one.
+    void LeaveVersions() {
+        for (const std::string& path : mPaths) Registry(path).Write(1, 1);
+    }
+
 private:
     static std::string GetSessionPath() {
         DWORD session = 0;
@@ -178,6 +183,7 @@ int wmain(int argc, wchar_t** argv) {
         std::chrono::steady_clock::now() + std::chrono::seconds(std::wcstol(argv[1], nullptr, 10));
     Say("spoiling");
     while (std::chrono::steady_clock::now() < end) vandal.Act();
+    vandal.LeaveVersions();
     Say("resting");
     while (std::getchar() != EOF) continue;
     return 0;
