@@ -35,7 +35,10 @@ GString GetImageLeaf(DWORD processID, wchar_t* path) {
     const PWin32ScopedHandle<PWin32KernelHandle> process(
         ::OpenProcess(PROCESS_QUERY_INFORMATION | PROCESS_VM_READ, FALSE, processID));
     if (!process) return GString();
-    const DWORD length = ::GetModuleFileNameExW(process.Get(), nullptr, path, cPathUnits);
+    // One question to the system. GetModuleFileNameExW reads the memory of the other process instead, many
+    // times, and that process may have written another name there.
+    DWORD length = cPathUnits;
+    if (!::QueryFullProcessImageNameW(process.Get(), 0, path, &length)) return GString();
     return GPathName::FromNative(FromWide(path, static_cast<long>(length))).GetLeaf();
 }
 
