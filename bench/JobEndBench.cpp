@@ -93,7 +93,7 @@ private:
         if (!::CreateProcessW(nullptr, commandLine.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr,
                               &startup, &info))
             return;
-        ::CloseHandle(info.hThread);
+        const PWin32ScopedHandle<PWin32KernelHandle> thread(info.hThread);
         mProcesses.emplace_back(info.hProcess);
     }
 
