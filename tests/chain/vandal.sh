@@ -9,8 +9,8 @@ chain_use "$2"
 rm -rf "$jobs"
 seconds=${QUILLON_VANDAL_SECONDS:-600}
 seed=${QUILLON_VANDAL_SEED:-$(date +%s)}
-# Five seconds for held locks and 3.3 for messages to be taken; one for loading the library, which under Wine is part
-# of every job, and for the spooler itself.
+# Five seconds for held locks and 3.3 for telling everybody; one for loading the library, which under Wine is part of
+# every job, and for the spooler itself.
 limit=9300
 printf 'seed %s\n' "$seed"
 
@@ -27,7 +27,8 @@ count=0
 slowest=0
 until grep -q resting "$scratch/vandal.out"; do
     count=$((count + 1))
-    print_raw "job $count" "$scratch/job" >"$scratch/printed" || fail "job $count was refused"
+    print_raw "job $count" "$scratch/job" >"$scratch/printed" 2>&1 ||
+        fail "job $count was refused, exit code $?: $(cat "$scratch/printed")"
     expect_same "job $count" "$scratch/job" "$jobs/job $count.ps"
     took=$(sed -n 's/slowest job: \([0-9]*\) ms.*/\1/p' "$scratch/printed")
     [ "$took" -le "$slowest" ] || slowest=$took
