@@ -127,14 +127,18 @@ void PutUnescaped(Rewriter<Unit>& rewriter, Unit introducer, Unit code) {
     }
 }
 
+bool IsBackslash(unsigned short character) noexcept {
+    return character == '\\';
+}
+
 template <class Unit>
-void FromEscapes(GBuffer& text) {
+void FromEscapes(GBuffer& text, bool (*introduces)(unsigned short)) {
     constexpr Unit cIntroducers[] = {'\\', 0x80, 0xA5};
     if (!HasAnyOf(text, cIntroducers)) return;
     Rewriter<Unit> rewriter(text);
     while (rewriter.HasMore()) {
         const Unit unit = rewriter.Take();
-        if (GBufferSupport::IsBackSlashCharacter(unit) && rewriter.HasMore()) {
+        if (introduces(unit) && rewriter.HasMore()) {
             PutUnescaped<Unit>(rewriter, unit, rewriter.Take());
         } else {
             rewriter.Put(unit);
@@ -177,11 +181,15 @@ void GBufferSupport::UniReplaceSpecialChars(GBuffer& text) {
 }
 
 void GBufferSupport::ASCIIReplaceEscapeCodes(GBuffer& text) {
-    FromEscapes<unsigned char>(text);
+    FromEscapes<unsigned char>(text, IsBackSlashCharacter);
 }
 
 void GBufferSupport::UniReplaceEscapeCodes(GBuffer& text) {
-    FromEscapes<unsigned short>(text);
+    FromEscapes<unsigned short>(text, IsBackSlashCharacter);
+}
+
+void GBufferSupport::UniReplaceBackslashEscapes(GBuffer& text) {
+    FromEscapes<unsigned short>(text, IsBackslash);
 }
 
 void GBufferSupport::UniReplaceSpecialEndCharsWithDefaultChar(GBuffer& text) {

@@ -39,6 +39,8 @@ public:
     /// tab; before anything else and at the end the introducer stays.
     static void ASCIIReplaceEscapeCodes(GBuffer& text);
     static void UniReplaceEscapeCodes(GBuffer& text);
+    /// The same where only the backslash introduces: the form that the two escaping calls above write.
+    static void UniReplaceBackslashEscapes(GBuffer& text);
     /// Whether this introduces an escape: the backslash, and what some code pages show in its place.
     static bool IsBackSlashCharacter(unsigned short character) noexcept {
         return character == '\\' || character == 0x80 || character == 0xA5;

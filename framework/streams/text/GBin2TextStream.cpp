@@ -15,6 +15,7 @@ constexpr long cChunk = 4096;
 constexpr unsigned short cLineFeed = 10;
 constexpr unsigned short cCarriageReturn = 13;
 constexpr unsigned short cQuote = '"';
+constexpr unsigned short cBackslash = '\\';
 constexpr unsigned short cByteOrderMark = 0xFEFF;
 
 bool IsLineEnd(unsigned short unit) {
@@ -140,7 +141,7 @@ long GBin2TextStream::FindClosingQuote() const {
         if (unit == cQuote) return position;
         if (IsLineEnd(unit)) return -1;
         // What an introducer escapes cannot close the string; a line end cannot be escaped.
-        const bool escapes = GBufferSupport::IsBackSlashCharacter(unit) && position + 1 < mUnitCount &&
+        const bool escapes = unit == cBackslash && position + 1 < mUnitCount &&
                              !IsLineEnd(GetUnit(position + 1));
         position += escapes ? 2 : 1;
     }
@@ -154,7 +155,7 @@ bool GBin2TextStream::ReadQuotedString(GString& text) {
     const long end = FindClosingQuote();
     if (end < 0) return false;
     GBuffer units = GetUnits(mPosition + 1, end);
-    GBufferSupport::UniReplaceEscapeCodes(units);
+    GBufferSupport::UniReplaceBackslashEscapes(units);
     text.Set(units, GUnicodeEncoding::GetInstance());
     mPosition = static_cast<std::int32_t>(end + 1);
     return true;
