@@ -85,7 +85,9 @@ public:
     static void RemoveFolderOnly(const GPathName& path);
     /// @}
 
-    /// @name Renaming, copying and moving. What is already there is never replaced: that throws.
+    /// @name Renaming, copying and moving. What is already there is never replaced: that throws. A copy
+    /// that ends midway leaves nothing under its name. Failures bear "Moving %1 to %2" or "Copying %1 to
+    /// %2", all others of this class the path.
     /// @{
 
     /// Gives the file another leaf in its folder and returns its new path.
@@ -101,6 +103,11 @@ public:
     static GPathName MoveFolderTo(const GPathName& path, const GPathName& folder);
     /// @}
 
+    /// The one that replaces: the file at `from` takes the place of one at `to`, in one step; a reader
+    /// finds the old one or the new one. Only within one volume. On Windows it fails while somebody has
+    /// the old one open.
+    static void ReplaceFile(const GPathName& from, const GPathName& to);
+
     /// @name Attributes and dates
     /// @{
     static bool IsHidden(const GPathName& path);
@@ -111,12 +118,68 @@ public:
     /// In UTC.
     static GDateTime GetCreationDateTime(const GPathName& path);
     static GDateTime GetModificationDateTime(const GPathName& path);
+    /// From the UTC fields, in whole seconds. The native build cannot set when a file was made.
+    static void SetCreationDateTime(const GPathName& path, const GDateTime& moment);
+    static void SetModificationDateTime(const GPathName& path, const GDateTime& moment);
+    /// The system's own bits: 1 read-only, 2 hidden, 4 system, 16 folder, 32 archive and so on; 0 sets
+    /// none. The native build knows the first alone.
+    static unsigned long GetFileAttribute(const GPathName& path);
+    static void SetFileAttribute(const GPathName& path, unsigned long attributes);
+    /// @}
+
+    /// @name Identity
+    /// @{
+
+    /// Paths that are not there count as the nearest folder above them that is.
+    static bool IsOnSameVolume(const GPathName& a, const GPathName& b);
+    /// Whether two paths lead to one file or folder; both must be there.
+    static bool IsSameFileOrFolder(const GPathName& a, const GPathName& b);
+    /// The path by server and share of what lies on a network drive; any other path as it is. It must be
+    /// there.
+    static GPathName GetUNCPath(const GPathName& path);
+    /// @}
+
+    /// @name Trash. What the trash cannot take stays and is a failure. The native build has none.
+    /// @{
+    static void MoveToTrash(const GPathName& path);
+    /// The same for what is a file, or a folder; anything else throws GSimpleException cFileNotFound.
+    static void MoveFileToTrash(const GPathName& path);
+    static void MoveFolderToTrash(const GPathName& path);
+    /// @}
+
+    /// @name Aliases: shortcuts, files whose names end in ".lnk" (symbolic links in the native build).
+    /// Renaming and copying one keeps that extension.
+    /// @{
+
+    /// Makes the file `alias`, which must not be there; the target need not be there.
+    static void CreateAlias(const GPathName& alias, const GPathName& target);
+    static bool IsAlias(const GPathName& path);
+    /// The path that the alias leads to, whether something is there or not; empty for one that leads to
+    /// something other than a file or folder.
+    static GPathName GetAliasTarget(const GPathName& alias);
+    static bool AliasHasTarget(const GPathName& alias);
+    /// @}
+
+    /// @name Permissions, as a text of the system: on Windows the access control list of a security
+    /// descriptor ("D:(A;;FA;;;SY)"), in the native build the mode in octal digits. The forms for an
+    /// alias work on what it leads to.
+    /// @{
+    static GString GetPermissions(const GPathName& path);
+    static void SetPermissions(const GPathName& path, const GString& permissions);
+    static void CopyPermissions(const GPathName& from, const GPathName& to);
+    /// True when it belongs to the user, or to a group that the user is in.
+    static bool CheckIfOwner(const GPathName& path);
+    static GString GetAliasPermissions(const GPathName& alias);
+    static void SetAliasPermissions(const GPathName& alias, const GString& permissions);
+    static void CopyAliasPermissions(const GPathName& fromAlias, const GPathName& toAlias);
+    static bool CheckIfAliasOwner(const GPathName& alias);
     /// @}
 
 private:
     struct Registry;
     static Registry& GetRegistry();
     static GPathName GetDefault(long id);
+    static GString KeepAliasExtension(const GPathName& path, const GString& leaf);
     static GPathName WithLeaf(const GPathName& path, const GString& leaf);
     static GPathName InFolder(const GPathName& folder, const GString& leaf);
 };

@@ -17,7 +17,8 @@
 /// What a platform supplies: static calls that work on one path each. Every one throws when the
 /// system refuses, with the path as location.
 template <class Imp>
-concept GFileSystemImp = requires(const GPathName& path, bool flag) {
+concept GFileSystemImp = requires(const GPathName& path, bool flag, const GDateTime& moment,
+                                  const GString& text) {
     { Imp::FileExists(path) } -> std::same_as<bool>;
     { Imp::FolderExists(path) } -> std::same_as<bool>;
     { Imp::FileInUse(path) } -> std::same_as<bool>;
@@ -35,12 +36,27 @@ concept GFileSystemImp = requires(const GPathName& path, bool flag) {
     Imp::MoveFile(path, path);  // never replaces, like the next two
     Imp::MoveFolder(path, path);
     Imp::CopyFile(path, path);
+    Imp::ReplaceFile(path, path);
     { Imp::IsHidden(path) } -> std::same_as<bool>;
     { Imp::IsWritable(path) } -> std::same_as<bool>;
     Imp::SetHidden(path, flag);
     Imp::SetWritable(path, flag);
     { Imp::GetCreationDateTime(path) } -> std::same_as<GDateTime>;
     { Imp::GetModificationDateTime(path) } -> std::same_as<GDateTime>;
+    Imp::SetCreationDateTime(path, moment);
+    Imp::SetModificationDateTime(path, moment);
+    { Imp::GetFileAttribute(path) } -> std::same_as<unsigned long>;
+    Imp::SetFileAttribute(path, 0UL);
+    { Imp::IsOnSameVolume(path, path) } -> std::same_as<bool>;
+    { Imp::IsSameFileOrFolder(path, path) } -> std::same_as<bool>;
+    { Imp::GetUNCPath(path) } -> std::same_as<GPathName>;
+    Imp::MoveToTrash(path);
+    Imp::CreateAlias(path, path);
+    { Imp::IsAlias(path) } -> std::same_as<bool>;
+    { Imp::GetAliasTarget(path) } -> std::same_as<GPathName>;
+    { Imp::GetPermissions(path) } -> std::same_as<GString>;
+    Imp::SetPermissions(path, text);
+    { Imp::CheckIfOwner(path) } -> std::same_as<bool>;
 };
 
 template <class Imp>
@@ -163,6 +179,16 @@ void GFileSystemBase<Imp>::CreateFile(const GPathName& path, GTypeEnums::Types, 
 }
 
 template <class Imp>
+GString GFileSystemBase<Imp>::KeepAliasExtension(const GPathName& path, const GString& leaf) {
+    const auto isShortcut = [](const GString& name) {
+        GString extension = GPathName(name).GetExtension();
+        extension.ToLower();
+        return extension == GString("lnk");
+    };
+    return isShortcut(path.GetLeaf()) && !isShortcut(leaf) ? leaf + GString(".lnk") : leaf;
+}
+
+template <class Imp>
 GPathName GFileSystemBase<Imp>::WithLeaf(const GPathName& path, const GString& leaf) {
     GPathName renamed(path);
     renamed.ReplaceLeaf(leaf);
@@ -178,7 +204,7 @@ GPathName GFileSystemBase<Imp>::InFolder(const GPathName& folder, const GString&
 
 template <class Imp>
 GPathName GFileSystemBase<Imp>::RenameFile(const GPathName& path, const GString& newLeaf) {
-    GPathName renamed = WithLeaf(path, newLeaf);
+    GPathName renamed = WithLeaf(path, KeepAliasExtension(path, newLeaf));
     Imp::MoveFile(path, renamed);
     return renamed;
 }
@@ -198,7 +224,7 @@ GPathName GFileSystemBase<Imp>::CopyFileTo(const GPathName& path, const GPathNam
 template <class Imp>
 GPathName GFileSystemBase<Imp>::CopyAndRenameFile(const GPathName& path, const GPathName& folder,
                                                   const GString& newLeaf) {
-    GPathName copy = InFolder(folder, newLeaf);
+    GPathName copy = InFolder(folder, KeepAliasExtension(path, newLeaf));
     Imp::CopyFile(path, copy);
     return copy;
 }
@@ -217,7 +243,38 @@ GPathName GFileSystemBase<Imp>::MoveFolderTo(const GPathName& path, const GPathN
     return moved;
 }
 
+template <class Imp>
+void GFileSystemBase<Imp>::MoveFileToTrash(const GPathName& path) {
+    const GExceptionLocation location(path);
+    if (!Imp::FileExists(path)) throw GSimpleException(GExceptionID::cFileNotFound);
+    Imp::MoveToTrash(path);
+}
+
+template <class Imp>
+void GFileSystemBase<Imp>::MoveFolderToTrash(const GPathName& path) {
+    const GExceptionLocation location(path);
+    if (!Imp::FolderExists(path)) throw GSimpleException(GExceptionID::cFileNotFound);
+    Imp::MoveToTrash(path);
+}
+
+template <class Imp>
+bool GFileSystemBase<Imp>::AliasHasTarget(const GPathName& alias) {
+    const GPathName target = Imp::GetAliasTarget(alias);
+    return !target.IsEmpty() && (Imp::FileExists(target) || Imp::FolderExists(target));
+}
+
+template <class Imp>
+void GFileSystemBase<Imp>::CopyPermissions(const GPathName& from, const GPathName& to) {
+    const GString permissions = Imp::GetPermissions(from);
+    Imp::SetPermissions(to, permissions);
+}
+
 // What the platform does alone.
+
+template <class Imp>
+void GFileSystemBase<Imp>::ReplaceFile(const GPathName& from, const GPathName& to) {
+    Imp::ReplaceFile(from, to);
+}
 
 template <class Imp>
 GPathName GFileSystemBase<Imp>::GetUserApplicationDataFolder() {
@@ -342,4 +399,94 @@ void GFileSystemBase<Imp>::SetHidden(const GPathName& path, bool hidden) {
 template <class Imp>
 void GFileSystemBase<Imp>::SetWritable(const GPathName& path, bool writable) {
     Imp::SetWritable(path, writable);
+}
+
+template <class Imp>
+void GFileSystemBase<Imp>::SetCreationDateTime(const GPathName& path, const GDateTime& moment) {
+    Imp::SetCreationDateTime(path, moment);
+}
+
+template <class Imp>
+void GFileSystemBase<Imp>::SetModificationDateTime(const GPathName& path, const GDateTime& moment) {
+    Imp::SetModificationDateTime(path, moment);
+}
+
+template <class Imp>
+unsigned long GFileSystemBase<Imp>::GetFileAttribute(const GPathName& path) {
+    return Imp::GetFileAttribute(path);
+}
+
+template <class Imp>
+void GFileSystemBase<Imp>::SetFileAttribute(const GPathName& path, unsigned long attributes) {
+    Imp::SetFileAttribute(path, attributes);
+}
+
+template <class Imp>
+bool GFileSystemBase<Imp>::IsOnSameVolume(const GPathName& a, const GPathName& b) {
+    return Imp::IsOnSameVolume(a, b);
+}
+
+template <class Imp>
+bool GFileSystemBase<Imp>::IsSameFileOrFolder(const GPathName& a, const GPathName& b) {
+    return Imp::IsSameFileOrFolder(a, b);
+}
+
+template <class Imp>
+GPathName GFileSystemBase<Imp>::GetUNCPath(const GPathName& path) {
+    return Imp::GetUNCPath(path);
+}
+
+template <class Imp>
+void GFileSystemBase<Imp>::MoveToTrash(const GPathName& path) {
+    Imp::MoveToTrash(path);
+}
+
+template <class Imp>
+void GFileSystemBase<Imp>::CreateAlias(const GPathName& alias, const GPathName& target) {
+    Imp::CreateAlias(alias, target);
+}
+
+template <class Imp>
+bool GFileSystemBase<Imp>::IsAlias(const GPathName& path) {
+    return Imp::IsAlias(path);
+}
+
+template <class Imp>
+GPathName GFileSystemBase<Imp>::GetAliasTarget(const GPathName& alias) {
+    return Imp::GetAliasTarget(alias);
+}
+
+template <class Imp>
+GString GFileSystemBase<Imp>::GetPermissions(const GPathName& path) {
+    return Imp::GetPermissions(path);
+}
+
+template <class Imp>
+void GFileSystemBase<Imp>::SetPermissions(const GPathName& path, const GString& permissions) {
+    Imp::SetPermissions(path, permissions);
+}
+
+template <class Imp>
+bool GFileSystemBase<Imp>::CheckIfOwner(const GPathName& path) {
+    return Imp::CheckIfOwner(path);
+}
+
+template <class Imp>
+GString GFileSystemBase<Imp>::GetAliasPermissions(const GPathName& alias) {
+    return Imp::GetPermissions(Imp::GetAliasTarget(alias));
+}
+
+template <class Imp>
+void GFileSystemBase<Imp>::SetAliasPermissions(const GPathName& alias, const GString& permissions) {
+    Imp::SetPermissions(Imp::GetAliasTarget(alias), permissions);
+}
+
+template <class Imp>
+void GFileSystemBase<Imp>::CopyAliasPermissions(const GPathName& fromAlias, const GPathName& toAlias) {
+    CopyPermissions(Imp::GetAliasTarget(fromAlias), Imp::GetAliasTarget(toAlias));
+}
+
+template <class Imp>
+bool GFileSystemBase<Imp>::CheckIfAliasOwner(const GPathName& alias) {
+    return Imp::CheckIfOwner(Imp::GetAliasTarget(alias));
 }

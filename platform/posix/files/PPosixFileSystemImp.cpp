@@ -6,6 +6,7 @@
 
 #include <cerrno>
 #include <cstdlib>
+#include <cstring>
 #include <filesystem>
 #include <system_error>
 
@@ -25,10 +26,6 @@ GPathName InHome(const char* leaf) {
     GPathName path = PPosixFileSystemImp::GetUserHomeFolder();
     path.Append(leaf);
     return path;
-}
-
-void Check(const std::error_code& error, const GPathName& path) {
-    if (error) ThrowPosixFailure(error.value(), path);
 }
 
 struct stat StatusOf(const GPathName& path) {
@@ -52,15 +49,24 @@ GDateTime FromTime(time_t seconds) {
                      0, 0);
 }
 
-void RequireFree(const GPathName& path) {
-    if (TypeOf(path) != 0) ThrowPosixFailure(EEXIST, path);
+// What is thrown here bears both paths.
+[[noreturn]] void Throw(int error, long id, const GPathName& from, const GPathName& to) {
+    const GExceptionLocation location(id, from, to);
+    throw GCustomException(GExceptionID::cUNIXSystemError, GString(std::strerror(error)));
 }
 
 void Rename(const GPathName& from, const GPathName& to) {
     std::error_code error;
-    RequireFree(to);
+    const bool stays = from.GetPortablePath() == to.GetPortablePath();
+    if (!stays && TypeOf(to) != 0) Throw(EEXIST, GExceptionID::cMoving, from, to);
     fs::rename(AsPosixPath(from), AsPosixPath(to), error);
-    Check(error, from);
+    if (error) Throw(error.value(), GExceptionID::cMoving, from, to);
+}
+
+GPathName PartOf(const GPathName& to) {
+    GPathName part(to);
+    part.ReplaceLeaf(to.GetLeaf() + GString(".part") + GString(static_cast<long>(::getpid())));
+    return part;
 }
 
 }  // namespace
@@ -162,10 +168,23 @@ void PPosixFileSystemImp::MoveFolder(const GPathName& from, const GPathName& to)
     Rename(from, to);
 }
 
+void PPosixFileSystemImp::ReplaceFile(const GPathName& from, const GPathName& to) {
+    std::error_code error;
+    fs::rename(AsPosixPath(from), AsPosixPath(to), error);
+    if (error) Throw(error.value(), GExceptionID::cMoving, from, to);
+}
+
 void PPosixFileSystemImp::CopyFile(const GPathName& from, const GPathName& to) {
     std::error_code error;
-    fs::copy_file(AsPosixPath(from), AsPosixPath(to), error);
-    Check(error, from);
+    std::error_code ignored;
+    const std::string part = AsPosixPath(PartOf(to));
+    if (TypeOf(to) != 0) Throw(EEXIST, GExceptionID::cCopying, from, to);
+    // A copy that ends midway leaves nothing under the target's name.
+    fs::copy_file(AsPosixPath(from), part, error);
+    if (!error) fs::rename(part, AsPosixPath(to), error);
+    if (!error) return;
+    fs::remove(part, ignored);
+    Throw(error.value(), GExceptionID::cCopying, from, to);
 }
 
 bool PPosixFileSystemImp::IsHidden(const GPathName& path) {

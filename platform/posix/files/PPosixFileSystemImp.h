@@ -42,6 +42,8 @@ public:
     static void MoveFile(const GPathName& from, const GPathName& to);
     static void MoveFolder(const GPathName& from, const GPathName& to);
     static void CopyFile(const GPathName& from, const GPathName& to);
+    /// `from` takes the place of `to`, in one step.
+    static void ReplaceFile(const GPathName& from, const GPathName& to);
 
     static bool IsHidden(const GPathName& path);
     static void SetHidden(const GPathName& path, bool hidden);
@@ -49,4 +51,21 @@ public:
     static void SetWritable(const GPathName& path, bool writable);
     static GDateTime GetCreationDateTime(const GPathName& path);
     static GDateTime GetModificationDateTime(const GPathName& path);
+
+    static unsigned long GetFileAttribute(const GPathName& path);
+    static void SetFileAttribute(const GPathName& path, unsigned long attributes);
+    static void SetCreationDateTime(const GPathName& path, const GDateTime& moment);
+    static void SetModificationDateTime(const GPathName& path, const GDateTime& moment);
+    static bool IsOnSameVolume(const GPathName& a, const GPathName& b);
+    static bool IsSameFileOrFolder(const GPathName& a, const GPathName& b);
+    static GPathName GetUNCPath(const GPathName& path);
+
+    static void MoveToTrash(const GPathName& path);
+    static void CreateAlias(const GPathName& alias, const GPathName& target);
+    static bool IsAlias(const GPathName& path);
+    static GPathName GetAliasTarget(const GPathName& alias);
+
+    static GString GetPermissions(const GPathName& path);
+    static void SetPermissions(const GPathName& path, const GString& permissions);
+    static bool CheckIfOwner(const GPathName& path);
 };

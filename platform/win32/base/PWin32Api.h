@@ -16,8 +16,10 @@
 #undef DeleteFile
 #undef GetMessage
 #undef GetObject
+#undef GetUserName
 #undef GetClassName
 #undef MoveFile
 #undef OutputDebugString
+#undef ReplaceFile
 #undef SendMessage
 #undef Yield

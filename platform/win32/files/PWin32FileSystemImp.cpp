@@ -6,6 +6,7 @@
 
 #include "framework/core/errors/GExceptionLocation.h"
 #include "framework/system/PSystem.h"
+#include "platform/win32/base/PWin32LastErrorKeeper.h"
 #include "platform/win32/base/PWin32ScopedHandle.h"
 #include "platform/win32/core/PWin32SystemException.h"
 #include "platform/win32/core/PWin32Wide.h"
@@ -78,10 +79,41 @@ WIN32_FILE_ATTRIBUTE_DATA GetDetails(const GPathName& path) {
     return details;
 }
 
+bool TryMove(const GPathName& from, const GPathName& to, DWORD flags) {
+    return ::MoveFileExW(AsWide(from.GetWin32APIPathString()), AsWide(to.GetWin32APIPathString()), flags) !=
+           FALSE;
+}
+
 void Move(const GPathName& from, const GPathName& to, DWORD flags) {
     const GExceptionLocation location(GExceptionID::cMoving, from, to);
-    PWin32SystemException::CheckForErrors(
-        ::MoveFileExW(AsWide(from.GetWin32APIPathString()), AsWide(to.GetWin32APIPathString()), flags));
+    PWin32SystemException::CheckForErrors(TryMove(from, to, flags));
+}
+
+// A copy that is marked as read-only is one that can go, too.
+void RemoveCopy(const GPathName& path) {
+    const PWin32LastErrorKeeper keeper;
+    const GString apiPath = path.GetWin32APIPathString();
+    ::SetFileAttributesW(AsWide(apiPath), FILE_ATTRIBUTE_NORMAL);
+    ::DeleteFileW(AsWide(apiPath));
+}
+
+// False with the last error. What ends it midway leaves nothing under the target's name: the copy gets
+// that when it is whole.
+bool TryCopy(const GPathName& from, const GPathName& to) {
+    if (AttributesOf(to) != INVALID_FILE_ATTRIBUTES) {
+        ::SetLastError(ERROR_FILE_EXISTS);
+        return false;
+    }
+    GPathName part(to);
+    part.ReplaceLeaf(to.GetLeaf() + GString(".part") + GString(::GetCurrentProcessId()));
+    if (!::CopyFileW(AsWide(from.GetWin32APIPathString()), AsWide(part.GetWin32APIPathString()), TRUE)) {
+        // One that was there is somebody else's.
+        if (::GetLastError() != ERROR_FILE_EXISTS) RemoveCopy(part);
+        return false;
+    }
+    if (TryMove(part, to, 0)) return true;
+    RemoveCopy(part);
+    return false;
 }
 
 // The root of a complete path as the drive functions take it: "C:\" or "\\server\share\". A relative
@@ -164,17 +196,27 @@ void PWin32FileSystemImp::RemoveFolderOnly(const GPathName& path) {
 }
 
 void PWin32FileSystemImp::MoveFile(const GPathName& from, const GPathName& to) {
-    Move(from, to, MOVEFILE_COPY_ALLOWED);
+    const GExceptionLocation location(GExceptionID::cMoving, from, to);
+    if (TryMove(from, to, 0)) return;
+    // Only another volume makes it a copy, and only a file: the call fails alike for a folder.
+    PWin32SystemException::CheckForErrors(::GetLastError() == ERROR_NOT_SAME_DEVICE);
+    PWin32SystemException::CheckForErrors(TryCopy(from, to));
+    if (::DeleteFileW(AsWide(from.GetWin32APIPathString()))) return;
+    RemoveCopy(to);
+    PWin32SystemException::CheckForErrors(FALSE);
 }
 
 void PWin32FileSystemImp::MoveFolder(const GPathName& from, const GPathName& to) {
     Move(from, to, 0);
 }
 
+void PWin32FileSystemImp::ReplaceFile(const GPathName& from, const GPathName& to) {
+    Move(from, to, MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH);
+}
+
 void PWin32FileSystemImp::CopyFile(const GPathName& from, const GPathName& to) {
     const GExceptionLocation location(GExceptionID::cCopying, from, to);
-    PWin32SystemException::CheckForErrors(
-        ::CopyFileW(AsWide(from.GetWin32APIPathString()), AsWide(to.GetWin32APIPathString()), TRUE));
+    PWin32SystemException::CheckForErrors(TryCopy(from, to));
 }
 
 bool PWin32FileSystemImp::IsHidden(const GPathName& path) {

@@ -1,0 +1,115 @@
+#include "platform/win32/files/PWin32FileSystemIteratorImp.h"
+
+#include "framework/core/errors/GException.h"
+#include "framework/core/errors/GExceptionLocation.h"
+#include "platform/win32/core/PWin32SystemException.h"
+#include "platform/win32/core/PWin32Wide.h"
+
+#include "platform/win32/base/PWin32Api.h"
+
+/// One folder that is being gone through.
+struct PWin32FileSystemIteratorImp::Level {
+    explicit Level(const GPathName& path) : folder(path) {}
+    Level(const Level&) = delete;
+    Level& operator=(const Level&) = delete;
+    ~Level() { Close(); }
+
+    void Close() noexcept {
+        if (search != INVALID_HANDLE_VALUE) ::FindClose(search);
+        search = INVALID_HANDLE_VALUE;
+        isOnEntry = false;
+    }
+    // False behind the last one.
+    bool First();
+    bool Next();
+    bool IsDots() const {
+        const GString name = Name();
+        return name == GString(".") || name == GString("..");
+    }
+    GString Name() const { return FromWide(entry.cFileName, ::lstrlenW(entry.cFileName)); }
+    bool IsFolder() const { return (entry.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0; }
+    bool LeadsElsewhere() const { return (entry.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0; }
+    GPathName Path() const {
+        GPathName path(folder);
+        path.Append(Name());
+        return path;
+    }
+
+    GPathName folder;
+    HANDLE search = INVALID_HANDLE_VALUE;
+    WIN32_FIND_DATAW entry = {};
+    bool isOnEntry = false;
+};
+
+bool PWin32FileSystemIteratorImp::Level::First() {
+    const GExceptionLocation location(folder);
+    Close();
+    GPathName pattern(folder);
+    pattern.Append("*");
+    search = ::FindFirstFileW(AsWide(pattern.GetWin32APIPathString()), &entry);
+    // The root of an empty volume has not even dots.
+    if (search == INVALID_HANDLE_VALUE && ::GetLastError() == ERROR_FILE_NOT_FOUND) return false;
+    PWin32SystemException::CheckHandle(search);
+    isOnEntry = true;
+    return IsDots() ? Next() : true;
+}
+
+bool PWin32FileSystemIteratorImp::Level::Next() {
+    if (search == INVALID_HANDLE_VALUE) return false;
+    const GExceptionLocation location(folder);
+    do {
+        isOnEntry = ::FindNextFileW(search, &entry) != FALSE;
+        if (!isOnEntry) {
+            PWin32SystemException::CheckForErrors(::GetLastError() == ERROR_NO_MORE_FILES);
+            return false;
+        }
+    } while (IsDots());
+    return true;
+}
+
+PWin32FileSystemIteratorImp::PWin32FileSystemIteratorImp() = default;
+
+PWin32FileSystemIteratorImp::~PWin32FileSystemIteratorImp() = default;
+
+void PWin32FileSystemIteratorImp::BeginIterate(const GPathName& folder) {
+    mLevels.clear();
+    mLevels.push_back(std::make_unique<Level>(folder));
+}
+
+void PWin32FileSystemIteratorImp::BeginSubIterate() {
+    if (mLevels.empty() || !mLevels.back()->isOnEntry || !mLevels.back()->IsFolder())
+        throw GSimpleException(GExceptionID::cFileNotFound);
+    mLevels.push_back(std::make_unique<Level>(mLevels.back()->Path()));
+}
+
+bool PWin32FileSystemIteratorImp::GetFirstObject(GPathName& path, bool& isFolder) {
+    if (mLevels.empty() || !mLevels.back()->First()) return false;
+    path = mLevels.back()->Path();
+    isFolder = mLevels.back()->IsFolder();
+    return true;
+}
+
+bool PWin32FileSystemIteratorImp::GetNextObject(GPathName& path, bool& isFolder) {
+    if (mLevels.empty() || !mLevels.back()->Next()) return false;
+    path = mLevels.back()->Path();
+    isFolder = mLevels.back()->IsFolder();
+    return true;
+}
+
+bool PWin32FileSystemIteratorImp::GetNextFileOrFolder(GPathName& path, bool& isFolder) {
+    if (mLevels.empty()) return false;
+    const Level& level = *mLevels.back();
+    const bool goesDown = level.isOnEntry && level.IsFolder() && !level.LeadsElsewhere();
+    const bool isNew = level.search == INVALID_HANDLE_VALUE;
+    if (goesDown) BeginSubIterate();
+    if (goesDown || isNew ? GetFirstObject(path, isFolder) : GetNextObject(path, isFolder)) return true;
+    while (mLevels.size() > 1) {
+        EndIterate();
+        if (GetNextObject(path, isFolder)) return true;
+    }
+    return false;
+}
+
+void PWin32FileSystemIteratorImp::EndIterate() noexcept {
+    if (!mLevels.empty()) mLevels.pop_back();
+}
