@@ -1,5 +1,7 @@
 #include "framework/GBasicFrameworkCoreLayer.h"
 
+#include <memory>
+
 #include "framework/core/encodings/GASCIIEncoding.h"
 #include "framework/core/encodings/GLatinEncodings.h"
 #include "framework/core/encodings/GMacExpertEncoding.h"
@@ -11,6 +13,8 @@
 #include "framework/core/text/GBufferSupport.h"
 #include "framework/files/GFileSystem.h"
 #include "framework/ipc/GShMemID.h"
+#include "framework/services/GPreferences.h"
+#include "framework/services/GTrace.h"
 #include "framework/streams/GProgress.h"
 #include "framework/system/GProcessInfo.h"
 #include "framework/system/GSessionInfo.h"
@@ -31,6 +35,8 @@ void CreateEncodings() {
 
 // The shared instances end with the framework, in the reverse order of what they are made of.
 void Stop() noexcept {
+    GPreferences::Finalize();
+    GTrace::SetInstance(nullptr);
     GProgressCentre::SetInstance(nullptr);
     GShMemID::Finalize();
     GFileSystem::RemoveAllSpecialPaths();
@@ -55,6 +61,7 @@ void GBasicFrameworkCoreLayer::Initialize() {
         GException::Initialize();
         GShMemID::Initialize();
         GProgressCentre::GetInstance();
+        GTrace::SetInstance(std::make_unique<GTrace>().release());
     } catch (...) {
         Stop();
         throw;

@@ -1,0 +1,262 @@
+#include "framework/services/GPreferences.h"
+
+#include <gtest/gtest.h>
+
+#include <memory>
+
+#include "framework/core/encodings/GUTF8Encoding.h"
+#include "framework/core/encodings/GUnicodeEncoding.h"
+#include "framework/core/errors/GException.h"
+#include "framework/files/GFileSystem.h"
+#include "framework/files/GLockFile.h"
+#include "framework/services/GPrefFileModule.h"
+#include "tests/files/TestFolder.h"
+
+namespace {
+
+constexpr long cShared = -2;
+constexpr long cUser = -3;
+constexpr long cSystem = -4;
+constexpr long cDefaults = -5;
+
+class GPreferencesTest : public testing::Test {
+protected:
+    GPreferencesTest() {
+        GFileSystem::AddSpecialPath(GSpecialPath::cUserPreferences, mFolder.Portable("user"));
+        GFileSystem::AddSpecialPath(GSpecialPath::cGlobalPreferences, mFolder.Portable("global"));
+        GPreferences::Initialize();
+    }
+    ~GPreferencesTest() override {
+        GPreferences::Finalize();
+        GFileSystem::RemoveAllSpecialPaths();
+    }
+    /// The modules of the bits; all of them at first.
+    static void Install(int bits = 15) {
+        GPreferences::SetDefaultModules("App", static_cast<GPreferences::PrefDefaultModule>(bits));
+    }
+    static std::string Get(const GBuffer& group, const GBuffer& key) {
+        return TextOf(GPreferences::Get(group, key));
+    }
+    static std::string Get(long id, const GBuffer& group, const GBuffer& key) {
+        return TextOf(GPreferences::Get(id, group, key));
+    }
+
+    const TestFolder mFolder;
+};
+
+TEST_F(GPreferencesTest, TheHighestModuleThatHasTheKeyAnswers) {
+    Install(7);
+    for (const long id : {cDefaults, cSystem, cUser}) {
+        EXPECT_FALSE(GPreferences::Has(id, "g", "k"));
+        GPreferences::Set(id, "g", "k", id);
+        EXPECT_EQ(Get("g", "k"), std::to_string(id));
+    }
+    GPreferences::SetDefault(cSystem, "g", "k", 7L);
+    EXPECT_EQ(Get(cSystem, "g", "k"), "-4");
+    GPreferences::SetDefault(cSystem, "g", "new", 7L);
+    EXPECT_EQ(Get("g", "new"), "7");
+    for (const long id : {cUser, cSystem}) GPreferences::Remove(id, "g", "k");
+    EXPECT_EQ(Get("g", "k"), "-5");
+    GPreferences::Remove(cDefaults, "g");
+    EXPECT_FALSE(GPreferences::Has("g", "k"));
+    EXPECT_EQ(Get("g", "k"), "");
+    for (const long id : {cShared, 0L, -6L})
+        EXPECT_THROW(GPreferences::Set(id, "g", "k", 1L), GException) << id;
+    EXPECT_THROW(GPreferences::Has(cShared, "g", "k"), GException);
+    GPreferences::RemovePrefModule(cUser);
+    EXPECT_EQ(GPreferences::GetPrefModule(cUser), nullptr);
+}
+
+TEST_F(GPreferencesTest, ASharedGroupLiesInTheSharedModuleAlone) {
+    Install(4);
+    GPreferences::Set(cUser, "Jobs", "k", "own");
+    GPreferences::SetPrefSharing(cUser, "Jobs", true);
+    EXPECT_EQ(Get("Jobs", "k"), "") << "there is no shared module yet";
+    Install(8);
+    EXPECT_TRUE(GPreferences::IsPrefSharing("Jobs"));
+    EXPECT_FALSE(GPreferences::IsPrefSharing("PrefSharing"));
+    GPreferences::SetPrefSharing(cUser, "PrefSharing", true);
+    EXPECT_FALSE(GPreferences::IsPrefSharing("PrefSharing"));
+    EXPECT_EQ(Get("Jobs", "k"), "");
+    GPreferences::SetDefault(cUser, "Jobs", "k", "default");
+    EXPECT_EQ(Get("Jobs", "k") + Get(cShared, "Jobs", "k") + Get(cUser, "Jobs", "k"), "defaultdefaultown");
+    GPreferences::Set(cUser, "Jobs", "k", "ours");
+    EXPECT_EQ(TextOf(GPreferences::GetNonSharedPref("Jobs", "k")), "own");
+    EXPECT_EQ(Get("Jobs", "k"), "ours");
+    GPreferences::CopySharedPreferences();
+    EXPECT_EQ(Get("Jobs", "k"), "own");
+    GPreferences::Remove(cUser, "Jobs", "k");
+    EXPECT_EQ(Get("Jobs", "k") + Get(cUser, "Jobs", "k"), "own");
+    GPreferences::Set(cSystem + 1, "Jobs", "l", "x");
+    GPreferences::Remove(cUser, "Jobs");
+    EXPECT_FALSE(GPreferences::Has(cShared, "Jobs", "l"));
+}
+
+TEST_F(GPreferencesTest, ValuesOfEachTypeComeBack) {
+    Install(1);
+    const GDateTime moment(15, 3, 2014, 9, 30, 0, 1, 1, 0);
+    GPreferences::Set(cDefaults, "g", "long", -2147483647L);
+    GPreferences::Set(cDefaults, "g", "real", -0.125);
+    GPreferences::Set(cDefaults, "g", "true", true);
+    GPreferences::Set(cDefaults, "g", "TRUE", "TRUE");
+    GPreferences::Set(cDefaults, "g", "path", GPathName("C:/a b/c"));
+    GPreferences::Set(cDefaults, "g", "no path", GPathName());
+    GPreferences::Set(cDefaults, "g", "date", moment);
+    EXPECT_EQ(GPreferences::GetInt32("g", "long"), -2147483647);
+    EXPECT_EQ(GPreferences::GetReal("g", "real"), -0.125);
+    EXPECT_TRUE(GPreferences::GetBool("g", "true"));
+    EXPECT_FALSE(GPreferences::GetBool("g", "TRUE"));
+    EXPECT_EQ(GPreferences::GetPathName("g", "path"), GPathName("C:/a b/c"));
+    EXPECT_TRUE(GPreferences::GetPathName("g", "no path").IsEmpty());
+    EXPECT_EQ(GPreferences::GetDateTime("g", "date").CompareWith(moment), 0);
+    long number = 4;
+    bool flag = true;
+    GDateTime other(moment);
+    GString text("as it was");
+    GPathName path("as/it/was");
+    EXPECT_FALSE(GPreferences::Get("g", "none", number) || GPreferences::Get("g", "none", flag));
+    EXPECT_FALSE(GPreferences::Get("g", "none", text) || GPreferences::Get("g", "none", path));
+    EXPECT_FALSE(GPreferences::Get("g", "none", other) || GPreferences::Get("g", "path", other));
+    EXPECT_EQ(number, 4);
+    EXPECT_TRUE(flag);
+    EXPECT_EQ(TextOf(text) + TextOf(path), "as it wasas/it/was");
+    GPreferences::SetScramble(cDefaults, "g", "s", GString::FromUTF8("secret \xE4\xB8\x80"));
+    GPreferences::SetScramble(cDefaults, "g", "n", -77L);
+    EXPECT_EQ(Get("g", "s").find("secret"), std::string::npos);
+    EXPECT_EQ(TextOf(GPreferences::GetUnscramble("g", "s")), "secret \xE4\xB8\x80");
+    EXPECT_EQ(GPreferences::GetUnscrambleInt32("g", "n"), -77);
+    EXPECT_EQ(TextOf(GPreferences::GetUnscramble("g", "path")), "");
+}
+
+TEST_F(GPreferencesTest, PathsAreStoredWithVariables) {
+    Install(1);
+    GFileSystem::AddSpecialPath(GSpecialPath::cGlobalTemp, GPathName("T:/temp"));
+    EXPECT_FALSE(GPreferences::WillSubstituteVariablesInPrefType(GVariableSubstitution::cPath));
+    GPreferences::AddVariableSubstitution(
+        new GVariableSubstitutionImp(GVariableSubstitutionImp::cGlobalTemp));
+    EXPECT_TRUE(GPreferences::WillSubstituteVariablesInPrefType(GVariableSubstitution::cPath));
+    EXPECT_FALSE(GPreferences::WillSubstituteVariablesInPrefType(GVariableSubstitution::cNoType));
+    GPreferences::Set(cDefaults, "g", "k", GPathName("T:/temp/x"));
+    EXPECT_EQ(Get("g", "k").substr(0, 18), "%SystemGlobalTemp%");
+    GFileSystem::AddSpecialPath(GSpecialPath::cGlobalTemp, GPathName("U:/other"));
+    EXPECT_EQ(TextOf(GPreferences::GetPathName("g", "k")), "U:/other/x");
+}
+
+TEST_F(GPreferencesTest, TemporaryModulesAreKeptOrDropped) {
+    for (const bool keep : {false, true}) {
+        SCOPED_TRACE(keep);
+        Install(5);
+        GPreferences::Set(cUser, "g", "k", "lasting");
+        GPreferences::Set(cUser, "g", "gone", "lasting");
+        GPreferences::StartUsingTempModules();
+        GPreferences::Set(cUser, "g", "k", "temporary");
+        GPreferences::Remove(cUser, "g", "gone");
+        GPreferences::SetIgnoreTemp(cUser, "g", "stays", "x");
+        EXPECT_EQ(Get("g", "k") + Get("g", "gone") + Get("g", "stays"), "temporaryx");
+        GPreferences::FlushPrefs();
+        GPrefFileModule file(mFolder.Portable("user/App.uprefs"), GUTF8Encoding::GetInstance());
+        EXPECT_EQ(TextOf(file.Get("g", "k")), "lasting");
+        GPreferences::EndUsingTempModules(keep);
+        EXPECT_EQ(Get("g", "k") + Get("g", "gone") + Get("g", "stays"),
+                  keep ? "temporaryx" : "lastinglastingx");
+        GPreferences::Remove(cUser, "g");
+        GPreferences::FlushPrefs();
+    }
+}
+
+TEST_F(GPreferencesTest, FilesAreWrittenWhenSomethingHasChanged) {
+    Install(14);
+    EXPECT_FALSE(GPreferences::IsDirty());
+    GPreferences::FlushPrefs();
+    EXPECT_FALSE(mFolder.Has("user") || mFolder.Has("global"));
+    GPreferences::Set(cUser, "g", "k", "u");
+    GPreferences::Set(cShared, "g", "k", "s");
+    GPreferences::Set(cSystem, "g", "k", "y");
+    GPreferences::Set(cSystem, "empty", "k", "y");
+    GPreferences::Remove(cSystem, "empty", "k");
+    EXPECT_TRUE(GPreferences::IsDirty());
+    GPreferences::FlushPrefs();
+    EXPECT_FALSE(GPreferences::IsDirty());
+    const std::string text =
+        "#BEGINPREFS\r\n\r\n\"g\"\r\n#BEGINDICT\r\n\"k\" \"y\"\r\n#ENDDICT\r\n\r\n#ENDPREFS\r\n";
+    EXPECT_EQ(mFolder.Take("global/App.sprefs"), text);
+    EXPECT_EQ(mFolder.Take("user/Quillon.uprefs").size(), 2 + 2 * text.size());
+    EXPECT_TRUE(mFolder.Has("user/Quillon.uprefslock"));
+    GPreferences::Finalize();
+    Install(14);
+    EXPECT_EQ(Get(cUser, "g", "k") + Get(cShared, "g", "k") + Get(cSystem, "g", "k"), "usy");
+    mFolder.Put(
+        "global/App.sprefs",
+        "#BEGINPREFS\r\n\"g\"\r\n#BEGINDICT\r\n\"k\" \"1\"\r\n\"l\" \"2\"\r\n#ENDDICT\r\n#ENDPREFS\r\n");
+    GPreferences::Set(cSystem, "g", "l", "mine");
+    GPreferences::Refresh();
+    EXPECT_EQ(Get(cSystem, "g", "k") + Get(cSystem, "g", "l"), "1mine");
+}
+
+TEST_F(GPreferencesTest, TwoThatShareAFileKeepEachOthersValues) {
+    const GPathName path = mFolder.Portable("Quillon.uprefs");
+    const GEncoding* const encoding = GUnicodeEncoding::GetInstance();
+    GPrefSharedFileModule one(path, encoding), other(path, encoding);
+    one.Set("a", "k", "1");
+    one.Set("b", "k", "1");
+    one.FlushPrefs();
+    other.Set("c", "k", "2");
+    other.Remove("a", "k");
+    other.FlushPrefs();
+    EXPECT_EQ(TextOf(other.Get("b", "k")), "1") << "seen when it was written";
+    EXPECT_EQ(TextOf(other.Get("a", "k")), "1") << "it did not know of it, so it removed nothing";
+    one.RemoveGroup("b");
+    one.Set("a", "k", "3");
+    one.FlushPrefs();
+    other.Refresh();
+    EXPECT_EQ(TextOf(other.Get("a", "k")) + TextOf(other.Get("b", "k")) + TextOf(other.Get("c", "k")), "32");
+    GLockFile reader(mFolder.Portable("Quillon.uprefslock"));
+    EXPECT_TRUE(reader.Lock(GLockFile::cReadLock));
+    EXPECT_EQ(TextOf(GPrefSharedFileModule(path, encoding).Get("c", "k")), "2") << "readers go together";
+}
+
+TEST_F(GPreferencesTest, WhatIsReadOfADamagedFileIsKeptAndTheFileToo) {
+    for (const bool shared : {false, true}) {
+        SCOPED_TRACE(shared);
+        const GPathName path = mFolder.Portable("d.uprefs");
+        const std::string damaged = "#BEGINPREFS\n\"g\"\n#BEGINDICT\n\"k\" \"1\"\n\"l\" \"";
+        mFolder.Put("d.uprefs", damaged);
+        std::unique_ptr<GPrefFileModule> module;
+        if (shared) {
+            module = std::make_unique<GPrefSharedFileModule>(path, GUTF8Encoding::GetInstance());
+        } else {
+            module = std::make_unique<GPrefFileModule>(path, GUTF8Encoding::GetInstance());
+        }
+        EXPECT_EQ(TextOf(module->Get("g", "k")), "1");
+        EXPECT_EQ(mFolder.Take("d.uprefs"), damaged);
+        module->Set("g", "m", "2");
+        module->FlushPrefs();
+        EXPECT_EQ(mFolder.Take(shared ? "d (damaged 2).uprefs" : "d (damaged).uprefs"), damaged);
+        GPrefFileModule read(path, GUTF8Encoding::GetInstance());
+        EXPECT_EQ(TextOf(read.Get("g", "k")) + TextOf(read.Get("g", "m")), "12");
+    }
+}
+
+TEST(GPrefModule, MemoryModulesBeginAndEndWithAText) {
+    GPrefMemoryModule module("#BEGINPREFS\n\"g\"\n#BEGINDICT\n\"k\" \"1\"\n#ENDDICT\n#ENDPREFS\n");
+    GPrefMemoryModule other;
+    other.Set("g", "k", "2");
+    other.Set("h", "k", "3");
+    module.UpdateWith(&other);
+    module.UpdateWith(&module);
+    EXPECT_EQ(TextOf(module.Get("g", "k")) + TextOf(module.Get("h", "k")), "23");
+    GString text;
+    module.RemoveGroup("g");
+    module.GetPrefsData(text);
+    EXPECT_EQ(TextOf(text),
+              "#BEGINPREFS\r\n\r\n\"h\"\r\n#BEGINDICT\r\n\"k\" \"3\"\r\n#ENDDICT\r\n\r\n#ENDPREFS\r\n");
+    GTable<GBuffer> names;
+    module.GetGroupNames(names);
+    EXPECT_TRUE(names == GTable<GBuffer>{"h"});
+    module.GetGroupPreferences("h", names);
+    EXPECT_TRUE(names == GTable<GBuffer>{"k"});
+    module.SetDirty(true);
+    EXPECT_TRUE(module.IsDirty());
+}
+
+}  // namespace

@@ -1,0 +1,225 @@
+#include "framework/services/GTrace.h"
+
+#include <gtest/gtest.h>
+
+#include <tuple>
+
+#include "framework/core/errors/GException.h"
+#include "framework/files/GFileOpenMode.h"
+#include "framework/files/GFileSystem.h"
+#include "framework/services/GTraceFile.h"
+#include "framework/streams/GMemoryInStream.h"
+#include "framework/streams/GMemoryOutStream.h"
+#include "tests/files/TestFolder.h"
+
+namespace {
+
+std::string Group(const std::string& name, const std::string& values) {
+    return "\"" + name + "\"\n#BEGINDICT\n" + values + "#ENDDICT\n";
+}
+
+std::string Prefs(const std::string& groups) {
+    return "#BEGINPREFS\n" + groups + "#ENDPREFS\n";
+}
+
+/// A temporary folder of its own, and what a test puts into QuillonDebug there.
+class GTraceTest : public testing::Test {
+protected:
+    GTraceTest() {
+        GFileSystem::AddSpecialPath(GSpecialPath::cGlobalTemp, mFolder.Portable());
+        GFileSystem::AddSpecialPath(GSpecialPath::cLibrary, GPathName("X:/lib/Mod.v2.dll"));
+    }
+    ~GTraceTest() override {
+        GTrace::SetInstance(nullptr);
+        GFileSystem::RemoveAllSpecialPaths();
+    }
+    void Configure(const std::string& text) {
+        std::filesystem::create_directories(mFolder.Standard("QuillonDebug"));
+        mFolder.Put("QuillonDebug/Mod.v2.tpr", text);
+    }
+    std::string Log(const char* suffix = "") const {
+        return mFolder.Take(std::string("QuillonDebug/Mod.v2") + suffix + ".tra");
+    }
+    /// A log into mLog, without place and time unless `defaults` switches them on again.
+    void Install(const std::string& defaults) {
+        Configure(Prefs(Group("Defaults", "\"LogLocation\" \"0\"\n\"LogTime\" \"0\"\n" + defaults)));
+        GTrace::SetInstance(new GTrace(std::make_unique<GMemoryOutStream>(mLog)));
+    }
+
+    const TestFolder mFolder;
+    GBuffer mLog;
+};
+
+TEST_F(GTraceTest, CategoriesAreOnAsTheConfigurationSays) {
+    const std::string all =
+        "\"Log\" \"tRue\"\n\"LogAssert\" \"1\"\n\"LogDetail\" \"TRUE\"\n\"AssertOnDetail\" \"1\"\n";
+    // Which of A, XAS, XDE, D and the one named "On" are logged, and then which alert.
+    const std::tuple<const char*, std::string, const char*> rows[] = {
+        {"nothing", "", "----- -----"},
+        {"no text of preferences", "\"Defaults\"", "----- -----"},
+        {"plain entries", Prefs(Group("Defaults", "\"Log\" \"true\"\n")), "A--D+ -----"},
+        {"everything", Prefs(Group("Defaults", all)), "AasdeD+ de"},
+        {"words that are none", Prefs(Group("Defaults", "\"Log\" \"yes\"\n\"LogAssert\" \"\"\n")),
+         "----- -----"},
+        {"a category", Prefs(Group("On", "\"Log\" \"1\"\n\"Assert\" \"1\"\n")), "----+ ----+"},
+        {"one that is off", Prefs(Group("XDE", "\"Log\" \"0\"\n") + Group("Defaults", all)), "AasD+ de"},
+        {"one group without its end", "#BEGINPREFS\n" + Group("On", "\"Log\" \"1\"\n"), "----+ -----"},
+    };
+    for (const auto& [what, text, expected] : rows) {
+        Configure(text);
+        const GTrace trace;
+        std::string logs;
+        std::string alerts;
+        const std::pair<const char*, const char*> names[] = {
+            {"A", "A"}, {"XAS", "as"}, {"XDE", "de"}, {"D", "D"}, {"On", "+"}};
+        for (const auto& [name, mark] : names) {
+            logs += trace.GetNeedsLogging(name) ? mark : "-";
+            alerts += trace.GetAlertOnLog(name) ? mark : "-";
+        }
+        std::string shown = logs + " " + alerts;
+        // Rows with marks of two letters are written without the dashes.
+        if (shown.find("as") != std::string::npos) std::erase(shown, '-');
+        EXPECT_EQ(shown, expected) << what;
+    }
+}
+
+TEST_F(GTraceTest, OffTouchesNoFile) {
+    GTrace::SetInstance(new GTrace);
+    GTrace::TraceAssert("nothing");
+    GTraceLog::Trace("A", "nothing");
+    { const GTraceBlock block("A", "b"); }
+    EXPECT_FALSE(mFolder.Has("QuillonDebug"));
+    GTrace::SetInstance(nullptr);
+    GTrace::TraceAssert("nobody");
+    { const GTraceBlock block("A", "b"); }
+    // Without a temporary folder there is no configuration either.
+    Configure(Prefs(Group("Defaults", "\"Log\" \"1\"\n")));
+    GFileSystem::AddSpecialPath(GSpecialPath::cGlobalTemp, GPathName());
+    EXPECT_FALSE(GTrace().GetNeedsLogging("A"));
+}
+
+TEST_F(GTraceTest, EntriesAreIndentedByBlocksWhichEndOnce) {
+    Install("\"Log\" \"1\"\n\"Indent\" \"..\"\n\"Prefix\" \"\"\n");
+    GTraceLog::Trace("A", "one");
+    {
+        GTraceBlock outer("A", "outer");
+        {
+            const GTraceBlock inner("A", "inner");
+            const GTraceBlock copy(inner);
+            GTraceLog::Trace("A", "two");
+        }
+        GTraceLog::Trace("XDE", "off");
+        GTraceBlock other(outer);
+        outer = other;
+    }
+    GTrace::GetInstance()->RemoveIndent();
+    GTraceLog::Trace("A", "three");
+    EXPECT_STREQ(mLog.GetPtr(),
+                 "\n *** A one\n *** A Beginning:outer\n.. *** A Beginning:inner\n.... *** A two\n"
+                 ".. *** A Ending:inner\n *** A Ending:outer\n *** A three");
+}
+
+TEST_F(GTraceTest, AnEntryTellsPlaceAndTime) {
+    Install("\"LogAssert\" \"1\"\n\"LogLocation\" \"1\"\n");
+    GTrace::TraceAssert("m", GCodeLocation(nullptr, 0, "Run"));
+    GTrace::TraceAssert("m", GCodeLocation("Reader", 120, nullptr));
+    EXPECT_STREQ(mLog.GetPtr(), "\n *** AssertAS :0@Run m\n *** AssertAS Reader:120 m");
+    mLog.Clear();
+    const int line = __LINE__ + 1;
+    GTrace::TraceAssert("m");
+    const std::string place = "GTraceTest.cpp:" + std::to_string(line) + "@TestBody m";
+    EXPECT_TRUE(std::string(mLog.GetPtr()).ends_with(place)) << mLog.GetPtr();
+    Install("\"Log\" \"1\"\n\"LogTime\" \"1\"\n");
+    mLog.Clear();
+    GTraceLog::Trace("A", "m");
+    const std::string entry = mLog.GetPtr();
+    EXPECT_TRUE(entry.starts_with("\n *** A ") && entry.ends_with(" m")) << entry;
+    EXPECT_NE(entry.find(':'), std::string::npos) << "the time of day";
+}
+
+TEST_F(GTraceTest, StreamDataFollowsAnEntryThatWasWritten) {
+    Install("\"Log\" \"1\"\n");
+    const GBuffer data("0123456789");
+    GMemoryInStream stream(data);
+    stream.Skip(2);
+    GTraceLog::Trace("XDE", "off");
+    GTrace::GetInstance()->TraceStreamData(&stream, 5);
+    EXPECT_TRUE(mLog.IsEmpty());
+    GTraceLog::Trace("A", "on");
+    for (const long count : {3L, 100L, 0L, -1L}) GTrace::GetInstance()->TraceStreamData(&stream, count);
+    EXPECT_STREQ(mLog.GetPtr(), "\n *** A on23423456789");
+    EXPECT_EQ(stream.GetPosition(), 2);
+    GTrace::GetInstance()->SetLastLogged(false);
+    GTrace::GetInstance()->TraceStreamData(&stream, 5);
+    {
+        const GTraceLock lock;
+        EXPECT_TRUE(lock.GetIsOK());
+        EXPECT_FALSE(GTraceLock().GetIsOK());
+        GTraceLog::Trace("A", "dropped");
+        GTrace::GetInstance()->SetLastLogged(true);
+        GTrace::GetInstance()->TraceStreamData(&stream, 5);
+    }
+    EXPECT_STREQ(mLog.GetPtr(), "\n *** A on23423456789");
+    GTraceLog::Trace("A", "open again");
+    EXPECT_STREQ(mLog.GetPtr(), "\n *** A on23423456789\n *** A open again");
+}
+
+TEST_F(GTraceTest, AStaleLogIsOverwrittenAndANewOneNumberedOnRequest) {
+    const std::string on = "\"Log\" \"1\"\n\"LogLocation\" \"0\"\n\"LogTime\" \"0\"\n";
+    Configure(Prefs(Group("Defaults", on)));
+    mFolder.Put("QuillonDebug/Mod.v2.tra", "stale, and longer than what comes");
+    GTrace::SetInstance(new GTrace);
+    GTraceLog::Trace("A", "1");
+    GTraceLog::Trace("A", "2");
+    EXPECT_EQ(Log(), "\n *** A 1\n *** A 2");
+    GTrace::SetInstance(nullptr);
+    Configure(Prefs(Group("Defaults", on + "\"AlwaysUseNewFile\" \"1\"\n")));
+    GTrace::SetInstance(new GTrace);
+    GTraceLog::Trace("A", "3");
+    EXPECT_EQ(Log(), "\n *** A 1\n *** A 2");
+    EXPECT_EQ(Log(" (0)"), "\n *** A 3");
+}
+
+TEST_F(GTraceTest, ALogIsKeptOnceWhenItIsTooLong) {
+    const GPathName path = mFolder.Portable("t.tra");
+    const std::string large(GTraceFile::cMaxLength + 1, 'x');
+    mFolder.Put("t.tra", large);
+    mFolder.Put("t (old).tra", "before");
+    GTraceFile file(path, false);
+    EXPECT_EQ(mFolder.Take("t.tra"), "");
+    EXPECT_EQ(mFolder.Take("t (old).tra").size(), large.size());
+    const GBuffer half(std::string(GTraceFile::cMaxLength / 2, 'h').c_str());
+    file.Write(half);
+    file.Write(half);
+    EXPECT_EQ(mFolder.Take("t.tra").size(), static_cast<std::size_t>(GTraceFile::cMaxLength));
+    file.Write("y");
+    EXPECT_EQ(mFolder.Take("t.tra"), "y");
+    EXPECT_EQ(mFolder.Take("t (old).tra").substr(0, 1), "h");
+}
+
+TEST_F(GTraceTest, WhatCannotBeOpenedReachesTheCaller) {
+    std::filesystem::create_directories(mFolder.Standard("t.tra"));
+    for (int i = 0; i <= 10; ++i)
+        std::filesystem::create_directories(mFolder.Standard("t (" + std::to_string(i) + ").tra"));
+    EXPECT_THROW(GTraceFile(mFolder.Portable("t.tra"), false), GException);
+    EXPECT_THROW(GTraceFile(GPathName(), false), GException);
+}
+
+struct CountedCallback : GCallbackAssert {
+    CountedCallback() { ++sAlive; }
+    ~CountedCallback() override { --sAlive; }
+    static inline int sAlive = 0;
+};
+
+TEST(GCallbackAssert, TheFirstInstallerWinsOverEveryDefault) {
+    auto* const first = new CountedCallback;
+    GCallbackAssert::SetDefaultInstance(first);
+    GCallbackAssert::SetDefaultInstance(new CountedCallback);
+    EXPECT_EQ(GCallbackAssert::GetInstance(), first);
+    GCallbackAssert::SetInstance(nullptr);
+    GCallbackAssert::SetDefaultInstance(new CountedCallback);
+    EXPECT_EQ(GCallbackAssert::GetInstance(), nullptr);
+    EXPECT_EQ(CountedCallback::sAlive, 0);
+}
+
+}  // namespace

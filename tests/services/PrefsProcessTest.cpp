@@ -1,0 +1,60 @@
+// Preferences that several processes write, and that a process is killed over.
+#include <gtest/gtest.h>
+
+#include <random>
+
+#include "framework/core/encodings/GUnicodeEncoding.h"
+#include "framework/services/GPrefFileModule.h"
+#include "framework/system/PSystem.h"
+#include "tests/files/TestFolder.h"
+#include "tests/tools/ChildProcess.h"
+
+namespace {
+
+std::wstring CommandLine(const TestFolder& folder, const std::string& group, long count) {
+    const std::string line =
+        "PrefsPeer.exe " + TextOf(folder.Portable("Q.uprefs")) + " " + group + " " + std::to_string(count);
+    return std::wstring(line.begin(), line.end());
+}
+
+/// The number that the peer of that group has written last; -1 for what no peer writes.
+long NumberOf(const TestFolder& folder, const char* group) {
+    const GPrefSharedFileModule module(folder.Portable("Q.uprefs"), GUnicodeEncoding::GetInstance());
+    const GString& first = module.Get(group, "first");
+    if (first.IsEmpty()) return 0;
+    const GString expected = GString(first.GetInt32()) + GString(std::string(5000, '.').c_str());
+    return first == expected && module.Get(group, "second") == first ? first.GetInt32() : -1;
+}
+
+TEST(PrefsProcess, WritersLoseNothingOfEachOther) {
+    constexpr long cCount = 30;
+    const TestFolder folder;
+    const ChildProcess one(CommandLine(folder, "a", cCount), L"NUL", L"NUL");
+    const ChildProcess other(CommandLine(folder, "b", cCount), L"NUL", L"NUL");
+    while (one.IsRunning() || other.IsRunning()) {
+        EXPECT_GE(NumberOf(folder, "a"), 0);
+        EXPECT_GE(NumberOf(folder, "b"), 0);
+        PSystem::MilliSleep(20);  // a reader that never rests would keep the writers out
+    }
+    EXPECT_EQ(one.WaitForExitCode(), 0);
+    EXPECT_EQ(other.WaitForExitCode(), 0);
+    EXPECT_EQ(NumberOf(folder, "a"), cCount);
+    EXPECT_EQ(NumberOf(folder, "b"), cCount);
+}
+
+TEST(PrefsProcess, AWriterKilledAtAnyMomentLeavesAWholeFileAndNoLock) {
+    const TestFolder folder;
+    std::mt19937 random(3);
+    for (int round = 0; round < 10; ++round) {
+        const ChildProcess writer(CommandLine(folder, "a", 100000), L"NUL", L"NUL");
+        while (writer.IsRunning() && !folder.Has("Q.uprefs")) PSystem::MilliSleep(1);
+        PSystem::MilliSleep(static_cast<long>(random() % 30));
+        ASSERT_TRUE(writer.IsRunning());
+        writer.Kill();
+        EXPECT_GT(NumberOf(folder, "a"), 0);
+        std::filesystem::remove(folder.Standard("Q.uprefs"));
+    }
+    EXPECT_FALSE(folder.Has("Q (damaged).uprefs"));
+}
+
+}  // namespace
