@@ -182,3 +182,7 @@ void GVariableMgr::GetTemp(GString& value) const {
 void GVariableMgr::GetSystemDisk(GString& value) const {
     value = GFileSystem::GetGlobalSystemFolder().GetRootPath().GetNativePathString();
 }
+
+bool GVariableMgr::GetCustomVariable(const GString&, GString&) const {
+    return false;
+}
