@@ -30,7 +30,7 @@ public:
     static constexpr long cDefaultsModule = -5;  // in memory
 
     /// Bits of SetDefaultModules().
-    enum PrefDefaultModule {
+    enum PrefDefaultModule : std::int32_t {
         cDefaultsBit = 1,
         cSystemBit = 2,
         cUserBit = 4,

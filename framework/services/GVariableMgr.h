@@ -28,7 +28,7 @@ public:
         cCurrentDocumentName,  ///< "%Current Document Name%", plain
         cSystemDisk,           ///< "%System Disk%", a path
     };
-    enum VariableCategories {
+    enum VariableCategories : std::int32_t {
         cPlain = 1,
         cPaths = 2,
         cAll = 3,

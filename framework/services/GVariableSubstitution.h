@@ -10,7 +10,7 @@
 class QUILLON_EXPORT GVariableSubstitution {
 public:
     /// What a text is; bits.
-    enum StringType {
+    enum StringType : std::int32_t {
         cNoType = 0,
         cPath = 1,
     };
@@ -33,7 +33,7 @@ public:
 /// is left out. Texts with variables for folders that are not there keep them.
 class QUILLON_EXPORT GVariableSubstitutionImp : public GVariableSubstitution {
 public:
-    enum PathNameTypes {
+    enum PathNameTypes : std::int32_t {
         cGlobalPreferences = 1,  ///< the common application data: "%QuillonGlobalPreferences%"
         cUserPreferences = 2,    ///< the user's preference folder: "%QuillonUserPreferences%"
         cGlobalTemp = 4,         ///< the global temporary folder: "%SystemGlobalTemp%"

@@ -141,8 +141,8 @@ long GBin2TextStream::FindClosingQuote() const {
         if (unit == cQuote) return position;
         if (IsLineEnd(unit)) return -1;
         // What an introducer escapes cannot close the string; a line end cannot be escaped.
-        const bool escapes = unit == cBackslash && position + 1 < mUnitCount &&
-                             !IsLineEnd(GetUnit(position + 1));
+        const bool escapes =
+            unit == cBackslash && position + 1 < mUnitCount && !IsLineEnd(GetUnit(position + 1));
         position += escapes ? 2 : 1;
     }
     return -1;

@@ -80,10 +80,10 @@ TEST(GBin2TextStream, ReadsQuotedStringsAndUndoesTheirEscapes) {
     ForEachRow<3>(
         {"'anna' x -> <anna> -> < x>", "'' -> <> -> none", "'a''b' -> <a> -> <'b'>",
          "'C:\\\\jobs\\\\' -> <C:\\jobs\\> -> none", "'a\\\\\\'b' -> <a\\'b> -> none",
-         "'a\\nb' -> <a\r\nb> -> none", "'a\u00A5tb' -> <a\u00A5tb> -> none", "'a\u0A0Ab' -> <a\u0A0Ab> -> none",
-         " 'a' -> none -> < 'a'>", "anna -> none -> <anna>", "'anna -> none -> <'anna>",
-         "'anna\n' -> none -> <'anna>", "'anna\\' -> none -> <'anna\\'>", "'anna\\ -> none -> <'anna\\>",
-         "'anna\\\n' -> none -> <'anna\\>", " -> none -> none"},
+         "'a\\nb' -> <a\r\nb> -> none", "'a\u00A5tb' -> <a\u00A5tb> -> none",
+         "'a\u0A0Ab' -> <a\u0A0Ab> -> none", " 'a' -> none -> < 'a'>", "anna -> none -> <anna>",
+         "'anna -> none -> <'anna>", "'anna\n' -> none -> <'anna>", "'anna\\' -> none -> <'anna\\'>",
+         "'anna\\ -> none -> <'anna\\>", "'anna\\\n' -> none -> <'anna\\>", " -> none -> none"},
         [](auto input, auto quoted, auto rest) {
             Text text{WithQuotes(input)};
             EXPECT_EQ(text.Quoted(), WithQuotes(quoted));
