@@ -78,8 +78,12 @@ GFileFacts::Owner PWin32FileOwner::GetOwnerOf(void* file) const {
         return Owner::cOther;
     const Block owned(descriptor);
     if (sid == nullptr) return Owner::cOther;
-    if (::EqualSid(sid, SIDOf(mUser))) return Owner::cUser;
+    if (IsUser(sid)) return Owner::cUser;
     if (::IsWellKnownSid(sid, WinLocalSystemSid)) return Owner::cSystem;
     if (::IsWellKnownSid(sid, WinBuiltinAdministratorsSid)) return Owner::cAdministrators;
     return IsTrustedInstaller(sid) ? Owner::cTrustedInstaller : Owner::cOther;
+}
+
+bool PWin32FileOwner::IsUser(void* sid) const {
+    return ::EqualSid(sid, SIDOf(mUser)) != FALSE;
 }

@@ -15,6 +15,8 @@ public:
     PWin32FileOwner();
 
     GFileFacts::Owner GetOwnerOf(void* file) const;
+    /// Whether the security identifier is that of the user alone, not of a group.
+    bool IsUser(void* sid) const;
     /// The security descriptor of a folder that is open to this user, the system and the administrators,
     /// with all that will be in it, and inherits nothing from the folder around it.
     void* GetFolderDescriptor() const noexcept { return mFolderDescriptor.Get(); }

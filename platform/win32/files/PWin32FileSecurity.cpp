@@ -5,6 +5,7 @@
 #include "platform/win32/base/PWin32ScopedHandle.h"
 #include "platform/win32/core/PWin32SystemException.h"
 #include "platform/win32/core/PWin32Wide.h"
+#include "platform/win32/files/PWin32FileOwner.h"
 #include "platform/win32/files/PWin32FileSystemImp.h"
 
 #include "platform/win32/base/PWin32Api.h"
@@ -74,6 +75,8 @@ bool PWin32FileSystemImp::CheckIfOwner(const GPathName& path) {
     CheckStatus(::GetNamedSecurityInfoW(Name(native), SE_FILE_OBJECT, OWNER_SECURITY_INFORMATION, &owner,
                                         nullptr, nullptr, nullptr, &found));
     const Descriptor descriptor(found);
+    // Some systems look among the groups alone.
+    if (PWin32FileOwner().IsUser(owner)) return true;
     BOOL isOwner = FALSE;
     // A group that the user belongs to, such as the administrators, may own it, too.
     PWin32SystemException::CheckForErrors(::CheckTokenMembership(nullptr, owner, &isOwner));
