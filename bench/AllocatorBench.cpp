@@ -29,7 +29,7 @@ void Pairs(std::size_t size, int count) {
     }
 }
 
-// A thousand blocks of 8 to 128 bytes live; a random one makes room for the next.
+// A thousand blocks of 8 to 500 bytes live; a random one makes room for the next.
 template <class Heap>
 void Churn(int count) {
     struct Block {
@@ -43,7 +43,7 @@ void Churn(int count) {
         state = state * 1664525 + 1013904223;
         Block& block = blocks[(state >> 8) % cBlocks];
         if (block.memory != nullptr) Heap::Free(block.memory, block.size);
-        block.size = 8 + (state >> 20) % 121;
+        block.size = 8 + (state >> 20) % 493;
         block.memory = Heap::Allocate(block.size);
         *static_cast<std::uint32_t*>(block.memory) = state;
     }
@@ -53,10 +53,10 @@ void Churn(int count) {
 }
 
 template <class Work>
-void OnTwoThreads(Work work) {
-    std::thread other(work);
+void OnFourThreads(Work work) {
+    std::thread others[] = {std::thread(work), std::thread(work), std::thread(work)};
     work();
-    other.join();
+    for (std::thread& other : others) other.join();
 }
 
 }  // namespace
@@ -69,13 +69,14 @@ int main() {
             [size] { Pairs<Pooled>(size, cCount); }, [size] { Pairs<Plain>(size, cCount); });
     }
     Comparison::Print(
-        "churn of 8 to 128", cCount, "malloc", [] { Churn<Pooled>(cCount); }, [] { Churn<Plain>(cCount); });
+        "churn of 8 to 500", cCount, "malloc", [] { Churn<Pooled>(cCount); }, [] { Churn<Plain>(cCount); });
     constexpr int cMany = 10 * cCount;  // so that starting the thread does not count
     Comparison::Print(
-        "allocate and free 24, two threads", cMany, "malloc",
-        [] { OnTwoThreads([] { Pairs<Pooled>(24, cMany); }); },
-        [] { OnTwoThreads([] { Pairs<Plain>(24, cMany); }); });
+        "allocate and free 24, four threads", cMany, "malloc",
+        [] { OnFourThreads([] { Pairs<Pooled>(24, cMany); }); },
+        [] { OnFourThreads([] { Pairs<Plain>(24, cMany); }); });
     Comparison::Print(
-        "churn of 8 to 128, two threads", cMany, "malloc", [] { OnTwoThreads([] { Churn<Pooled>(cMany); }); },
-        [] { OnTwoThreads([] { Churn<Plain>(cMany); }); });
+        "churn of 8 to 500, four threads", cMany, "malloc",
+        [] { OnFourThreads([] { Churn<Pooled>(cMany); }); },
+        [] { OnFourThreads([] { Churn<Plain>(cMany); }); });
 }

@@ -19,4 +19,9 @@ public:
     /// sizes hold. The block's new place; null, with the block as it was, when the system has none.
     static void* ReallocateInHeap(void* block, std::size_t size) noexcept;
     static void FreeToHeap(void* block) noexcept;
+
+    /// Makes every running thread of the process pass a memory barrier: what the caller has written, each of
+    /// them reads from then on, and what each has written, the caller reads. False when the system has no
+    /// such call.
+    static bool FenceAllThreads() noexcept;
 };

@@ -4,6 +4,7 @@
 #include <array>
 #include <cstring>
 #include <mutex>
+#include <new>
 
 #include "framework/core/memory/GPoolPoison.h"
 #include "platform/base/PMemory.h"
@@ -14,10 +15,11 @@ GAllocator GAllocator::sInstance __attribute__((init_priority(101)));
 
 GAllocator::GAllocator() noexcept {
     for (std::size_t i = 0; i < cSmallClassCount; ++i) mFixedSizes[i].Initialize(this, SizeOf(i));
-    for (std::size_t i = 0; i < cStackCount; ++i) mCacheOfStack[i] = &mCaches[i % cCacheCount];
 }
 
 GAllocator::~GAllocator() {
+    mCacheSlot.End();
+    while (mCaches != nullptr) EndCache(*mCaches);
     ReleasePools(0);
     SetMoreMemoryFree(false);
     for (GFixedSizeAllocator& sizeClass : mFixedSizes) sizeClass.AbandonChunks();
@@ -31,12 +33,16 @@ void* GAllocator::Allocate(std::size_t size) {
 void* GAllocator::TryToAllocate(std::size_t size) noexcept {
     if (size > cMaxPooledSize) return PMemory::AllocateFromHeap(size);
     const std::size_t sizeClass = ClassOf(size);
-    Cache* const cache = EnterCacheOfThread();
-    if (cache == nullptr) return TakeFromPool(sizeClass);
-    BlockList& list = cache->lists[sizeClass];
+    Cache* const cache = GetCacheOfThread();
+    return cache != nullptr ? AllocateCached(*cache, sizeClass) : AllocateAtFirst(sizeClass);
+}
+
+inline void* GAllocator::AllocateCached(Cache& cache, std::size_t sizeClass) noexcept {
+    if (!Enter(cache)) return TakeFromPool(sizeClass);
+    BlockList& list = cache.lists[sizeClass];
     if (list.IsEmpty()) Refill(list, sizeClass);
     void* const block = list.IsEmpty() ? nullptr : list.Take(sizeClass);
-    Leave(*cache);
+    Leave(cache);
     return block;
 }
 
@@ -78,11 +84,9 @@ void GAllocator::Free(void* block, std::size_t size) noexcept {
 }
 
 void GAllocator::FreeCached(void* block, std::size_t sizeClass) noexcept {
-    Cache* const cache = EnterCacheOfThread();
-    if (cache == nullptr) {
-        GiveToPool(block, sizeClass);
-        return;
-    }
+    // A thread that only gives back gets no cache: it may be at its very end.
+    Cache* const cache = GetCacheOfThread();
+    if (cache == nullptr || !Enter(*cache)) return GiveToPool(block, sizeClass);
     BlockList& list = cache->lists[sizeClass];
     list.Put(block, sizeClass);
     if (list.GetCount() > CacheLimit(sizeClass)) Drain(list, sizeClass, list.GetCount() / 2);
@@ -110,18 +114,49 @@ void* GAllocator::BlockList::Take(std::size_t sizeClass) noexcept {
     return block;
 }
 
-// Null when another thread is using the cache just now. Threads' stacks lie far apart, so that each
-// soon has a cache of its own: those that meet in one go on to others.
-GAllocator::Cache* GAllocator::EnterCacheOfThread() noexcept {
-    const auto stack = reinterpret_cast<std::uintptr_t>(__builtin_frame_address(0));
-    const std::uint32_t mixed = static_cast<std::uint32_t>(stack >> 18) * 0x9E3779B1U;
-    static_assert(cStackCount == 512);
-    std::atomic<Cache*>& place = mCacheOfStack[mixed >> 23];
-    Cache* const cache = place.load(std::memory_order_relaxed);
-    if (!cache->busy.exchange(true, std::memory_order_acquire)) return cache;
-    Cache* const next = cache + 1;
-    place.store(next == std::end(mCaches) ? mCaches : next, std::memory_order_relaxed);
-    return nullptr;
+// False when another thread empties it just now. The order of the two words is the compiler's affair here;
+// DrainCaches sees to the processors.
+inline bool GAllocator::Enter(Cache& cache) noexcept {
+    cache.busy.store(true, std::memory_order_relaxed);
+    std::atomic_signal_fence(std::memory_order_seq_cst);
+    if (!cache.closed.load(std::memory_order_acquire)) return true;
+    Leave(cache);
+    return false;
+}
+
+// Of a thread that has no cache yet. Without memory for one it goes without.
+void* GAllocator::AllocateAtFirst(std::size_t sizeClass) noexcept {
+    void* const place = PMemory::AllocateFromHeap(sizeof(Cache));
+    if (place == nullptr) return TakeFromPool(sizeClass);
+    Cache& cache = *::new (place) Cache(*this);
+    if (!mCacheSlot.Set(&cache)) {
+        PMemory::FreeToHeap(place);
+        return TakeFromPool(sizeClass);
+    }
+    {
+        const std::lock_guard<PCriticalSection> lock(mSection);
+        cache.next = mCaches;
+        if (mCaches != nullptr) mCaches->previous = &cache;
+        mCaches = &cache;
+    }
+    return AllocateCached(cache, sizeClass);
+}
+
+void GAllocator::AtThreadEnd(void* value) noexcept {
+    Cache& cache = *static_cast<Cache*>(value);
+    GAllocator& allocator = cache.allocator;
+    if (!allocator.mCacheSlot.IsOfThread(value)) return;
+    allocator.mCacheSlot.Set(nullptr);
+    allocator.EndCache(cache);
+}
+
+// Its thread has ended, or all have.
+void GAllocator::EndCache(Cache& cache) noexcept {
+    const std::lock_guard<PCriticalSection> lock(mSection);
+    DrainAll(cache);
+    (cache.previous != nullptr ? cache.previous->next : mCaches) = cache.next;
+    if (cache.next != nullptr) cache.next->previous = cache.previous;
+    PMemory::FreeToHeap(&cache);
 }
 
 // 2 KiB of a size, within reason.
@@ -158,12 +193,20 @@ void GAllocator::Drain(BlockList& list, std::size_t sizeClass, std::int32_t keep
     while (list.GetCount() > keep) GiveToPool(list.Take(sizeClass), sizeClass);
 }
 
-// Leaves out the caches that are in use just now.
+void GAllocator::DrainAll(Cache& cache) noexcept {
+    for (std::size_t i = 0; i < cClassCount; ++i) Drain(cache.lists[i], i, 0);
+}
+
+// Leaves out the caches that are in use just now, and where the system has no barrier for all threads, those
+// of the others.
 void GAllocator::DrainCaches() noexcept {
-    for (Cache& cache : mCaches) {
-        if (cache.busy.exchange(true, std::memory_order_acquire)) continue;
-        for (std::size_t i = 0; i < cClassCount; ++i) Drain(cache.lists[i], i, 0);
-        Leave(cache);
+    const std::lock_guard<PCriticalSection> lock(mSection);
+    for (Cache* cache = mCaches; cache != nullptr; cache = cache->next) cache->closed.store(true);
+    const bool seen = PMemory::FenceAllThreads();
+    const Cache* const own = GetCacheOfThread();
+    for (Cache* cache = mCaches; cache != nullptr; cache = cache->next) {
+        if (cache == own || (seen && !cache->busy.load(std::memory_order_acquire))) DrainAll(*cache);
+        cache->closed.store(false, std::memory_order_release);
     }
 }
 

@@ -15,9 +15,9 @@
 /// - up to 1024 bytes: a free list a size class, which is refilled by what is given back;
 /// - above: the heap of the process.
 ///
-/// Threads: any thread may call anything. One critical section guards chunks and free lists. In front
-/// of it stand a few small caches of free blocks, chosen by the calling thread's stack; a thread that finds
-/// its cache in use by another just then passes it by, never waits, and takes to the next one.
+/// Threads: any thread may call anything. One critical section guards chunks and free lists. In front of it
+/// each thread has a small cache of free blocks, at most 2 KiB or two blocks of a size. It takes from there
+/// and gives back there without a lock or a call of the system; when it ends, its blocks go back.
 ///
 /// Modules: each module that links the framework (the DLL; a program that links it statically) has an
 /// allocator of its own. A small block that is given to another module's allocator is passed on to
@@ -73,7 +73,7 @@ public:
 
     /// Chunks that are held now.
     long GetChunkCount() noexcept;
-    /// Small blocks that are in use now. Empties the caches to see it, but for one in use just then.
+    /// Small blocks that are in use now. Empties the caches to see it, but for those in use just then.
     long GetUsedBlockCount() noexcept;
 
     /// Throws the exception for exhausted memory, a GMemoryException.
@@ -83,8 +83,6 @@ private:
     // Size classes count from 0 for 8 bytes; the first of them come from chunks.
     static constexpr std::size_t cSmallClassCount = cMaxSmallSize / cGranularity;
     static constexpr std::size_t cClassCount = cMaxPooledSize / cGranularity;
-    static constexpr std::size_t cCacheCount = 16;
-    static constexpr std::size_t cStackCount = 512;
     static constexpr std::size_t cEmergencySize = 65536;
 
     // Free blocks of one size, chained through their first word.
@@ -99,16 +97,25 @@ private:
         void* mFirst = nullptr;
         std::int32_t mCount = 0;
     };
-    // A front cache. On cache lines of its own, so that two threads do not fight for it.
-    struct alignas(64) Cache {
+    // What a thread keeps. Its own thread says that it is in it by writing one word and looks at another one.
+    // Whoever wants to empty it writes the other one first, has all threads pass a barrier, and then looks
+    // whether its thread is in it. So the thread itself, which comes by all the time, needs no barrier.
+    struct Cache {
+        explicit Cache(GAllocator& owner) noexcept : allocator(owner) {}
+
         std::atomic<bool> busy{false};
+        std::atomic<bool> closed{false};
         BlockList lists[cClassCount];
+        GAllocator& allocator;
+        Cache* next = nullptr;  // of all threads; guarded as the pools are
+        Cache* previous = nullptr;
     };
 
     static std::size_t ClassOf(std::size_t size) noexcept { return GetIndex(size) - 1; }
     static std::size_t SizeOf(std::size_t sizeClass) noexcept { return (sizeClass + 1) * cGranularity; }
     static std::int32_t CacheLimit(std::size_t sizeClass) noexcept;
-    Cache* EnterCacheOfThread() noexcept;
+    Cache* GetCacheOfThread() const noexcept { return static_cast<Cache*>(mCacheSlot.Get()); }
+    static bool Enter(Cache& cache) noexcept;
     static void Leave(Cache& cache) noexcept { cache.busy.store(false, std::memory_order_release); }
 
     void* TryToAllocate(std::size_t size) noexcept;
@@ -119,18 +126,22 @@ private:
     [[gnu::noinline]] void* TryAfterNewHandler(Try tryOnce);
     [[gnu::noinline]] void Refill(BlockList& list, std::size_t sizeClass) noexcept;
     [[gnu::noinline]] void Drain(BlockList& list, std::size_t sizeClass, std::int32_t keep) noexcept;
+    [[gnu::noinline]] void* AllocateAtFirst(std::size_t sizeClass) noexcept;
     [[gnu::noinline]] void* TakeFromPool(std::size_t sizeClass) noexcept;
     [[gnu::noinline]] void GiveToPool(void* block, std::size_t sizeClass) noexcept;
+    void* AllocateCached(Cache& cache, std::size_t sizeClass) noexcept;
+    static void AtThreadEnd(void* cache) noexcept;
+    void DrainAll(Cache& cache) noexcept;
     void DrainCaches() noexcept;
+    void EndCache(Cache& cache) noexcept;
     bool ReleasePools(long keptChunks) noexcept;
     virtual void FreeForOtherModule(void* block, std::size_t size) noexcept;
 
     static GAllocator sInstance;
 
     PCriticalSection mSection;
-    Cache mCaches[cCacheCount];
-    // The cache of the threads whose stacks lie at a place.
-    std::atomic<Cache*> mCacheOfStack[cStackCount];
+    PThreadCacheSlot mCacheSlot{&GAllocator::AtThreadEnd};
+    Cache* mCaches = nullptr;
     GFixedSizeAllocator mFixedSizes[cSmallClassCount];
     BlockList mHeapBlocks[cClassCount];  // of the classes above the small ones
     void* mEmergency = nullptr;

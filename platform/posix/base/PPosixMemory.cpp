@@ -1,3 +1,7 @@
+#include <linux/membarrier.h>
+#include <sys/syscall.h>
+#include <unistd.h>
+
 #include <cstdlib>
 
 #include "platform/base/PMemory.h"
@@ -20,4 +24,10 @@ void* PMemory::ReallocateInHeap(void* block, std::size_t size) noexcept {
 
 void PMemory::FreeToHeap(void* block) noexcept {
     std::free(block);
+}
+
+bool PMemory::FenceAllThreads() noexcept {
+    static const bool sIsThere =
+        ::syscall(SYS_membarrier, MEMBARRIER_CMD_REGISTER_PRIVATE_EXPEDITED, 0, 0) == 0;
+    return sIsThere && ::syscall(SYS_membarrier, MEMBARRIER_CMD_PRIVATE_EXPEDITED, 0, 0) == 0;
 }

@@ -41,3 +41,8 @@ void* PMemory::ReallocateInHeap(void* block, std::size_t size) noexcept {
 void PMemory::FreeToHeap(void* block) noexcept {
     if (block != nullptr) ::HeapFree(::GetProcessHeap(), 0, block);
 }
+
+bool PMemory::FenceAllThreads() noexcept {
+    ::FlushProcessWriteBuffers();
+    return true;
+}

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <atomic>
 #include <cstdint>
 #include <cstring>
 #include <limits>
@@ -192,12 +193,41 @@ TEST(GAllocator, WhatTheSystemCannotGiveThrows) {
     }
 }
 
-TEST(GAllocator, ThreadsAllocateAndFreeTheirOwnAndEachOthersBlocks) {
+TEST(GAllocator, WhatAThreadKeepsGoesBackOnDemandAndAtItsEnd) {
+    GAllocator allocator;
+    std::atomic<int> step{0};
+    const auto reach = [&step](int next) {
+        step.store(next);
+        step.notify_all();
+    };
+    const auto wait = [&step](int wanted) {
+        for (int seen = step.load(); seen < wanted; seen = step.load()) step.wait(seen);
+    };
+    std::thread idle([&] {
+        allocator.Free(allocator.Allocate(40), 40);
+        reach(1);
+        wait(2);
+        allocator.Free(allocator.Allocate(40), 40);
+    });
+    wait(1);
+    EXPECT_EQ(allocator.GetChunkCount(), 1);
+    allocator.ReleaseFreeLists();
+    const long kept = PMemory::FenceAllThreads() ? 0 : 1;
+    EXPECT_EQ(allocator.GetChunkCount(), kept) << "of a thread that lives";
+    reach(2);
+    idle.join();
+    EXPECT_EQ(allocator.GetChunkCount(), 1);
+    allocator.ReleaseFreeLists();
+    EXPECT_EQ(allocator.GetChunkCount(), 0);
+}
+
+TEST(GAllocator, ThreadsAllocateAndFreeTheirOwnAndEachOthersBlocksWhileTheirCachesAreEmptied) {
     constexpr unsigned cThreads = 4;
     GAllocator allocator;
     std::vector<std::thread> threads;
     std::vector<Block> handedOver[cThreads];
     std::mutex mutexes[cThreads];
+    std::atomic<unsigned> running{cThreads};
     for (unsigned i = 0; i < cThreads; ++i) {
         threads.emplace_back([&, i] {
             for (unsigned round = 0; round < 200; ++round) {
@@ -217,8 +247,10 @@ TEST(GAllocator, ThreadsAllocateAndFreeTheirOwnAndEachOthersBlocks) {
                 const std::lock_guard lock(mutexes[next]);
                 handedOver[next].insert(handedOver[next].end(), made.begin(), made.end());
             }
+            --running;
         });
     }
+    while (running > 0) allocator.ReleaseFreeLists();
     for (std::thread& thread : threads) thread.join();
     for (const std::vector<Block>& blocks : handedOver) {
         for (const Block& block : blocks) allocator.Free(block.memory, block.size);
