@@ -34,35 +34,31 @@ TEST(Printers, KnowsOurPortInWhateverCaseAndPlace) {
         EXPECT_EQ((PrinterInfo{L"P", ports, L"D"}).IsOnOurPort(), ours) << what;
 }
 
-TEST(Drivers, ChoosesAPostScriptDriverOfWindowsBeforeAMakers) {
+TEST(Drivers, TellsThoseOfWindowsFromOthersThatMakePostScript) {
     const DriverInfo classDriver{L"Microsoft PS Class Driver", L"C:\\d\\mxdwdrv.dll", L""};
     const DriverInfo imagesetter{L"MS Publisher Imagesetter", L"C:\\d\\PSCRIPT5.DLL", L""};
     const DriverInfo maker{L"Laser 9 PS", L"C:\\d\\pscript5.dll", L""};
     const DriverInfo wine{L"Test PS", L"C:\\d\\wineps.drv", L""};
     const DriverInfo fax{L"Fax", L"C:\\d\\fxsdrv.dll", L""};
     const DriverInfo lookalike{L"PS for all", L"C:\\pscript5.dll\\unidrv.dll", L""};
-    const struct {
-        const char* what;
-        std::vector<DriverInfo> drivers;
-        const wchar_t* chosen;  // null: none
-    } rows[] = {
-        {"no driver", {}, nullptr},
-        {"none that makes PostScript", {fax, lookalike}, nullptr},
-        {"the only one", {fax, maker}, L"Laser 9 PS"},
-        {"Wine's", {fax, wine}, L"Test PS"},
-        {"Windows' own before a maker's", {maker, imagesetter}, L"MS Publisher Imagesetter"},
+    const std::tuple<const char*, std::vector<DriverInfo>, const wchar_t*, const wchar_t*> rows[] = {
+        {"no driver", {}, L"", L""},
+        {"none that makes PostScript", {fax, lookalike}, L"", L""},
+        {"a maker's", {fax, maker}, L"", L"Laser 9 PS"},
+        {"the first of two", {fax, wine, maker}, L"", L"Test PS"},
         {"the imagesetter before the class driver",
          {classDriver, maker, imagesetter},
-         L"MS Publisher Imagesetter"},
-        {"the class driver, known by its name", {maker, classDriver}, L"Microsoft PS Class Driver"},
-        {"the first of two makers'", {wine, maker}, L"Test PS"},
+         L"MS Publisher Imagesetter",
+         L"Microsoft PS Class Driver"},
+        {"the class driver, known by its name",
+         {maker, classDriver},
+         L"Microsoft PS Class Driver",
+         L"Laser 9 PS"},
     };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.what);
-        const DriverInfo* chosen = ChoosePostScriptDriver(row.drivers);
-        ASSERT_EQ(chosen != nullptr, row.chosen != nullptr);
-        if (chosen == nullptr) continue;
-        EXPECT_EQ(chosen->name, row.chosen);
+    const auto nameOf = [](const DriverInfo* driver) { return driver == nullptr ? L"" : driver->name; };
+    for (const auto& [what, drivers, ofWindows, any] : rows) {
+        EXPECT_EQ(nameOf(FindDriverOfWindows(drivers)), ofWindows) << what;
+        EXPECT_EQ(nameOf(FindPostScriptDriver(drivers)), any) << what;
     }
 }
 

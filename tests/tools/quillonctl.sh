@@ -94,8 +94,12 @@ ctl 1 install --dll 'C:\no\such.dll' --ppd "$ppd"
 says 'There is no library'
 unchanged_since "$scratch/fresh" "a missing library"
 ctl 1 install --dll 'C:\windows\system32\version.dll' --ppd "$ppd"
-says 'Registering the port monitor failed'
-says 'Taking back the copied library'
+says 'It is no print port monitor.'
+printf 'MZ' >"$scratch/torn.dll"
+ctl 1 install --dll "$(winepath -w "$scratch/torn.dll")" --ppd "$ppd"
+says 'It cannot be loaded into a 64-bit program.'
+ctl 1 install --dll "$(winepath -w "$support/ForwardingMonitor.dll")" --ppd "$ppd"
+says 'It has no version.'
 unchanged_since "$scratch/fresh" "a library that is no monitor"
 ctl 1 install --dll "$delivered"
 says 'No PostScript printer driver was found'
@@ -119,6 +123,14 @@ says "The printer 'Quillon PDF' is there already"
 unchanged_since "$scratch/installed" "a second installation"
 ctl 0 install --dll "$delivered"
 unchanged_since "$scratch/installed" "a third one, which needs no driver"
+ctl 1 install --dll "$delivered" --driver 'No such driver'
+says "is there already, with the driver 'Quillon PostScript'"
+cp "$scratch/torn.dll" "$scratch/other.ppd"
+ctl 1 install --dll "$delivered" --ppd "$(winepath -w "$scratch/other.ppd")"
+says "is there already, with the driver 'Quillon PostScript'"
+ctl 1 install --dll "$(winepath -w "$bin/quillonctl.exe")"
+says 'It is no print port monitor.'
+unchanged_since "$scratch/installed" "what could not be met"
 ctl 0 status
 says 'registered, QuillonPortMonitor64.dll'
 says ', version '

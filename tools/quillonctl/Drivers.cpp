@@ -27,9 +27,9 @@ std::wstring GetFullPath(const std::wstring& path) {
 }  // namespace
 
 bool DriverInfo::IsPostScript() const {
-    const auto& preferred = GetPreferredDrivers();
     return IsPostScriptRenderer(GetFileName(renderer)) ||
-           std::ranges::any_of(preferred, [this](const auto& row) { return IsSameName(row, name); });
+           std::ranges::any_of(GetDriversOfWindows(),
+                               [this](const auto& row) { return IsSameName(row, name); });
 }
 
 std::vector<DriverInfo> Drivers::GetAll() {
@@ -53,7 +53,8 @@ std::optional<DriverInfo> Drivers::Find(const std::wstring& name) {
     return std::nullopt;
 }
 
-bool Drivers::InstallFromStore(const std::wstring& name) {
+bool Drivers::InstallFromStore(const std::wstring& name, std::wstring& problem) {
+    problem.clear();
     using InstallFunction =
         HRESULT(WINAPI*)(LPCWSTR server, LPCWSTR inf, LPCWSTR driver, LPCWSTR environment, DWORD flags);
     const HMODULE spooler = ::GetModuleHandleW(L"winspool.drv");
@@ -61,7 +62,11 @@ bool Drivers::InstallFromStore(const std::wstring& name) {
     const auto install = reinterpret_cast<InstallFunction>(
         reinterpret_cast<void*>(::GetProcAddress(spooler, "InstallPrinterDriverFromPackageW")));
     // Without a description file of ours the store's own is taken.
-    return install != nullptr && SUCCEEDED(install(nullptr, nullptr, name.c_str(), Product::cEnvironment, 0));
+    if (install == nullptr) return false;
+    const HRESULT result = install(nullptr, nullptr, name.c_str(), Product::cEnvironment, 0);
+    if (SUCCEEDED(result)) return true;
+    problem = DescribeSystemError(static_cast<unsigned long>(result));
+    return false;
 }
 
 std::wstring Drivers::InstallForWine(const std::wstring& name, const std::wstring& ppd) {
@@ -101,23 +106,25 @@ void Drivers::Remove(const std::wstring& name) {
     throw SystemFailure(L"Removing the printer driver '" + name + L"'");
 }
 
-const DriverInfo* ChoosePostScriptDriver(const std::vector<DriverInfo>& drivers) {
-    for (const std::wstring& name : GetPreferredDrivers()) {
-        for (const DriverInfo& driver : drivers) {
-            if (IsSameName(driver.name, name)) return &driver;
-        }
-    }
-    for (const DriverInfo& driver : drivers) {
-        if (driver.IsPostScript()) return &driver;
-    }
-    return nullptr;
-}
-
-const std::vector<std::wstring>& GetPreferredDrivers() {
-    static const std::vector<std::wstring> sPreferred = {
+const std::vector<std::wstring>& GetDriversOfWindows() {
+    static const std::vector<std::wstring> sNames = {
         L"MS Publisher Imagesetter",
         L"MS Publisher Color Printer",
         L"Microsoft PS Class Driver",
     };
-    return sPreferred;
+    return sNames;
+}
+
+const DriverInfo* FindDriverOfWindows(const std::vector<DriverInfo>& drivers) {
+    for (const std::wstring& name : GetDriversOfWindows()) {
+        for (const DriverInfo& driver : drivers) {
+            if (IsSameName(driver.name, name)) return &driver;
+        }
+    }
+    return nullptr;
+}
+
+const DriverInfo* FindPostScriptDriver(const std::vector<DriverInfo>& drivers) {
+    const auto found = std::ranges::find_if(drivers, &DriverInfo::IsPostScript);
+    return found == drivers.end() ? nullptr : &*found;
 }

@@ -22,18 +22,19 @@ public:
     /// Nothing when there is none of that name, whatever its case.
     static std::optional<DriverInfo> Find(const std::wstring& name);
 
-    /// Takes a driver that Windows carries along but has not installed yet out of its driver store.
-    /// False when it has none of that name, or no store.
-    static bool InstallFromStore(const std::wstring& name);
+    /// Takes a driver that Windows carries along but has not installed yet out of its driver store. False
+    /// when there is no store, or it does not give it; `problem` then says why, or is empty.
+    static bool InstallFromStore(const std::wstring& name, std::wstring& problem);
     /// Makes a driver of Wine's PostScript renderer and a description file. Returns the full path of
     /// the spooler's copy of the description.
     static std::wstring InstallForWine(const std::wstring& name, const std::wstring& ppd);
     static void Remove(const std::wstring& name);
 };
 
-/// The best of the PostScript drivers: one that Windows brings along before one of some printer's
-/// maker, which may add what only that printer understands. Null when none makes PostScript.
-const DriverInfo* ChoosePostScriptDriver(const std::vector<DriverInfo>& drivers);
-
-/// The drivers that Windows brings along, best first.
-const std::vector<std::wstring>& GetPreferredDrivers();
+/// The PostScript drivers that Windows brings along, best first. One of some printer's maker may add what
+/// only that printer understands.
+const std::vector<std::wstring>& GetDriversOfWindows();
+/// The best of those; null when none of them is there.
+const DriverInfo* FindDriverOfWindows(const std::vector<DriverInfo>& drivers);
+/// The first that makes PostScript, or null.
+const DriverInfo* FindPostScriptDriver(const std::vector<DriverInfo>& drivers);

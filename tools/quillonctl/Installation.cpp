@@ -50,6 +50,9 @@ void Installation::Run() {
 
 void Installation::InstallLibrary() {
     if (!LibraryFile::Exists(mSource)) throw Failure(L"There is no library " + mSource + L".");
+    if (const auto fault = LibraryFile::FindFault(mSource)) {
+        throw Failure(mSource + L" cannot be installed. " + *fault);
+    }
     if (!LibraryFile::Exists(mTarget)) {
         CopyLibrary();
         Say(L"Copied the library to " + mTarget + L".");
@@ -125,6 +128,7 @@ void Installation::InstallPrinter() {
             throw Failure(L"A printer '" + mPrinterName +
                           L"' exists on another port. Choose another name with --printer.");
         }
+        CheckDriverOf(*printer);
         Say(L"The printer '" + printer->name + L"' is there already (driver '" + printer->driver + L"').");
         return;
     }
@@ -136,6 +140,18 @@ void Installation::InstallPrinter() {
     });
     InstallRecord::Add(Kind::Printer, mPrinterName);
     Say(L"Added the printer '" + mPrinterName + L"' with the driver '" + driver + L"'.");
+}
+
+// A printer that is there keeps its driver, so a wish for another one cannot be met.
+void Installation::CheckDriverOf(const PrinterInfo& printer) const {
+    bool isAsWished = mWishes.driver.empty() || IsSameName(mWishes.driver, printer.driver);
+    if (isAsWished && !mWishes.ppd.empty()) {
+        const auto driver = Drivers::Find(printer.driver);
+        isAsWished = driver && LibraryFile::HaveSameContent(mWishes.ppd, driver->dataFile);
+    }
+    if (isAsWished) return;
+    throw Failure(L"The printer '" + printer.name + L"' is there already, with the driver '" +
+                  printer.driver + L"'. Remove it first, or choose another name with --printer.");
 }
 
 std::wstring Installation::InstallDriver() {
@@ -179,9 +195,16 @@ std::wstring Installation::UseNamedDriver() {
 
 std::wstring Installation::UseAnyDriver() {
     const std::vector<DriverInfo> drivers = Drivers::GetAll();
-    if (const DriverInfo* best = ChoosePostScriptDriver(drivers)) return best->name;
-    for (const std::wstring& name : GetPreferredDrivers()) {
+    if (const DriverInfo* own = FindDriverOfWindows(drivers)) {
+        Say(L"Chose the driver '" + own->name + L"', which Windows brings along.");
+        return own->name;
+    }
+    for (const std::wstring& name : GetDriversOfWindows()) {
         if (TakeDriverFromStore(name)) return name;
+    }
+    if (const DriverInfo* any = FindPostScriptDriver(drivers)) {
+        Say(L"Chose the driver '" + any->name + L"', as none that Windows brings along could be had.");
+        return any->name;
     }
     throw Failure(L"No PostScript printer driver was found. Name one with --driver" +
                   std::wstring(SpoolerHost::IsWine() ? L", or a printer's description with --ppd." : L".") +
@@ -189,7 +212,11 @@ std::wstring Installation::UseAnyDriver() {
 }
 
 bool Installation::TakeDriverFromStore(const std::wstring& name) {
-    if (!Drivers::InstallFromStore(name)) return false;
+    std::wstring problem;
+    if (!Drivers::InstallFromStore(name, problem)) {
+        if (!problem.empty()) Warn(L"The driver store does not give '" + name + L"': " + problem);
+        return false;
+    }
     mRollback.AddUndo(L"the installed printer driver", [name] {
         Drivers::Remove(name);
         InstallRecord::Remove(Kind::Driver, name);

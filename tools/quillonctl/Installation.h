@@ -3,6 +3,7 @@
 #include <string>
 
 #include "tools/quillonctl/CommandLine.h"
+#include "tools/quillonctl/Printers.h"
 #include "tools/quillonctl/Rollback.h"
 
 /// Installation: the steps of `install`.
@@ -25,6 +26,7 @@ private:
     void MakePortKey();
     void CheckPort() const;
     void InstallPrinter();
+    void CheckDriverOf(const PrinterInfo& printer) const;
     std::wstring InstallDriver();
     std::wstring InstallDriverForWine();
     std::wstring UseNamedDriver();

@@ -75,6 +75,19 @@ bool LibraryFile::HaveSameContent(const std::wstring& onePath, const std::wstrin
     }
 }
 
+std::optional<std::wstring> LibraryFile::FindFault(const std::wstring& path) {
+    // By its full path, so that another one of that name, which the spooler has loaded, is not taken for it.
+    const PWin32ScopedHandle<PWin32ModuleHandle> module(
+        ::LoadLibraryExW(path.c_str(), nullptr, DONT_RESOLVE_DLL_REFERENCES));
+    if (!module)
+        return L"It cannot be loaded into a 64-bit program. " + DescribeSystemError(::GetLastError());
+    constexpr const char* cEntryPoint = "InitializePrintMonitor2";
+    if (::GetProcAddress(static_cast<HMODULE>(module.Get()), cEntryPoint) == nullptr)
+        return L"It is no print port monitor.";
+    if (!GetVersion(path)) return L"It has no version.";
+    return std::nullopt;
+}
+
 std::optional<std::wstring> LibraryFile::GetVersion(const std::wstring& path) {
     const DWORD size = ::GetFileVersionInfoSizeW(path.c_str(), nullptr);
     std::vector<BYTE> resource(size);

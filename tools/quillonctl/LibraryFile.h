@@ -16,6 +16,8 @@ public:
     static bool Exists(const std::wstring& path);
     /// False also when one of them cannot be read.
     static bool HaveSameContent(const std::wstring& onePath, const std::wstring& otherPath);
+    /// Why the file cannot be the library, in words; nothing when it can. None of its code runs.
+    static std::optional<std::wstring> FindFault(const std::wstring& path);
     /// The four numbers of the version resource, as in "1.2.0.0"; nothing when it has none.
     static std::optional<std::wstring> GetVersion(const std::wstring& path);
 

@@ -57,9 +57,15 @@ void MonitorRegistry::Register() {
 }
 
 void MonitorRegistry::Unregister() {
+    // The spooler lets go of the port some seconds after its last printer is gone.
+    constexpr DWORD cWaitMilliseconds = 10000;
+    constexpr DWORD cRetryMilliseconds = 250;
     std::wstring name = Product::cMonitorName;
-    if (!::DeleteMonitorW(nullptr, nullptr, name.data())) {
-        throw SystemFailure(L"Removing the port monitor's registration");
+    for (DWORD waited = 0; !::DeleteMonitorW(nullptr, nullptr, name.data()); waited += cRetryMilliseconds) {
+        if (::GetLastError() != ERROR_PRINT_MONITOR_IN_USE || waited >= cWaitMilliseconds) {
+            throw SystemFailure(L"Removing the port monitor's registration");
+        }
+        ::Sleep(cRetryMilliseconds);
     }
 }
 
