@@ -1,24 +1,31 @@
 #include "monitor/spooling/JobFileRules.h"
 
-#include "framework/core/paths/GPathText.h"
+#include "framework/files/GFileTrust.h"
 
 namespace {
 
 constexpr long cLongestName = 255;
 
-bool IsTrusted(GFileFacts::Owner owner) {
-    return owner != GFileFacts::Owner::cOther;
-}
-
-constexpr const wchar_t* cLeadsAway = L"PPMStartDocPort: set aside, it leads to another place";
-
-const wchar_t* FindFaultOfPlace(const GFileFacts& facts, const GPathName& parent) {
-    if (!IsTrusted(facts.mOwner)) return L"PPMStartDocPort: set aside, it belongs to somebody else";
-    GPathName expected = parent;
-    expected.Append(facts.mFinalPath.GetLeaf());
-    if (!facts.mFinalPath.HasLeaf() || facts.mFinalPath != expected)
-        return L"PPMStartDocPort: set aside, it lies in another place";
-    return nullptr;
+const wchar_t* WordOf(GFileTrust::Fault fault) {
+    using Fault = GFileTrust::Fault;
+    switch (fault) {
+        case Fault::cLeadsAway:
+            return L"PPMStartDocPort: set aside, it leads to another place";
+        case Fault::cNoFolder:
+            return L"PPMStartDocPort: set aside, it is no folder";
+        case Fault::cNoFile:
+            return L"PPMStartDocPort: set aside, it is no file";
+        case Fault::cLinkedTwice:
+            return L"PPMStartDocPort: set aside, it is linked twice";
+        case Fault::cForeign:
+            return L"PPMStartDocPort: set aside, it belongs to somebody else";
+        case Fault::cElsewhere:
+            return L"PPMStartDocPort: set aside, it lies in another place";
+        case Fault::cOtherName:
+            return L"PPMStartDocPort: set aside, it has another name";
+        default:
+            return nullptr;
+    }
 }
 
 /// A multiplication spreads the seed over all bits; the low ones are spread least.
@@ -30,22 +37,12 @@ std::uint64_t Spread(std::uint64_t seed) {
 }  // namespace
 
 const wchar_t* JobFileRules::FindFolderFault(const GFileFacts& facts, const GPathName& parent) {
-    if (facts.mIsReparsePoint) return cLeadsAway;
-    if (facts.mKind != GFileFacts::Kind::cFolder) return L"PPMStartDocPort: set aside, it is no folder";
-    return FindFaultOfPlace(facts, parent);
+    return WordOf(GFileTrust::FindFolderFault(facts, parent));
 }
 
 const wchar_t* JobFileRules::FindFileFault(const GFileFacts& facts, const GPathName& parent,
                                            const GString& name) {
-    if (facts.mIsReparsePoint) return cLeadsAway;
-    if (facts.mKind != GFileFacts::Kind::cFile) return L"PPMStartDocPort: set aside, it is no file";
-    if (facts.mLinkCount > 1) return L"PPMStartDocPort: set aside, it is linked twice";
-    if (const wchar_t* fault = FindFaultOfPlace(facts, parent)) return fault;
-    // A short name leads to the file of another title.
-    const GString leaf = facts.mFinalPath.GetLeaf();
-    if (!GPathText::IsEqualIgnoreCase(GPathText::UnitsOf(leaf), GPathText::UnitsOf(name)))
-        return L"PPMStartDocPort: set aside, it has another name";
-    return nullptr;
+    return WordOf(GFileTrust::FindFileFault(facts, parent, name));
 }
 
 GString JobFileRules::MakeSetAsideName(const GString& name, int attempt, std::uint64_t seed) {

@@ -3,15 +3,13 @@
 #include "framework/core/text/GString.h"
 #include "framework/files/GFileFacts.h"
 
-/// JobFileRules: what of the folders and files that are there already a job may use, and what becomes of the
-/// rest. Decisions alone; nothing here touches a disk.
+/// JobFileRules: what of the folders and files that are there already a job may use, in the monitor's words,
+/// and what becomes of the rest. Decisions alone; nothing here touches a disk.
 ///
 /// A fault is the word by which the monitor traces it; null is none.
 struct JobFileRules {
-    /// A folder may be used when it is one, lies directly in `parent` (a final path), and belongs to the
-    /// user, the system or the administrators.
+    /// The rules of GFileTrust.
     static const wchar_t* FindFolderFault(const GFileFacts& facts, const GPathName& parent);
-    /// A file, when it has this name and no other, too.
     static const wchar_t* FindFileFault(const GFileFacts& facts, const GPathName& parent,
                                         const GString& name);
     /// "anna (set aside 1)", at most 255 units long. Of the attempts the first ones count upwards; later ones

@@ -33,6 +33,20 @@ GPathName FinalPathOf(int descriptor) {
     return GPathName(GString::FromUTF8(std::filesystem::read_symlink(link, ignored).c_str()));
 }
 
+// A pipe without a reader or writer must not keep the caller waiting.
+int FlagsFor(PPosixFolderWalk::Purpose purpose) {
+    switch (purpose) {
+        case PPosixFolderWalk::Purpose::cWrite:
+            return O_WRONLY | O_NONBLOCK;
+        case PPosixFolderWalk::Purpose::cWriteThrough:
+            return O_WRONLY | O_NONBLOCK | O_DSYNC;
+        case PPosixFolderWalk::Purpose::cRead:
+            return O_RDONLY | O_NONBLOCK;
+        default:
+            return O_PATH;
+    }
+}
+
 }  // namespace
 
 bool PPosixFolderWalk::Opened::IsMissing() const noexcept {
@@ -58,11 +72,10 @@ bool PPosixFolderWalk::MakeFolder(const GString& name) const {
 }
 
 PPosixFolderWalk::Opened PPosixFolderWalk::Open(const GString& name, Purpose purpose) const {
-    // A pipe without a reader must not keep the caller waiting.
-    const int flags = (purpose == Purpose::cWrite ? O_WRONLY | O_NONBLOCK : O_PATH) | O_NOFOLLOW | O_CLOEXEC;
+    const int flags = FlagsFor(purpose) | O_NOFOLLOW | O_CLOEXEC;
     const int folder = mFolders.back().mDescriptor;
     Opened opened;
-    if (purpose == Purpose::cWrite)
+    if (purpose == Purpose::cWrite || purpose == Purpose::cWriteThrough)
         opened.mDescriptor = ::openat(folder, Bytes(name).c_str(), flags | O_CREAT | O_EXCL, 0666);
     opened.mIsNew = static_cast<bool>(opened);
     if (!opened) opened.mDescriptor = ::openat(folder, Bytes(name).c_str(), flags);

@@ -14,7 +14,7 @@
 /// GExceptionID::cUNIXSystemError with the name or path as location.
 class PPosixFolderWalk {
 public:
-    enum class Purpose { cLook, cEnter, cWrite };
+    enum class Purpose { cLook, cEnter, cWrite, cWriteThrough, cRead };
     enum class Renamed { cDone, cMissing, cTaken };
 
     /// What has been opened, or the reason why not.

@@ -69,6 +69,11 @@ Request RequestFor(PWin32FolderWalk::Purpose purpose) {
                     FILE_OPEN_FOR_BACKUP_INTENT};
         case PWin32FolderWalk::Purpose::cWrite:
             return {cLookAccess | FILE_GENERIC_WRITE, FILE_SHARE_READ, FILE_OPEN_IF, FILE_NON_DIRECTORY_FILE};
+        case PWin32FolderWalk::Purpose::cWriteThrough:
+            return {cLookAccess | FILE_GENERIC_WRITE, FILE_SHARE_READ, FILE_OPEN_IF,
+                    FILE_NON_DIRECTORY_FILE | FILE_WRITE_THROUGH};
+        case PWin32FolderWalk::Purpose::cRead:
+            return {cLookAccess | FILE_GENERIC_READ, cShareAll, FILE_OPEN, FILE_NON_DIRECTORY_FILE};
         default:
             return {cLookAccess, cShareAll, FILE_OPEN, FILE_OPEN_FOR_BACKUP_INTENT};
     }

@@ -18,9 +18,11 @@
 class PWin32FolderWalk {
 public:
     enum class Purpose {
-        cLook,   ///< at its facts, whoever has it open
-        cEnter,  ///< a folder to go on from
-        cWrite,  ///< a file, made when it is not there; others may read it meanwhile
+        cLook,          ///< at its facts, whoever has it open
+        cEnter,         ///< a folder to go on from
+        cWrite,         ///< a file, made when it is not there; others may read it meanwhile
+        cWriteThrough,  ///< the same; writes reach the disk before they return
+        cRead,          ///< a file; others may do anything with it meanwhile
     };
     enum class Renamed { cDone, cMissing, cTaken };
 
