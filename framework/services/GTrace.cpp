@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "framework/core/encodings/GPlatformEncoding.h"
+#include "framework/core/errors/GException.h"
 #include "framework/core/errors/GFirstFailure.h"
 #include "framework/core/memory/GReplaceable.h"
 #include "framework/core/time/GDateTime.h"
@@ -51,7 +52,14 @@ GTrace::GTrace() : GTrace(nullptr) {}
 
 GTrace::GTrace(GAutoPtr<GOutStream> stream) : mStream(std::move(stream)) {
     // The log is a help and must not keep a program from starting.
-    RunQuietly([this] { ReadPrefs(GTraceFile::GetPath("tpr")); });
+    RunQuietly([this] {
+        try {
+            ReadPrefs(GTraceFile::GetPath("tpr"));
+        } catch (const GException& failure) {
+            PSystem::Trace(L"The configuration of the trace log is not used");
+            PSystem::Trace(failure.GetFullDescription().GetBuffer(GPlatformEncoding::GetInstance()).GetPtr());
+        }
+    });
 }
 
 GTrace::~GTrace() = default;
@@ -71,7 +79,8 @@ void GTrace::TraceAssert(const char* message, const GCodeLocation& where) {
 
 void GTrace::ReadPrefs(const GPathName& path) {
     if (path.IsEmpty() || !GFileSystem::FileExists(path)) return;
-    GFileInStream stream(path);
+    const GTrustedFolder folder(path.GetBranch(), false);
+    GFileInStream stream(GSharedObject<GFile>(folder.OpenToRead(path.GetLeaf()).release()));
     mSettings.Read(stream);
 }
 

@@ -19,6 +19,8 @@ class GOutStream;
 /// The log is off until a configuration (GTraceSettings) switches categories on: the file
 /// "QuillonDebug\MODULE.tpr" in the global temporary folder, MODULE being the name of this library or
 /// program. It is read once, when the object is made; where there is no temporary folder, none is read.
+/// Folder and files are used only as far as GTrustedFolder trusts them; a configuration that is not is
+/// named in the debugger's output.
 /// The log is "MODULE.tra" beside it (GTraceFile), made with the first entry.
 ///
 /// An entry is a line feed, the indent text as often as the level says, the prefix, the category, the

@@ -2,14 +2,11 @@
 
 #include "framework/core/errors/GException.h"
 #include "framework/core/errors/GFirstFailure.h"
-#include "framework/files/GFileOpenMode.h"
 #include "framework/files/GFileSystem.h"
 #include "framework/services/GSideName.h"
 
 namespace {
 
-constexpr long cMode = GFileOpenMode::cWrite | GFileOpenMode::cCreate | GFileOpenMode::cStartEmpty |
-                       GFileOpenMode::cWriteThrough;
 constexpr long cLastNumber = 10;   // of a file that is tried after another could not be opened
 constexpr long cLastInUse = 1000;  // of a file that is tried after another was in use
 
@@ -20,18 +17,15 @@ void KeepAsOld(const GPathName& path) {
     RunQuietly([&] { GFileSystem::RenameFile(path, old.GetLeaf()); });
 }
 
-std::unique_ptr<GFileOutStream> OpenEmpty(const GPathName& path) {
-    return std::make_unique<GFileOutStream>(GSharedObject<GFile>(new GFile(path, cMode)));
+std::unique_ptr<GFileOutStream> Wrap(std::unique_ptr<GFile> file) {
+    return std::make_unique<GFileOutStream>(GSharedObject<GFile>(file.release()));
 }
 
-bool IsTooLong(const GPathName& path) {
-    return GFile(path, GFileOpenMode::cRead).GetLength() > GTraceFile::cMaxLength;
-}
-
-/// Looks for the file to write.
+/// Looks for the file to write, all of them in one folder.
 class Search {
 public:
-    Search(const GPathName& base, bool alwaysNew) : mBase(base), mPath(base), mAlwaysNew(alwaysNew) {}
+    Search(const GTrustedFolder& folder, const GPathName& base, bool alwaysNew)
+        : mFolder(folder), mBase(base), mPath(base), mAlwaysNew(alwaysNew) {}
 
     std::unique_ptr<GFileOutStream> Open() {
         for (;;) {
@@ -50,7 +44,7 @@ private:
     std::unique_ptr<GFileOutStream> Try() {
         if (!GFileSystem::FileExists(mPath)) return OpenEmpty(mPath);
         if (!mAlwaysNew && !mHasFailed && !GFileSystem::FileInUse(mPath)) {
-            if (IsTooLong(mPath)) KeepAsOld(mPath);
+            if (IsTooLong()) KeepAsOld(mPath);
             return OpenEmpty(mPath);
         }
         mPath = MakeSideName(mBase, GString(mNumber));
@@ -59,6 +53,14 @@ private:
         return nullptr;
     }
 
+    bool IsTooLong() const {
+        return mFolder.OpenToRead(mPath.GetLeaf())->GetLength() > GTraceFile::cMaxLength;
+    }
+    std::unique_ptr<GFileOutStream> OpenEmpty(const GPathName& path) const {
+        return Wrap(mFolder.OpenEmpty(path.GetLeaf()));
+    }
+
+    const GTrustedFolder& mFolder;
     GPathName mBase;
     GPathName mPath;
     long mNumber = 0;
@@ -78,7 +80,8 @@ GPathName GTraceFile::GetPath(const char* extension) {
 
 GTraceFile::GTraceFile(const GPathName& path, bool alwaysNew) {
     if (path.IsEmpty()) throw GSimpleException(GExceptionID::cFileNotFound);
-    mStream = Search(path, alwaysNew).Open();
+    mFolder = std::make_unique<GTrustedFolder>(path.GetBranch(), true);
+    mStream = Search(*mFolder, path, alwaysNew).Open();
 }
 
 long GTraceFile::Write(const GBuffer& data) {
@@ -87,9 +90,9 @@ long GTraceFile::Write(const GBuffer& data) {
 }
 
 void GTraceFile::StartAnew() {
-    const GSharedObject<GFile> file = mStream->GetFile();
-    file->Close();
-    KeepAsOld(file->GetPathName());
-    file->Open(cMode);
-    mStream->Reset();
+    const GPathName path = GetPathName();
+    // Should it fail, the stream of the closed file refuses to write, and the next entry tries again.
+    mStream->GetFile()->Close();
+    KeepAsOld(path);
+    mStream = Wrap(mFolder->OpenEmpty(path.GetLeaf()));
 }

@@ -206,6 +206,22 @@ TEST_F(GTraceTest, WhatCannotBeOpenedReachesTheCaller) {
     EXPECT_THROW(GTraceFile(GPathName(), false), GException);
 }
 
+TEST_F(GTraceTest, WhatIsLinkedElsewhereIsNeitherReadNorWritten) {
+    const std::string on = "\"Log\" \"1\"\n\"LogLocation\" \"0\"\n\"LogTime\" \"0\"\n";
+    const auto link = [&](const char* from, const char* to) {
+        std::filesystem::create_hard_link(mFolder.Standard(from), mFolder.Standard(to));
+    };
+    Configure(Prefs(Group("Defaults", on)));
+    mFolder.Put("other", "of somebody else");
+    link("other", "QuillonDebug/Mod.v2.tra");
+    link("other", "QuillonDebug/Mod.v2 (0).tra");
+    GTrace::SetInstance(new GTrace);
+    GTraceLog::Trace("A", "1");
+    EXPECT_EQ(mFolder.Take("other") + Log(" (1)"), "of somebody else\n *** A 1");
+    link("QuillonDebug/Mod.v2.tpr", "again");
+    EXPECT_FALSE(GTrace().GetNeedsLogging("A"));
+}
+
 struct CountedCallback : GCallbackAssert {
     CountedCallback() { ++sAlive; }
     ~CountedCallback() override { --sAlive; }
