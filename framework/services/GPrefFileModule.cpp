@@ -1,8 +1,6 @@
 #include "framework/services/GPrefFileModule.h"
 
-#include "framework/core/encodings/GPlatformEncoding.h"
 #include "framework/core/errors/GException.h"
-#include "framework/core/errors/GFirstFailure.h"
 #include "framework/core/trace/GTraceLog.h"
 #include "framework/files/GFileSystem.h"
 #include "framework/files/GLockFile.h"
@@ -13,10 +11,7 @@ namespace {
 constexpr long cLongestWait = 30000;  // milliseconds
 
 void Report(const char* what, const GPathName& path) {
-    RunQuietly([&] {
-        const GString text = GString(what) + path.GetNativePathString();
-        GTraceLog::Trace("Preferences", text.GetBuffer(GPlatformEncoding::GetInstance()));
-    });
+    GTraceLog::TraceQuietly("Preferences", [&] { return GString(what) + path.GetNativePathString(); });
 }
 
 /// The lock of a shared file for as long as it is in scope.

@@ -6,6 +6,7 @@
 #include <memory>
 #include <type_traits>
 
+#include "framework/GBasicFrameworkCoreLayer.h"
 #include "framework/system/PSystem.h"
 #include "monitor/entry/PWin32MonitorPlatform.h"
 #include "monitor/handoff/GPPJobNotification.h"
@@ -177,6 +178,8 @@ void Attach(HINSTANCE module) {
         ::DisableThreadLibraryCalls(module);
         PSystem::SetHInstance(module);
         StartCOM();
+        // Also where the messaging cannot be started: the trace log is to tell why.
+        GBasicFrameworkCoreLayer::Initialize();
         PSystem::Trace(L"GPPPrinterProcessorLayer::Initialize");
         GPPPrinterProcessorLayer::Initialize();
     } catch (...) {
@@ -202,6 +205,7 @@ void Detach(HINSTANCE module, bool processEnds) {
         // A job that was never ended keeps its file open, as after shut-down.
         static_cast<void>(monitor.mState.sJobStream.release());
         GPPPrinterProcessorLayer::Finalize();
+        GBasicFrameworkCoreLayer::Finalize();
         std::destroy_at(&monitor);
         LeaveThread(module);
     }

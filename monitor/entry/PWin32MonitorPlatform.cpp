@@ -2,9 +2,12 @@
 
 #include <new>
 
+#include "framework/core/errors/GFirstFailure.h"
 #include "framework/system/PSystem.h"
 #include "platform/win32/base/PWin32LastErrorKeeper.h"
 #include "platform/win32/base/PWin32ScopedHandle.h"
+#include "platform/win32/core/PWin32SystemException.h"
+
 #include "platform/win32/base/PWin32SpoolerApi.h"
 
 namespace {
@@ -51,12 +54,15 @@ bool PWin32MonitorPlatform::IsNTOrBetter() noexcept {
     return PSystem::IsNTOrBetter();
 }
 
-void* PWin32MonitorPlatform::OpenPrinter(const unsigned short* name) noexcept {
+void* PWin32MonitorPlatform::OpenPrinter(const unsigned short* name, GString& failure) noexcept {
     const PWin32LastErrorKeeper keeper;
     // The call takes the name as writable and only reads it.
     wchar_t* text = const_cast<wchar_t*>(reinterpret_cast<const wchar_t*>(name));
     HANDLE printer = nullptr;
-    return ::OpenPrinterW(text, &printer, nullptr) ? printer : nullptr;
+    if (::OpenPrinterW(text, &printer, nullptr)) return printer;
+    const DWORD error = ::GetLastError();
+    RunQuietly([&] { failure = PWin32SystemException(static_cast<long>(error)).GetDescription(); });
+    return nullptr;
 }
 
 void PWin32MonitorPlatform::ReportJobSent(void* printer, std::uint32_t jobID) noexcept {

@@ -15,7 +15,7 @@ public:
     void* AllocatePortHandle() override;
     void FreePortHandle(void* handle) noexcept override;
     bool IsNTOrBetter() noexcept override;
-    void* OpenPrinter(const unsigned short* name) noexcept override;
+    void* OpenPrinter(const unsigned short* name, GString& failure) noexcept override;
     void ReportJobSent(void* printer, std::uint32_t jobID) noexcept override;
     void ClosePrinter(void* printer) noexcept override;
     bool PutTokenAside(void*& token) noexcept override;

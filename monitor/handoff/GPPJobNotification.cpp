@@ -5,6 +5,7 @@
 #include "framework/core/errors/GException.h"
 #include "framework/core/errors/GFirstFailure.h"
 #include "framework/core/events/GBasicSignals.h"
+#include "framework/core/trace/GTraceLog.h"
 #include "framework/ipc/GIPCFailure.h"
 #include "framework/ipc/GWaitBudget.h"
 #include "framework/system/GProcessInfo.h"
@@ -16,13 +17,19 @@
 namespace {
 
 constexpr const char* cProcessingApplication = "PrinterProcessorWin.exe";
+constexpr const char* cCategory = "Notification";  // in the trace log
 
 bool TryToStartLayer() {
     if (GPPPrinterProcessorLayer::IsInitialized()) return true;
-    if (RunQuietly([] { GPPPrinterProcessorLayer::Initialize(); })) return true;
-    // Whatever kept it from starting when the module was loaded still does.
-    PSystem::Trace(L"GPPPrinterProcessorLayer could not be started");
-    return false;
+    try {
+        GPPPrinterProcessorLayer::Initialize();
+        return true;
+    } catch (...) {
+        // Whatever kept it from starting when the module was loaded still does.
+        PSystem::Trace(L"GPPPrinterProcessorLayer could not be started");
+        GTraceLog::TraceQuietly(cCategory, &GException::DescribeCurrent);
+        return false;
+    }
 }
 
 GTable<std::int32_t> FindProcessingApplications() {
@@ -36,8 +43,14 @@ GTable<std::int32_t> FindProcessingApplications() {
 
 /// True when at least one application listens and has been sent the message.
 bool Tell(const GBuffer& message) {
-    const GIPCManager::Told told = GPPIPCManager::GetInstance()->SendOnceRaw(
-        FindProcessingApplications(), GPPJobRecord::cMessageType, message);
+    const GTable<std::int32_t> ids = FindProcessingApplications();
+    const GIPCManager::Told told =
+        GPPIPCManager::GetInstance()->SendOnceRaw(ids, GPPJobRecord::cMessageType, message);
+    GTraceLog::TraceQuietly(cCategory, [&] {
+        return GString("of ") + GString(ids.GetCount()) + GString(" PrinterProcessorWin ") +
+               GString(told.mReached) + GString(" told, ") + GString(told.mFailed) +
+               GString(" could not be reached");
+    });
     // Once, however many: each line may have to wait for whoever reads the debugger's output.
     if (told.mFailed > 0) PSystem::Trace(L"PrinterProcessorWin could not be reached");
     return told.mReached > 0;
@@ -55,9 +68,10 @@ bool GPPJobNotification::NotifyPrintProcessor(const GPPJobRecord& record) {
     } catch (const std::bad_alloc&) {
         throw;
     } catch (const GException& failure) {
+        GTraceLog::TraceQuietly(cCategory, &GException::DescribeCurrent);
         if (GIPCFailure::IsOfSender(failure)) throw;
     } catch (...) {
-        // Traced like all the others.
+        GTraceLog::TraceQuietly(cCategory, &GException::DescribeCurrent);
     }
     PSystem::Trace(L"The processing applications could not be looked up");
     return false;

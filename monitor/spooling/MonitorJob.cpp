@@ -1,9 +1,11 @@
 #include "monitor/spooling/MonitorJob.h"
 
 #include <algorithm>
+#include <chrono>
 #include <utility>
 
 #include "framework/core/bytes/GBuffer.h"
+#include "framework/core/memory/GAllocator.h"
 #include "monitor/handoff/GPPJobRecord.h"
 #include "monitor/spooling/JobFileMaker.h"
 #include "monitor/spooling/JobPath.h"
@@ -45,7 +47,10 @@ private:
 CallbackOutcome MonitorJob::Start(const unsigned short* printerName, std::uint32_t jobID,
                                   const Document& document) {
     mState.sJobId = jobID;
-    if (mState.sProcessingJob) return CallbackOutcome::Failure(MonitorError::cBusy);
+    if (mState.sProcessingJob) {
+        Log(JobTrace::cFailure, [] { return GString("refused, the one before has not ended"); });
+        return CallbackOutcome::Failure(MonitorError::cBusy);
+    }
     RetryDelayed();
     CallbackOutcome outcome = CallbackOutcome::Success();
     if (printerName != nullptr) Prepare(printerName, document, outcome);
@@ -73,6 +78,7 @@ void MonitorJob::Prepare(const unsigned short* printerName, const Document& docu
     } catch (...) {
         mState.sDocName = GString();
         mPlatform.Trace(L"exception in PPMStartDocPort!");
+        Log(JobTrace::cFailure, &GException::DescribeCurrent);
     }
 }
 
@@ -84,8 +90,11 @@ void MonitorJob::OpenPrinter(const unsigned short* name, CallbackOutcome& outcom
         mPlatform.TraceNarrow("Pre-NT systems not supported!");
         return;
     }
-    mState.sPrinterHandle = mPlatform.OpenPrinter(name);
-    if (mState.sPrinterHandle == nullptr) mPlatform.Trace(L"Failed to open printer. No handle.");
+    GString failure;
+    mState.sPrinterHandle = mPlatform.OpenPrinter(name, failure);
+    if (mState.sPrinterHandle != nullptr) return;
+    mPlatform.Trace(L"Failed to open printer. No handle.");
+    Log(JobTrace::cFailure, [&] { return mState.sPrinterName + GString(": ") + failure; });
 }
 
 void MonitorJob::OpenJobFile(const unsigned short* documentName) {
@@ -96,6 +105,7 @@ void MonitorJob::OpenJobFile(const unsigned short* documentName) {
     static_cast<void>(mState.sJobStream.release());
     mState.sJobStream = std::move(stream);
     mPlatform.TraceUnits(documentName);
+    Log(JobTrace::cJob, [&] { return GString("begins ") + path.GetPath().GetNativePathString(); });
 }
 
 CallbackOutcome MonitorJob::Write(const void* port, const unsigned char* data, std::uint32_t size,
@@ -120,6 +130,21 @@ CallbackOutcome MonitorJob::WriteBlock(const unsigned char* data, std::uint32_t 
                                        std::uint32_t& written) {
     // The start of a job of another level has no file.
     if (mState.sJobStream == nullptr) return CallbackOutcome::Failure(MonitorError::cCannotComplete);
+    try {
+        written = HandToSystem(data, size);
+    } catch (...) {
+        Log(JobTrace::cFailure, &GException::DescribeCurrent);
+        throw;
+    }
+    if (written == size) return CallbackOutcome::Success();
+    Log(JobTrace::cFailure, [&] {
+        return GString("the disk is full, it takes ") + GString(written) + GString(" of ") + GString(size) +
+               GString(" bytes");
+    });
+    return CallbackOutcome::Failure(MonitorError::cHandleDiskFull);
+}
+
+std::uint32_t MonitorJob::HandToSystem(const unsigned char* data, std::uint32_t size) {
     std::uint32_t taken = 0;
     while (taken < size) {
         const long length = static_cast<long>(std::min(size - taken, cLongestWrite));
@@ -129,14 +154,16 @@ CallbackOutcome MonitorJob::WriteBlock(const unsigned char* data, std::uint32_t 
         taken += static_cast<std::uint32_t>(std::max(count, 0L));
         if (count < length) break;
     }
-    written = taken;
-    return taken == size ? CallbackOutcome::Success()
-                         : CallbackOutcome::Failure(MonitorError::cHandleDiskFull);
+    return taken;
 }
 
 CallbackOutcome MonitorJob::End(const void* port) {
     if (!mState.sProcessingJob) return CallbackOutcome::Success();
-    const AtScopeEnd closeFile([this]() noexcept { mState.sJobStream.reset(); });
+    const AtScopeEnd closeFile([this]() noexcept {
+        mState.sJobStream.reset();
+        // What a large job has taken is of no use to the spooler between jobs.
+        GAllocator::GetInstance().DoIdleTime();
+    });
     try {
         return Finish(port);
     } catch (const ServiceRightsException&) {
@@ -173,11 +200,23 @@ void MonitorJob::Notify() {
     const JobPath job(mState.sPrinterName, mState.sDocName);
     const GPathName path = job.GetPath();
     CompareWithStream(path);
+    Log(JobTrace::cJob, [&] {
+        const long long length = mState.sJobStream == nullptr ? 0 : mState.sJobStream->GetPosition();
+        return GString("ends with ") + GString(length) + GString(" bytes, ") + path.GetNativePathString();
+    });
     const GPPJobRecord record(job.GetUserName(), path, mState.sPrinterName, MonitorNames::cPort, cCopyCount);
+    const auto start = std::chrono::steady_clock::now();
     bool told = false;
     RunAsService(mPlatform, [&] { told = mNotifier.NotifyPrintProcessor(record); });
     mPlatform.Trace(told ? L"Notification to PrintProcessor succeeded!"
                          : L"Notification to PrintProcessor failed!");
+    Log(JobTrace::cNotification, [&] {
+        const auto taken = std::chrono::steady_clock::now() - start;
+        return GString(told ? "processing applications told in " : "nobody told, in ") +
+               GString(static_cast<long long>(
+                   std::chrono::duration_cast<std::chrono::milliseconds>(taken).count())) +
+               GString(" ms");
+    });
 }
 
 /// The path is made anew at the end of a job, and is another one when the thread has got another user.
@@ -188,6 +227,12 @@ void MonitorJob::CompareWithStream(const GPathName& path) {
     mPlatform.Trace(L"PPMEndDocPort: the job file that is announced is not the one that was written!");
     for (const GPathName* each : {&path, &written})
         mPlatform.TraceUnits(each->GetNativePathString().GetUTF16Ptr());
+}
+
+template <class Compose>
+void MonitorJob::Log(const char* category, Compose compose, const GCodeLocation& where) const {
+    const auto withJob = [&] { return GString("job ") + GString(mState.sJobId) + GString(": ") + compose(); };
+    mTrace.Log(category, withJob, where);
 }
 
 void MonitorJob::ClosePrinter() noexcept {

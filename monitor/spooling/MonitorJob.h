@@ -5,6 +5,7 @@
 #include "framework/core/paths/GPathName.h"
 #include "monitor/handoff/JobNotifier.h"
 #include "monitor/spooling/CallbackOutcome.h"
+#include "monitor/spooling/JobTrace.h"
 #include "monitor/spooling/MonitorPlatform.h"
 #include "monitor/spooling/MonitorState.h"
 
@@ -44,10 +45,15 @@ private:
     void RetryDelayed();
     void HandOver();
     void Notify();
+    std::uint32_t HandToSystem(const unsigned char* data, std::uint32_t size);
+    /// An entry of the trace log, with the number of the job before it.
+    template <class Compose>
+    void Log(const char* category, Compose compose, const GCodeLocation& where = GCodeLocation::Here()) const;
     void CompareWithStream(const GPathName& path);
     void ClosePrinter() noexcept;
 
     MonitorPlatform& mPlatform;
+    const JobTrace mTrace{mPlatform};
     MonitorState& mState;
     JobNotifier& mNotifier;
 };

@@ -4,6 +4,7 @@
 
 #include "PPlatformFiles.h"
 #include "PPlatformTypes.h"
+#include "framework/core/text/GString.h"
 
 /// MonitorPlatform: what the monitor asks of Windows and of the spooler.
 ///
@@ -30,8 +31,8 @@ public:
     virtual void FreePortHandle(void* handle) noexcept = 0;
 
     virtual bool IsNTOrBetter() noexcept = 0;
-    /// Null when the spooler does not give the printer.
-    virtual void* OpenPrinter(const unsigned short* name) noexcept = 0;
+    /// Null when the spooler does not give the printer; `failure` then tells why, as far as memory lasts.
+    virtual void* OpenPrinter(const unsigned short* name, GString& failure) noexcept = 0;
     /// Tells the spooler that all of a job has gone to the printer. A null handle and an unknown job
     /// have no effect.
     virtual void ReportJobSent(void* printer, std::uint32_t jobID) noexcept = 0;

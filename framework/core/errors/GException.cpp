@@ -97,6 +97,18 @@ GString GException::GetDescription() const {
     return GetLngDescription().GetString();
 }
 
+GString GException::DescribeCurrent() {
+    try {
+        throw;
+    } catch (const GException& failure) {
+        return failure.GetFullDescription();
+    } catch (const std::exception& failure) {
+        return GString(failure.what());
+    } catch (...) {
+        return GString("an unknown failure");
+    }
+}
+
 GString GException::GetFullDescription() const {
     return GetLngFullDescription().GetString();
 }

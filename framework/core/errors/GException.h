@@ -37,6 +37,9 @@ public:
     GString GetDescription() const;
     GString GetFullDescription() const;
 
+    /// The failure that is being handled, whatever it is, in words. Only within a handler.
+    static GString DescribeCurrent();
+
     /// Registers the texts of all exceptions in the string pools ("enUS"). May be called again.
     static void Initialize();
 

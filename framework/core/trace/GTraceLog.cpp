@@ -3,7 +3,7 @@
 #include <atomic>
 #include <utility>
 
-#include "framework/core/errors/GFirstFailure.h"
+#include "framework/core/encodings/GPlatformEncoding.h"
 
 namespace {
 
@@ -23,6 +23,15 @@ void GTraceLog::Install(GTraceLog* log) noexcept {
 
 void GTraceLog::Trace(const GBuffer& category, const GBuffer& message, const GCodeLocation& where) {
     if (GTraceLog* const log = GetInstance()) log->TraceEntry(category, where, message);
+}
+
+bool GTraceLog::IsOn(const char* category) {
+    const GTraceLog* const log = GetInstance();
+    return log != nullptr && log->GetNeedsLogging(category);
+}
+
+void GTraceLog::TraceText(const GBuffer& category, const GString& text, const GCodeLocation& where) {
+    Trace(category, text.GetBuffer(GPlatformEncoding::GetInstance()), where);
 }
 
 GTraceLock::GTraceLock() noexcept {

@@ -2,6 +2,8 @@
 
 #include "framework/core/GExport.h"
 #include "framework/core/bytes/GBuffer.h"
+#include "framework/core/errors/GFirstFailure.h"
+#include "framework/core/text/GString.h"
 #include "framework/core/trace/GCodeLocation.h"
 
 /// GTraceLog: the trace log as everybody calls it; GTrace is what stands behind.
@@ -23,6 +25,18 @@ public:
     static void Trace(const GBuffer& category, const GBuffer& message,
                       const GCodeLocation& where = GCodeLocation::Here());
 
+    /// For what must not fail for its log: logs the GString that `compose` gives, which is asked for one only
+    /// when the category is on. What cannot be written is lost.
+    template <class Compose>
+    static void TraceQuietly(const char* category, Compose compose,
+                             const GCodeLocation& where = GCodeLocation::Here()) noexcept {
+        RunQuietly([&] {
+            if (IsOn(category)) TraceText(category, compose(), where);
+        });
+    }
+    /// Whether there is a log and entries of the category are written.
+    static bool IsOn(const char* category);
+
     /// Whether entries of the category are written, and whether they raise an alert.
     virtual bool GetNeedsLogging(const GBuffer& category) const = 0;
     virtual bool GetAlertOnLog(const GBuffer& category) const = 0;
@@ -38,6 +52,7 @@ protected:
 private:
     friend class GTraceLock;
 
+    static void TraceText(const GBuffer& category, const GString& text, const GCodeLocation& where);
     virtual void TraceEntry(const GBuffer& category, const GCodeLocation& where, const GBuffer& message) = 0;
     /// Counts who is inside; true for the first.
     virtual bool Enter() noexcept = 0;

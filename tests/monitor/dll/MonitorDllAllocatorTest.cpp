@@ -78,6 +78,22 @@ TEST(MonitorDllAllocator, BlocksGoBackToTheModuleThatTookThem) {
     EXPECT_TRUE(::HeapValidate(::GetProcessHeap(), 0, nullptr));
 }
 
+TEST(MonitorDllAllocator, TheEndOfAJobReturnsAPeak) {
+    constexpr long cKept = GAllocator::cMaxSmallSize / GAllocator::cGranularity;  // one of each size
+    MonitorLibrary library;
+    const LibraryFramework framework(library.GetModule());
+    GAllocator& theirs = framework.GetAllocator();
+    ASSERT_TRUE(library.Open());
+    ASSERT_TRUE(library.Print(L"before.txt", "x"));
+    const long before = theirs.GetChunkCount();
+    std::vector<void*> blocks;
+    for (int i = 0; i < 100000; ++i) blocks.push_back(framework.Allocate(120));
+    for (void* const block : blocks) framework.Free(block, 120);
+    EXPECT_GT(theirs.GetChunkCount(), before + 300);
+    ASSERT_TRUE(library.Print(L"after.txt", "x"));
+    EXPECT_LE(theirs.GetChunkCount(), before + cKept);
+}
+
 TEST(MonitorDllAllocator, UnloadingReturnsTheChunksButForBlocksThatAreInUse) {
     std::set<void*> chunks;
     unsigned char* kept = nullptr;

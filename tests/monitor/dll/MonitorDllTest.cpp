@@ -3,7 +3,10 @@
 #include <gmock/gmock.h>
 
 #include <cstring>
+#include <filesystem>
+#include <fstream>
 #include <memory>
+#include <regex>
 #include <string>
 #include <thread>
 #include <tuple>
@@ -255,6 +258,61 @@ TEST(MonitorDll, PrintsWithoutTheHandOffAndStartsItWithALaterJob) {
     kept.reset();
     EXPECT_TRUE(library.Print(L"with.txt", "x"));
     EXPECT_THAT(trace.Take(), testing::Not(testing::Contains(notStarted)));
+}
+
+/// The trace log switched on, in the temporary folder of this program, as long as it exists.
+class TraceLogOn {
+public:
+    TraceLogOn() {
+        std::filesystem::create_directories(mFolder);
+        std::ofstream(mFolder / "QuillonPortMonitor64.tpr", std::ios::binary)
+            << "#BEGINPREFS\n\"Defaults\"\n#BEGINDICT\n\"Log\" \"1\"\n\"LogTime\" \"0\"\n"
+               "\"LogLocation\" \"0\"\n\"Prefix\" \"-\"\n#ENDDICT\n#ENDPREFS\n";
+    }
+    ~TraceLogOn() { std::filesystem::remove_all(mFolder); }
+    /// With N for the times.
+    std::string Take() const {
+        const std::string log = ReadFileBytes((mFolder / "QuillonPortMonitor64.tra").wstring());
+        return std::regex_replace(log, std::regex("[0-9]+ ms"), "N ms");
+    }
+
+    const std::filesystem::path mFolder = GetTestFolder() + L"QuillonDebug";
+};
+
+TEST(MonitorDll, TellsInTheTraceLogWhatBecomesOfAJob) {
+    const TraceLogOn log;
+    auto kept = std::make_unique<MutexHog>(GShMemID("GIPC_PP"));
+    MonitorLibrary library;
+    ASSERT_TRUE(library.Open());
+    EXPECT_TRUE(library.Print(L"a.txt", "secret"));
+    const std::wstring path = GetJobPath(L"a.ps");
+    const std::string file(path.begin(), path.end());
+    const std::string printer = "\n-JobFailure job 7: Proof: ";
+    EXPECT_THAT(log.Take(), testing::StartsWith(printer)) << "there is no such printer";
+    EXPECT_THAT(log.Take(),
+                testing::HasSubstr("\n-Job job 7: begins " + file + "\n-Job job 7: ends with 6 bytes, " +
+                                   file + "\n-Notification "));
+    EXPECT_THAT(log.Take(), testing::EndsWith("\n-Notification job 7: nobody told, in N ms"))
+        << "and why: a mutex was not to be had";
+    const std::size_t length = log.Take().size();
+    kept.reset();
+    EXPECT_TRUE(library.Print(L"a.txt", "secret"));
+    EXPECT_THAT(
+        log.Take().substr(length),
+        testing::HasSubstr("\n-Notification of 0 PrinterProcessorWin 0 told, 0 could not be reached\n"));
+    EXPECT_THAT(log.Take(), testing::Not(testing::HasSubstr("secret")));
+}
+
+TEST(MonitorDll, PrintsWhenItsTraceLogCannotBeWritten) {
+    const TraceLogOn log;
+    const std::string name = "QuillonPortMonitor64";
+    std::filesystem::create_directories(log.mFolder / (name + ".tra"));
+    for (int i = 0; i <= 10; ++i)
+        std::filesystem::create_directories(log.mFolder / (name + " (" + std::to_string(i) + ").tra"));
+    MonitorLibrary library;
+    ASSERT_TRUE(library.Open());
+    EXPECT_TRUE(library.Print(L"untraced.txt", "x"));
+    EXPECT_EQ(ReadFileBytes(GetJobPath(L"untraced.ps")), "x");
 }
 
 }  // namespace

@@ -35,7 +35,8 @@ public:
         delete static_cast<char*>(handle);
     }
     bool IsNTOrBetter() noexcept override { return mIsNT; }
-    void* OpenPrinter(const unsigned short* name) noexcept override {
+    void* OpenPrinter(const unsigned short* name, GString& failure) noexcept override {
+        failure = "no such printer";
         mEvents.push_back("open printer " + std::string(name, End(name)));
         return mHasPrinter ? &mPrinter : nullptr;
     }

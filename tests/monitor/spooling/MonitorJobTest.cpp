@@ -4,10 +4,14 @@
 
 #include <memory>
 #include <optional>
+#include <regex>
 #include <stdexcept>
 #include <string>
 #include <utility>
 
+#include "framework/services/GTrace.h"
+#include "framework/services/GTraceFile.h"
+#include "framework/streams/GMemoryOutStream.h"
 #include "monitor/spooling/MonitorPort.h"
 #include "tests/monitor/spooling/FakeMonitorPlatform.h"
 #include "tests/monitor/spooling/JobFolder.h"
@@ -108,6 +112,37 @@ TEST_F(MonitorJobTest, GoesOnWithoutAPrinterAndTellsNobodyOnASystemBeforeNT) {
                                                "PPMStartDocPort: StartDoc success", "tick"));
     EXPECT_EQ(mFolder.ContentOf("a.ps") + mFolder.ContentOf("b.ps"), "x");
     EXPECT_FALSE(mState.sProcessingJob);
+}
+
+TEST_F(MonitorJobTest, TellsInTheTraceLogWhatBecomesOfAJobAndNothingOfItsContent) {
+    const GPathName configuration = GTraceFile::GetPath("tpr");
+    std::filesystem::create_directories(mFolder.Standard("QuillonDebug"));
+    mFolder.Put("QuillonDebug/" + TextOf(configuration.GetLeaf()),
+                "#BEGINPREFS\n\"Defaults\"\n#BEGINDICT\n\"Log\" \"1\"\n\"LogTime\" \"0\"\n"
+                "\"LogLocation\" \"0\"\n\"Prefix\" \"-\"\n#ENDDICT\n#ENDPREFS\n");
+    GBuffer log;
+    GTrace::SetInstance(new GTrace(std::make_unique<GMemoryOutStream>(log)));
+    const std::string file = TextOf(mFolder.Portable(mFolder.Job("a.ps")).GetNativePathString());
+    Print(u"a.txt", "secret");
+    mPlatform.mHasPrinter = false;
+    mPlatform.mReached = false;
+    Start(u"a.txt", 8);
+    Start(u"b.txt", 9);
+    mJob.End(mHandle);
+    mPlatform.mHasPrinter = true;
+    GFileSystem::AddSpecialPath(GSpecialPath::cGlobalTemp, mFolder.Portable(mFolder.Job("a.ps")));
+    EXPECT_FALSE(Start(u"c.txt", 10).mSucceeded);
+    GTrace::SetInstance(nullptr);
+    std::string said = std::regex_replace(std::string(log.GetPtr()), std::regex("[0-9]+ ms"), "N ms");
+    const std::size_t last = said.find("\n-JobFailure job 10: " + file);
+    ASSERT_NE(last, std::string::npos) << said;
+    said.erase(last);
+    EXPECT_EQ(said, "\n-Job job 7: begins " + file + "\n-Job job 7: ends with 6 bytes, " + file +
+                        "\n-Notification job 7: processing applications told in N ms"
+                        "\n-JobFailure job 8: Proof: no such printer\n-Job job 8: begins " +
+                        file + "\n-JobFailure job 9: refused, the one before has not ended" +
+                        "\n-Job job 9: ends with 0 bytes, " + file +
+                        "\n-Notification job 9: nobody told, in N ms");
 }
 
 TEST_F(MonitorJobTest, RefusesADocumentWithoutAName) {
