@@ -9,7 +9,7 @@
 #include "framework/files/GTypeEnums.h"
 
 /// GFileSystemBase: the framework's static view of the file system, over a platform's calls (what
-/// these are stands in GFileSystemDefinitions.h).
+/// these are stands in GFileSystemImp.h).
 ///
 /// Use it as GFileSystem. Paths are portable GPathNames and may be longer than 260 units. Failures throw
 /// PWin32SystemException (GCustomException GExceptionID::cUNIXSystemError in the native build); their
