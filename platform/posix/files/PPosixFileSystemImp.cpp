@@ -55,18 +55,34 @@ GDateTime FromTime(time_t seconds) {
     throw GCustomException(GExceptionID::cUNIXSystemError, GString(std::strerror(error)));
 }
 
-void Rename(const GPathName& from, const GPathName& to) {
+std::error_code Rename(const GPathName& from, const GPathName& to) {
     std::error_code error;
     const bool stays = from.GetPortablePath() == to.GetPortablePath();
-    if (!stays && TypeOf(to) != 0) Throw(EEXIST, GExceptionID::cMoving, from, to);
+    if (!stays && TypeOf(to) != 0) return std::make_error_code(std::errc::file_exists);
     fs::rename(AsPosixPath(from), AsPosixPath(to), error);
-    if (error) Throw(error.value(), GExceptionID::cMoving, from, to);
+    return error;
 }
 
 GPathName PartOf(const GPathName& to) {
     GPathName part(to);
     part.ReplaceLeaf(to.GetLeaf() + GString(".part") + GString(static_cast<long>(::getpid())));
     return part;
+}
+
+// What ends it midway leaves nothing under the target's name.
+std::error_code Copy(const GPathName& from, const GPathName& to) {
+    if (TypeOf(to) != 0) return std::make_error_code(std::errc::file_exists);
+    std::error_code error;
+    std::error_code ignored;
+    const std::string part = AsPosixPath(PartOf(to));
+    const std::string source = AsPosixPath(from);
+    fs::copy_file(source, part, error);
+    if (error == std::errc::file_exists) return error;  // somebody else's
+    const auto changed = error ? fs::file_time_type() : fs::last_write_time(source, error);
+    if (!error) fs::last_write_time(part, changed, error);
+    if (!error) fs::rename(part, AsPosixPath(to), error);
+    if (error) fs::remove(part, ignored);
+    return error;
 }
 
 }  // namespace
@@ -161,11 +177,17 @@ void PPosixFileSystemImp::RemoveFolderOnly(const GPathName& path) {
 }
 
 void PPosixFileSystemImp::MoveFile(const GPathName& from, const GPathName& to) {
-    Rename(from, to);
+    std::error_code error = Rename(from, to);
+    if (error == std::errc::cross_device_link) {
+        std::error_code ignored;
+        error = Copy(from, to);
+        if (!error && !fs::remove(AsPosixPath(from), error)) fs::remove(AsPosixPath(to), ignored);
+    }
+    if (error) Throw(error.value(), GExceptionID::cMoving, from, to);
 }
 
 void PPosixFileSystemImp::MoveFolder(const GPathName& from, const GPathName& to) {
-    Rename(from, to);
+    if (const std::error_code error = Rename(from, to)) Throw(error.value(), GExceptionID::cMoving, from, to);
 }
 
 void PPosixFileSystemImp::ReplaceFile(const GPathName& from, const GPathName& to) {
@@ -175,16 +197,7 @@ void PPosixFileSystemImp::ReplaceFile(const GPathName& from, const GPathName& to
 }
 
 void PPosixFileSystemImp::CopyFile(const GPathName& from, const GPathName& to) {
-    std::error_code error;
-    std::error_code ignored;
-    const std::string part = AsPosixPath(PartOf(to));
-    if (TypeOf(to) != 0) Throw(EEXIST, GExceptionID::cCopying, from, to);
-    // A copy that ends midway leaves nothing under the target's name.
-    fs::copy_file(AsPosixPath(from), part, error);
-    if (!error) fs::rename(part, AsPosixPath(to), error);
-    if (!error) return;
-    fs::remove(part, ignored);
-    Throw(error.value(), GExceptionID::cCopying, from, to);
+    if (const std::error_code error = Copy(from, to)) Throw(error.value(), GExceptionID::cCopying, from, to);
 }
 
 bool PPosixFileSystemImp::IsHidden(const GPathName& path) {
