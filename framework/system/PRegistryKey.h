@@ -40,7 +40,7 @@ public:
     bool Create(const GString& keyClass, long options, _SECURITY_ATTRIBUTES* security);
     /// Becomes a copy of `other`.
     void Set(const PRegistryKey& other) { *this = other; }
-    /// The system's code of the last opening or creating; 0: it succeeded.
+    /// The system's code of the last opening, creating or removing; 0: it succeeded.
     std::int32_t GetStatus() const noexcept { return mStatus; }
     /// Below the root, as it was given.
     const GString& GetPath() const noexcept { return mPath; }
@@ -67,6 +67,9 @@ public:
     /// multi-string (type 7) may be in UTF-16, too (see PRegistryData::DecodeStringTable). All else is
     /// written as it is.
     bool SetBuffer(const GString& name, const GBuffer& bytes, unsigned long type);
+    bool RemoveValue(const GString& name);
+    /// Removes the key of that name below this one; false as well when it has keys below it.
+    bool RemoveKey(const GString& name);
     /// @}
 
     /// @name Enumeration

@@ -3,14 +3,15 @@
 #include <gmock/gmock.h>
 
 #include "platform/win32/base/PWin32Api.h"
-#include "tools/machine/RegistryKey.h"
+#include "platform/win32/core/PWin32Wide.h"
+#include "tools/machine/MachineKey.h"
 #include "tools/machine/SpoolerHost.h"
 
 namespace {
 
 using Kind = InstallRecord::Kind;
 
-const std::wstring cTestKey = L"SOFTWARE\\QuillonToolsTest";
+const GString cTestKey("SOFTWARE\\QuillonToolsTest");
 
 // The record and the test key belong to the whole test machine; no other test touches them.
 class RegistryTest : public testing::Test {
@@ -18,54 +19,34 @@ protected:
     RegistryTest() { Clean(); }
     ~RegistryTest() override { Clean(); }
     static void Clean() {
-        ::RegDeleteTreeW(HKEY_LOCAL_MACHINE, cTestKey.c_str());
+        ::RegDeleteTreeW(HKEY_LOCAL_MACHINE, AsWide(cTestKey));
         ::RegDeleteTreeW(HKEY_LOCAL_MACHINE, L"SOFTWARE\\Quillon");
     }
 };
 
-TEST_F(RegistryTest, ValuesOfEveryLengthComeBack) {
-    RegistryKey key = RegistryKey::Create(cTestKey);
-    for (const std::size_t length : {0u, 1u, 254u, 255u, 256u, 257u, 5000u}) {
-        SCOPED_TRACE(length);
-        const std::wstring text(length, L'\u00E4');
-        key.SetValue(L"v", text);
-        EXPECT_EQ(key.GetValue(L"v"), text);
-    }
-}
-
-TEST_F(RegistryTest, ReplacesVariablesAndPassesOverOtherKinds) {
-    RegistryKey key = RegistryKey::Create(cTestKey);
-    const DWORD number = 7;
-    ::RegSetKeyValueW(HKEY_LOCAL_MACHINE, cTestKey.c_str(), L"number", REG_DWORD, &number, sizeof number);
-    const std::wstring text = L"%SystemRoot%\\x";
-    ::RegSetKeyValueW(HKEY_LOCAL_MACHINE, cTestKey.c_str(), L"path", REG_EXPAND_SZ, text.c_str(),
-                      static_cast<DWORD>((text.size() + 1) * sizeof(wchar_t)));
-    EXPECT_FALSE(key.GetValue(L"number"));
-    EXPECT_FALSE(key.GetValue(L"nothing"));
-    EXPECT_EQ(key.GetValue(L"path"), L"C:\\windows\\x");
-    EXPECT_THAT(key.GetValues(), testing::ElementsAre(testing::Pair(L"path", L"C:\\windows\\x")));
-}
-
 TEST_F(RegistryTest, ATemporaryFolderIsTMPBeforeTEMP) {
-    RegistryKey key = RegistryKey::Create(cTestKey);
+    PRegistryKey key = MachineKey::Make(cTestKey);
     EXPECT_FALSE(SpoolerHost::FindTempFolder(key));
-    key.SetValue(L"TEMP", L"D:\\second");
-    EXPECT_EQ(SpoolerHost::FindTempFolder(key), L"D:\\second");
-    key.SetValue(L"TMP", L"D:\\first");
-    EXPECT_EQ(SpoolerHost::FindTempFolder(key), L"D:\\first");
-    key.SetValue(L"TMP", L"");
-    EXPECT_EQ(SpoolerHost::FindTempFolder(key), L"D:\\second");
+    key.SetInt32("TMP", 7);
+    key.SetString("TEMP", "%SystemRoot%\\second", 2);
+    EXPECT_EQ(SpoolerHost::FindTempFolder(key), L"C:\\windows\\second");
+    key.SetString("TMP", "%SystemRoot%", 1);
+    EXPECT_EQ(SpoolerHost::FindTempFolder(key), L"%SystemRoot%") << "a text of another type is as it stands";
+    key.SetString("TMP", "", 1);
+    EXPECT_EQ(SpoolerHost::FindTempFolder(key), L"C:\\windows\\second");
 }
 
 TEST_F(RegistryTest, RemovesAKeyOnlyWhenItIsEmpty) {
-    RegistryKey::Create(cTestKey + L"\\below");
-    RegistryKey::Create(cTestKey + L"\\below").SetValue(L"v", L"x");
-    EXPECT_FALSE(RegistryKey::RemoveIfEmpty(cTestKey));
-    EXPECT_FALSE(RegistryKey::RemoveIfEmpty(cTestKey + L"\\below"));
-    RegistryKey::Create(cTestKey + L"\\below").RemoveValue(L"v");
-    EXPECT_TRUE(RegistryKey::RemoveIfEmpty(cTestKey + L"\\below"));
-    EXPECT_TRUE(RegistryKey::RemoveIfEmpty(cTestKey));
-    EXPECT_FALSE(RegistryKey::RemoveIfEmpty(cTestKey));
+    const GString below = cTestKey + GString("\\below");
+    PRegistryKey key = MachineKey::Make(below);
+    key.SetString("v", "x", 1);
+    EXPECT_FALSE(MachineKey::RemoveIfEmpty(cTestKey) || MachineKey::RemoveIfEmpty(below));
+    EXPECT_TRUE(key.RemoveValue("v"));
+    EXPECT_FALSE(key.RemoveValue("v"));
+    EXPECT_TRUE(MachineKey::IsMissing(key));
+    EXPECT_FALSE(key.RemoveKey("")) << "not itself";
+    EXPECT_TRUE(MachineKey::RemoveIfEmpty(below) && MachineKey::RemoveIfEmpty(cTestKey));
+    EXPECT_FALSE(MachineKey::RemoveIfEmpty(cTestKey));
 }
 
 TEST_F(RegistryTest, TheRecordRemembersAndLeavesNoKeyBehind) {
@@ -86,12 +67,12 @@ TEST_F(RegistryTest, TheRecordRemembersAndLeavesNoKeyBehind) {
     EXPECT_FALSE(InstallRecord::IsEmpty());
     InstallRecord::Remove(Kind::Driver, L"Some PS");
     EXPECT_TRUE(InstallRecord::IsEmpty());
-    EXPECT_FALSE(RegistryKey::Exists(L"SOFTWARE\\Quillon"));
-    RegistryKey::Create(L"SOFTWARE\\Quillon\\Other");
+    EXPECT_FALSE(MachineKey::Open("SOFTWARE\\Quillon").Exists());
+    MachineKey::Make("SOFTWARE\\Quillon\\Other");
     InstallRecord::Add(Kind::Library, L"C:\\x.dll");
     InstallRecord::Remove(Kind::Library, L"C:\\x.dll");
-    EXPECT_TRUE(RegistryKey::Exists(L"SOFTWARE\\Quillon\\Other")) << "the key of another";
-    EXPECT_FALSE(RegistryKey::Exists(L"SOFTWARE\\Quillon\\Port Monitor"));
+    EXPECT_TRUE(MachineKey::Open("SOFTWARE\\Quillon\\Other").Exists()) << "the key of another";
+    EXPECT_FALSE(MachineKey::Open("SOFTWARE\\Quillon\\Port Monitor").Exists());
 }
 
 }  // namespace

@@ -6,7 +6,7 @@
 #include "platform/win32/base/PWin32Api.h"
 #include "platform/win32/core/PWin32Wide.h"
 #include "tools/machine/Failure.h"
-#include "tools/machine/RegistryKey.h"
+#include "tools/machine/MachineKey.h"
 
 namespace {
 
@@ -18,9 +18,9 @@ std::wstring WithTrailingBackslash(std::wstring folder) {
 // The spooler service runs under the system's account, whose temporary folder is the one of the
 // machine's environment and not that of whoever asks.
 std::wstring GetServiceTempFolder() {
-    const auto environment =
-        RegistryKey::Open(L"SYSTEM\\CurrentControlSet\\Control\\Session Manager\\Environment");
-    const auto folder = environment ? SpoolerHost::FindTempFolder(*environment) : std::nullopt;
+    const PRegistryKey environment =
+        MachineKey::Open("SYSTEM\\CurrentControlSet\\Control\\Session Manager\\Environment");
+    const auto folder = SpoolerHost::FindTempFolder(environment);
     if (!folder) throw Failure(L"The machine's environment names no temporary folder (TMP or TEMP).");
     return *folder;
 }
@@ -32,9 +32,9 @@ bool SpoolerHost::IsWine() {
     return system != nullptr && ::GetProcAddress(system, "wine_get_version") != nullptr;
 }
 
-std::optional<std::wstring> SpoolerHost::FindTempFolder(const RegistryKey& environment) {
-    for (const wchar_t* const name : {L"TMP", L"TEMP"}) {
-        auto folder = environment.GetValue(name);
+std::optional<std::wstring> SpoolerHost::FindTempFolder(const PRegistryKey& environment) {
+    for (const char* const name : {"TMP", "TEMP"}) {
+        auto folder = MachineKey::GetText(environment, name);
         if (folder && !folder->empty()) return folder;
     }
     return std::nullopt;

@@ -3,7 +3,7 @@
 #include <optional>
 #include <string>
 
-class RegistryKey;
+class PRegistryKey;
 
 /// SpoolerHost: which of the two spoolers this machine has.
 ///
@@ -17,5 +17,5 @@ public:
     static std::wstring GetJobFolder();
     /// The temporary folder that a service finds in these environment variables; as GetTempPathW, it
     /// takes TMP before TEMP, and an empty one for none. Nothing when neither is there.
-    static std::optional<std::wstring> FindTempFolder(const RegistryKey& environment);
+    static std::optional<std::wstring> FindTempFolder(const PRegistryKey& environment);
 };

@@ -1,59 +1,81 @@
 #include "tools/quillonctl/InstallRecord.h"
 
-#include "tools/machine/RegistryKey.h"
+#include <climits>
+#include <memory>
+
+#include "platform/win32/core/PWin32Wide.h"
+#include "tools/machine/Failure.h"
+#include "tools/machine/MachineKey.h"
 
 namespace {
 
-const std::wstring cCompanyKey = L"SOFTWARE\\Quillon";
-const std::wstring cProductKey = cCompanyKey + L"\\Port Monitor";
-const std::wstring cRecordKey = cProductKey + L"\\Installed";
+constexpr const char* cCompanyKey = "SOFTWARE\\Quillon";
+constexpr const char* cProductKey = "SOFTWARE\\Quillon\\Port Monitor";
+constexpr const char* cRecordKey = "SOFTWARE\\Quillon\\Port Monitor\\Installed";
 
 constexpr InstallRecord::Kind cAllKinds[] = {
     InstallRecord::Kind::Library, InstallRecord::Kind::Monitor, InstallRecord::Kind::PortKey,
     InstallRecord::Kind::Driver,  InstallRecord::Kind::Printer,
 };
 
-std::wstring GetKeyPath(InstallRecord::Kind kind) {
+const char* GetLeaf(InstallRecord::Kind kind) {
     switch (kind) {
         case InstallRecord::Kind::Library:
-            return cRecordKey + L"\\Libraries";
+            return "\\Libraries";
         case InstallRecord::Kind::Monitor:
-            return cRecordKey + L"\\Monitors";
+            return "\\Monitors";
         case InstallRecord::Kind::PortKey:
-            return cRecordKey + L"\\PortKeys";
+            return "\\PortKeys";
         case InstallRecord::Kind::Driver:
-            return cRecordKey + L"\\Drivers";
+            return "\\Drivers";
         case InstallRecord::Kind::Printer:
             break;
     }
-    return cRecordKey + L"\\Printers";
+    return "\\Printers";
+}
+
+GString GetKeyPath(InstallRecord::Kind kind) {
+    return GString(cRecordKey) + GString(GetLeaf(kind));
+}
+
+GString TextOf(const std::wstring& wide) {
+    return FromWide(wide.data(), static_cast<long>(wide.size()));
 }
 
 }  // namespace
 
 void InstallRecord::Add(Kind kind, const std::wstring& name, const std::wstring& detail) {
-    RegistryKey::Create(GetKeyPath(kind)).SetValue(name, detail);
+    PRegistryKey key = MachineKey::Make(GetKeyPath(kind));
+    if (!key.SetString(TextOf(name), TextOf(detail), PRegistryData::cString))
+        throw Failure(L"The registry does not take the record of '" + name + L"'.");
 }
 
 void InstallRecord::Remove(Kind kind, const std::wstring& name) {
-    const std::wstring path = GetKeyPath(kind);
-    if (!RegistryKey::Exists(path)) return;
-    RegistryKey::Create(path).RemoveValue(name);
-    for (const std::wstring& key : {path, cRecordKey, cProductKey, cCompanyKey}) {
-        if (!RegistryKey::RemoveIfEmpty(key)) return;
+    const GString path = GetKeyPath(kind);
+    if (!MachineKey::Open(path).Exists()) return;
+    if (PRegistryKey key = MachineKey::Make(path);
+        !key.RemoveValue(TextOf(name)) && !MachineKey::IsMissing(key))
+        throw SystemFailure(L"Removing the record of '" + name + L"'",
+                            static_cast<unsigned long>(key.GetStatus()));
+    for (const GString& key : {path, GString(cRecordKey), GString(cProductKey), GString(cCompanyKey)}) {
+        if (!MachineKey::RemoveIfEmpty(key)) return;
     }
 }
 
 bool InstallRecord::Contains(Kind kind, const std::wstring& name) {
-    const auto key = RegistryKey::Open(GetKeyPath(kind));
-    return key && key->GetValue(name).has_value();
+    unsigned long type = 0;
+    GString detail;
+    return MachineKey::Open(GetKeyPath(kind)).QueryString(TextOf(name), detail, ULONG_MAX, type);
 }
 
 std::vector<InstallRecord::Entry> InstallRecord::GetEntries(Kind kind) {
     std::vector<Entry> entries;
-    const auto key = RegistryKey::Open(GetKeyPath(kind));
-    if (!key) return entries;
-    for (auto& [name, detail] : key->GetValues()) entries.push_back({name, detail});
+    PRegistryKey key = MachineKey::Open(GetKeyPath(kind));
+    GString name;
+    key.BeginEnumerateValue();
+    while (const auto data = std::unique_ptr<PRegistryData>(key.NextValue(name)))
+        if (data->GetType() == PRegistryData::cString)
+            entries.push_back({AsWide(name), AsWide(data->GetString())});
     return entries;
 }
 

@@ -1,77 +1,75 @@
 #include "tools/quillonctl/LibraryFile.h"
 
-#include <cstring>
 #include <vector>
 
+#include "framework/core/bytes/GBuffer.h"
+#include "framework/files/GFile.h"
+#include "framework/files/GFileOpenMode.h"
+#include "framework/files/GFileSystem.h"
 #include "platform/win32/base/PWin32Api.h"
-#include "platform/win32/base/PWin32ScopedHandle.h"
+#include "platform/win32/core/PWin32SystemException.h"
+#include "platform/win32/core/PWin32Wide.h"
 #include "tools/machine/Failure.h"
 #include "tools/quillonctl/Product.h"
 
 namespace {
 
-using FileHandle = PWin32ScopedHandle<PWin32FileHandle>;
-
-FileHandle OpenForReading(const std::wstring& path) {
-    return FileHandle(::CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_DELETE, nullptr,
-                                    OPEN_EXISTING, FILE_FLAG_SEQUENTIAL_SCAN, nullptr));
+GPathName PathOf(const std::wstring& native) {
+    return GPathName::FromNative(FromWide(native.data(), static_cast<long>(native.size())));
 }
 
-// Fills the block as far as the file goes; -1 when reading fails.
-long long ReadBlock(HANDLE file, std::vector<char>& block) {
-    std::size_t length = 0;
-    while (length < block.size()) {
-        DWORD taken = 0;
-        const auto wanted = static_cast<DWORD>(block.size() - length);
-        if (!::ReadFile(file, block.data() + length, wanted, &taken, nullptr)) return -1;
-        if (taken == 0) break;
-        length += taken;
+std::wstring NativeOf(const GPathName& path) {
+    return AsWide(path.GetNativePathString());
+}
+
+/// Runs a step of the file system, whose refusal becomes a failure of that action.
+template <class Step>
+void Try(const std::wstring& action, Step step) {
+    try {
+        step();
+    } catch (const PWin32SystemException& failure) {
+        throw SystemFailure(action, static_cast<unsigned long>(failure.GetSystemErrorCode()));
     }
-    return static_cast<long long>(length);
 }
 
-std::wstring GetModulePath() {
-    std::wstring path(32768, L'\0');
-    const DWORD length = ::GetModuleFileNameW(nullptr, path.data(), static_cast<DWORD>(path.size()));
-    if (length == 0 || length >= path.size()) throw SystemFailure(L"Finding this program's folder");
-    path.resize(length);
-    return path;
+bool IsTaken(const PWin32SystemException& failure) {
+    return failure.GetSystemErrorCode() == ERROR_ALREADY_EXISTS ||
+           failure.GetSystemErrorCode() == ERROR_FILE_EXISTS;
 }
 
 }  // namespace
 
 std::wstring LibraryFile::GetDeliveredPath() {
-    const std::wstring program = GetModulePath();
-    return program.substr(0, program.find_last_of(L'\\') + 1) + Product::cLibraryName;
+    GPathName path = GFileSystem::GetSpecialPath(GSpecialPath::cApplication);
+    path.ReplaceLeaf(PathOf(Product::cLibraryName).GetLeaf());
+    return NativeOf(path);
 }
 
 std::wstring LibraryFile::GetInstalledPath(const std::wstring& fileName) {
     // A monitor may be registered by its full path, too.
     if (fileName.find(L'\\') != std::wstring::npos) return fileName;
-    wchar_t folder[MAX_PATH];
-    const UINT length = ::GetSystemDirectoryW(folder, MAX_PATH);
-    if (length == 0 || length >= MAX_PATH) throw SystemFailure(L"Finding the system folder");
-    return std::wstring(folder) + L'\\' + fileName;
+    return NativeOf(GFileSystem::GetSystemFolder()) + L'\\' + fileName;
 }
 
 bool LibraryFile::Exists(const std::wstring& path) {
-    const DWORD attributes = ::GetFileAttributesW(path.c_str());
-    return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) == 0;
+    return GFileSystem::TryFileExists(PathOf(path));
 }
 
 bool LibraryFile::HaveSameContent(const std::wstring& onePath, const std::wstring& otherPath) {
-    const FileHandle one = OpenForReading(onePath);
-    const FileHandle other = OpenForReading(otherPath);
-    if (!one || !other) return false;
-    constexpr std::size_t cBlockBytes = 65536;
-    std::vector<char> oneBlock(cBlockBytes);
-    std::vector<char> otherBlock(cBlockBytes);
-    for (;;) {
-        const long long length = ReadBlock(one.Get(), oneBlock);
-        if (length < 0 || length != ReadBlock(other.Get(), otherBlock)) return false;
-        if (length == 0) return true;
-        if (std::memcmp(oneBlock.data(), otherBlock.data(), static_cast<std::size_t>(length)) != 0)
-            return false;
+    constexpr long cBlockBytes = 65536;
+    GBuffer oneBlock;
+    GBuffer otherBlock;
+    try {
+        GFile one(PathOf(onePath), GFileOpenMode::cRead);
+        GFile other(PathOf(otherPath), GFileOpenMode::cRead);
+        if (one.GetLength() != other.GetLength()) return false;
+        while (one.Read(oneBlock, cBlockBytes) > 0)
+            if (other.Read(otherBlock, oneBlock.GetLength()) != oneBlock.GetLength() ||
+                oneBlock != otherBlock)
+                return false;
+        return true;
+    } catch (const GException&) {
+        return false;
     }
 }
 
@@ -107,26 +105,30 @@ std::optional<std::wstring> LibraryFile::GetVersion(const std::wstring& path) {
 }
 
 void LibraryFile::Copy(const std::wstring& source, const std::wstring& target) {
-    if (!::CopyFileW(source.c_str(), target.c_str(), TRUE)) {
-        throw SystemFailure(L"Copying " + source + L" to " + target);
-    }
+    const GPathName copy = PathOf(target);
+    Try(L"Copying " + source + L" to " + target,
+        [&] { GFileSystem::CopyAndRenameFile(PathOf(source), copy.GetBranch(), copy.GetLeaf()); });
 }
 
 std::wstring LibraryFile::MoveAside(const std::wstring& path) {
-    constexpr int cMaxAttempts = 100;
-    for (int attempt = 1; attempt <= cMaxAttempts; ++attempt) {
-        const std::wstring aside = path + L".old" + std::to_wstring(attempt);
-        if (::MoveFileExW(path.c_str(), aside.c_str(), 0)) return aside;
-        const DWORD error = ::GetLastError();
-        if (error != ERROR_ALREADY_EXISTS && error != ERROR_FILE_EXISTS) break;
-    }
-    throw SystemFailure(L"Renaming " + path);
+    constexpr long cMaxAttempts = 100;
+    const GPathName file = PathOf(path);
+    GPathName aside;
+    Try(L"Renaming " + path, [&] {
+        for (long attempt = 1; aside.IsEmpty(); ++attempt) {
+            try {
+                aside = GFileSystem::RenameFile(file, file.GetLeaf() + GString(".old") + GString(attempt));
+            } catch (const PWin32SystemException& failure) {
+                if (attempt == cMaxAttempts || !IsTaken(failure)) throw;
+            }
+        }
+    });
+    return NativeOf(aside);
 }
 
 void LibraryFile::MoveBack(const std::wstring& aside, const std::wstring& target) {
-    if (!::MoveFileExW(aside.c_str(), target.c_str(), MOVEFILE_REPLACE_EXISTING)) {
-        throw SystemFailure(L"Renaming " + aside + L" to " + target);
-    }
+    Try(L"Renaming " + aside + L" to " + target,
+        [&] { GFileSystem::ReplaceFile(PathOf(aside), PathOf(target)); });
 }
 
 bool LibraryFile::Remove(const std::wstring& path) {

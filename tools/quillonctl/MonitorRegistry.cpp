@@ -1,7 +1,7 @@
 #include "tools/quillonctl/MonitorRegistry.h"
 
 #include "monitor/spooling/MonitorNames.h"
-#include "tools/machine/RegistryKey.h"
+#include "tools/machine/MachineKey.h"
 #include "tools/quillonctl/Product.h"
 #include "tools/quillonctl/SpoolerList.h"
 
@@ -20,13 +20,13 @@ constexpr bool IsSameText(const wchar_t* wide, const char* narrow) {
 static_assert(IsSameText(Product::cMonitorName, MonitorNames::cMonitor));
 static_assert(IsSameText(Product::cPortName, MonitorNames::cPort));
 
-std::wstring GetPortsKeyPath() {
-    return std::wstring(L"System\\CurrentControlSet\\Control\\Print\\Monitors\\") + Product::cMonitorName +
-           L"\\Ports";
+GString GetPortsKeyPath() {
+    return GString("System\\CurrentControlSet\\Control\\Print\\Monitors\\") +
+           GString(MonitorNames::cMonitor) + GString("\\Ports");
 }
 
-std::wstring GetPortKeyPath() {
-    return GetPortsKeyPath() + L'\\' + Product::cPortName;
+GString GetPortKeyPath() {
+    return GetPortsKeyPath() + GString("\\") + GString(MonitorNames::cPort);
 }
 
 }  // namespace
@@ -81,13 +81,13 @@ bool MonitorRegistry::IsPortListed() {
 }
 
 bool MonitorRegistry::HasPortKey() {
-    return RegistryKey::Exists(GetPortKeyPath());
+    return MachineKey::Open(GetPortKeyPath()).Exists();
 }
 
 void MonitorRegistry::AddPortKey() {
-    RegistryKey::Create(GetPortKeyPath());
+    MachineKey::Make(GetPortKeyPath());
 }
 
 void MonitorRegistry::RemovePortKey() {
-    if (RegistryKey::RemoveIfEmpty(GetPortKeyPath())) RegistryKey::RemoveIfEmpty(GetPortsKeyPath());
+    if (MachineKey::RemoveIfEmpty(GetPortKeyPath())) MachineKey::RemoveIfEmpty(GetPortsKeyPath());
 }

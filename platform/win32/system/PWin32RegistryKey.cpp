@@ -220,6 +220,19 @@ bool PRegistryKey::SetBuffer(const GString& name, const GBuffer& bytes, unsigned
     return SetValue(name, IsText(stored) && !isWide ? ToWide(bytes) : bytes, stored);
 }
 
+bool PRegistryKey::RemoveValue(const GString& name) {
+    mStatus = Exists() ? ERROR_INVALID_NAME : ERROR_INVALID_HANDLE;
+    if (Exists() && IsName(name)) mStatus = ::RegDeleteValueW(mKey, ::AsWide(name));
+    return mStatus == ERROR_SUCCESS;
+}
+
+bool PRegistryKey::RemoveKey(const GString& name) {
+    mStatus = Exists() ? ERROR_INVALID_NAME : ERROR_INVALID_HANDLE;
+    // The empty name would be this key itself.
+    if (Exists() && IsName(name) && !name.IsEmpty()) mStatus = ::RegDeleteKeyW(mKey, ::AsWide(name));
+    return mStatus == ERROR_SUCCESS;
+}
+
 bool PRegistryKey::BeginEnumerateRegistryKey(unsigned long access) {
     mKeys.reset();
     if (!Exists()) return false;
