@@ -27,7 +27,7 @@ long NumberOf(const TestFolder& folder, const char* group) {
 }
 
 TEST(PrefsProcess, WritersLoseNothingOfEachOther) {
-    constexpr long cCount = 30;
+    constexpr long cCount = QUILLON_TEST_WRITES;
     const TestFolder folder;
     const ChildProcess one(CommandLine(folder, "a", cCount), L"NUL", L"NUL");
     const ChildProcess other(CommandLine(folder, "b", cCount), L"NUL", L"NUL");
@@ -45,9 +45,10 @@ TEST(PrefsProcess, WritersLoseNothingOfEachOther) {
 TEST(PrefsProcess, AWriterKilledAtAnyMomentLeavesAWholeFileAndNoLock) {
     const TestFolder folder;
     std::mt19937 random(3);
-    for (int round = 0; round < 10; ++round) {
+    for (int round = 0; round < QUILLON_TEST_KILLS; ++round) {
         const ChildProcess writer(CommandLine(folder, "a", 100000), L"NUL", L"NUL");
         while (writer.IsRunning() && !folder.Has("Q.uprefs")) PSystem::MilliSleep(1);
+        for (unsigned reads = random() % 3; reads > 0; --reads) EXPECT_GT(NumberOf(folder, "a"), 0);
         PSystem::MilliSleep(static_cast<long>(random() % 30));
         ASSERT_TRUE(writer.IsRunning());
         writer.Kill();
