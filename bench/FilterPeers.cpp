@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <string_view>
 #include <vector>
 
 namespace {
@@ -31,9 +32,10 @@ fz_stream* StreamOf(const std::string& data) {
 
 void Drop(fz_context*, void*, const void*, size_t) {}
 
-/// A TIFF file in memory.
+/// A TIFF file in memory: one that is read is borrowed.
 struct MemoryFile {
     std::string bytes;
+    std::string_view read;
     std::size_t position = 0;
 };
 
@@ -43,8 +45,8 @@ MemoryFile& FileOf(thandle_t handle) {
 
 tmsize_t Read(thandle_t handle, void* out, tmsize_t count) {
     MemoryFile& file = FileOf(handle);
-    const std::size_t taken = std::min(static_cast<std::size_t>(count), file.bytes.size() - file.position);
-    std::memcpy(out, file.bytes.data() + file.position, taken);
+    const std::size_t taken = std::min(static_cast<std::size_t>(count), file.read.size() - file.position);
+    std::memcpy(out, file.read.data() + file.position, taken);
     file.position += taken;
     return static_cast<tmsize_t>(taken);
 }
@@ -58,19 +60,19 @@ tmsize_t Write(thandle_t handle, void* in, tmsize_t count) {
     return count;
 }
 
+toff_t SizeOf(thandle_t handle) {
+    return std::max(FileOf(handle).bytes.size(), FileOf(handle).read.size());
+}
+
 toff_t Seek(thandle_t handle, toff_t offset, int from) {
     MemoryFile& file = FileOf(handle);
-    const toff_t start = from == SEEK_SET ? 0 : from == SEEK_CUR ? file.position : file.bytes.size();
+    const toff_t start = from == SEEK_SET ? 0 : from == SEEK_CUR ? file.position : SizeOf(handle);
     file.position = static_cast<std::size_t>(start + offset);
     return file.position;
 }
 
 int Close(thandle_t) {
     return 0;
-}
-
-toff_t SizeOf(thandle_t handle) {
-    return FileOf(handle).bytes.size();
 }
 
 TIFF* Open(MemoryFile& file, const char* mode) {
@@ -142,7 +144,7 @@ std::string FilterPeers::LibTIFFEncode(Strip kind, const std::string& data) {
 void FilterPeers::LibTIFFDecode(const std::string& file, std::size_t length) {
     static std::string sBytes;
     sBytes.resize(length);
-    MemoryFile memory{file};
+    MemoryFile memory{"", file};
     TIFF* const image = Open(memory, "r");
     TIFFReadEncodedStrip(image, 0, sBytes.data(), static_cast<tmsize_t>(length));
     TIFFClose(image);
