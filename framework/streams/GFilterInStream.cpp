@@ -81,10 +81,12 @@ void GFilterInStream::Fill(GBuffer& out, long maxBytes) {
         if (room == 0) return;
         if (mStep != GFilterStep::cGoOn) return ThrowFailure();
         if (mStarved) Pull();
-        if (room >= std::max<long>(mNeededRoom, cCarryRoom)) {
+        // Small reads share one conversion; of large ones only the end may be too small for one.
+        const long least = std::max<long>(mNeededRoom, maxBytes < cCarryRoom ? cCarryRoom : 0);
+        if (room >= least) {
             ConvertInto(out, std::min(room, cStride), maxBytes);
         } else {
-            ConvertInto(mCarry, std::max<long>(mNeededRoom, cCarryRoom), 0);
+            ConvertInto(mCarry, least, 0);
         }
     }
 }

@@ -9,17 +9,183 @@ namespace {
 
 constexpr long cPart = 8;  // bytes of a string that are written at once
 constexpr std::int32_t cNeededRoom = GLZWCodes::cTableSize + cPart;
+constexpr std::uint32_t cTableSize = GLZWCodes::cTableSize;
 
 }  // namespace
 
+/// One conversion. Nothing points to the object, so that the processor's registers can hold it while codes
+/// are taken, whatever is written.
+class GLZWDecode::Run {
+public:
+    Run(const GLZWDecode& filter, String* strings, const GFilterWindow& window)
+        : mState(filter.mState),
+          mEarlyChange(filter.mEarlyChange),
+          mStrings(strings),
+          mIn(window.in),
+          mBit(mState.usedBits),
+          mBits(static_cast<std::uint32_t>(8 * window.InCount())),
+          mIsLast(window.isLast),
+          mOut(window.out),
+          mOutEnd(window.outEnd) {
+        SetWidth(mState.width);
+    }
+
+    GFilterStep TakeCodes() {
+        while (true) {
+            const std::uint32_t code = PeekCode();
+            if (code >= mState.next && (code > mState.next || !HasPrevious())) return FindFailure(code);
+            // The next code stands for the previous string with its own first byte behind it.
+            const String string = code == mState.next ? Longer(FirstOf(mState.string)) : mStrings[code];
+            const long length = LengthOf(string);
+            if (length == 0) {
+                if (code == GLZWCodes::cEnd) return TakeEnd();
+                TakeClear();
+                continue;
+            }
+            if (mOutEnd - mOut < length + cPart) return GFilterStep::cGoOn;
+            mBit += mState.width;
+            if (mState.next < cTableSize && HasPrevious()) AddString(FirstOf(string));
+            Put(string, length);
+            mOut += length;
+            mState.string = string;
+            mState.previous = code;
+        }
+    }
+
+    void Leave(GLZWDecode& filter, GFilterWindow& window) {
+        window.in = mIn + mBit / 8;
+        window.out = mOut;
+        mState.usedBits = mBit % 8;
+        filter.mState = mState;
+    }
+
+    static void ClearTable(State& state) {
+        state.next = GLZWCodes::cFirstString;
+        state.width = GLZWCodes::cFirstWidth;
+        state.string = {};
+    }
+
+    static String StringOfOneByte(std::uint64_t byte) { return {byte, 1 | byte << cFirstShift}; }
+
+private:
+    static constexpr std::uint32_t cNoCode = 0xFFFFFFFF;
+    // The facts of a string: its length in 16 bits, the string before its last part in 16, its first byte,
+    // and whether all bytes before the last part are like that one.
+    static constexpr int cBaseShift = 16;
+    static constexpr int cFirstShift = 32;
+    static constexpr int cRunShift = 40;
+
+    static long LengthOf(const String& string) { return static_cast<std::uint16_t>(string.facts); }
+    static std::size_t BaseOf(const String& string) {
+        return static_cast<std::uint16_t>(string.facts >> cBaseShift);
+    }
+    static std::uint64_t FirstOf(const String& string) { return string.facts >> cFirstShift & 0xFF; }
+    static bool IsRun(const String& string) { return (string.facts >> cRunShift & 1) != 0; }
+    bool HasPrevious() const { return mState.string.facts != 0; }
+
+    void SetWidth(std::uint32_t width) {
+        const bool isLast = width == GLZWCodes::cLastWidth;
+        mState.width = width;
+        mGrowAt = isLast ? cTableSize + 1 : (1U << width) - mEarlyChange;
+    }
+
+    std::uint32_t PeekCode() const {
+        std::uint32_t word = 0;
+        if (mBits - mBit >= 32) {
+            std::memcpy(&word, mIn + mBit / 8, sizeof word);
+            word = __builtin_bswap32(word);
+        } else {
+            if (mBits - mBit < mState.width) return cNoCode;
+            for (std::uint32_t i = mBit / 8; i < mBits / 8; ++i) {
+                word |= std::uint32_t{mIn[i]} << (24 - 8 * (i - mBit / 8));
+            }
+        }
+        return word >> (32 - mBit % 8 - mState.width) & ((1U << mState.width) - 1);
+    }
+
+    void TakeClear() {
+        mBit += mState.width;
+        ClearTable(mState);
+        SetWidth(mState.width);
+    }
+
+    // What is left of the last byte belongs to the end.
+    GFilterStep TakeEnd() {
+        mBit = (mBit + mState.width + 7) / 8 * 8;
+        return GFilterStep::cEnd;
+    }
+
+    // Data that has no whole code any more ends well when zero bits fill its last byte.
+    GFilterStep FindFailure(std::uint32_t code) {
+        if (code != cNoCode) return GFilterStep::cInvalid;
+        if (!mIsLast) return GFilterStep::cGoOn;
+        const std::uint32_t left = mBits - mBit;
+        const bool isFilled = left == 0 || (left < 8 && (mIn[mBit / 8] & ((1U << left) - 1)) == 0);
+        mBit = mBits;
+        return isFilled ? GFilterStep::cEnd : GFilterStep::cTruncated;
+    }
+
+    // The previous string with a byte behind it.
+    String Longer(std::uint64_t last) const {
+        const long tailLength = LengthOf(mState.string) % cPart;
+        if (tailLength == 0) return WithNewPart(last);
+        return {mState.string.tail | last << 8 * tailLength, mState.string.facts + 1};
+    }
+
+    String WithNewPart(std::uint64_t last) const {
+        constexpr std::uint64_t cEachByte = 0x0101010101010101;
+        const String& start = mState.string;
+        const bool wasRun = LengthOf(start) == cPart || IsRun(start);
+        const bool isRun = wasRun && start.tail == FirstOf(start) * cEachByte;
+        const auto length = static_cast<std::uint64_t>(LengthOf(start) + 1);
+        return {last, length | std::uint64_t{mState.previous} << cBaseShift | FirstOf(start) << cFirstShift |
+                          std::uint64_t{isRun} << cRunShift};
+    }
+
+    void AddString(std::uint64_t last) {
+        mStrings[mState.next++] = Longer(last);
+        if (mState.next >= mGrowAt) SetWidth(mState.width + 1);
+    }
+
+    // The last part may be written too long.
+    void Put(const String& string, long length) const {
+        if (length <= cPart) {
+            std::memcpy(mOut, &string.tail, sizeof string.tail);
+        } else {
+            PutParts(string, (length - 1) / cPart * cPart);
+        }
+    }
+
+    // From the last part, which stands at `position`, to the first.
+    void PutParts(String string, long position) const {
+        for (; position > 0 && !IsRun(string); position -= cPart) {
+            std::memcpy(mOut + position, &string.tail, sizeof string.tail);
+            string = mStrings[BaseOf(string)];
+        }
+        if (position > 0) {
+            std::memset(mOut, static_cast<int>(FirstOf(string)), static_cast<std::size_t>(position));
+        }
+        std::memcpy(mOut + position, &string.tail, sizeof string.tail);
+    }
+
+    State mState;
+    const std::uint32_t mEarlyChange;
+    std::uint32_t mGrowAt = 0;  // the next code from which on codes are wider
+    String* const mStrings;
+    const unsigned char* const mIn;
+    std::uint32_t mBit;         // counted from mIn
+    const std::uint32_t mBits;  // how many there are
+    const bool mIsLast;
+    unsigned char* mOut;
+    unsigned char* const mOutEnd;
+};
+
 GLZWDecode::GLZWDecode(GHeldStream<GInStream> source, long earlyChange)
     : GFilterInStream(std::move(source), cNeededRoom),
-      mEarlyChange(GLZWCodes::CheckEarlyChange(earlyChange)),
-      mStrings(GLZWCodes::cTableSize) {
-    for (std::uint16_t byte = 0; byte < GLZWCodes::cClear; ++byte) {
-        mStrings[byte] = {byte, 0, 1, static_cast<unsigned char>(byte)};
-    }
-    ClearTable();
+      mEarlyChange(static_cast<std::uint32_t>(GLZWCodes::CheckEarlyChange(earlyChange))),
+      mStrings(cTableSize) {
+    for (std::size_t byte = 0; byte < GLZWCodes::cClear; ++byte) mStrings[byte] = Run::StringOfOneByte(byte);
+    Run::ClearTable(mState);
 }
 
 GLZWDecode* GLZWDecode::CreateClone() const {
@@ -27,106 +193,13 @@ GLZWDecode* GLZWDecode::CreateClone() const {
 }
 
 void GLZWDecode::Restart() {
-    ClearTable();
-    mBits = Bits();
-}
-
-void GLZWDecode::ClearTable() {
-    mNext = GLZWCodes::cFirstString;
-    mWidth = GLZWCodes::cFirstWidth;
-    mPrevious = -1;
-}
-
-void GLZWDecode::Bits::Refill(GFilterWindow& window) {
-    if (window.InCount() >= cPart) {
-        std::uint64_t bytes;
-        std::memcpy(&bytes, window.in, sizeof bytes);
-        const std::int32_t taken = (63 - count) / 8;
-        // Bits below what is counted come again with the next bytes, which are the same.
-        word |= __builtin_bswap64(bytes) >> count;
-        window.in += taken;
-        count += 8 * taken;
-        word &= ~std::uint64_t{0} << (64 - count);
-        return;
-    }
-    for (; count <= 56 && window.InCount() > 0; count += 8) {
-        word |= std::uint64_t{*window.in++} << (56 - count);
-    }
-}
-
-void GLZWDecode::Bits::Drop(std::int32_t width) {
-    word <<= width;
-    count -= width;
-}
-
-void GLZWDecode::Bits::PutBackBytes(GFilterWindow& window) {
-    window.in -= count / 8;
-    count %= 8;
-    word = count == 0 ? 0 : word & ~std::uint64_t{0} << (64 - count);
+    mState.usedBits = 0;
+    Run::ClearTable(mState);
 }
 
 GFilterStep GLZWDecode::Convert(GFilterWindow& window) {
-    Bits bits = mBits;
-    const GFilterStep step = TakeCodes(window, bits);
-    bits.PutBackBytes(window);
-    mBits = bits;
+    Run run(*this, mStrings.data(), window);
+    const GFilterStep step = run.TakeCodes();
+    run.Leave(*this, window);
     return step;
-}
-
-GFilterStep GLZWDecode::TakeCodes(GFilterWindow& window, Bits& bits) {
-    while (true) {
-        if (bits.count < mWidth) bits.Refill(window);
-        if (bits.count < mWidth) return window.isLast ? bits.GetEnd() : GFilterStep::cGoOn;
-        const auto code = static_cast<std::int32_t>(bits.word >> (64 - mWidth));
-        if (code == GLZWCodes::cClear || code == GLZWCodes::cEnd) {
-            bits.Drop(mWidth);
-            if (code == GLZWCodes::cEnd) return GFilterStep::cEnd;
-            ClearTable();
-            continue;
-        }
-        if (!IsKnown(code)) return GFilterStep::cInvalid;
-        const std::size_t known = static_cast<std::size_t>(code == mNext ? mPrevious : code);
-        const long length = mStrings[known].length + (code == mNext ? 1 : 0);
-        if (window.OutRoom() < length + cPart) return GFilterStep::cGoOn;
-        bits.Drop(mWidth);
-        AddString(code);
-        PutString(code, window.out);
-        window.out += length;
-    }
-}
-
-// The next code may stand for the previous string with its own first byte behind it.
-bool GLZWDecode::IsKnown(std::int32_t code) const {
-    return code < mNext || (code == mNext && mPrevious >= 0);
-}
-
-// Adds the previous string with the first byte of this one, unless the table is full.
-void GLZWDecode::AddString(std::int32_t code) {
-    const std::int32_t previous = std::exchange(mPrevious, code);
-    if (previous < 0 || mNext == GLZWCodes::cTableSize) return;
-    const String& start = mStrings[static_cast<std::size_t>(previous)];
-    const unsigned char last = mStrings[static_cast<std::size_t>(code == mNext ? previous : code)].first;
-    const auto length = static_cast<std::uint16_t>(start.length + 1);
-    String& added = mStrings[static_cast<std::size_t>(mNext)];
-    const auto tailLength = start.length % cPart;
-    if (tailLength == 0) {
-        added = {last, static_cast<std::uint16_t>(previous), length, start.first};
-    } else {
-        const std::uint64_t tail = start.tail | std::uint64_t{last} << (8 * tailLength);
-        added = {tail, start.base, length, start.first};
-    }
-    ++mNext;
-    mWidth = GLZWCodes::NextWidth(mWidth, mNext, mEarlyChange);
-}
-
-// Part by part from the last one, which may be written too long.
-void GLZWDecode::PutString(std::int32_t code, unsigned char* out) const {
-    const String* string = &mStrings[static_cast<std::size_t>(code)];
-    long position = (string->length - 1) / cPart * cPart;
-    std::memcpy(out + position, &string->tail, sizeof string->tail);
-    while (position > 0) {
-        string = &mStrings[string->base];
-        position -= cPart;
-        std::memcpy(out + position, &string->tail, sizeof string->tail);
-    }
 }

@@ -18,40 +18,27 @@ public:
     GLZWDecode* CreateClone() const override;
 
 private:
-    /// A string of the table: what its last part of up to eight bytes adds to an earlier one, which is
-    /// a multiple of eight bytes long.
-    struct String {
-        std::uint64_t tail;
-        std::uint16_t base;
-        std::uint16_t length;
-        unsigned char first;
-    };
-    /// The bits that are not used yet, the next one at the top; below them zeros.
-    struct Bits {
-        void Refill(GFilterWindow& window);
-        void Drop(std::int32_t width);
-        void PutBackBytes(GFilterWindow& window);
-        // How the data ends that has no whole code any more: zero bits may fill its last byte.
-        GFilterStep GetEnd() const noexcept {
-            return count < 8 && word == 0 ? GFilterStep::cEnd : GFilterStep::cTruncated;
-        }
+    class Run;
 
-        std::uint64_t word = 0;
-        std::int32_t count = 0;
+    /// A string of the table: its last part of up to eight bytes, behind an earlier string that is a
+    /// multiple of eight bytes long.
+    struct String {
+        std::uint64_t tail = 0;   // the first byte at the bottom
+        std::uint64_t facts = 0;  // in one word, so that a string is written by two stores
+    };
+    /// Where the data stands between two conversions.
+    struct State {
+        std::uint32_t next;          // the code of the next string
+        std::uint32_t width;         // of the next code, in bits
+        std::uint32_t previous;      // the last code
+        String string;               // for which that stands; empty: the table was just cleared
+        std::uint32_t usedBits = 0;  // of the first byte of the input
     };
 
     GFilterStep Convert(GFilterWindow& window) override;
     void Restart() override;
-    void ClearTable();
-    GFilterStep TakeCodes(GFilterWindow& window, Bits& bits);
-    bool IsKnown(std::int32_t code) const;
-    void AddString(std::int32_t code);
-    void PutString(std::int32_t code, unsigned char* out) const;
 
-    std::int32_t mEarlyChange;
+    std::uint32_t mEarlyChange;
     std::vector<String> mStrings;
-    std::int32_t mNext = 0;       // the code of the next string
-    std::int32_t mWidth = 0;      // of the next code, in bits
-    std::int32_t mPrevious = -1;  // the last code, -1: the table was just cleared
-    Bits mBits;
+    State mState;
 };
