@@ -5,9 +5,9 @@
 
 /// GPNGDecode: rows from the bytes of one PNG filter (ISO/IEC 15948) with its tag in front of each row.
 ///
-/// A row is `columns` pixels of `colours` samples of `bits` bits (1, 2, 4, 8 or 16) in whole bytes. Each
-/// row is decoded by its own tag, whichever of the five it is: what differs from the class is followed.
-/// An unfinished last row is delivered as far as it goes; then the end is unexpected.
+/// A row is `columns` pixels of `colours` samples (up to 65535) of `bits` bits (1, 2, 4, 8 or 16) in whole
+/// bytes. Each row is decoded by its own tag, whichever of the five it is: what differs from the class is
+/// followed. An unfinished last row is delivered as far as it goes; then the end is unexpected.
 class QUILLON_EXPORT GPNGDecode : public GFilterInStream {
 protected:
     /// Throws GExceptionID::cInvalidParameter when there can be no such row.

@@ -5,8 +5,8 @@
 
 /// GPNGEncode: puts rows through one PNG filter (ISO/IEC 15948) and its tag in front of each.
 ///
-/// A row is `columns` pixels of `colours` samples of `bits` bits (1, 2, 4, 8 or 16) in whole bytes. An
-/// unfinished last row is written as a short row.
+/// A row is `columns` pixels of `colours` samples (up to 65535) of `bits` bits (1, 2, 4, 8 or 16) in whole
+/// bytes. An unfinished last row is written as a short row.
 class QUILLON_EXPORT GPNGEncode : public GFilterInStream {
 protected:
     /// Throws GExceptionID::cInvalidParameter when there can be no such row.

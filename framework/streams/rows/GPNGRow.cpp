@@ -8,7 +8,7 @@
 #include "framework/streams/rows/GPNGKernels.h"
 
 std::int32_t GPNGRow::CheckedLength(long columns, long colours, long bits) {
-    if (bits != 1 && bits != 2 && bits != 4 && bits != 8 && bits != 16)
+    if ((bits != 1 && bits != 2 && bits != 4 && bits != 8 && bits != 16) || colours > cMaxColours)
         throw GSimpleException(GExceptionID::cInvalidParameter);
     return GBitUtils::RowLength(columns, colours, bits);
 }

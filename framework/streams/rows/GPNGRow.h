@@ -20,8 +20,10 @@ class GPNGRow {
 public:
     static constexpr unsigned char cTagCount = 5;
 
+    static constexpr long cMaxColours = 0xFFFF;  ///< of a pixel; the zeros left of a row are that long
+
     /// The bytes of a row of so many pixels, without its tag. Throws GExceptionID::cInvalidParameter when
-    /// samples cannot have so many bits, and as GBitUtils::RowLength.
+    /// samples cannot have so many bits, or pixels so many samples, and as GBitUtils::RowLength.
     static std::int32_t CheckedLength(long columns, long colours, long bits);
 
     /// `pixelLength`: bytes from a byte to that of the pixel to its left.

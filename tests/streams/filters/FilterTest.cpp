@@ -300,6 +300,7 @@ TEST(Filter, RefusesParametersOutOfRange) {
                                 Maker<GLZWDecode>(-1L),
                                 Maker<GPNGUpDecode>(0L),
                                 Maker<GPNGUpDecode>(1L, 0L),
+                                Maker<GPNGUpDecode>(1L, 65536L),
                                 Maker<GPNGUpEncode>(1L, 1L, 3L),
                                 Maker<GPNGUpEncode>(1L, 1L, 32L),
                                 Maker<GPNGSubDecode>(0x7FFFFFFFL, 0x7FFFFFFFL, 16L),
