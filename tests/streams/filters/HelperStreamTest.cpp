@@ -8,6 +8,7 @@
 #include "framework/streams/GReadAheadStream.h"
 #include "framework/streams/cipher/GDecryptInStream.h"
 #include "framework/streams/cipher/GEncryptOutStream.h"
+#include "framework/streams/encodings/GHexDecode.h"
 #include "framework/streams/rows/GBitReader.h"
 #include "framework/streams/rows/GBitWriter.h"
 #include "framework/streams/rows/GInterleavedInStream.h"
@@ -185,11 +186,42 @@ TEST(Cipher, DecryptsWhatWasEncrypted) {
     }
 }
 
-// Made by another program from the bytes 1, 2, 3 and a block of zeros in front.
-TEST(Cipher, ReadsWhatOthersWrite) {
-    const FilterMaker decryptor = [](GInStream* source) { return new GDecryptInStream(source, cShortKey); };
-    const std::string block = "\x31\x16\xa5\xb7\xf8\x3f\x53\x89\x6b\xb4\x56\xa9\x8d\x67\xf1\x99";
-    EXPECT_EQ(OutcomeOf(decryptor, std::string(16, '\0') + block), (Outcome{"\1\2\3", 0}));
+// What either cipher library and a program of another's have written, in every build: the bytes 0 to 36.
+TEST(Cipher, ReadsAndWritesWhatOthersDo) {
+    const std::tuple<const char*, const GBuffer&, const char*> rows[] = {
+        {"openssl enc", cShortKey,
+         "f0e1d2c3b4a5968778695a4b3c2d1e0fbd4af75c3d0c64605cd08200205b7c7c"
+         "9db2ba9a88404120a827463a2154ff22fe843720167d0b397d019190904de035"},
+        {"openssl enc", cLongKey,
+         "f0e1d2c3b4a5968778695a4b3c2d1e0f47850c51b458b51a00e528bcd90f0eb2"
+         "a310515ec3f9aea77889ed3617de18b0d24f3d6d6f6db6a63050fc094a87d5d4"},
+        {"libcrypto", cShortKey,
+         "9e5d8e34ebf457c6b36243e10b56a9d9dffae9cd16f2081f7f90f3ba0ee18888"
+         "8e76e99da23dd568dc0ddd928221266e344f54d3a8b7a6442bef31852dfe2eea"},
+        {"libcrypto", cLongKey,
+         "a8d28070dfb37b90920084afab8314be65234d2a4c3d7b921d61f1162aeb7563"
+         "25e7e7a67e8e56d7c934c5f949dfebbb18bd3931b39ab99bc7c80c52ffb9e358"},
+        {"bcrypt", cShortKey,
+         "2843cf4c25c653dca957d522b687a93cec1dd802a0d9e7fed7888024a1472efb"
+         "5425bcdd6da39167b5c8f9858416fa3be894f6a9bff8a6b68b8e8f968566476e"},
+        {"bcrypt", cLongKey,
+         "b82110d91df84f0173d5ea832b9d8198082f47989750b465ce117775d948067b"
+         "4e1a04ce1a0399d4835f16dc44b71e27d3f011aaf8b47a80cd0f9465ec2bcecb"},
+    };
+    std::string plain(37, '\0');
+    for (std::size_t i = 0; i < plain.size(); ++i) plain[i] = static_cast<char>(i);
+    for (const auto& [who, key, digits] : rows) {
+        SCOPED_TRACE(who);
+        const std::string written = OutcomeOf(Maker<GHexDecode>(), digits).bytes;
+        const FilterMaker decryptor = [&](GInStream* source) { return new GDecryptInStream(source, key); };
+        EXPECT_EQ(OutcomeOf(decryptor, written), (Outcome{plain, 0}));
+        PCipher::Block start;
+        std::copy_n(written.begin(), start.size(), start.begin());
+        GBuffer blocks = BufferOf(plain + std::string(11, '\x0B'));
+        PCipher(PCipher::Direction::cEncrypt, key, start)
+            .Process(blocks.GetRawData(), blocks.GetWritePtr(), blocks.GetLength());
+        EXPECT_EQ(BytesOf(blocks), written.substr(start.size()));
+    }
 }
 
 TEST(Cipher, RefusesWrongKeysAndDamagedData) {
