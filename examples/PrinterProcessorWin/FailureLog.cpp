@@ -1,6 +1,5 @@
 #include "examples/PrinterProcessorWin/FailureLog.h"
 
-#include "examples/PrinterProcessorWin/JobText.h"
 #include "platform/win32/base/PWin32Api.h"
 #include "tools/console/Console.h"
 

@@ -2,12 +2,16 @@
 
 #include <algorithm>
 #include <cstring>
+#include <utility>
 #include <vector>
 
 #include "examples/PrinterProcessorWin/JobPathRules.h"
+#include "framework/core/errors/GException.h"
 #include "platform/win32/base/PWin32Api.h"
 #include "platform/win32/base/PWin32ScopedHandle.h"
+#include "platform/win32/core/PWin32Wide.h"
 #include "tools/machine/Failure.h"
+#include "tools/machine/JobComments.h"
 
 namespace {
 
@@ -115,22 +119,21 @@ std::wstring GiveOwnName(const FileHandle& file, const std::wstring& path) {
     }
 }
 
-// The last comment of a PostScript document, alone on its line; a driver may put a few bytes behind it.
-bool EndsInEOF(const FileHandle& file, unsigned long long size) {
-    constexpr unsigned long long cTailBytes = 1024;
-    std::string tail(static_cast<std::size_t>(std::min(size, cTailBytes)), '\0');
-    LARGE_INTEGER start{};
-    start.QuadPart = static_cast<LONGLONG>(size - tail.size());
-    DWORD taken = 0;
-    if (!::SetFilePointerEx(file.Get(), start, nullptr, FILE_BEGIN) ||
-        !::ReadFile(file.Get(), tail.data(), static_cast<DWORD>(tail.size()), &taken, nullptr)) {
-        return false;
+void ReadComments(FileHandle file, JobFile& taken) {
+    try {
+        const GPostScriptComments comments = ReadJobComments(std::move(file), taken.path);
+        taken.isComplete = comments.isComplete;
+        taken.title = AsStandard(comments.title);
+        if (comments.pages >= 0) taken.pages = comments.pages;
+        if (!taken.isComplete && taken.problem.empty()) {
+            taken.problem = taken.path + L" has no %%EOF at its end: the job may have been cancelled.";
+        }
+    } catch (const GException& failure) {
+        taken.problem = AsStandard(failure.GetFullDescription());
     }
-    const std::size_t found = tail.substr(0, taken).rfind("%%EOF");
-    return found != std::string::npos && (found == 0 || tail[found - 1] == '\n' || tail[found - 1] == '\r');
 }
 
-JobFile TakeOpen(const FileHandle& file, const std::wstring& path, const std::wstring& folder) {
+JobFile TakeOpen(FileHandle file, const std::wstring& path, const std::wstring& folder) {
     LARGE_INTEGER size{};
     if (!IsWhatWasMeant(file, folder) || !::GetFileSizeEx(file.Get(), &size)) {
         return Refuse(path, L" leads to something else than a job file; it was not read.");
@@ -143,10 +146,7 @@ JobFile TakeOpen(const FileHandle& file, const std::wstring& path, const std::ws
                         DescribeSystemError(::GetLastError());
     }
     taken.bytes = static_cast<unsigned long long>(size.QuadPart);
-    taken.isComplete = EndsInEOF(file, *taken.bytes);
-    if (!taken.isComplete && taken.problem.empty()) {
-        taken.problem = taken.path + L" has no %%EOF at its end: the job may have been cancelled.";
-    }
+    ReadComments(std::move(file), taken);
     return taken;
 }
 
@@ -163,5 +163,5 @@ JobFile JobFile::Take(const std::wstring& path, const std::wstring& folder) {
     // Whoever may not change the file can still read it.
     if (!file && ::GetLastError() == ERROR_ACCESS_DENIED) file = Open(path, GENERIC_READ);
     if (!file) return Refuse(path, L" cannot be opened: " + DescribeSystemError(::GetLastError()));
-    return TakeOpen(file, path, folder);
+    return TakeOpen(std::move(file), path, folder);
 }

@@ -14,6 +14,9 @@ struct JobFile {
     bool isComplete = false;
     /// One line on what went wrong or is doubtful; empty when nothing is. Holds text from outside.
     std::wstring problem;
+    /// What the document's own comments tell; from outside. Empty, or nothing, when they do not.
+    std::wstring title;
+    std::optional<long> pages;
 
     /// Takes over the file: waits until the monitor has closed it, five seconds at most, and gives it a
     /// name of its own in its folder. Under its old name the next job of the same title would

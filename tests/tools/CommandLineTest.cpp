@@ -23,6 +23,7 @@ TEST(CommandLine, ReadsACommandAndItsOptionsInAnyOrder) {
         {"a command alone", {L"install"}, Line(Command::Install)},
         {"uninstall", {L"uninstall"}, Line(Command::Uninstall)},
         {"status", {L"status"}, Line(Command::Status)},
+        {"jobs", {L"jobs"}, Line(Command::Jobs)},
         {"testpage", {L"testpage"}, Line(Command::TestPage)},
         {"testpage with a printer", {L"testpage", L"--printer", L"A B"}, Line(Command::TestPage, L"A B")},
         {"every option of install",

@@ -164,6 +164,8 @@ says "Printed the test page on 'Quillon PDF'"
 job="$WINEPREFIX/drive_c/users/anna/Temp/anna/Quillon PDF/Quillon test page.ps"
 [ "$(head -c 11 "$job")" = '%!PS-Adobe-' ] || fail "the job file is no PostScript"
 tail -n 3 "$job" | grep -q '^%%EOF' || fail "the job file has no end"
+ctl 0 jobs
+grep -q '  1      -       complete  anna  Quillon PDF  Quillon test page$' "$scratch/out" || fail "the job is not listed"
 ctl 1 testpage --printer Nobody
 says "There is no printer 'Nobody'"
 wine reg delete "$monitor_key" /v RealDriver /f >/dev/null

@@ -48,6 +48,12 @@ bool Console::WriteError(std::wstring_view text) {
     return WriteToStream(STD_ERROR_HANDLE, text);
 }
 
+std::wstring MakePrintable(std::wstring text) {
+    const auto isControl = [](wchar_t unit) { return unit < 0x20 || (unit >= 0x7F && unit < 0xA0); };
+    std::ranges::replace_if(text, isControl, L'?');
+    return text;
+}
+
 std::string ToUTF8(std::wstring_view text) {
     if (text.empty()) return {};
     const auto units = static_cast<int>(text.size());

@@ -16,5 +16,9 @@ public:
     static bool WriteError(std::wstring_view text);
 };
 
+/// The text with question marks for control characters: what comes from a document or its user must not
+/// steer the reader's terminal.
+std::wstring MakePrintable(std::wstring text);
+
 /// The text as UTF-8; an unpaired surrogate becomes U+FFFD.
 std::string ToUTF8(std::wstring_view text);

@@ -75,6 +75,7 @@ void Describe(CLI::App& app, CommandLine& result, Values& values) {
     AddCommand(app, result, Command::Uninstall, "uninstall",
                "remove what install has added, and nothing else");
     AddCommand(app, result, Command::Status, "status", "tell what is installed; 0 when jobs can be printed");
+    AddCommand(app, result, Command::Jobs, "jobs", "list the job files and what they say of themselves");
     CLI::App& page =
         AddCommand(app, result, Command::TestPage, "testpage", "print a page on a printer of the port");
     AddOption(page, "--printer", "NAME", values.printer, "the printer's name");

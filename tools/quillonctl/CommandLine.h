@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-enum class Command { ShowPage, Install, Uninstall, Status, TestPage };
+enum class Command { ShowPage, Install, Uninstall, Status, Jobs, TestPage };
 
 /// CommandLine: what the administrator asked for. A text that was not given is empty; none that was
 /// given is.

@@ -6,8 +6,10 @@
 #include "platform/win32/core/PWin32Wide.h"
 #include "tools/console/Console.h"
 #include "tools/machine/Failure.h"
+#include "tools/machine/SpoolerHost.h"
 #include "tools/quillonctl/CommandLine.h"
 #include "tools/quillonctl/Installation.h"
+#include "tools/quillonctl/JobList.h"
 #include "tools/quillonctl/Removal.h"
 #include "tools/quillonctl/Status.h"
 #include "tools/quillonctl/TestPage.h"
@@ -35,6 +37,9 @@ ExitCode Run(const CommandLine& wishes) {
             break;
         case Command::Status:
             return ShowStatus();
+        case Command::Jobs:
+            Console::Write(JobList::Gather(SpoolerHost::GetJobFolder()).Format());
+            break;
         case Command::TestPage:
             TestPage::Print(wishes.printer);
             break;

@@ -10,6 +10,11 @@ void PWin32KernelHandle::Close(void* handle) noexcept {
     ::CloseHandle(handle);
 }
 
+void PWin32SearchHandle::Close(void* handle) noexcept {
+    const PWin32LastErrorKeeper keeper;
+    ::FindClose(handle);
+}
+
 void PWin32PrinterHandle::Close(void* handle) noexcept {
     const PWin32LastErrorKeeper keeper;
     ::ClosePrinter(handle);

@@ -20,6 +20,12 @@ struct PWin32FileHandle : PWin32KernelHandle {
     static void* None() noexcept { return reinterpret_cast<void*>(static_cast<std::intptr_t>(-1)); }
 };
 
+/// What FindFirstFileW gives.
+struct PWin32SearchHandle {
+    static void* None() noexcept { return PWin32FileHandle::None(); }
+    static void Close(void* handle) noexcept;
+};
+
 /// What OpenPrinterW and AddPrinterW give.
 struct PWin32PrinterHandle : PWin32NullableHandle {
     static void Close(void* handle) noexcept;

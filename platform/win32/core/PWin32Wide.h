@@ -1,11 +1,18 @@
 #pragma once
 
+#include <string>
+
 #include "framework/core/text/GString.h"
 
 /// The text as the wide functions of Windows take it, zero-terminated; valid until `text` changes or
 /// goes.
 inline const wchar_t* AsWide(const GString& text) {
     return reinterpret_cast<const wchar_t*>(text.GetUTF16Ptr());
+}
+
+/// The text as one of the standard library's, with any zeros in it.
+inline std::wstring AsStandard(const GString& text) {
+    return std::wstring(AsWide(text), static_cast<std::size_t>(text.GetLength()));
 }
 
 /// `length` wide characters as a string.
