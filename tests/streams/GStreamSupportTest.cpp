@@ -84,12 +84,7 @@ TEST_F(CopyStream, ReportsBytesOfATotalIfKnownAndIsCanceledByTheCentre) {
 TEST_F(CopyStream, ThrowsWhenTheTargetIsFull) {
     PieceStream source("0123456789", 4);
     FullStream target(6);
-    try {
-        GStreamSupport::CopyStream(source, target);
-        ADD_FAILURE() << "nothing was thrown";
-    } catch (const GSimpleException& failure) {
-        EXPECT_EQ(failure.GetExceptionID(), 2464);
-    }
+    EXPECT_EQ(FailureOf([&] { GStreamSupport::CopyStream(source, target); }), 2464);
     EXPECT_EQ(target.GetTaken(), "012345");
 }
 
@@ -125,7 +120,7 @@ TEST(GetContent, StopsAtItsLimit) {
             if (limit >= 10) {
                 EXPECT_EQ(GStreamSupport::GetContent(*source, content, limit), 10);
             } else {
-                EXPECT_THROW(GStreamSupport::GetContent(*source, content, limit), GSimpleException);
+                EXPECT_EQ(FailureOf([&] { GStreamSupport::GetContent(*source, content, limit); }), 40160);
                 EXPECT_EQ(BytesOf(content), "as it was");
             }
         }
@@ -147,55 +142,48 @@ TEST(GetStreamLength, CountsAllDataAndMovesNothing) {
 }
 
 TEST(GetStreamType, KnowsDataByItsFirstBytes) {
-    const std::pair<std::string, GTypeEnums::Types> rows[] = {
-        {"", GTypeEnums::cNone},
-        {"Dear Sir,\r\n\tyou\f", GTypeEnums::cText},
-        {"%!PS-Adobe-3.0\n%%Title: x EPSF-3.0", GTypeEnums::cPostScript},
-        {"%!\nshowpage", GTypeEnums::cPostScript},
-        {"%!PS-Adobe-3.0 EPSF-3.0\n", GTypeEnums::cEPS},
-        {"\xC5\xD0\xD3\xC6\x1E"s, GTypeEnums::cEPS},  // with a preview
-        {"\x1B%-12345X@PJL\r\n@PJL ENTER LANGUAGE=POSTSCRIPT\r\n%!PS-Adobe-3.0\n", GTypeEnums::cPostScript},
-        {"\x1B%-12345X%!PS-Adobe-3.0\n", GTypeEnums::cPostScript},
-        {"\x1B%-12345X@PJL ENTER LANGUAGE=PCL\r\n\033E", GTypeEnums::cPrinterJob},
-        {"\x04%!PS-Adobe-3.0\n", GTypeEnums::cPostScript},  // behind an end of transmission
-        {"\x1B&l26A", GTypeEnums::cPCL},
-        {") HP-PCL XL;2;0", GTypeEnums::cPCL},
-        {"\x1B", GTypeEnums::cNone},
-        {"%PDF-1.7\n", GTypeEnums::cPDF},
-        {std::string(1019, 'x') + "%PDF-1.7", GTypeEnums::cPDF},
-        {std::string(1020, 'x') + "%PDF-1.7", GTypeEnums::cText},  // too far behind
-        {"%PDF", GTypeEnums::cText},
-        {"\0\0\1\0\x20\0\0\0\x10\0\0\0\x18\0\0\0d\0"s, GTypeEnums::cEMFSpool},
-        {"\0\0\1\0\1\0\x20\x20\0\0\0\0\0\0\0\0"s, GTypeEnums::cNone},  // an icon
-        {"\x89PNG\r\n\x1A\n\0"s, GTypeEnums::cPNG},
-        {"\x89PNG\n\x1A\n\0"s, GTypeEnums::cNone},  // after a transfer as text
-        {"\xFF\xD8\xFF\xE0"s, GTypeEnums::cJPEG},
-        {"GIF89a", GTypeEnums::cGIF},
-        {"II*\0\x08"s, GTypeEnums::cTIFF},
-        {"MM\0*"s, GTypeEnums::cTIFF},
-        {"BM\x36\0\0\0\0\0\0\0\x36\0\0\0\x28\0\0\0"s, GTypeEnums::cBMP},
-        {"BMW is a make of car", GTypeEnums::cText},
-        {"PK\x03\x04", GTypeEnums::cZip},
-        {"PK\x03\x04....FixedDocSeq.fdseq", GTypeEnums::cXPS},
-        {"\x1F\x8B\x08"s, GTypeEnums::cGZip},
-        {"#BEGINDICT\r\n", GTypeEnums::cDictionary},
-        {"#BEGINPREFS\r\n", GTypeEnums::cPreferences},
-        {"\xEF\xBB\xBFhello", GTypeEnums::cText},
-        {"\xFF\xFEh\0"s, GTypeEnums::cText},
-        {"\xD0\x9F\xD1\x80\xD0\xB8\xD0\xB2", GTypeEnums::cText},  // UTF-8 without a mark
-        {"Gr\xFC\xDF"
-         "e aus Wien",
-         GTypeEnums::cText},
-        {"ab\1", GTypeEnums::cNone},
-        {"\x90\xF8\xFF\xFA", GTypeEnums::cNone}};
-    for (const auto& [data, type] : rows) {
-        SCOPED_TRACE(testing::PrintToString(data));
-        PieceStream stream(data, 3);
-        stream.Skip(2);
-        const long position = stream.GetPosition();
-        EXPECT_EQ(GStreamSupport::GetStreamType(stream), type);
-        EXPECT_EQ(stream.GetPosition(), position);
-        EXPECT_EQ(GStreamSupport::GetBufferType(BufferOf(data)), type);
+    // Some stand behind an end of transmission, a preview or printer job language; an icon begins as a
+    // metafile does, and one of the PNG headers has gone through a transfer as text.
+    const std::pair<GTypeEnums::Types, std::vector<std::string>> rows[] = {
+        {GTypeEnums::cNone,
+         {"", "\x1B", "ab\1", "\x90\xF8\xFF\xFA", "\x89PNG\n\x1A\n\0"s,
+          "\0\0\1\0\1\0\x20\x20\0\0\0\0\0\0\0\0"s}},
+        {GTypeEnums::cText,
+         {"Dear Sir,\r\n\tyou\f", "%PDF", "BMW is a make of car", "\xEF\xBB\xBFhello", "\xFF\xFEh\0"s,
+          "\xFE\xFF\0h"s, "\xD0\x9F\xD1\x80\xD0\xB8\xD0\xB2",
+          "Gr\xFC\xDF"
+          "e aus Wien",
+          std::string(1020, 'x') + "%PDF-1.7"}},
+        {GTypeEnums::cPostScript,
+         {"%!PS-Adobe-3.0\n%%Title: x EPSF-3.0", "%!\nshowpage", "\x04%!PS-Adobe-3.0\n",
+          "\x1B%-12345X@PJL\r\n@PJL ENTER LANGUAGE=POSTSCRIPT\r\n%!PS-Adobe-3.0\n",
+          "\x1B%-12345X%!PS-Adobe-3.0\n"}},
+        {GTypeEnums::cEPS, {"%!PS-Adobe-3.0 EPSF-3.0\n", "\xC5\xD0\xD3\xC6\x1E"}},
+        {GTypeEnums::cPrinterJob, {"\x1B%-12345X@PJL ENTER LANGUAGE=PCL\r\n\033E"}},
+        {GTypeEnums::cPCL, {"\x1B&l26A", ") HP-PCL XL;2;0"}},
+        {GTypeEnums::cPDF, {"%PDF-1.7\n", std::string(1019, 'x') + "%PDF-1.7"}},
+        {GTypeEnums::cEMFSpool, {"\0\0\1\0\x20\0\0\0\x10\0\0\0\x18\0\0\0d\0"s}},
+        {GTypeEnums::cPNG, {"\x89PNG\r\n\x1A\n\0"s}},
+        {GTypeEnums::cJPEG, {"\xFF\xD8\xFF\xE0"}},
+        {GTypeEnums::cGIF, {"GIF87a", "GIF89a"}},
+        {GTypeEnums::cTIFF, {"II*\0\x08"s, "MM\0*"s}},
+        {GTypeEnums::cBMP, {"BM\x36\0\0\0\0\0\0\0\x36\0\0\0\x28\0\0\0"s}},
+        {GTypeEnums::cZip, {"PK\x03\x04"}},
+        {GTypeEnums::cXPS, {"PK\x03\x04....FixedDocSeq.fdseq"}},
+        {GTypeEnums::cGZip, {"\x1F\x8B\x08"}},
+        {GTypeEnums::cDictionary, {"#BEGINDICT\r\n"}},
+        {GTypeEnums::cPreferences, {"#BEGINPREFS\r\n"}},
+    };
+    for (const auto& [type, kinds] : rows) {
+        for (const std::string& data : kinds) {
+            SCOPED_TRACE(testing::PrintToString(data));
+            PieceStream stream(data, 3);
+            stream.Skip(2);
+            const long position = stream.GetPosition();
+            EXPECT_EQ(GStreamSupport::GetStreamType(stream), type);
+            EXPECT_EQ(stream.GetPosition(), position);
+            EXPECT_EQ(GStreamSupport::GetBufferType(BufferOf(data)), type);
+        }
     }
 }
 

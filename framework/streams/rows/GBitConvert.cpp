@@ -22,10 +22,11 @@ GBitConvert::GBitConvert(GHeldStream<GInStream> source, long columns, long colou
     : GFilterInStream(std::move(source), cNeededRoom),
       mFromBits(static_cast<std::int32_t>(fromBits)),
       mToBits(static_cast<std::int32_t>(toBits)),
-      mRowSamples(static_cast<long long>(columns) * colours),
+      mRowSamples(0),
       mScaled() {
     GBitUtils::RowLength(columns, colours, fromBits);
     GBitUtils::RowLength(columns, colours, toBits);
+    mRowSamples = static_cast<long long>(columns) * colours;
     if (mFromBits > cTableBits) return;
     for (std::uint32_t value = 0; value <= GBitUtils::GreatestOf(mFromBits); ++value) {
         mScaled[value] = static_cast<std::uint16_t>(GBitUtils::Scale(value, mFromBits, mToBits));

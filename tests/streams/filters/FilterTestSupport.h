@@ -7,7 +7,6 @@
 #include <string>
 #include <vector>
 
-#include "framework/core/errors/GException.h"
 #include "framework/streams/GInStream.h"
 #include "tests/streams/StreamTestSupport.h"
 
@@ -34,15 +33,6 @@ inline std::ostream& operator<<(std::ostream& out, const Outcome& outcome) {
 }
 
 constexpr long cAll = 0x7FFFFFFF;
-
-inline long FailureOf(const std::function<void()>& call) {
-    try {
-        call();
-    } catch (const GException& failure) {
-        return failure.GetExceptionID();
-    }
-    return 0;
-}
 
 /// Reads in pieces of `size` to the end or the failure, which must stay.
 inline Outcome OutcomeOf(GInStream& stream, long size) {
