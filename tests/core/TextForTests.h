@@ -1,16 +1,11 @@
 #pragma once
 
-#include <gtest/gtest.h>
-
-#include <array>
 #include <initializer_list>
-#include <string>
-#include <string_view>
-#include <tuple>
 
 #include "framework/core/bytes/GBuffer.h"
 #include "framework/core/encodings/GUnicodeEncoding.h"
 #include "framework/core/text/GString.h"
+#include "tests/Testing.h"
 
 // Between the framework's texts and the standard library's, which tests can print.
 

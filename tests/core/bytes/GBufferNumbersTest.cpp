@@ -1,15 +1,7 @@
-#include <gtest/gtest.h>
-
 #include <bit>
 #include <clocale>
 #include <cmath>
 #include <cstdio>
-#include <cstdlib>
-#include <limits>
-#include <random>
-#include <string>
-#include <string_view>
-#include <tuple>
 
 #include "framework/core/bytes/GBuffer.h"
 #include "tests/core/TextForTests.h"

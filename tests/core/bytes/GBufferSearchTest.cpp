@@ -1,10 +1,3 @@
-#include <gtest/gtest.h>
-
-#include <random>
-#include <string>
-#include <string_view>
-#include <vector>
-
 #include "framework/core/bytes/GBuffer.h"
 #include "tests/core/TextForTests.h"
 

@@ -1,8 +1,5 @@
 #include "framework/core/bytes/GCharCode.h"
 
-#include <gtest/gtest.h>
-
-#include "framework/core/bytes/GBuffer.h"
 #include "tests/core/TextForTests.h"
 
 namespace {

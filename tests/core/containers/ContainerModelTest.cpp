@@ -1,12 +1,6 @@
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <memory>
-#include <random>
+#include <list>
 #include <set>
-#include <string>
 #include <unordered_map>
-#include <vector>
 
 #include "framework/core/bytes/GBuffer.h"
 #include "framework/core/containers/GDict.h"
@@ -38,9 +32,9 @@ public:
     void Run(long operations) {
         for (long i = 0; i < operations && !testing::Test::HasFatalFailure(); ++i) {
             if (mWalkers.empty() || (mWalkers.size() < 4 && mRandom.Below(4) == 0))
-                mWalkers.push_back(std::make_unique<Walker>(mTable));
+                mWalkers.emplace_back(mTable);
             ChangeOnce(mRandom.Below(GetCount() + 4) - 2);  // also outside
-            for (const auto& walker : mWalkers) Check(*walker);
+            for (const Walker& walker : mWalkers) Check(walker);
             if (i % 16 == 0) CheckElements();
         }
     }
@@ -57,8 +51,8 @@ private:
     long GetCount() const { return static_cast<long>(mModel.size()); }
 
     void ChangeOnce(long position) {
-        const auto chosen = mWalkers.begin() + mRandom.Below(static_cast<long>(mWalkers.size()));
-        Walker& walker = **chosen;
+        const auto chosen = std::next(mWalkers.begin(), mRandom.Below(static_cast<long>(mWalkers.size())));
+        Walker& walker = *chosen;
         const long choice = mRandom.Below(8);
         if (choice < 2) return Insert(position);
         if (choice == 2) return Remove(position, 1);
@@ -75,9 +69,9 @@ private:
         mTable.Insert(position, BufferOf(text));
         position = std::clamp(position, 0L, GetCount());
         mModel.insert(mModel.begin() + position, text);
-        for (const auto& walker : mWalkers) {
-            const bool isPushed = walker->isAtElement || walker->forward;
-            if (walker->index > position || (walker->index == position && isPushed)) ++walker->index;
+        for (Walker& walker : mWalkers) {
+            const bool isPushed = walker.isAtElement || walker.forward;
+            if (walker.index > position || (walker.index == position && isPushed)) ++walker.index;
         }
     }
 
@@ -86,10 +80,10 @@ private:
         count = std::min(count, GetCount() - position);
         if (position < 0 || count <= 0) return;
         mModel.erase(mModel.begin() + position, mModel.begin() + position + count);
-        for (const auto& walker : mWalkers) {
-            const long behind = walker->index - position;
-            if (behind >= 0 && behind < count) walker->isAtElement = false;
-            walker->index -= std::clamp(behind, 0L, count);
+        for (Walker& walker : mWalkers) {
+            const long behind = walker.index - position;
+            if (behind >= 0 && behind < count) walker.isAtElement = false;
+            walker.index -= std::clamp(behind, 0L, count);
         }
     }
 
@@ -104,9 +98,7 @@ private:
     void Check(const Walker& walker) {
         const GBuffer* const current = walker.iterator.GetCurrent();
         ASSERT_EQ(current != nullptr, walker.isAtElement);
-        if (current != nullptr) {
-            ASSERT_EQ(BytesOf(*current), mModel[static_cast<std::size_t>(walker.index)]);
-        }
+        ASSERT_TRUE(!current || BytesOf(*current) == mModel[static_cast<std::size_t>(walker.index)]);
         const bool isBefore = walker.isAtElement || walker.forward;
         ASSERT_EQ(walker.iterator.GetPosition(), isBefore ? walker.index : walker.index - 1);
     }
@@ -120,7 +112,7 @@ private:
     Random mRandom;
     GTable<GBuffer> mTable;
     std::vector<std::string> mModel;
-    std::vector<std::unique_ptr<Walker>> mWalkers;
+    std::list<Walker> mWalkers;
     long mNextNumber = 0;
 };
 
@@ -133,16 +125,6 @@ struct PoorKey {
     std::uint32_t GetHash() const { return static_cast<std::uint32_t>(number % 11 * 3); }
 };
 
-// A walk and what it must still meet and must not meet any more.
-template <class K, class V>
-struct DictWalk {
-    explicit DictWalk(GDict<K, V>& dict) : iterator(dict) {}
-    GDictIterator<K, V> iterator;
-    std::set<long> stillToMeet;  // there from the start
-    std::set<long> met;          // met and not removed since
-    long current = -1;           // where it stands
-};
-
 template <class K>
 class DictModel {
 public:
@@ -151,40 +133,48 @@ public:
     void Run(long operations, long keyLimit) {
         for (long i = 0; i < operations && !testing::Test::HasFailure(); ++i) {
             ChangeOnce(mRandom.Below(keyLimit));
-            for (const auto& walk : mWalks) CheckPlace(*walk);
+            for (const Walk& walk : mWalks) CheckPlace(walk);
             if (i % 1000 == 0) Compare(keyLimit);
             if (i % 50000 == 49999) Clear();
         }
-        for (const auto& walk : mWalks) FinishWalk(*walk);
+        for (Walk& walk : mWalks) Finish(walk);
     }
 
 private:
+    // A walk and what it must still meet and must not meet any more.
+    struct Walk {
+        explicit Walk(GDict<K, long>& dict) : iterator(dict) {}
+        GDictIterator<K, long> iterator;
+        std::set<long> stillToMeet;  // there from the start
+        std::set<long> met;          // met and not removed since
+        long current = -1;           // where it stands
+    };
+
     void ChangeOnce(long number) {
         const long choice = mRandom.Below(8);
         if (choice < 3) return Insert(number);
         if (choice < 5) return Remove(number);
         if (choice == 5) return Find(number);
-        if (choice == 6) return MoveWalks();
+        if (choice == 6)
+            return static_cast<void>(std::ranges::for_each(mWalks, [this](Walk& w) { Step(w); }));
         if (mRandom.Below(1 + static_cast<long>(mModel.size()) / 4) == 0) StartWalk();
     }
 
     void Insert(long number) {
         const bool isNew = mModel.insert_or_assign(number, mNextValue).second;
-        if (mRandom.Below(4) == 0) {
-            mDict.GetOrInsert(K{number}) = mNextValue++;
-        } else if (mRandom.Below(4) == 0) {
-            mDict.Set(K{number}, 0) = mNextValue++;
-        } else {
-            ASSERT_EQ(mDict.Insert(K{number}, mNextValue++), isNew);
-        }
+        const long way = mRandom.Below(4);
+        if (way == 0) mDict.GetOrInsert(K{number}) = mNextValue;
+        if (way == 1) mDict.Set(K{number}, 0) = mNextValue;
+        ASSERT_TRUE(way < 2 || mDict.Insert(K{number}, mNextValue) == isNew);
+        ++mNextValue;
     }
 
     void Remove(long number) {
         ASSERT_EQ(mDict.Remove(K{number}), mModel.erase(number) == 1);
-        for (const auto& walk : mWalks) {
-            walk->stillToMeet.erase(number);
-            walk->met.erase(number);
-            if (walk->current == number) walk->current = -1;
+        for (Walk& walk : mWalks) {
+            walk.stillToMeet.erase(number);
+            walk.met.erase(number);
+            if (walk.current == number) walk.current = -1;
         }
     }
 
@@ -192,21 +182,16 @@ private:
         const auto found = mModel.find(number);
         const long* const value = mDict.Find(K{number});
         ASSERT_EQ(value != nullptr, found != mModel.end());
-        if (value != nullptr) {
-            ASSERT_EQ(*value, found->second);
-        }
+        ASSERT_TRUE(value == nullptr || *value == found->second);
     }
 
     void StartWalk() {
-        if (mWalks.size() > 4) {
-            FinishWalk(*mWalks.front());
-            mWalks.erase(mWalks.begin());
-        }
-        mWalks.push_back(std::make_unique<DictWalk<K, long>>(mDict));
-        for (const auto& [number, value] : mModel) mWalks.back()->stillToMeet.insert(number);
+        if (mWalks.size() > 4) Finish(mWalks.front()), mWalks.pop_front();
+        mWalks.emplace_back(mDict);
+        for (const auto& [number, value] : mModel) mWalks.back().stillToMeet.insert(number);
     }
 
-    bool Step(DictWalk<K, long>& walk) {
+    bool Step(Walk& walk) {
         const auto* const entry = walk.iterator.Next();
         walk.current = entry == nullptr ? -1 : entry->GetKey().number;
         if (entry == nullptr) {
@@ -219,18 +204,13 @@ private:
         return true;
     }
 
-    static void CheckPlace(const DictWalk<K, long>& walk) {
+    static void CheckPlace(const Walk& walk) {
         const auto* const entry = walk.iterator.GetCurrent();
         ASSERT_EQ(walk.current, entry == nullptr ? -1 : entry->GetKey().number);
     }
 
-    void MoveWalks() {
-        for (const auto& walk : mWalks) Step(*walk);
-    }
-
-    void FinishWalk(DictWalk<K, long>& walk) {
-        while (Step(walk)) {
-        }
+    void Finish(Walk& walk) {
+        while (Step(walk)) continue;
     }
 
     void Compare(long keyLimit) {
@@ -245,20 +225,16 @@ private:
     }
 
     void Clear() {
-        for (const auto& walk : mWalks) FinishWalk(*walk);
+        for (Walk& walk : mWalks) Finish(walk);
         mWalks.clear();
-        if (mRandom.Below(2) == 0) {
-            mDict.Clear();
-        } else {
-            mDict = GDict<K, long>();
-        }
+        mRandom.Below(2) == 0 ? mDict.Clear() : static_cast<void>(mDict = GDict<K, long>());
         mModel.clear();
     }
 
     Random mRandom;
     GDict<K, long> mDict;
     std::unordered_map<long, long> mModel;
-    std::vector<std::unique_ptr<DictWalk<K, long>>> mWalks;
+    std::list<Walk> mWalks;
     long mNextValue = 0;
 };
 

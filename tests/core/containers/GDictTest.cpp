@@ -1,22 +1,9 @@
 #include "framework/core/containers/GDict.h"
 
-#include <gtest/gtest.h>
-
-#include <cstdint>
-#include <limits>
-#include <memory>
 #include <new>
-#include <stdexcept>
-#include <string>
-#include <tuple>
-#include <vector>
 
-#include "framework/core/bytes/GBuffer.h"
 #include "framework/core/containers/GDictListReader.h"
-#include "framework/core/containers/GDictUtil.h"
-#include "framework/core/containers/GPair.h"
 #include "framework/core/text/GDictBufferReader.h"
-#include "framework/core/text/GString.h"
 #include "tests/core/TextForTests.h"
 #include "tests/core/containers/CountedValue.h"
 
@@ -73,22 +60,12 @@ double GetMeanDistance(const std::vector<K>& keys) {
 // --- Sizes -------------------------------------------------------------------------------------
 
 TEST(GDictUtil, GetAllocation) {
-    const std::pair<long, long> rows[] = {{-5, 7},
-                                          {0, 7},
-                                          {1, 7},
-                                          {7, 7},
-                                          {8, 13},
-                                          {14, 23},
-                                          {90, 127},
-                                          {43853, 43853},
-                                          {43854, 87701},
-                                          {5613217, 5613217},
-                                          {5613218, 11226434},
-                                          {6000000, 11226434},
-                                          {11226435, 22452868},
-                                          {1436983552, 1436983552}};
-    for (const auto& [count, allocation] : rows)
-        EXPECT_EQ(GDictUtil::GetAllocation(count), allocation) << count;
+    ForEachRow<2>({"-5 -> 7", "0 -> 7", "1 -> 7", "7 -> 7", "8 -> 13", "14 -> 23", "90 -> 127",
+                   "43853 -> 43853", "43854 -> 87701", "5613217 -> 5613217", "5613218 -> 11226434",
+                   "6000000 -> 11226434", "11226435 -> 22452868", "1436983552 -> 1436983552"},
+                  [](auto count, auto slots) {
+                      EXPECT_EQ(std::to_string(GDictUtil::GetAllocation(std::atol(count.data()))), slots);
+                  });
     EXPECT_THROW(GDictUtil::GetAllocation(1436983553), std::bad_alloc);
     EXPECT_THROW(GDictUtil::GetAllocation(0x7FFFFFFF), std::bad_alloc);
     EXPECT_THROW(GDictUtil::GetAllocation(std::numeric_limits<long>::max()), std::bad_alloc);

@@ -1,8 +1,6 @@
 #include "framework/core/containers/GRange.h"
 
-#include <gtest/gtest.h>
-
-#include <tuple>
+#include "tests/Testing.h"
 
 namespace {
 

@@ -1,17 +1,9 @@
 #include "framework/core/containers/GTable.h"
 
-#include <gtest/gtest.h>
-
-#include <functional>
-#include <memory>
 #include <new>
-#include <stdexcept>
-#include <string>
-#include <tuple>
-#include <utility>
-#include <vector>
 
 #include "framework/core/bytes/GBuffer.h"
+#include "tests/Testing.h"
 #include "tests/core/containers/CountedValue.h"
 
 namespace {

@@ -1,17 +1,12 @@
 #pragma once
 
-#include <gtest/gtest.h>
-
 #include <concepts>
-#include <string>
-#include <string_view>
 
 #include "framework/core/encodings/GASCIIEncoding.h"
 #include "framework/core/encodings/GLatinEncodings.h"
 #include "framework/core/encodings/GMacExpertEncoding.h"
 #include "framework/core/encodings/GPlatformEncoding.h"
 #include "framework/core/encodings/GUTF8Encoding.h"
-#include "framework/core/encodings/GUnicodeEncoding.h"
 #include "tests/core/TextForTests.h"
 
 // Functions, since the tests replace the instances.

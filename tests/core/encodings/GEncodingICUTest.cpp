@@ -1,17 +1,11 @@
 // Compares encodings, composition and case mapping with the International Components for Unicode, an
 // independent implementation, over every byte and every UTF-16 unit. The differences that are meant
 // stand in tables beside their reasons. Runs in the native build only.
-#include <gtest/gtest.h>
 #include <unicode/ucnv.h>
 #include <unicode/unorm2.h>
 #include <unicode/ustring.h>
 
-#include <memory>
 #include <set>
-#include <stdexcept>
-#include <tuple>
-#include <utility>
-#include <vector>
 
 #include "framework/core/bytes/GCharCode.h"
 #include "framework/core/encodings/GUnicodeCharacters.h"

@@ -1,10 +1,4 @@
-#include <gtest/gtest.h>
-
-#include <array>
-#include <thread>
-
 #include "framework/core/bytes/GCharCode.h"
-#include "framework/core/encodings/GPlatformEncoding.h"
 #include "framework/core/errors/GException.h"
 #include "tests/core/encodings/EncodingForTests.h"
 
@@ -68,15 +62,20 @@ TEST(GEncoding, WhatHasNoCharacterOrNoCodeBecomesTheDefaultCharacter) {
         {WinAnsi(), u"abcdefghijklmno\u01E4", "abcdefghijklmno@"},
         {WinAnsi(), u"\u80E4bcdefghijklmnop", "@bcdefghijklmnop"}};
     for (const auto& [encoding, units, bytes] : rows) EXPECT_EQ(Write(encoding, units), (Written{bytes, 2}));
+    // The character is a byte, whose sign counts in a unit.
+    GEncoding::SetDefaultCharacter('?');
+    EXPECT_EQ(Write(WinAnsi(), u"\u4E00").bytes, "?");
+    GEncoding::SetDefaultCharacter(static_cast<char>(0xBF));
+    EXPECT_EQ(Read(WinAnsi(), "\x81").units, u"\uFFBF");
+    EXPECT_EQ(Read(ASCII(), "\x81").units, u"\uFFBF");
+    EXPECT_EQ(Write(WinAnsi(), u"\u4E00").bytes, "\xBF");
+    GEncoding::SetDefaultCharacter('@');
 }
 
 TEST(GEncoding, EveryMappedByteComesBackAndControlCodesStandForThemselves) {
-    const std::pair<const GSimpleEncoding*, int> rows[] = {{WinAnsi(), 32 + 218},
-                                                           {MacRoman(), 32 + 208},
-                                                           {MacExpert(), 32 + 165},
-                                                           {Standard(), 32 + 149},
-                                                           {PDFDoc(), 24 + 229}};
-    for (const auto& [encoding, codes] : rows) {
+    // What each has, the control codes included.
+    const GSimpleEncoding *expert = MacExpert(), *document = PDFDoc();
+    for (const auto& [encoding, codes] : {std::pair(expert, 32 + 165), {document, 24 + 229}}) {
         SCOPED_TRACE(BytesOf(encoding->GetASCIIDescription()));
         int count = 0;
         for (int code = 0; code < 256; ++code) {
@@ -115,16 +114,6 @@ TEST(GEncoding, ASpecialElementIsFoundAtEveryPlaceOfALongText) {
             }
         }
     }
-}
-
-TEST(GEncoding, TheDefaultCharacterIsSignExtendedIntoUnits) {
-    GEncoding::SetDefaultCharacter('?');
-    EXPECT_EQ(Write(WinAnsi(), u"\u4E00").bytes, "?");
-    GEncoding::SetDefaultCharacter(static_cast<char>(0xBF));
-    EXPECT_EQ(Read(WinAnsi(), "\x81").units, u"\uFFBF");
-    EXPECT_EQ(Read(ASCII(), "\x81").units, u"\uFFBF");
-    EXPECT_EQ(Write(WinAnsi(), u"\u4E00").bytes, "\xBF");
-    GEncoding::SetDefaultCharacter('@');
 }
 
 TEST(GEncoding, ANullSourceOrTargetGivesNothing) {

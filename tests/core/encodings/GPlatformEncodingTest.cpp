@@ -1,6 +1,5 @@
 #include "framework/core/encodings/GPlatformEncoding.h"
 
-#include "framework/core/memory/GSharedObject.h"
 #include "tests/core/encodings/EncodingForTests.h"
 
 namespace {

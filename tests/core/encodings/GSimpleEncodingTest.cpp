@@ -1,13 +1,11 @@
 #include "framework/core/encodings/GSimpleEncoding.h"
 
-#include "framework/core/bytes/GCharCode.h"
 #include "framework/core/memory/GSharedObject.h"
 #include "tests/core/encodings/EncodingForTests.h"
 
 namespace {
 
-class ASimpleEncoding : public testing::Test {
-protected:
+struct ASimpleEncoding : testing::Test {
     void Map(unsigned char code, unsigned short unit) { mEncoding->AddMapping(code, unit); }
     Written WriteUnits(std::u16string_view units) const { return Write(mEncoding.Get(), units); }
 

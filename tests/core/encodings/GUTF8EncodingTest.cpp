@@ -1,7 +1,5 @@
 #include "framework/core/encodings/GUTF8Encoding.h"
 
-#include <random>
-
 #include "tests/core/encodings/EncodingForTests.h"
 
 namespace {
@@ -35,28 +33,15 @@ Conversion ReadSlowly(std::string_view bytes) {
 
 // Reading and writing go by blocks: mixtures of all kinds must agree with the rules.
 TEST(GUTF8Encoding, MixturesOfAllKindsFollowTheRules) {
-    const std::string_view parts[] = {"a",
-                                      "abcdefghijklmnopqrst",
-                                      "\xC3\xA9",
-                                      "\xD0\x9F\xD0\xB5\xD1\x87\xD0\xB0\xD1\x82\xD1\x8C",
-                                      "\xE4\xB8\x80",
-                                      "\xE6\x89\x93\xE5\x8D\xB0\xE6\x96\x87\xE4\xBB\xB6",
-                                      "\xED\xA0\xBD",
-                                      "\xEF\xBB\xBF",
-                                      "\x7F\xC2\x80\xDF\xBF\xE0\xA0\x80\xEF\xBF\xBF"};
-    // Overlong forms and zeros can be read, but are not what is written.
-    const std::string_view faults[] = {"\x80",
-                                       "\xC3",
-                                       "\xE4",
-                                       "\xE4\xB8",
-                                       "\xE4\xC3\xA9",
-                                       "\xFF",
-                                       "\xF0\x9F\x98\x80",
-                                       "\xF4\x90\x80\x80",
-                                       "\xC0\xAF",
-                                       "\xE0\x80\xAF",
-                                       "\xC0\x80",
-                                       "\0"sv};
+    const std::string_view parts[] = {
+        "a", "abcdefghijklmnopqrst", "\xC3\xA9", "\xD0\x9F\xD0\xB5\xD1\x87\xD0\xB0\xD1\x82\xD1\x8C",
+        "\xE4\xB8\x80", "\xE6\x89\x93\xE5\x8D\xB0\xE6\x96\x87\xE4\xBB\xB6", "\xED\xA0\xBD", "\xEF\xBB\xBF",
+        // The ends of each length's range.
+        "\x7F\xC2\x80\xDF\xBF\xE0\xA0\x80\xEF\xBF\xBF"};
+    const std::string_view faults[] = {"\x80", "\xC3", "\xE4", "\xE4\xB8", "\xE4\xC3\xA9", "\xFF",
+                                       "\xF0\x9F\x98\x80", "\xF4\x90\x80\x80",
+                                       // Overlong forms and zeros can be read, but are not what is written.
+                                       "\xC0\xAF", "\xE0\x80\xAF", "\xC0\x80", "\0"sv};
     std::mt19937 random(815);
     for (int i = 0; i < 20000; ++i) {
         std::string text;

@@ -1,10 +1,5 @@
 #include "framework/core/encodings/GUnicodeEncoding.h"
 
-#include <gmock/gmock.h>
-
-#include <thread>
-#include <vector>
-
 #include "framework/core/bytes/GCharCode.h"
 #include "framework/core/containers/GTable.h"
 #include "tests/core/encodings/EncodingForTests.h"

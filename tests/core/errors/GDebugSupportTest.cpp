@@ -1,11 +1,5 @@
 #include "framework/core/errors/GDebugSupport.h"
 
-#include <gtest/gtest.h>
-
-#include <string>
-#include <thread>
-#include <vector>
-
 #include "tests/core/TextForTests.h"
 
 TEST(GDebugSupport, DumpsTheStackBetweenTwoLinesForThreadsInTurn) {

@@ -1,13 +1,6 @@
 #include "framework/core/errors/GException.h"
 
-#include <gtest/gtest.h>
-
-#include <cstdlib>
 #include <initializer_list>
-#include <memory>
-#include <thread>
-#include <tuple>
-#include <vector>
 
 #include "framework/core/errors/GExceptionHandler.h"
 #include "framework/core/errors/GExceptionLocation.h"
@@ -17,8 +10,7 @@
 
 namespace {
 
-class GExceptionTest : public ::testing::Test {
-protected:
+struct GExceptionTest : testing::Test {
     GExceptionTest() { GException::Initialize(); }
 };
 
@@ -43,10 +35,8 @@ protected:
     }
 
 public:
-    static std::new_handler sHandlerThen;
+    static inline std::new_handler sHandlerThen = nullptr;
 };
-
-std::new_handler HungryLocation::sHandlerThen = nullptr;
 
 bool sNoMemory = false;
 
@@ -216,7 +206,8 @@ TEST_F(GExceptionTest, IsBuiltWithoutALocationWhenMemoryRunsOut) {
     const std::new_handler before = std::set_new_handler(ProgramsOwnHandler);
     {
         const HungryLocation hungry;
-        HungryLocation::sHandlerThen = nullptr;
+        EXPECT_EQ(Full(GMemoryException()) + Full(GSimpleException(2451)), u"Out of memoryOut of memory");
+        EXPECT_EQ(HungryLocation::sHandlerThen, nullptr) << "out of memory asks for no location";
         EXPECT_EQ(Full(GSimpleException(40068)), u"Invalid path");
         EXPECT_NE(HungryLocation::sHandlerThen, nullptr);
         EXPECT_NE(HungryLocation::sHandlerThen, &ProgramsOwnHandler);
@@ -227,22 +218,12 @@ TEST_F(GExceptionTest, IsBuiltWithoutALocationWhenMemoryRunsOut) {
     EXPECT_EQ(std::set_new_handler(before), &ProgramsOwnHandler);
 }
 
-TEST_F(GExceptionTest, OutOfMemoryAsksForNoLocation) {
-    const HungryLocation hungry;
-    HungryLocation::sHandlerThen = nullptr;
-    EXPECT_EQ(Full(GMemoryException()), u"Out of memory");
-    EXPECT_EQ(Full(GSimpleException(2451)), u"Out of memory");
-    EXPECT_EQ(HungryLocation::sHandlerThen, nullptr);
-}
-
 TEST_F(GExceptionTest, PutsTheNewHandlerBackWhenThreadsOverlap) {
     const std::new_handler before = std::set_new_handler(ProgramsOwnHandler);
     const auto build = [] {
         for (int i = 0; i < 20000; ++i) GSimpleException(40068);
     };
-    std::thread other(build);
-    build();
-    other.join();
+    { const std::jthread threads[] = {std::jthread(build), std::jthread(build)}; }
     EXPECT_EQ(std::set_new_handler(before), &ProgramsOwnHandler);
 }
 

@@ -1,7 +1,5 @@
 #include "framework/core/errors/GStringPool.h"
 
-#include <tuple>
-
 #include "framework/core/errors/GLngString.h"
 #include "tests/core/encodings/EncodingForTests.h"
 
@@ -12,8 +10,7 @@ constexpr GStringPoolRow cEnglish[] = {
 constexpr GStringPoolRow cGerman[] = {{70000003, "%2 hat %1"}, {70000001, "%1 l\xF6schen f\xFCr 5 \x80"}};
 
 /// Registers some texts for the length of a test.
-class GStringPoolTest : public ::testing::Test {
-protected:
+struct GStringPoolTest : testing::Test {
     GStringPoolTest() {
         GStringPoolSupport::Register("enUS", "WinAnsiEncoding", cEnglish, 4);
         GStringPoolSupport::Register("deDE", "WinAnsiEncoding", cGerman, 2);

@@ -1,6 +1,5 @@
 // What static objects may use before and after all others of the program.
 #include <cstdio>
-#include <cstdlib>
 
 #include "framework/core/errors/GException.h"
 #include "framework/core/errors/GExceptionLocation.h"

@@ -1,14 +1,7 @@
 #include "framework/core/events/GSignal.h"
 
-#include <gmock/gmock.h>
-
-#include <functional>
-#include <memory>
-#include <stdexcept>
-#include <utility>
-#include <vector>
-
 #include "framework/core/events/GBasicSignals.h"
+#include "tests/Testing.h"
 
 namespace {
 
@@ -31,8 +24,7 @@ private:
     std::vector<int>& mLog;
 };
 
-class GSignalTest : public testing::Test {
-protected:
+struct GSignalTest : testing::Test {
     GSignalTest() {
         for (Recorder* receiver : {&mFirst, &mSecond, &mThird}) mSignal.Subscribe(*receiver);
     }

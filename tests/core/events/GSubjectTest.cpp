@@ -1,12 +1,7 @@
 #include "framework/core/events/GSubject.h"
 
-#include <gtest/gtest.h>
-
-#include <functional>
-#include <memory>
-#include <vector>
-
 #include "framework/core/paths/GPathName.h"
+#include "tests/Testing.h"
 
 namespace {
 

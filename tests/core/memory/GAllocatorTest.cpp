@@ -1,23 +1,13 @@
 #include "framework/core/memory/GAllocator.h"
 
-#include <gtest/gtest.h>
-
-#include <algorithm>
 #include <atomic>
-#include <cstdint>
-#include <cstring>
-#include <limits>
-#include <memory>
 #include <mutex>
-#include <random>
 #include <set>
-#include <thread>
-#include <tuple>
-#include <vector>
 
 #include "framework/core/errors/GException.h"
 #include "framework/core/memory/GFastAllocatable.h"
 #include "platform/base/PMemory.h"
+#include "tests/Testing.h"
 
 // An address sanitizer would otherwise end the program where the system just says no.
 extern "C" const char* __asan_default_options();

@@ -1,13 +1,8 @@
 #include "framework/core/memory/GSharedObject.h"
 
-#include <gtest/gtest.h>
-
-#include <thread>
-#include <utility>
-#include <vector>
-
 #include "framework/core/memory/GRefCount.h"
 #include "framework/core/memory/GSmartPtr.h"
+#include "tests/Testing.h"
 
 namespace {
 
@@ -113,17 +108,11 @@ TEST(GSharedObject, CountsOnManyThreads) {
     int alive = 0;
     {
         const GSharedObject<Thing> shared(new Thing(alive));
-        std::vector<std::thread> threads;
-        for (int t = 0; t < 4; ++t) {
-            threads.emplace_back([shared] {
-                for (int i = 0; i < 20000; ++i) {
-                    const GSharedObject<Thing> copy(shared);
-                }
-            });
-        }
-        for (std::thread& thread : threads) thread.join();
-        threads.clear();
-        EXPECT_EQ(shared->GetRefCount(), 1);
+        const auto copyOften = [shared] {
+            for (int i = 0; i < 20000; ++i) const GSharedObject<Thing> copy(shared);
+        };
+        { const std::jthread threads[] = {std::jthread(copyOften), std::jthread(copyOften)}; }
+        EXPECT_EQ(shared->GetRefCount(), 2) << "its own, and the lambda's";
     }
     EXPECT_EQ(alive, 0);
 }

@@ -4,27 +4,10 @@
 #include "framework/core/paths/GPathName.h"
 #undef unix
 
-#include <gtest/gtest.h>
-
-#include <string>
-#include <tuple>
-
 #include "framework/core/errors/GException.h"
-#include "tests/core/TextForTests.h"
+#include "tests/core/paths/PathForTests.h"
 
 namespace {
-
-GPathName Path(std::u16string_view portable) {
-    return GPathName(Text(portable));
-}
-
-std::u16string Plain(const GPathName& path) {
-    return Plain(path.GetPortablePath());
-}
-
-std::u16string Repeated(char16_t unit, std::size_t count) {
-    return std::u16string(count, unit);
-}
 
 struct Form {
     void (GPathName::*set)(const GString&);

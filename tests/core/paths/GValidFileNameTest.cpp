@@ -1,10 +1,4 @@
-#include <gtest/gtest.h>
-
-#include <string>
-#include <tuple>
-
-#include "framework/core/paths/GPathName.h"
-#include "tests/core/TextForTests.h"
+#include "tests/core/paths/PathForTests.h"
 
 namespace {
 
@@ -12,17 +6,6 @@ std::u16string Valid(std::u16string_view title, long maxLength = -1, char16_t re
     GString name = Text(title);
     GPathName::CreateValidFileName(name, maxLength, replacement);
     return Plain(name);
-}
-
-std::u16string Repeated(char16_t unit, std::size_t count) {
-    return std::u16string(count, unit);
-}
-
-void ExpectNames(std::initializer_list<std::u16string_view> rows) {
-    for (const std::u16string_view row : rows) {
-        const auto [title, name] = CellsOf<2>(row);
-        EXPECT_EQ(Valid(title), name) << Readable(row);
-    }
 }
 
 }  // namespace
@@ -39,28 +22,23 @@ TEST(GValidFileName, TitlesThatAreNamesStay) {
 }
 
 TEST(GValidFileName, ReplacesWhatWindowsRefuses) {
-    ExpectNames({u"a<b>c:d\"e/f\\g|h?i*j -> a_b_c_d_e_f_g_h_i_j",
-                 {u"a\0b -> a_b", 10},
-                 u"tab\tline\r\nend\x1F! -> tab_line__end_!",
-                 u"\x20\x1F\x21 ->  _!",
-                 u"??? -> ___",
-                 u"..\\..\\windows\\win.ini -> .._.._windows_win.ini",
-                 u"\\\\?\\C:\\x -> ____C__x",
-                 u"report.txt::$DATA -> report.txt__$DATA"});
-}
-
-TEST(GValidFileName, IsNeverEmptyAndEndsInNoDotOrBlank) {
-    ExpectNames({u" -> _", u". -> _", u".. -> __", u"    -> ___", u". . -> ___",
-                 u"Report. . . -> Report_____", u"a.b. -> a.b_", u".foo -> _foo", u".foo. -> _foo_",
-                 u"..foo -> _.foo", u" .foo -> _.foo", u" . .foo -> ___.foo"});
-}
-
-TEST(GValidFileName, DefusesDeviceNames) {
-    ExpectNames({u"CON -> _CON", u"prn -> _prn", u"Aux.txt -> _Aux.txt", u"nul.tar.gz -> _nul.tar.gz",
-                 u"NUL   .a.txt -> _NUL   .a.txt", u"NUL..txt -> _NUL..txt", u"com1 -> _com1",
-                 u"COM0.log -> _COM0.log", u"LPT9 -> _LPT9", u"COM\u00B9 -> _COM\u00B9",
-                 u"LPT\u00B2.x -> _LPT\u00B2.x", u"lpt\u00B3 -> _lpt\u00B3", u"CONIN$ -> _CONIN$",
-                 u"conout$.txt -> _conout$.txt", u"NUL.. -> NUL__", u"CON  -> CON_", u"NUL: -> NUL_"});
+    ForEachRow<2>({u"a<b>c:d\"e/f\\g|h?i*j -> a_b_c_d_e_f_g_h_i_j",
+                   u"tab\tline\r\nend\x1F! -> tab_line__end_!", u"\x20\x1F\x21 ->  _!",
+                   // What leads elsewhere.
+                   u"..\\..\\windows\\win.ini -> .._.._windows_win.ini", u"\\\\?\\C:\\x -> ____C__x",
+                   u"report.txt::$DATA -> report.txt__$DATA",
+                   // Nothing, and dots and blanks at the ends.
+                   u" -> _", u"??? -> ___", u". -> _", u".. -> __", u"    -> ___", u". . -> ___",
+                   u"Report. . . -> Report_____", u"a.b. -> a.b_", u".foo -> _foo", u".foo. -> _foo_",
+                   u"..foo -> _.foo", u" .foo -> _.foo", u" . .foo -> ___.foo",
+                   // Devices.
+                   u"CON -> _CON", u"prn -> _prn", u"Aux.txt -> _Aux.txt", u"nul.tar.gz -> _nul.tar.gz",
+                   u"NUL   .a.txt -> _NUL   .a.txt", u"NUL..txt -> _NUL..txt", u"com1 -> _com1",
+                   u"COM0.log -> _COM0.log", u"LPT9 -> _LPT9", u"COM\u00B9 -> _COM\u00B9",
+                   u"LPT\u00B2.x -> _LPT\u00B2.x", u"lpt\u00B3 -> _lpt\u00B3", u"CONIN$ -> _CONIN$",
+                   u"conout$.txt -> _conout$.txt", u"NUL.. -> NUL__", u"CON  -> CON_", u"NUL: -> NUL_"},
+                  [](auto title, auto name) { EXPECT_EQ(Valid(title), name); });
+    EXPECT_EQ(Valid({u"a\0b", 3}), u"a_b");
 }
 
 TEST(GValidFileName, LeavesRoomForAnExtension) {

@@ -1,9 +1,5 @@
 #include "framework/core/patterns/GRegEx.h"
 
-#include <gtest/gtest.h>
-
-#include <tuple>
-
 #include "framework/core/errors/GException.h"
 #include "tests/core/TextForTests.h"
 

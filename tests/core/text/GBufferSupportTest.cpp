@@ -1,18 +1,8 @@
 #include "framework/core/text/GBufferSupport.h"
 
-#include <gtest/gtest.h>
-
 #include <cctype>
-#include <random>
-#include <string>
-#include <string_view>
-#include <tuple>
-#include <vector>
 
-#include "framework/core/bytes/GBuffer.h"
 #include "framework/core/containers/GDictUtil.h"
-#include "framework/core/containers/GTable.h"
-#include "framework/core/encodings/GEncoding.h"
 #include "framework/core/encodings/GUTF8Encoding.h"
 #include "framework/core/text/GStringSupport.h"
 #include "tests/core/TextForTests.h"

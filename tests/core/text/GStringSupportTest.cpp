@@ -1,10 +1,5 @@
 #include "framework/core/text/GStringSupport.h"
 
-#include <algorithm>
-#include <random>
-#include <tuple>
-#include <vector>
-
 #include "tests/core/encodings/EncodingForTests.h"
 
 namespace {

@@ -1,12 +1,5 @@
 #include "framework/core/text/GValue.h"
 
-#include <gtest/gtest.h>
-
-#include <cstdint>
-#include <limits>
-#include <tuple>
-
-#include "framework/core/text/GString.h"
 #include "tests/core/TextForTests.h"
 
 TEST(GValue, ConvertsBetweenKinds) {

@@ -1,14 +1,8 @@
 #include "framework/core/time/GDateTime.h"
 
-#include <gtest/gtest.h>
-
 #include <climits>
 #include <cstdio>
-#include <string>
-#include <tuple>
-#include <vector>
 
-#include "framework/core/bytes/GBuffer.h"
 #include "tests/core/TextForTests.h"
 
 namespace {
@@ -180,20 +174,16 @@ TEST(GDateTime, AddsToAllFieldsAndCarriesThen) {
 }
 
 TEST(GDateTime, AddsMonthsUpToTheLastDayWhenAskedTo) {
-    const std::tuple<const char*, long, const char*> rows[] = {
-        {"2014-3-31 1:2:3", 1, "2014-4-30 1:2:3"},
-        {"2014-1-31", 1, "2014-2-28 0:0:0"},
-        {"2016-1-31", 1, "2016-2-29 0:0:0"},
-        {"2016-2-29", 12, "2017-2-28 0:0:0"},
-        {"2014-3-31", -1, "2014-2-28 0:0:0"},
-        {"2014-1-15", -13, "2012-12-15 0:0:0"},
-        {"2014-2-31", 1, "2014-4-3 0:0:0"},
-        {"2147483647-12-31", 2147483647, "2147483647-12-31 23:59:59"}};
-    for (const auto& [start, months, result] : rows) {
-        GDateTime time = At(start);
-        time.AddMonthsClampingDay(months);
-        EXPECT_EQ(When(time), result) << start;
-    }
+    ForEachRow<3>(
+        {"2014-3-31 1:2:3 -> 1 -> 2014-4-30 1:2:3", "2014-1-31 -> 1 -> 2014-2-28 0:0:0",
+         "2016-1-31 -> 1 -> 2016-2-29 0:0:0", "2016-2-29 -> 12 -> 2017-2-28 0:0:0",
+         "2014-3-31 -> -1 -> 2014-2-28 0:0:0", "2014-1-15 -> -13 -> 2012-12-15 0:0:0",
+         "2014-2-31 -> 1 -> 2014-4-3 0:0:0", "2147483647-12-31 -> 2147483647 -> 2147483647-12-31 23:59:59"},
+        [](auto start, auto months, auto result) {
+            GDateTime time = At(start);
+            time.AddMonthsClampingDay(std::atol(months.data()));
+            EXPECT_EQ(When(time), result);
+        });
 }
 
 TEST(GDateTime, ComparesFieldByFieldWithoutTheOffset) {
@@ -261,26 +251,12 @@ TEST(GDateTime, ReadsPDFDates) {
 }
 
 TEST(GDateTime, RefusesOtherTextsAndStaysUnchanged) {
-    for (const std::string_view text : {""sv,
-                                        "D"sv,
-                                        "D:"sv,
-                                        "D:201"sv,
-                                        "D:20Z"sv,
-                                        "D:20+1'00'"sv,
-                                        "D-2014"sv,
-                                        "X:2014"sv,
-                                        "D:abcd"sv,
-                                        "D:    "sv,
-                                        "D:-2014"sv,
-                                        "D:201400"sv,
-                                        "D:20200"sv,
-                                        "D:20141301"sv,
-                                        "D:20140300"sv,
-                                        "D:20140332"sv,
-                                        "D:2014031524"sv,
-                                        "D:201403151060"sv,
-                                        "D:20140315103060"sv,
-                                        "\0002014"sv}) {
+    for (const std::string_view text :
+         {""sv, "D"sv, "D:"sv, "D:201"sv, "D:20Z"sv, "D:20+1'00'"sv, "D-2014"sv, "X:2014"sv, "D:abcd"sv,
+          "D:    "sv, "D:-2014"sv,
+          // What is no month, day, hour, minute or second.
+          "D:201400"sv, "D:20200"sv, "D:20141301"sv, "D:20140300"sv, "D:20140332"sv, "D:2014031524"sv,
+          "D:201403151060"sv, "D:20140315103060"sv, "\0002014"sv}) {
         GDateTime time(2, 3, 1970, 4, 5, 6, -1, 5, 45);
         EXPECT_EQ(time.SetFromPDFDateTime(BufferOf(text)), 0) << text;
         EXPECT_EQ(GDateTime::CheckPDFDateTime(BufferOf(text)), 0) << text;

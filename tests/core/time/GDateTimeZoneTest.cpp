@@ -1,13 +1,9 @@
 // Time zones and the locale's formats are known in the native build only: Windows has them of the machine.
-#include <gtest/gtest.h>
-
-#include <array>
-#include <cstdlib>
-#include <tuple>
 
 #include "framework/core/bytes/GBuffer.h"
 #include "framework/core/text/GString.h"
 #include "framework/core/time/GDateTime.h"
+#include "tests/Testing.h"
 
 namespace {
 
