@@ -1,18 +1,14 @@
 // What only more than one process can show.
-#include <algorithm>
 #include <map>
-#include <memory>
-#include <vector>
 
 #include "framework/ipc/GIPCInbox.h"
 #include "platform/win32/base/PWin32Api.h"
-#include "tests/ipc/ManagerTestSupport.h"
+#include "tests/ipc/IPCTestSupport.h"
 #include "tests/tools/ChildProcess.h"
 
 namespace {
 
-class CrossProcessTest : public testing::Test {
-protected:
+struct CrossProcessTest : testing::Test {
     using Peer = std::unique_ptr<ChildProcess>;
 
     CrossProcessTest() { GShMemID::Initialize(); }
@@ -50,7 +46,7 @@ public:
         mInbox.Drain(messages);
         for (const auto& message : messages) {
             const long number = std::atol(message->GetData().GetPtr());
-            EXPECT_EQ(Text(message->GetData()), std::to_string(number) + ":" + Filler(number % 977, '.'));
+            EXPECT_EQ(BytesOf(message->GetData()), std::to_string(number) + ":" + Filler(number % 977, '.'));
             mNumbers[message->GetSenderProcessID()].push_back(number);
         }
     }

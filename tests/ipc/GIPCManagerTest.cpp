@@ -1,11 +1,7 @@
 #include "framework/ipc/GIPCManager.h"
 
-#include <stdexcept>
-#include <tuple>
-
 #include "framework/core/events/GBasicSignals.h"
-#include "tests/ipc/ManagerTestSupport.h"
-#include "tests/ipc/RawSegment.h"
+#include "tests/ipc/IPCTestSupport.h"
 
 namespace {
 
@@ -14,29 +10,10 @@ constexpr long cSender = 100;  // in session 1, like the others
 constexpr long cListener = 200;
 constexpr long cOther = 300;
 
-/// A process that listens from its first receiver on.
-struct Process {
-    Process(IPCWorld& world, long processID) : mID(processID) {
-        world.ActAs(processID, 1);
-        mReceiver.Register(cType);
-    }
+using ListeningProcess = Listener<GIPCManager>;
 
-    long mID;
-    GIPCManager mManager;
-    NotingReceiver mReceiver{&mManager};
-};
-
-class GIPCManagerTest : public testing::Test {
-protected:
+struct GIPCManagerTest : testing::Test {
     void ActAsSender() { mWorld.ActAs(cSender, 1); }
-    Log Tick(Process& process) {
-        process.mManager.ForceProcessPendingMessages();
-        return process.mReceiver.TakeLog();
-    }
-    std::unique_ptr<RawSegment> QueueOf(const Process& process) {
-        return RawSegment::Open("Session\\1\\", "QulShDP" + std::to_string(process.mID) + "MQ" +
-                                                    std::to_string(process.mManager.GetRegistrationID()));
-    }
     long CountEntries() {
         GTable<GIPCQueueAddress> queues;
         mRegistry.GetRegistered(queues);
@@ -46,24 +23,24 @@ protected:
     IPCWorld mWorld;
     SleepLog mSleep;
     GIPCMessageQueueMgr mRegistry;
-    Process mListener{mWorld, cListener};
+    ListeningProcess mListener{mWorld, cListener, 1};
     GIPCManager mSender;
 };
 
 TEST_F(GIPCManagerTest, ListensFromTheFirstReceiverToTheLast) {
-    EXPECT_TRUE(mListener.mManager.IsListening());
+    EXPECT_TRUE(mListener.mManager->IsListening());
     EXPECT_TRUE(mRegistry.IsRegistered(cListener));
-    EXPECT_NE(QueueOf(mListener), nullptr);
-    const long registrationID = mListener.mManager.GetRegistrationID();
-    NotingReceiver second(&mListener.mManager, cType);
-    mListener.mReceiver.Unregister(cType);
-    mListener.mReceiver.Unregister(cType);
-    EXPECT_EQ(mListener.mManager.GetRegistrationID(), registrationID);
+    EXPECT_NE(mListener.OpenQueue(), nullptr);
+    const long registrationID = mListener.mManager->GetRegistrationID();
+    NotingReceiver second(mListener.mManager.get(), cType);
+    mListener.mReceiver->Unregister(cType);
+    mListener.mReceiver->Unregister(cType);
+    EXPECT_EQ(mListener.mManager->GetRegistrationID(), registrationID);
     second.Unregister(cType);
-    EXPECT_FALSE(mListener.mManager.IsListening());
-    EXPECT_EQ(mListener.mManager.GetRegistrationID(), 0);
+    EXPECT_FALSE(mListener.mManager->IsListening());
+    EXPECT_EQ(mListener.mManager->GetRegistrationID(), 0);
     EXPECT_FALSE(mRegistry.IsRegistered(cListener));
-    EXPECT_FALSE(GBasicSignals::GetRepeaters().IsSubscribed(mListener.mManager));
+    EXPECT_FALSE(GBasicSignals::GetRepeaters().IsSubscribed(*mListener.mManager));
     mWorld.ActAs(cListener, 1);
     second.Register(146);
     EXPECT_TRUE(mRegistry.IsRegistered(cListener));
@@ -74,20 +51,20 @@ TEST_F(GIPCManagerTest, NoticesThatItsEntryOrQueueIsGoneAndListensAnew) {
     mWorld.ActAs(cListener, 1);
     for (const auto& [offset, value] : {std::pair<long, std::uint32_t>{4, 2}, {8, 7}, {0, 3}, {-1, 0}}) {
         SCOPED_TRACE(offset);
-        EXPECT_TRUE(mListener.mManager.IsStillRegistered());
-        mSender.SendRaw(cListener, cType, Bytes("waits"));
-        const long before = mListener.mManager.GetRegistrationID();
+        EXPECT_TRUE(mListener.mManager->IsStillRegistered());
+        mSender.SendRaw(cListener, cType, BufferOf("waits"));
+        const long before = mListener.mManager->GetRegistrationID();
         if (offset < 0) {
             mRegistry.Unregister(cListener);
         } else {
-            QueueOf(mListener)->SetWord(offset, value);
+            mListener.OpenQueue()->SetWord(offset, value);
         }
-        EXPECT_EQ(mListener.mManager.IsStillRegistered(), offset == 8);
-        mListener.mManager.Reregister();
-        EXPECT_TRUE(mListener.mManager.IsStillRegistered());
-        EXPECT_NE(mListener.mManager.GetRegistrationID(), before);
+        EXPECT_EQ(mListener.mManager->IsStillRegistered(), offset == 8);
+        mListener.mManager->Reregister();
+        EXPECT_TRUE(mListener.mManager->IsStillRegistered());
+        EXPECT_NE(mListener.mManager->GetRegistrationID(), before);
         EXPECT_EQ(CountEntries(), 1);
-        EXPECT_EQ(mListener.mReceiver.TakeLog().size(), offset == 4 || offset < 0 ? 1u : 0u);
+        EXPECT_EQ(mListener.mReceiver->TakeLog().size(), offset == 4 || offset < 0 ? 1u : 0u);
     }
 }
 
@@ -119,19 +96,19 @@ TEST_F(GIPCManagerTest, ARegistryThatMakesNoSenseIsMadeAnEmptyOneByWhoWantsToLis
 }
 
 TEST_F(GIPCManagerTest, DeliversOnTheRepeaterSignalInOrderAndByType) {
-    NotingReceiver other(&mListener.mManager, 146);
-    NotingReceiver both(&mListener.mManager, cType);
+    NotingReceiver other(mListener.mManager.get(), 146);
+    NotingReceiver both(mListener.mManager.get(), cType);
     both.Register(146);
     both.Register(146);
     ActAsSender();
-    mSender.SendRaw(cListener, cType, Bytes("a"));
+    mSender.SendRaw(cListener, cType, BufferOf("a"));
     mSender.Send(cListener, 146);
-    mSender.SendRaw(cListener, 147, Bytes("nobody's"));
-    mSender.SendRaw(cListener, cType, Bytes("b"));
-    mListener.mManager.Receive(100, GEmptyMessage());
+    mSender.SendRaw(cListener, 147, BufferOf("nobody's"));
+    mSender.SendRaw(cListener, cType, BufferOf("b"));
+    mListener.mManager->Receive(100, GEmptyMessage());
     EXPECT_TRUE(both.TakeLog().empty());
     GBasicSignals::DevoteTimeToRepeaters();
-    EXPECT_EQ(mListener.mReceiver.TakeLog(), (Log{"100:145:a", "100:145:b"}));
+    EXPECT_EQ(mListener.mReceiver->TakeLog(), (Log{"100:145:a", "100:145:b"}));
     EXPECT_EQ(other.TakeLog(), Log{"100:146:"});
     EXPECT_EQ(both.TakeLog(), (Log{"100:145:a", "100:146:", "100:145:b"}));
     GBasicSignals::DevoteTimeToRepeaters();
@@ -139,18 +116,18 @@ TEST_F(GIPCManagerTest, DeliversOnTheRepeaterSignalInOrderAndByType) {
 }
 
 TEST_F(GIPCManagerTest, AMessageEndsTheWaitForOneAndAnEventThatIsSetForNothingDoesNot) {
-    GIPCManager& manager = mListener.mManager;
+    GIPCManager& manager = *mListener.mManager;
     EXPECT_FALSE(manager.WaitForMessages(0));
     EXPECT_EQ(manager.GetWakeHandles().GetCount(), 1);
     EXPECT_EQ(mSender.GetWakeHandles().GetCount(), 0);
     ActAsSender();
     for (const bool once : {false, true}) {
         std::thread([&] {
-            once ? mSender.SendOnceRaw(cListener, cType, Bytes("a"))
-                 : mSender.SendRaw(cListener, cType, Bytes("a"));
+            once ? mSender.SendOnceRaw(cListener, cType, BufferOf("a"))
+                 : mSender.SendRaw(cListener, cType, BufferOf("a"));
         }).join();
         EXPECT_TRUE(manager.WaitForMessages(1000000));
-        EXPECT_EQ(Tick(mListener), Log{"100:145:a"});
+        EXPECT_EQ(mListener.Tick(), Log{"100:145:a"});
     }
     EXPECT_TRUE(mSleep.mSleeps.empty());
     // The event is set still: nobody has waited for it.
@@ -161,53 +138,54 @@ TEST_F(GIPCManagerTest, AMessageEndsTheWaitForOneAndAnEventThatIsSetForNothingDo
 }
 
 TEST_F(GIPCManagerTest, SendsToEveryRegistrationOfAProcessAndOnceWhatStillWaits) {
-    Process twin(mWorld, cListener);
+    ListeningProcess twin(mWorld, cListener, 1);
     ActAsSender();
-    mSender.SendRaw(cOther, cType, Bytes("to nobody"));
+    mSender.SendRaw(cOther, cType, BufferOf("to nobody"));
     for (int i = 0; i < 2; ++i) {
-        mSender.SendOnceRaw(cListener, cType, Bytes("a"));
+        mSender.SendOnceRaw(cListener, cType, BufferOf("a"));
         mSender.SendOnce(cListener, cType);
     }
-    for (Process* each : {&mListener, &twin}) EXPECT_EQ(Tick(*each), (Log{"100:145:a", "100:145:"}));
+    for (ListeningProcess* each : {&mListener, &twin})
+        EXPECT_EQ(each->Tick(), (Log{"100:145:a", "100:145:"}));
 }
 
 TEST_F(GIPCManagerTest, KeepsWhatDoesNotFitAndDeliversItInOrder) {
     ActAsSender();
-    mSender.SendRaw(cListener, cType, Bytes(Filler(32740)));
-    for (const char* text : {"a", "b", "a"}) mSender.SendOnceRaw(cListener, cType, Bytes(text));
-    mSender.SendRaw(cListener, cType, Bytes("b"));
+    mSender.SendRaw(cListener, cType, BufferOf(Filler(32740)));
+    for (const char* text : {"a", "b", "a"}) mSender.SendOnceRaw(cListener, cType, BufferOf(text));
+    mSender.SendRaw(cListener, cType, BufferOf("b"));
     EXPECT_EQ(mSender.GetDelayedCount(), 4);
-    GBasicSignals::GetRepeaters().Unsubscribe(mListener.mManager);
+    GBasicSignals::GetRepeaters().Unsubscribe(*mListener.mManager);
     GBasicSignals::DevoteTimeToRepeaters();
     EXPECT_EQ(mSender.GetDelayedCount(), 4);
-    EXPECT_EQ(Tick(mListener).size(), 1u);
+    EXPECT_EQ(mListener.Tick().size(), 1u);
     GBasicSignals::DevoteTimeToRepeaters();
     EXPECT_EQ(mSender.GetDelayedCount(), 0);
     EXPECT_FALSE(GBasicSignals::GetRepeaters().IsSubscribed(mSender));
     // The second "a" found the first one waiting; the second "b" was to be sent in any case.
-    EXPECT_EQ(Tick(mListener), (Log{"100:145:a", "100:145:b", "100:145:b"}));
+    EXPECT_EQ(mListener.Tick(), (Log{"100:145:a", "100:145:b", "100:145:b"}));
 }
 
 TEST_F(GIPCManagerTest, OneThatStillDoesNotFitKeepsItsPlace) {
     ActAsSender();
-    mSender.SendRaw(cListener, cType, Bytes(Filler(32000)));
-    mSender.SendRaw(cListener, cType, Bytes(Filler(20000, 'A')));
-    mSender.SendRaw(cListener, cType, Bytes(Filler(20000, 'B')));
-    Tick(mListener);
+    mSender.SendRaw(cListener, cType, BufferOf(Filler(32000)));
+    mSender.SendRaw(cListener, cType, BufferOf(Filler(20000, 'A')));
+    mSender.SendRaw(cListener, cType, BufferOf(Filler(20000, 'B')));
+    mListener.Tick();
     mSender.ForceProcessPendingMessages();
     EXPECT_EQ(mSender.GetDelayedCount(), 1);
-    EXPECT_EQ(Tick(mListener), Log{"100:145:20000 x A"});
+    EXPECT_EQ(mListener.Tick(), Log{"100:145:20000 x A"});
     mSender.ForceProcessPendingMessages();
-    EXPECT_EQ(Tick(mListener), Log{"100:145:20000 x B"});
+    EXPECT_EQ(mListener.Tick(), Log{"100:145:20000 x B"});
 }
 
 TEST_F(GIPCManagerTest, ThrowsForWhatNoQueueCouldHoldAndHoldsItAgainstNobody) {
     ActAsSender();
-    EXPECT_EQ(ThrownBy([&] { mSender.SendRaw(cListener, cType, Bytes(Filler(40000))); }), 40153);
-    EXPECT_EQ(ThrownBy([&] { mSender.SendRaw(cListener, cType, Bytes(Filler(32749))); }), 40153);
+    EXPECT_EQ(ThrownBy([&] { mSender.SendRaw(cListener, cType, BufferOf(Filler(40000))); }), 40153);
+    EXPECT_EQ(ThrownBy([&] { mSender.SendRaw(cListener, cType, BufferOf(Filler(32749))); }), 40153);
     EXPECT_TRUE(mRegistry.IsRegistered(cListener));
     EXPECT_EQ(mSender.GetDelayedCount(), 0);
-    mSender.SendRaw(cListener, cType, Bytes(Filler(32748)));
+    mSender.SendRaw(cListener, cType, BufferOf(Filler(32748)));
     EXPECT_EQ(mSender.GetDelayedCount(), 1);
 }
 
@@ -215,35 +193,34 @@ TEST_F(GIPCManagerTest, TakesATargetWithABrokenQueueOutOfTheRegistry) {
     const std::tuple<const char*, long, std::uint32_t, long> rows[] = {
         {"another version", 4, 2, 40154},
         {"an impossible end offset", 8, 0xFFFFFFFF, 40161},
-        {"an impossible size", 0, 0, 40163},
-    };
+        {"an impossible size", 0, 0, 40163}};
     for (const auto& [what, offset, value, thrown] : rows) {
         SCOPED_TRACE(what);
-        Process target(mWorld, cOther);
+        ListeningProcess target(mWorld, cOther, 1);
         ActAsSender();
         for (const long each : {cOther, cListener}) {
-            mSender.SendRaw(each, cType, Bytes(Filler(32740)));
-            mSender.SendRaw(each, cType, Bytes("kept"));
+            mSender.SendRaw(each, cType, BufferOf(Filler(32740)));
+            mSender.SendRaw(each, cType, BufferOf("kept"));
         }
-        QueueOf(target)->SetWord(offset, value);
-        EXPECT_EQ(ThrownBy([&] { mSender.SendRaw(cOther, cType, Bytes("a")); }), thrown);
+        target.OpenQueue()->SetWord(offset, value);
+        EXPECT_EQ(ThrownBy([&] { mSender.SendRaw(cOther, cType, BufferOf("a")); }), thrown);
         EXPECT_FALSE(mRegistry.IsRegistered(cOther));
         EXPECT_EQ(mSender.GetDelayedCount(), 1);
-        EXPECT_EQ(ThrownBy([&] { mSender.SendRaw(cOther, cType, Bytes("a")); }), 0);
-        Tick(mListener);
+        EXPECT_EQ(ThrownBy([&] { mSender.SendRaw(cOther, cType, BufferOf("a")); }), 0);
+        mListener.Tick();
         mSender.ForceProcessPendingMessages();
-        EXPECT_EQ(Tick(mListener), Log{"100:145:kept"});
+        EXPECT_EQ(mListener.Tick(), Log{"100:145:kept"});
     }
 }
 
 TEST_F(GIPCManagerTest, ATickPurgesTheTargetOfAKeptMessageWhoseQueueIsGone) {
     ActAsSender();
     {
-        Process target(mWorld, cOther);
+        ListeningProcess target(mWorld, cOther, 1);
         ActAsSender();
-        mSender.SendRaw(cOther, cType, Bytes(Filler(32740)));
-        mSender.SendRaw(cOther, cType, Bytes("kept"));
-        mSender.SendRaw(cOther, cType, Bytes("kept too"));
+        mSender.SendRaw(cOther, cType, BufferOf(Filler(32740)));
+        mSender.SendRaw(cOther, cType, BufferOf("kept"));
+        mSender.SendRaw(cOther, cType, BufferOf("kept too"));
     }
     mRegistry.Register(cOther);
     EXPECT_EQ(ThrownBy([&] { mSender.ForceProcessPendingMessages(); }), 0);
@@ -252,16 +229,17 @@ TEST_F(GIPCManagerTest, ATickPurgesTheTargetOfAKeptMessageWhoseQueueIsGone) {
 }
 
 TEST_F(GIPCManagerTest, BroadcastsToAllWhomeverItCannotReach) {
-    Process second(mWorld, cOther);
+    ListeningProcess second(mWorld, cOther, 1);
     mRegistry.Register(400);  // which has no queue
     ActAsSender();
-    mSender.BroadcastRaw(cType, Bytes("a"));
+    mSender.BroadcastRaw(cType, BufferOf("a"));
     EXPECT_FALSE(mRegistry.IsRegistered(400));
-    mSender.BroadcastOnceRaw(cType, Bytes("a"));
+    mSender.BroadcastOnceRaw(cType, BufferOf("a"));
     mSender.Broadcast(cType);
     mSender.BroadcastOnce(cType);
-    for (Process* process : {&mListener, &second}) EXPECT_EQ(Tick(*process), (Log{"100:145:a", "100:145:"}));
-    EXPECT_EQ(ThrownBy([&] { mSender.BroadcastRaw(cType, Bytes(Filler(40000))); }), 0);
+    for (ListeningProcess* process : {&mListener, &second})
+        EXPECT_EQ(process->Tick(), (Log{"100:145:a", "100:145:"}));
+    EXPECT_EQ(ThrownBy([&] { mSender.BroadcastRaw(cType, BufferOf(Filler(40000))); }), 0);
     EXPECT_EQ(CountEntries(), 2);
 }
 
@@ -294,19 +272,19 @@ TEST_F(GIPCManagerTest, WaitsTillAProcessListensOrEnds) {
 }
 
 TEST_F(GIPCManagerTest, ReceiversMayComeAndGoWhileAMessageIsHandedOut) {
-    auto doomed = std::make_unique<NotingReceiver>(&mListener.mManager, cType);
-    NotingReceiver late(&mListener.mManager);
-    NotingReceiver last(&mListener.mManager, cType);
-    mListener.mReceiver.mReaction = [&] {
-        mListener.mReceiver.mReaction = nullptr;
-        mListener.mReceiver.Unregister(cType);
+    auto doomed = std::make_unique<NotingReceiver>(mListener.mManager.get(), cType);
+    NotingReceiver late(mListener.mManager.get());
+    NotingReceiver last(mListener.mManager.get(), cType);
+    mListener.mReceiver->mReaction = [&] {
+        mListener.mReceiver->mReaction = nullptr;
+        mListener.mReceiver->Unregister(cType);
         doomed.reset();
         for (long type = 1000; type < 1100; ++type) late.Register(type);
         late.Register(cType);
     };
     ActAsSender();
-    mSender.SendRaw(cListener, cType, Bytes("a"));
-    EXPECT_EQ(Tick(mListener), Log{"100:145:a"});
+    mSender.SendRaw(cListener, cType, BufferOf("a"));
+    EXPECT_EQ(mListener.Tick(), Log{"100:145:a"});
     EXPECT_EQ(last.TakeLog(), Log{"100:145:a"});
     EXPECT_EQ(late.TakeLog(), Log{"100:145:a"});
     // The end of the listening, in the middle of what has come.
@@ -316,37 +294,37 @@ TEST_F(GIPCManagerTest, ReceiversMayComeAndGoWhileAMessageIsHandedOut) {
         late.Unregister(cType);
         last.Unregister(cType);
     };
-    for (const char* text : {"b", "c"}) mSender.SendRaw(cListener, cType, Bytes(text));
-    EXPECT_TRUE(Tick(mListener).empty());
+    for (const char* text : {"b", "c"}) mSender.SendRaw(cListener, cType, BufferOf(text));
+    EXPECT_TRUE(mListener.Tick().empty());
     EXPECT_EQ(late.TakeLog(), Log{"100:145:b"});
     EXPECT_FALSE(mRegistry.IsRegistered(cListener));
 }
 
 TEST_F(GIPCManagerTest, WhatAReceiverThrowsComesAfterTheOtherMessages) {
-    NotingReceiver second(&mListener.mManager, cType);
-    mListener.mReceiver.mReaction = [] { throw std::runtime_error("refused"); };
+    NotingReceiver second(mListener.mManager.get(), cType);
+    mListener.mReceiver->mReaction = [] { throw std::runtime_error("refused"); };
     ActAsSender();
-    mSender.SendRaw(cListener, cType, Bytes("a"));
-    mSender.SendRaw(cListener, cType, Bytes("b"));
-    EXPECT_THROW(mListener.mManager.ForceProcessPendingMessages(), std::runtime_error);
-    EXPECT_EQ(mListener.mReceiver.TakeLog().size(), 2u);
+    mSender.SendRaw(cListener, cType, BufferOf("a"));
+    mSender.SendRaw(cListener, cType, BufferOf("b"));
+    EXPECT_THROW(mListener.mManager->ForceProcessPendingMessages(), std::runtime_error);
+    EXPECT_EQ(mListener.mReceiver->TakeLog().size(), 2u);
     EXPECT_EQ(second.TakeLog(), (Log{"100:145:a", "100:145:b"}));
-    EXPECT_EQ(ThrownBy([&] { mListener.mManager.ForceProcessPendingMessages(); }), 0);
+    EXPECT_EQ(ThrownBy([&] { mListener.mManager->ForceProcessPendingMessages(); }), 0);
 }
 
 TEST_F(GIPCManagerTest, ABrokenInboxIsReportedOnceAndWorksAgain) {
-    const auto raw = QueueOf(mListener);
+    const auto raw = mListener.OpenQueue();
     ActAsSender();
     for (const long spoiled : {0L, 8L, 39L}) {  // the size, the end offset, the second record's length
         SCOPED_TRACE(spoiled);
-        mSender.SendRaw(cListener, cType, Bytes("one"));
-        mSender.SendRaw(cListener, cType, Bytes("two"));
+        mSender.SendRaw(cListener, cType, BufferOf("one"));
+        mSender.SendRaw(cListener, cType, BufferOf("two"));
         raw->SetWord(spoiled, 0xFFFFFFFF);
-        EXPECT_EQ(ThrownBy([&] { mListener.mManager.ForceProcessPendingMessages(); }),
+        EXPECT_EQ(ThrownBy([&] { mListener.mManager->ForceProcessPendingMessages(); }),
                   spoiled == 0 ? 40163 : 40161);
-        EXPECT_EQ(mListener.mReceiver.TakeLog(), spoiled == 39 ? Log{"100:145:one"} : Log{});
-        mSender.SendRaw(cListener, cType, Bytes("three"));
-        EXPECT_EQ(Tick(mListener), Log{"100:145:three"});
+        EXPECT_EQ(mListener.mReceiver->TakeLog(), spoiled == 39 ? Log{"100:145:one"} : Log{});
+        mSender.SendRaw(cListener, cType, BufferOf("three"));
+        EXPECT_EQ(mListener.Tick(), Log{"100:145:three"});
     }
 }
 

@@ -1,17 +1,11 @@
 #include "framework/ipc/GIPCMessageQueueMgr.h"
 
-#include <gmock/gmock.h>
-
-#include <tuple>
-
 #include "framework/ipc/GIPCMessageQueue.h"
 #include "framework/system/PSystem.h"
-#include "tests/ipc/IPCWorld.h"
-#include "tests/ipc/RawSegment.h"
+#include "tests/ipc/IPCTestSupport.h"
 
 namespace {
 
-using ByteList = std::vector<unsigned char>;
 using Manager = GIPCMessageQueueMgr;
 
 constexpr const char* cName = "QulShDGIPCTest";
@@ -20,8 +14,7 @@ std::vector<std::int32_t> List(const GTable<std::int32_t>& table) {
     return {table.begin(), table.end()};
 }
 
-class GIPCMessageQueueMgrTest : public testing::Test {
-protected:
+struct GIPCMessageQueueMgrTest : testing::Test {
     GIPCMessageQueueMgrTest() : mManager(Manager::cTest), mRaw(RawSegment::Open("Session\\1\\", cName)) {}
 
     /// Everything in use behind version and seed: the end offset and the entries.
@@ -55,8 +48,8 @@ TEST_F(GIPCMessageQueueMgrTest, StartsWithVersionSeedAndEndOffsetAndOpensNothing
     EXPECT_EQ(mRaw->Copy(12, 4), (ByteList{12, 0, 0, 0}));
     EXPECT_LT(mRaw->GetWord(8), 600000u);  // the program's own run time in milliseconds
     EXPECT_FALSE(mManager.IsRegistered(4711));
-    EXPECT_EQ(Text(Manager::GetMemoryPath()), "Session\\1\\");
-    EXPECT_EQ(Text(Manager::GetRegistryID(Manager::cNormal).GetBuffer()), "GIPC");
+    EXPECT_EQ(BytesOf(Manager::GetMemoryPath()), "Session\\1\\");
+    EXPECT_EQ(BytesOf(Manager::GetRegistryID(Manager::cNormal).GetBuffer()), "GIPC");
     mRaw->SetWord(4, 2);
     EXPECT_EQ(ThrownBy([] { Manager another(Manager::cTest); }), 40154);
 }
@@ -87,8 +80,7 @@ TEST_F(GIPCMessageQueueMgrTest, RegistersWithIDsOfTheCountedUpSeed) {
         {"the generator's first number is the smallest one", 1694, 1},
         {"it is 0, so the second one counts", 26578, 11265},
         {"it is 0 for another seed", 78041, 10672},
-        {"it is the largest one", 24883, 32767},
-    };
+        {"it is the largest one", 24883, 32767}};
     for (const auto& [what, seed, registrationID] : rows) {
         SCOPED_TRACE(what);
         mRaw->SetWord(8, seed);
@@ -160,12 +152,10 @@ TEST_F(GIPCMessageQueueMgrTest, AFullRegistryDropsWhatNobodyListensBehind) {
         const char* what;
         std::pair<int, int> filler;  // and the number of it in place of a 0
         long left;                   // of the entries that were there
-    } rows[] = {
-        {"processes that have ended", {99, 0}, 2},
-        {"one entry again and again", {4711, 77}, 2},
-        {"no numbers of processes", {-1, 0}, 2},
-        {"a living process's entries without a queue", {4711, 0}, 1},
-    };
+    } rows[] = {{"processes that have ended", {99, 0}, 2},
+                {"one entry again and again", {4711, 77}, 2},
+                {"no numbers of processes", {-1, 0}, 2},
+                {"a living process's entries without a queue", {4711, 0}, 1}};
     for (const auto& row : rows) {
         SCOPED_TRACE(row.what);
         std::vector<std::pair<int, int>> entries = {{4711, 77}, {4711, 30000}};
@@ -207,12 +197,10 @@ TEST_F(GIPCMessageQueueMgrTest, FindsAProcessInTheFirstSessionThatKnowsIt) {
         const char* what;
         long processID, session;
         std::vector<std::int32_t> ids;
-    } rows[] = {
-        {"in the own session only", 1, 1, {10}},
-        {"in another session only", 3, 0, {30, 31}},
-        {"in both", 2, 0, {21}},
-        {"in none", 4, 99, {}},
-    };
+    } rows[] = {{"in the own session only", 1, 1, {10}},
+                {"in another session only", 3, 0, {30, 31}},
+                {"in both", 2, 0, {21}},
+                {"in none", 4, 99, {}}};
     for (const auto& row : rows) {
         SCOPED_TRACE(row.what);
         long session = 99;
@@ -260,38 +248,33 @@ TEST(GIPCMessageQueueMgr, SearchesTheSharedNameSpaceWhereSystemsHaveOneOnly) {
 }
 
 TEST_F(GIPCMessageQueueMgrTest, ACorruptRegistryThrowsAndStaysAsItIs) {
-    const std::tuple<const char*, long, std::uint32_t, long> rows[] = {
-        {"no size", 0, 0, 40163},
-        {"a size behind the view", 0, 0x00100000, 40163},
-        {"a negative size", 0, 0xFFFFFFFF, 40163},
-        {"a size without end offset", 0, 15, 40161},
-        {"a size that cuts an entry", 0, 31, 40161},
-        {"an end in the header", 12, 11, 40161},
-        {"no end", 12, 0, 40161},
-        {"an end in an entry", 12, 21, 40161},
-        {"an end behind the registry", 12, 8212, 40161},
-        {"the largest end", 12, 0x7FFFFFFF, 40161},
-        {"a negative end", 12, 0xFFFFFFFC, 40161},
-        {"the smallest end", 12, 0x80000004, 40161}};
+    const std::tuple<const char*, long, std::vector<std::uint32_t>, long> rows[] = {
+        {"no size, one behind the view, a negative one", 0, {0, 0x00100000, 0xFFFFFFFF}, 40163},
+        {"a size without end offset, or one that cuts an entry", 0, {15, 31}, 40161},
+        {"no end, one in the header or in an entry", 12, {0, 11, 21}, 40161},
+        {"an end behind the registry, and the largest", 12, {8212, 0x7FFFFFFF}, 40161},
+        {"a negative end, and the smallest", 12, {0xFFFFFFFC, 0x80000004}, 40161}};
     mManager.Register(9);
     const std::uint32_t registrationID = mRaw->GetWord(20);
-    for (const auto& [what, offset, value, thrown] : rows) {
-        SCOPED_TRACE(what);
-        mRaw->SetWord(0, 8208);
-        SetEntries({{9, static_cast<int>(registrationID)}, {1, 10}, {2, 20}});
-        mRaw->SetWord(offset, value);
-        const ByteList before = mRaw->Copy();
-        long session = 99;
-        GTable<std::int32_t> ids;
-        GTable<GIPCQueueAddress> queues;
-        EXPECT_EQ(ThrownBy([&] { mManager.IsRegistered(1); }), thrown);
-        EXPECT_EQ(ThrownBy([&] { mManager.Register(3); }), thrown);
-        EXPECT_EQ(ThrownBy([&] { mManager.Unregister(1); }), thrown);
-        EXPECT_EQ(ThrownBy([&] { mManager.Unregister(1, 10); }), thrown);
-        EXPECT_EQ(ThrownBy([&] { mManager.UnregisterOwn(); }), thrown);
-        EXPECT_EQ(ThrownBy([&] { mManager.GetRegistered(1, session, ids); }), thrown);
-        EXPECT_EQ(ThrownBy([&] { mManager.GetRegistered(queues); }), thrown);
-        EXPECT_EQ(mRaw->Copy(), before);
+    for (const auto& [what, offset, values, thrown] : rows) {
+        for (const std::uint32_t value : values) {
+            SCOPED_TRACE(testing::Message() << what << ": " << value);
+            mRaw->SetWord(0, 8208);
+            SetEntries({{9, static_cast<int>(registrationID)}, {1, 10}, {2, 20}});
+            mRaw->SetWord(offset, value);
+            const ByteList before = mRaw->Copy();
+            long session = 99;
+            GTable<std::int32_t> ids;
+            GTable<GIPCQueueAddress> queues;
+            EXPECT_EQ(ThrownBy([&] { mManager.IsRegistered(1); }), thrown);
+            EXPECT_EQ(ThrownBy([&] { mManager.Register(3); }), thrown);
+            EXPECT_EQ(ThrownBy([&] { mManager.Unregister(1); }), thrown);
+            EXPECT_EQ(ThrownBy([&] { mManager.Unregister(1, 10); }), thrown);
+            EXPECT_EQ(ThrownBy([&] { mManager.UnregisterOwn(); }), thrown);
+            EXPECT_EQ(ThrownBy([&] { mManager.GetRegistered(1, session, ids); }), thrown);
+            EXPECT_EQ(ThrownBy([&] { mManager.GetRegistered(queues); }), thrown);
+            EXPECT_EQ(mRaw->Copy(), before);
+        }
     }
 }
 

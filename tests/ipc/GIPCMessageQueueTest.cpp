@@ -1,24 +1,16 @@
 #include "framework/ipc/GIPCMessageQueue.h"
 
-#include <gmock/gmock.h>
-
-#include <tuple>
-
-#include "tests/ipc/IPCWorld.h"
-#include "tests/ipc/RawSegment.h"
+#include "tests/ipc/IPCTestSupport.h"
 
 namespace {
-
-using ByteList = std::vector<unsigned char>;
 
 constexpr const char* cPath = "Session\\1\\";
 constexpr const char* cName = "QulShDP4711MQ12345";
 
-class GIPCMessageQueueTest : public testing::Test {
-protected:
+struct GIPCMessageQueueTest : testing::Test {
     GIPCMessageQueueTest() : mQueue(1, 4711, 12345, mCreated), mRaw(RawSegment::Open(cPath, cName)) {}
 
-    static GBuffer Payload(long length) { return Bytes(std::string(static_cast<std::size_t>(length), 'p')); }
+    static GBuffer Payload(long length) { return BufferOf(Filler(length)); }
     long EndOffset() const { return static_cast<long>(mRaw->GetWord(8)); }
     /// The bytes in use behind the queue's header.
     ByteList Records() const { return mRaw->Copy(12, EndOffset() - 8); }
@@ -32,14 +24,12 @@ protected:
         mRaw->SetWord(4, 1);
         mRaw->SetWord(8, 8);
     }
-    std::vector<std::string> Drain() {
+    Log Drain() {
         GTable<GSmartPtr<GIPCMessage>> messages;
         mQueue.ReadPendingMessages(messages);
-        std::vector<std::string> texts;
-        for (const auto& message : messages)
-            texts.push_back(std::to_string(message->GetSenderProcessID()) + ":" +
-                            std::to_string(message->GetType()) + ":" + Text(message->GetData()));
-        return texts;
+        Log log;
+        for (const auto& message : messages) log.push_back(Describe(*message));
+        return log;
     }
 
     IPCWorld mWorld;
@@ -60,16 +50,16 @@ ByteList Join(std::initializer_list<ByteList> parts) {
 }
 
 TEST_F(GIPCMessageQueueTest, IsNamedAfterSessionProcessAndRegistration) {
-    EXPECT_EQ(Text(GIPCMessageQueue::GetMemoryPath(1)), "Session\\1\\");
-    EXPECT_EQ(Text(GIPCMessageQueue::GetMemoryPath(-1)), "Global\\");
-    EXPECT_EQ(Text(GIPCMessageQueue::ConvertToMemoryID(4711, 12345).GetBuffer()), "P4711MQ12345");
+    EXPECT_EQ(BytesOf(GIPCMessageQueue::GetMemoryPath(1)), "Session\\1\\");
+    EXPECT_EQ(BytesOf(GIPCMessageQueue::GetMemoryPath(-1)), "Global\\");
+    EXPECT_EQ(BytesOf(GIPCMessageQueue::ConvertToMemoryID(4711, 12345).GetBuffer()), "P4711MQ12345");
     EXPECT_EQ(ThrownBy([] { GIPCMessageQueue::ConvertToMemoryID(-1, 7); }), 40162);
     EXPECT_TRUE(mCreated);
     EXPECT_EQ(mRaw->Copy(0, 12), (ByteList{4, 128, 0, 0, 1, 0, 0, 0, 8, 0, 0, 0}));
 }
 
 TEST_F(GIPCMessageQueueTest, AppendsRecordsByteForByte) {
-    EXPECT_TRUE(mQueue.TryToAddRawMessage(145, Bytes("Hi!")));
+    EXPECT_TRUE(mQueue.TryToAddRawMessage(145, BufferOf("Hi!")));
     EXPECT_EQ(EndOffset(), 31);
     EXPECT_EQ(Records(), cHi);
     EXPECT_TRUE(mQueue.TryToAddRawMessage(-1, 7, GBuffer()));
@@ -83,21 +73,20 @@ TEST_F(GIPCMessageQueueTest, DrainsInOrderOnceAndSkipsOtherKindsAndWhatFollowsAP
     ByteList disguised = cHi;
     disguised[0] = 2;
     SetRecords(Join({cKindTwo, disguised, cEmpty, {9, 0, 0, 0, 0, 0, 0, 0}}));
-    EXPECT_FALSE(mQueue.ContainsRawMessage(145, Bytes("Hi!"))) << "a record of another kind";
+    EXPECT_FALSE(mQueue.ContainsRawMessage(145, BufferOf("Hi!"))) << "a record of another kind";
     SetRecords(Join({cKindTwo, longer, disguised, cEmpty, {9, 0, 0, 0, 0, 0, 0, 0}}));
-    EXPECT_EQ(Drain(), (std::vector<std::string>{"4711:145:Hi!", "-1:7:"}));
+    EXPECT_EQ(Drain(), (Log{"4711:145:Hi!", "-1:7:"}));
     EXPECT_EQ(EndOffset(), 8);
     EXPECT_TRUE(Drain().empty());
 }
 
-TEST_F(GIPCMessageQueueTest, AppendsExactlyWhileTheRecordFitsAndARefusalChangesNothing) {
+TEST_F(GIPCMessageQueueTest, AppendsUpToTheLastByteAndARefusalChangesNothing) {
     const std::tuple<const char*, long, bool, long> rows[] = {
         {"an empty payload is a record too", 0, true, 28},
         {"the largest record", 32740, true, 32768},
         {"one byte too many", 32741, false, 8},
         {"what fits an empty queue by the looser test", 32748, false, 8},
-        {"far too many", 40000, false, 8},
-    };
+        {"far too many", 40000, false, 8}};
     for (const auto& [what, payload, accepted, endOffset] : rows) {
         SCOPED_TRACE(what);
         Heal();
@@ -106,9 +95,7 @@ TEST_F(GIPCMessageQueueTest, AppendsExactlyWhileTheRecordFitsAndARefusalChangesN
         EXPECT_EQ(EndOffset(), endOffset);
         EXPECT_EQ(mRaw->Copy() == before, !accepted);
     }
-}
-
-TEST_F(GIPCMessageQueueTest, FillsUpToTheLastByte) {
+    Heal();
     ASSERT_TRUE(mQueue.TryToAddRawMessage(145, Payload(32000)));  // ends at 32028
     EXPECT_FALSE(mQueue.TryToAddRawMessage(145, Payload(721)));
     EXPECT_TRUE(mQueue.TryToAddRawMessage(145, Payload(720)));
@@ -131,18 +118,17 @@ TEST_F(GIPCMessageQueueTest, AddsOnceWhatIsNotWaitingYet) {
         {"another payload of that length", 1, 145, "Ho!", 77},
         {"a shorter payload", 1, 145, "Hi", 99},
         {"no payload", 1, 145, "", 119},
-        {"no payload again", 1, 145, "", 119},
-    };
+        {"no payload again", 1, 145, "", 119}};
     for (const auto& [what, sender, type, payload, endOffset] : rows) {
         SCOPED_TRACE(what);
-        EXPECT_TRUE(mQueue.TryToAddRawMessageOnce(sender, type, Bytes(payload)));
+        EXPECT_TRUE(mQueue.TryToAddRawMessageOnce(sender, type, BufferOf(payload)));
         EXPECT_EQ(EndOffset(), endOffset);
     }
-    EXPECT_TRUE(mQueue.ContainsRawMessage(145, Bytes("Ho!")));
-    EXPECT_FALSE(mQueue.ContainsRawMessage(147, Bytes("Ho!")));
+    EXPECT_TRUE(mQueue.ContainsRawMessage(145, BufferOf("Ho!")));
+    EXPECT_FALSE(mQueue.ContainsRawMessage(147, BufferOf("Ho!")));
     Drain();
-    EXPECT_FALSE(mQueue.ContainsRawMessage(145, Bytes("Ho!")));
-    EXPECT_TRUE(mQueue.TryToAddRawMessageOnce(145, Bytes("Hi!")));
+    EXPECT_FALSE(mQueue.ContainsRawMessage(145, BufferOf("Ho!")));
+    EXPECT_TRUE(mQueue.TryToAddRawMessageOnce(145, BufferOf("Hi!")));
     EXPECT_EQ(EndOffset(), 31);
 }
 
@@ -151,8 +137,8 @@ TEST_F(GIPCMessageQueueTest, OpensWhatIsThereAndOfThisVersion) {
     GIPCMessageQueue again(1, 4711, 12345, created);
     EXPECT_FALSE(created);
     GIPCMessageQueue opened(1, 4711, 12345);
-    ASSERT_TRUE(opened.TryToAddRawMessage(145, Bytes("Hi!")));
-    EXPECT_EQ(again.ContainsRawMessage(145, Bytes("Hi!")), true);
+    ASSERT_TRUE(opened.TryToAddRawMessage(145, BufferOf("Hi!")));
+    EXPECT_EQ(again.ContainsRawMessage(145, BufferOf("Hi!")), true);
     EXPECT_EQ(ThrownBy([] { GIPCMessageQueue(1, 4711, 1); }), 2450);
     EXPECT_EQ(ThrownBy([] { GIPCMessageQueue(0, 4711, 12345); }), 2450);
     for (const std::uint32_t version : {0u, 2u, 0x01000000u, 0xFFFFFFFFu}) {
@@ -185,7 +171,7 @@ TEST(GIPCMessageQueue, UsesASegmentOfAnotherSizeAsFarAsItGoes) {
         GIPCMessageQueue queue(1, 4711, 12345, created);
         EXPECT_FALSE(created);
         raw->SetWord(8, end - 20);
-        EXPECT_FALSE(queue.TryToAddRawMessage(145, Bytes("x")));
+        EXPECT_FALSE(queue.TryToAddRawMessage(145, BufferOf("x")));
         EXPECT_TRUE(queue.TryToAddRawMessage(145, GBuffer()));
         EXPECT_EQ(raw->GetWord(8), end);
         EXPECT_FALSE(queue.TryToAddRawMessage(145, GBuffer()));
@@ -211,8 +197,7 @@ const std::tuple<const char*, long, std::vector<std::uint32_t>, long, long> cCor
     {"a record length behind the end offset", 16, {36, 0x7FFFFFFF, 0xFFFFFFFF}, 40161, 0},
     {"a record length that leads back to itself", 16, {0xFFFFFFF8}, 40161, 0},
     {"a payload beyond its record", 28, {4, 0x7FFFFFFF, 0xFFFFFFFF}, 40161, 0},
-    {"another kind that leads behind the end", 39, {13}, 40161, 0},
-};
+    {"another kind that leads behind the end", 39, {13}, 40161, 0}};
 
 TEST_F(GIPCMessageQueueTest, ACorruptWordThrowsAndChangesNothing) {
     for (const auto& [what, offset, values, read, append] : cCorruptWords) {
@@ -225,10 +210,10 @@ TEST_F(GIPCMessageQueueTest, ACorruptWordThrowsAndChangesNothing) {
             const ByteList before = mRaw->Copy();
             EXPECT_EQ(ThrownBy([&] { Drain(); }), read);
             EXPECT_EQ(mRaw->Copy(), before);
-            EXPECT_EQ(ThrownBy([&] { mQueue.ContainsRawMessage(1, Bytes("absent")); }), read);
-            EXPECT_EQ(ThrownBy([&] { mQueue.TryToAddRawMessageOnce(1, Bytes("absent")); }), read);
+            EXPECT_EQ(ThrownBy([&] { mQueue.ContainsRawMessage(1, BufferOf("absent")); }), read);
+            EXPECT_EQ(ThrownBy([&] { mQueue.TryToAddRawMessageOnce(1, BufferOf("absent")); }), read);
             EXPECT_EQ(mRaw->Copy(), before);
-            EXPECT_EQ(ThrownBy([&] { mQueue.TryToAddRawMessage(1, Bytes("absent")); }), append);
+            EXPECT_EQ(ThrownBy([&] { mQueue.TryToAddRawMessage(1, BufferOf("absent")); }), append);
             EXPECT_EQ(mRaw->Copy() == before, append != 0 || value == 32767);
         }
     }
@@ -255,8 +240,8 @@ TEST_F(GIPCMessageQueueTest, ResettingMendsWhateverWasDone) {
         mRaw->SetWord(offset, 0xFFFFFFFF);
         mQueue.Reset();
         EXPECT_TRUE(Drain().empty());
-        EXPECT_TRUE(mQueue.TryToAddRawMessage(145, Bytes("Hi!")));
-        EXPECT_EQ(Drain(), std::vector<std::string>{"4711:145:Hi!"});
+        EXPECT_TRUE(mQueue.TryToAddRawMessage(145, BufferOf("Hi!")));
+        EXPECT_EQ(Drain(), Log{"4711:145:Hi!"});
     }
 }
 

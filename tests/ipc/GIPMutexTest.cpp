@@ -1,9 +1,6 @@
 #include "framework/ipc/GIPMutex.h"
 
-#include <thread>
-#include <tuple>
-
-#include "tests/ipc/IPCWorld.h"
+#include "tests/ipc/IPCTestSupport.h"
 #include "tests/ipc/PlatformsUnderTest.h"
 
 namespace {
@@ -16,8 +13,7 @@ TEST(GIPPrefix, HasFourPrefixesOfSixCharacters) {
 }
 
 template <class Imp>
-class GIPMutexTest : public testing::Test {
-protected:
+struct GIPMutexTest : testing::Test {
     using Mutex = GIPMutexBase<Imp>;
 
     /// Whether another thread, which has no hold on the mutex, can take it at once.

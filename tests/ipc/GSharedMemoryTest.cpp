@@ -1,15 +1,12 @@
 #include "framework/ipc/GSharedMemory.h"
 
-#include <tuple>
-
-#include "tests/ipc/IPCWorld.h"
+#include "tests/ipc/IPCTestSupport.h"
 #include "tests/ipc/PlatformsUnderTest.h"
 
 namespace {
 
 template <class Imp>
-class GSharedMemoryTest : public testing::Test {
-protected:
+struct GSharedMemoryTest : testing::Test {
     using Segment = GSharedMemoryBase<Imp>;
 
     explicit GSharedMemoryTest(long size = 16) : mSegment("Global\\", GShMemID("TestSeg"), size, mCreated) {}
@@ -60,17 +57,9 @@ TYPED_TEST(GSharedMemoryTest, IsOneObjectUnderOneNameAndBeginsWithItsSize) {
         other.WriteInt32(7);
         if (round == 0) other.Close();
     }
-}
-
-TYPED_TEST(GSharedMemoryTest, RefusesAnotherSizeAndLeavesTheSegmentUntouched) {
-    using Memory = typename TestFixture::Segment;
-    this->Fill();
     const auto before = this->GetAllBytes();
-    for (const long size : {0L, 15L, 17L, 40000L}) {
-        SCOPED_TRACE(size);
-        bool created = false;
-        EXPECT_EQ(ThrownBy([&] { Memory("Global\\", GShMemID("TestSeg"), size, created); }), 40168);
-    }
+    for (const long size : {0L, 15L, 17L, 40000L})
+        EXPECT_EQ(ThrownBy([&] { Memory("Global\\", GShMemID("TestSeg"), size, created); }), 40168) << size;
     EXPECT_EQ(this->GetAllBytes(), before);
 }
 
@@ -78,7 +67,7 @@ TYPED_TEST(GSharedMemoryTest, WritesWordsLowByteFirst) {
     auto& segment = this->mSegment;
     segment.WriteInt32(0x01020304);
     segment.WriteInt32(-2);
-    segment.WriteBuffer(Bytes("xy"));
+    segment.WriteBuffer(BufferOf("xy"));
     EXPECT_EQ(segment.GetCursor(), 14);
     EXPECT_EQ(this->GetAllBytes(),
               (std::vector<int>{20, 0, 0, 0, 4, 3, 2, 1, 254, 255, 255, 255, 2, 0, 0, 0, 'x', 'y', 0, 0}));
@@ -86,7 +75,7 @@ TYPED_TEST(GSharedMemoryTest, WritesWordsLowByteFirst) {
     EXPECT_EQ(segment.ReadInt32(), -2);
     GBuffer data;
     segment.ReadBuffer(data);
-    EXPECT_EQ(Text(data), "xy");
+    EXPECT_EQ(BytesOf(data), "xy");
     EXPECT_EQ(segment.GetCursor(), 14);
 }
 
@@ -114,7 +103,7 @@ TYPED_TEST(GSharedMemoryTest, ReadsAndWritesUpToTheLastByteAndNotBeyond) {
     }
 }
 
-TYPED_TEST(GSharedMemoryTest, WritesABufferWithItsLengthOrNothing) {
+TYPED_TEST(GSharedMemoryTest, WritesABufferWithItsLengthOrNothingAndReadsNoneWhoseLengthIsALie) {
     const std::tuple<const char*, long, long, long> rows[] = {
         {"all of it", 0, 12, 0},
         {"an empty one at the end", 12, 0, 0},
@@ -122,32 +111,27 @@ TYPED_TEST(GSharedMemoryTest, WritesABufferWithItsLengthOrNothing) {
         {"the bytes just fit", 0, 16, 40164},
         {"the bytes do not fit", 0, 17, 40160},
         {"not even the length fits", 13, 0, 40160},
-        {"nor together with a byte", 13, 1, 40160},
-    };
+        {"nor together with a byte", 13, 1, 40160}};
     auto& segment = this->mSegment;
     for (const auto& [what, cursor, length, thrown] : rows) {
         SCOPED_TRACE(what);
         this->Fill();
         const auto before = this->GetAllBytes();
         segment.SetCursor(cursor);
-        const GBuffer data = Bytes(std::string(static_cast<std::size_t>(length), 'z'));
+        const GBuffer data = BufferOf(std::string(static_cast<std::size_t>(length), 'z'));
         EXPECT_EQ(ThrownBy([&] { segment.WriteBuffer(data); }), thrown);
         EXPECT_EQ(segment.GetCursor(), thrown == 0 ? cursor + 4 + length : cursor);
         EXPECT_EQ(this->GetAllBytes() == before, thrown != 0);
     }
-}
-
-TYPED_TEST(GSharedMemoryTest, ReadsNoBufferWhoseLengthIsALie) {
-    auto& segment = this->mSegment;
     for (const long length : {13L, 16L, 0x7FFFFFFFL, -1L, -0x7FFFFFFFL - 1}) {
         SCOPED_TRACE(length);
         segment.SetCursor(0);
         segment.WriteInt32(length);
         segment.SetCursor(0);
-        GBuffer data = Bytes("as it was");
+        GBuffer data = BufferOf("as it was");
         EXPECT_EQ(ThrownBy([&] { segment.ReadBuffer(data); }), 40161);
         EXPECT_EQ(segment.GetCursor(), 0);
-        EXPECT_EQ(Text(data), "as it was");
+        EXPECT_EQ(BytesOf(data), "as it was");
     }
 }
 
@@ -155,10 +139,10 @@ TYPED_TEST(GSharedMemoryTest, ComparesInPlaceAndACursorGuardPutsTheCursorBackUnl
     auto& segment = this->mSegment;
     this->Fill();
     segment.SetCursor(13);
-    EXPECT_TRUE(segment.Matches(Bytes("NOP")));
-    EXPECT_FALSE(segment.Matches(Bytes("NOQ")));
+    EXPECT_TRUE(segment.Matches(BufferOf("NOP")));
+    EXPECT_FALSE(segment.Matches(BufferOf("NOQ")));
     EXPECT_TRUE(segment.Matches(GBuffer()));
-    EXPECT_EQ(ThrownBy([&] { segment.Matches(Bytes("NOPQ")); }), 40161);
+    EXPECT_EQ(ThrownBy([&] { segment.Matches(BufferOf("NOPQ")); }), 40161);
     EXPECT_EQ(segment.GetCursor(), 13);
     for (const bool release : {false, true}) {
         {

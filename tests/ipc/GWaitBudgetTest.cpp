@@ -1,11 +1,6 @@
 #include "framework/ipc/GWaitBudget.h"
 
-#include <gmock/gmock.h>
-
-#include <tuple>
-#include <vector>
-
-#include "tests/ipc/IPCWorld.h"
+#include "tests/ipc/IPCTestSupport.h"
 
 namespace {
 
@@ -44,8 +39,7 @@ TEST(GWaitBudget, AllWaitsTogetherStayWithinIt) {
         {"the first wait is taken off", 3000, 0, {0, 5000}, 2000},
         {"the second gets the rest, to the last millisecond", 2000, 0, {0, 2000}, 0},
         {"a free mutex is still taken", 0, 0, {0}, 0},
-        {"a busy one is not waited for any more", 1, 40202, {0}, 0},
-    };
+        {"a busy one is not waited for any more", 1, 40202, {0}, 0}};
     for (const auto& [what, busyFor, thrown, waits, remaining] : rows) {
         SCOPED_TRACE(what);
         FakeMutex mutex;

@@ -1,5 +1,6 @@
 #include "tests/ipc/IPCWorld.h"
 
+#include "framework/core/errors/GException.h"
 #include "framework/system/PSystem.h"
 
 class IPCWorld::Processes : public GProcessInfo {
@@ -40,7 +41,7 @@ public:
         for (const long session : mWorld.mSessions) ids.Append(static_cast<std::int32_t>(session));
     }
     void GetSessionPath(GBuffer& path, long session) override {
-        path = session < 0 ? GBuffer("Global\\") : Bytes("Session\\" + std::to_string(session) + "\\");
+        path = (session < 0 ? "Global\\" : "Session\\" + std::to_string(session) + "\\").c_str();
     }
 
 private:

@@ -4,7 +4,6 @@
 #include <string>
 #include <vector>
 
-#include "framework/core/errors/GException.h"
 #include "framework/ipc/GShMemID.h"
 #include "framework/system/GProcessInfo.h"
 #include "framework/system/GSessionInfo.h"
@@ -39,21 +38,3 @@ private:
     std::set<long> mRunning;
     std::vector<long> mSessions;
 };
-
-/// The number of the exception that `call` throws; 0 when it throws none.
-template <class Call>
-long ThrownBy(Call call) {
-    try {
-        call();
-    } catch (const GException& exception) {
-        return exception.GetExceptionID();
-    }
-    return 0;
-}
-
-inline GBuffer Bytes(const std::string& text) {
-    return GBuffer(reinterpret_cast<const unsigned char*>(text.data()), static_cast<long>(text.size()));
-}
-inline std::string Text(const GBuffer& bytes) {
-    return std::string(bytes.GetPtr(), static_cast<std::size_t>(bytes.GetLength()));
-}

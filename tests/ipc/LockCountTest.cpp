@@ -1,10 +1,9 @@
 // How often messaging goes to the shared mutexes. Every wait and every release is a call of the system,
 // and the dearest part of sending and receiving.
-#include <gmock/gmock.h>
 
 #include "framework/ipc/GIPCMessageQueue.h"
 #include "platform/posix/ipc/PMemoryIPMutexImp.h"
-#include "tests/ipc/IPCWorld.h"
+#include "tests/ipc/IPCTestSupport.h"
 
 namespace {
 
@@ -25,9 +24,9 @@ TEST(LockCount, PostingAndDrainingTakeTheMutexOnce) {
     const std::pair<long, long> once(1, 1);
     for (GIPCMessageQueue* queue : {&unlimited, &limited}) {
         GTable<GSmartPtr<GIPCMessage>> messages;
-        EXPECT_EQ(CountLocks([&] { queue->TryToAddRawMessage(145, Bytes("Hi!")); }), once);
-        EXPECT_EQ(CountLocks([&] { queue->TryToAddRawMessageOnce(145, Bytes("Hi!")); }), once);
-        EXPECT_EQ(CountLocks([&] { queue->TryToAddRawMessageOnce(145, Bytes("Ho!")); }), once);
+        EXPECT_EQ(CountLocks([&] { queue->TryToAddRawMessage(145, BufferOf("Hi!")); }), once);
+        EXPECT_EQ(CountLocks([&] { queue->TryToAddRawMessageOnce(145, BufferOf("Hi!")); }), once);
+        EXPECT_EQ(CountLocks([&] { queue->TryToAddRawMessageOnce(145, BufferOf("Ho!")); }), once);
         EXPECT_EQ(CountLocks([&] { queue->ReadPendingMessages(messages); }), once);
         EXPECT_EQ(CountLocks([&] { queue->ReadPendingMessages(messages); }), once);
         EXPECT_EQ(messages.GetCount(), 2);

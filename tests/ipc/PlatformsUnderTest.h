@@ -1,10 +1,9 @@
 #pragma once
 
-#include <gtest/gtest.h>
-
 #include "framework/ipc/GSharedMemory.h"
 #include "platform/posix/ipc/PMemoryIPMutexImp.h"
 #include "platform/posix/ipc/PMemorySharedMemory.h"
+#include "tests/Testing.h"
 
 // The stand-in that the native tests of everything above rest on has to behave as the real thing.
 #ifdef _WIN32

@@ -5,19 +5,17 @@
 #include <string>
 #include <vector>
 
-#include "framework/core/bytes/GBuffer.h"
-
 /// A named segment as a process sees it that keeps to no rules: all its bytes, the size word included.
 class RawSegment {
 public:
-    virtual ~RawSegment() = default;
-    RawSegment(const RawSegment&) = delete;
-    RawSegment& operator=(const RawSegment&) = delete;
-
     /// `name` without its path is "QulShD" and the identifier. Null when there is none.
     static std::unique_ptr<RawSegment> Open(const std::string& path, const std::string& name);
-    /// Makes one of `size` bytes in all (a system may round that up), which must not exist.
+    /// Makes one of `size` bytes in all (a system may round that up, or give one that exists). Null when
+    /// refused.
     static std::unique_ptr<RawSegment> Make(const std::string& path, const std::string& name, long size);
+    /// `owner` keeps the bytes there.
+    RawSegment(std::shared_ptr<void> owner, unsigned char* bytes, long size)
+        : mOwner(std::move(owner)), mBytes(bytes), mSize(size) {}
 
     unsigned char* GetBytes() noexcept { return mBytes; }
     /// The bytes that can be touched.
@@ -30,14 +28,13 @@ public:
         for (int i = 0; i < 4; ++i) value |= std::uint32_t{mBytes[offset + i]} << (8 * i);
         return value;
     }
-    std::vector<unsigned char> Copy() const { return {mBytes, mBytes + mSize}; }
+    std::vector<unsigned char> Copy() const { return Copy(0, mSize); }
     std::vector<unsigned char> Copy(long offset, long count) const {
         return {mBytes + offset, mBytes + offset + count};
     }
 
-protected:
-    RawSegment() = default;
-
-    unsigned char* mBytes = nullptr;
-    long mSize = 0;
+private:
+    std::shared_ptr<void> mOwner;
+    unsigned char* mBytes;
+    long mSize;
 };

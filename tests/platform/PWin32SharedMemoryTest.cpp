@@ -1,15 +1,12 @@
 #include "platform/win32/ipc/PWin32SharedMemory.h"
 
-#include <gmock/gmock.h>
-
-#include <tuple>
-
 #include "framework/system/PSystem.h"
 #include "platform/win32/base/PWin32Api.h"
 #include "platform/win32/ipc/PWin32IPEventImp.h"
 #include "platform/win32/ipc/PWin32IPMutexImp.h"
 #include "platform/win32/ipc/PWin32KernelObject.h"
-#include "tests/ipc/IPCWorld.h"
+#include "tests/files/TestFolder.h"
+#include "tests/ipc/IPCTestSupport.h"
 
 #include <aclapi.h>
 
@@ -24,11 +21,10 @@ bool IsOpenToEverybody(HANDLE object) {
     if (::GetSecurityInfo(object, SE_KERNEL_OBJECT, DACL_SECURITY_INFORMATION, nullptr, nullptr, &list,
                           nullptr, &descriptor) != ERROR_SUCCESS)
         return false;
-    BOOL isPresent = FALSE;
-    BOOL isDefaulted = FALSE;
-    const bool known = ::GetSecurityDescriptorDacl(descriptor, &isPresent, &list, &isDefaulted);
-    ::LocalFree(descriptor);
-    return known && isPresent && list == nullptr;
+    const PWin32ScopedHandle<PWin32LocalBlock> owned(descriptor);
+    BOOL isPresent = FALSE, isDefaulted = FALSE;
+    return ::GetSecurityDescriptorDacl(descriptor, &isPresent, &list, &isDefaulted) && isPresent &&
+           list == nullptr;
 }
 
 /// A mapping somebody else has made in its own way, under the name "Global\QulShDTestOdd".
@@ -58,39 +54,32 @@ TEST(PWin32SharedMemory, TouchesNoPagesThatAreOnlyReserved) {
     const Handle mapping = MakeMapping(INVALID_HANDLE_VALUE, PAGE_READWRITE | SEC_RESERVE, 65536);
     EXPECT_EQ(OpenAndGetLength(), 40163);
     EXPECT_EQ(OpenOrCreate(100), 40168);
-    auto* view = static_cast<DWORD*>(::MapViewOfFile(mapping.Get(), FILE_MAP_ALL_ACCESS, 0, 0, 0));
-    ASSERT_NE(::VirtualAlloc(view, 4096, MEM_COMMIT, PAGE_READWRITE), nullptr);
+    const auto view = RawSegment::Open("Global\\", "QulShDTestOdd");
+    ASSERT_NE(::VirtualAlloc(view->GetBytes(), 4096, MEM_COMMIT, PAGE_READWRITE), nullptr);
     const std::tuple<DWORD, long> rows[] = {{4096, 0}, {4097, 40163}, {65536, 40163}};
     for (const auto& [claimed, thrown] : rows) {
         SCOPED_TRACE(claimed);
-        *view = claimed;
+        view->SetWord(0, claimed);
         EXPECT_EQ(OpenAndGetLength(), thrown);
     }
-    *view = 65536;
     EXPECT_EQ(OpenOrCreate(65532), 40168);
-    ::UnmapViewOfFile(view);
 }
 
 TEST(PWin32SharedMemory, TouchesNoFileThatSomebodyHasMappedHoweverLongItsName) {
-    wchar_t temp[MAX_PATH];
-    ::GetTempPathW(MAX_PATH, temp);
-    const std::wstring folder = L"\\\\?\\" + std::wstring(temp) + std::wstring(200, L'q');
-    ::CreateDirectoryW(folder.c_str(), nullptr);
-    for (const std::size_t length : {std::size_t{1}, std::size_t{100}, std::size_t{200}}) {
+    const TestFolder folder;
+    std::filesystem::create_directory(folder.Standard(std::string(200, 'q')));
+    for (const unsigned length : {1u, 100u, 200u}) {
         SCOPED_TRACE(length);
-        const std::wstring path = folder + L'\\' + std::wstring(length, L'm');
+        const std::string name = std::string(200, 'q') + '/' + std::string(length, 'm');
+        const std::wstring path = L"\\\\?\\" + folder.Standard(name).make_preferred().wstring();
         const PWin32ScopedHandle<PWin32FileHandle> file(
             ::CreateFileW(path.c_str(), GENERIC_READ | GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS,
                           FILE_FLAG_DELETE_ON_CLOSE, nullptr));
         const Handle mapping = MakeMapping(file.Get(), PAGE_READWRITE, 104);
-        auto* view = static_cast<DWORD*>(::MapViewOfFile(mapping.Get(), FILE_MAP_ALL_ACCESS, 0, 0, 0));
-        ASSERT_NE(view, nullptr);
-        *view = 104;
+        RawSegment::Open("Global\\", "QulShDTestOdd")->SetWord(0, 104);
         EXPECT_EQ(OpenAndGetLength(), 40163);
         EXPECT_EQ(OpenOrCreate(100), 40168);
-        ::UnmapViewOfFile(view);
     }
-    ::RemoveDirectoryW(folder.c_str());
 }
 
 TEST(PWin32SharedMemory, WhatTheSystemRefusesIsTheGeneralException) {
@@ -98,8 +87,8 @@ TEST(PWin32SharedMemory, WhatTheSystemRefusesIsTheGeneralException) {
     EXPECT_EQ(OpenOrCreate(100), 2450);
     EXPECT_EQ(ThrownBy([] { PWin32IPMutexImp("QulShDTestOdd"); }), 2450);
     const std::string tooLong(300, 'x');
-    EXPECT_EQ(ThrownBy([&] { PWin32IPMutexImp(Bytes(tooLong)); }), 2450);
-    EXPECT_EQ(ThrownBy([&] { PWin32SharedMemory("Global\\", Bytes(tooLong)); }), 2450);
+    EXPECT_EQ(ThrownBy([&] { PWin32IPMutexImp(BufferOf(tooLong)); }), 2450);
+    EXPECT_EQ(ThrownBy([&] { PWin32SharedMemory("Global\\", BufferOf(tooLong)); }), 2450);
 }
 
 TEST(PWin32SharedMemory, CarriesTheSystemsText) {
@@ -142,7 +131,7 @@ TEST(PWin32IPMutexImp, HasNoNameSpaceOnOldSystems) {
     for (const auto& [osCode, path, maxIDSize] : rows) {
         SCOPED_TRACE(osCode);
         PSystem::SetOSCode(osCode);
-        EXPECT_EQ(Text(PWin32IPMutexImp::GetMemoryPath()), path);
+        EXPECT_EQ(BytesOf(PWin32IPMutexImp::GetMemoryPath()), path);
         EXPECT_EQ(PWin32IPMutexImp::GetMaxIDSize(), maxIDSize);
     }
     PSystem::SetOSCode(PSystem::cUnknownOSCode);

@@ -1,18 +1,10 @@
 // The DLL from outside, through the table that the spooler gets.
 
-#include <gmock/gmock.h>
-
-#include <cstring>
 #include <filesystem>
 #include <fstream>
-#include <memory>
 #include <regex>
-#include <string>
-#include <thread>
-#include <tuple>
-#include <vector>
 
-#include "tests/ipc/ManagerTestSupport.h"
+#include "tests/ipc/IPCTestSupport.h"
 #include "tests/monitor/dll/MonitorLibrary.h"
 #include "tests/monitor/dll/ProcessResources.h"
 #include "tests/monitor/dll/TraceCapture.h"
@@ -39,8 +31,7 @@ TEST(MonitorDll, TracesItsLoadAndUnload) {
     ::CoInitializeEx(nullptr, COINIT_MULTITHREADED);
     const std::tuple<DWORD, const char*> rows[] = {
         {COINIT_MULTITHREADED, "CoInitializeEx S_FALSE"},
-        {COINIT_APARTMENTTHREADED, "CoInitializeEx RPC_E_CHANGED_MODE"},
-    };
+        {COINIT_APARTMENTTHREADED, "CoInitializeEx RPC_E_CHANGED_MODE"}};
     for (const auto& [model, word] : rows) {
         SCOPED_TRACE(word);
         std::thread([&] {
@@ -161,18 +152,15 @@ TEST(MonitorDll, HasNothingToConfigureNorToRead) {
 TEST(MonitorDll, ListsThePortInTheSpoolersRecord) {
     const MonitorLibrary library;
     alignas(8) BYTE buffer[140];
-    DWORD needed = 0;
-    DWORD returned = 0;
-    EXPECT_TRUE(library.GetTable().pfnEnumPorts(nullptr, nullptr, 2, buffer, 140, &needed, &returned));
-    const auto& port = *reinterpret_cast<const PORT_INFO_2W*>(buffer);
-    EXPECT_EQ(std::wstring(port.pPortName), L"QuillonPDFPort:");
-    EXPECT_EQ(std::wstring(port.pMonitorName), L"Quillon Port Monitor");
-    EXPECT_EQ(std::wstring(port.pDescription), L"Quillon PDF Port");
-    EXPECT_EQ(port.fPortType, static_cast<DWORD>(PORT_TYPE_WRITE));
-    EXPECT_EQ(returned, 1u);
-    EXPECT_FALSE(library.GetTable().pfnEnumPorts(nullptr, nullptr, 2, buffer, 139, &needed, &returned));
-    EXPECT_EQ(::GetLastError(), 122u);
+    DWORD needed = 0, returned = 0;
+    const auto list = [&](DWORD size) {
+        return library.GetTable().pfnEnumPorts(nullptr, nullptr, 2, buffer, size, &needed, &returned);
+    };
+    EXPECT_EQ(ErrorOf([&] { return list(139); }), 122u);
     EXPECT_EQ(needed, 140u);
+    EXPECT_TRUE(list(140));
+    EXPECT_EQ(returned, 1u);
+    EXPECT_EQ(std::wstring(reinterpret_cast<const PORT_INFO_2W*>(buffer)->pPortName), L"QuillonPDFPort:");
 }
 
 // What each callback does is tested with the monitor; here, that it is asked for, answered and traced.
@@ -224,26 +212,6 @@ TEST(MonitorDll, PrintsTitlesThatMakeLongPaths) {
     ASSERT_TRUE(library.Open());
     EXPECT_TRUE(library.Print(std::wstring(300, L'x').c_str(), "long"));
     EXPECT_EQ(ReadFileBytes(L"\\\\?\\" + GetJobPath(std::wstring(251, L'x') + L".ps")), "long");
-}
-
-TEST(MonitorDll, TakesCallsFromManyThreads) {
-    MonitorLibrary library;
-    ASSERT_TRUE(library.Open());
-    constexpr int cThreads = 8;
-    constexpr int cWrites = 200;
-    ASSERT_TRUE(library.Start(L"threads.bin"));
-    std::vector<std::thread> threads;
-    for (int thread = 0; thread < cThreads; ++thread) {
-        threads.emplace_back([&, block = std::string(100, static_cast<char>('a' + thread))] {
-            for (int i = 0; i < cWrites; ++i) EXPECT_TRUE(library.Write(block));
-        });
-    }
-    for (std::thread& thread : threads) thread.join();
-    EXPECT_TRUE(library.End());
-    const std::string content = ReadFileBytes(GetJobPath(L"threads.ps"));
-    EXPECT_EQ(content.size(), 100u * cThreads * cWrites);
-    for (std::size_t at = 0; at < content.size(); at += 100)
-        ASSERT_EQ(content.substr(at, 100), std::string(100, content[at])) << "blocks stay whole";
 }
 
 TEST(MonitorDll, PrintsWithoutTheHandOffAndStartsItWithALaterJob) {

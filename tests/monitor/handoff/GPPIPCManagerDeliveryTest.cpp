@@ -2,8 +2,6 @@
 #include "framework/core/events/GBasicSignals.h"
 #include "tests/monitor/handoff/HandOffTestSupport.h"
 
-#include <tuple>
-
 namespace {
 
 using GPPIPCManagerDeliveryTest = HandOffTest;
@@ -15,8 +13,8 @@ TEST_F(GPPIPCManagerDeliveryTest, WaitsForAMessageSentOnceToBeTakenLookingMoreAn
         {"once it looks every 300 ms", 11, 11, 1111},
         {"in the last", 18, 18, 3000},
         {"never", 0, 18, 3000}};
-    Listener listener(mWorld, cListener, 1);
-    Process monitor(mWorld, cMonitor, 0);
+    Application listener(mWorld, cListener, 1);
+    Monitor monitor(mWorld, cMonitor, 0);
     for (const auto& [what, takenAt, sleeps, slept] : rows) {
         SCOPED_TRACE(what);
         const unsigned long long start = mSleep.GetSlept();
@@ -29,24 +27,24 @@ TEST_F(GPPIPCManagerDeliveryTest, WaitsForAMessageSentOnceToBeTakenLookingMoreAn
         EXPECT_EQ(mSleep.GetSlept() - start, slept);
     }
     // What was never taken is still waiting. The same again is not added, but waited for.
-    Listener second(mWorld, cListener, 1);
+    Application second(mWorld, cListener, 1);
     mSleep.mSleeps.clear();
     Send(monitor, cListener);
     EXPECT_EQ(mSleep.mSleeps.size(), 18u) << "two queues take no longer than one";
-    for (Listener* each : {&listener, &second}) EXPECT_EQ(each->Tick(), Log{"100:145:job"});
+    for (Application* each : {&listener, &second}) EXPECT_EQ(each->Tick(), Log{"100:145:job"});
     mSleep.mSleeps.clear();
-    monitor.mManager->SendRaw(cListener, cType, Bytes("not once"));
+    monitor.mManager->SendRaw(cListener, cType, BufferOf("not once"));
     EXPECT_TRUE(mSleep.mSleeps.empty());
 }
 
 TEST_F(GPPIPCManagerDeliveryTest, TellsManyBeforeItWaitsOnceForAll) {
-    std::vector<std::unique_ptr<Listener>> listeners;
+    std::vector<std::unique_ptr<Application>> listeners;
     GTable<std::int32_t> processIDs = {999};  // nobody is there
     for (std::int32_t id = 400; id < 450; ++id) {
-        listeners.push_back(std::make_unique<Listener>(mWorld, id, id % 2));
+        listeners.push_back(std::make_unique<Application>(mWorld, id, id % 2));
         processIDs.Append(id);
     }
-    Process monitor(mWorld, cMonitor, 0);
+    Monitor monitor(mWorld, cMonitor, 0);
     for (const auto& [idle, sleeps] : {std::pair<std::size_t, std::size_t>{5, 18}, {0, 3}}) {
         std::size_t told = 0;
         const auto tickFrom = [&](std::size_t first) {
@@ -58,7 +56,7 @@ TEST_F(GPPIPCManagerDeliveryTest, TellsManyBeforeItWaitsOnceForAll) {
             if (count == 3) tickFrom(first);
         };
         monitor.Act();
-        const auto result = monitor.mManager->SendOnceRaw(processIDs, cType, Bytes("job"));
+        const auto result = monitor.mManager->SendOnceRaw(processIDs, cType, BufferOf("job"));
         EXPECT_EQ(result.mReached, 50);
         EXPECT_EQ(result.mFailed, 0);
         EXPECT_EQ(mSleep.mSleeps.size(), sleeps);
@@ -68,8 +66,8 @@ TEST_F(GPPIPCManagerDeliveryTest, TellsManyBeforeItWaitsOnceForAll) {
 }
 
 TEST_F(GPPIPCManagerDeliveryTest, AQueueThatIsSpoiledWhileItIsWaitedForCountsAsReached) {
-    Listener listener(mWorld, cListener, 1);
-    Process monitor(mWorld, cMonitor, 0);
+    Application listener(mWorld, cListener, 1);
+    Monitor monitor(mWorld, cMonitor, 0);
     const auto raw =
         RawSegment::Open("Global\\", QueueName(cListener, RegistrationIn("Global\\", cListener)));
     mSleep.mReaction = [&](std::size_t) { raw->SetWord(8, 0xFFFFFFFF); };
@@ -79,9 +77,9 @@ TEST_F(GPPIPCManagerDeliveryTest, AQueueThatIsSpoiledWhileItIsWaitedForCountsAsR
 }
 
 TEST_F(GPPIPCManagerDeliveryTest, KeepsAtMost64MessagesForATargetTheNewestOnes) {
-    Listener listener(mWorld, cListener, 1);
-    Listener other(mWorld, cOther, 1);
-    Process monitor(mWorld, cMonitor, 0);
+    Application listener(mWorld, cListener, 1);
+    Application other(mWorld, cOther, 1);
+    Monitor monitor(mWorld, cMonitor, 0);
     listener.Fill(-1, RegistrationIn("Global\\", cListener));
     other.Fill(-1, RegistrationIn("Global\\", cOther));
     Send(monitor, cOther, "the other's");
@@ -99,10 +97,10 @@ TEST_F(GPPIPCManagerDeliveryTest, KeepsAtMost64MessagesForATargetTheNewestOnes) 
 }
 
 TEST_F(GPPIPCManagerDeliveryTest, DropsWhatItKeepsForAQueueThatIsGoneOrBrokenAndNothingElse) {
-    Process monitor(mWorld, cMonitor, 0);
+    Monitor monitor(mWorld, cMonitor, 0);
     for (const char* what : {"broken", "ended", "gone"}) {
         SCOPED_TRACE(what);
-        auto listener = std::make_unique<Listener>(mWorld, cListener, 1);
+        auto listener = std::make_unique<Application>(mWorld, cListener, 1);
         const long registrationID = RegistrationIn("Global\\", cListener);
         const auto raw = RawSegment::Open("Global\\", QueueName(cListener, registrationID));
         listener->Fill(-1, registrationID);
@@ -119,8 +117,8 @@ TEST_F(GPPIPCManagerDeliveryTest, DropsWhatItKeepsForAQueueThatIsGoneOrBrokenAnd
 }
 
 TEST_F(GPPIPCManagerDeliveryTest, LeavesAQueueAloneWhileItIsBeingWrittenTo) {
-    Listener listener(mWorld, cListener, 1);
-    Process monitor(mWorld, cMonitor, 0);
+    Application listener(mWorld, cListener, 1);
+    Monitor monitor(mWorld, cMonitor, 0);
     listener.Fill(-1, RegistrationIn("Global\\", cListener));
     Send(monitor, cListener, "kept");
     listener.Tick();
@@ -140,12 +138,12 @@ TEST_F(GPPIPCManagerDeliveryTest, LeavesAQueueAloneWhileItIsBeingWrittenTo) {
 
 TEST_F(GPPIPCManagerDeliveryTest, AMutexThatSomebodyKeepsCostsTheMonitorItsBudgetAndNoMore) {
     GWaitBudget budget(20);
-    Listener free(mWorld, cOther, 1);
+    Application free(mWorld, cOther, 1);
     // Both registries may have begun with the same seed. One mutex would then guard both queues.
     RawSegment::Open("Global\\", cRegistryName)->SetWord(8, 0);
     RawSegment::Open("Session\\1\\", cRegistryName)->SetWord(8, 5);
-    Listener listener(mWorld, cListener, 1);
-    Process monitor(mWorld, cMonitor, 0, &budget);
+    Application listener(mWorld, cListener, 1);
+    Monitor monitor(mWorld, cMonitor, 0, &budget);
     listener.Fill(-1, RegistrationIn("Global\\", cListener));
     Send(monitor, cListener, "kept");
     const long sessionID = RegistrationIn("Session\\1\\", cListener);
@@ -175,16 +173,16 @@ TEST_F(GPPIPCManagerDeliveryTest, AMutexThatSomebodyKeepsCostsTheMonitorItsBudge
 }
 
 TEST_F(GPPIPCManagerDeliveryTest, AtItsEndItHandlesWhatIsPending) {
-    Listener listener(mWorld, cListener, 1);
+    Application listener(mWorld, cListener, 1);
     {
-        Process monitor(mWorld, cMonitor, 0);
+        Monitor monitor(mWorld, cMonitor, 0);
         listener.Fill(-1, RegistrationIn("Global\\", cListener));
         Send(monitor, cListener);
         listener.Tick();
     }
     EXPECT_EQ(listener.Tick(), Log{"100:145:job"});
     NotingReceiver* receiver = listener.mReceiver.get();
-    Process neighbour(mWorld, cOther, 1);
+    Monitor neighbour(mWorld, cOther, 1);
     Send(neighbour, cListener, "last");
     listener.Act();
     listener.mManager.reset();

@@ -6,7 +6,7 @@ namespace {
 using GPPIPCManagerTest = HandOffTest;
 
 TEST_F(GPPIPCManagerTest, AUsersProcessStandsInItsSessionsRegistryAndInTheGlobalOne) {
-    Listener listener(mWorld, cListener, 1);
+    Application listener(mWorld, cListener, 1);
     EXPECT_TRUE(listener.mManager->HasGlobalRegistry());
     for (const char* path : {"Session\\1\\", "Global\\"}) {
         SCOPED_TRACE(path);
@@ -25,12 +25,12 @@ TEST_F(GPPIPCManagerTest, AUsersProcessStandsInItsSessionsRegistryAndInTheGlobal
 TEST_F(GPPIPCManagerTest, WithoutASessionOfItsOwnAProcessRegistersOnce) {
     for (const long session : {0L, -1L}) {
         SCOPED_TRACE(session);
-        Listener listener(mWorld, cListener, session);
+        Application listener(mWorld, cListener, session);
         EXPECT_EQ(listener.mManager->HasGlobalRegistry(), session == 0);
         EXPECT_EQ(CountIn(session == 0 ? "Session\\0\\" : "Global\\"), 1u);
         // Where the two are the same object, it has the same entry; elsewhere it has none.
         EXPECT_LE(CountIn("Global\\"), 1u);
-        Process sender(mWorld, cMonitor, session);
+        Monitor sender(mWorld, cMonitor, session);
         mSleep.mSleeps.clear();
         mSleep.mReaction = [&](std::size_t) { EXPECT_EQ(listener.Tick(), Log{"100:145:job"}); };
         Send(sender, cListener);
@@ -41,21 +41,21 @@ TEST_F(GPPIPCManagerTest, WithoutASessionOfItsOwnAProcessRegistersOnce) {
 TEST_F(GPPIPCManagerTest, AGlobalRegistryThatIsRefusedIsDoneWithout) {
     // In its place stands something that cannot be opened as one.
     const auto obstacle = RawSegment::Make("Global\\", cRegistryName, 100);
-    Listener listener(mWorld, cListener, 1);
+    Application listener(mWorld, cListener, 1);
     EXPECT_FALSE(listener.mManager->HasGlobalRegistry());
     EXPECT_EQ(CountIn("Session\\1\\"), 1u);
-    Process sender(mWorld, cOther, 1);
+    Monitor sender(mWorld, cOther, 1);
     Send(sender, cListener);
     EXPECT_EQ(listener.Tick(), Log{"300:145:job"});
 }
 
 TEST_F(GPPIPCManagerTest, AGlobalQueueThatIsRefusedIsDoneWithout) {
-    Process monitor(mWorld, cMonitor, 0);
+    Monitor monitor(mWorld, cMonitor, 0);
     monitor.mManager->GetListeningState(cListener);
     GIPCMessageQueueMgr global(RegistryID(), -1, GIPCMessageQueueMgr::Scope::cOwnOnly);
     RawSegment::Open("Global\\", cRegistryName)->SetWord(8, 0);  // the next ID will be 16838
     const auto obstacle = RawSegment::Make("Global\\", QueueName(cListener, 16838), 100);
-    Listener listener(mWorld, cListener, 1);
+    Application listener(mWorld, cListener, 1);
     EXPECT_TRUE(listener.mReceiver != nullptr && listener.mManager->IsListening());
     EXPECT_EQ(CountIn("Global\\"), 0u);
     EXPECT_EQ(CountIn("Session\\1\\"), 1u);
@@ -65,39 +65,39 @@ TEST_F(GPPIPCManagerTest, AGlobalQueueThatIsRefusedIsDoneWithout) {
 }
 
 TEST_F(GPPIPCManagerTest, TellsListenersInEverySessionOnceThroughTheQueueThatIsNearest) {
-    Listener there(mWorld, cListener, 1);
-    Listener here(mWorld, cOther, 0);
+    Application there(mWorld, cListener, 1);
+    Application here(mWorld, cOther, 0);
     const std::string ownQueue = QueueName(cListener, RegistrationIn("Session\\1\\", cListener));
     for (const long session : {1L, 0L}) {
         SCOPED_TRACE(session);
-        Process sender(mWorld, cMonitor, session);
+        Monitor sender(mWorld, cMonitor, session);
         mSleep.mSleeps.clear();
         mSleep.mReaction = [&](std::size_t count) {
             const std::uint32_t end = RawSegment::Open("Session\\1\\", ownQueue)->GetWord(8);
             EXPECT_TRUE(count > 1 || (end > 8) == (session == 1))
                 << "the session's own queue, or the global one";
         };
-        for (Listener* listener : {&there, &here}) {
+        for (Application* listener : {&there, &here}) {
             EXPECT_EQ(sender.mManager->GetListeningState(listener->mID), GIPCManager::cListening);
             Send(sender, listener->mID);
             EXPECT_EQ(listener->Tick(), Log{"100:145:job"});
         }
         sender.Act();
-        sender.mManager->BroadcastRaw(cType, Bytes("all"));
-        for (Listener* listener : {&there, &here}) EXPECT_EQ(listener->Tick(), Log{"100:145:all"});
+        sender.mManager->BroadcastRaw(cType, BufferOf("all"));
+        for (Application* listener : {&there, &here}) EXPECT_EQ(listener->Tick(), Log{"100:145:all"});
     }
-    Process monitor(mWorld, cMonitor, 0);
+    Monitor monitor(mWorld, cMonitor, 0);
     mWorld.Kill(cListener);
     EXPECT_EQ(monitor.mManager->GetListeningState(cListener), GIPCManager::cNotUsable);
 }
 
 TEST_F(GPPIPCManagerTest, PassesOverQueuesThatCannotBeOpenedWhileAnotherCan) {
-    Listener listener(mWorld, cListener, 1);
+    Application listener(mWorld, cListener, 1);
     GIPCMessageQueueMgr session(RegistryID(), 1, GIPCMessageQueueMgr::Scope::cOwnOnly);
     GIPCMessageQueueMgr global(RegistryID(), -1, GIPCMessageQueueMgr::Scope::cOwnOnly);
-    Process neighbour(mWorld, cOther, 1);
-    Process monitor(mWorld, cMonitor, 0);
-    for (Process* sender : {&neighbour, &monitor}) {
+    Monitor neighbour(mWorld, cOther, 1);
+    Monitor monitor(mWorld, cMonitor, 0);
+    for (Monitor* sender : {&neighbour, &monitor}) {
         for (GIPCMessageQueueMgr* stale : {&session, &global}) {
             SCOPED_TRACE(sender->mID * 10 + stale->GetSession());
             stale->Register(cListener);
@@ -117,7 +117,7 @@ TEST_F(GPPIPCManagerTest, PassesOverQueuesThatCannotBeOpenedWhileAnotherCan) {
 }
 
 TEST_F(GPPIPCManagerTest, TakesATargetWithoutAnyUsableQueueOutOfTheRegistries) {
-    Process monitor(mWorld, cMonitor, 1);
+    Monitor monitor(mWorld, cMonitor, 1);
     GIPCMessageQueueMgr session(RegistryID(), 1, GIPCMessageQueueMgr::Scope::cOwnOnly);
     GIPCMessageQueueMgr global(RegistryID(), -1, GIPCMessageQueueMgr::Scope::cOwnOnly);
     session.Register(cListener);

@@ -6,36 +6,18 @@
 #include "monitor/handoff/GPPJobRecord.h"
 #include "monitor/handoff/GPPPrinterProcessorLayer.h"
 #include "platform/posix/ipc/PMemoryIPMutexImp.h"
-#include "tests/ipc/ManagerTestSupport.h"
-#include "tests/ipc/RawSegment.h"
+#include "tests/ipc/IPCTestSupport.h"
 
 namespace {
 
 constexpr long cMonitor = 100;
 
-/// A processing application in the monitor's own session.
-struct Application {
-    Application(IPCWorld& world, long processID) : mWorld(world), mID(processID) {
-        mWorld.ActAs(mID, 1);
-        mReceiver = std::make_unique<NotingReceiver>(&mManager, GPPJobRecord::cMessageType);
-        mWorld.ActAs(cMonitor, 1);
-    }
-    std::size_t Tick() {
-        mManager.ForceProcessPendingMessages();
-        return mReceiver->TakeLog().size();
-    }
-    std::string GetQueue() const {
-        return "QulShDP" + std::to_string(mID) + "MQ" + std::to_string(mManager.GetRegistrationID());
-    }
-
-    IPCWorld& mWorld;
-    long mID;
-    GPPIPCManager mManager;
-    std::unique_ptr<NotingReceiver> mReceiver;
+/// In the monitor's own session.
+struct Application : Listener<GPPIPCManager> {
+    Application(IPCWorld& world, long processID) : Listener(world, processID, 1) {}
 };
 
-class GPPJobNotificationTest : public testing::Test {
-protected:
+struct GPPJobNotificationTest : testing::Test {
     GPPJobNotificationTest() { mWorld.ActAs(cMonitor, 1); }
     ~GPPJobNotificationTest() override { GPPPrinterProcessorLayer::Finalize(); }
 
@@ -66,8 +48,8 @@ TEST_F(GPPJobNotificationTest, TellsEveryApplicationThatListensOfEveryJob) {
     Application first(mWorld, 200), second(mWorld, 300);
     for (int job = 0; job < 2; ++job) {
         EXPECT_TRUE(Notify());
-        EXPECT_EQ(first.Tick(), 1u);
-        EXPECT_EQ(second.Tick(), 1u);
+        EXPECT_EQ(first.Tick().size(), 1u);
+        EXPECT_EQ(second.Tick().size(), 1u);
     }
     mWorld.Kill(200);
     EXPECT_TRUE(Notify());
@@ -81,30 +63,28 @@ TEST_F(GPPJobNotificationTest, NothingThatATargetDoesEndsTheJobOrCostsAnotherTar
         const char* what;
         std::vector<std::pair<long, std::uint32_t>> words;
         std::vector<std::pair<std::int32_t, std::int32_t>> entries;
-    } rows[] = {
-        {"no size", {{0, 3}}, {}},
-        {"another version", {{4, 2}}, {}},
-        {"an impossible end", {{8, 0xFFFFFFFF}}, {}},
-        {"a negative registration and a spoilt queue", {{8, 40000}}, {{200, -5}}},
-        {"numbers outside the allowed ones", {{4, 2}}, {{-200, 5}, {200, 0}, {200, 32768}, {0, 7}}},
-        {"entries without a queue", {{8, 40000}}, {{200, 1}, {200, 2}, {300, 3}}},
-    };
+    } rows[] = {{"no size", {{0, 3}}, {}},
+                {"another version", {{4, 2}}, {}},
+                {"an impossible end", {{8, 0xFFFFFFFF}}, {}},
+                {"a negative registration and a spoilt queue", {{8, 40000}}, {{200, -5}}},
+                {"numbers outside the allowed ones", {{4, 2}}, {{-200, 5}, {200, 0}, {200, 32768}, {0, 7}}},
+                {"entries without a queue", {{8, 40000}}, {{200, 1}, {200, 2}, {300, 3}}}};
     for (const auto& row : rows) {
         SCOPED_TRACE(row.what);
         Application spoilt(mWorld, 200), good(mWorld, 300);
         for (const char* path : {"Session\\1\\", "Global\\"}) {
             for (const auto& [offset, value] : row.words)
-                if (const auto raw = RawSegment::Open(path, spoilt.GetQueue())) raw->SetWord(offset, value);
+                if (const auto raw = spoilt.OpenQueue(path)) raw->SetWord(offset, value);
             for (const auto& [processID, registrationID] : row.entries)
                 AddEntry(path, processID, registrationID);
         }
         EXPECT_EQ(ThrownBy([&] { EXPECT_TRUE(Notify()); }), 0);
-        EXPECT_EQ(good.Tick(), 1u);
+        EXPECT_EQ(good.Tick().size(), 1u);
     }
     Application kept(mWorld, 200), good(mWorld, 300);
-    const MutexHog hog(GIPCMessageQueue::ConvertToMemoryID(200, kept.mManager.GetRegistrationID()));
+    const MutexHog hog(GIPCMessageQueue::ConvertToMemoryID(200, kept.mManager->GetRegistrationID()));
     EXPECT_TRUE(Notify());
-    EXPECT_EQ(good.Tick(), 1u);
+    EXPECT_EQ(good.Tick().size(), 1u);
 }
 
 TEST_F(GPPJobNotificationTest, ASystemThatDoesNotTellWhoRunsIsNobodyTold) {
@@ -124,7 +104,7 @@ TEST_F(GPPJobNotificationTest, ReadsRegistriesAsOftenForManyTargetsAsForFew) {
             applications.push_back(
                 std::make_unique<Application>(mWorld, 200 + static_cast<long>(applications.size())));
         mSleep.mReaction = [&](std::size_t) {
-            for (const auto& application : applications) application->mManager.ForceProcessPendingMessages();
+            for (const auto& application : applications) application->mManager->ForceProcessPendingMessages();
         };
         const long before = PMemoryIPMutexImp::GetWaitCount();
         Notify();
@@ -141,9 +121,9 @@ TEST_F(GPPJobNotificationTest, TidiesARegistryThatIsNearlyFullAndCountsAnEntryOn
         const auto raw = RawSegment::Open("Session\\1\\", "QulShDGIPC_PP");
         for (int i = 0; i < added; ++i)
             AddEntry("Session\\1\\", i % 2 ? 200 : 999,
-                     static_cast<std::int32_t>(i % 2 ? listener.mManager.GetRegistrationID() : i + 1));
+                     static_cast<std::int32_t>(i % 2 ? listener.mManager->GetRegistrationID() : i + 1));
         EXPECT_TRUE(Notify());
-        EXPECT_EQ(listener.Tick(), 1u);
+        EXPECT_EQ(listener.Tick().size(), 1u);
         EXPECT_EQ((raw->GetWord(12) - 12) / 8, left);
         raw->SetWord(12, 12);
     }
@@ -166,7 +146,7 @@ TEST_F(GPPJobNotificationTest, SpoiltRegistriesLetNothingThroughAndDoNotHideAGoo
         EXPECT_EQ(Notify(), isReadable);
         session->SetWord(12, good);
         global->SetWord(12, good);
-        EXPECT_EQ(listener.Tick(), isReadable ? 1u : 0u);
+        EXPECT_EQ(listener.Tick().size(), isReadable ? 1u : 0u);
     }
 }
 
@@ -174,20 +154,20 @@ TEST_F(GPPJobNotificationTest, PassesOnThatARecordIsTooLargeForAnyQueue) {
     Application listener(mWorld, 200);
     EXPECT_EQ(ThrownBy([&] { Notify(GString::FromUTF8(Filler(40000).c_str())); }), 40153);
     EXPECT_TRUE(Notify());
-    EXPECT_EQ(listener.Tick(), 1u);
+    EXPECT_EQ(listener.Tick().size(), 1u);
 }
 
 TEST_F(GPPJobNotificationTest, WhatAFullQueueDidNotTakeIsDeliveredAtALaterTickWithoutWaiting) {
     mNotification.RetryDelayed();
     EXPECT_FALSE(GPPPrinterProcessorLayer::IsInitialized()) << "a tick starts nothing";
     Application listener(mWorld, 200);
-    listener.mManager.SendRaw(200, 146, Bytes(Filler(32740)));
+    listener.mManager->SendRaw(200, 146, BufferOf(Filler(32740)));
     EXPECT_TRUE(Notify()) << "kept for later counts as sent";
-    EXPECT_EQ(listener.Tick(), 0u);
+    EXPECT_EQ(listener.Tick().size(), 0u);
     mSleep.mSleeps.clear();
     mWorld.ActAs(cMonitor, 1);
     mNotification.RetryDelayed();
-    EXPECT_EQ(listener.Tick(), 1u);
+    EXPECT_EQ(listener.Tick().size(), 1u);
     EXPECT_TRUE(mSleep.mSleeps.empty());
     EXPECT_EQ(GPPPrinterProcessorLayer::GetWaitBudget().GetRemaining(), 0);
 }
@@ -203,7 +183,7 @@ TEST_F(GPPJobNotificationTest, TheLayerIsStartedAnewAsLongAsItCouldNot) {
     Application listener(mWorld, 200);
     EXPECT_TRUE(Notify());
     EXPECT_TRUE(GPPPrinterProcessorLayer::IsInitialized());
-    EXPECT_EQ(listener.Tick(), 1u);
+    EXPECT_EQ(listener.Tick().size(), 1u);
 }
 
 }  // namespace

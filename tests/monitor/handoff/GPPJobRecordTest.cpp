@@ -1,11 +1,5 @@
 #include "monitor/handoff/GPPJobRecord.h"
 
-#include <gmock/gmock.h>
-
-#include <string>
-#include <tuple>
-
-#include "framework/core/encodings/GUTF8Encoding.h"
 #include "framework/core/paths/GPathName.h"
 #include "framework/streams/GMemoryInStream.h"
 #include "framework/streams/text/GBin2TextStream.h"
@@ -50,8 +44,7 @@ TEST(GPPJobRecord, ReadsWhatOthersWrite) {
         {"no number", "#BEGINDICT\r\n\"CopyCount\" \"many\"\r\n#ENDDICT\r\n", true, "", 0},
         {"no text at all", "", false, "", 0},
         {"cut off", "#BEGINDICT\r\n\"UserName\" \"b\"\r\n\"Cop", false, "b", 0},
-        {"foreign bytes", "\x01\x02\xFF\xFF", false, "", 0},
-    };
+        {"foreign bytes", "\x01\x02\xFF\xFF", false, "", 0}};
     for (const auto& [what, data, good, user, copies] : rows) {
         SCOPED_TRACE(what);
         GPPJobRecord record;

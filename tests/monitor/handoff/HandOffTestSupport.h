@@ -1,13 +1,7 @@
 #pragma once
 
-#include <memory>
-#include <string>
-#include <utility>
-#include <vector>
-
 #include "monitor/handoff/GPPIPCManager.h"
-#include "tests/ipc/ManagerTestSupport.h"
-#include "tests/ipc/RawSegment.h"
+#include "tests/ipc/IPCTestSupport.h"
 
 inline constexpr long cType = 145;
 inline constexpr long cMonitor = 100;
@@ -24,49 +18,23 @@ inline std::string QueueName(long processID, long registrationID) {
     return "QulShDP" + std::to_string(processID) + "MQ" + std::to_string(registrationID);
 }
 
-/// A process with a manager, as the monitor's.
-struct Process {
-    Process(IPCWorld& world, long processID, long session, GWaitBudget* budget = nullptr)
-        : mWorld(world), mID(processID), mSession(session) {
-        Act();
-        mManager = std::make_unique<GPPIPCManager>(cTest, budget);
-    }
-    ~Process() {
-        Act();
-        mManager.reset();
-    }
-    void Act() { mWorld.ActAs(mID, mSession); }
-
-    IPCWorld& mWorld;
-    long mID;
-    long mSession;
-    std::unique_ptr<GPPIPCManager> mManager;
+/// As the monitor, in the registries for tests.
+struct Monitor : Process<GPPIPCManager> {
+    Monitor(IPCWorld& world, long processID, long session, GWaitBudget* budget = nullptr)
+        : Process(world, processID, session, cTest, budget) {}
 };
 
-/// One that listens, as a processing application.
-struct Listener : Process {
-    Listener(IPCWorld& world, long processID, long session) : Process(world, processID, session) {
-        mReceiver = std::make_unique<NotingReceiver>(mManager.get(), cType);
-    }
-    ~Listener() {
-        Act();
-        mReceiver.reset();
-    }
-    Log Tick() {
-        mManager->ForceProcessPendingMessages();
-        return mReceiver->TakeLog();
-    }
+/// As a processing application.
+struct Application : Listener<GPPIPCManager> {
+    Application(IPCWorld& world, long processID, long session) : Listener(world, processID, session, cTest) {}
     /// Fills the queue that stands under this path.
     void Fill(long session, long registrationID) {
-        GIPCMessageQueue(session, mID, registrationID).TryToAddRawMessage(1, Bytes(Filler(32740)));
+        GIPCMessageQueue(session, mID, registrationID).TryToAddRawMessage(1, BufferOf(Filler(32740)));
     }
-
-    std::unique_ptr<NotingReceiver> mReceiver;
 };
 
 /// A machine on which monitors and processing applications meet.
-class HandOffTest : public testing::Test {
-protected:
+struct HandOffTest : testing::Test {
     using Entries = std::vector<std::pair<long, long>>;
 
     /// Process and registration ID of every entry that a registry's segment holds.
@@ -83,9 +51,9 @@ protected:
         return 0;
     }
     static Entries::size_type CountIn(const char* path) { return Registry(path).size(); }
-    void Send(Process& sender, long processID, const char* text = "job") {
+    void Send(Monitor& sender, long processID, const char* text = "job") {
         sender.Act();
-        sender.mManager->SendOnceRaw(processID, cType, Bytes(text));
+        sender.mManager->SendOnceRaw(processID, cType, BufferOf(text));
     }
 
     IPCWorld mWorld;

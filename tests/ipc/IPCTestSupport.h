@@ -1,31 +1,38 @@
 #pragma once
 
-#include <gmock/gmock.h>
-
 #include <condition_variable>
-#include <functional>
 #include <mutex>
-#include <string>
-#include <thread>
-#include <vector>
 
 #include "framework/ipc/GIPCClock.h"
 #include "framework/ipc/GIPCManager.h"
 #include "framework/ipc/GIPMutex.h"
+#include "tests/core/TextForTests.h"
+#include "tests/core/ThrownBy.h"
 #include "tests/ipc/IPCWorld.h"
+#include "tests/ipc/RawSegment.h"
 
+using ByteList = std::vector<unsigned char>;
 using Log = std::vector<std::string>;
 
-/// Notes what it is handed, as "sender:type:payload" (a long one as "20000 x A"), and then does what a test
-/// wants of it.
+inline std::string Filler(long length, char byte = 'f') {
+    return std::string(static_cast<std::size_t>(length), byte);
+}
+
+/// A message as tests write it: "sender:type:payload" (a long payload as "20000 x A").
+inline std::string Describe(const GIPCMessage& message) {
+    const std::string text = BytesOf(message.GetData());
+    return std::to_string(message.GetSenderProcessID()) + ":" + std::to_string(message.GetType()) + ":" +
+           (text.size() < 100 ? text : std::to_string(text.size()) + " x " + text[0]);
+}
+
+/// Notes what it is handed, and then does what a test wants of it.
 class NotingReceiver : public GIPCReceiver {
 public:
     explicit NotingReceiver(GIPCManager* manager, long type = 0) : GIPCReceiver(manager) {
         if (type != 0) Register(type);
     }
     void HandleIPCMessage(const GIPCMessage& message) override {
-        mLog.push_back(std::to_string(message.GetSenderProcessID()) + ":" +
-                       std::to_string(message.GetType()) + ":" + Describe(message.GetData()));
+        mLog.push_back(Describe(message));
         const std::function<void()> reaction = mReaction;  // which may replace itself
         if (reaction) reaction();
     }
@@ -34,12 +41,48 @@ public:
     std::function<void()> mReaction;
 
 private:
-    static std::string Describe(const GBuffer& data) {
-        const std::string text = Text(data);
-        return text.size() < 100 ? text : std::to_string(text.size()) + " x " + text[0];
+    Log mLog;
+};
+
+/// A process with a manager, which `arguments` make.
+template <class Manager>
+struct Process {
+    template <class... Arguments>
+    Process(IPCWorld& world, long processID, long session, Arguments... arguments)
+        : mWorld(world), mID(processID), mSession(session) {
+        Act();
+        mManager = std::make_unique<Manager>(arguments...);
+    }
+    ~Process() {
+        Act();
+        mReceiver.reset();
+        mManager.reset();
+    }
+    void Act() { mWorld.ActAs(mID, mSession); }
+    /// The queue under that path, or null.
+    std::unique_ptr<RawSegment> OpenQueue(const char* path = "Session\\1\\") const {
+        const std::string registrationID = std::to_string(mManager->GetRegistrationID());
+        return RawSegment::Open(path, "QulShDP" + std::to_string(mID) + "MQ" + registrationID);
     }
 
-    Log mLog;
+    IPCWorld& mWorld;
+    long mID, mSession;
+    std::unique_ptr<Manager> mManager;
+    std::unique_ptr<NotingReceiver> mReceiver;
+};
+
+/// One that listens to messages of type 145 from its start on, as a processing application.
+template <class Manager>
+struct Listener : Process<Manager> {
+    template <class... Arguments>
+    Listener(IPCWorld& world, long processID, long session, Arguments... arguments)
+        : Process<Manager>(world, processID, session, arguments...) {
+        this->mReceiver = std::make_unique<NotingReceiver>(this->mManager.get(), 145);
+    }
+    Log Tick() {
+        this->mManager->ForceProcessPendingMessages();
+        return this->mReceiver->TakeLog();
+    }
 };
 
 /// Somebody else who keeps the mutex of an identifier for its own lifetime.
@@ -99,7 +142,3 @@ private:
     static inline SleepLog* sCurrent = nullptr;
     unsigned long long mNow = 0;
 };
-
-inline std::string Filler(long length, char byte = 'f') {
-    return std::string(static_cast<std::size_t>(length), byte);
-}
