@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "framework/core/bytes/GBuffer.h"
+#include "framework/core/errors/GAtScopeEnd.h"
 #include "framework/core/memory/GAllocator.h"
 #include "monitor/handoff/GPPJobRecord.h"
 #include "monitor/spooling/JobFileMaker.h"
@@ -28,19 +29,6 @@ GString TextOf(const unsigned short* units) {
     while (units[length] != 0) ++length;
     return GString::FromUTF16(units, length);
 }
-
-/// Runs what must happen at the end of a scope, also when an exception passes.
-template <class Action>
-class AtScopeEnd {
-public:
-    explicit AtScopeEnd(Action action) : mAction(std::move(action)) {}
-    AtScopeEnd(const AtScopeEnd&) = delete;
-    AtScopeEnd& operator=(const AtScopeEnd&) = delete;
-    ~AtScopeEnd() { mAction(); }
-
-private:
-    Action mAction;
-};
 
 }  // namespace
 
@@ -159,7 +147,7 @@ std::uint32_t MonitorJob::HandToSystem(const unsigned char* data, std::uint32_t 
 
 CallbackOutcome MonitorJob::End(const void* port) {
     if (!mState.sProcessingJob) return CallbackOutcome::Success();
-    const AtScopeEnd closeFile([this]() noexcept {
+    const GAtScopeEnd closeFile([this]() noexcept {
         mState.sJobStream.reset();
         // What a large job has taken is of no use to the spooler between jobs.
         GAllocator::GetInstance().DoIdleTime();
@@ -178,13 +166,13 @@ CallbackOutcome MonitorJob::Finish(const void* port) {
     if (!MonitorPort(mPlatform, mState).IsOpenHandle(port)) {
         return CallbackOutcome::Failure(MonitorError::cInvalidHandle);
     }
-    const AtScopeEnd endJob([this]() noexcept { mState.sProcessingJob = false; });
+    const GAtScopeEnd endJob([this]() noexcept { mState.sProcessingJob = false; });
     if (mPlatform.IsNTOrBetter()) HandOver();
     return CallbackOutcome::Success();
 }
 
 void MonitorJob::HandOver() {
-    const AtScopeEnd closePrinter(
+    const GAtScopeEnd closePrinter(
         [this]() noexcept { mPlatform.ClosePrinter(std::exchange(mState.sPrinterHandle, nullptr)); });
     Notify();
     mPlatform.ReportJobSent(mState.sPrinterHandle, mState.sJobId);

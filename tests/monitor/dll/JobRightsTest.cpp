@@ -1,20 +1,14 @@
 // Whose rights and files a job uses on Windows, as far as one user alone can show it.
 
-#include <gmock/gmock.h>
-
-#include <string>
-#include <thread>
-#include <tuple>
-
 #include "framework/streams/GFileOutStream.h"
 #include "monitor/entry/PWin32MonitorPlatform.h"
 #include "monitor/spooling/JobFileMaker.h"
-#include "platform/win32/core/PWin32SystemException.h"
 #include "platform/win32/core/PWin32Wide.h"
 #include "platform/win32/files/PWin32FileOwner.h"
 #include "tests/monitor/dll/MonitorLibrary.h"
 #include "tests/monitor/dll/TraceCapture.h"
 #include "tests/monitor/spooling/JobFolder.h"
+#include "tests/platform/SystemErrorOf.h"
 
 #include "platform/win32/base/PWin32Api.h"
 
@@ -25,9 +19,8 @@ namespace {
 
 bool HasToken() {
     HANDLE token = nullptr;
-    const bool has = ::OpenThreadToken(::GetCurrentThread(), TOKEN_QUERY, TRUE, &token);
-    if (has) ::CloseHandle(token);
-    return has;
+    ::OpenThreadToken(::GetCurrentThread(), TOKEN_QUERY, TRUE, &token);
+    return static_cast<bool>(PWin32ScopedHandle<PWin32KernelHandle>(token));
 }
 
 /// On a thread that acts as a user, so that the test's own stays as it is.
@@ -54,7 +47,7 @@ TEST(JobRights, PutTheUserAsideAndBack) {
         EXPECT_TRUE(platform.PutTokenBack(token));
         EXPECT_TRUE(HasToken());
         ASSERT_TRUE(platform.PutTokenAside(token));
-        ::CloseHandle(token);
+        PWin32ScopedHandle<PWin32KernelHandle>(token).Reset(nullptr);
         EXPECT_FALSE(platform.PutTokenBack(token)) << "lost, and told";
     });
 }
@@ -90,13 +83,8 @@ std::string RightsOf(const GPathName& path) {
 /// Makes the job file with one byte in it; the system's code when that is refused.
 long Make() {
     PWin32MonitorPlatform platform;
-    try {
-        GFileOutStream(JobFileMaker(platform).Open(JobPath(GString("Proof"), GString("a.txt"))))
-            .Write(GBuffer("x"));
-    } catch (const PWin32SystemException& refused) {
-        return refused.GetSystemErrorCode();
-    }
-    return 0;
+    const JobPath path(GString("Proof"), GString("a.txt"));
+    return SystemErrorOf([&] { GFileOutStream(JobFileMaker(platform).Open(path)).Write(GBuffer("x")); });
 }
 
 TEST(JobRights, AreTheUsersAloneInFoldersThatTheJobMakes) {
@@ -144,7 +132,7 @@ TEST(JobRights, RefuseAFileThatIsHeldOpenAndLeaveItAlone) {
     EXPECT_FALSE(folder.Has(folder.Job("a.ps (set aside 1)")));
 }
 
-TEST(JobRights, PrintForAPrinterOfAnotherServerAndRefuseWhatIsNoFolder) {
+TEST(JobRights, PrintForAPrinterOfAnotherServer) {
     MonitorLibrary library;
     ASSERT_TRUE(library.Open());
     ASSERT_TRUE(library.Start(L"a.txt", 7, L"\\\\server\\Proof"));
@@ -153,10 +141,6 @@ TEST(JobRights, PrintForAPrinterOfAnotherServerAndRefuseWhatIsNoFolder) {
     std::wstring asPassed = GetJobPath(L"a.ps");
     asPassed.insert(asPassed.find(L"Proof"), L"\\\\server\\");
     EXPECT_EQ(ReadFileBytes(asPassed), "from far");
-    for (const wchar_t* printer : {L"..", L"..\\..\\Windows", L"NUL", L"a/com1", L"C:\\x", L"a. ."}) {
-        EXPECT_FALSE(library.Start(L"b.txt", 7, printer));
-        EXPECT_EQ(::GetLastError(), 87u);
-    }
 }
 
 }  // namespace

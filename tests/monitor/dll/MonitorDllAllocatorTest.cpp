@@ -1,10 +1,6 @@
 // A program with a framework of its own and the DLL with another, which hand each other blocks.
 
-#include <gtest/gtest.h>
-
-#include <cstring>
 #include <set>
-#include <vector>
 
 #include "framework/core/bytes/GBuffer.h"
 #include "framework/core/memory/GAllocator.h"

@@ -1,10 +1,6 @@
 // A program that uses the framework out of the DLL: the two have a C++ run-time library each.
 
-#include <gtest/gtest.h>
-
-#include <memory>
 #include <new>
-#include <string>
 
 #include "framework/GFrameworkScope.h"
 #include "framework/core/encodings/GUTF8Encoding.h"
@@ -15,6 +11,7 @@
 #include "platform/win32/core/PWin32SystemException.h"
 
 #include "platform/win32/base/PWin32Api.h"
+#include "tests/Testing.h"
 
 namespace {
 

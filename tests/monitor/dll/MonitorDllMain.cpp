@@ -1,11 +1,6 @@
 // The main program of the tests that load the DLL. Started with an argument of its own it does what a host
 // of the monitor does, for the tests to watch from outside.
 
-#include <gmock/gmock.h>
-
-#include <string>
-#include <thread>
-
 #include "tests/monitor/dll/MonitorLibrary.h"
 #include "tests/monitor/dll/TraceCapture.h"
 

@@ -1,37 +1,29 @@
 #include "tests/monitor/dll/MonitorLibrary.h"
 
-#include <gtest/gtest.h>
+#include <optional>
 
-#include <stdexcept>
+#include "tests/files/TestFolder.h"
 
 namespace {
 
 using Initialize = MONITOR2*(WINAPI*)(MONITORINIT*, HANDLE*);
 
 /// Chosen before the library is loaded: it asks for the temporary folder once.
-class TestFolder final : public testing::Environment {
+class TemporaryFolder final : public testing::Environment {
 public:
     void SetUp() override {
-        wchar_t temp[MAX_PATH];
-        ::GetTempPathW(MAX_PATH, temp);
-        sPath = std::wstring(temp) + L"quillon-monitor-" + std::to_wstring(::GetCurrentProcessId());
-        ::CreateDirectoryW(sPath.c_str(), nullptr);
-        sPath += L'\\';
-        ::SetEnvironmentVariableW(L"TMP", sPath.c_str());
-        ::SetEnvironmentVariableW(L"TEMP", sPath.c_str());
+        mFolder.emplace();
+        const std::wstring path = GetTestFolder();
+        ::SetEnvironmentVariableW(L"TMP", path.c_str());
+        ::SetEnvironmentVariableW(L"TEMP", path.c_str());
     }
+    void TearDown() override { mFolder.reset(); }
 
-    static std::wstring sPath;
+    std::optional<TestFolder> mFolder;
 };
 
-std::wstring TestFolder::sPath;
-
-[[maybe_unused]] testing::Environment* const sEnvironment = testing::AddGlobalTestEnvironment(new TestFolder);
-
-PWin32ScopedHandle<PWin32FileHandle> OpenToRead(const std::wstring& path, DWORD share) {
-    return PWin32ScopedHandle<PWin32FileHandle>(
-        ::CreateFileW(path.c_str(), GENERIC_READ, share, nullptr, OPEN_EXISTING, 0, nullptr));
-}
+const auto* const sTemporary =
+    static_cast<TemporaryFolder*>(testing::AddGlobalTestEnvironment(new TemporaryFolder));
 
 }  // namespace
 
@@ -66,7 +58,7 @@ bool MonitorLibrary::Print(const wchar_t* title, const std::string& data) {
 }
 
 std::wstring GetTestFolder() {
-    return TestFolder::sPath;
+    return sTemporary->mFolder->Standard("").wstring();
 }
 
 std::wstring GetJobPath(const std::wstring& fileName) {
@@ -77,26 +69,12 @@ std::wstring GetJobPath(const std::wstring& fileName) {
 }
 
 std::string ReadFileBytes(const std::wstring& path) {
-    const auto file = OpenToRead(path, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE);
+    std::ifstream file(std::filesystem::path(path), std::ios::binary);
     if (!file) return "(no file)";
-    LARGE_INTEGER size{};
-    ::GetFileSizeEx(file.Get(), &size);
-    std::string content(static_cast<std::size_t>(size.QuadPart), '\0');
-    DWORD count = 0;
-    ::ReadFile(file.Get(), content.data(), static_cast<DWORD>(content.size()), &count, nullptr);
-    content.resize(count);
-    return content;
+    return std::string((std::istreambuf_iterator<char>(file)), std::istreambuf_iterator<char>());
 }
 
 bool IsClosed(const std::wstring& path) {
-    return static_cast<bool>(OpenToRead(path, 0));
-}
-
-std::string MakeData(std::size_t size, std::uint32_t seed) {
-    std::string data(size, '\0');
-    for (char& byte : data) {
-        seed = seed * 1103515245 + 12345;
-        byte = static_cast<char>(seed >> 16);
-    }
-    return data;
+    return static_cast<bool>(PWin32ScopedHandle<PWin32FileHandle>(
+        ::CreateFileW(path.c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr)));
 }

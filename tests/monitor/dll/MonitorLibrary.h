@@ -1,10 +1,8 @@
 #pragma once
 
-#include <cstdint>
-#include <string>
-
 #include "platform/win32/base/PWin32ScopedHandle.h"
 #include "platform/win32/base/PWin32SpoolerApi.h"
+#include "tests/Testing.h"
 
 /// The monitor's DLL as the spooler uses it, from loading to unloading.
 class MonitorLibrary {
@@ -45,5 +43,3 @@ std::wstring GetJobPath(const std::wstring& fileName);
 std::string ReadFileBytes(const std::wstring& path);
 /// True when nobody else has the file open.
 bool IsClosed(const std::wstring& path);
-/// Bytes in which no block of any size repeats soon.
-std::string MakeData(std::size_t size, std::uint32_t seed = 1);

@@ -1,7 +1,6 @@
 #pragma once
 
-#include <string>
-#include <vector>
+#include "tests/Testing.h"
 
 /// Collects what this process sends to the debugger's output while it lives, on all threads, and keeps it
 /// from going anywhere else.

@@ -1,16 +1,12 @@
 #pragma once
 
-#include <cstdint>
-#include <functional>
 #include <new>
-#include <string>
-#include <utility>
-#include <vector>
 
-#include "framework/core/encodings/GUTF8Encoding.h"
 #include "monitor/handoff/GPPJobRecord.h"
 #include "monitor/handoff/JobNotifier.h"
 #include "monitor/spooling/MonitorPlatform.h"
+#include "tests/Testing.h"
+#include "tests/files/TestFolder.h"
 
 /// The system and the processing applications as the monitor sees them: writes down, in order, what it is
 /// asked for, and answers as told. Files are real.
@@ -63,9 +59,9 @@ public:
     }
 
     bool NotifyPrintProcessor(const GPPJobRecord& record) override {
-        mEvents.push_back("notify " + Text(record.GetPrinterName()) + " " + Text(record.GetPortName()) + " " +
-                          std::to_string(record.GetCopyCount()) + WithWhoseRights());
-        mJobPath = Text(record.GetJobPath());
+        mEvents.push_back("notify " + TextOf(record.GetPrinterName()) + " " + TextOf(record.GetPortName()) +
+                          " " + std::to_string(record.GetCopyCount()) + WithWhoseRights());
+        mJobPath = TextOf(record.GetJobPath());
         if (mOnNotify) mOnNotify();
         return mReached;
     }
@@ -90,9 +86,6 @@ public:
 private:
     /// Nothing for the service, which is to do it.
     std::string WithWhoseRights() const { return mIsService ? "" : " with the rights of the user"; }
-    static std::string Text(const GString& text) {
-        return text.GetBuffer(GUTF8Encoding::GetInstance()).GetPtr();
-    }
     template <class Unit>
     static const Unit* End(const Unit* text) {
         while (*text != 0) ++text;

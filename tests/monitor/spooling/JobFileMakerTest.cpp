@@ -1,16 +1,12 @@
 #include "monitor/spooling/JobFileMaker.h"
 
-#include <gmock/gmock.h>
-
 #include <filesystem>
-#include <functional>
-#include <string>
-#include <tuple>
 
-#include "framework/core/errors/GException.h"
 #include "framework/streams/GFileOutStream.h"
 #include "monitor/spooling/JobFileRules.h"
 #include "monitor/spooling/ServiceRights.h"
+#include "tests/core/TextForTests.h"
+#include "tests/core/ThrownBy.h"
 #include "tests/monitor/spooling/FakeMonitorPlatform.h"
 #include "tests/monitor/spooling/JobFolder.h"
 
@@ -26,46 +22,37 @@ std::string FaultText(const wchar_t* fault) {
 }
 
 TEST(JobFileRules, LetOnlyWhatTheUserOrTheSystemHasMadeHereBeUsed) {
-    const char* const here = "/Device/Disk1/Temp/anna/a.ps";
-    const char* const elsewhere = "it lies in another place";
-    const char* const anothers = "it belongs to somebody else";
-    const struct {
-        Kind kind;
-        Owner owner;
-        const char* path;
-        const char* fault;
-        bool leadsAway = false;
-        std::int32_t links = 1;
-    } rows[] = {
-        {Kind::cFolder, Owner::cUser, here, "none", false, 3},
-        {Kind::cFolder, Owner::cSystem, here, "none"},
-        {Kind::cFolder, Owner::cAdministrators, here, "none"},
-        {Kind::cFolder, Owner::cTrustedInstaller, here, "none"},
-        {Kind::cFolder, Owner::cNotKept, here, "none"},
-        {Kind::cFolder, Owner::cUser, "/Device/Disk1/TEMP/Anna/Long name", "none"},
-        {Kind::cFolder, Owner::cOther, here, anothers},
-        {Kind::cFolder, Owner::cUser, here, "it leads to another place", true},
-        {Kind::cFolder, Owner::cUser, "/Device/Disk1/Temp/a.ps", elsewhere},
-        {Kind::cFolder, Owner::cUser, "/Device/Disk1/Temp/anna/b/a.ps", elsewhere},
-        {Kind::cFolder, Owner::cUser, "", elsewhere},
-        {Kind::cFile, Owner::cUser, here, "none"},
-        {Kind::cFile, Owner::cAdministrators, "/Device/Disk1/TEMP/Anna/A.PS", "none"},
-        {Kind::cFile, Owner::cOther, here, anothers},
-        {Kind::cFile, Owner::cUser, here, "it leads to another place", true},
-        {Kind::cFile, Owner::cUser, here, "it is linked twice", false, 2},
-        {Kind::cFile, Owner::cUser, "/Device/Disk1/Temp/bob/a.ps", elsewhere},
-        {Kind::cFile, Owner::cUser, "/Device/Disk1/Temp/anna/a long title.ps", "it has another name"},
-        {Kind::cDevice, Owner::cSystem, here, nullptr},
-        {Kind::cUnknown, Owner::cOther, "", nullptr},
+    const GPathName parent("/Device/Disk1/Temp/anna"), here("/Device/Disk1/Temp/anna/a.ps");
+    const auto ofFolder = [&](const GFileFacts& facts) {
+        return FaultText(JobFileRules::FindFolderFault(facts, parent));
     };
-    for (const auto& [kind, owner, path, fault, leadsAway, links] : rows) {
-        SCOPED_TRACE(testing::Message() << static_cast<int>(kind) << " " << path);
-        const GPathName parent("/Device/Disk1/Temp/anna");
-        const GFileFacts facts = {kind, owner, leadsAway, links, GPathName(path)};
-        EXPECT_EQ(FaultText(JobFileRules::FindFolderFault(facts, parent)),
-                  leadsAway || kind == Kind::cFolder ? fault : "it is no folder");
-        EXPECT_EQ(FaultText(JobFileRules::FindFileFault(facts, parent, GString("a.ps"))),
-                  leadsAway || kind == Kind::cFile ? fault : "it is no file");
+    const auto ofFile = [&](const GFileFacts& facts) {
+        return FaultText(JobFileRules::FindFileFault(facts, parent, GString("a.ps")));
+    };
+    for (const Owner owner : {Owner::cUser, Owner::cSystem, Owner::cAdministrators, Owner::cTrustedInstaller,
+                              Owner::cNotKept, Owner::cOther}) {
+        SCOPED_TRACE(static_cast<int>(owner));
+        const std::string fault = owner == Owner::cOther ? "it belongs to somebody else" : "none";
+        EXPECT_EQ(ofFolder({Kind::cFolder, owner, false, 3, here}), fault);
+        EXPECT_EQ(ofFile({Kind::cFile, owner, false, 1, here}), fault);
+        EXPECT_EQ(ofFolder({Kind::cFolder, owner, true, 1, here}), "it leads to another place");
+        EXPECT_EQ(ofFile({Kind::cFile, owner, true, 1, here}), "it leads to another place");
+    }
+    ForEachRow<3>({"/Device/Disk1/TEMP/Anna/A.PS -> none -> none",
+                   "/Device/Disk1/TEMP/Anna/Long name -> none -> it has another name",
+                   "/Device/Disk1/Temp/a.ps -> it lies in another place -> it lies in another place",
+                   "/Device/Disk1/Temp/anna/b/a.ps -> it lies in another place -> it lies in another place",
+                   " -> it lies in another place -> it lies in another place"},
+                  [&](auto path, auto folderFault, auto fileFault) {
+                      const GPathName place(GString(std::string(path).c_str()));
+                      EXPECT_EQ(ofFolder({Kind::cFolder, Owner::cUser, false, 1, place}), folderFault);
+                      EXPECT_EQ(ofFile({Kind::cFile, Owner::cUser, false, 1, place}), fileFault);
+                  });
+    EXPECT_EQ(ofFile({Kind::cFile, Owner::cUser, false, 2, here}), "it is linked twice");
+    for (const Kind kind : {Kind::cFolder, Kind::cFile, Kind::cDevice, Kind::cUnknown}) {
+        const GFileFacts facts = {kind, Owner::cSystem, false, 1, here};
+        EXPECT_EQ(ofFolder(facts) == "it is no folder", kind != Kind::cFolder);
+        EXPECT_EQ(ofFile(facts) == "it is no file", kind != Kind::cFile);
     }
 }
 
@@ -81,23 +68,13 @@ TEST(JobFileRules, NameWhatIsSetAsideSoThatNobodyCanTakeAllNamesBefore) {
     EXPECT_EQ(name(std::string(255, 'x'), 1, 7), std::string(241, 'x') + " (set aside 1)");
 }
 
-class JobFileMakerTest : public testing::Test {
-protected:
+struct JobFileMakerTest : testing::Test {
     JobFileMakerTest() : mUser(TextOf(mPath.GetUserName())) {}
 
     /// Makes the file, and writes to it.
     std::string Make() {
         GFileOutStream(JobFileMaker(mPlatform).Open(mPath)).Write(GBuffer("the job"));
         return mFolder.ContentOf("a.ps");
-    }
-    /// The failure of making the file, or 0.
-    long MakeFails() {
-        try {
-            Make();
-        } catch (const GException& failure) {
-            return failure.GetExceptionID();
-        }
-        return 0;
     }
     /// Makes what is found under that name look as told, until there is something set aside beside it.
     void Change(const std::string& name, std::function<void(GFileFacts&)> change) {
@@ -133,11 +110,8 @@ TEST_F(JobFileMakerTest, SetsAsideWhatMustNotBeUsedAndPrints) {
     const Changer another = [](GFileFacts& facts) { facts.mOwner = Owner::cOther; };
     const Changer link = [](GFileFacts& facts) { facts.mIsReparsePoint = true; };
     const Changer shortName = [](GFileFacts& facts) { facts.mFinalPath.ReplaceLeaf(GString("longer.ps")); };
-    const struct {
-        std::string there, fileInIt;
-        Changer change;
-        std::string fault;
-    } rows[] = {
+    const std::tuple<std::string, std::string, Changer, std::string> rows[] = {
+        // what is there, a file in it, how it is changed, the fault
         {mUser, "", nullptr, "it is no folder"},
         {printer, "", nullptr, "it is no folder"},
         {mUser, "/x/f", another, "it belongs to somebody else"},
@@ -146,8 +120,7 @@ TEST_F(JobFileMakerTest, SetsAsideWhatMustNotBeUsedAndPrints) {
         {file, "/f", nullptr, "it is no file"},
         {file, "", another, "it belongs to somebody else"},
         {file, "", shortName, "it has another name"},
-        {file, "", nullptr, "it is linked twice"},
-    };
+        {file, "", nullptr, "it is linked twice"}};
     for (const auto& [there, fileInIt, change, fault] : rows) {
         for (const char* ending : {" (set aside 1)", " (set aside 2)"}) {
             SCOPED_TRACE(testing::Message() << there << ": " << fault << ending);
@@ -186,7 +159,7 @@ TEST_F(JobFileMakerTest, GivesUpWhereEvenItsOwnIsNotToBeTrusted) {
         SCOPED_TRACE(name);
         Change(name, [](GFileFacts& facts) { facts.mOwner = Owner::cOther; });
         mAside = "never";
-        EXPECT_EQ(MakeFails(), GExceptionID::cCouldNotOpenFile);
+        EXPECT_EQ(ThrownBy([this] { Make(); }), GExceptionID::cCouldNotOpenFile);
         EXPECT_TRUE(mPlatform.mEvents.empty()) << "nothing has been set aside";
         fs::remove_all(mFolder.Standard(mUser));
     }

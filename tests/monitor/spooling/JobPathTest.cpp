@@ -1,11 +1,6 @@
 #include "monitor/spooling/JobPath.h"
 
-#include <gtest/gtest.h>
-
-#include <string>
-
 #include "framework/core/errors/GException.h"
-#include "framework/system/PSystem.h"
 #include "tests/core/TextForTests.h"
 #include "tests/monitor/spooling/JobFolder.h"
 

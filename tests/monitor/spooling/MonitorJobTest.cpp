@@ -1,13 +1,7 @@
 #include "monitor/spooling/MonitorJob.h"
 
-#include <gmock/gmock.h>
-
-#include <memory>
 #include <optional>
 #include <regex>
-#include <stdexcept>
-#include <string>
-#include <utility>
 
 #include "framework/services/GTrace.h"
 #include "framework/services/GTraceFile.h"
@@ -23,8 +17,7 @@ using testing::IsEmpty;
 
 constexpr std::uint32_t cLevel1 = 1;
 
-class MonitorJobTest : public testing::Test {
-protected:
+struct MonitorJobTest : testing::Test {
     MonitorJobTest() { mPort.Open(Units(u"QuillonPDFPort:"), &mHandle); }
     ~MonitorJobTest() override { mPort.Reset(); }
 
@@ -36,10 +29,22 @@ protected:
         return mJob.Write(mHandle, reinterpret_cast<const unsigned char*>(data.data()),
                           static_cast<std::uint32_t>(data.size()), mWritten);
     }
+    void StartUnnoticed(const char16_t* title) {
+        EXPECT_TRUE(Start(title).mSucceeded);
+        mPlatform.mEvents.clear();
+    }
     void Print(const char16_t* title, const std::string& data) {
         EXPECT_TRUE(Start(title).mSucceeded);
         EXPECT_TRUE(Write(data).mSucceeded);
         EXPECT_TRUE(mJob.End(mHandle).mSucceeded);
+    }
+    /// What a job must not have spoilt.
+    void ExpectToPrintOn() {
+        Print(u"next.txt", "all well");
+        EXPECT_EQ(mFolder.ContentOf("next.ps"), "all well");
+    }
+    bool IsIdle() const {
+        return mState.sJobStream == nullptr && mState.sPrinterHandle == nullptr && !mState.sProcessingJob;
     }
 
     JobFolder mFolder;
@@ -74,9 +79,7 @@ TEST_F(MonitorJobTest, TakesAJobThroughAllItsStepsInOrder) {
                                                     "Notification to PrintProcessor succeeded!",
                                                     "job 42 sent to printer", "close printer"));
     EXPECT_TRUE(fileWasOpen) << "the file is closed after the notification";
-    EXPECT_EQ(mState.sJobStream, nullptr);
-    EXPECT_EQ(mState.sPrinterHandle, nullptr);
-    EXPECT_FALSE(mState.sProcessingJob);
+    EXPECT_TRUE(IsIdle());
     EXPECT_FALSE(mPlatform.mIsService);
     EXPECT_EQ(mPlatform.mJobPath,
               TextOf(mFolder.Portable(mFolder.Job("Q3 report.ps")).GetNativePathString()));
@@ -111,7 +114,7 @@ TEST_F(MonitorJobTest, GoesOnWithoutAPrinterAndTellsNobodyOnASystemBeforeNT) {
     EXPECT_THAT(mPlatform.mEvents, ElementsAre("tick", "narrow Pre-NT systems not supported!", "text b.txt",
                                                "PPMStartDocPort: StartDoc success", "tick"));
     EXPECT_EQ(mFolder.ContentOf("a.ps") + mFolder.ContentOf("b.ps"), "x");
-    EXPECT_FALSE(mState.sProcessingJob);
+    EXPECT_TRUE(IsIdle());
 }
 
 TEST_F(MonitorJobTest, TellsInTheTraceLogWhatBecomesOfAJobAndNothingOfItsContent) {
@@ -156,8 +159,7 @@ TEST_F(MonitorJobTest, RefusesADocumentWithoutAName) {
         EXPECT_THAT(mPlatform.mEvents, testing::IsSupersetOf({"sDocName is empty!?", "close printer"}));
         mState.sJobStream.reset();
     }
-    Print(u"next.txt", "x");
-    EXPECT_EQ(mFolder.ContentOf("next.ps"), "x");
+    ExpectToPrintOn();
 }
 
 TEST_F(MonitorJobTest, TakesThePreviousNameForAnUnknownLevelOrWithoutAPrinter) {
@@ -172,8 +174,7 @@ TEST_F(MonitorJobTest, TakesThePreviousNameForAnUnknownLevelOrWithoutAPrinter) {
     Print(u"a.txt", "x");
     EXPECT_TRUE(mJob.Start(Units(u"Proof"), 2, {2, nullptr}).mSucceeded);
     EXPECT_EQ(mState.sJobStream, nullptr) << "no file is made";
-    const CallbackOutcome outcome = Write("y");
-    EXPECT_FALSE(outcome.mSucceeded);
+    EXPECT_FALSE(Write("y").mSucceeded);
     EXPECT_EQ(mWritten, 0u);
     EXPECT_TRUE(mJob.End(mHandle).mSucceeded);
     EXPECT_TRUE(mJob.Start(nullptr, 3, {cLevel1, Units(u"b.txt")}).mSucceeded)
@@ -195,8 +196,7 @@ TEST_F(MonitorJobTest, RefusesTheJobWhenItsFileCannotBeMade) {
                     "sProcessingJob == false at the end of PPMStartDocPort", "close printer"));
     EXPECT_TRUE(mState.sDocName.IsEmpty());
     GFileSystem::AddSpecialPath(GSpecialPath::cGlobalTemp, mFolder.Portable());
-    Print(u"b.txt", "y");
-    EXPECT_EQ(mFolder.ContentOf("b.ps"), "y");
+    ExpectToPrintOn();
 }
 
 TEST_F(MonitorJobTest, RefusesToWriteWithoutAJobAPortOrDataAndEndsNothing) {
@@ -205,8 +205,7 @@ TEST_F(MonitorJobTest, RefusesToWriteWithoutAJobAPortOrDataAndEndsNothing) {
                                    std::optional<std::uint32_t> error, const char* word) {
         mWritten = 4711;
         const CallbackOutcome outcome = mJob.Write(port, data, size, mWritten);
-        EXPECT_FALSE(outcome.mSucceeded);
-        EXPECT_EQ(outcome.mLastError, error);
+        EXPECT_TRUE(!outcome.mSucceeded && outcome.mLastError == error);
         EXPECT_EQ(mWritten, 0u);
         EXPECT_THAT(mPlatform.TakeEvents(), ElementsAre(word));
     };
@@ -215,8 +214,7 @@ TEST_F(MonitorJobTest, RefusesToWriteWithoutAJobAPortOrDataAndEndsNothing) {
     EXPECT_THAT(mPlatform.mEvents, IsEmpty());
     expectRefusal(mHandle, x, 1, 3003, "PPMWritePort: write when not started?!?");
     expectRefusal(nullptr, x, 0, 3003, "PPMWritePort: write when not started?!?");
-    EXPECT_TRUE(Start(u"a.txt").mSucceeded);
-    mPlatform.mEvents.clear();
+    StartUnnoticed(u"a.txt");
     expectRefusal(&mWritten, x, 1, 6, "PPMWritePort: invalid port handle?!?");
     expectRefusal(mHandle, x, 0, std::nullopt, "PPMWritePort: No Data");
     expectRefusal(mHandle, nullptr, 5, std::nullopt, "PPMWritePort: No Data");
@@ -250,8 +248,7 @@ TEST_F(MonitorJobTest, ReportsAFullDiskAndPrintsOn) {
         EXPECT_TRUE(mJob.End(mHandle).mSucceeded);
         EXPECT_EQ(mFolder.ContentOf("full.ps"),
                   "1234" + std::string("abcdef", static_cast<std::size_t>(rest)));
-        Print(u"next.txt", "all well");
-        EXPECT_EQ(mFolder.ContentOf("next.ps"), "all well");
+        ExpectToPrintOn();
     }
 }
 
@@ -274,29 +271,24 @@ TEST_F(MonitorJobTest, AnEndOnTheWrongPortClosesTheFileOnlyAndAThrowingNotificat
     EXPECT_THROW(mJob.End(mHandle), std::runtime_error);
     EXPECT_THAT(mPlatform.TakeEvents(),
                 ElementsAre("tick", "notify Proof QuillonPDFPort: 1", "close printer"));
-    EXPECT_EQ(mState.sJobStream, nullptr);
-    EXPECT_FALSE(mState.sProcessingJob);
+    EXPECT_TRUE(IsIdle());
     EXPECT_EQ(mFolder.ContentOf("c.ps"), "this, too");
     mPlatform.mOnNotify = nullptr;
-    Print(u"b.txt", "the next job");
-    EXPECT_EQ(mFolder.ContentOf("b.ps"), "the next job");
+    ExpectToPrintOn();
 }
 
 TEST_F(MonitorJobTest, FailsWhenTheThreadLosesTheRightsOfTheUser) {
-    EXPECT_TRUE(Start(u"a.txt").mSucceeded);
-    mPlatform.mEvents.clear();
+    StartUnnoticed(u"a.txt");
     mPlatform.mOnNotify = [this] { mPlatform.mCanPutBack = false; };
     EXPECT_EQ(mJob.End(mHandle).mLastError, 1003u);
     EXPECT_THAT(mPlatform.mEvents,
                 ElementsAre("tick", "notify Proof QuillonPDFPort: 1",
                             "The rights of the job's user cannot be given back!", "close printer"));
-    EXPECT_EQ(mState.sJobStream, nullptr);
-    EXPECT_FALSE(mState.sProcessingJob);
+    EXPECT_TRUE(IsIdle());
 }
 
 TEST_F(MonitorJobTest, AnnouncesThePathOfTheEndLoudlyWhenItIsAnotherThanTheFiles) {
-    EXPECT_TRUE(Start(u"a.txt").mSucceeded);
-    mPlatform.mEvents.clear();
+    StartUnnoticed(u"a.txt");
     GFileSystem::AddSpecialPath(GSpecialPath::cGlobalTemp, mFolder.Portable("other"));
     EXPECT_TRUE(mJob.End(mHandle).mSucceeded);
     const auto native = [this](const std::string& folder) {

@@ -1,17 +1,10 @@
 #include "monitor/spooling/RunCallback.h"
 
-#include <gmock/gmock.h>
-
-#include <stdexcept>
-#include <thread>
-#include <tuple>
-
 #include "tests/monitor/spooling/FakeMonitorPlatform.h"
 
 namespace {
 
-class RunCallbackTest : public testing::Test {
-protected:
+struct RunCallbackTest : testing::Test {
     template <class Body>
     bool Run(CallbackFailure failure, Body body) {
         return RunCallback(mPlatform, mState, L"PPMTest", failure, [&] {
