@@ -1,14 +1,8 @@
 #include "framework/system/GExternalProcess.h"
 
-#include <gtest/gtest.h>
-
-#include <random>
-#include <tuple>
-#include <vector>
-
-#include "framework/system/GProcessInfo.h"
 #include "framework/system/PSystem.h"
 #include "platform/win32/base/PWin32ScopedHandle.h"
+#include "tests/core/TextForTests.h"
 #include "tests/files/TestFolder.h"
 
 #include "platform/win32/base/PWin32Api.h"
@@ -28,11 +22,6 @@ bool Start(GExternalProcess& process, const GTable<GString>& arguments) {
 }
 
 using List = std::vector<std::u16string>;
-
-GString StringOf(const std::u16string& text) {
-    return GString::FromUTF16(reinterpret_cast<const unsigned short*>(text.data()),
-                              static_cast<long>(text.size()));
-}
 
 /// The arguments that the peer was given, as the run-time library and as the system took the line apart.
 std::pair<List, List> Arrived(const TestFolder& folder, GTable<GString> arguments, bool prepared) {
@@ -81,7 +70,7 @@ TEST(GExternalProcess, PreparedArgumentsArriveAsTheyWere) {
             }
         }
         GTable<GString> arguments;
-        for (const std::u16string& text : expected) arguments.Append(StringOf(text));
+        for (const std::u16string& text : expected) arguments.Append(Text(text));
         const auto& [byRuntime, bySystem] = Arrived(folder, arguments, true);
         ASSERT_TRUE(byRuntime == expected);
         ASSERT_TRUE(bySystem == expected);
@@ -155,8 +144,10 @@ TEST(GExternalProcess, IsAttachedSlowedAndEnded) {
     GExternalProcess started;
     ASSERT_TRUE(Start(started, {"sleep"}));
     const long id = started.GetProcessID();
-    const GExternalProcess own(GProcessInfo::GetInstance()->GetCurrentProcessID());
-    EXPECT_GE(own.GetChildProcessIDs().Find(static_cast<std::int32_t>(id)), 0);
+    GProcessInfo& processes = *GProcessInfo::GetInstance();
+    const GExternalProcess own(processes.GetCurrentProcessID());
+    EXPECT_TRUE(own.GetChildProcessIDs().Has(static_cast<std::int32_t>(id)));
+    EXPECT_TRUE(processes.IsProcessRunning(id));
     EXPECT_TRUE(started.GetChildProcessIDs().IsEmpty());
     const PWin32ScopedHandle<PWin32KernelHandle> handle(
         ::OpenProcess(PROCESS_QUERY_INFORMATION, FALSE, static_cast<DWORD>(id)));
@@ -175,8 +166,9 @@ TEST(GExternalProcess, IsAttachedSlowedAndEnded) {
     EXPECT_FALSE(attached.WaitForEnd(-1));
     EXPECT_TRUE(GExternalProcess(id).TerminateProcess());
     EXPECT_TRUE(attached.WaitForEnd(cLong));
-    EXPECT_FALSE(attached.IsRunning());
+    EXPECT_FALSE(attached.IsRunning() || processes.IsProcessRunning(id));
     EXPECT_EQ(attached.GetReturnValue(), 0);
+    EXPECT_FALSE(own.GetChildProcessIDs().Has(static_cast<std::int32_t>(id)));
 }
 
 }  // namespace

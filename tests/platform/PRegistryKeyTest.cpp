@@ -1,14 +1,10 @@
 // The registry, and beside it what the system's own editor reads and writes there.
 #include "framework/system/PRegistryKey.h"
 
-#include <gtest/gtest.h>
-
-#include <cstdlib>
-#include <cstring>
 #include <map>
-#include <memory>
 
 #include "platform/win32/core/PWin32Wide.h"
+#include "tests/core/TextForTests.h"
 #include "tests/files/TestFolder.h"
 
 #include "platform/win32/base/PWin32Api.h"
@@ -20,18 +16,8 @@ namespace {
 constexpr unsigned long cAll = KEY_ALL_ACCESS;
 constexpr const char* cPath = "Software\\QuillonTest";
 
-GBuffer Bytes(const std::string& bytes) {
-    return GBuffer(reinterpret_cast<const unsigned char*>(bytes.data()), static_cast<long>(bytes.size()));
-}
-
-std::string Content(const GBuffer& bytes) {
-    return std::string(reinterpret_cast<const char*>(bytes.GetRawData()),
-                       static_cast<std::size_t>(bytes.GetLength()));
-}
-
 /// A key of its own for each test.
-class PRegistryKeyTest : public testing::Test {
-protected:
+struct PRegistryKeyTest : testing::Test {
     PRegistryKeyTest() : mKey(HKEY_CURRENT_USER, cPath, cAll) { mKey.Create("", 0, nullptr); }
     ~PRegistryKeyTest() override { ::RegDeleteTreeW(HKEY_CURRENT_USER, ::AsWide(GString(cPath))); }
 
@@ -83,25 +69,19 @@ TEST_F(PRegistryKeyTest, WritesWhatTheSystemsEditorReads) {
     EXPECT_TRUE(mKey.SetString("text", GString::FromUTF8("a\\ \xC3\xA9\xE4\xB8\x80"), 1));
     EXPECT_TRUE(mKey.SetString("expandable", "%windir%", 2));
     EXPECT_TRUE(mKey.SetString("empty", "", 1));
-    EXPECT_TRUE(mKey.SetBuffer("bytes", Bytes("a\0b"s), 3));
+    EXPECT_TRUE(mKey.SetBuffer("bytes", BufferOf("a\0b"s), 3));
     EXPECT_TRUE(mKey.SetBuffer("no bytes", GBuffer(), 3));
-    EXPECT_TRUE(mKey.SetBuffer("large", Bytes(large), 3));
-    EXPECT_TRUE(mKey.SetBuffer("wide", Bytes("a\0b\0\0\0c\0\0\0\0\0"s), 7));
-    EXPECT_TRUE(mKey.SetBuffer("narrow", Bytes("ab\0c\0\0"s), 7));
+    EXPECT_TRUE(mKey.SetBuffer("large", BufferOf(large), 3));
+    EXPECT_TRUE(mKey.SetBuffer("wide", BufferOf("a\0b\0\0\0c\0\0\0\0\0"s), 7));
+    EXPECT_TRUE(mKey.SetBuffer("narrow", BufferOf("ab\0c\0\0"s), 7));
     EXPECT_TRUE(mKey.SetString("", "default", 1));
     const std::string text = Export();
-    for (const std::string& line : {
-             "\"number\"=dword:fffffffe"s,
-             "\"text\"=\"a\\\\ \xC3\xA9\xE4\xB8\x80\""s,
-             "\"expandable\"=hex(2):25,00,77,00,69,00,6e,00,64,00,69,00,72,00,25,00,00,00"s,
-             "\"empty\"=\"\""s,
-             "\"bytes\"=hex:61,00,62"s,
-             "\"no bytes\"=hex:"s,
-             "\"large\"=hex:"s + Hex(large),
-             "\"wide\"=hex(7):61,00,62,00,00,00,63,00,00,00,00,00"s,
-             "\"narrow\"=hex(7):61,00,62,00,00,00,63,00,00,00,00,00"s,
-             "@=\"default\""s,
-         })
+    for (const std::string& line :
+         {"\"number\"=dword:fffffffe"s, "\"text\"=\"a\\\\ \xC3\xA9\xE4\xB8\x80\""s,
+          "\"expandable\"=hex(2):25,00,77,00,69,00,6e,00,64,00,69,00,72,00,25,00,00,00"s, "\"empty\"=\"\""s,
+          "\"bytes\"=hex:61,00,62"s, "\"no bytes\"=hex:"s, "\"large\"=hex:"s + Hex(large),
+          "\"wide\"=hex(7):61,00,62,00,00,00,63,00,00,00,00,00"s,
+          "\"narrow\"=hex(7):61,00,62,00,00,00,63,00,00,00,00,00"s, "@=\"default\""s})
         EXPECT_NE(text.find("\n" + line + "\r\n"), std::string::npos) << line.substr(0, 100);
 }
 
@@ -121,9 +101,9 @@ TEST_F(PRegistryKeyTest, ReadsWhatTheSystemsEditorWrites) {
     EXPECT_EQ(TextOf(query("text")->GetString()), "\xC3\xA9\xE4\xB8\x80");
     EXPECT_EQ(TextOf(query("expandable")->GetString()), "%a%");
     EXPECT_EQ(query("expandable")->GetType(), 2u);
-    EXPECT_EQ(Content(query("bytes")->GetBuffer()), "\0\xFF\0"s);
-    EXPECT_EQ(Content(query("large")->GetBuffer()), large);
-    EXPECT_EQ(Content(query("eight")->GetBuffer()), "\1\2\3\4\5\6\7\10");
+    EXPECT_EQ(BytesOf(query("bytes")->GetBuffer()), "\0\xFF\0"s);
+    EXPECT_EQ(BytesOf(query("large")->GetBuffer()), large);
+    EXPECT_EQ(BytesOf(query("eight")->GetBuffer()), "\1\2\3\4\5\6\7\10");
     for (const char* const name : {"wide", "narrow"})
         EXPECT_TRUE(query(name)->GetStringTable() == (GTable<GString>{"ab", "c"})) << name;
     EXPECT_TRUE(query("none")->GetStringTable().IsEmpty());
@@ -133,7 +113,7 @@ TEST_F(PRegistryKeyTest, ReadsWhatTheSystemsEditorWrites) {
 TEST_F(PRegistryKeyTest, AQueryOfAnotherTypeOrOfTooMuchChangesNothing) {
     mKey.SetString("text", "abcd", 1);
     mKey.SetInt32("number", 5);
-    mKey.SetBuffer("short", Bytes("\1\2"), 4);
+    mKey.SetBuffer("short", BufferOf("\1\2"), 4);
     long number = 7;
     for (const char* const name : {"text", "missing", "short"}) EXPECT_FALSE(mKey.QueryInt32(name, number));
     EXPECT_EQ(number, 7);
@@ -148,12 +128,12 @@ TEST_F(PRegistryKeyTest, AQueryOfAnotherTypeOrOfTooMuchChangesNothing) {
     GBuffer bytes;
     unsigned long size = 0;
     EXPECT_TRUE(mKey.QueryBuffer("text", bytes, size, type));
-    EXPECT_EQ(Content(bytes) + std::to_string(size), "abcd\0"s + "5");
+    EXPECT_EQ(BytesOf(bytes) + std::to_string(size), "abcd\0"s + "5");
     GString withZero("textx");
     withZero.SetChar(4, 0);
     EXPECT_FALSE(mKey.QueryBuffer(withZero, bytes, size, type)) << "not the value before the zero";
     for (const std::string& stored : {"abc\0"s, "abc"s}) {
-        mKey.SetBuffer("text", Bytes(stored), 1);
+        mKey.SetBuffer("text", BufferOf(stored), 1);
         EXPECT_TRUE(mKey.QueryString("text", text, 10, type));
         EXPECT_EQ(TextOf(text), "abc");
     }
@@ -231,7 +211,7 @@ TEST_F(PRegistryKeyTest, WalksOverTheKeysThatWereThereAndStayed) {
 TEST_F(PRegistryKeyTest, WalksOverValuesOfAllTypes) {
     const std::string longest(16383, 'v');
     mKey.SetInt32("number", 1);
-    mKey.SetBuffer("odd type", Bytes("x"), 77);
+    mKey.SetBuffer("odd type", BufferOf("x"), 77);
     mKey.SetBuffer(longest.c_str(), GBuffer(), 3);
     mKey.SetString("gone", "x", 1);
     mKey.SetString("", "default", 2);

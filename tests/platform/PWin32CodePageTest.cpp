@@ -1,7 +1,5 @@
 #include "platform/win32/core/PWin32CodePage.h"
 
-#include <gtest/gtest.h>
-
 #include "tests/core/encodings/EncodingForTests.h"
 
 #include "platform/win32/base/PWin32Api.h"

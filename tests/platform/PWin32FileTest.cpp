@@ -1,7 +1,4 @@
 // What only Windows does: sharing between openers, long paths, attributes, shell folders.
-#include <gtest/gtest.h>
-
-#include <tuple>
 
 #include "framework/files/GFile.h"
 #include "framework/files/GFileOpenMode.h"
@@ -9,9 +6,9 @@
 #include "framework/streams/GFileInStream.h"
 #include "framework/streams/GFileOutStream.h"
 #include "platform/win32/base/PWin32ScopedHandle.h"
-#include "platform/win32/core/PWin32SystemException.h"
 #include "platform/win32/core/PWin32Wide.h"
 #include "tests/files/TestFolder.h"
+#include "tests/platform/SystemErrorOf.h"
 #include "tests/streams/StreamTestSupport.h"
 
 #include "platform/win32/base/PWin32Api.h"
@@ -23,16 +20,6 @@ constexpr long cWrite = GFileOpenMode::cWrite;
 constexpr long cReaders = GFileOpenMode::cAllowReaders;
 constexpr long cWriters = GFileOpenMode::cAllowWriters;
 
-long ErrorOf(const auto& call) {
-    try {
-        call();
-    } catch (const PWin32SystemException& failure) {
-        EXPECT_EQ(failure.GetExceptionID(), 40073);
-        return failure.GetSystemErrorCode();
-    }
-    return 0;
-}
-
 TEST(PWin32FileImp, TheSharingBitsSayWhoElseMayOpen) {
     const std::tuple<const char*, long, bool, bool> rows[] = {
         {"a reader", cRead, true, false},
@@ -40,8 +27,7 @@ TEST(PWin32FileImp, TheSharingBitsSayWhoElseMayOpen) {
         {"a reader with the writers' bit", cRead | cWriters, false, true},
         {"a reader with both", cRead | cReaders | cWriters, true, true},
         {"a writer", cWrite, true, false},
-        {"a writer with both", cWrite | cReaders | cWriters, true, true},
-    };
+        {"a writer with both", cWrite | cReaders | cWriters, true, true}};
     const TestFolder folder;
     folder.Put("f", "abc");
     const std::wstring name = folder.Standard("f").wstring();
@@ -66,7 +52,7 @@ TEST(PWin32FileImp, CreatingFindsAFileInUseThere) {
     const TestFolder folder;
     GFileOutStream job(folder.Portable("f"), true);
     GFileSystem::CreateFile(folder.Portable("f"), GTypeEnums::cNone, false);
-    EXPECT_EQ(ErrorOf([&] { GFileSystem::CreateFile(folder.Portable("f"), GTypeEnums::cNone, true); }),
+    EXPECT_EQ(SystemErrorOf([&] { GFileSystem::CreateFile(folder.Portable("f"), GTypeEnums::cNone, true); }),
               ERROR_FILE_EXISTS);
 }
 
@@ -90,12 +76,12 @@ TEST(PWin32FileImp, ReportsTheSystemsCodes) {
         {"missing file", "g", cRead, ERROR_FILE_NOT_FOUND},
         {"missing folder", "g/h", cRead, ERROR_PATH_NOT_FOUND},
         {"a name that is none", "a|b", cRead, ERROR_INVALID_NAME},
-        {"a folder", "", cRead, ERROR_ACCESS_DENIED},
-    };
+        {"a folder", "", cRead, ERROR_ACCESS_DENIED}};
     for (const auto& [what, path, mode, error] : rows)
-        EXPECT_EQ(ErrorOf([&] { GFile(folder.Portable(path), mode); }), error) << what;
-    EXPECT_EQ(ErrorOf([&] { GFileSystem::CreateFolder(folder.Portable("f/g")); }), ERROR_ALREADY_EXISTS);
-    EXPECT_EQ(ErrorOf([&] { GFileSystem::RemoveFile(folder.Portable("g")); }), ERROR_FILE_NOT_FOUND);
+        EXPECT_EQ(SystemErrorOf([&] { GFile(folder.Portable(path), mode); }), error) << what;
+    EXPECT_EQ(SystemErrorOf([&] { GFileSystem::CreateFolder(folder.Portable("f/g")); }),
+              ERROR_ALREADY_EXISTS);
+    EXPECT_EQ(SystemErrorOf([&] { GFileSystem::RemoveFile(folder.Portable("g")); }), ERROR_FILE_NOT_FOUND);
 }
 
 TEST(PWin32FileSystemImp, PathsBeyondTheSystemsLimitWork) {
@@ -133,17 +119,16 @@ TEST(PWin32FileSystemImp, AFileIsInUseWhileAnybodyHasItOpen) {
 
 TEST(PWin32FileSystemImp, KnowsTheVolumesByTheirRoots) {
     const std::tuple<const char*, long> rows[] = {
-        {"C:", 1}, {"C:/", 1}, {"C:/windows/missing", 1}, {"Q:/missing", 4}, {"//no-such-server/share/x", 4},
-    };
+        {"C:", 1}, {"C:/", 1}, {"C:/windows/missing", 1}, {"Q:/missing", 4}, {"//no-such-server/share/x", 4}};
     for (const auto& [path, type] : rows)
         EXPECT_EQ(GFileSystem::GetVolumeType(GPathName(path)), type) << path;
     EXPECT_EQ(GFileSystem::GetVolumeType(GPathName("relative")), 1);
 }
 
 TEST(PWin32FileSystemImp, AMissingDriveIsAClearFailure) {
-    const long error = ErrorOf([] { GFileSystem::CreateFolder(GPathName("Q:/a/b")); });
+    const long error = SystemErrorOf([] { GFileSystem::CreateFolder(GPathName("Q:/a/b")); });
     EXPECT_TRUE(error == ERROR_PATH_NOT_FOUND || error == ERROR_FILE_NOT_FOUND) << error;
-    EXPECT_EQ(ErrorOf([] { GFileSystem::CreateFolder(GPathName("Q:/")); }), ERROR_PATH_NOT_FOUND);
+    EXPECT_EQ(SystemErrorOf([] { GFileSystem::CreateFolder(GPathName("Q:/")); }), ERROR_PATH_NOT_FOUND);
     EXPECT_FALSE(GFileSystem::FileExists(GPathName("Q:/a")));
     EXPECT_FALSE(GFileSystem::FolderExists(GPathName("Q:/")));
     GFileSystem::CreateFolder(GPathName("C:/"));

@@ -1,14 +1,10 @@
 #include "platform/win32/core/PWin32SystemException.h"
 
-#include <gtest/gtest.h>
-
-#include <cstdint>
-#include <string>
-
 #include "framework/core/errors/GDebugSupport.h"
 #include "framework/core/errors/GExceptionLocation.h"
 #include "framework/core/errors/GStringPool.h"
 #include "tests/core/TextForTests.h"
+#include "tests/platform/SystemErrorOf.h"
 
 #include "platform/win32/base/PWin32Api.h"
 
@@ -31,33 +27,21 @@ std::u16string Description(long code) {
     return Plain(PWin32SystemException(code).GetDescription());
 }
 
-template <class Call>
-long CodeThrownBy(Call call) {
-    try {
-        call();
-    } catch (const PWin32SystemException& exception) {
-        EXPECT_EQ(exception.GetExceptionID(), 40073);
-        return exception.GetSystemErrorCode();
-    }
-    return -1;
-}
-
 }  // namespace
 
-TEST(PWin32SystemException, SaysWhatTheSystemSaysInEnglish) {
-    for (const long code : {2L, 3L, 5L, 6L, 32L, 87L, 112L, 193L, 1801L}) {
-        SCOPED_TRACE(code);
-        const std::wstring text = SystemText(code, 1033);
+TEST(PWin32SystemException, SaysWhatTheSystemSaysInEnglishOrInTheUsersLanguage) {
+    const auto expect = [](long code, DWORD language) {
+        const std::wstring text = SystemText(code, language);
         ASSERT_TRUE(text.ends_with(L"\r\n"));
-        EXPECT_EQ(Description(code), WithoutLineEnd(text));
-    }
+        EXPECT_EQ(Description(code), WithoutLineEnd(text)) << code;
+    };
+    for (const long code : {2L, 3L, 5L, 6L, 32L, 87L, 112L, 193L, 1801L}) expect(code, 1033);
     EXPECT_NE(Description(193).find(u"%1"), std::u16string::npos) << "a place that nobody can fill";
-}
-
-TEST(PWin32SystemException, SaysItInTheUsersLanguageWhenTheProgramDoesNotSpeakEnglish) {
     GStringPoolSupport::SetCurrentLanguage("deDE");
-    EXPECT_EQ(Description(5), WithoutLineEnd(SystemText(5, 1024)));
+    expect(5, 1024);
     GStringPoolSupport::SetCurrentLanguage("enUS");
+    const GExceptionLocation where(Text(u"C:\\x"));
+    EXPECT_EQ(Plain(PWin32SystemException(5).GetFullDescription()), u"C:\\x: " + Description(5));
 }
 
 TEST(PWin32SystemException, SaysSoWhenTheSystemHasNoText) {
@@ -70,23 +54,17 @@ TEST(PWin32SystemException, SaysSoWhenTheSystemHasNoText) {
     }
 }
 
-TEST(PWin32SystemException, StandsBehindItsLocation) {
-    const GExceptionLocation where(Text(u"C:\\x"));
-    EXPECT_EQ(Plain(PWin32SystemException(5).GetFullDescription()),
-              u"C:\\x: " + WithoutLineEnd(SystemText(5, 1033)));
-}
-
 TEST(PWin32SystemException, ChecksResultsAndHandles) {
     int object = 0;
     EXPECT_NO_THROW(PWin32SystemException::CheckForErrors(1));
     EXPECT_NO_THROW(PWin32SystemException::CheckForErrors(-1));
     EXPECT_NO_THROW(PWin32SystemException::CheckHandle(&object));
     ::SetLastError(1234);
-    EXPECT_EQ(CodeThrownBy([] { PWin32SystemException::CheckForErrors(0); }), 1234);
+    EXPECT_EQ(SystemErrorOf([] { PWin32SystemException::CheckForErrors(0); }), 1234);
     ::SetLastError(2);
-    EXPECT_EQ(CodeThrownBy([] { PWin32SystemException::CheckHandle(nullptr); }), 2);
+    EXPECT_EQ(SystemErrorOf([] { PWin32SystemException::CheckHandle(nullptr); }), 2);
     ::SetLastError(3);
-    EXPECT_EQ(CodeThrownBy([] { PWin32SystemException::CheckHandle(INVALID_HANDLE_VALUE); }), 3);
+    EXPECT_EQ(SystemErrorOf([] { PWin32SystemException::CheckHandle(INVALID_HANDLE_VALUE); }), 3);
 }
 
 TEST(PWin32StackDump, NamesTheCallersModules) {

@@ -1,14 +1,11 @@
 // What only Windows answers.
-#include <gtest/gtest.h>
-
-#include <tuple>
 
 #include "framework/system/GProcessInfo.h"
-#include "framework/system/GSessionInfo.h"
 #include "framework/system/PSystem.h"
 #include "platform/win32/base/PWin32ScopedHandle.h"
 #include "platform/win32/core/PWin32Wide.h"
 #include "platform/win32/system/PWinSessionInfo.h"
+#include "tests/Testing.h"
 #include "tests/files/TestFolder.h"
 
 #include "platform/win32/base/PWin32Api.h"
@@ -76,26 +73,6 @@ TEST(PWinSystem, ModulesAreNamedInFull) {
     PSystem::SetHInstance(reinterpret_cast<void*>(0x10));
     EXPECT_TRUE(PSystem::GetDllPath().IsEmpty());
     PSystem::SetHInstance(nullptr);
-}
-
-TEST(PWinProcessInfo, SeesAChildComeAndGo) {
-    GProcessInfo& processes = *GProcessInfo::GetInstance();
-    const long own = processes.GetCurrentProcessID();
-    STARTUPINFOW startup = {};
-    startup.cb = sizeof startup;
-    PROCESS_INFORMATION info = {};
-    const GString program = processes.GetApplicationPath().GetNativePathString();
-    ASSERT_TRUE(::CreateProcessW(AsWide(program), nullptr, nullptr, nullptr, FALSE, CREATE_SUSPENDED, nullptr,
-                                 nullptr, &startup, &info));
-    const PWin32ScopedHandle<PWin32KernelHandle> process(info.hProcess), thread(info.hThread);
-    const auto child = static_cast<std::int32_t>(info.dwProcessId);
-    EXPECT_TRUE(processes.IsProcessRunning(child));
-    EXPECT_GE(processes.GetChildProcessIDs(own).Find(child), 0);
-    EXPECT_EQ(processes.GetChildProcessIDs(child).GetCount(), 0);
-    ::TerminateProcess(info.hProcess, 0);
-    ::WaitForSingleObject(info.hProcess, INFINITE);
-    EXPECT_FALSE(processes.IsProcessRunning(child));
-    EXPECT_EQ(processes.GetChildProcessIDs(own).Find(child), -1);
 }
 
 TEST(PWinSessionInfo, OldSystemsHaveNoSessions) {

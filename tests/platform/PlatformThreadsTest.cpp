@@ -1,10 +1,8 @@
-#include <gtest/gtest.h>
-
 #include <mutex>
-#include <thread>
-#include <vector>
 
 #include "PPlatformTypes.h"
+
+#include "tests/Testing.h"
 
 TEST(PCriticalSection, IsRecursiveOnItsThreadAndShutsOutOthers) {
     PCriticalSection section;
@@ -29,18 +27,14 @@ TEST(PCriticalSection, IsRecursiveOnItsThreadAndShutsOutOthers) {
 TEST(PCriticalSection, GuardsACount) {
     PCriticalSection section;
     long count = 0;
-    std::vector<std::thread> threads;
-    for (int t = 0; t < 4; ++t) {
-        threads.emplace_back([&] {
-            for (int i = 0; i < 20000; ++i) {
-                const std::lock_guard<PCriticalSection> outer(section);
-                const std::lock_guard<PCriticalSection> inner(section);
-                ++count;
-            }
-        });
-    }
-    for (std::thread& thread : threads) thread.join();
-    EXPECT_EQ(count, 80000);
+    const auto countUp = [&] {
+        for (int i = 0; i < 20000; ++i) {
+            const std::lock_guard<PCriticalSection> outer(section), inner(section);
+            ++count;
+        }
+    };
+    { const std::jthread threads[] = {std::jthread(countUp), std::jthread(countUp), std::jthread(countUp)}; }
+    EXPECT_EQ(count, 60000);
 }
 
 TEST(PThreadLocalSlot, EachThreadHasItsOwnPointerAndManyMayComeAndGo) {

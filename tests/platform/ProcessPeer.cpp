@@ -6,6 +6,7 @@
 #include <string>
 
 #include "platform/win32/base/PWin32Api.h"
+#include "platform/win32/base/PWin32ScopedHandle.h"
 
 #include <shellapi.h>
 
@@ -15,10 +16,10 @@ int WriteArguments(int argc, wchar_t** argv) {
     std::wstring content;
     int count = 0;
     wchar_t** const taken = ::CommandLineToArgvW(::GetCommandLineW(), &count);
+    const PWin32ScopedHandle<PWin32LocalBlock> owned(taken);
     for (int i = 3; i < argc; ++i) content.append(argv[i]).push_back(L'\0');
     content.push_back(L'\1');
     for (int i = 3; i < count; ++i) content.append(taken[i]).push_back(L'\0');
-    ::LocalFree(taken);
     std::FILE* const file = ::_wfopen(argv[2], L"wb");
     if (file == nullptr) return 1;
     std::fwrite(content.data(), sizeof(wchar_t), content.size(), file);

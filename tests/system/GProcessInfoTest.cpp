@@ -1,10 +1,7 @@
 #include "framework/system/GProcessInfo.h"
 
-#include <gtest/gtest.h>
-
-#include <utility>
-
 #include "framework/system/GSessionInfo.h"
+#include "tests/Testing.h"
 #include "tests/files/TestFolder.h"
 
 namespace {
@@ -48,32 +45,11 @@ TEST(GProcessInfo, KnowsWhoIsRunningAndItsChildren) {
 }
 
 TEST(GProcessInfo, TellsTheMemory) {
-    EXPECT_GT(Processes().GetTotalPhysicalMemory(), 64ull << 20);
-    EXPECT_GT(Processes().GetAvailablePhysicalMemory(), 0ull);
-    EXPECT_LT(Processes().GetAvailablePhysicalMemory(), Processes().GetTotalPhysicalMemory());
-    EXPECT_GT(Processes().GetOwnMemory(), 64ull << 10);
-    EXPECT_LT(Processes().GetOwnMemory(), 1ull << 46);
-}
-
-struct FakeSessions : GSessionInfo {
-    FakeSessions() { ++sAlive; }
-    ~FakeSessions() override { --sAlive; }
-    long GetCurrentSessionID() override { return 7; }
-    void GetSessionIDs(GTable<std::int32_t>&) override {}
-    void GetSessionPath(GBuffer&, long) override {}
-
-    static inline int sAlive = 0;
-};
-
-TEST(GSessionInfo, IsReplacedAndOwned) {
-    for (int i = 0; i < 2; ++i) {
-        GSessionInfo::SetInstance(new FakeSessions);
-        EXPECT_EQ(GSessionInfo::GetInstance()->GetCurrentSessionID(), 7);
-        EXPECT_EQ(FakeSessions::sAlive, 1);
-    }
-    GSessionInfo::SetInstance(nullptr);
-    EXPECT_EQ(FakeSessions::sAlive, 0);
-    EXPECT_NE(GSessionInfo::GetInstance()->GetCurrentSessionID(), 7);
+    const unsigned long long total = Processes().GetTotalPhysicalMemory();
+    const unsigned long long available = Processes().GetAvailablePhysicalMemory();
+    EXPECT_TRUE(total > 64ull << 20 && available > 0 && available < total) << available << " of " << total;
+    const unsigned long long own = Processes().GetOwnMemory();
+    EXPECT_TRUE(own > 64ull << 10 && own < 1ull << 46) << own;
 }
 
 TEST(GSessionInfo, NamesTheNameSpaces) {

@@ -1,11 +1,6 @@
 #include "framework/system/PSystem.h"
 
-#include <gtest/gtest.h>
-
-#include <limits>
 #include <regex>
-#include <string_view>
-#include <utility>
 
 #include "framework/core/text/GBufferSupport.h"
 #include "tests/core/TextForTests.h"
@@ -17,15 +12,11 @@ using namespace std::string_view_literals;
 
 TEST(PSystem, FormatsHardwareAddresses) {
     // An adapter, dial-up, nearly dial-up, and what has not six bytes.
-    const std::pair<std::string_view, const char*> rows[] = {
-        {"\x00\x1A\x2B\x3C\xFF\x5E"sv, "00:1a:2b:3c:ff:5eN"},
-        {"DEST\0\x01"sv, "44:45:53:54:00:01M"},
-        {"DEST\x01\x01"sv, "44:45:53:54:01:01N"},
-        {"DEST\0"sv, ""},
-        {"DEST\0\0\0\0"sv, ""},
-        {""sv, ""}};
-    for (const auto& [address, text] : rows)
-        EXPECT_EQ(TextOf(PSystem::FormatEtherAddress(BufferOf(address))), text) << text;
+    ForEachRow<2>({"\x00\x1A\x2B\x3C\xFF\x5E -> 00:1a:2b:3c:ff:5eN"sv, "DEST\0\x01 -> 44:45:53:54:00:01M"sv,
+                   "DEST\x01\x01 -> 44:45:53:54:01:01N"sv, "DEST\0 -> "sv, "DEST\0\0\0\0 -> "sv, " -> "sv},
+                  [](auto address, auto text) {
+                      EXPECT_EQ(TextOf(PSystem::FormatEtherAddress(BufferOf(address))), text);
+                  });
 }
 
 TEST(PSystem, ListsTheAdaptersAsBytesAndAsTexts) {
