@@ -16,7 +16,6 @@
 
 namespace {
 
-constexpr const char* cProcessingApplication = "PrinterProcessorWin.exe";
 constexpr const char* cCategory = "Notification";  // in the trace log
 
 bool TryToStartLayer() {
@@ -35,7 +34,7 @@ bool TryToStartLayer() {
 GTable<std::int32_t> FindProcessingApplications() {
     GProcessInfo& processes = *GProcessInfo::GetInstance();
     GTable<std::int32_t> ids;
-    processes.GetProcessIDs(GString(cProcessingApplication), ids, false);
+    processes.GetProcessIDs(GString(GPPJobNotification::cListenerName), ids, false);
     const long own = ids.Find(static_cast<std::int32_t>(processes.GetCurrentProcessID()));
     if (own >= 0) ids.Remove(own);
     return ids;

@@ -11,6 +11,9 @@
 /// and is traced. Called under the monitor's lock.
 class GPPJobNotification final : public JobNotifier {
 public:
+    /// File name of the programs that are told; the case of its letters counts.
+    static constexpr const char* cListenerName = "PrinterProcessorWin.exe";
+
     GPPJobNotification() noexcept = default;
 
     /// Tries to start the layer first when it does not run. Throws GExceptionID::cMessageTooLarge for a

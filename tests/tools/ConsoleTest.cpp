@@ -1,12 +1,8 @@
 #include "tools/console/Console.h"
 
-#include <gmock/gmock.h>
-
-#include <string>
-#include <utility>
-
 #include "platform/win32/base/PWin32Api.h"
 #include "platform/win32/base/PWin32ScopedHandle.h"
+#include "tests/Testing.h"
 #include "tests/files/TestFolder.h"
 #include "tools/machine/Failure.h"
 
@@ -32,8 +28,7 @@ TEST(Console, WritesUTF8WithBareLineFeedsToAFileAndTellsWhenItCannot) {
     const TestFolder folder;
     const std::wstring path = folder.Standard("out");
     const std::wstring beyondABlock(3'000'001, L'x');
-    bool written = false;
-    bool refused = false;
+    bool written = false, refused = false;
     {
         const OutputToFile output(path);
         written = Console::Write(L"K\u00F6ln \u20AC \U0001F600\n") && Console::Write(L"") &&
@@ -49,12 +44,10 @@ TEST(Console, WritesUTF8WithBareLineFeedsToAFileAndTellsWhenItCannot) {
 }
 
 TEST(ToUTF8, ReplacesUnpairedSurrogates) {
-    const std::pair<std::wstring, std::string> rows[] = {
-        {L"", ""},
-        {L"a\u00E4\u20AC\U00010000", "a\u00E4\u20AC\U00010000"},
-        {{L'\0', L'b'}, {'\0', 'b'}},
-        {{wchar_t(0xD83D), L'x', wchar_t(0xDE00)}, "\uFFFDx\uFFFD"}};
-    for (const auto& [text, expected] : rows) EXPECT_EQ(ToUTF8(text), expected);
+    EXPECT_EQ(ToUTF8(L""), "");
+    EXPECT_EQ(ToUTF8(std::wstring{L'\0', L'a', L'\u00E4', L'\u20AC'}), std::string("\0a\u00E4\u20AC", 7));
+    EXPECT_EQ(ToUTF8(L"\U00010000"), "\U00010000");
+    EXPECT_EQ(ToUTF8(std::wstring{wchar_t(0xD83D), L'x', wchar_t(0xDE00)}), "\uFFFDx\uFFFD");
 }
 
 TEST(Failure, NamesActionReasonNumberAndWhatCanBeDone) {

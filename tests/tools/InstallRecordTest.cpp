@@ -14,8 +14,7 @@ using Kind = InstallRecord::Kind;
 const GString cTestKey("SOFTWARE\\QuillonToolsTest");
 
 // The record and the test key belong to the whole test machine; no other test touches them.
-class RegistryTest : public testing::Test {
-protected:
+struct RegistryTest : testing::Test {
     RegistryTest() { Clean(); }
     ~RegistryTest() override { Clean(); }
     static void Clean() {
@@ -51,26 +50,25 @@ TEST_F(RegistryTest, RemovesAKeyOnlyWhenItIsEmpty) {
 
 TEST_F(RegistryTest, TheRecordRemembersAndLeavesNoKeyBehind) {
     EXPECT_TRUE(InstallRecord::IsEmpty());
-    InstallRecord::Remove(Kind::Printer, L"never added");
-    InstallRecord::Add(Kind::Printer, L"A");
-    InstallRecord::Add(Kind::Printer, L"B\u00FCro 1");
-    InstallRecord::Add(Kind::Driver, L"Some PS", L"C:\\some.ppd");
-    const auto drivers = InstallRecord::GetEntries(Kind::Driver);
+    InstallRecord::Remove(Kind::cPrinter, L"never added");
+    InstallRecord::Add(Kind::cPrinter, L"A");
+    InstallRecord::Add(Kind::cPrinter, L"B\u00FCro 1");
+    InstallRecord::Add(Kind::cDriver, L"Some PS", L"C:\\some.ppd");
+    const auto drivers = InstallRecord::GetEntries(Kind::cDriver);
     ASSERT_EQ(drivers.size(), 1u);
-    EXPECT_EQ(drivers[0].name, L"Some PS");
-    EXPECT_EQ(drivers[0].detail, L"C:\\some.ppd");
-    InstallRecord::Remove(Kind::Printer, L"A");
-    EXPECT_FALSE(InstallRecord::Contains(Kind::Printer, L"A"));
-    EXPECT_TRUE(InstallRecord::Contains(Kind::Printer, L"b\u00FCro 1")) << "in whatever case";
-    EXPECT_FALSE(InstallRecord::Contains(Kind::Driver, L"B\u00FCro 1"));
-    InstallRecord::Remove(Kind::Printer, L"B\u00FCro 1");
+    EXPECT_EQ(drivers[0].name + L" " + drivers[0].detail, L"Some PS C:\\some.ppd");
+    InstallRecord::Remove(Kind::cPrinter, L"A");
+    EXPECT_FALSE(InstallRecord::Contains(Kind::cPrinter, L"A"));
+    EXPECT_TRUE(InstallRecord::Contains(Kind::cPrinter, L"b\u00FCro 1")) << "in whatever case";
+    EXPECT_FALSE(InstallRecord::Contains(Kind::cDriver, L"B\u00FCro 1"));
+    InstallRecord::Remove(Kind::cPrinter, L"B\u00FCro 1");
     EXPECT_FALSE(InstallRecord::IsEmpty());
-    InstallRecord::Remove(Kind::Driver, L"Some PS");
+    InstallRecord::Remove(Kind::cDriver, L"Some PS");
     EXPECT_TRUE(InstallRecord::IsEmpty());
     EXPECT_FALSE(MachineKey::Open("SOFTWARE\\Quillon").Exists());
     MachineKey::Make("SOFTWARE\\Quillon\\Other");
-    InstallRecord::Add(Kind::Library, L"C:\\x.dll");
-    InstallRecord::Remove(Kind::Library, L"C:\\x.dll");
+    InstallRecord::Add(Kind::cLibrary, L"C:\\x.dll");
+    InstallRecord::Remove(Kind::cLibrary, L"C:\\x.dll");
     EXPECT_TRUE(MachineKey::Open("SOFTWARE\\Quillon\\Other").Exists()) << "the key of another";
     EXPECT_FALSE(MachineKey::Open("SOFTWARE\\Quillon\\Port Monitor").Exists());
 }

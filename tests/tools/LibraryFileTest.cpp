@@ -1,38 +1,28 @@
 #include "tools/quillonctl/LibraryFile.h"
 
-#include <gmock/gmock.h>
-
-#include <tuple>
-
 #include "platform/win32/base/PWin32Api.h"
 #include "platform/win32/base/PWin32ScopedHandle.h"
+#include "tests/Testing.h"
 #include "tests/files/TestFolder.h"
 #include "tools/console/Console.h"
 #include "tools/machine/Failure.h"
 
 namespace {
 
-class LibraryFileTest : public testing::Test {
-protected:
+struct LibraryFileTest : testing::Test {
     TestFolder mFolder;
 };
 
 TEST_F(LibraryFileTest, ComparesContentOverBlockEdges) {
     const std::string block(65536, 'x');
-    const std::tuple<std::string, std::string, bool> rows[] = {{"", "", true},
-                                                               {"abc", "abc", true},
-                                                               {"abc", "abcd", false},
-                                                               {"", "a", false},
-                                                               {"abc", "abd", false},
-                                                               {block, block, true},
-                                                               {block + "a", block + "b", false},
-                                                               {block, block + block, false}};
-    for (const auto& [first, second, same] : rows) {
-        SCOPED_TRACE(first.substr(0, 4) + " " + second.substr(0, 4));
-        const std::wstring one = mFolder.Put("one", first);
-        const std::wstring other = mFolder.Put("other", second);
-        EXPECT_EQ(LibraryFile::HaveSameContent(one, other), same);
-        EXPECT_EQ(LibraryFile::HaveSameContent(other, one), same);
+    const std::vector<std::string> contents = {"",    "a",   "abc",       "abcd",
+                                               "abd", block, block + "a", block + "b"};
+    for (std::size_t i = 0; i < contents.size(); ++i) {
+        for (std::size_t j = 0; j < contents.size(); ++j) {
+            const std::wstring one = mFolder.Put("one", contents[i]);
+            const std::wstring other = mFolder.Put("other", contents[j]);
+            EXPECT_EQ(LibraryFile::HaveSameContent(one, other), i == j) << i << " and " << j;
+        }
     }
 }
 

@@ -1,11 +1,8 @@
 #include "tools/quillonctl/Listeners.h"
 
-#include <gmock/gmock.h>
-
-#include <thread>
-
 #include "platform/win32/base/PWin32Api.h"
 #include "platform/win32/base/PWin32ScopedHandle.h"
+#include "tests/Testing.h"
 #include "tests/ipc/RawSegment.h"
 #include "tools/console/Console.h"
 #include "tools/quillonctl/MessagingCheck.h"
@@ -56,11 +53,9 @@ TEST(MessagingCheck, NamesASegmentOfAnotherSize) {
 }
 
 TEST(Listeners, AProcessIsListedOnceUnderItsOwnSession) {
-    const struct {
-        const char* what;
-        std::vector<GIPCQueueAddress> registrations;  // session, process, registration
-        std::vector<std::pair<long, long>> expected;  // session, process
-    } rows[] = {
+    // Each registration is a session, a process and a number, each listener a session and a process.
+    using Found = std::vector<std::pair<long, long>>;
+    const std::tuple<const char*, GTable<GIPCQueueAddress>, Found> rows[] = {
         {"nobody", {}, {}},
         {"its session's registry alone", {{2, 10, 5}}, {{2, 10}}},
         {"the shared one first", {{-1, 10, 5}, {2, 10, 6}}, {{2, 10}}},
@@ -71,17 +66,12 @@ TEST(Listeners, AProcessIsListedOnceUnderItsOwnSession) {
         {"twice in one registry", {{1, 10, 5}, {1, 10, 6}}, {{1, 10}}},
         {"three processes",
          {{0, 30, 1}, {0, 10, 2}, {0, 20, 3}, {1, 10, 4}, {2, 20, 5}},
-         {{0, 30}, {1, 10}, {2, 20}}},
-    };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.what);
-        GTable<GIPCQueueAddress> registrations;
-        for (const GIPCQueueAddress& registration : row.registrations) registrations.Append(registration);
-        std::vector<std::pair<long, long>> found;
-        for (const Listener& listener : Listeners::Merge(registrations)) {
+         {{0, 30}, {1, 10}, {2, 20}}}};
+    for (const auto& [what, registrations, expected] : rows) {
+        Found found;
+        for (const Listener& listener : Listeners::Merge(registrations))
             found.emplace_back(listener.session, listener.processID);
-        }
-        EXPECT_EQ(found, row.expected);
+        EXPECT_EQ(found, expected) << what;
     }
 }
 

@@ -1,9 +1,6 @@
 #include "tools/quillonctl/Rollback.h"
 
-#include <gmock/gmock.h>
-
-#include <stdexcept>
-
+#include "tests/Testing.h"
 #include "tools/machine/Failure.h"
 
 namespace {
@@ -11,8 +8,7 @@ namespace {
 using testing::ElementsAre;
 using Log = std::vector<std::wstring>;
 
-class RollbackTest : public testing::Test {
-protected:
+struct RollbackTest : testing::Test {
     Rollback::Reporter Report() {
         return [this](const std::wstring& text) { mLog.push_back(text); };
     }

@@ -1,7 +1,4 @@
-#include <gmock/gmock.h>
-
-#include <tuple>
-
+#include "tests/Testing.h"
 #include "tools/quillonctl/Drivers.h"
 #include "tools/quillonctl/Printers.h"
 
@@ -10,28 +7,18 @@ namespace {
 using Names = std::vector<std::wstring>;
 
 TEST(Printers, SplitsTheListOfAPooledPrintersPorts) {
-    const std::tuple<const char*, const wchar_t*, Names> rows[] = {
-        {"nothing", L"", {}},
-        {"one port", L"LPT1:", {L"LPT1:"}},
-        {"two ports", L"LPT1:,QuillonPDFPort:", {L"LPT1:", L"QuillonPDFPort:"}},
-        {"blanks around", L" LPT1: , C:\\a b.txt ", {L"LPT1:", L"C:\\a b.txt"}},
-        {"empty parts", L",LPT1:,, ,", {L"LPT1:"}},
-    };
-    for (const auto& [what, list, expected] : rows) EXPECT_EQ(SplitPortList(list), expected) << what;
+    EXPECT_EQ(SplitPortList(L""), Names());
+    EXPECT_EQ(SplitPortList(L" LPT1: , C:\\a b.txt ,QuillonPDFPort:"),
+              (Names{L"LPT1:", L"C:\\a b.txt", L"QuillonPDFPort:"}));
+    EXPECT_EQ(SplitPortList(L",LPT1:,, ,"), Names{L"LPT1:"});
 }
 
 TEST(Printers, KnowsOurPortInWhateverCaseAndPlace) {
-    const std::tuple<const char*, Names, bool> rows[] = {
-        {"ours", {L"QuillonPDFPort:"}, true},
-        {"in upper case", {L"QUILLONPDFPORT:"}, true},
-        {"one of a pool", {L"LPT1:", L"QuillonPDFPort:"}, true},
-        {"without the colon", {L"QuillonPDFPort"}, false},
-        {"a longer name", {L"QuillonPDFPort:2"}, false},
-        {"another port", {L"LPT1:"}, false},
-        {"no port", {}, false},
-    };
-    for (const auto& [what, ports, ours] : rows)
-        EXPECT_EQ((PrinterInfo{L"P", ports, L"D"}).IsOnOurPort(), ours) << what;
+    const auto isOurs = [](const Names& ports) { return PrinterInfo{L"P", ports, L"D"}.IsOnOurPort(); };
+    for (const Names& ports : {Names{L"QUILLONPDFPORT:"}, Names{L"LPT1:", L"QuillonPDFPort:"}})
+        EXPECT_TRUE(isOurs(ports)) << testing::PrintToString(ports);
+    EXPECT_FALSE(isOurs({L"QuillonPDFPort", L"QuillonPDFPort:2", L"LPT1:"}));
+    EXPECT_FALSE(isOurs({}));
 }
 
 TEST(Drivers, TellsThoseOfWindowsFromOthersThatMakePostScript) {

@@ -1,10 +1,6 @@
 #include "tools/quillonctl/Status.h"
 
-#include <gmock/gmock.h>
-
-#include <functional>
-#include <tuple>
-
+#include "tests/core/TextForTests.h"
 #include "tools/console/Console.h"
 
 namespace {
@@ -35,8 +31,7 @@ TEST(StatusFacts, IsReadyOnlyWithEverythingThatAJobNeeds) {
         {"port missing", [](StatusFacts& f) { f.portFound.value = false; }, false},
         {"port unknown", [](StatusFacts& f) { f.portFound.problem = L"x"; }, false},
         {"no printer", [](StatusFacts& f) { f.printers.value.clear(); }, false},
-        {"printers unknown", [](StatusFacts& f) { f.printers.problem = L"x"; }, false},
-    };
+        {"printers unknown", [](StatusFacts& f) { f.printers.problem = L"x"; }, false}};
     for (const auto& [what, change, ready] : rows) {
         SCOPED_TRACE(what);
         StatusFacts facts = MakeReadyFacts();
@@ -52,6 +47,7 @@ TEST(StatusFacts, ShowsEachFactInItsRow) {
                              {2, 99, false},
                              {0, 12, true},
                              {-1, 13, true},
+                             // Two whom nobody tells.
                              {1, 14, true, L"printerprocessorwin.exe"},
                              {1, 15, true, L""}};
     EXPECT_EQ(ToUTF8(facts.Format()),
@@ -93,19 +89,13 @@ TEST(StatusFacts, GathersWithoutThrowingOnAnyMachine) {
 }
 
 TEST(FormatByteCount, TakesTheLargestUnitAndCutsTheRest) {
-    const std::tuple<unsigned long long, const wchar_t*> rows[] = {{0, L"0 bytes"},
-                                                                   {1023, L"1023 bytes"},
-                                                                   {1024, L"1.0 KB"},
-                                                                   {1535, L"1.4 KB"},
-                                                                   {1536, L"1.5 KB"},
-                                                                   {1048575, L"1023.9 KB"},
-                                                                   {1048576, L"1.0 MB"},
-                                                                   {1073741823, L"1023.9 MB"},
-                                                                   {1073741824, L"1.0 GB"},
-                                                                   {1099511627776, L"1.0 TB"},
-                                                                   {1152921504606846975, L"1023.9 PB"},
-                                                                   {18446744073709551615u, L"15.9 EB"}};
-    for (const auto& [bytes, expected] : rows) EXPECT_EQ(FormatByteCount(bytes), expected) << bytes;
+    ForEachRow<2>(
+        {"0 -> 0 bytes", "1023 -> 1023 bytes", "1024 -> 1.0 KB", "1535 -> 1.4 KB", "1536 -> 1.5 KB",
+         "1048575 -> 1023.9 KB", "1048576 -> 1.0 MB", "1073741823 -> 1023.9 MB", "1073741824 -> 1.0 GB",
+         "1099511627776 -> 1.0 TB", "1152921504606846975 -> 1023.9 PB", "18446744073709551615 -> 15.9 EB"},
+        [](auto bytes, auto text) {
+            EXPECT_EQ(ToUTF8(FormatByteCount(std::strtoull(bytes.data(), nullptr, 10))), text);
+        });
 }
 
 }  // namespace

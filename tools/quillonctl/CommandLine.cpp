@@ -65,19 +65,19 @@ void Describe(CLI::App& app, CommandLine& result, Values& values) {
     app.footer(
         "Exit codes: 0 done, 1 failed (status: not ready to print), 2 wrong command line.\n"
         "'quillonctl help COMMAND' tells a command's options.");
-    CLI::App& install = AddCommand(app, result, Command::Install, "install",
+    CLI::App& install = AddCommand(app, result, Command::cInstall, "install",
                                    "install the port monitor and a printer on its port");
     AddOption(install, "--printer", "NAME", values.printer, "the printer's name");
     AddOption(install, "--driver", "NAME", values.driver, "the PostScript driver of the new printer");
     AddOption(install, "--ppd", "FILE", values.ppd, "under Wine: make the driver from this description");
     AddOption(install, "--dll", "FILE", values.library,
               "the monitor's library, else the one beside this program");
-    AddCommand(app, result, Command::Uninstall, "uninstall",
+    AddCommand(app, result, Command::cUninstall, "uninstall",
                "remove what install has added, and nothing else");
-    AddCommand(app, result, Command::Status, "status", "tell what is installed; 0 when jobs can be printed");
-    AddCommand(app, result, Command::Jobs, "jobs", "list the job files and what they say of themselves");
+    AddCommand(app, result, Command::cStatus, "status", "tell what is installed; 0 when jobs can be printed");
+    AddCommand(app, result, Command::cJobs, "jobs", "list the job files and what they say of themselves");
     CLI::App& page =
-        AddCommand(app, result, Command::TestPage, "testpage", "print a page on a printer of the port");
+        AddCommand(app, result, Command::cTestPage, "testpage", "print a page on a printer of the port");
     AddOption(page, "--printer", "NAME", values.printer, "the printer's name");
 }
 

@@ -3,12 +3,12 @@
 #include <string>
 #include <vector>
 
-enum class Command { ShowPage, Install, Uninstall, Status, Jobs, TestPage };
+enum class Command { cShowPage, cInstall, cUninstall, cStatus, cJobs, cTestPage };
 
 /// CommandLine: what the administrator asked for. A text that was not given is empty; none that was
 /// given is.
 struct CommandLine {
-    Command command = Command::ShowPage;
+    Command command = Command::cShowPage;
     std::wstring printer;
     std::wstring driver;
     std::wstring ppd;

@@ -14,21 +14,21 @@ constexpr const char* cProductKey = "SOFTWARE\\Quillon\\Port Monitor";
 constexpr const char* cRecordKey = "SOFTWARE\\Quillon\\Port Monitor\\Installed";
 
 constexpr InstallRecord::Kind cAllKinds[] = {
-    InstallRecord::Kind::Library, InstallRecord::Kind::Monitor, InstallRecord::Kind::PortKey,
-    InstallRecord::Kind::Driver,  InstallRecord::Kind::Printer,
+    InstallRecord::Kind::cLibrary, InstallRecord::Kind::cMonitor, InstallRecord::Kind::cPortKey,
+    InstallRecord::Kind::cDriver,  InstallRecord::Kind::cPrinter,
 };
 
 const char* GetLeaf(InstallRecord::Kind kind) {
     switch (kind) {
-        case InstallRecord::Kind::Library:
+        case InstallRecord::Kind::cLibrary:
             return "\\Libraries";
-        case InstallRecord::Kind::Monitor:
+        case InstallRecord::Kind::cMonitor:
             return "\\Monitors";
-        case InstallRecord::Kind::PortKey:
+        case InstallRecord::Kind::cPortKey:
             return "\\PortKeys";
-        case InstallRecord::Kind::Driver:
+        case InstallRecord::Kind::cDriver:
             return "\\Drivers";
-        case InstallRecord::Kind::Printer:
+        case InstallRecord::Kind::cPrinter:
             break;
     }
     return "\\Printers";

@@ -12,7 +12,7 @@
 /// Names are compared without regard to case. Throws a Failure when the registry refuses.
 class InstallRecord {
 public:
-    enum class Kind { Library, Monitor, PortKey, Driver, Printer };
+    enum class Kind { cLibrary, cMonitor, cPortKey, cDriver, cPrinter };
     struct Entry {
         std::wstring name;
         /// What else is needed to remove it: of a driver the description file made for it, or empty.

@@ -68,13 +68,13 @@ void Installation::CopyLibrary() {
     LibraryFile::Copy(mSource, mTarget);
     mRollback.AddUndo(L"the copied library", [target = mTarget] {
         LibraryFile::Remove(target);
-        InstallRecord::Remove(Kind::Library, target);
+        InstallRecord::Remove(Kind::cLibrary, target);
     });
-    InstallRecord::Add(Kind::Library, mTarget);
+    InstallRecord::Add(Kind::cLibrary, mTarget);
 }
 
 void Installation::ReplaceLibrary() {
-    if (!InstallRecord::Contains(Kind::Library, mTarget)) {
+    if (!InstallRecord::Contains(Kind::cLibrary, mTarget)) {
         throw Failure(L"Another " + mTarget +
                       L" is there, which this program did not install. Remove it first.");
     }
@@ -99,9 +99,9 @@ void Installation::RegisterMonitor() {
     MonitorRegistry::Register();
     mRollback.AddUndo(L"the registered port monitor", [] {
         MonitorRegistry::Unregister();
-        InstallRecord::Remove(Kind::Monitor, Product::cMonitorName);
+        InstallRecord::Remove(Kind::cMonitor, Product::cMonitorName);
     });
-    InstallRecord::Add(Kind::Monitor, Product::cMonitorName);
+    InstallRecord::Add(Kind::cMonitor, Product::cMonitorName);
     Say(std::wstring(L"Registered the port monitor '") + Product::cMonitorName + L"'.");
 }
 
@@ -110,9 +110,9 @@ void Installation::MakePortKey() {
     MonitorRegistry::AddPortKey();
     mRollback.AddUndo(L"the port's registry key", [] {
         MonitorRegistry::RemovePortKey();
-        InstallRecord::Remove(Kind::PortKey, Product::cPortName);
+        InstallRecord::Remove(Kind::cPortKey, Product::cPortName);
     });
-    InstallRecord::Add(Kind::PortKey, Product::cPortName);
+    InstallRecord::Add(Kind::cPortKey, Product::cPortName);
     Say(std::wstring(L"Made the registry key of the port ") + Product::cPortName);
 }
 
@@ -136,9 +136,9 @@ void Installation::InstallPrinter() {
     Printers::Add(mPrinterName, driver);
     mRollback.AddUndo(L"the added printer", [name = mPrinterName] {
         Printers::Remove(name);
-        InstallRecord::Remove(Kind::Printer, name);
+        InstallRecord::Remove(Kind::cPrinter, name);
     });
-    InstallRecord::Add(Kind::Printer, mPrinterName);
+    InstallRecord::Add(Kind::cPrinter, mPrinterName);
     Say(L"Added the printer '" + mPrinterName + L"' with the driver '" + driver + L"'.");
 }
 
@@ -174,9 +174,9 @@ std::wstring Installation::InstallDriverForWine() {
     mRollback.AddUndo(L"the installed printer driver", [name, description] {
         Drivers::Remove(name);
         LibraryFile::Remove(description);
-        InstallRecord::Remove(Kind::Driver, name);
+        InstallRecord::Remove(Kind::cDriver, name);
     });
-    InstallRecord::Add(Kind::Driver, name, description);
+    InstallRecord::Add(Kind::cDriver, name, description);
     Say(L"Installed the printer driver '" + name + L"'.");
     return name;
 }
@@ -219,9 +219,9 @@ bool Installation::TakeDriverFromStore(const std::wstring& name) {
     }
     mRollback.AddUndo(L"the installed printer driver", [name] {
         Drivers::Remove(name);
-        InstallRecord::Remove(Kind::Driver, name);
+        InstallRecord::Remove(Kind::cDriver, name);
     });
-    InstallRecord::Add(Kind::Driver, name);
+    InstallRecord::Add(Kind::cDriver, name);
     Say(L"Installed the printer driver '" + name + L"' from the driver store.");
     return true;
 }

@@ -10,6 +10,7 @@
 #include "framework/system/GSessionInfo.h"
 #include "monitor/handoff/GPPHandOffScope.h"
 #include "monitor/handoff/GPPIPCManager.h"
+#include "monitor/handoff/GPPJobNotification.h"
 #include "platform/win32/base/PWin32Api.h"
 #include "platform/win32/base/PWin32ScopedHandle.h"
 #include "platform/win32/core/PWin32Wide.h"
@@ -64,13 +65,12 @@ std::vector<Listener> ReadListeners() {
     std::vector<Listener> listeners = Listeners::Merge(GetRegistrations(budget));
     // Asked for in the same way as the monitor does.
     GTable<std::int32_t> told;
-    GProcessInfo::GetInstance()->GetProcessIDs(
-        FromWide(Product::cListenerName, ::lstrlenW(Product::cListenerName)), told, false);
+    GProcessInfo::GetInstance()->GetProcessIDs(GPPJobNotification::cListenerName, told, false);
     for (Listener& listener : listeners) {
         FindSession(listener);
         listener.isListening = IsListening(listener.processID);
         if (!told.Has(static_cast<std::int32_t>(listener.processID)))
-            listener.program = FindProgram(listener.processID);
+            listener.otherProgram = FindProgram(listener.processID);
     }
     std::ranges::sort(listeners, ComesBefore);
     return listeners;
@@ -79,7 +79,7 @@ std::vector<Listener> ReadListeners() {
 }  // namespace
 
 bool Listener::IsTold() const {
-    return isListening && program == Product::cListenerName;
+    return isListening && !otherProgram;
 }
 
 std::wstring Listener::Format() const {
@@ -88,7 +88,8 @@ std::wstring Listener::Format() const {
     std::wstring line = place + L": process " + std::to_wstring(processID);
     if (!isListening) return line + L", no longer listening";
     if (IsTold()) return line;
-    return line + L", not told: the program's name is " + (program.empty() ? L"unknown" : program);
+    const std::wstring name = otherProgram->empty() ? L"unknown" : *otherProgram;
+    return line + L", not told: the program's name is " + name;
 }
 
 std::vector<Listener> Listeners::GetAll() {

@@ -1,20 +1,20 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "framework/core/containers/GTable.h"
 #include "framework/ipc/GIPCQueueAddress.h"
-#include "tools/quillonctl/Product.h"
 
 /// A process that has registered for the notifications of printed jobs.
 struct Listener {
     long session = 0;  // -1 when the system does not tell
     long processID = 0;
     bool isListening = true;  // false: it has ended, or left a broken queue, without signing off
-    /// File name of its program, empty when the system does not tell. The monitor tells a process of
-    /// exactly one name.
-    std::wstring program = Product::cListenerName;
+    /// File name of its program, when that is another than the one whose processes the monitor tells; empty
+    /// when the system does not tell it.
+    std::optional<std::wstring> otherProgram = std::nullopt;
 
     bool IsTold() const;
     /// One line without a line end.

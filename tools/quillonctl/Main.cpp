@@ -26,21 +26,21 @@ ExitCode ShowStatus() {
 
 ExitCode Run(const CommandLine& wishes) {
     switch (wishes.command) {
-        case Command::ShowPage:
+        case Command::cShowPage:
             Console::Write(wishes.page);
             break;
-        case Command::Install:
+        case Command::cInstall:
             Installation(wishes).Run();
             break;
-        case Command::Uninstall:
+        case Command::cUninstall:
             Removal::Run();
             break;
-        case Command::Status:
+        case Command::cStatus:
             return ShowStatus();
-        case Command::Jobs:
+        case Command::cJobs:
             Console::Write(JobList::Gather(SpoolerHost::GetJobFolder()).Format());
             break;
-        case Command::TestPage:
+        case Command::cTestPage:
             TestPage::Print(wishes.printer);
             break;
     }

@@ -8,8 +8,6 @@ struct Product {
     static constexpr const wchar_t* cLibraryName = L"QuillonPortMonitor64.dll";
     static constexpr const wchar_t* cPrinterName = L"Quillon PDF";
     static constexpr const wchar_t* cWineDriverName = L"Quillon PostScript";
-    /// The program that is told of jobs; the letters' case counts.
-    static constexpr const wchar_t* cListenerName = L"PrinterProcessorWin.exe";
     /// The spooler's name of the only environment that the library can run in.
     static constexpr const wchar_t* cEnvironment = L"Windows x64";
 };

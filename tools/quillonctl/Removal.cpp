@@ -24,10 +24,10 @@ void Say(const std::wstring& text) {
 
 // Checked before anything is touched: without its monitor such a printer would be dead.
 void CheckNoForeignPrinterNeedsTheMonitor() {
-    if (!InstallRecord::Contains(Kind::Monitor, Product::cMonitorName)) return;
+    if (!InstallRecord::Contains(Kind::cMonitor, Product::cMonitorName)) return;
     std::wstring names;
     for (const PrinterInfo& printer : Printers::GetOnOurPort()) {
-        if (!InstallRecord::Contains(Kind::Printer, printer.name)) names += L"\n  " + printer.name;
+        if (!InstallRecord::Contains(Kind::cPrinter, printer.name)) names += L"\n  " + printer.name;
     }
     if (!names.empty()) {
         throw Failure(
@@ -103,11 +103,11 @@ void Removal::Run() {
         return;
     }
     CheckNoForeignPrinterNeedsTheMonitor();
-    RemoveAll(Kind::Printer, RemovePrinter);
-    RemoveAll(Kind::PortKey, RemovePortKey);
-    RemoveAll(Kind::Monitor, RemoveMonitor);
-    RemoveAll(Kind::Library, RemoveLibrary);
+    RemoveAll(Kind::cPrinter, RemovePrinter);
+    RemoveAll(Kind::cPortKey, RemovePortKey);
+    RemoveAll(Kind::cMonitor, RemoveMonitor);
+    RemoveAll(Kind::cLibrary, RemoveLibrary);
     // The spooler may hold a driver for a while after its last printer has gone; nothing else waits for that.
-    RemoveAll(Kind::Driver, RemoveDriver);
+    RemoveAll(Kind::cDriver, RemoveDriver);
     Say(L"Done.");
 }
