@@ -79,47 +79,23 @@ Job FindJobOnPort(const std::wstring& port, LPCWSTR document) {
     return found;
 }
 
-class Forwarder {
-public:
-    /// The table for the spooler, or null when the real monitor cannot be had.
-    MONITOR2* Attach(MONITORINIT* init, HANDLE* monitor) {
-        if (mReal == nullptr && !LoadReal(init)) return nullptr;
-        *monitor = mMonitor;
-        return &mTable;
-    }
-    BOOL OpenPort(HANDLE monitor, LPWSTR name, HANDLE* port) {
-        mPort = name != nullptr ? name : L"";
-        return mReal->pfnOpenPort(monitor, name, port);
-    }
-    BOOL StartDocument(HANDLE port, LPWSTR printer, DWORD id, DWORD level, BYTE* info) {
-        if (printer != nullptr) return mReal->pfnStartDocPort(port, printer, id, level, info);
-        const auto* document = reinterpret_cast<const DOC_INFO_1W*>(info);
-        Job job = FindJobOnPort(mPort, document != nullptr ? document->pDocName : nullptr);
-        return mReal->pfnStartDocPort(port, job.printer.empty() ? nullptr : job.printer.data(),
-                                      id != 0 ? id : job.id, level, info);
-    }
-
-private:
-    bool LoadReal(MONITORINIT* init);
-
-    MONITOR2* mReal = nullptr;
-    MONITOR2 mTable = {};
-    HANDLE mMonitor = nullptr;
-    std::wstring mPort;
-};
-
 /// Never destroyed: the module stays loaded until its process ends.
-Forwarder& TheForwarder() {
-    static Forwarder& forwarder = *new Forwarder;
-    return forwarder;
-}
+MONITOR2* sReal = nullptr;
+MONITOR2 sTable = {};
+HANDLE sMonitor = nullptr;
+std::wstring& sPort = *new std::wstring;
 
 BOOL WINAPI ForwardOpenPort(HANDLE monitor, LPWSTR name, HANDLE* port) {
-    return TheForwarder().OpenPort(monitor, name, port);
+    sPort = name != nullptr ? name : L"";
+    return sReal->pfnOpenPort(monitor, name, port);
 }
 
 BOOL WINAPI ForwardStartDocPort(HANDLE port, LPWSTR printer, DWORD id, DWORD level, BYTE* info) {
-    return TheForwarder().StartDocument(port, printer, id, level, info);
+    if (printer != nullptr) return sReal->pfnStartDocPort(port, printer, id, level, info);
+    const auto* document = reinterpret_cast<const DOC_INFO_1W*>(info);
+    Job job = FindJobOnPort(sPort, document != nullptr ? document->pDocName : nullptr);
+    return sReal->pfnStartDocPort(port, job.printer.empty() ? nullptr : job.printer.data(),
+                                  id != 0 ? id : job.id, level, info);
 }
 
 // Wine shuts the monitor down after every job, Windows only when the spooler stops.
@@ -141,18 +117,18 @@ std::wstring RealDriver(const MONITORINIT* init) {
     return name;
 }
 
-bool Forwarder::LoadReal(MONITORINIT* init) {
+bool LoadReal(MONITORINIT* init) {
     using Initialize = MONITOR2*(WINAPI*)(MONITORINIT*, HANDLE*);
     const HMODULE module = ::LoadLibraryW(RealDriver(init).c_str());
     if (module == nullptr) return false;
     const FARPROC entry = ::GetProcAddress(module, "InitializePrintMonitor2");
     const auto initialize = reinterpret_cast<Initialize>(reinterpret_cast<void*>(entry));
-    mReal = initialize != nullptr ? initialize(init, &mMonitor) : nullptr;
-    if (mReal == nullptr) return false;
-    ::CopyMemory(&mTable, mReal, mReal->cbSize < sizeof mTable ? mReal->cbSize : sizeof mTable);
-    mTable.pfnOpenPort = &ForwardOpenPort;
-    mTable.pfnStartDocPort = &ForwardStartDocPort;
-    mTable.pfnShutdown = &IgnoreShutdown;
+    sReal = initialize != nullptr ? initialize(init, &sMonitor) : nullptr;
+    if (sReal == nullptr) return false;
+    ::CopyMemory(&sTable, sReal, sReal->cbSize < sizeof sTable ? sReal->cbSize : sizeof sTable);
+    sTable.pfnOpenPort = &ForwardOpenPort;
+    sTable.pfnStartDocPort = &ForwardStartDocPort;
+    sTable.pfnShutdown = &IgnoreShutdown;
     StayLoaded();
     return true;
 }
@@ -161,5 +137,7 @@ bool Forwarder::LoadReal(MONITORINIT* init) {
 
 extern "C" __declspec(dllexport) MONITOR2* WINAPI
     InitializePrintMonitor2(MONITORINIT* init, HANDLE* monitor) {
-    return TheForwarder().Attach(init, monitor);
+    if (sReal == nullptr && !LoadReal(init)) return nullptr;
+    *monitor = sMonitor;
+    return &sTable;
 }

@@ -10,44 +10,32 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cwchar>
+#include <functional>
 #include <map>
 #include <random>
 #include <string>
 
 #include "platform/win32/base/PWin32Api.h"
 #include "platform/win32/base/PWin32ScopedHandle.h"
+#include "tests/ipc/RawSegment.h"
 
 namespace {
-
-using KernelHandle = PWin32ScopedHandle<PWin32KernelHandle>;
 
 constexpr long cRegistryBytes = 8208;
 constexpr long cQueueBytes = 32772;
 
-/// A segment and its lock, made when they are missing. Both stay open to everybody and for good.
+/// A segment and its lock, made when they are missing. Both stay open for good.
 class Target {
 public:
-    Target(const std::string& path, const std::string& identifier, long size) {
-        SECURITY_DESCRIPTOR everybody{};
-        SECURITY_ATTRIBUTES attributes{sizeof attributes, &everybody, FALSE};
-        ::InitializeSecurityDescriptor(&everybody, SECURITY_DESCRIPTOR_REVISION);
-        ::SetSecurityDescriptorDacl(&everybody, TRUE, nullptr, FALSE);
-        mLock = KernelHandle(::CreateMutexA(&attributes, FALSE, ("Global\\QulShL" + identifier).c_str()));
-        mMapping = KernelHandle(::CreateFileMappingA(INVALID_HANDLE_VALUE, &attributes, PAGE_READWRITE, 0,
-                                                     static_cast<DWORD>(size),
-                                                     (path + "QulShD" + identifier).c_str()));
-        void* const view = ::MapViewOfFile(mMapping.Get(), FILE_MAP_ALL_ACCESS, 0, 0, 0);
-        MEMORY_BASIC_INFORMATION region{};
-        if (view == nullptr || ::VirtualQuery(view, &region, sizeof region) == 0) return;
-        mView = PWin32ScopedHandle<PWin32MappedView>(view);
-        mCount = static_cast<long>(region.RegionSize / sizeof(LONG));
-    }
+    Target(const std::string& path, const std::string& identifier, long size)
+        : mLock(::CreateMutexA(nullptr, FALSE, ("Global\\QulShL" + identifier).c_str())),
+          mSegment(RawSegment::Make(path, "QulShD" + identifier, size)) {}
 
     void Write(long index, long word) {
-        if (index >= 0 && index < mCount) static_cast<volatile LONG*>(mView.Get())[index] = word;
+        if (Has(index)) mSegment->SetWord(4 * index, static_cast<std::uint32_t>(word));
     }
     long Read(long index) const {
-        return index < mCount ? static_cast<const volatile LONG*>(mView.Get())[index] : 0;
+        return Has(index) ? static_cast<std::int32_t>(mSegment->GetWord(4 * index)) : 0;
     }
     void Hold(DWORD milliseconds) {
         if (::WaitForSingleObject(mLock.Get(), 1000) == WAIT_TIMEOUT) return;
@@ -56,10 +44,10 @@ public:
     }
 
 private:
-    KernelHandle mLock;
-    KernelHandle mMapping;
-    PWin32ScopedHandle<PWin32MappedView> mView;
-    long mCount = 0;  // words of the view
+    bool Has(long index) const { return mSegment && index >= 0 && index < mSegment->GetSize() / 4; }
+
+    PWin32ScopedHandle<PWin32KernelHandle> mLock;
+    std::unique_ptr<RawSegment> mSegment;
 };
 
 class Vandal {
@@ -68,30 +56,20 @@ public:
 
     void Act() {
         const std::string& path = mPaths[Below(2)];
-        switch (Below(12)) {
-            case 0:
-                return Spoil(Registry(path), cRegistryBytes);
-            case 1:
-                return Mend(Registry(path), 3, 12);
-            case 2:
-            case 3:
-                return Enter(Registry(path), Below(4) == 0 ? 1024 : Below(8));
-            case 4:
-                return Spoil(OwnQueue(path), cQueueBytes);
-            case 5:
-                return Mend(OwnQueue(path), 2, 8);
-            case 6:
-                return Fill(OwnQueue(path));
-            case 7:
-            case 8:
-                return SpoilSomebodys(path);
-            case 9:
-                return Registry(path).Hold(Below(20) == 0 ? 6000 : Below(200));
-            case 10:
-                return OwnQueue(path).Hold(Below(20) == 0 ? 6000 : Below(200));
-            default:
-                ::Sleep(Below(50));
-        }
+        const std::function<void()> actions[] = {
+            [&] { Spoil(Registry(path), cRegistryBytes); },
+            [&] { Mend(Registry(path), 3, 12); },
+            [&] { Enter(Registry(path), Below(4) == 0 ? 1024 : Below(8)); },
+            [&] { Enter(Registry(path), Below(8)); },
+            [&] { Spoil(OwnQueue(path), cQueueBytes); },
+            [&] { Mend(OwnQueue(path), 2, 8); },
+            [&] { Fill(OwnQueue(path)); },
+            [&] { SpoilSomebodys(path); },
+            [&] { SpoilSomebodys(path); },
+            [&] { Registry(path).Hold(Below(20) == 0 ? 6000 : Below(200)); },
+            [&] { OwnQueue(path).Hold(Below(20) == 0 ? 6000 : Below(200)); },
+            [&] { ::Sleep(Below(50)); }};
+        actions[Below(static_cast<long>(std::size(actions)))]();
     }
 
     /// A registry of another version is refused by design, so what is left behind bears the known one.
@@ -112,9 +90,8 @@ private:
     }
     Target& Registry(const std::string& path) { return Get(path, "GIPC_PP", cRegistryBytes); }
     Target& Queue(const std::string& path, long processID, long registrationID) {
-        char identifier[40];
-        std::snprintf(identifier, sizeof identifier, "P%ldMQ%ld", processID, registrationID);
-        return Get(path, identifier, cQueueBytes);
+        return Get(path, "P" + std::to_string(processID).append("MQ").append(std::to_string(registrationID)),
+                   cQueueBytes);
     }
     Target& OwnQueue(const std::string& path) { return Queue(path, GetOwnID(), Below(4)); }
     static long GetOwnID() { return static_cast<long>(::GetCurrentProcessId()); }

@@ -2,7 +2,7 @@
 //
 //     PrintPage.exe <printer> <document name> [<pages>]
 //
-// Each page has a heading, lines of text with letters outside ASCII, a ruled box and its page number.
+// Each page has a heading, lines of text with letters outside ASCII, a box and its page number.
 #include <cstdio>
 #include <cstdlib>
 #include <string>
@@ -11,52 +11,33 @@
 
 namespace {
 
-class Page {
-public:
-    explicit Page(HDC device) : mDevice(device), mDotsPerInch(::GetDeviceCaps(device, LOGPIXELSY)) {}
+/// Coordinates and sizes are in points from here on, from the upper left corner of the paper.
+void CountInPoints(HDC device) {
+    ::SetMapMode(device, MM_ANISOTROPIC);
+    ::SetWindowExtEx(device, 72, 72, nullptr);
+    ::SetViewportExtEx(device, ::GetDeviceCaps(device, LOGPIXELSX), ::GetDeviceCaps(device, LOGPIXELSY),
+                       nullptr);
+}
 
-    /// `left` and `top` in points from the edge of the paper.
-    void Text(int left, int top, int points, const std::wstring& text) const {
-        const HFONT font = ::CreateFontW(-Dots(points), 0, 0, 0, FW_NORMAL, FALSE, FALSE, FALSE,
-                                         DEFAULT_CHARSET, OUT_DEFAULT_PRECIS, CLIP_DEFAULT_PRECIS,
-                                         DEFAULT_QUALITY, DEFAULT_PITCH | FF_SWISS, L"DejaVu Sans");
-        const HGDIOBJ before = ::SelectObject(mDevice, font);
-        ::TextOutW(mDevice, Dots(left), Dots(top), text.c_str(), static_cast<int>(text.size()));
-        ::SelectObject(mDevice, before);
-        ::DeleteObject(font);
-    }
-    void Line(int fromX, int fromY, int toX, int toY) const {
-        const HPEN pen = ::CreatePen(PS_SOLID, Dots(1), RGB(0, 0, 0));
-        const HGDIOBJ before = ::SelectObject(mDevice, pen);
-        ::MoveToEx(mDevice, Dots(fromX), Dots(fromY), nullptr);
-        ::LineTo(mDevice, Dots(toX), Dots(toY));
-        ::SelectObject(mDevice, before);
-        ::DeleteObject(pen);
-    }
-    void Box(int left, int top, int right, int bottom) const {
-        Line(left, top, right, top);
-        Line(right, top, right, bottom);
-        Line(right, bottom, left, bottom);
-        Line(left, bottom, left, top);
-    }
+void Text(HDC device, int top, int size, const std::wstring& text) {
+    const HFONT font =
+        ::CreateFontW(-size, 0, 0, 0, FW_NORMAL, FALSE, FALSE, FALSE, DEFAULT_CHARSET, OUT_DEFAULT_PRECIS,
+                      CLIP_DEFAULT_PRECIS, DEFAULT_QUALITY, DEFAULT_PITCH | FF_SWISS, L"DejaVu Sans");
+    const HGDIOBJ before = ::SelectObject(device, font);
+    ::TextOutW(device, 72, top, text.c_str(), static_cast<int>(text.size()));
+    ::SelectObject(device, before);
+    ::DeleteObject(font);
+}
 
-private:
-    int Dots(int points) const { return ::MulDiv(points, mDotsPerInch, 72); }
-
-    HDC mDevice;
-    int mDotsPerInch;
-};
-
-void DrawLetter(const Page& page, const std::wstring& document, int number, int pages) {
-    page.Text(72, 72, 24, L"Quillon Port Monitor");
-    page.Line(72, 108, 523, 108);
-    page.Text(72, 126, 12, L"Document: " + document);
-    page.Text(72, 156, 12, L"Printed by a Windows program through GDI and the PostScript driver.");
-    page.Text(72, 180, 12, L"Grüße aus Köln: Äpfel, Öl, Übermut und Straße.");
-    page.Text(72, 204, 12, L"Total: 1.234,56 €");
-    page.Box(72, 240, 523, 340);
-    page.Text(90, 280, 14, L"The quick brown fox jumps over the lazy dog.");
-    page.Text(72, 780, 10, L"Page " + std::to_wstring(number) + L" of " + std::to_wstring(pages));
+void DrawLetter(HDC device, const std::wstring& document, int number, int pages) {
+    CountInPoints(device);
+    Text(device, 72, 24, L"Quillon Port Monitor");
+    Text(device, 126, 12, L"Document: " + document);
+    Text(device, 156, 12, L"Printed by a Windows program through GDI and the PostScript driver.");
+    Text(device, 180, 12, L"Grüße aus Köln: Äpfel, Öl, Übermut und Straße.");
+    Text(device, 204, 12, L"Total: 1.234,56 €");
+    ::Rectangle(device, 72, 240, 523, 340);
+    Text(device, 780, 10, L"Page " + std::to_wstring(number) + L" of " + std::to_wstring(pages));
 }
 
 bool Print(HDC device, const std::wstring& document, int pages) {
@@ -66,7 +47,7 @@ bool Print(HDC device, const std::wstring& document, int pages) {
     if (::StartDocW(device, &info) <= 0) return false;
     for (int number = 1; number <= pages; ++number) {
         if (::StartPage(device) <= 0) return false;
-        DrawLetter(Page(device), document, number, pages);
+        DrawLetter(device, document, number, pages);
         if (::EndPage(device) <= 0) return false;
     }
     return ::EndDoc(device) > 0;

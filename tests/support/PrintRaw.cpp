@@ -6,8 +6,8 @@
 // end it tells how long the slowest job took.
 #include <algorithm>
 #include <cstdio>
-#include <memory>
-#include <string>
+#include <filesystem>
+#include <fstream>
 #include <vector>
 
 #include "platform/win32/base/PWin32Api.h"
@@ -17,44 +17,22 @@
 
 namespace {
 
-constexpr std::size_t cBlockSize = 64 * 1024;
+constexpr std::streamsize cBlockSize = 64 * 1024;
 
-struct CloseFile {
-    void operator()(std::FILE* file) const noexcept { std::fclose(file); }
-};
-
-class Printer {
-public:
-    explicit Printer(wchar_t* name) {
-        HANDLE handle = nullptr;
-        if (::OpenPrinterW(name, &handle, nullptr)) mHandle.Reset(handle);
+/// Sends one job; false as soon as anything is refused.
+bool Print(HANDLE printer, wchar_t* document, std::istream& file) {
+    wchar_t raw[] = L"RAW";
+    DOC_INFO_1W info = {document, nullptr, raw};
+    if (::StartDocPrinterW(printer, 1, reinterpret_cast<BYTE*>(&info)) == 0) return false;
+    std::vector<char> block(cBlockSize);
+    bool sent = true;
+    while (sent && (file.read(block.data(), cBlockSize), file.gcount() > 0)) {
+        DWORD written = 0;
+        const auto count = static_cast<DWORD>(file.gcount());
+        sent = ::WritePrinter(printer, block.data(), count, &written) && written == count;
     }
-
-    bool IsOpen() const noexcept { return static_cast<bool>(mHandle); }
-
-    bool Print(wchar_t* document, std::FILE* file) const {
-        wchar_t raw[] = L"RAW";
-        DOC_INFO_1W info = {document, nullptr, raw};
-        if (::StartDocPrinterW(mHandle.Get(), 1, reinterpret_cast<BYTE*>(&info)) == 0) return false;
-        const bool sent = Send(file);
-        return ::EndDocPrinter(mHandle.Get()) && sent;
-    }
-
-private:
-    bool Send(std::FILE* file) const {
-        std::vector<char> block(cBlockSize);
-        for (;;) {
-            const std::size_t count = std::fread(block.data(), 1, block.size(), file);
-            if (count == 0) return std::ferror(file) == 0;
-            DWORD written = 0;
-            if (!::WritePrinter(mHandle.Get(), block.data(), static_cast<DWORD>(count), &written))
-                return false;
-            if (written != count) return false;
-        }
-    }
-
-    PWin32ScopedHandle<PWin32PrinterHandle> mHandle;
-};
+    return ::EndDocPrinter(printer) && sent;
+}
 
 }  // namespace
 
@@ -63,16 +41,17 @@ int wmain(int argc, wchar_t** argv) {
         std::fputs("usage: PrintRaw <printer> <document name> <file> [<document name> <file> ...]\n", stderr);
         return 2;
     }
-    const Printer printer(argv[1]);
-    if (!printer.IsOpen()) {
+    HANDLE opened = nullptr;
+    if (!::OpenPrinterW(argv[1], &opened, nullptr)) {
         std::fprintf(stderr, "PrintRaw: there is no printer %ls\n", argv[1]);
         return 1;
     }
+    const PWin32ScopedHandle<PWin32PrinterHandle> printer(opened);
     unsigned long long slowest = 0;
     for (int i = 2; i + 1 < argc; i += 2) {
         const unsigned long long start = ::GetTickCount64();
-        const std::unique_ptr<std::FILE, CloseFile> file(::_wfopen(argv[i + 1], L"rb"));
-        if (!file || !printer.Print(argv[i], file.get())) {
+        std::ifstream file(std::filesystem::path(argv[i + 1]), std::ios::binary);
+        if (!file || !Print(printer.Get(), argv[i], file)) {
             std::fprintf(stderr, "PrintRaw: %ls was not printed (error %lu)\n", argv[i + 1],
                          ::GetLastError());
             return 1;
