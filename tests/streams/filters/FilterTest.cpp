@@ -83,7 +83,7 @@ const struct {
     {"unhex", "both cases and white space", "0 1\n\taF\f9\r\0A > rest"s, "\x01\xAF\x9A"s},
     {"unhex", "an odd digit counts as the high one", "017>", "\x01\x70"s},
     {"unhex", "no end mark", "0102", "\x01\x02"s},
-    {"unhex", "an odd digit and no end mark", "01 2", "\x01\x20"s},
+    {"unhex", "an odd zero and no end mark", "01 0", "\x01\0"s},
     {"unhex", "a wrong byte", "010203g4>", "\x01\x02\x03"s, cInvalid},
     {"unhex", "a wrong byte behind many right ones", "000102030405060708090a0b0c0d0e0f10@",
      "\0\1\2\3\4\5\6\7\x08\x09\x0a\x0b\x0c\x0d\x0e\x0f\x10"s, cInvalid},
