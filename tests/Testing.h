@@ -20,3 +20,7 @@
 #include <tuple>
 #include <utility>
 #include <vector>
+
+// For texts with zero bytes in them.
+using namespace std::string_literals;
+using namespace std::string_view_literals;

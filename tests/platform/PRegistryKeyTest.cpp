@@ -9,8 +9,6 @@
 
 #include "platform/win32/base/PWin32Api.h"
 
-using namespace std::string_literals;
-
 namespace {
 
 constexpr unsigned long cAll = KEY_ALL_ACCESS;

@@ -3,9 +3,6 @@
 #include "tests/core/TextForTests.h"
 #include "tests/files/TestFolder.h"
 
-using namespace std::string_literals;
-using namespace std::string_view_literals;
-
 namespace {
 
 TEST(PRegistryData, SplitsMultiStringsOfBothWidths) {

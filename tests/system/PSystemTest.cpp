@@ -8,8 +8,6 @@
 
 namespace {
 
-using namespace std::string_view_literals;
-
 TEST(PSystem, FormatsHardwareAddresses) {
     // An adapter, dial-up, nearly dial-up, and what has not six bytes.
     ForEachRow<2>({"\x00\x1A\x2B\x3C\xFF\x5E -> 00:1a:2b:3c:ff:5eN"sv, "DEST\0\x01 -> 44:45:53:54:00:01M"sv,

@@ -8,8 +8,6 @@
 
 namespace {
 
-using namespace std::string_view_literals;
-
 constexpr double cInfinity = std::numeric_limits<double>::infinity();
 constexpr double cLargest = std::numeric_limits<double>::max();
 constexpr double cNaN = std::numeric_limits<double>::quiet_NaN();

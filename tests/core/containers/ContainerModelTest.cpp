@@ -266,9 +266,6 @@ TEST(ContainerModel, ADictionaryBehavesAsAMap) {
     DictModel<NumberKey>(1).Run(400000, 300);
     DictModel<NumberKey>(2).Run(200000, 5000);
     DictModel<TextKey>(3).Run(200000, 500);
-}
-
-TEST(ContainerModel, ADictionaryOfPoorHashesBehavesAsAMap) {
     DictModel<PoorKey>(4).Run(200000, 60);
     DictModel<PoorKey>(5).Run(100000, 8);
 }

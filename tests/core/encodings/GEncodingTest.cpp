@@ -4,9 +4,6 @@
 
 namespace {
 
-using namespace std::string_literals;
-using namespace std::string_view_literals;
-
 TEST(GEncoding, EachKnowsItsNameAndNoOther) {
     const std::pair<const GEncoding*, const char*> encodings[] = {
         {ASCII(), "ASCIIEncoding"},

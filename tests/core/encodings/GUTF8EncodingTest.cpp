@@ -4,8 +4,6 @@
 
 namespace {
 
-using namespace std::string_view_literals;
-
 // The rules for reading, one character at a time.
 Conversion ReadSlowly(std::string_view bytes) {
     Conversion read{u"", bytes.find('\0') == bytes.npos ? 1 : 2};

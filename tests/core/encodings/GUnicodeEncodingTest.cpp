@@ -6,9 +6,6 @@
 
 namespace {
 
-using namespace std::string_literals;
-using namespace std::string_view_literals;
-
 GCharCode CodeOf(std::u16string_view units) {
     GCharCode code;
     for (const char16_t unit : units) code += static_cast<unsigned short>(unit);

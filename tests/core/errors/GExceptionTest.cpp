@@ -127,13 +127,10 @@ TEST_F(GExceptionTest, IsBuiltAndCopiedWithItsNumberWhenThereIsNoMemory) {
     EXPECT_EQ(Full(language), u"Could not determine process number for %1");
 }
 
-TEST_F(GExceptionLocationTest, SaysWhatTheThreadWasDoing) {
+TEST_F(GExceptionLocationTest, SaysWhatTheThreadWasDoingInnermost) {
     const GExceptionLocation copying(40076, Path(u"C:/a/x.ps"), Path(u"//srv/s"));
     EXPECT_EQ(Full(GSimpleException(40068)), u"Copying C:\\a\\x.ps to \\\\srv\\s: Invalid path");
     EXPECT_EQ(Plain(GSimpleException(40068).GetDescription()), u"Invalid path");
-}
-
-TEST_F(GExceptionLocationTest, HasFourFormsOfWhichTheInnermostIsShown) {
     const GExceptionLocation number(2454);
     EXPECT_EQ(Full(GSimpleException(40068)), u"Could not read data from file: Invalid path");
     {

@@ -35,7 +35,7 @@ void ExpectForms(const Form& form, std::initializer_list<std::u16string_view> ro
 
 }  // namespace
 
-TEST(GPathNameConversions, ReadsAndWritesWin32Paths) {
+TEST(GPathNameConversions, ReadsAndWritesWin32PathsAndTheNamesOfShares) {
     const Form form = {&GPathName::SetWin32PathString, &GPathName::GetWin32PathString,
                        GPathName::ConvertNativeToPortable, GPathName::ConvertPortableToNative};
     ExpectForms(
@@ -45,6 +45,12 @@ TEST(GPathNameConversions, ReadsAndWritesWin32Paths) {
                u"\\\\.\\pipe\\x -> //./pipe/x -> \\\\.\\pipe\\x",
                u"\\\\srv\\share -> //srv/share -> \\\\srv\\share", u"C:/already -> C:/already -> C:\\already",
                u"C:x -> C:x -> C:x", u" ->  -> .", u". -> . -> ."});
+    const Form share = {&GPathName::SetUNCPathString, &GPathName::GetUNCPathString,
+                        GPathName::ConvertUNCSpecToPortable, GPathName::ConvertPortableToUNCSpec};
+    // Which keeps both slashes.
+    ExpectForms(share, {u"\\\\srv\\share\\x -> //srv/share/x -> \\\\srv\\share\\x",
+                        u"\\\\srv -> //srv -> \\\\srv", u"\\\\?\\UNC\\srv\\s -> //srv/s -> \\\\srv\\s",
+                        u"\\\\?\\UNC\\ -> // -> \\\\", u"\\\\?\\C:\\x -> C:/x -> C:\\x", u" ->  -> ."});
 }
 
 TEST(GPathNameConversions, HoldsTheNativeFormToBeWin32) {
@@ -77,14 +83,6 @@ TEST(GPathNameConversions, GivesTheSystemLongPathsLiterally) {
         {"a long share", u"//srv/s/" + Repeated(u'y', 292), u"\\\\?\\UNC\\srv\\s\\" + Repeated(u'y', 292)}};
     for (const auto& [what, portable, api] : rows)
         EXPECT_EQ(Plain(Path(portable).GetWin32APIPathString()), api) << what;
-}
-
-TEST(GPathNameConversions, KeepsBothSlashesOfUNCPaths) {
-    const Form form = {&GPathName::SetUNCPathString, &GPathName::GetUNCPathString,
-                       GPathName::ConvertUNCSpecToPortable, GPathName::ConvertPortableToUNCSpec};
-    ExpectForms(form, {u"\\\\srv\\share\\x -> //srv/share/x -> \\\\srv\\share\\x",
-                       u"\\\\srv -> //srv -> \\\\srv", u"\\\\?\\UNC\\srv\\s -> //srv/s -> \\\\srv\\s",
-                       u"\\\\?\\UNC\\ -> // -> \\\\", u"\\\\?\\C:\\x -> C:/x -> C:\\x", u" ->  -> ."});
 }
 
 TEST(GPathNameConversions, ReadsAndWritesDeviceIndependentPaths) {

@@ -11,7 +11,6 @@ namespace {
 
 using Operation = void (*)(GBuffer&);
 using Fields = std::vector<std::string>;
-using namespace std::string_view_literals;
 
 std::string After(Operation operation, std::string_view bytes) {
     GBuffer buffer = BufferOf(bytes);

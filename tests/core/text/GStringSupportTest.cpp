@@ -4,9 +4,6 @@
 
 namespace {
 
-using namespace std::string_literals;
-using namespace std::string_view_literals;
-
 using Units = std::vector<std::u16string>;
 
 Units Plain(const GTable<GString>& texts) {

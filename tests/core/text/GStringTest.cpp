@@ -6,9 +6,6 @@
 
 namespace {
 
-using namespace std::string_literals;
-using namespace std::string_view_literals;
-
 std::string NameOf(const GString& text) {
     return BytesOf(text.GetEncodingName());
 }
