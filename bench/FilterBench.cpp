@@ -20,7 +20,8 @@
 #include "framework/streams/rows/GPNGEncode.h"
 
 // Filters beside those of MuPDF, libtiff and libpng, in megabytes of plain data a second.
-// Arguments: mebibytes of each kind of data, 64 unless given; the start of the only filters' names to measure.
+// Arguments: mebibytes of each kind of data, 64 unless given; the start of the only filters' names to
+// measure.
 
 namespace {
 

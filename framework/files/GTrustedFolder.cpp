@@ -40,8 +40,11 @@ void Require(Fault fault) {
 GTrustedFolder::GTrustedFolder(const GPathName& path, bool make)
     : mPath(path), mWalk(std::make_unique<PFolderWalk>()) {
     const GExceptionLocation location(path);
-    const GString leaf = path.GetLeaf();
-    const GPathName above = path.GetBranch();
+    GString name = path.GetCrossPlatformString();
+    if (!path.HasLeaf() && !name.IsEmpty()) name.SetLength(name.GetLength() - 1);  // as in "C:/a/"
+    const GPathName folderPath(name);
+    const GString leaf = folderPath.GetLeaf();
+    const GPathName above = folderPath.GetBranch();
     if (make) GFileSystem::CreateFolder(above);
     PFolderWalk::Opened start = mWalk->OpenStart(above);
     const GPathName parent = mWalk->GetFacts(start).mFinalPath;

@@ -15,9 +15,8 @@ int main(int argc, char** argv) {
     for (const auto& entry : std::filesystem::directory_iterator(argv[1])) {
         if (entry.path().extension() != ".in") continue;
         const std::string name = entry.path().string();
-        const GEncoding* const encoding = name.find("utf16") != std::string::npos
-                                              ? GUnicodeEncoding::GetInstance()
-                                              : GUTF8Encoding::GetInstance();
+        const GEncoding* encoding = GUTF8Encoding::GetInstance();
+        if (name.find("utf16") != std::string::npos) encoding = GUnicodeEncoding::GetInstance();
         GPrefsText::Groups groups;
         if (!GPrefsFile::Read(GPathName(name.c_str()), encoding, groups))
             std::printf("damaged: %s\n", name.c_str());

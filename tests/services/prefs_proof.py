@@ -30,8 +30,8 @@ def rendered(tree):
         text += '\r\n' + quoted(group, ESCAPES) + '\r\n#BEGINDICT\r\n'
         text += ''.join(quoted(key, ESCAPES) + ' ' + quoted(value, ESCAPES) + '\r\n'
                         for key, value in values.items())
-        text += '#ENDDICT\r\n'
-    return text + '\r\n#ENDPREFS\r\n' if tree else text + '#ENDPREFS\r\n'
+        text += '#ENDDICT\r\n\r\n'
+    return text + '#ENDPREFS\r\n'
 
 
 def loosely(tree, dice):
@@ -80,6 +80,21 @@ def parsed(text):
     return tree
 
 
+def encoded(text, kind):
+    """In UTF-8 the framework writes and reads each half of a surrogate pair on its own."""
+    wide = text.encode('utf-16-le')
+    if kind == 'utf16':
+        return wide
+    halves = ''.join(chr(wide[i] | wide[i + 1] << 8) for i in range(0, len(wide), 2))
+    return halves.encode('utf-8', 'surrogatepass')
+
+
+def decoded(data, kind):
+    if kind == 'utf16':
+        return data.decode('utf-16')
+    return data.decode('utf-8', 'surrogatepass').encode('utf-16-le', 'surrogatepass').decode('utf-16-le')
+
+
 def some(units, dice, most):
     text = ''.join(dice.choice(units) for _ in range(dice.randrange(most)))
     return re.sub(r'\r\n|\n\r|\r|\n', '\r\n', text)  # a line end of any kind is kept as one of this kind
@@ -97,18 +112,17 @@ def main():
             kind = dice.choice(['utf8', 'utf16'])
             trees[f'{number}.{kind}'] = tree
             mark = '\ufeff' if kind == 'utf16' or dice.random() < 0.3 else ''
-            encoding = 'utf-16-le' if kind == 'utf16' else 'utf-8'
-            (folder / f'{number}.{kind}.in').write_bytes((mark + loosely(tree, dice)).encode(encoding))
+            (folder / f'{number}.{kind}.in').write_bytes(encoded(mark + loosely(tree, dice), kind))
         done = subprocess.run([sys.argv[1], name], capture_output=True, text=True)
         assert done.returncode == 0 and not done.stdout, done.stdout + done.stderr
         for stem, tree in trees.items():
+            kind = stem.split('.')[1]
             written = (folder / f'{stem}.out').read_bytes()
-            text = written.decode('utf-16' if 'utf16' in stem else 'utf-8')
+            text = decoded(written, kind)
             assert parsed(text) == tree, (stem, tree, text)
             wanted = rendered(parsed(text))
-            mark = b'\xff\xfe' if 'utf16' in stem else b''
-            encoding = 'utf-16-le' if 'utf16' in stem else 'utf-8'
-            assert written == mark + wanted.encode(encoding), (stem, text)
+            mark = b'\xff\xfe' if kind == 'utf16' else b''
+            assert written == mark + encoded(wanted, kind), (stem, text)
     print(f'{len(trees)} trees each way')
 
 

@@ -7,6 +7,7 @@
 #include "framework/files/GFileOpenMode.h"
 #include "framework/files/GFileSystem.h"
 #include "platform/win32/base/PWin32Api.h"
+#include "platform/win32/base/PWin32ScopedHandle.h"
 #include "platform/win32/core/PWin32SystemException.h"
 #include "platform/win32/core/PWin32Wide.h"
 #include "tools/machine/Failure.h"

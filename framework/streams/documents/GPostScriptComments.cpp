@@ -201,38 +201,32 @@ public:
     explicit CommentReader(bool inTrailer) : mInTrailer(inTrailer) {}
 
     void TakeLine(std::string_view line) {
-        if (const auto value = ValueOf(line, "%%Title:"sv); value && IsWanted(mTitle)) mTitle = value;
-        if (const auto value = ValueOf(line, "%%Pages:"sv); value && IsWanted(mPages)) mPages = value;
-        if (const auto value = ValueOf(line, "%%Requirements:"sv); value && IsWanted(mRequirements))
-            mRequirements = value;
+        Take(line, "%%Title:"sv, mTitle);
+        Take(line, "%%Pages:"sv, mPages);
+        Take(line, "%%Requirements:"sv, mRequirements);
     }
     /// What is not told yet.
     void Complete(GPostScriptComments& comments) const {
         constexpr std::string_view cCopies = "numcopies("sv;
-        if (mTitle && comments.title.IsEmpty()) comments.title = TitleIn(*mTitle);
-        if (mPages && comments.pages < 0) comments.pages = NumberIn(*mPages);
-        if (!mRequirements || comments.copies >= 0) return;
-        const std::size_t found = mRequirements->find(cCopies);
-        if (found != std::string_view::npos)
-            comments.copies = NumberIn(mRequirements->substr(found + cCopies.size()));
+        if (!mTitle.empty() && comments.title.IsEmpty()) comments.title = TitleIn(mTitle);
+        if (!mPages.empty() && comments.pages < 0) comments.pages = NumberIn(mPages);
+        const std::size_t found = mRequirements.find(cCopies);
+        if (found != std::string_view::npos && comments.copies < 0)
+            comments.copies = NumberIn(mRequirements.substr(found + cCopies.size()));
     }
 
 private:
-    using Value = std::optional<std::string_view>;
-
-    static Value ValueOf(std::string_view line, std::string_view keyword) {
-        if (!line.starts_with(keyword)) return std::nullopt;
-        std::string_view value = WithoutFirst(line.substr(keyword.size()), cBlanks);
-        value = value.substr(0, value.find_last_not_of(cBlanks) + 1);
-        if (value.empty() || value == "(atend)"sv) return std::nullopt;
-        return value;
+    void Take(std::string_view line, std::string_view keyword, std::string_view& value) const {
+        if (!line.starts_with(keyword)) return;
+        std::string_view told = WithoutFirst(line.substr(keyword.size()), cBlanks);
+        told = told.substr(0, told.find_last_not_of(cBlanks) + 1);
+        if (!told.empty() && told != "(atend)"sv && (mInTrailer || value.empty())) value = told;
     }
-    bool IsWanted(const Value& value) const { return mInTrailer || !value; }
 
     bool mInTrailer;
-    Value mTitle;
-    Value mPages;
-    Value mRequirements;
+    std::string_view mTitle;
+    std::string_view mPages;
+    std::string_view mRequirements;
 };
 
 // The header goes up to its last comment or to the first line that is none. Returns what follows it.

@@ -128,8 +128,7 @@ TEST(GBufferBorrowing, ABufferThatTakesOverOrBorrowsNoBytesGivesUpTheBorrowedOne
         {"no text", [](GBuffer& b) { b.Set(static_cast<const char*>(nullptr)); }},
         {"no bytes", [](GBuffer& b) { b.CopyByteArray(Bytes("x"), 0, 1); }},
         {"no part of itself", [](GBuffer& b) { b.GetSubBuffer(3, 1, b); }},
-        {"nothing to borrow", [](GBuffer& b) { b.SetFromStatic(static_cast<const char*>(nullptr)); }},
-        {"a negative length", [](GBuffer& b) { b.TakeByteArray(b.GetWritePtr(), -1, 10); }}};
+        {"nothing to borrow", [](GBuffer& b) { b.SetFromStatic(static_cast<const char*>(nullptr)); }}};
     for (const auto& [what, change] : rows) {
         SCOPED_TRACE(what);
         auto memory = std::make_unique<unsigned char[]>(4);
@@ -146,6 +145,8 @@ TEST(GBufferBorrowing, ABufferThatTakesOverOrBorrowsNoBytesGivesUpTheBorrowedOne
 TEST(GBufferBorrowing, ADeclaredBlockMayBeFilledFromOutside) {
     unsigned char block[8] = {};
     GBuffer buffer;
+    buffer.TakeByteArray(block, -1, sizeof block);
+    EXPECT_EQ(buffer.GetArraySize(), 0) << "a negative length is none";
     buffer.TakeByteArray(block, 0, sizeof block);
     std::memcpy(block, "filled!", 8);
     buffer.SetLength(7);
