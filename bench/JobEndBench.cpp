@@ -3,7 +3,8 @@
 //     JobEndBench.exe <path of QuillonPortMonitor64.dll> [path of another build of it]
 //
 // The applications are copies of this program under the name that the monitor looks for. Their only argument
-// says how they listen: "wake" waits for the event, "poll" looks every 100 ms, "never" takes nothing.
+// says how they listen: "sample" is the loop of the sample, "wake" waits for the event, "poll" looks every
+// 100 ms, "never" takes nothing.
 #include <algorithm>
 #include <cstdio>
 #include <cwchar>
@@ -11,6 +12,7 @@
 #include <vector>
 
 #include "bench/SpoolerPort.h"
+#include "examples/PrinterProcessorWin/JobListener.h"
 #include "framework/GFrameworkScope.h"
 #include "framework/core/events/GBasicSignals.h"
 #include "framework/system/GProcessInfo.h"
@@ -45,16 +47,26 @@ Shared& GetShared() {
     return *sShared;
 }
 
+void Hear() {
+    GetShared().mLastHeard = GetMilliseconds();
+    ::InterlockedIncrement(&GetShared().mHeard);
+}
+
 class Receiver : public GIPCReceiver {
 public:
     Receiver() : GIPCReceiver(GPPIPCManager::GetInstance()) { Register(GPPJobRecord::cMessageType); }
-    void HandleIPCMessage(const GIPCMessage&) override {
-        GetShared().mLastHeard = GetMilliseconds();
-        ::InterlockedIncrement(&GetShared().mHeard);
-    }
+    void HandleIPCMessage(const GIPCMessage&) override { Hear(); }
 };
 
+[[noreturn]] void ListenAsTheSample() {
+    const GFrameworkScope framework;
+    const auto report = [](const std::wstring&) { ::InterlockedIncrement(&GetShared().mListening); };
+    JobListener listener([](const GPPJobRecord&) { Hear(); }, report);
+    for (;; listener.Wait(100, {})) listener.Tick();
+}
+
 [[noreturn]] void Listen(const std::wstring& how) {
+    if (how == L"sample") ListenAsTheSample();
     const GPPHandOffScope handOff;
     const Receiver receiver;
     ::InterlockedIncrement(&GetShared().mListening);
@@ -71,12 +83,13 @@ public:
 /// Copies of this program that listen, until the object goes.
 class Applications {
 public:
-    Applications(const std::wstring& program, int wake, int poll, int never) {
+    Applications(const std::wstring& program, int sample, int wake, int poll, int never) {
         GetShared().mListening = 0;
+        for (int i = 0; i < sample; ++i) Start(L'"' + program + L"\" sample");
         for (int i = 0; i < wake; ++i) Start(L'"' + program + L"\" wake");
         for (int i = 0; i < poll; ++i) Start(L'"' + program + L"\" poll");
         for (int i = 0; i < never; ++i) Start(L'"' + program + L"\" never");
-        while (GetShared().mListening < wake + poll + never) ::Sleep(10);
+        while (GetShared().mListening < sample + wake + poll + never) ::Sleep(10);
     }
     ~Applications() {
         for (const auto& process : mProcesses) ::TerminateProcess(process.Get(), 0);
@@ -150,20 +163,21 @@ bool RunAll(const wchar_t* library, const std::wstring& program, bool all) {
     std::printf("%ls\n", library);
     const struct {
         const char* what;
-        int wake, poll, never, jobs;
-    } rows[] = {{"nobody", 0, 0, 0, 31},
-                {"one that waits for the event", 1, 0, 0, 31},
-                {"the same, many jobs", 1, 0, 0, 1000},
-                {"one that looks every 100 ms", 0, 1, 0, 31},
-                {"50 that wait for the event", 50, 0, 0, 31},
-                {"200 that wait for the event", 200, 0, 0, 5},
-                {"200, of which 50 take nothing", 150, 0, 50, 3}};
+        int sample, wake, poll, never, jobs;
+    } rows[] = {{"nobody", 0, 0, 0, 0, 31},
+                {"the sample's loop", 1, 0, 0, 0, 31},
+                {"one that waits for the event", 0, 1, 0, 0, 31},
+                {"the same, many jobs", 0, 1, 0, 0, 1000},
+                {"one that looks every 100 ms", 0, 0, 1, 0, 31},
+                {"50 that wait for the event", 0, 50, 0, 0, 31},
+                {"200 that wait for the event", 0, 200, 0, 0, 5},
+                {"200, of which 50 take nothing", 0, 150, 0, 50, 3}};
     bool good = true;
     for (const auto& row : rows) {
         if (!all && (row.jobs > 100 || row.never > 0)) continue;
-        const Applications applications(program, row.wake, row.poll, row.never);
+        const Applications applications(program, row.sample, row.wake, row.poll, row.never);
         if (row.wake == 200) PrintLookUp();
-        good = Run(port, row.what, row.jobs, row.wake + row.poll) && good;
+        good = Run(port, row.what, row.jobs, row.sample + row.wake + row.poll) && good;
     }
     return good;
 }

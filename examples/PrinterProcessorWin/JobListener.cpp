@@ -7,13 +7,14 @@
 #include "framework/ipc/GIPCReceiver.h"
 #include "monitor/handoff/GPPIPCManager.h"
 #include "monitor/handoff/GPPJobRecord.h"
+#include "platform/win32/base/PWin32Api.h"
 #include "platform/win32/core/PWin32Wide.h"
 
 namespace {
 
 // Any program can hold a shared lock for ever.
 constexpr long cMaxWaitMilliseconds = 1000;
-constexpr unsigned long cTicksBetweenChecks = 10;
+constexpr unsigned long long cMillisecondsBetweenChecks = 1000;
 
 }  // namespace
 
@@ -50,11 +51,47 @@ void JobListener::Tick() {
         mBudget.Refill(cMaxWaitMilliseconds);
         if (!mReceiver) Listen();
         GBasicSignals::DevoteTimeToRepeaters();
-        if (++mTicks % cTicksBetweenChecks == 0) CheckRegistration();
+        CheckRegistration();
     } catch (const GException& failure) {
         mReport(AsWide(failure.GetFullDescription()));
     } catch (const std::exception&) {
         mReport(L"Memory ran out.");
+    }
+}
+
+// Any process can set the event of a queue again and again; that must not keep this one busy.
+void JobListener::Wait(unsigned long milliseconds, const std::vector<void*>& handles) const {
+    constexpr DWORD cPauseMilliseconds = 10;
+    std::vector<void*> all = handles;
+    for (void* const handle : GetWakeHandles()) all.push_back(handle);
+    const DWORD woken = all.empty() ? WAIT_FAILED
+                                    : ::WaitForMultipleObjects(static_cast<DWORD>(all.size()), all.data(),
+                                                               FALSE, milliseconds);
+    if (woken == WAIT_FAILED) {
+        ::Sleep(milliseconds);
+    } else if (woken != WAIT_TIMEOUT && woken >= WAIT_OBJECT_0 + handles.size() && !HasMessages()) {
+        ::Sleep(cPauseMilliseconds);
+    }
+}
+
+// What is wrong with the queue is for the next tick to say.
+std::vector<void*> JobListener::GetWakeHandles() const {
+    std::vector<void*> handles;
+    try {
+        if (mReceiver)
+            for (void* const handle : GPPIPCManager::GetInstance()->GetWakeHandles())
+                handles.push_back(handle);
+    } catch (const GException&) {
+        handles.clear();
+    }
+    return handles;
+}
+
+bool JobListener::HasMessages() const {
+    try {
+        return GPPIPCManager::GetInstance()->WaitForMessages(0);
+    } catch (const GException&) {
+        return false;
     }
 }
 
@@ -77,6 +114,9 @@ void JobListener::StopListening() noexcept {
 
 // The monitor drops the registration of a process whose queue somebody has spoilt.
 void JobListener::CheckRegistration() {
+    const unsigned long long now = ::GetTickCount64();
+    if (now - mLastCheck < cMillisecondsBetweenChecks) return;
+    mLastCheck = now;
     GPPIPCManager& manager = *GPPIPCManager::GetInstance();
     if (manager.IsStillRegistered()) return;
     mReport(L"The registration was gone. Registering again.");

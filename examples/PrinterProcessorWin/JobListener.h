@@ -4,6 +4,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "framework/ipc/GWaitBudget.h"
 #include "monitor/handoff/GPPHandOffScope.h"
@@ -29,14 +30,21 @@ public:
     ~JobListener();
 
     /// Hands out what has arrived, and starts to listen when that is not so, or not any more. Called
-    /// regularly: the time between two calls is the delay of a notification. Waits for others at most a
-    /// second; throws nothing, a failure is reported and the next call goes on.
+    /// regularly, with Wait() in between. Waits for others at most a second; throws nothing, a failure is
+    /// reported and the next call goes on.
     void Tick();
+    bool IsListening() const { return mReceiver != nullptr; }
+    /// Returns as soon as a job has come, one of `handles` is signalled (the system's HANDLEs, of events
+    /// or processes, 60 at most), or the time is over. Give it a limit: not every sender wakes its
+    /// receivers. Throws nothing but std::bad_alloc.
+    void Wait(unsigned long milliseconds, const std::vector<void*>& handles) const;
 
 private:
     class Receiver;
 
     void Listen();
+    std::vector<void*> GetWakeHandles() const;
+    bool HasMessages() const;
     void StopListening() noexcept;
     void CheckRegistration();
 
@@ -45,5 +53,5 @@ private:
     GWaitBudget mBudget;
     std::optional<GPPHandOffScope> mHandOff;
     std::unique_ptr<Receiver> mReceiver;  // null while not listening
-    unsigned long mTicks = 0;
+    unsigned long long mLastCheck = 0;
 };

@@ -46,7 +46,7 @@ private:
     bool mCannotWrite = false;
 };
 
-// Jobs are heard of on the ticks that this loop gives, so its pause is the delay of a notification.
+// A sender that does not wake its receivers is heard on the next tick, so their distance is its delay.
 void ReceiveJobs(const Options& options) {
     constexpr unsigned long cTickMilliseconds = 100;
     FailureLog log;
@@ -54,10 +54,12 @@ void ReceiveJobs(const Options& options) {
     const StopRequest stop;
     JobListener listener([&](const GPPJobRecord& record) { jobs.ProcessJob(record); },
                          [&](const std::wstring& line) { log.Write(line); });
-    do {
+    for (;;) {
         listener.Tick();
         if (jobs.CannotWrite()) throw GSimpleException(GExceptionID::cCouldNotWriteFile);
-    } while (!jobs.IsDone() && !stop.WaitFor(cTickMilliseconds));
+        if (jobs.IsDone() || stop.IsMade()) break;
+        listener.Wait(cTickMilliseconds, {stop.GetHandle()});
+    }
 }
 
 }  // namespace

@@ -42,6 +42,10 @@ StopRequest::~StopRequest() {
     ::SetConsoleCtrlHandler(HandleControl, FALSE);
 }
 
-bool StopRequest::WaitFor(unsigned long milliseconds) const {
-    return ::WaitForSingleObject(sStopEvent, milliseconds) == WAIT_OBJECT_0;
+void* StopRequest::GetHandle() const {
+    return sStopEvent;
+}
+
+bool StopRequest::IsMade() const {
+    return ::WaitForSingleObject(sStopEvent, 0) == WAIT_OBJECT_0;
 }

@@ -12,6 +12,7 @@ public:
     StopRequest& operator=(const StopRequest&) = delete;
     ~StopRequest();
 
-    /// Sleeps, but not beyond the wish to end. True when the program should end.
-    bool WaitFor(unsigned long milliseconds) const;
+    /// An event, set as soon as the program should end.
+    void* GetHandle() const;
+    bool IsMade() const;
 };

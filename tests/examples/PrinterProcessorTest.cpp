@@ -59,6 +59,21 @@ TEST(JobListener, AHeldLockDelaysItsStartAndCannotKeepItFromEnding) {
     listener.reset();
 }
 
+TEST(JobListener, WaitsUntilAJobHasComeOrAHandleIsSet) {
+    long jobs = 0;
+    JobListener listener([&](const GPPJobRecord&) { ++jobs; }, [](const std::wstring&) {});
+    listener.Tick();
+    PWin32ScopedHandle<PWin32KernelHandle> event(::CreateEventW(nullptr, TRUE, TRUE, nullptr));
+    listener.Wait(INFINITE, {event.Get()});
+    ::ResetEvent(event.Get());
+    GPPIPCManager::GetInstance()->SendRaw(static_cast<long>(::GetCurrentProcessId()),
+                                          GPPJobRecord::cMessageType, GPPJobRecord().GetMessageData());
+    listener.Wait(INFINITE, {event.Get()});
+    listener.Tick();
+    EXPECT_EQ(jobs, 1);
+    listener.Wait(1, {});
+}
+
 /// The program under test, and this process in the part of the monitor.
 class PrinterProcessorTest : public testing::Test {
 protected:
