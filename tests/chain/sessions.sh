@@ -37,8 +37,15 @@ for session in 0 1 2; do
     expect_line "$scratch/status" "session $session: process"
 done
 
+# What an administrator switches on to see where a job goes.
+debug=$WINEPREFIX/drive_c/users/$USER/Temp/QuillonDebug
+mkdir -p "$debug"
+printf '#BEGINPREFS\n"Defaults"\n#BEGINDICT\n"Log" "1"\n#ENDDICT\n#ENDPREFS\n' \
+    >"$debug/QuillonPortMonitor64.tpr"
 printf 'told to everybody\n' >"$scratch/job"
 print_raw "to all sessions" "$scratch/job"
+mv "$debug/QuillonPortMonitor64.tra" "$scratch/trace"
+rm -r "$debug"
 for listener in "$first" "$second" "$third"; do
     wait "$listener" || fail "a listener ended with $?"
 done
@@ -47,6 +54,11 @@ for session in 0 1 2; do
         "$(grep -c '"PrinterName":"Proof"' "$scratch/session$session.out")"
     expect_line "$scratch/session$session.out" '\\Proof\\to all sessions.ps"'
 done
+
+expect_line "$scratch/trace" '\Proof\to all sessions.ps'
+expect_line "$scratch/trace" 'of 3 PrinterProcessorWin 3 told, 0 could not be reached'
+expect "the listeners that have taken the message" 3 "$(grep -c 'has taken the message after' "$scratch/trace")"
+expect "the content of the job in the trace log" 0 "$(grep -c 'everybody$' "$scratch/trace" || true)"
 
 print_raw "to nobody" "$scratch/job"
 expect_same "the job that nobody is told of" "$scratch/job" "$jobs/to nobody.ps"
