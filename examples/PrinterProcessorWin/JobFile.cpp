@@ -5,6 +5,7 @@
 #include <utility>
 #include <vector>
 
+#include "examples/PrinterProcessorWin/JobFileName.h"
 #include "examples/PrinterProcessorWin/JobPathRules.h"
 #include "framework/core/errors/GException.h"
 #include "platform/win32/base/PWin32Api.h"
@@ -17,8 +18,10 @@ namespace {
 
 using FileHandle = PWin32ScopedHandle<PWin32FileHandle>;
 
-constexpr std::size_t cMaxPathUnits = 259;
-constexpr std::size_t cMaxNameUnits = 255;
+unsigned long GetNextNumber() {
+    static unsigned long sNumber = 0;
+    return ++sNumber;
+}
 
 /// Not taken, and why.
 JobFile Refuse(const std::wstring& path, const std::wstring& reason) {
@@ -63,12 +66,11 @@ FileHandle Open(const std::wstring& path, DWORD access) {
 
 // A job is announced while its file is still open: the monitor waits for the message to be taken, and
 // closes the file only then. Whoever reads a job file needs this loop around the opening.
-FileHandle OpenOnceClosed(const std::wstring& path) {
-    constexpr DWORD cWaitMilliseconds = 5000;
+FileHandle OpenOnceClosed(const std::wstring& path, DWORD waitMilliseconds) {
     constexpr DWORD cRetryMilliseconds = 20;
     for (DWORD waited = 0;; waited += cRetryMilliseconds) {
         FileHandle file = Open(path, GENERIC_READ | DELETE);
-        if (file || ::GetLastError() != ERROR_SHARING_VIOLATION || waited >= cWaitMilliseconds) return file;
+        if (file || ::GetLastError() != ERROR_SHARING_VIOLATION || waited >= waitMilliseconds) return file;
         ::Sleep(cRetryMilliseconds);
     }
 }
@@ -93,25 +95,13 @@ bool Rename(const FileHandle& file, const std::wstring& path) {
     return ::SetFileInformationByHandle(file.Get(), FileRenameInfo, wish, static_cast<DWORD>(memory.size()));
 }
 
-// "C:\x\Letter.ps" becomes "C:\x\Letter (taken 4711-1).ps", cut to what a path may have.
-std::wstring MakeOwnPath(const std::wstring& path, unsigned long number) {
-    const std::size_t nameStart = path.find_last_of(L'\\') + 1;
-    const std::size_t dot = std::max(path.find_last_of(L'.') + 1, nameStart + 1) - 1;
-    const std::wstring extension = dot > nameStart ? path.substr(dot) : std::wstring();
-    const std::wstring mark = L" (taken " + std::to_wstring(::GetCurrentProcessId()) + L'-' +
-                              std::to_wstring(number) + L')' + extension;
-    const std::size_t room = std::min(cMaxPathUnits, nameStart + cMaxNameUnits);
-    std::wstring own = extension.empty() ? path : path.substr(0, dot);
-    own.resize(std::min(own.size(), room - std::min(room, mark.size())));
-    while (own.size() > nameStart && IS_HIGH_SURROGATE(own.back())) own.pop_back();
-    return own.size() > nameStart ? own + mark : std::wstring();
-}
-
-// The new path; empty, with the last error set, when the file keeps its name.
-std::wstring GiveOwnName(const FileHandle& file, const std::wstring& path) {
-    static unsigned long sNumber = 0;
-    for (;;) {
-        const std::wstring own = MakeOwnPath(path, ++sNumber);
+// Gives the file a marked name with that number, or with the next ones where there is such a file. The new
+// path; empty, with the last error set, when the file keeps its name.
+std::wstring Mark(const FileHandle& file, const std::wstring& path, std::wstring_view word,
+                  unsigned long& number) {
+    const std::wstring process = std::to_wstring(::GetCurrentProcessId()) + L'-';
+    for (;; number = GetNextNumber()) {
+        const std::wstring own = JobFileName::Mark(path, word, process + std::to_wstring(number));
         if (own.empty()) ::SetLastError(ERROR_FILENAME_EXCED_RANGE);
         if (own.empty() || Rename(file, own)) return own;
         const DWORD error = ::GetLastError();
@@ -119,14 +109,22 @@ std::wstring GiveOwnName(const FileHandle& file, const std::wstring& path) {
     }
 }
 
-void ReadComments(FileHandle file, JobFile& taken) {
+// The same open file once more, for who closes what he has read.
+FileHandle Duplicate(const FileHandle& file) {
+    HANDLE copy = INVALID_HANDLE_VALUE;
+    const HANDLE process = ::GetCurrentProcess();
+    ::DuplicateHandle(process, file.Get(), process, &copy, 0, FALSE, DUPLICATE_SAME_ACCESS);
+    return FileHandle(copy);
+}
+
+void ReadComments(FileHandle file, const std::wstring& path, JobFile& taken) {
     try {
-        const GPostScriptComments comments = ReadJobComments(std::move(file), taken.path);
+        const GPostScriptComments comments = ReadJobComments(std::move(file), path);
         taken.isComplete = comments.isComplete;
         taken.title = AsStandard(comments.title);
         if (comments.pages >= 0) taken.pages = comments.pages;
         if (!taken.isComplete && taken.problem.empty()) {
-            taken.problem = taken.path + L" has no %%EOF at its end: the job may have been cancelled.";
+            taken.problem = path + L" has no %%EOF at its end: the job may have been cancelled.";
         }
     } catch (const GException& failure) {
         taken.problem = AsStandard(failure.GetFullDescription());
@@ -139,29 +137,48 @@ JobFile TakeOpen(FileHandle file, const std::wstring& path, const std::wstring& 
         return Refuse(path, L" leads to something else than a job file; it was not read.");
     }
     JobFile taken;
-    taken.path = GiveOwnName(file, path);
-    if (taken.path.empty()) {
+    taken.number = GetNextNumber();
+    taken.path = Mark(file, path, JobFileName::cWaiting, taken.number);
+    const bool isOurs = !taken.path.empty();
+    if (!isOurs) {
         taken.path = path;
         taken.problem = path + L" keeps its name, so the next job of this title overwrites it: " +
                         DescribeSystemError(::GetLastError());
     }
     taken.bytes = static_cast<unsigned long long>(size.QuadPart);
-    ReadComments(std::move(file), taken);
+    ReadComments(Duplicate(file), path, taken);
+    if (isOurs) taken.hold = std::move(file);
     return taken;
 }
 
 }  // namespace
 
-JobFile JobFile::Take(const std::wstring& path, const std::wstring& folder) {
+JobFile JobFile::Take(const std::wstring& path, const std::wstring& folder, unsigned long waitMilliseconds) {
     if (!JobPathRules::IsPlain(path) || !JobPathRules::IsOnLocalDrive(path)) {
         return Refuse(path, L" is no plain path on a drive of this machine; it was not opened.");
     }
     if (!folder.empty() && !JobPathRules::IsBelow(WithoutShortNames(path), WithoutShortNames(folder))) {
         return Refuse(path, L" is not below " + folder + L"; it was not opened.");
     }
-    FileHandle file = OpenOnceClosed(path);
+    FileHandle file = OpenOnceClosed(path, waitMilliseconds);
     // Whoever may not change the file can still read it.
     if (!file && ::GetLastError() == ERROR_ACCESS_DENIED) file = Open(path, GENERIC_READ);
-    if (!file) return Refuse(path, L" cannot be opened: " + DescribeSystemError(::GetLastError()));
-    return TakeOpen(std::move(file), path, folder);
+    if (file) return TakeOpen(std::move(file), path, folder);
+    const DWORD error = ::GetLastError();
+    JobFile refused = Refuse(path, L" cannot be opened: " + DescribeSystemError(error));
+    refused.isInUse = error == ERROR_SHARING_VIOLATION;
+    return refused;
+}
+
+bool JobFile::HandOut() {
+    if (!hold) return true;
+    const std::wstring own = Mark(hold, path, JobFileName::cTaken, number);
+    if (own.empty()) {
+        problem =
+            path + L" keeps its name, so it is left for later: " + DescribeSystemError(::GetLastError());
+        return false;
+    }
+    path = own;
+    hold = {};
+    return true;
 }

@@ -3,6 +3,7 @@
 #include <string>
 
 #include "examples/PrinterProcessorWin/JobFile.h"
+#include "examples/PrinterProcessorWin/JobProgram.h"
 
 class GPPJobRecord;
 
@@ -13,3 +14,9 @@ std::wstring FormatAsLines(const GPPJobRecord& record, const JobFile& file);
 /// now, "JobBytes" and "Complete", each null when the file was not taken, and what it says itself, "Title"
 /// and "Pages", null when it does not.
 std::wstring FormatAsJson(const GPPJobRecord& record, const JobFile& file);
+
+/// How the program of a job ended, in the two forms: "Job file" and "Program" as lines; as one JSON object
+/// "JobFile", "Program" (its path), "Outcome" ("succeeded", "failed", "crashed", "not started" or
+/// "running"), "ExitCode" and "Milliseconds", these two null for one that has not been started or runs.
+std::wstring FormatAsLines(const JobFile& file, const std::wstring& program, const ProgramResult& result);
+std::wstring FormatAsJson(const JobFile& file, const std::wstring& program, const ProgramResult& result);

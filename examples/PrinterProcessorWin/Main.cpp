@@ -1,18 +1,20 @@
 // A processing application: it is told about every job file that the port monitor has written.
-// Copy this folder, and put what you do with a job in the place of ProcessJob.
+// Copy this folder, and put what you do with a job in the place of JobQueue.
 #include <exception>
+#include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "examples/PrinterProcessorWin/FailureLog.h"
-#include "examples/PrinterProcessorWin/JobFile.h"
+#include "examples/PrinterProcessorWin/JobIntake.h"
 #include "examples/PrinterProcessorWin/JobListener.h"
-#include "examples/PrinterProcessorWin/JobText.h"
+#include "examples/PrinterProcessorWin/JobOutput.h"
+#include "examples/PrinterProcessorWin/JobQueue.h"
 #include "examples/PrinterProcessorWin/Options.h"
 #include "examples/PrinterProcessorWin/StopRequest.h"
 #include "framework/GFrameworkScope.h"
 #include "framework/core/errors/GException.h"
-#include "monitor/handoff/GPPJobRecord.h"
 #include "platform/win32/core/PWin32Wide.h"
 #include "tools/console/Console.h"
 #include "tools/machine/Failure.h"
@@ -20,47 +22,88 @@
 
 namespace {
 
-/// What this program does with the jobs: it takes over their files and shows what it was told.
-class Jobs {
-public:
-    Jobs(const Options& options, FailureLog& log)
-        : mOptions(options), mFolder(options.anywhere ? L"" : SpoolerHost::GetJobFolder()), mLog(log) {}
-    bool IsDone() const { return mOptions.once && mCount > 0; }
+constexpr unsigned long cTickMilliseconds = 100;
 
-    void ProcessJob(const GPPJobRecord& record) {
-        if (IsDone()) return;
-        ++mCount;
-        const JobFile file = JobFile::Take(AsWide(record.GetJobPath()), mFolder);
-        if (!file.problem.empty()) mLog.Write(file.problem);
-        const auto format = mOptions.json ? FormatAsJson : FormatAsLines;
-        if (!Console::Write(format(record, file))) mCannotWrite = true;
+std::optional<ProgramCommand> ReadCommand(const Options& options, FailureLog& log) {
+    if (options.run.empty()) return std::nullopt;
+    ProgramCommand command(options.run);
+    if (!command.GetWarning().empty()) log.Write(command.GetWarning());
+    return command;
+}
+
+/// A job's way: JobListener hears of it, JobIntake takes its file over, JobQueue hands it out.
+class Receiver {
+public:
+    explicit Receiver(const Options& options)
+        : mOptions(options),
+          mOutput(options.json),
+          mQueue(ReadCommand(options, mLog), options.jobs, mOutput, mLog),
+          mIntake(options.anywhere && !options.pending ? L"" : SpoolerHost::GetJobFolder(), options.anywhere,
+                  [this](const std::wstring& line) { mLog.Write(line); }) {}
+
+    /// False when the program should end with a failure.
+    bool Run() {
+        if (mOptions.pending) TakePending();
+        if (!IsDone()) Listen();
+        Finish();
+        if (mOutput.HasFailed()) throw GSimpleException(GExceptionID::cCouldNotWriteFile);
+        return !(mOptions.once && mQueue.HasFailed());
     }
-    /// Nobody reads what this program has to say.
-    bool CannotWrite() const { return mCannotWrite; }
 
 private:
-    Options mOptions;
-    std::wstring mFolder;  // job files lie below it; empty: anywhere
-    FailureLog& mLog;
-    long mCount = 0;
-    bool mCannotWrite = false;
-};
-
-// A sender that does not wake its receivers is heard on the next tick, so their distance is its delay.
-void ReceiveJobs(const Options& options) {
-    constexpr unsigned long cTickMilliseconds = 100;
-    FailureLog log;
-    Jobs jobs(options, log);
-    const StopRequest stop;
-    JobListener listener([&](const GPPJobRecord& record) { jobs.ProcessJob(record); },
-                         [&](const std::wstring& line) { log.Write(line); });
-    for (;;) {
-        listener.Tick();
-        if (jobs.CannotWrite()) throw GSimpleException(GExceptionID::cCouldNotWriteFile);
-        if (jobs.IsDone() || stop.IsMade()) break;
-        listener.Wait(cTickMilliseconds, {stop.GetHandle()});
+    bool IsDone() const {
+        return mStop.IsMade() || mOutput.HasFailed() || (mOptions.once && mQueue.GetCount() > 0);
     }
-}
+
+    void TakePending() {
+        while (!IsDone()) {
+            std::optional<Job> job = mIntake.TakePending();
+            if (!job) return;
+            mQueue.Add(std::move(*job));
+        }
+    }
+
+    void TakeAnnounced(const GPPJobRecord& record) {
+        if (mOptions.once && mQueue.GetCount() > 0) return;
+        if (std::optional<Job> job = mIntake.TakeAnnounced(record)) mQueue.Add(std::move(*job));
+    }
+
+    // A sender that does not wake its receivers is heard on the next tick, so their distance is its delay.
+    void Listen() {
+        JobListener listener([this](const GPPJobRecord& record) { TakeAnnounced(record); },
+                             [this](const std::wstring& line) { mLog.Write(line); });
+        for (;;) {
+            listener.Tick();
+            if (mOptions.pending && listener.IsListening() && mIntake.IsLookDue()) TakePending();
+            mQueue.Tick();
+            if (IsDone()) return;
+            std::vector<void*> handles = mQueue.GetHandles();
+            handles.push_back(mStop.GetHandle());
+            listener.Wait(cTickMilliseconds, handles);
+        }
+    }
+
+    // Programs that run are waited for, until Ctrl-C is pressed once more.
+    void Finish() {
+        mQueue.LeaveWaiting();
+        mQueue.Tick();
+        if (mStop.IsMade() && !mQueue.IsIdle())
+            mLog.Write(L"Waiting for programs to end. Ctrl-C leaves them.");
+        mStop.Forget();
+        while (!mQueue.IsIdle() && !mStop.IsMade() && !mStop.IsPressing()) {
+            mStop.WaitWith(mQueue.GetHandles(), cTickMilliseconds);
+            mQueue.Tick();
+        }
+        mQueue.LeaveRunning();
+    }
+
+    const Options mOptions;
+    const StopRequest mStop;
+    FailureLog mLog;
+    JobOutput mOutput;
+    JobQueue mQueue;
+    JobIntake mIntake;
+};
 
 }  // namespace
 
@@ -69,11 +112,8 @@ int wmain(int count, wchar_t** arguments) {
         const GFrameworkScope framework;
         const Options options =
             Options::Read(std::vector<std::wstring>(arguments + (count > 0), arguments + count));
-        if (options.page.empty()) {
-            ReceiveJobs(options);
-        } else {
-            Console::Write(options.page);
-        }
+        if (options.page.empty()) return Receiver(options).Run() ? 0 : 1;
+        Console::Write(options.page);
         return 0;
     } catch (const UsageFailure& failure) {
         Console::WriteError(failure.GetText() + L'\n');

@@ -1,5 +1,6 @@
 #include "examples/PrinterProcessorWin/StopRequest.h"
 
+#include <atomic>
 #include <stdexcept>
 
 #include "platform/win32/base/PWin32Api.h"
@@ -9,12 +10,14 @@ namespace {
 // The handler runs on a thread of the system's, whenever it likes, so the events outlive the object.
 HANDLE sStopEvent = nullptr;
 HANDLE sEndedEvent = nullptr;
+std::atomic<bool> sIsPressing = false;
 
 BOOL WINAPI HandleControl(DWORD control) {
     // The process is ended as soon as this returns for a closing window; the loop ends by itself then.
     constexpr DWORD cClosingMilliseconds = 4000;
+    if (control != CTRL_C_EVENT && control != CTRL_BREAK_EVENT) sIsPressing = true;
     ::SetEvent(sStopEvent);
-    if (control != CTRL_C_EVENT && control != CTRL_BREAK_EVENT) {
+    if (sIsPressing) {
         ::WaitForSingleObject(sEndedEvent, cClosingMilliseconds);
     }
     return TRUE;
@@ -44,6 +47,20 @@ StopRequest::~StopRequest() {
 
 void* StopRequest::GetHandle() const {
     return sStopEvent;
+}
+
+void StopRequest::WaitWith(std::vector<void*> handles, unsigned long milliseconds) const {
+    handles.push_back(sStopEvent);
+    const auto count = static_cast<DWORD>(handles.size());
+    ::WaitForMultipleObjects(count, handles.data(), FALSE, milliseconds);
+}
+
+void StopRequest::Forget() const {
+    ::ResetEvent(sStopEvent);
+}
+
+bool StopRequest::IsPressing() const {
+    return sIsPressing;
 }
 
 bool StopRequest::IsMade() const {

@@ -5,6 +5,7 @@
 #include <thread>
 #include <tuple>
 
+#include "examples/PrinterProcessorWin/JobFileName.h"
 #include "examples/PrinterProcessorWin/JobPathRules.h"
 #include "platform/win32/base/PWin32Api.h"
 #include "platform/win32/base/PWin32ScopedHandle.h"
@@ -60,6 +61,35 @@ TEST(JobPathRules, BelowAFolderCountsWholeNamesInWhateverCase) {
     EXPECT_FALSE(JobPathRules::IsOnLocalDrive(L"Q:\\a")) << "there is no such drive";
 }
 
+TEST(JobFileName, TellsWhatHasBecomeOfAJob) {
+    const struct {
+        const wchar_t *path, *title, *marked;
+        bool isPending, isWaiting;
+    } rows[] = {
+        {L"Letter.ps", L"Letter", L"Letter (taken 7-1).ps", true, false},
+        {L"C:\\a.b\\Q3.5.PS", L"Q3.5", L"C:\\a.b\\Q3.5 (taken 7-1).PS", true, false},
+        {L"a (waiting 47-11).ps", L"a", L"a (taken 7-1).ps", true, true},
+        {L"a (taken 47-11).ps", L"a", L"a (taken 7-1).ps", false, false},
+        {L"a (taken 47-11) (waiting 5-1).ps", L"a", L"a (taken 7-1).ps", true, true},
+        {L"a (taken).ps", L"a (taken)", L"a (taken) (taken 7-1).ps", true, false},
+        {L"a (taken ).ps", L"a (taken )", L"a (taken ) (taken 7-1).ps", true, false},
+        {L"a (taken 1x).ps", L"a (taken 1x)", L"a (taken 1x) (taken 7-1).ps", true, false},
+        {L"a (taken 1) b.ps", L"a (taken 1) b", L"a (taken 1) b (taken 7-1).ps", true, false},
+        {L" (taken 1-1).ps", L"", L"", false, false},
+        {L"a.ps (set aside 1)", L"a", L"a (taken 7-1).ps (set aside 1)", false, false},
+        {L"a.pdf", L"a", L"a (taken 7-1).pdf", false, false},
+        {L"ps", L"ps", L"ps (taken 7-1)", false, false},
+        {L".ps", L".ps", L".ps (taken 7-1)", false, false},
+    };
+    for (const auto& [path, title, marked, isPending, isWaiting] : rows) {
+        SCOPED_TRACE(ToUTF8(path));
+        EXPECT_EQ(JobFileName::GetTitle(path), title);
+        EXPECT_EQ(JobFileName::Mark(path, JobFileName::cTaken, L"7-1"), marked);
+        EXPECT_EQ(JobFileName::IsPending(path), isPending);
+        EXPECT_EQ(JobFileName::IsWaiting(path), isWaiting);
+    }
+}
+
 class JobFileTest : public testing::Test {
 protected:
     JobFile Take(const std::string& name) const { return JobFile::Take(mFolder.Standard(name), Root()); }
@@ -73,19 +103,22 @@ protected:
 
 TEST_F(JobFileTest, EachJobOfATitleGetsANameOfItsOwnAndKeepsItsBytes) {
     mFolder.Put("a.b.ps", "%!PS one\n%%Title: A b\n%%Pages: 2\n%%EOF\n");
-    const JobFile first = Take("a.b.ps");
-    EXPECT_THAT(Leaf(first), testing::MatchesRegex("a\\.b \\(taken \\d+-\\d+\\)\\.ps"));
-    EXPECT_EQ(first.bytes, 40u);
+    JobFile first = Take("a.b.ps");
+    EXPECT_THAT(Leaf(first), testing::MatchesRegex("a\\.b \\(waiting \\d+-\\d+\\)\\.ps"));
+    EXPECT_EQ(first.bytes, 39u);
     EXPECT_TRUE(first.isComplete);
     EXPECT_EQ(first.title, L"A b");
     EXPECT_EQ(first.pages, 2);
     EXPECT_EQ(first.problem, L"");
     EXPECT_FALSE(mFolder.Has("a.b.ps"));
+    EXPECT_TRUE(JobFile::Take(first.path, Root(), 0).isInUse) << "nobody else gets it";
     mFolder.Put("a.b.ps", "%!PS two");
-    const JobFile second = Take("a.b.ps");
+    JobFile second = Take("a.b.ps");
+    EXPECT_TRUE(first.HandOut() && second.HandOut());
+    EXPECT_THAT(Leaf(first), testing::MatchesRegex("a\\.b \\(taken \\d+-\\d+\\)\\.ps"));
     EXPECT_FALSE(second.isComplete);
     EXPECT_THAT(ToUTF8(second.problem), HasSubstr("no %%EOF"));
-    EXPECT_EQ(mFolder.Take(Leaf(first)).size(), 40u);
+    EXPECT_EQ(mFolder.Take(Leaf(first)).size(), 39u);
     EXPECT_EQ(mFolder.Take(Leaf(second)), "%!PS two");
     mFolder.Put(std::string(200, 'x') + ".ps", "");
     EXPECT_THAT(Leaf(Take(std::string(200, 'x') + ".ps")), testing::EndsWith(").ps")) << "cut to fit";

@@ -38,6 +38,11 @@ TEST(Options, AreReadStrictly) {
     const std::tuple<std::vector<std::wstring>, const char*> rows[] = {
         {std::vector<std::wstring>(), ""},
         {{L"--once", L"--anywhere", L"--json"}, "json once anywhere "},
+        {{L"--pending", L"--run", L"a \"b c\" -d", L"--jobs=32"}, "pending 32 x a \"b c\" -d"},
+        {{L"--jobs", L"2"}, "--jobs requires --run"},
+        {{L"--run=a", L"--jobs", L"0"}, "--jobs: Value 0 not in range 1 to 32"},
+        {{L"--run=a", L"--jobs", L"33"}, "--jobs: Value 33 not in range 1 to 32"},
+        {{L"--run", L""}, "--run needs a program."},
         {{L"--json", L"/?"}, "page "},
         {{L"--version"}, "page "},
         {{L"--json", L"--onse"}, "'--onse' is not an option of PrinterProcessorWin. Did you mean '--once'?"},
@@ -51,10 +56,12 @@ TEST(Options, AreReadStrictly) {
             if (options.json) read += "json ";
             if (options.once) read += "once ";
             if (options.anywhere) read += "anywhere ";
+            if (options.pending) read += "pending ";
+            if (!options.run.empty()) read += std::to_string(options.jobs) + " x " + ToUTF8(options.run);
             if (!options.page.empty()) read = "page ";
         } catch (const UsageFailure& failure) {
             read = ToUTF8(failure.GetText());
-            read.resize(read.find('\n'));
+            read = read.substr(0, read.find('\n'));
         }
         EXPECT_EQ(read, expected);
     }

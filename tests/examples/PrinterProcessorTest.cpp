@@ -8,10 +8,13 @@
 #include "examples/PrinterProcessorWin/JobListener.h"
 #include "framework/ipc/GIPCMessageQueue.h"
 #include "framework/ipc/GIPMutex.h"
+#include "framework/system/GProcessInfo.h"
 #include "framework/system/GSessionInfo.h"
+#include "framework/system/PSystem.h"
 #include "monitor/handoff/GPPIPCManager.h"
 #include "monitor/handoff/GPPJobRecord.h"
 #include "platform/win32/base/PWin32Api.h"
+#include "platform/win32/core/PWin32Wide.h"
 #include "tests/files/TestFolder.h"
 #include "tests/ipc/RawSegment.h"
 #include "tests/tools/ChildProcess.h"
@@ -80,8 +83,8 @@ protected:
     PrinterProcessorTest() { GPPIPCManager::AddReference(); }
     ~PrinterProcessorTest() override { GPPIPCManager::ReleaseReference(); }
 
-    ChildProcess Start(const wchar_t* options) {
-        return ChildProcess(std::wstring(L"PrinterProcessorWin.exe") + options, mFolder.Standard("out"),
+    ChildProcess Start(const std::wstring& options) {
+        return ChildProcess(L"PrinterProcessorWin.exe" + options, mFolder.Standard("out"),
                             mFolder.Standard("err"));
     }
     /// False when the program ended or half a minute passed before it listened.
@@ -94,6 +97,31 @@ protected:
         for (int i = 0; i < 3000; ++i, ::Sleep(10))
             if (mFolder.Take("err").find(text) != std::string::npos) return true;
         return false;
+    }
+    bool WaitToRead(const char* text, int count = 1) const {
+        for (int i = 0; i < 3000; ++i, ::Sleep(10)) {
+            const std::string output = mFolder.Take("out");
+            int found = 0;
+            for (std::size_t at = output.find(text); at != output.npos; at = output.find(text, at + 1))
+                ++found;
+            if (found >= count) return true;
+        }
+        return false;
+    }
+    long CountFiles(const wchar_t* start) const {
+        return std::ranges::count_if(
+            std::filesystem::directory_iterator(mFolder.Standard("")),
+            [&](const auto& file) { return file.path().filename().wstring().starts_with(start); });
+    }
+    /// Ends the programs that the receiver runs; how many there were.
+    static long EndPrograms(const ChildProcess& receiver, unsigned long exitCode) {
+        const auto IDs = GProcessInfo::GetInstance()->GetChildProcessIDs(static_cast<long>(receiver.GetID()));
+        for (const std::int32_t ID : IDs) {
+            const PWin32ScopedHandle<PWin32KernelHandle> process(
+                ::OpenProcess(PROCESS_TERMINATE, FALSE, static_cast<DWORD>(ID)));
+            ::TerminateProcess(process.Get(), exitCode);
+        }
+        return IDs.GetCount();
     }
     static bool IsListening(const ChildProcess& program) {
         return GPPIPCManager::GetInstance()->GetListeningState(static_cast<long>(program.GetID())) ==
@@ -126,6 +154,46 @@ TEST_F(PrinterProcessorTest, WithOnceItEndsAfterTheFirstJob) {
                             "\"PortName\":\"QuillonPDFPort:\",\"CopyCount\":1\\}\n"));
     EXPECT_EQ(std::count(output.begin(), output.end(), '\n'), 1);
     EXPECT_FALSE(IsListening(program));
+}
+
+TEST_F(PrinterProcessorTest, WithPendingItHandsOutWhatLiesThereAndThenListens) {
+    // Below the folder that is the spooler's temporary one for a program started from here.
+    std::filesystem::create_directories(mFolder.Standard("anna/Proof"));
+    mFolder.Put("anna/Proof/old.ps", "%!PS\n%%EOF\n");
+    const std::filesystem::path temporary = std::filesystem::temp_directory_path();
+    ::SetEnvironmentVariableW(L"TMP", mFolder.Standard("").c_str());
+    const ChildProcess program = Start(L" --pending");
+    ::SetEnvironmentVariableW(L"TMP", temporary.c_str());
+    ASSERT_TRUE(WaitFor(program));
+    EXPECT_THAT(mFolder.Take("out"), testing::HasSubstr("old (taken "));
+    SendJob(program, "berta");
+    EXPECT_TRUE(WaitToRead("berta"));
+    EXPECT_THAT(mFolder.Take("out"),
+                testing::HasSubstr("User: anna\nPrinter: Proof\nPort: QuillonPDFPort:\n"));
+    EXPECT_FALSE(mFolder.Has("anna/Proof/old.ps"));
+}
+
+TEST_F(PrinterProcessorTest, ItRunsSoManyProgramsAtATimeAndKeepsTheFilesOfThoseThatFail) {
+    GPathName peer = PSystem::GetApplicationPath();
+    peer.ReplaceLeaf(GString("ProcessPeer"));
+    const ChildProcess program = Start(L" --json --jobs 2 --run \"\\\"" +
+                                       std::wstring(AsWide(peer.GetNativePathString())) + L"\\\" sleep\"");
+    ASSERT_TRUE(WaitFor(program));
+    for (const char* user : {"anna", "berta", "carla"}) {
+        SendJob(program, user);
+        while (mFolder.Has("job.ps")) ::Sleep(10);
+    }
+    // The third is told of only when its turn comes.
+    ASSERT_TRUE(WaitToRead("\"UserName\"", 2));
+    while (CountFiles(L"job (waiting ") == 0) ::Sleep(10);
+    EXPECT_EQ(mFolder.Take("out").find("carla"), std::string::npos);
+    EXPECT_EQ(EndPrograms(program, 0xC0000005), 2);
+    ASSERT_TRUE(WaitToRead("\"Outcome\":\"crashed\",\"ExitCode\":3221225477,", 2));
+    ASSERT_TRUE(WaitToRead("\"UserName\":\"carla\""));
+    while (EndPrograms(program, 7) == 0) ::Sleep(10);
+    ASSERT_TRUE(WaitToRead("\"Outcome\":\"failed\",\"ExitCode\":7,"));
+    EXPECT_EQ(CountFiles(L"job (taken "), 3);
+    EXPECT_TRUE(program.IsRunning());
 }
 
 TEST_F(PrinterProcessorTest, WhatIsNoRecordIsReportedAndTheNextJobStillArrives) {

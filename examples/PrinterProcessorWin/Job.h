@@ -1,0 +1,10 @@
+#pragma once
+
+#include "examples/PrinterProcessorWin/JobFile.h"
+#include "monitor/handoff/GPPJobRecord.h"
+
+/// Job: what this program is told about a job, and the file that it has taken over.
+struct Job {
+    GPPJobRecord record;
+    JobFile file;
+};

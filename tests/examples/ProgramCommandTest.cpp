@@ -1,0 +1,155 @@
+#include "examples/PrinterProcessorWin/ProgramCommand.h"
+
+#include <gmock/gmock.h>
+
+#include <tuple>
+
+#include "examples/PrinterProcessorWin/JobProgram.h"
+#include "examples/PrinterProcessorWin/JobVariables.h"
+#include "framework/system/PSystem.h"
+#include "platform/win32/base/PWin32Api.h"
+#include "platform/win32/core/PWin32Wide.h"
+#include "tests/files/TestFolder.h"
+#include "tools/console/Console.h"
+#include "tools/machine/Failure.h"
+
+namespace {
+
+using testing::HasSubstr;
+
+Job MakeJob(const std::wstring& path, const char* user, const char* printer = "Proof") {
+    Job job{GPPJobRecord(user, GPathName::FromNative("C:\\x.ps"), printer, "QuillonPDFPort:", 2), {}};
+    job.file.path = path;
+    job.file.number = 7;
+    return job;
+}
+
+ProgramResult RunToItsEnd(const std::wstring& command, Job job) {
+    JobProgram program(ProgramCommand(command), std::move(job));
+    while (!program.HasEnded()) ::WaitForSingleObject(program.GetHandle(), 30000);
+    return program.GetResult();
+}
+
+std::wstring PeerPath() {
+    GPathName path = PSystem::GetApplicationPath();
+    path.ReplaceLeaf(GString("ProcessPeer.exe"));
+    return AsWide(path.GetNativePathString());
+}
+
+/// The first half of what ProcessPeer writes: its arguments as the run-time library takes them apart, each
+/// with '|'.
+std::wstring Arguments(const TestFolder& folder) {
+    const std::string bytes = folder.Take("argv");
+    std::wstring text(reinterpret_cast<const wchar_t*>(bytes.data()), bytes.size() / sizeof(wchar_t));
+    text.resize(text.find(L'\1'));
+    for (wchar_t& unit : text)
+        if (unit == 0) unit = L'|';
+    return text;
+}
+
+TEST(ProgramCommand, RefusesWhatItCouldNotRunSafely) {
+    const TestFolder folder;
+    const std::wstring root = folder.Standard("").wstring();
+    for (const char* name : {"x.bat", "x.CMD", "x.txt", "x.exe.txt"}) folder.Put(name, "exit");
+    const std::tuple<std::wstring, const char*> rows[] = {
+        {L"  ", "needs a program"},
+        {L"no-such-program %JobPath%", "no program no-such-program"},
+        {root + L"missing.exe", "no program"},
+        {root, "no program"},
+        {root + L"x.bat", "no batch file"},
+        {L'"' + root + L"X.Bat\" %JobPath%", "no batch file"},
+        {root + L"x.CMD", "no batch file"},
+        {root + L"x.bat. ", "no batch file"},
+        {L"x.bat", "no batch file"},
+        {root + L"x.bat::$DATA", "no program"},
+        {root + L"x.txt", "is no program"},
+        {root + L"x.exe.txt", "is no program"},
+        {L"%JobPath%", "no other variables than folders"},
+        {L"cmd %Nope%", "no variable %Nope%"},
+        {L"cmd a %User Name%", "no partner in %User"},
+        {L"cmd 100%", "no partner"},
+    };
+    for (const auto& [text, expected] : rows) {
+        SCOPED_TRACE(ToUTF8(text));
+        try {
+            const ProgramCommand command(text);
+            ADD_FAILURE() << "was taken";
+        } catch (const UsageFailure& failure) {
+            EXPECT_THAT(ToUTF8(failure.GetText()), HasSubstr(expected));
+        }
+    }
+    EXPECT_THAT(ToUTF8(ProgramCommand(L"cmd /c dir %JobName%").GetWarning()), HasSubstr("QUILLON_JOB_PATH"));
+    EXPECT_EQ(ProgramCommand(L"cmd.exe /c dir").GetWarning(), L"");
+    EXPECT_EQ(ProgramCommand(L"xcopy %JobPath% %Desktop%").GetWarning(), L"");
+}
+
+// What a job is called never makes another argument, another program or an option of one, and is expanded
+// once.
+TEST(ProgramCommand, EachArgumentArrivesAsOneWhateverTheJobIsCalled) {
+    const TestFolder folder;
+    const std::wstring peer = L'"' + PeerPath() + L"\" argv \"" + folder.Standard("argv").wstring() + L"\" ";
+    const struct {
+        const wchar_t* arguments;
+        const wchar_t* path;
+        const char* user;
+        const wchar_t* expected;
+    } rows[] = {
+        {L"%JobPath%", L"C:\\a b\\Letter (taken 4711-7).ps", "", L"C:\\a b\\Letter (taken 4711-7).ps|"},
+        {L"-o=%JobName%.pdf -x", L"C:\\a b\\Letter (taken 4711-7).ps", "", L"-o=Letter.pdf|-x|"},
+        {L"%JobPath% %JobName%", L"C:\\%JobPath% & calc %PATH%^'.ps", "",
+         L"C:\\%JobPath% & calc %PATH%^'.ps|_JobPath_ & calc _PATH_^'|"},
+        {L"\"%JobPath%\" b", L"C:\\trailing\\", "", L"C:\\trailing\\|b|"},
+        {L"%UserName%", L"", "a\" & calc \"\\", L"a_ & calc __|"},
+        {L"%UserName% \"%User Name%\"", L"", "-dNOSAFER", L"_dNOSAFER|_dNOSAFER|"},
+        {L"%UserName% x%UserName%", L"", "@list", L"_list|x_list|"},
+        {L"%UserName%", L"", "..", L"__|"},
+        {L"%UserName%", L"", "", L"_|"},
+        {L"%UserName%", L"", "line\nend\ttab", L"line_end_tab|"},
+        {L"%PrinterName% %PortName% %CopyCount% 100%%", L"", "", L"__server_Proof|QuillonPDFPort_|2|100%|"},
+        {L"\"a \\\"b\\\" *\" \"\" /c", L"", "", L"a \"b\" *||/c|"},
+    };
+    for (const auto& [arguments, path, user, expected] : rows) {
+        const ProgramResult result = RunToItsEnd(peer + arguments, MakeJob(path, user, "\\\\server\\Proof"));
+        EXPECT_EQ(result.outcome, ProgramResult::cSucceeded) << ToUTF8(result.problem);
+        EXPECT_EQ(ToUTF8(Arguments(folder)), ToUTF8(expected));
+    }
+}
+
+TEST(ProgramCommand, ABatchFileBehindCmdFindsTheJobInItsEnvironment) {
+    const TestFolder folder;
+    folder.Put("job.bat", "@set QUILLON_>\"%~dp0out\"\r\n@exit 5\r\n");
+    ::SetEnvironmentVariableW(L"QUILLON_PORT_NAME", L"before");
+    const ProgramResult result = RunToItsEnd(L"cmd /c " + folder.Standard("job.bat").wstring(),
+                                             MakeJob(L"C:\\a&b\\Letter (taken 1-1).ps", "DOMAIN\\a\"b\n"));
+    EXPECT_EQ(result.exitCode, 5u);
+    EXPECT_EQ(result.outcome, ProgramResult::cFailed);
+    EXPECT_EQ(folder.Take("out"),
+              "QUILLON_COPY_COUNT=2\r\nQUILLON_JOB_NAME=Letter\r\nQUILLON_JOB_PATH=C:\\a&b\\Letter (taken "
+              "1-1).ps\r\n"
+              "QUILLON_PORT_NAME=QuillonPDFPort:\r\nQUILLON_PRINTER_NAME=Proof\r\n"
+              "QUILLON_USER_NAME=DOMAIN\\a_b_\r\n");
+    wchar_t value[20] = L"";
+    EXPECT_EQ(::GetEnvironmentVariableW(L"QUILLON_PORT_NAME", value, 20), 6u) << "as it was before";
+    ::SetEnvironmentVariableW(L"QUILLON_PORT_NAME", nullptr);
+    EXPECT_EQ(::GetEnvironmentVariableW(L"QUILLON_JOB_PATH", value, 20), 0u);
+}
+
+TEST(ProgramResult, OnlyZeroIsASuccess) {
+    const std::pair<unsigned long, ProgramResult::Outcome> rows[] = {
+        {0, ProgramResult::cSucceeded},        {1, ProgramResult::cFailed},
+        {259, ProgramResult::cFailed},         {0xFFFFFFFF, ProgramResult::cFailed},
+        {0xC0000005, ProgramResult::cCrashed}, {0x80000003, ProgramResult::cCrashed},
+        {0xE06D7363, ProgramResult::cCrashed},
+    };
+    for (const auto& [code, outcome] : rows) EXPECT_EQ(ProgramResult::Judge(code), outcome) << code;
+    const TestFolder folder;
+    const std::filesystem::path gone = folder.Put("gone.exe", "");
+    const ProgramCommand command(gone.wstring());
+    std::filesystem::remove(gone);
+    JobProgram program(command, MakeJob(L"C:\\x.ps", ""));
+    EXPECT_TRUE(program.HasEnded());
+    EXPECT_EQ(program.GetResult().outcome, ProgramResult::cNotStarted);
+    EXPECT_THAT(ToUTF8(program.GetResult().problem), HasSubstr("error 2"));
+}
+
+}  // namespace
