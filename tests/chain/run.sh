@@ -24,7 +24,10 @@ done
 printf '%%!PS\n%%%%EOF\n' >"$scratch/job"
 listen queue --json --run "\"$peer\" sleep"
 for title in first second third; do print_raw "$title" "$scratch/job"; done
-wait_for "two that wait" test -f "$jobs"/third*waiting*.ps
+third_waits() {
+    ls "$jobs"/third*waiting*.ps
+}
+wait_for "two that wait" third_waits
 kill -INT "$listener"
 wait_for "the wait for the program" grep -q '^Waiting for programs' "$scratch/queue.err"
 expect "those left" 2 "$(grep -c '^Not handed out, left for --pending: .*(waiting ' "$scratch/queue.err")"

@@ -113,15 +113,23 @@ protected:
             std::filesystem::directory_iterator(mFolder.Standard("")),
             [&](const auto& file) { return file.path().filename().wstring().starts_with(start); });
     }
-    /// Ends the programs that the receiver runs; how many there were.
-    static long EndPrograms(const ChildProcess& receiver, unsigned long exitCode) {
-        const auto IDs = GProcessInfo::GetInstance()->GetChildProcessIDs(static_cast<long>(receiver.GetID()));
-        for (const std::int32_t ID : IDs) {
-            const PWin32ScopedHandle<PWin32KernelHandle> process(
-                ::OpenProcess(PROCESS_TERMINATE, FALSE, static_cast<DWORD>(ID)));
-            ::TerminateProcess(process.Get(), exitCode);
+    /// Ends the sleeping programs that the receiver runs, once there are so many.
+    static void EndPrograms(const ChildProcess& receiver, int count, unsigned long exitCode) {
+        while (count > 0) {
+            const auto IDs =
+                GProcessInfo::GetInstance()->GetChildProcessIDs(static_cast<long>(receiver.GetID()));
+            for (const std::int32_t ID : IDs) {
+                // One that is still being started, or has ended, has no such event.
+                const std::wstring name = L"QuillonPeer" + std::to_wstring(ID);
+                if (!PWin32ScopedHandle<PWin32KernelHandle>(::OpenEventW(SYNCHRONIZE, FALSE, name.c_str())))
+                    continue;
+                const PWin32ScopedHandle<PWin32KernelHandle> process(
+                    ::OpenProcess(PROCESS_TERMINATE | SYNCHRONIZE, FALSE, static_cast<DWORD>(ID)));
+                if (!::TerminateProcess(process.Get(), exitCode)) continue;
+                ::WaitForSingleObject(process.Get(), INFINITE);
+                --count;
+            }
         }
-        return IDs.GetCount();
     }
     static bool IsListening(const ChildProcess& program) {
         return GPPIPCManager::GetInstance()->GetListeningState(static_cast<long>(program.GetID())) ==
@@ -187,10 +195,10 @@ TEST_F(PrinterProcessorTest, ItRunsSoManyProgramsAtATimeAndKeepsTheFilesOfThoseT
     ASSERT_TRUE(WaitToRead("\"UserName\"", 2));
     while (CountFiles(L"job (waiting ") == 0) ::Sleep(10);
     EXPECT_EQ(mFolder.Take("out").find("carla"), std::string::npos);
-    EXPECT_EQ(EndPrograms(program, 0xC0000005), 2);
+    EndPrograms(program, 2, 0xC0000005);
     ASSERT_TRUE(WaitToRead("\"Outcome\":\"crashed\",\"ExitCode\":3221225477,", 2));
     ASSERT_TRUE(WaitToRead("\"UserName\":\"carla\""));
-    while (EndPrograms(program, 7) == 0) ::Sleep(10);
+    EndPrograms(program, 1, 7);
     ASSERT_TRUE(WaitToRead("\"Outcome\":\"failed\",\"ExitCode\":7,"));
     EXPECT_EQ(CountFiles(L"job (taken "), 3);
     EXPECT_TRUE(program.IsRunning());

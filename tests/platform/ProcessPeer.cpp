@@ -1,6 +1,7 @@
 // The program that the tests of external processes start. Its first argument says what it does:
-//   exit CODE, sleep, argv FILE ARGUMENTS... (writes FILE: each argument as the C run-time library and as the
-//   system have taken it apart, in UTF-16, each with its zero)
+//   exit CODE, sleep (with an event of the name QuillonPeer and its process ID), argv FILE ARGUMENTS...
+//   (writes FILE: each argument as the C run-time library and as the system have taken it apart, in UTF-16,
+//   each with its zero)
 #include <cstdlib>
 #include <cwchar>
 #include <string>
@@ -31,6 +32,10 @@ int WriteArguments(int argc, wchar_t** argv) {
 int wmain(int argc, wchar_t** argv) {
     const std::wstring what = argc > 1 ? argv[1] : L"";
     if (what == L"exit") return static_cast<int>(std::wcstol(argv[2], nullptr, 10));
-    if (what == L"sleep") ::Sleep(60000);
+    if (what == L"sleep") {
+        const std::wstring name = L"QuillonPeer" + std::to_wstring(::GetCurrentProcessId());
+        const PWin32ScopedHandle<PWin32KernelHandle> isUp(::CreateEventW(nullptr, TRUE, TRUE, name.c_str()));
+        ::Sleep(60000);
+    }
     return what == L"argv" && argc > 2 ? WriteArguments(argc, argv) : 2;
 }

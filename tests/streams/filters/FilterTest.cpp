@@ -306,7 +306,7 @@ TEST(Filter, RefusesParametersOutOfRange) {
                                 Maker<GBitExpander>(1L, 1L, 8L, 4L),
                                 Maker<GBitExpander>(1L, 1L, 0L, 4L),
                                 Maker<GBitExpander>(0x7FFFFFFFL, 0x7FFFFFFFL, 1L, 1L),
-                                Maker<GBitExpander>(std::numeric_limits<long>::max(), 3L, 1L, 1L),
+                                Maker<GBitExpander>(std::numeric_limits<long>::max(), 32L, 1L, 1L),
                                 Maker<GBitCompressor>(1L, 1L, 4L, 8L),
                                 Maker<GBitCompressor>(1L, 1L, 17L, 8L)};
     for (const FilterMaker& make : rows) EXPECT_EQ(FailureOf([&] { FilterOf(make, ""); }), 40017);
