@@ -96,16 +96,16 @@ void GPreferences::SetDefaultModules(const GString& name, PrefDefaultModule flag
     const auto install = [](long id, std::unique_ptr<GPrefModule> module) {
         SetPrefModule(id, module.release(), true);
     };
-    if (flags & cUserBit)
+    if ((flags & cUserBit) != 0)
         install(cUserModule,
                 Open<GPrefFileModule>(GSpecialPath::cUserPreferences, userFile, sEncoding.Get()));
-    if (flags & cSharedBit)
+    if ((flags & cSharedBit) != 0)
         install(cSharedModule, Open<GPrefSharedFileModule>(GSpecialPath::cUserPreferences, "Quillon.uprefs",
                                                            GUnicodeEncoding::GetInstance()));
-    if (flags & cSystemBit)
+    if ((flags & cSystemBit) != 0)
         install(cSystemModule,
                 Open<GPrefFileModule>(GSpecialPath::cGlobalPreferences, systemFile, sEncoding.Get()));
-    if (flags & cDefaultsBit) install(cDefaultsModule, std::make_unique<GPrefMemoryModule>());
+    if ((flags & cDefaultsBit) != 0) install(cDefaultsModule, std::make_unique<GPrefMemoryModule>());
 }
 
 void GPreferences::UpdatePreferencesWith(const GTable<GPair<long, const GPrefModule*>>& modules) {

@@ -135,8 +135,12 @@ GDateTime GVariableMgr::GetDateTime() const {
 void GVariableMgr::GetDate(GString& value) const {
     char text[40];
     const GDateTime now = GetDateTime();
-    long day = now.GetDay(), month = now.GetMonth(), year = now.GetYear();
-    long hour = now.GetHour(), minute = now.GetMinute(), second = now.GetSecond();
+    long day = now.GetDay();
+    long month = now.GetMonth();
+    long year = now.GetYear();
+    long hour = now.GetHour();
+    long minute = now.GetMinute();
+    long second = now.GetSecond();
     GDateTime::TranslateUTCToLocal(day, month, year, hour, minute, second, now.GetRelationToUTC(),
                                    now.GetOffsetHours(), now.GetOffsetMinutes());
     std::snprintf(text, sizeof text, "%.4ld-%.2ld-%.2ld", year, month, day);

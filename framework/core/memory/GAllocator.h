@@ -130,7 +130,7 @@ private:
     [[gnu::noinline]] void* TakeFromPool(std::size_t sizeClass) noexcept;
     [[gnu::noinline]] void GiveToPool(void* block, std::size_t sizeClass) noexcept;
     void* AllocateCached(Cache& cache, std::size_t sizeClass) noexcept;
-    static void AtThreadEnd(void* cache) noexcept;
+    static void AtThreadEnd(void* value) noexcept;
     void DrainAll(Cache& cache) noexcept;
     void DrainCaches() noexcept;
     void EndCache(Cache& cache) noexcept;

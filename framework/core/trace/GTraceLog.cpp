@@ -53,7 +53,7 @@ GTraceBlock::GTraceBlock(const GBuffer& category, const GBuffer& name, const GCo
 }
 
 GTraceBlock::GTraceBlock(const GTraceBlock& other)
-    : mCategory(other.mCategory), mName(other.mName), mWhere(other.mWhere), mHasBegun(false) {}
+    : mCategory(other.mCategory), mName(other.mName), mWhere(other.mWhere) {}
 
 GTraceBlock& GTraceBlock::operator=(const GTraceBlock& other) {
     if (this == &other) return *this;

@@ -94,5 +94,5 @@ private:
     GBuffer mCategory;
     GBuffer mName;
     GCodeLocation mWhere;
-    bool mHasBegun;
+    bool mHasBegun = false;
 };

@@ -22,7 +22,6 @@ GBitConvert::GBitConvert(GHeldStream<GInStream> source, long columns, long colou
     : GFilterInStream(std::move(source), cNeededRoom),
       mFromBits(static_cast<std::int32_t>(fromBits)),
       mToBits(static_cast<std::int32_t>(toBits)),
-      mRowSamples(0),
       mScaled() {
     GBitUtils::RowLength(columns, colours, fromBits);
     GBitUtils::RowLength(columns, colours, toBits);

@@ -30,7 +30,7 @@ private:
 
     std::int32_t mFromBits;
     std::int32_t mToBits;
-    long long mRowSamples;
+    long long mRowSamples = 0;
     long long mSample = 0;  // of the row
     Bits mIn;
     Bits mOut;

@@ -85,7 +85,8 @@ int CompareUnits(const GString& a, const GString& b, bool ignoreCase) {
         const unsigned short y = ignoreCase ? PText::ToLower(b[i]) : b[i];
         if (x != y) return x < y ? -1 : 1;
     }
-    return (a.GetLength() > common) - (b.GetLength() > common);
+    if (a.GetLength() > common) return 1;
+    return b.GetLength() > common ? -1 : 0;
 }
 
 }  // namespace

@@ -34,7 +34,7 @@ std::int32_t PTime::GetUTCOffset() {
 std::uint32_t PTime::GetTickCount() {
     timespec now;
     if (clock_gettime(CLOCK_MONOTONIC, &now) != 0) return 0;
-    return static_cast<std::uint32_t>(now.tv_sec) * 1000u + static_cast<std::uint32_t>(now.tv_nsec / 1000000);
+    return static_cast<std::uint32_t>(now.tv_sec) * 1000U + static_cast<std::uint32_t>(now.tv_nsec / 1000000);
 }
 
 bool PTime::FormatDate(const PCalendarTime&, GString&) {

@@ -14,15 +14,15 @@ namespace {
 
 int FlagsOf(long mode) {
     int flags = O_CLOEXEC;
-    const bool reads = mode & GFileOpenMode::cRead;
-    if (mode & GFileOpenMode::cWrite) {
+    const bool reads = (mode & GFileOpenMode::cRead) != 0;
+    if ((mode & GFileOpenMode::cWrite) != 0) {
         flags |= reads ? O_RDWR : O_WRONLY;
     } else {
         flags |= O_RDONLY;
     }
-    if (mode & (GFileOpenMode::cCreate | GFileOpenMode::cStartEmpty)) flags |= O_CREAT;
-    if (mode & GFileOpenMode::cStartEmpty) flags |= O_TRUNC;
-    if (mode & GFileOpenMode::cWriteThrough) flags |= O_DSYNC;
+    if ((mode & (GFileOpenMode::cCreate | GFileOpenMode::cStartEmpty)) != 0) flags |= O_CREAT;
+    if ((mode & GFileOpenMode::cStartEmpty) != 0) flags |= O_TRUNC;
+    if ((mode & GFileOpenMode::cWriteThrough) != 0) flags |= O_DSYNC;
     return flags;
 }
 
@@ -30,7 +30,7 @@ int FlagsOf(long mode) {
 
 void PPosixFileImp::Open(long mode) {
     Close();
-    if (mode & GFileOpenMode::cCreate) PPosixFileSystemImp::CreateParentFolder(mPath);
+    if ((mode & GFileOpenMode::cCreate) != 0) PPosixFileSystemImp::CreateParentFolder(mPath);
     // A folder can be opened for reading here, but is not a file.
     if (PPosixFileSystemImp::FolderExists(mPath)) ThrowPosixFailure(EISDIR, mPath);
     mDescriptor = ::open(AsPosixPath(mPath).c_str(), FlagsOf(mode), 0666);
