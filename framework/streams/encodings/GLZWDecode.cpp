@@ -136,10 +136,10 @@ private:
         constexpr std::uint64_t cEachByte = 0x0101010101010101;
         const String& start = mState.string;
         const bool wasRun = LengthOf(start) == cPart || IsRun(start);
-        const bool isRun = wasRun && start.tail == FirstOf(start) * cEachByte;
+        const std::uint64_t isRun = wasRun && start.tail == FirstOf(start) * cEachByte ? 1 : 0;
         const auto length = static_cast<std::uint64_t>(LengthOf(start) + 1);
         return {last, length | std::uint64_t{mState.previous} << cBaseShift | FirstOf(start) << cFirstShift |
-                          std::uint64_t{isRun} << cRunShift};
+                          isRun << cRunShift};
     }
 
     void AddString(std::uint64_t last) {
