@@ -1,7 +1,6 @@
 #pragma once
 
-#include <condition_variable>
-#include <mutex>
+#include <latch>
 
 #include "framework/ipc/GIPCClock.h"
 #include "framework/ipc/GIPCManager.h"
@@ -88,35 +87,21 @@ struct Listener : Process<Manager> {
 /// Somebody else who keeps the mutex of an identifier for its own lifetime.
 class MutexHog {
 public:
-    explicit MutexHog(const GShMemID& identifier) {
-        mThread = std::thread([this, identifier] { Hold(identifier); });
-        std::unique_lock<std::mutex> lock(mGuard);
-        mChanged.wait(lock, [this] { return mHeld; });
+    explicit MutexHog(const GShMemID& identifier) : mThread([this, identifier] { Hold(identifier); }) {
+        mHeld.wait();
     }
-    ~MutexHog() {
-        {
-            const std::lock_guard<std::mutex> lock(mGuard);
-            mEnd = true;
-        }
-        mChanged.notify_all();
-        mThread.join();
-    }
+    ~MutexHog() { mEnd.count_down(); }
 
 private:
     void Hold(const GShMemID& identifier) {
         GIPMutex mutex(identifier, GIPPrefix::cSharedMemoryLock);
         const GIPMutexLocker locker(mutex);
-        std::unique_lock<std::mutex> lock(mGuard);
-        mHeld = true;
-        mChanged.notify_all();
-        mChanged.wait(lock, [this] { return mEnd; });
+        mHeld.count_down();
+        mEnd.wait();
     }
 
-    std::mutex mGuard;
-    std::condition_variable mChanged;
-    bool mHeld = false;
-    bool mEnd = false;
-    std::thread mThread;
+    std::latch mHeld{1}, mEnd{1};
+    std::jthread mThread;
 };
 
 /// Replaces the time by which messaging waits for its own lifetime: no time passes but in the sleeps, which

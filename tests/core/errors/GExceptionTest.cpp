@@ -203,6 +203,7 @@ TEST_F(GExceptionTest, IsBuiltWithoutALocationWhenMemoryRunsOut) {
     const std::new_handler before = std::set_new_handler(ProgramsOwnHandler);
     {
         const HungryLocation hungry;
+        HungryLocation::sHandlerThen = nullptr;
         EXPECT_EQ(Full(GMemoryException()) + Full(GSimpleException(2451)), u"Out of memoryOut of memory");
         EXPECT_EQ(HungryLocation::sHandlerThen, nullptr) << "out of memory asks for no location";
         EXPECT_EQ(Full(GSimpleException(40068)), u"Invalid path");

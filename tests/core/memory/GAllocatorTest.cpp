@@ -1,6 +1,7 @@
 #include "framework/core/memory/GAllocator.h"
 
 #include <atomic>
+#include <latch>
 #include <mutex>
 #include <set>
 
@@ -185,26 +186,19 @@ TEST(GAllocator, WhatTheSystemCannotGiveThrows) {
 
 TEST(GAllocator, WhatAThreadKeepsGoesBackOnDemandAndAtItsEnd) {
     GAllocator allocator;
-    std::atomic<int> step{0};
-    const auto reach = [&step](int next) {
-        step.store(next);
-        step.notify_all();
-    };
-    const auto wait = [&step](int wanted) {
-        for (int seen = step.load(); seen < wanted; seen = step.load()) step.wait(seen);
-    };
+    std::latch isIdle{1}, goOn{1};
     std::thread idle([&] {
         allocator.Free(allocator.Allocate(40), 40);
-        reach(1);
-        wait(2);
+        isIdle.count_down();
+        goOn.wait();
         allocator.Free(allocator.Allocate(40), 40);
     });
-    wait(1);
+    isIdle.wait();
     EXPECT_EQ(allocator.GetChunkCount(), 1);
     allocator.ReleaseFreeLists();
     const long kept = PMemory::FenceAllThreads() ? 0 : 1;
     EXPECT_EQ(allocator.GetChunkCount(), kept) << "of a thread that lives";
-    reach(2);
+    goOn.count_down();
     idle.join();
     EXPECT_EQ(allocator.GetChunkCount(), 1);
     allocator.ReleaseFreeLists();

@@ -14,11 +14,10 @@ struct RunCallbackTest : testing::Test {
     }
     bool IsLockFree() {
         bool free = false;
-        std::thread other([&] {
+        std::thread([&] {
             free = mState.sMonitorLock.TryToLock();
             if (free) mState.sMonitorLock.Unlock();
-        });
-        other.join();
+        }).join();
         return free;
     }
 
