@@ -38,6 +38,7 @@ TEST(GTrustedFolder, MakesReadsAndEmptiesItsFiles) {
     }
     GBuffer content;
     EXPECT_EQ(GTrustedFolder(path, true).OpenToRead("a")->Read(content, 100), 4);
+    EXPECT_EQ(GTrustedFolder(folder.Portable("above/f/"), false).OpenToRead("a")->GetLength(), 4);
 }
 
 TEST(GTrustedFolder, RefusesWhatAnotherMayHavePrepared) {

@@ -48,7 +48,6 @@ TEST(PrefsProcess, AWriterKilledAtAnyMomentLeavesAWholeFileAndNoLock) {
     for (int round = 0; round < QUILLON_TEST_KILLS; ++round) {
         const ChildProcess writer(CommandLine(folder, "a", 100000), L"NUL", L"NUL");
         while (writer.IsRunning() && !folder.Has("Q.uprefs")) PSystem::MilliSleep(1);
-        for (unsigned reads = random() % 3; reads > 0; --reads) EXPECT_GT(NumberOf(folder, "a"), 0);
         PSystem::MilliSleep(static_cast<long>(random() % 30));
         ASSERT_TRUE(writer.IsRunning());
         writer.Kill();
