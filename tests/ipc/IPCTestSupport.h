@@ -1,6 +1,7 @@
 #pragma once
 
-#include <latch>
+#include <condition_variable>
+#include <mutex>
 
 #include "framework/ipc/GIPCClock.h"
 #include "framework/ipc/GIPCManager.h"
@@ -87,21 +88,35 @@ struct Listener : Process<Manager> {
 /// Somebody else who keeps the mutex of an identifier for its own lifetime.
 class MutexHog {
 public:
-    explicit MutexHog(const GShMemID& identifier) : mThread([this, identifier] { Hold(identifier); }) {
-        mHeld.wait();
+    explicit MutexHog(const GShMemID& identifier) {
+        mThread = std::thread([this, identifier] { Hold(identifier); });
+        std::unique_lock<std::mutex> lock(mGuard);
+        mChanged.wait(lock, [this] { return mHeld; });
     }
-    ~MutexHog() { mEnd.count_down(); }
+    ~MutexHog() {
+        {
+            const std::lock_guard<std::mutex> lock(mGuard);
+            mEnd = true;
+        }
+        mChanged.notify_all();
+        mThread.join();
+    }
 
 private:
     void Hold(const GShMemID& identifier) {
         GIPMutex mutex(identifier, GIPPrefix::cSharedMemoryLock);
         const GIPMutexLocker locker(mutex);
-        mHeld.count_down();
-        mEnd.wait();
+        std::unique_lock<std::mutex> lock(mGuard);
+        mHeld = true;
+        mChanged.notify_all();
+        mChanged.wait(lock, [this] { return mEnd; });
     }
 
-    std::latch mHeld{1}, mEnd{1};
-    std::jthread mThread;
+    std::mutex mGuard;
+    std::condition_variable mChanged;
+    bool mHeld = false;
+    bool mEnd = false;
+    std::thread mThread;
 };
 
 /// Replaces the time by which messaging waits for its own lifetime: no time passes but in the sleeps, which

@@ -1,7 +1,6 @@
 #include "framework/core/memory/GAllocator.h"
 
 #include <atomic>
-#include <latch>
 #include <mutex>
 #include <set>
 
@@ -186,19 +185,26 @@ TEST(GAllocator, WhatTheSystemCannotGiveThrows) {
 
 TEST(GAllocator, WhatAThreadKeepsGoesBackOnDemandAndAtItsEnd) {
     GAllocator allocator;
-    std::latch isIdle{1}, goOn{1};
+    std::atomic<int> step{0};
+    const auto reach = [&step](int next) {
+        step.store(next);
+        step.notify_all();
+    };
+    const auto wait = [&step](int wanted) {
+        for (int seen = step.load(); seen < wanted; seen = step.load()) step.wait(seen);
+    };
     std::thread idle([&] {
         allocator.Free(allocator.Allocate(40), 40);
-        isIdle.count_down();
-        goOn.wait();
+        reach(1);
+        wait(2);
         allocator.Free(allocator.Allocate(40), 40);
     });
-    isIdle.wait();
+    wait(1);
     EXPECT_EQ(allocator.GetChunkCount(), 1);
     allocator.ReleaseFreeLists();
     const long kept = PMemory::FenceAllThreads() ? 0 : 1;
     EXPECT_EQ(allocator.GetChunkCount(), kept) << "of a thread that lives";
-    goOn.count_down();
+    reach(2);
     idle.join();
     EXPECT_EQ(allocator.GetChunkCount(), 1);
     allocator.ReleaseFreeLists();
