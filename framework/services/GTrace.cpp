@@ -1,7 +1,6 @@
 #include "framework/services/GTrace.h"
 
 #include <algorithm>
-#include <cstring>
 #include <utility>
 
 #include "framework/core/encodings/GPlatformEncoding.h"
@@ -27,9 +26,12 @@ GBuffer TimeOfDay() {
     return text.GetBuffer(GPlatformEncoding::GetInstance());
 }
 
+// Compilers write '/' into names of sources on Windows, too.
 const char* LeafOf(const char* file) {
-    const char* const separator = std::strrchr(file, PSystem::GetPathSeparator());
-    return separator == nullptr ? file : separator + 1;
+    const char* leaf = file;
+    for (const char* at = file; *at != 0; ++at)
+        if (*at == '/' || *at == PSystem::GetPathSeparator()) leaf = at + 1;
+    return leaf;
 }
 
 }  // namespace

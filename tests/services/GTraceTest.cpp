@@ -122,7 +122,7 @@ TEST_F(GTraceTest, EntriesAreIndentedByBlocksWhichEndOnce) {
 TEST_F(GTraceTest, AnEntryTellsPlaceAndTime) {
     Install("\"LogAssert\" \"1\"\n\"LogLocation\" \"1\"\n");
     GTrace::TraceAssert("m", GCodeLocation(nullptr, 0, "Run"));
-    GTrace::TraceAssert("m", GCodeLocation("Reader", 120, nullptr));
+    GTrace::TraceAssert("m", GCodeLocation("../framework/Reader", 120, nullptr));
     EXPECT_STREQ(mLog.GetPtr(), "\n *** AssertAS :0@Run m\n *** AssertAS Reader:120 m");
     mLog.Clear();
     const int line = __LINE__ + 1;

@@ -1,6 +1,7 @@
 #include "framework/core/memory/GAllocator.h"
 
 #include <atomic>
+#include <condition_variable>
 #include <mutex>
 #include <set>
 
@@ -185,13 +186,18 @@ TEST(GAllocator, WhatTheSystemCannotGiveThrows) {
 
 TEST(GAllocator, WhatAThreadKeepsGoesBackOnDemandAndAtItsEnd) {
     GAllocator allocator;
-    std::atomic<int> step{0};
-    const auto reach = [&step](int next) {
-        step.store(next);
-        step.notify_all();
+    // By a condition: a wait for an atomic or a latch is now and then not woken with the product's compiler.
+    std::mutex mutex;
+    std::condition_variable changed;
+    int step = 0;
+    const auto reach = [&](int next) {
+        const std::lock_guard lock(mutex);
+        step = next;
+        changed.notify_all();
     };
-    const auto wait = [&step](int wanted) {
-        for (int seen = step.load(); seen < wanted; seen = step.load()) step.wait(seen);
+    const auto wait = [&](int wanted) {
+        std::unique_lock lock(mutex);
+        changed.wait(lock, [&] { return step >= wanted; });
     };
     std::thread idle([&] {
         allocator.Free(allocator.Allocate(40), 40);
