@@ -1,14 +1,13 @@
 #include "framework/streams/encodings/GLZWDecode.h"
 
+#include <algorithm>
 #include <cstring>
 #include <utility>
-
-#include "framework/streams/encodings/GLZWCodes.h"
 
 namespace {
 
 constexpr long cPart = 8;  // bytes of a string that are written at once
-constexpr std::int32_t cNeededRoom = GLZWCodes::cTableSize + cPart;
+constexpr std::int32_t cNeededRoom = 1;
 constexpr std::uint32_t cTableSize = GLZWCodes::cTableSize;
 
 }  // namespace
@@ -17,10 +16,11 @@ constexpr std::uint32_t cTableSize = GLZWCodes::cTableSize;
 /// are taken, whatever is written.
 class GLZWDecode::Run {
 public:
-    Run(const GLZWDecode& filter, String* strings, const GFilterWindow& window)
+    Run(GLZWDecode& filter, const GFilterWindow& window)
         : mState(filter.mState),
           mEarlyChange(filter.mEarlyChange),
-          mStrings(strings),
+          mStrings(filter.mStrings.data()),
+          mRest(filter.mRest),
           mIn(window.in),
           mBit(mState.usedBits),
           mBits(static_cast<std::uint32_t>(8 * window.InCount())),
@@ -30,6 +30,7 @@ public:
         SetWidth(mState.width);
     }
 
+    // Ends with the first string that there is no room for; it becomes the rest.
     GFilterStep TakeCodes() {
         while (true) {
             const std::uint32_t code = PeekCode();
@@ -42,13 +43,17 @@ public:
                 TakeClear();
                 continue;
             }
-            if (mOutEnd - mOut < length + cPart) return GFilterStep::cGoOn;
+            const bool hasRoom = mOutEnd - mOut >= length + cPart;
             mBit += mState.width;
             if (mState.next < cTableSize && HasPrevious()) AddString(FirstOf(string));
-            Put(string, length);
-            mOut += length;
             mState.string = string;
             mState.previous = code;
+            if (!hasRoom) {
+                Keep(string, length);
+                return GFilterStep::cGoOn;
+            }
+            Put(string, length, mOut);
+            mOut += length;
         }
     }
 
@@ -148,30 +153,46 @@ private:
     }
 
     // The last part may be written too long.
-    void Put(const String& string, long length) const {
+    void Put(const String& string, long length, unsigned char* out) const {
         if (length <= cPart) {
-            std::memcpy(mOut, &string.tail, sizeof string.tail);
+            std::memcpy(out, &string.tail, sizeof string.tail);
         } else {
-            PutParts(string, (length - 1) / cPart * cPart);
+            PutParts(string, (length - 1) / cPart * cPart, out);
         }
     }
 
     // From the last part, which stands at `position`, to the first.
-    void PutParts(String string, long position) const {
+    void PutParts(String string, long position, unsigned char* out) const {
         for (; position > 0 && !IsRun(string); position -= cPart) {
-            std::memcpy(mOut + position, &string.tail, sizeof string.tail);
+            std::memcpy(out + position, &string.tail, sizeof string.tail);
             string = mStrings[BaseOf(string)];
         }
         if (position > 0) {
-            std::memset(mOut, static_cast<int>(FirstOf(string)), static_cast<std::size_t>(position));
+            std::memset(out, static_cast<int>(FirstOf(string)), static_cast<std::size_t>(position));
         }
-        std::memcpy(mOut + position, &string.tail, sizeof string.tail);
+        std::memcpy(out + position, &string.tail, sizeof string.tail);
+    }
+
+    // A run is not written down, or small reads of runs would copy nearly all of it.
+    [[gnu::noinline]] void Keep(const String& string, long length) const {
+        const long position = (length - 1) / cPart * cPart;
+        const bool isRun = position > 0 && IsRun(string);
+        mRest.start = 0;
+        mRest.end = static_cast<std::int32_t>(isRun ? length - position : length);
+        if (isRun) {
+            mRest.runLength = static_cast<std::int32_t>(position);
+            mRest.runByte = static_cast<unsigned char>(FirstOf(string));
+            std::memcpy(mRest.bytes.data(), &string.tail, sizeof string.tail);
+        } else {
+            Put(string, length, mRest.bytes.data());
+        }
     }
 
     State mState;
     const std::uint32_t mEarlyChange;
     std::uint32_t mGrowAt = 0;  // the next code from which on codes are wider
     String* const mStrings;
+    Rest& mRest;
     const unsigned char* const mIn;
     std::uint32_t mBit;         // counted from mIn
     const std::uint32_t mBits;  // how many there are
@@ -192,14 +213,30 @@ GLZWDecode* GLZWDecode::CreateClone() const {
     return new GLZWDecode(*this);
 }
 
+bool GLZWDecode::Rest::Give(GFilterWindow& window) {
+    const auto repeated = static_cast<std::int32_t>(std::min<long>(runLength, window.OutRoom()));
+    if (repeated > 0) std::memset(window.out, runByte, static_cast<std::size_t>(repeated));
+    window.out += repeated;
+    runLength -= repeated;
+    const auto copied = static_cast<std::int32_t>(std::min<long>(end - start, window.OutRoom()));
+    if (copied > 0) std::memcpy(window.out, bytes.data() + start, static_cast<std::size_t>(copied));
+    window.out += copied;
+    start += copied;
+    return IsEmpty();
+}
+
 void GLZWDecode::Restart() {
+    mRest = {};
     mState.usedBits = 0;
     Run::ClearTable(mState);
 }
 
 GFilterStep GLZWDecode::Convert(GFilterWindow& window) {
-    Run run(*this, mStrings.data(), window);
-    const GFilterStep step = run.TakeCodes();
-    run.Leave(*this, window);
-    return step;
+    while (mRest.Give(window)) {
+        Run run(*this, window);
+        const GFilterStep step = run.TakeCodes();
+        run.Leave(*this, window);
+        if (mRest.IsEmpty()) return step;
+    }
+    return GFilterStep::cGoOn;
 }

@@ -1,8 +1,10 @@
 #pragma once
 
+#include <array>
 #include <vector>
 
 #include "framework/streams/GFilterInStream.h"
+#include "framework/streams/encodings/GLZWCodes.h"
 
 /// GLZWDecode: strings from codes of 9 to 12 bits, up to the code 257.
 ///
@@ -26,6 +28,18 @@ private:
         std::uint64_t tail = 0;   // the first byte at the bottom
         std::uint64_t facts = 0;  // in one word, so that a string is written by two stores
     };
+    /// What is left of a string that found no room: a byte that repeats, and others behind it.
+    struct Rest {
+        bool IsEmpty() const { return runLength == 0 && start == end; }
+        /// Puts out as much as there is room for; true when nothing is left.
+        bool Give(GFilterWindow& window);
+
+        std::int32_t runLength = 0;
+        unsigned char runByte = 0;
+        std::int32_t start = 0;
+        std::int32_t end = 0;
+        std::array<unsigned char, GLZWCodes::cTableSize + sizeof(std::uint64_t)> bytes{};
+    };
     /// Where the data stands between two conversions.
     struct State {
         std::uint32_t next;          // the code of the next string
@@ -41,4 +55,5 @@ private:
     std::uint32_t mEarlyChange;
     std::vector<String> mStrings;
     State mState;
+    Rest mRest;
 };
