@@ -5,6 +5,7 @@ set -eu
 build=$1
 . "$(dirname "$0")/chain.sh"
 chain_use "$2"
+rm -rf "$jobs"
 gs=$(winepath -w "$support/gs.exe")
 folder=$(winepath -w "$scratch")
 peer=$(winepath -w "$bin/ProcessPeer.exe")

@@ -86,6 +86,7 @@ void VisitCurrentUser(Visitor visit) {
     for (DWORD i = 0; i < count; ++i) {
         const WTS_PROCESS_INFOW& process = processes[i];
         if (process.pUserSid == nullptr || process.pProcessName == nullptr) continue;
+        if (*process.pProcessName == 0) continue;  // it is just being started, or ends
         if (!::EqualSid(process.pUserSid, user.get())) continue;
         visit(process.ProcessId, FromWide(process.pProcessName, ::lstrlenW(process.pProcessName)));
     }
