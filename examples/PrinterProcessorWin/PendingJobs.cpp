@@ -5,15 +5,12 @@
 
 #include "examples/PrinterProcessorWin/JobFileName.h"
 #include "framework/core/paths/GPathName.h"
+#include "monitor/spooling/MonitorNames.h"
 #include "platform/win32/base/PWin32Api.h"
 #include "platform/win32/base/PWin32ScopedHandle.h"
 #include "platform/win32/core/PWin32Wide.h"
 
 namespace {
-
-struct FindHandle : PWin32FileHandle {
-    static void Close(void* handle) noexcept { ::FindClose(handle); }
-};
 
 struct Found {
     unsigned long long written = 0;  // when its last byte came
@@ -30,7 +27,8 @@ public:
     /// False when the folder may not be listed. `depth`: how many folders lie between it and the job folder.
     bool Look(const std::wstring& folder, int depth) {
         WIN32_FIND_DATAW entry{};
-        const PWin32ScopedHandle<FindHandle> entries(::FindFirstFileW((folder + L'*').c_str(), &entry));
+        const PWin32ScopedHandle<PWin32SearchHandle> entries(
+            ::FindFirstFileW((folder + L'*').c_str(), &entry));
         if (!entries) return ::GetLastError() != ERROR_ACCESS_DENIED;
         do {
             Take(folder, entry, depth);
@@ -82,5 +80,5 @@ GPPJobRecord PendingJobs::MakeRecord(const std::wstring& path, const std::wstrin
     // A printer of another server is called \\server\printer.
     if (printer.find(L'\\') != printer.npos) printer.insert(0, L"\\\\");
     return GPPJobRecord(AsString(inside.substr(0, userEnd)), GPathName::FromNative(AsString(path)),
-                        AsString(printer), GString("QuillonPDFPort:"), 1);
+                        AsString(printer), GString(MonitorNames::cPort), 1);
 }

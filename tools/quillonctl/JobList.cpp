@@ -15,21 +15,21 @@
 namespace {
 
 /// What of a folder's entries is wanted.
-enum class Wanted { Folders, JobFiles };
+enum class Wanted { cFolders, cJobFiles };
 
 bool IsWanted(const WIN32_FIND_DATAW& entry, Wanted wanted) {
     const std::wstring_view name = entry.cFileName;
     if (name == L"." || name == L".." || (entry.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0)
         return false;
     const bool isFolder = (entry.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
-    return isFolder == (wanted == Wanted::Folders);
+    return isFolder == (wanted == Wanted::cFolders);
 }
 
 // False, with the last error set, when the folder cannot be looked into.
 template <class Take>
 bool ForEach(const std::wstring& folder, Wanted wanted, Take take) {
     WIN32_FIND_DATAW entry{};
-    const std::wstring pattern = folder + (wanted == Wanted::Folders ? L"*" : L"*.ps");
+    const std::wstring pattern = folder + (wanted == Wanted::cFolders ? L"*" : L"*.ps");
     const PWin32ScopedHandle<PWin32SearchHandle> search(::FindFirstFileW(pattern.c_str(), &entry));
     if (!search) return ::GetLastError() == ERROR_FILE_NOT_FOUND;
     do {
@@ -64,7 +64,7 @@ std::optional<GPostScriptComments> ReadComments(const std::wstring& path) {
 
 void AddJobs(JobList& list, const std::wstring& user, const std::wstring& printer) {
     const std::wstring folder = list.folder + user + L'\\' + printer + L'\\';
-    const bool listed = ForEach(folder, Wanted::JobFiles, [&](const WIN32_FIND_DATAW& entry) {
+    const bool listed = ForEach(folder, Wanted::cJobFiles, [&](const WIN32_FIND_DATAW& entry) {
         const auto bytes = std::uint64_t{entry.nFileSizeHigh} << 32 | entry.nFileSizeLow;
         list.jobs.push_back({user, printer, entry.cFileName, bytes, SecondsSince(entry.ftLastWriteTime),
                              ReadComments(folder + entry.cFileName)});
@@ -125,10 +125,10 @@ std::wstring FormatTable(const std::vector<Row>& rows) {
 JobList JobList::Gather(const std::wstring& folder) {
     JobList list;
     list.folder = folder;
-    const bool listed = ForEach(folder, Wanted::Folders, [&](const WIN32_FIND_DATAW& user) {
+    const bool listed = ForEach(folder, Wanted::cFolders, [&](const WIN32_FIND_DATAW& user) {
         const std::wstring name = user.cFileName;
         const auto addJobs = [&](const WIN32_FIND_DATAW& printer) { AddJobs(list, name, printer.cFileName); };
-        if (!ForEach(folder + name + L'\\', Wanted::Folders, addJobs)) ++list.closedFolders;
+        if (!ForEach(folder + name + L'\\', Wanted::cFolders, addJobs)) ++list.closedFolders;
     });
     if (!listed) throw SystemFailure(L"Looking into the job folder " + folder);
     std::ranges::stable_sort(list.jobs, {}, &JobEntry::age);

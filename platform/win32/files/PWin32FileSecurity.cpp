@@ -1,6 +1,4 @@
 // Who may do what with a file or folder, and whose it is.
-#include <memory>
-
 #include "framework/core/errors/GExceptionLocation.h"
 #include "platform/win32/base/PWin32ScopedHandle.h"
 #include "platform/win32/core/PWin32SystemException.h"
@@ -15,10 +13,7 @@
 
 namespace {
 
-struct LocalFreer {
-    void operator()(void* block) const noexcept { ::LocalFree(block); }
-};
-using Descriptor = std::unique_ptr<void, LocalFreer>;
+using Block = PWin32ScopedHandle<PWin32LocalBlock>;
 
 void CheckStatus(DWORD status) {
     if (status != ERROR_SUCCESS) throw PWin32SystemException(static_cast<long>(status));
@@ -36,12 +31,12 @@ GString PWin32FileSystemImp::GetPermissions(const GPathName& path) {
     PSECURITY_DESCRIPTOR found = nullptr;
     CheckStatus(::GetNamedSecurityInfoW(Name(native), SE_FILE_OBJECT, DACL_SECURITY_INFORMATION, nullptr,
                                         nullptr, nullptr, nullptr, &found));
-    const Descriptor descriptor(found);
+    const Block descriptor(found);
     wchar_t* text = nullptr;
     ULONG length = 0;
     PWin32SystemException::CheckForErrors(::ConvertSecurityDescriptorToStringSecurityDescriptorW(
         found, SDDL_REVISION_1, DACL_SECURITY_INFORMATION, &text, &length));
-    const Descriptor textOwner(text);
+    const Block textOwner(text);
     return FromWide(text, static_cast<long>(::lstrlenW(text)));
 }
 
@@ -50,7 +45,7 @@ void PWin32FileSystemImp::SetPermissions(const GPathName& path, const GString& p
     PSECURITY_DESCRIPTOR made = nullptr;
     PWin32SystemException::CheckForErrors(::ConvertStringSecurityDescriptorToSecurityDescriptorW(
         AsWide(permissions), SDDL_REVISION_1, &made, nullptr));
-    const Descriptor descriptor(made);
+    const Block descriptor(made);
     BOOL present = FALSE;
     BOOL defaulted = FALSE;
     PACL list = nullptr;
@@ -74,7 +69,7 @@ bool PWin32FileSystemImp::CheckIfOwner(const GPathName& path) {
     PSECURITY_DESCRIPTOR found = nullptr;
     CheckStatus(::GetNamedSecurityInfoW(Name(native), SE_FILE_OBJECT, OWNER_SECURITY_INFORMATION, &owner,
                                         nullptr, nullptr, nullptr, &found));
-    const Descriptor descriptor(found);
+    const Block descriptor(found);
     // Some systems look among the groups alone.
     if (PWin32FileOwner().IsUser(owner)) return true;
     BOOL isOwner = FALSE;

@@ -2,6 +2,7 @@
 
 #include "framework/core/errors/GException.h"
 #include "framework/core/errors/GExceptionLocation.h"
+#include "platform/win32/base/PWin32ScopedHandle.h"
 #include "platform/win32/core/PWin32SystemException.h"
 #include "platform/win32/core/PWin32Wide.h"
 
@@ -10,15 +11,7 @@
 /// One folder that is being gone through.
 struct PWin32FileSystemIteratorImp::Level {
     explicit Level(const GPathName& path) : folder(path) {}
-    Level(const Level&) = delete;
-    Level& operator=(const Level&) = delete;
-    ~Level() { Close(); }
 
-    void Close() noexcept {
-        if (search != INVALID_HANDLE_VALUE) ::FindClose(search);
-        search = INVALID_HANDLE_VALUE;
-        isOnEntry = false;
-    }
     // False behind the last one.
     bool First();
     bool Next();
@@ -36,29 +29,29 @@ struct PWin32FileSystemIteratorImp::Level {
     }
 
     GPathName folder;
-    HANDLE search = INVALID_HANDLE_VALUE;
+    PWin32ScopedHandle<PWin32SearchHandle> search{};
     WIN32_FIND_DATAW entry = {};
     bool isOnEntry = false;
 };
 
 bool PWin32FileSystemIteratorImp::Level::First() {
     const GExceptionLocation location(folder);
-    Close();
+    isOnEntry = false;
     GPathName pattern(folder);
     pattern.Append("*");
-    search = ::FindFirstFileW(AsWide(pattern.GetWin32APIPathString()), &entry);
+    search.Reset(::FindFirstFileW(AsWide(pattern.GetWin32APIPathString()), &entry));
     // The root of an empty volume has not even dots.
-    if (search == INVALID_HANDLE_VALUE && ::GetLastError() == ERROR_FILE_NOT_FOUND) return false;
-    PWin32SystemException::CheckHandle(search);
+    if (!search && ::GetLastError() == ERROR_FILE_NOT_FOUND) return false;
+    PWin32SystemException::CheckHandle(search.Get());
     isOnEntry = true;
     return IsDots() ? Next() : true;
 }
 
 bool PWin32FileSystemIteratorImp::Level::Next() {
-    if (search == INVALID_HANDLE_VALUE) return false;
+    if (!search) return false;
     const GExceptionLocation location(folder);
     do {
-        isOnEntry = ::FindNextFileW(search, &entry) != FALSE;
+        isOnEntry = ::FindNextFileW(search.Get(), &entry) != FALSE;
         if (!isOnEntry) {
             PWin32SystemException::CheckForErrors(::GetLastError() == ERROR_NO_MORE_FILES);
             return false;
@@ -100,7 +93,7 @@ bool PWin32FileSystemIteratorImp::GetNextFileOrFolder(GPathName& path, bool& isF
     if (mLevels.empty()) return false;
     const Level& level = *mLevels.back();
     const bool goesDown = level.isOnEntry && level.IsFolder() && !level.LeadsElsewhere();
-    const bool isNew = level.search == INVALID_HANDLE_VALUE;
+    const bool isNew = !level.search;
     if (goesDown) BeginSubIterate();
     if (goesDown || isNew ? GetFirstObject(path, isFolder) : GetNextObject(path, isFolder)) return true;
     while (mLevels.size() > 1) {

@@ -4,6 +4,7 @@
 #include "framework/core/errors/GException.h"
 #include "framework/core/errors/GExceptionID.h"
 #include "platform/win32/base/PWin32Api.h"
+#include "platform/win32/base/PWin32ScopedHandle.h"
 
 struct PWin32KernelObject::OpenToEverybody::Content {
     SECURITY_DESCRIPTOR mDescriptor = {};
@@ -33,7 +34,7 @@ GString PWin32KernelObject::GetError(unsigned long code) {
     const DWORD length =
         ::FormatMessageA(cFlags, nullptr, code, cUserLanguage, reinterpret_cast<char*>(&text), 0, nullptr);
     // The function wants a pointer to a pointer behind a type that says otherwise.
-    const std::unique_ptr<char, decltype(&::LocalFree)> owner(text, &::LocalFree);
+    const PWin32ScopedHandle<PWin32LocalBlock> owner(text);
     if (length == 0 || text == nullptr) return GString(code);
     return GString(reinterpret_cast<const unsigned char*>(text), static_cast<long>(length),
                    GPlatformEncoding::GetInstance());
