@@ -13,9 +13,9 @@ constexpr long cSourceChunk = 4096;
 constexpr long cStride = 0x10000;   // bytes of room that are made at once
 constexpr long cCarryRoom = 0x400;  // what small reads are served from
 
-// A place for `room` bytes behind those of `target`, whose length stays. `limit` is how long it can
-// become at all: up to there it grows by doubling.
-unsigned char* MakeRoom(GBuffer& target, long room, long limit) {
+// Makes `target` longer by `room` bytes and returns where they begin. `limit` is how long it can become at
+// all: up to there it grows by doubling.
+unsigned char* Lengthen(GBuffer& target, long room, long limit) {
     const long length = target.GetLength();
     if (!target.GetAllocated() || target.GetAllocatedLength() - length < room) {
         const long doubled =
@@ -23,9 +23,7 @@ unsigned char* MakeRoom(GBuffer& target, long room, long limit) {
         target.Allocate(std::max(length + room, doubled));
     }
     target.SetLength(length + room);
-    unsigned char* const place = target.GetWritePtr() + length;
-    target.SetLength(length);
-    return place;
+    return target.GetWritePtr() + length;
 }
 
 }  // namespace
@@ -76,7 +74,7 @@ void GFilterInStream::Reset() {
 void GFilterInStream::Fill(GBuffer& out, long maxBytes) {
     if (mDelayed) std::rethrow_exception(std::exchange(mDelayed, nullptr));
     while (out.GetLength() < maxBytes) {
-        TakeCarry(out, maxBytes);
+        if (!mCarry.IsEmpty()) TakeCarry(out, maxBytes);
         const long room = maxBytes - out.GetLength();
         if (room == 0) return;
         if (mStep != GFilterStep::cGoOn) return ThrowFailure();
@@ -93,7 +91,6 @@ void GFilterInStream::Fill(GBuffer& out, long maxBytes) {
 
 void GFilterInStream::TakeCarry(GBuffer& out, long maxBytes) {
     const long count = std::min(mCarry.GetLength() - mCarryPosition, maxBytes - out.GetLength());
-    if (count < 1) return;
     out.AppendByteArray(mCarry.GetRawData() + mCarryPosition, count);
     mCarryPosition += static_cast<std::int32_t>(count);
     if (mCarryPosition < mCarry.GetLength()) return;
@@ -102,12 +99,18 @@ void GFilterInStream::TakeCarry(GBuffer& out, long maxBytes) {
 }
 
 void GFilterInStream::ConvertInto(GBuffer& target, long room, long limit) {
-    unsigned char* const place = MakeRoom(target, room, limit);
+    const long length = target.GetLength();
+    unsigned char* const place = Lengthen(target, room, limit);
     const unsigned char* const input = mInput.GetRawData();
     GFilterWindow window = {input + mInputPosition, input + mInput.GetLength(), mSourceEnded, place,
                             place + room};
-    mStep = Convert(window);
-    target.SetLength(target.GetLength() + static_cast<long>(window.out - place));
+    try {
+        mStep = Convert(window);
+    } catch (...) {
+        target.SetLength(length);
+        throw;
+    }
+    target.SetLength(length + static_cast<long>(window.out - place));
     mInputPosition = static_cast<std::int32_t>(window.in - input);
     mStarved = mStep == GFilterStep::cGoOn && window.OutRoom() >= mNeededRoom;
     // A filter that waits for more than there is would wait for ever.

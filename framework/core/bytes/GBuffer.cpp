@@ -216,7 +216,7 @@ void GBuffer::Allocate(long capacity) {
     MoveToBlock(SumOfLengths(capacity, 0) + cSpareBytes);
 }
 
-void GBuffer::SetLength(long length) {
+void GBuffer::SetLengthSlowly(long length) {
     if (length < 0) return;
     const std::int32_t newLength = SumOfLengths(length, 0);
     const long room = GetAllocated() ? GetAllocatedLength() : GetArraySize();
@@ -241,13 +241,6 @@ const char* GBuffer::GetPtr() const {
     }
     mData[mLength] = mData[mLength + 1] = 0;
     return reinterpret_cast<const char*>(mData);
-}
-
-unsigned char* GBuffer::GetWritePtr() {
-    if (mLength == 0) return nullptr;
-    if (!GetAllocated()) MoveToBlock(GetArraySize());
-    mData[mLength] = mData[mLength + 1] = 0;
-    return mData;
 }
 
 unsigned short GBuffer::GetWordAt(long index) const noexcept {

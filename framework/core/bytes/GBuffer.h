@@ -116,7 +116,13 @@ public:
     /// when there is room, or for a negative capacity.
     void Allocate(long capacity);
     /// Growing leaves the new bytes undefined; a negative length is ignored.
-    void SetLength(long length);
+    void SetLength(long length) {
+        if (mSizeWord >= static_cast<std::uint64_t>(length) + 2 + cAllocated) {
+            mLength = static_cast<std::int32_t>(length);  // within an own block
+        } else {
+            SetLengthSlowly(length);
+        }
+    }
     void Clear() noexcept { mLength = 0; }  ///< keeps the block
     void Swap(GBuffer& other) noexcept;
 
@@ -130,7 +136,13 @@ public:
     operator const char*() const { return GetPtr(); }
     /// The bytes for writing in place, zero-terminated; null when there are none. Valid until the
     /// buffer changes. Borrowed bytes are moved into an owned block of the declared size first.
-    unsigned char* GetWritePtr();
+    unsigned char* GetWritePtr() {
+        if (mLength == 0) return nullptr;
+        if (!GetAllocated()) MoveToBlock(GetArraySize());
+        unsigned char* const bytes = mData;
+        std::memset(bytes + mLength, 0, 2);
+        return bytes;
+    }
     /// The bytes as they lie, with nothing sure behind them; null for a buffer that never held any.
     const unsigned char* GetRawData() const noexcept { return mData; }
     /// The 16-bit unit at `index`, in machine order. Not checked against the length; 0 outside the block.
@@ -253,6 +265,7 @@ private:
     bool HasOwnRoomFor(Size more) const noexcept {
         return mSizeWord >= more + static_cast<std::uint32_t>(mLength) + 2 + cAllocated;
     }
+    void SetLengthSlowly(long length);
     void GrowForElement(long size);
     bool IsInOwnBlock(const unsigned char* bytes) const noexcept;
     void FreeBlock() const noexcept;

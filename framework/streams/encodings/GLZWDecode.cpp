@@ -12,11 +12,27 @@ constexpr std::uint32_t cTableSize = GLZWCodes::cTableSize;
 
 }  // namespace
 
-/// One conversion. Nothing points to the object, so that the processor's registers can hold it while codes
-/// are taken, whatever is written.
+inline unsigned char* GLZWDecode::Rest::Give(unsigned char* out, const unsigned char* outEnd) {
+    const long repeated = std::min<long>(runLength, outEnd - out);
+    if (repeated > 0) std::memset(out, runByte, static_cast<std::size_t>(repeated));
+    runLength -= static_cast<std::int32_t>(repeated);
+    out += repeated;
+    const long copied = std::min<long>(end - start, outEnd - out);
+    if (copied < 1) return out;
+    if (copied <= cPart && outEnd - out >= cPart) {
+        std::memcpy(out, bytes.data() + start, cPart);  // the last part may be written too long
+    } else {
+        std::memcpy(out, bytes.data() + start, static_cast<std::size_t>(copied));
+    }
+    start += static_cast<std::int32_t>(copied);
+    return out + copied;
+}
+
+/// One conversion. Its operations are inlined and nothing points to the object, so that the processor's
+/// registers hold it while codes are taken, whatever is written.
 class GLZWDecode::Run {
 public:
-    Run(GLZWDecode& filter, const GFilterWindow& window)
+    Run(GLZWDecode& filter, const GFilterWindow& window, unsigned char* out)
         : mState(filter.mState),
           mEarlyChange(filter.mEarlyChange),
           mStrings(filter.mStrings.data()),
@@ -25,13 +41,13 @@ public:
           mBit(mState.usedBits),
           mBits(static_cast<std::uint32_t>(8 * window.InCount())),
           mIsLast(window.isLast),
-          mOut(window.out),
+          mOut(out),
           mOutEnd(window.outEnd) {
         SetWidth(mState.width);
     }
 
     // Ends with the first string that there is no room for; it becomes the rest.
-    GFilterStep TakeCodes() {
+    [[gnu::always_inline]] GFilterStep TakeCodes() {
         while (true) {
             const std::uint32_t code = PeekCode();
             if (code >= mState.next && (code > mState.next || !HasPrevious())) return FindFailure(code);
@@ -57,11 +73,16 @@ public:
         }
     }
 
-    void Leave(GLZWDecode& filter, GFilterWindow& window) {
+    void Leave(GLZWDecode& filter, GFilterWindow& window) const {
         window.in = mIn + mBit / 8;
         window.out = mOut;
-        mState.usedBits = mBit % 8;
-        filter.mState = mState;
+        // Part by part: for a copy of the whole it would have to lie in memory.
+        filter.mState.next = mState.next;
+        filter.mState.width = mState.width;
+        filter.mState.previous = mState.previous;
+        filter.mState.string.tail = mState.string.tail;
+        filter.mState.string.facts = mState.string.facts;
+        filter.mState.usedBits = mBit % 8;
     }
 
     static void ClearTable(State& state) {
@@ -174,7 +195,7 @@ private:
     }
 
     // A run is not written down, or small reads of runs would copy nearly all of it.
-    [[gnu::noinline]] void Keep(const String& string, long length) const {
+    void Keep(const String& string, long length) const {
         const long position = (length - 1) / cPart * cPart;
         const bool isRun = position > 0 && IsRun(string);
         mRest.start = 0;
@@ -213,18 +234,6 @@ GLZWDecode* GLZWDecode::CreateClone() const {
     return new GLZWDecode(*this);
 }
 
-bool GLZWDecode::Rest::Give(GFilterWindow& window) {
-    const auto repeated = static_cast<std::int32_t>(std::min<long>(runLength, window.OutRoom()));
-    if (repeated > 0) std::memset(window.out, runByte, static_cast<std::size_t>(repeated));
-    window.out += repeated;
-    runLength -= repeated;
-    const auto copied = static_cast<std::int32_t>(std::min<long>(end - start, window.OutRoom()));
-    if (copied > 0) std::memcpy(window.out, bytes.data() + start, static_cast<std::size_t>(copied));
-    window.out += copied;
-    start += copied;
-    return IsEmpty();
-}
-
 void GLZWDecode::Restart() {
     mRest = {};
     mState.usedBits = 0;
@@ -232,11 +241,13 @@ void GLZWDecode::Restart() {
 }
 
 GFilterStep GLZWDecode::Convert(GFilterWindow& window) {
-    while (mRest.Give(window)) {
-        Run run(*this, window);
+    while (true) {
+        unsigned char* const out = mRest.Give(window.out, window.outEnd);
+        window.out = out;
+        if (!mRest.IsEmpty()) return GFilterStep::cGoOn;
+        Run run(*this, window, out);
         const GFilterStep step = run.TakeCodes();
         run.Leave(*this, window);
         if (mRest.IsEmpty()) return step;
     }
-    return GFilterStep::cGoOn;
 }

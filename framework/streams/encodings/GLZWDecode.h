@@ -31,8 +31,8 @@ private:
     /// What is left of a string that found no room: a byte that repeats, and others behind it.
     struct Rest {
         bool IsEmpty() const { return runLength == 0 && start == end; }
-        /// Puts out as much as there is room for; true when nothing is left.
-        bool Give(GFilterWindow& window);
+        /// Puts out as much as there is room for and returns where it ends.
+        unsigned char* Give(unsigned char* out, const unsigned char* outEnd);
 
         std::int32_t runLength = 0;
         unsigned char runByte = 0;
