@@ -44,7 +44,8 @@ private:
 
 bool Start(GExternalProcess& process, const ProgramCommand& command, const JobVariables& variables) {
     const std::wstring& program = command.GetProgram();
-    const GPathName path = GPathName::FromNative(FromWide(program.data(), static_cast<long>(program.size())));
+    const GPathName path =
+        GPathName::FromNative(NameFromWide(program.data(), static_cast<long>(program.size())));
     const GTable<GString> arguments = command.MakeArguments(variables);
     const WiderEnvironment environment(variables.GetEnvironment());
     // The program inherits this, and does not wait for somebody to read a message when it crashes.

@@ -17,7 +17,7 @@ struct Field {
 };
 
 GString AsString(const std::wstring& text) {
-    return FromWide(text.data(), static_cast<long>(text.size()));
+    return NameFromWide(text.data(), static_cast<long>(text.size()));
 }
 
 GString GetJobPath(const Job& job) {

@@ -85,7 +85,7 @@ void CheckKind(const std::wstring& program) {
 std::wstring ExpandProgram(const std::wstring& text) {
     const GVariableMgr folders(false, GVariableMgr::cPaths);
     GString expanded;
-    if (!folders.ExpandVars(FromWide(text.data(), static_cast<long>(text.size())), expanded)) {
+    if (!folders.ExpandVars(NameFromWide(text.data(), static_cast<long>(text.size())), expanded)) {
         throw UsageFailure(L"--run: the program " + text + L" may hold no other variables than folders.");
     }
     return AsWide(expanded);
@@ -123,7 +123,7 @@ ProgramCommand::ProgramCommand(const std::wstring& text) {
     mProgram = FindProgram(name);
     CheckKind(mProgram);
     for (std::size_t i = 1; i < parts.size(); ++i) {
-        mArguments.push_back(FromWide(parts[i].data(), static_cast<long>(parts[i].size())));
+        mArguments.push_back(NameFromWide(parts[i].data(), static_cast<long>(parts[i].size())));
         CheckArgument(mArguments.back());
     }
 }

@@ -16,8 +16,9 @@ struct _SECURITY_ATTRIBUTES;
 ///
 /// Paths have backslashes; `access` and `options` are the system's own (KEY_READ and so on). Nothing
 /// here throws for what the system refuses: a call gives false or null, and GetStatus() the system's
-/// code. Names and texts may hold any character; a name with a zero in it names nothing. One thread
-/// at a time.
+/// code. Names and texts may hold any character; a name with a zero in it names nothing. Names are not
+/// composed, neither on the way in nor out: "u" with a mark behind it and the one letter are two names. One
+/// thread at a time.
 ///
 /// Enumerations walk over the names that were there when they were begun. What is removed meanwhile
 /// is passed over, what is added is not met.
@@ -89,8 +90,6 @@ public:
     /// @}
 
 private:
-    // Names stay as the system gives them: a GString composes its characters, and a name of other
-    // characters is another name.
     struct Enumeration {
         GTable<GBuffer> names;  // UTF-16, each with its zero
         std::int32_t next = 0;

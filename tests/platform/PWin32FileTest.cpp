@@ -7,6 +7,7 @@
 #include "framework/streams/GFileOutStream.h"
 #include "platform/win32/base/PWin32ScopedHandle.h"
 #include "platform/win32/core/PWin32Wide.h"
+#include "platform/win32/files/PWin32FileSystemIteratorImp.h"
 #include "tests/files/TestFolder.h"
 #include "tests/platform/SystemErrorOf.h"
 #include "tests/streams/StreamTestSupport.h"
@@ -46,6 +47,18 @@ TEST(PWin32FileImp, TheSharingBitsSayWhoElseMayOpen) {
         EXPECT_EQ(opens(GENERIC_READ), othersRead);
         EXPECT_EQ(opens(GENERIC_WRITE), othersWrite);
     }
+}
+
+TEST(PWin32FileImp, FindsNamesThatCouldBeComposed) {
+    const TestFolder folder;
+    folder.Put("Bu\xCC\x88ro", "x");
+    PWin32FileSystemIteratorImp iterator;
+    iterator.BeginIterate(folder.Portable());
+    GPathName path;
+    bool isFolder = true;
+    EXPECT_TRUE(iterator.GetFirstObject(path, isFolder));
+    EXPECT_TRUE(GFileSystem::FileExists(path));
+    GFileSystem::RemoveFile(path);
 }
 
 TEST(PWin32FileImp, CreatingFindsAFileInUseThere) {

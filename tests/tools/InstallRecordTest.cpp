@@ -62,6 +62,12 @@ TEST_F(RegistryTest, TheRecordRemembersAndLeavesNoKeyBehind) {
     EXPECT_TRUE(InstallRecord::Contains(Kind::cPrinter, L"b\u00FCro 1")) << "in whatever case";
     EXPECT_FALSE(InstallRecord::Contains(Kind::cDriver, L"B\u00FCro 1"));
     InstallRecord::Remove(Kind::cPrinter, L"B\u00FCro 1");
+    const std::wstring marked = L"Bu\u0308ro 1";
+    InstallRecord::Add(Kind::cPrinter, marked);
+    EXPECT_EQ(InstallRecord::GetEntries(Kind::cPrinter).at(0).name, marked) << "not composed";
+    EXPECT_TRUE(InstallRecord::Contains(Kind::cPrinter, marked));
+    InstallRecord::Remove(Kind::cPrinter, marked);
+    EXPECT_TRUE(InstallRecord::GetEntries(Kind::cPrinter).empty());
     EXPECT_FALSE(InstallRecord::IsEmpty());
     InstallRecord::Remove(Kind::cDriver, L"Some PS");
     EXPECT_TRUE(InstallRecord::IsEmpty());

@@ -38,8 +38,9 @@ GString GetKeyPath(InstallRecord::Kind kind) {
     return GString(cRecordKey) + GString(GetLeaf(kind));
 }
 
+// As it is: what is recorded must be found again under its own name.
 GString TextOf(const std::wstring& wide) {
-    return FromWide(wide.data(), static_cast<long>(wide.size()));
+    return NameFromWide(wide.data(), static_cast<long>(wide.size()));
 }
 
 }  // namespace

@@ -15,7 +15,16 @@ inline std::wstring AsStandard(const GString& text) {
     return std::wstring(AsWide(text), static_cast<std::size_t>(text.GetLength()));
 }
 
-/// `length` wide characters as a string.
+/// `length` wide characters as a string, composed.
 inline GString FromWide(const wchar_t* text, long length) {
     return GString::FromUTF16(reinterpret_cast<const unsigned short*>(text), length);
+}
+
+/// The same, unit by unit as they are. For names by which the system is asked again: composed it would be
+/// another name.
+inline GString NameFromWide(const wchar_t* name, long length) {
+    GString text;
+    text.SetLength(length);
+    for (long i = 0; i < length; ++i) text.SetChar(i, name[i]);
+    return text;
 }

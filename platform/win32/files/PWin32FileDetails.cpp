@@ -108,7 +108,7 @@ GPathName PWin32FileSystemImp::GetUNCPath(const GPathName& path) {
     const auto native = std::make_unique<wchar_t[]>(cUnits);
     const DWORD length = ::GetFinalPathNameByHandleW(file.Get(), native.get(), cUnits, 0);
     PWin32SystemException::CheckForErrors(length > 0 && length < cUnits);
-    const GString found = FromWide(native.get(), static_cast<long>(length));
+    const GString found = NameFromWide(native.get(), static_cast<long>(length));
     const GString network("\\\\?\\UNC\\");
     if (found.Find(network) != 0) return path;
     GPathName result;

@@ -19,7 +19,7 @@ struct PWin32FileSystemIteratorImp::Level {
         const GString name = Name();
         return name == GString(".") || name == GString("..");
     }
-    GString Name() const { return FromWide(entry.cFileName, ::lstrlenW(entry.cFileName)); }
+    GString Name() const { return NameFromWide(entry.cFileName, ::lstrlenW(entry.cFileName)); }
     bool IsFolder() const { return (entry.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0; }
     bool LeadsElsewhere() const { return (entry.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0; }
     GPathName Path() const {

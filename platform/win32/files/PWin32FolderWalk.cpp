@@ -86,7 +86,7 @@ GPathName GetOpenedPath(HANDLE object) {
     if (!::GetFileInformationByHandleEx(object, FileNameInfo, block.get(), cSize)) return GPathName();
     const auto& name = *reinterpret_cast<const FILE_NAME_INFO*>(block.get());
     return GPathName::FromNative(
-        FromWide(name.FileName, static_cast<long>(name.FileNameLength / sizeof(WCHAR))));
+        NameFromWide(name.FileName, static_cast<long>(name.FileNameLength / sizeof(WCHAR))));
 }
 
 /// The path on its volume: whoever goes down without following links stays there, and not every volume has a
@@ -100,7 +100,7 @@ GPathName GetFinalPath(HANDLE object) {
     }
     // Some systems tell no path that is longer than MAX_PATH.
     if (length == 0 || length >= path.size()) return GetOpenedPath(object);
-    return GPathName::FromNative(FromWide(path.data(), static_cast<long>(length)));
+    return GPathName::FromNative(NameFromWide(path.data(), static_cast<long>(length)));
 }
 
 GFileFacts::Kind KindOf(HANDLE object, DWORD attributes) {

@@ -83,7 +83,7 @@ GPathName PWin32FileSystemImp::GetAliasTarget(const GPathName& alias) {
     wchar_t path[MAX_PATH] = {};
     // Without SLGP_UNCPRIORITY and the like: as it was stored, whether it is there or not.
     CheckResult(link->GetPath(path, MAX_PATH, nullptr, SLGP_RAWPATH));
-    return path[0] == 0 ? GPathName() : GPathName::FromNative(FromWide(path, ::lstrlenW(path)));
+    return path[0] == 0 ? GPathName() : GPathName::FromNative(NameFromWide(path, ::lstrlenW(path)));
 }
 
 void PWin32FileSystemImp::MoveToTrash(const GPathName& path) {

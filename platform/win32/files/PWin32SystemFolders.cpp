@@ -18,7 +18,7 @@ GPathName GetShellFolder(int folder) {
         ::SHGetFolderPathW(nullptr, folder | CSIDL_FLAG_CREATE, nullptr, SHGFP_TYPE_CURRENT, path);
     // S_FALSE: the number is right, but this user has no such folder.
     if (result != S_OK) throw PWin32SystemException(result == S_FALSE ? ERROR_PATH_NOT_FOUND : result);
-    return GPathName::FromNative(FromWide(path, static_cast<long>(::lstrlenW(path))));
+    return GPathName::FromNative(NameFromWide(path, static_cast<long>(::lstrlenW(path))));
 }
 
 }  // namespace
@@ -62,7 +62,7 @@ GPathName PWin32FileSystemImp::GetGlobalTempFolder() {
     const auto path = std::make_unique<wchar_t[]>(cUnits);
     const DWORD length = ::GetTempPathW(cUnits, path.get());
     if (length == 0 || length >= cUnits) return GPathName();
-    return GPathName::FromNative(FromWide(path.get(), static_cast<long>(length)));
+    return GPathName::FromNative(NameFromWide(path.get(), static_cast<long>(length)));
 }
 
 GPathName PWin32FileSystemImp::GetLibraryPath() {

@@ -253,7 +253,7 @@ bool PRegistryKey::NextRegistryKey(PRegistryKey& key) {
         found.mRoot = mRoot;
         found.mPath = mPath;
         if (!mPath.IsEmpty()) found.mPath += GString("\\");
-        found.mPath += FromWide(AsWide(name), name.GetLength() / 2 - 1);
+        found.mPath += NameFromWide(AsWide(name), name.GetLength() / 2 - 1);
         found.mAccess = mKeys->access;
         found.Open(mKey, AsWide(name));
         if (found.mStatus == ERROR_FILE_NOT_FOUND || found.mStatus == ERROR_KEY_DELETED) continue;
@@ -290,7 +290,7 @@ PRegistryData* PRegistryKey::NextValue(GString& name) {
         std::uint32_t type = 0;
         if (!QueryValue(AsWide(wide), stored, type)) continue;
         auto data = std::make_unique<PRegistryData>(type, stored);
-        name = FromWide(AsWide(wide), wide.GetLength() / 2 - 1);
+        name = NameFromWide(AsWide(wide), wide.GetLength() / 2 - 1);
         return data.release();
     }
     return nullptr;

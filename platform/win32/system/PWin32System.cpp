@@ -56,7 +56,7 @@ GPathName GetModulePath(void* module) {
     const auto path = std::make_unique<wchar_t[]>(cUnits);
     const DWORD length = ::GetModuleFileNameW(static_cast<HMODULE>(module), path.get(), cUnits);
     if (length == 0) return GPathName();
-    return GPathName::FromNative(FromWide(path.get(), static_cast<long>(length)));
+    return GPathName::FromNative(NameFromWide(path.get(), static_cast<long>(length)));
 }
 
 SYSTEM_INFO GetMachineInfo() {
