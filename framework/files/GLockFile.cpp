@@ -1,12 +1,16 @@
 #include "framework/files/GLockFile.h"
 
 #include "framework/core/errors/GException.h"
+#include "framework/core/time/PTime.h"
 #include "framework/files/GFileSystem.h"
 #include "framework/system/PSystem.h"
 
 namespace {
 
 constexpr long cPause = 150;  // milliseconds between two tries
+// Of a wait that has an end: short, since one who takes the lock again and again leaves it free for moments
+// only, and who looks seldom would never meet one.
+constexpr long cShortPause = 5;
 
 }  // namespace
 
@@ -44,7 +48,10 @@ const GPathName& GLockFile::GetLockFileSpec() const {
 
 GLockByFile::GLockByFile(const GPathName& path, GLockFile::LockType type, bool wait)
     : mLockFile(path), mType(type), mHasLock(mLockFile.Lock(type)) {
-    while (wait && !mHasLock) WaitForLock(cPause);
+    while (wait && !mHasLock) {
+        PSystem::MilliSleep(cPause);
+        mHasLock = mLockFile.Lock(type);
+    }
 }
 
 GLockByFile::~GLockByFile() {
@@ -52,8 +59,10 @@ GLockByFile::~GLockByFile() {
 }
 
 bool GLockByFile::WaitForLock(long milliseconds) {
-    for (long waited = 0; !mHasLock && waited < milliseconds; waited += cPause) {
-        PSystem::MilliSleep(cPause);
+    const std::uint32_t start = PTime::GetTickCount();
+    const auto waited = [start] { return static_cast<long>(PTime::GetTickCount() - start); };
+    while (!mHasLock && waited() < milliseconds) {
+        PSystem::MilliSleep(cShortPause);
         mHasLock = mLockFile.Lock(mType);
     }
     return mHasLock;

@@ -59,8 +59,8 @@ public:
     ~GLockByFile();
 
     bool HasLock() const noexcept { return mHasLock; }
-    /// For a guard that did not get its lock: tries again every 150 ms, for at most that long. True
-    /// when it holds the lock then.
+    /// For a guard that did not get its lock: tries again every few milliseconds, for at most that long.
+    /// True when it holds the lock then.
     bool WaitForLock(long milliseconds);
     void ReleaseLock();
 

@@ -8,8 +8,6 @@
 
 namespace {
 
-constexpr long cLongestWait = 30000;  // milliseconds
-
 void Report(const char* what, const GPathName& path) {
     GTraceLog::TraceQuietly("Preferences", [&] { return GString(what) + path.GetNativePathString(); });
 }
@@ -17,8 +15,8 @@ void Report(const char* what, const GPathName& path) {
 /// The lock of a shared file for as long as it is in scope.
 class SharedLock {
 public:
-    SharedLock(const GPathName& path, GLockFile::LockType type) : mLock(path, type, false) {
-        if (!mLock.HasLock() && !mLock.WaitForLock(cLongestWait))
+    SharedLock(const GPathName& path, GLockFile::LockType type, long longestWait) : mLock(path, type, false) {
+        if (!mLock.HasLock() && !mLock.WaitForLock(longestWait))
             throw GSimpleException(GExceptionID::cCouldNotLock);
     }
 
@@ -53,8 +51,9 @@ void GPrefFileModule::SaveAs(const GPathName& path) {
     GPrefsFile::Write(path, GetEncoding(), groups);
 }
 
-GPrefSharedFileModule::GPrefSharedFileModule(const GPathName& path, const GEncoding* encoding)
-    : GPrefFileModule(path, encoding, Unread()) {
+GPrefSharedFileModule::GPrefSharedFileModule(const GPathName& path, const GEncoding* encoding,
+                                             long longestWait)
+    : GPrefFileModule(path, encoding, Unread()), mLongestWait(static_cast<std::int32_t>(longestWait)) {
     GPrefSharedFileModule::Refresh();
 }
 
@@ -67,14 +66,14 @@ GPathName GPrefSharedFileModule::GetLockPathName() const {
 void GPrefSharedFileModule::ReadDict(GPrefsText::Groups& groups) {
     groups.Clear();
     if (!GFileSystem::FileExists(GetPathName())) return;
-    const SharedLock lock(GetLockPathName(), GLockFile::cReadLock);
+    const SharedLock lock(GetLockPathName(), GLockFile::cReadLock, mLongestWait);
     GPrefFileModule::ReadDict(groups);
 }
 
 void GPrefSharedFileModule::WriteDict(GPrefsText::Groups& groups, const GPrefChanges& changes) {
     GPathName folder(GetPathName().GetBranch());
     if (!folder.IsEmpty()) GFileSystem::CreateFolder(folder);  // the lock file needs it, too
-    const SharedLock lock(GetLockPathName(), GLockFile::cWriteLock);
+    const SharedLock lock(GetLockPathName(), GLockFile::cWriteLock, mLongestWait);
     GPrefsText::Groups present;
     GPrefFileModule::ReadDict(present);
     changes.ApplyTo(present);

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstdint>
+
 #include "framework/core/GExport.h"
 #include "framework/core/paths/GPathName.h"
 #include "framework/services/GPrefModule.h"
@@ -38,11 +40,13 @@ private:
 /// A lock file beside it ("Q.uprefs" has "Q.uprefslock") lets many read or one write. Under the lock for
 /// writing the file is read once more, the changes since the last writing are made to it, and then it is
 /// written whole: of two programs that change different keys, neither undoes what the other did; of two
-/// that change the same key, the later one wins. A lock that is not free within 30 seconds throws
+/// that change the same key, the later one wins. A lock that is not free within the longest wait throws
 /// GSimpleException cCouldNotLock; the changes are kept then.
 class QUILLON_EXPORT GPrefSharedFileModule : public GPrefFileModule {
 public:
-    GPrefSharedFileModule(const GPathName& path, const GEncoding* encoding);
+    static constexpr long cLongestWait = 30000;  // milliseconds
+
+    GPrefSharedFileModule(const GPathName& path, const GEncoding* encoding, long longestWait = cLongestWait);
 
 protected:
     void ReadDict(GPrefsText::Groups& groups) override;
@@ -50,4 +54,6 @@ protected:
 
 private:
     GPathName GetLockPathName() const;
+
+    std::int32_t mLongestWait;  // milliseconds
 };

@@ -1,6 +1,11 @@
 // Lock files between processes.
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <memory>
+#include <random>
+#include <vector>
+
 #include "framework/files/GLockFile.h"
 #include "framework/system/PSystem.h"
 #include "tests/files/TestFolder.h"
@@ -20,6 +25,7 @@ public:
         while (!Has() && mProcess.IsRunning()) PSystem::MilliSleep(1);
         return Has();
     }
+    bool IsRunning() const { return mProcess.IsRunning(); }
     void Kill() const { mProcess.Kill(); }
 
 private:
@@ -50,15 +56,37 @@ TEST(LockProcess, ReadersShareAWriterWaitsAndTheDeadHoldNothing) {
     second.Kill();
     EXPECT_TRUE(writer.WaitUntilItHas());
     EXPECT_FALSE(GLockFile(path).Lock(GLockFile::cReadLock));
-    for (int round = 0; round < 5; ++round) {
-        const std::string name = "next" + std::to_string(round);
-        const Holder next(folder, "write", name);
-        if (round == 0) writer.Kill();
-        EXPECT_TRUE(next.WaitUntilItHas());
-        EXPECT_FALSE(GLockFile(path).Lock(GLockFile::cReadLock));
-        next.Kill();
-        EXPECT_TRUE(GLockFile(path).Lock(GLockFile::cReadLock)) << "the killed one has let go";
+    writer.Kill();
+    EXPECT_TRUE(GLockFile(path).Lock(GLockFile::cReadLock));
+}
+
+TEST(LockProcess, HoldersKilledAtAnyMomentHoldNothing) {
+    const TestFolder folder;
+    GLockFile lock(folder.Portable("lock"));
+    std::mt19937 random(5);
+    int held = 0;
+    for (int kills = 0; kills < QUILLON_TEST_KILLS;) {
+        // Readers alone, one to three of them, or with a writer, who waits for them or keeps them out.
+        std::vector<std::unique_ptr<Holder>> holders;
+        const unsigned readers = 1 + random() % 3;
+        const unsigned count = readers + random() % 2;
+        for (unsigned i = 0; i < count; ++i)
+            holders.push_back(
+                std::make_unique<Holder>(folder, i < readers ? "read" : "write",
+                                         "holder" + std::to_string(kills + static_cast<int>(i))));
+        const auto has = [](const auto& holder) { return holder->Has(); };
+        // Before, while or after they take the lock.
+        if (random() % 4 != 0)
+            while (std::ranges::none_of(holders, has) && holders[0]->IsRunning()) PSystem::MilliSleep(1);
+        PSystem::MilliSleep(static_cast<long>(random() % 30));
+        held += std::ranges::any_of(holders, has) ? 1 : 0;
+        std::ranges::shuffle(holders, random);
+        for (const auto& holder : holders) holder->Kill();
+        kills += static_cast<int>(count);
+        ASSERT_TRUE(lock.Lock(GLockFile::cWriteLock)) << kills;
+        lock.UnLock();
     }
+    EXPECT_GT(held, 0);
 }
 
 }  // namespace

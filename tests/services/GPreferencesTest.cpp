@@ -215,6 +215,41 @@ TEST_F(GPreferencesTest, TwoThatShareAFileKeepEachOthersValues) {
     EXPECT_EQ(TextOf(GPrefSharedFileModule(path, encoding).Get("c", "k")), "2") << "readers go together";
 }
 
+TEST_F(GPreferencesTest, ALockThatStaysTakenIsAFailureThatLosesNothing) {
+    const GPathName path = mFolder.Portable("Quillon.uprefs");
+    constexpr long cWait = 1;  // millisecond
+    GPrefSharedFileModule module(path, GUnicodeEncoding::GetInstance(), cWait);
+    EXPECT_EQ(GPrefSharedFileModule::cLongestWait, 30000) << "for all others";
+    module.Set("g", "k", "written");
+    module.FlushPrefs();
+    module.Set("g", "k", "waits");
+    const auto refuses = [](const auto& call) {
+        try {
+            call();
+        } catch (const GSimpleException& failure) {
+            return failure.GetExceptionID() == GExceptionID::cCouldNotLock;
+        }
+        return false;
+    };
+    GLockFile other(mFolder.Portable("Quillon.uprefslock"));
+    for (const auto type : {GLockFile::cReadLock, GLockFile::cWriteLock}) {
+        ASSERT_TRUE(other.Lock(type));
+        EXPECT_TRUE(refuses([&] { module.FlushPrefs(); }));
+        EXPECT_TRUE(module.IsDirty());
+        if (type == GLockFile::cWriteLock) {
+            EXPECT_TRUE(refuses([&] { module.Refresh(); }));
+            EXPECT_TRUE(
+                refuses([&] { GPrefSharedFileModule(path, GUnicodeEncoding::GetInstance(), cWait); }));
+        }
+        EXPECT_EQ(TextOf(module.Get("g", "k")), "waits");
+        other.UnLock();
+        EXPECT_EQ(TextOf(GPrefSharedFileModule(path, GUnicodeEncoding::GetInstance()).Get("g", "k")),
+                  "written");
+    }
+    module.FlushPrefs();
+    EXPECT_EQ(TextOf(GPrefSharedFileModule(path, GUnicodeEncoding::GetInstance()).Get("g", "k")), "waits");
+}
+
 TEST_F(GPreferencesTest, WhatIsReadOfADamagedFileIsKeptAndTheFileToo) {
     for (const bool shared : {false, true}) {
         SCOPED_TRACE(shared);
