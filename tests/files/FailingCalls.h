@@ -1,23 +1,39 @@
 #pragma once
 
-/// FailingCalls: lets the n-th call of the system by which files are copied, moved and removed fail, in this
-/// program. One thread.
+#include <utility>
+
+/// FailingCalls: lets calls of the system by which files are copied, moved and removed fail, in this program.
+/// One thread.
 class FailingCalls {
 public:
     enum class Failure { cNone, cDevice, cOtherVolume };
+    enum class Kind { cMove, cRemove, cOther };
 
     /// The n-th call from now on fails; `otherVolume`: as one that should move a file to another volume, if
     /// it is one that moves. All others work.
     static void Arm(int n, bool otherVolume) noexcept {
+        Disarm();
         sLeft = n;
-        sHasFailed = false;
         sOtherVolume = otherVolume;
     }
-    static void Disarm() noexcept { Arm(0, false); }
+    /// The first call that moves is one to another volume, and none removes anything.
+    static void ArmRemovals() noexcept {
+        Disarm();
+        sRefusesRemovals = true;
+    }
+    static void Disarm() noexcept {
+        sLeft = 0;
+        sHasFailed = sRefusesRemovals = false;
+    }
     static bool HasFailed() noexcept { return sHasFailed; }
 
     /// For the replaced calls: how this one is to fail.
-    static Failure Next(bool moves = false) noexcept {
+    static Failure Next(Kind kind) noexcept {
+        const bool moves = kind == Kind::cMove;
+        if (sRefusesRemovals) {
+            if (moves) return std::exchange(sHasFailed, true) ? Failure::cNone : Failure::cOtherVolume;
+            return kind == Kind::cRemove ? Failure::cDevice : Failure::cNone;
+        }
         if (sLeft == 0 || --sLeft > 0) return Failure::cNone;
         sHasFailed = true;
         return moves && sOtherVolume ? Failure::cOtherVolume : Failure::cDevice;
@@ -27,4 +43,5 @@ private:
     static inline int sLeft = 0;
     static inline bool sHasFailed = false;
     static inline bool sOtherVolume = false;
+    static inline bool sRefusesRemovals = false;
 };

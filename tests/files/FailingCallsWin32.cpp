@@ -20,8 +20,10 @@ Function Replace(void*& import, Function function) {
     return before;
 }
 
-bool Fails(bool moves = false) {
-    const FailingCalls::Failure failure = FailingCalls::Next(moves);
+using Kind = FailingCalls::Kind;
+
+bool Fails(Kind kind) {
+    const FailingCalls::Failure failure = FailingCalls::Next(kind);
     if (failure == FailingCalls::Failure::cNone) return false;
     ::SetLastError(failure == FailingCalls::Failure::cDevice ? ERROR_IO_DEVICE : ERROR_NOT_SAME_DEVICE);
     return true;
@@ -38,15 +40,15 @@ const auto sMove = Replace(__imp_MoveFileExW, &Move);
 BOOL WINAPI Copy(const wchar_t* from, const wchar_t* to, BOOL mustBeNew) {
     // What has been copied by then stays in the target.
     const BOOL done = sCopy(from, to, mustBeNew);
-    return Fails() ? FALSE : done;
+    return Fails(Kind::cOther) ? FALSE : done;
 }
 
 BOOL WINAPI Delete(const wchar_t* path) {
-    return Fails() ? FALSE : sDelete(path);
+    return Fails(Kind::cRemove) ? FALSE : sDelete(path);
 }
 
 BOOL WINAPI Move(const wchar_t* from, const wchar_t* to, DWORD flags) {
-    return Fails(true) ? FALSE : sMove(from, to, flags);
+    return Fails(Kind::cMove) ? FALSE : sMove(from, to, flags);
 }
 
 }  // namespace

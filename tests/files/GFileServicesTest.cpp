@@ -134,6 +134,23 @@ TEST(GFileServices, RandomOperationsDoWhatTheModelSaysAlsoWhenACallFails) {
     EXPECT_GT(failed, 30);
 }
 
+TEST(GFileServices, AMoveToAnotherVolumeThatCanRemoveNothingLosesNothing) {
+    GException::Initialize();
+    const TestFolder folder;
+    folder.Put("f", "x");
+    GFileSystem::CreateFolder(folder.Portable("sub"));
+    FailingCalls::ArmRemovals();
+    const std::string failure =
+        DescriptionOf([&] { GFileSystem::MoveFileTo(folder.Portable("f"), folder.Portable("sub")); });
+    FailingCalls::Disarm();
+    const auto native = [&](const char* path) { return TextOf(folder.Portable(path).GetNativePathString()); };
+    EXPECT_TRUE(failure.starts_with("Moving " + native("f") + " to " + native("sub/f") + ": ")) << failure;
+    EXPECT_EQ(folder.Take("f"), "x");
+    EXPECT_EQ(folder.Take("sub/f"), "x") << "whole, under the target's name alone";
+    GFileSystem::RemoveFile(folder.Portable("sub/f"));
+    GFileSystem::RemoveFolderOnly(folder.Portable("sub"));
+}
+
 TEST(GFileServices, AnIteratorGoesDownAndComesBack) {
     const TestFolder folder;
     GFileSystem::CreateFolder(folder.Portable("sub/empty"));

@@ -10,7 +10,7 @@ namespace {
 
 constexpr const char* cPath = "Software\\Wine\\AppDefaults\\VersionPeer.exe";
 
-TEST(WindowsVersions, DecideOnNameSpaces) {
+TEST(WindowsVersions, DecideOnNameSpacesAndMessagesArriveInEach) {
     // In Wine 8 "win7" is the server of its version, and "win2008r2" is not.
     const std::pair<const char*, const char*> rows[] = {
         {"win98", "0 global 'Session\\2\\'"},
@@ -33,7 +33,7 @@ TEST(WindowsVersions, DecideOnNameSpaces) {
         ASSERT_TRUE(key.SetString("Version", version, 1));
         const ChildProcess peer(L"VersionPeer.exe", folder.Standard("out").wstring(), L"NUL");
         EXPECT_EQ(peer.WaitForExitCode(), 0);
-        EXPECT_EQ(folder.Take("out"), std::string(expected) + "\r\n") << version;
+        EXPECT_EQ(folder.Take("out"), std::string(expected) + " 2 2\r\n") << version;
     }
     EXPECT_TRUE(PRegistryKey(HKEY_CURRENT_USER, "Software\\Wine\\AppDefaults", KEY_ALL_ACCESS)
                     .RemoveKey("VersionPeer.exe"));
