@@ -26,6 +26,10 @@ TEST(CommandLine, ReadsACommandAndItsOptionsInAnyOrder) {
         {{L"install", L"--driver=-x"}, L"1||-x||"},
         {{L"install", L"--printer", std::wstring(220, L'p')}, L"1|" + std::wstring(220, L'p') + L"|||"}};
     for (const auto& [arguments, expected] : rows) EXPECT_EQ(TextOf(ParseCommandLine(arguments)), expected);
+    EXPECT_EQ(ParseCommandLine({L"testpage"}).seconds, 30);
+    EXPECT_EQ(ParseCommandLine({L"testpage", L"--wait=3600"}).seconds, 3600);
+    EXPECT_FALSE(ParseCommandLine({L"status"}).json);
+    EXPECT_TRUE(ParseCommandLine({L"status", L"--json"}).json);
 }
 
 TEST(CommandLine, RefusesWhatItDoesNotKnowAndNamesIt) {
@@ -42,6 +46,10 @@ TEST(CommandLine, RefusesWhatItDoesNotKnowAndNamesIt) {
         {{L"install", L"status"}, "status"},
         {{L"status", L"--printer", L"x"}, "'--printer' is not an option of status."},
         {{L"testpage", L"--driver", L"x"}, "'--driver' is not an option of testpage."},
+        {{L"testpage", L"--wait", L"3601"}, "--wait: "},
+        {{L"testpage", L"--wait=-1"}, "--wait: "},
+        {{L"testpage", L"--wait=x"}, "--wait"},
+        {{L"jobs", L"--json=x"}, "'--json' is not an option of jobs."},
         {{L"install", L"--printer"}, "--printer: 1 required NAME missing"},
         {{L"install", L"--ppd", L"--driver", L"x"}, "--ppd: needs a value behind it"},
         {{L"install", L"--driver", L""}, "--driver: needs a value behind it"},

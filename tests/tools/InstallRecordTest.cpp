@@ -4,8 +4,10 @@
 
 #include "platform/win32/base/PWin32Api.h"
 #include "platform/win32/core/PWin32Wide.h"
+#include "tools/console/Console.h"
 #include "tools/machine/MachineKey.h"
 #include "tools/machine/SpoolerHost.h"
+#include "tools/quillonctl/PageRecord.h"
 
 namespace {
 
@@ -71,6 +73,13 @@ TEST_F(RegistryTest, TheRecordRemembersAndLeavesNoKeyBehind) {
     EXPECT_FALSE(InstallRecord::IsEmpty());
     InstallRecord::Remove(Kind::cDriver, L"Some PS");
     EXPECT_TRUE(InstallRecord::IsEmpty());
+    EXPECT_FALSE(MachineKey::Open("SOFTWARE\\Quillon").Exists());
+    PageRecord::Add(L"A", L"1.0.0.0");
+    ASSERT_EQ(PageRecord::GetOf(L"1.0.0.0").size(), 1u);
+    EXPECT_THAT(ToUTF8(PageRecord::GetOf(L"1.0.0.0")[0].when),
+                testing::MatchesRegex("20..-..-.. ..:..:.. UTC"));
+    EXPECT_TRUE(PageRecord::GetOf(L"1.0.0.1").empty()) << "another version of the library";
+    PageRecord::Clear();
     EXPECT_FALSE(MachineKey::Open("SOFTWARE\\Quillon").Exists());
     MachineKey::Make("SOFTWARE\\Quillon\\Other");
     InstallRecord::Add(Kind::cLibrary, L"C:\\x.dll");

@@ -50,7 +50,8 @@ TEST_F(LibraryFileTest, MovesAsideToAFreeNameAndBack) {
     EXPECT_EQ(aside, mFolder.Standard("a.dll.old2"));
     EXPECT_FALSE(LibraryFile::Exists(path));
     mFolder.Put("a.dll", "in the way");
-    LibraryFile::MoveBack(aside, path);
+    LibraryFile::PutBack(aside, path);
+    EXPECT_FALSE(mFolder.Has("a.dll.old3")) << "what was in the way";
     EXPECT_EQ(mFolder.Take("a.dll"), "mine");
     EXPECT_EQ(mFolder.Take("a.dll.old1"), "somebody's");
 }
@@ -69,14 +70,25 @@ TEST_F(LibraryFileTest, RemovingAnOpenFileOrALoadedLibraryFreesItsNameOrLeavesIt
             EXPECT_FALSE(LibraryFile::Exists(path));
         }
     }
-    const std::wstring loaded = mFolder.Standard("loaded.dll");
-    LibraryFile::Copy(LibraryFile::GetInstalledPath(L"version.dll"), loaded);
-    const PWin32ScopedHandle<PWin32ModuleHandle> module(::LoadLibraryW(loaded.c_str()));
-    ASSERT_TRUE(module);
-    EXPECT_THAT(ToUTF8(LibraryFile::GetVersion(loaded).value_or(L"")),
+}
+
+// As the spooler has it loaded when an installation fails after its library was registered.
+TEST_F(LibraryFileTest, ALoadedLibraryGivesItsNameBackAndGoesOnceItIsLetGo) {
+    const std::wstring path = mFolder.Put("a.dll", "before");
+    const std::wstring aside = LibraryFile::MoveAside(path);
+    LibraryFile::Copy(LibraryFile::GetInstalledPath(L"version.dll"), path);
+    EXPECT_THAT(ToUTF8(LibraryFile::GetVersion(path).value_or(L"")),
                 testing::MatchesRegex("\\d+\\.\\d+\\.\\d+\\.\\d+"));
-    LibraryFile::Remove(loaded);
-    EXPECT_FALSE(LibraryFile::Exists(loaded));
+    PWin32ScopedHandle<PWin32ModuleHandle> module(::LoadLibraryW(path.c_str()));
+    ASSERT_TRUE(module);
+    std::thread spooler([&] {
+        while (mFolder.Take("a.dll") != "before") std::this_thread::yield();
+        module.Reset(nullptr);
+    });
+    LibraryFile::PutBack(aside, path, 60000);
+    spooler.join();
+    EXPECT_EQ(mFolder.Take("a.dll"), "before");
+    EXPECT_FALSE(mFolder.Has("a.dll.old1") || mFolder.Has("a.dll.old2"));
     EXPECT_EQ(LibraryFile::GetInstalledPath(L"D:\\x\\y.dll"), L"D:\\x\\y.dll");
 }
 

@@ -13,12 +13,14 @@ StatusFacts MakeReadyFacts() {
     facts.printers.value = {{L"Quillon PDF", {L"QuillonPDFPort:"}, L"Some PS"}};
     facts.listeners.value = {{1, 4711, true}};
     facts.jobFolder.value = {L"C:\\Temp\\", 1536};
+    facts.pages.value = {{L"quillon pdf", L"2026-11-22 09:12:45 UTC"}};
     return facts;
 }
 
-TEST(StatusFacts, IsReadyOnlyWithEverythingThatAJobNeeds) {
+TEST(StatusFacts, IsCompleteWithWhatAJobNeedsAndReadyWithAPageOfEachPrinter) {
     const std::tuple<const char*, std::function<void(StatusFacts&)>, bool> rows[] = {
         {"everything", [](StatusFacts&) {}, true},
+        {"Wine without a forwarding monitor", [](StatusFacts& f) { f.lacksForwarding = true; }, false},
         {"no listener: jobs are written all the same", [](StatusFacts& f) { f.listeners.value.clear(); },
          true},
         {"listeners unknown", [](StatusFacts& f) { f.listeners.problem = L"x"; }, true},
@@ -32,11 +34,14 @@ TEST(StatusFacts, IsReadyOnlyWithEverythingThatAJobNeeds) {
         {"port unknown", [](StatusFacts& f) { f.portFound.problem = L"x"; }, false},
         {"no printer", [](StatusFacts& f) { f.printers.value.clear(); }, false},
         {"printers unknown", [](StatusFacts& f) { f.printers.problem = L"x"; }, false}};
-    for (const auto& [what, change, ready] : rows) {
+    for (const auto& [what, change, complete] : rows) {
         SCOPED_TRACE(what);
         StatusFacts facts = MakeReadyFacts();
         change(facts);
-        EXPECT_EQ(facts.IsReady(), ready);
+        EXPECT_EQ(facts.IsComplete(), complete);
+        EXPECT_EQ(facts.IsReady(), complete);
+        facts.pages.value.clear();
+        EXPECT_FALSE(facts.IsReady());
     }
 }
 
@@ -54,7 +59,7 @@ TEST(StatusFacts, ShowsEachFactInItsRow) {
               "Monitor:     registered, QuillonPortMonitor64.dll\n"
               "Library:     C:\\windows\\system32\\QuillonPortMonitor64.dll, version 0.1.0.0\n"
               "Port:        QuillonPDFPort: is known to the print spooler\n"
-              "Printers:    Quillon PDF (driver Some PS)\n"
+              "Printers:    Quillon PDF (driver Some PS), last page seen to arrive 2026-11-22 09:12:45 UTC\n"
               "             B\xC3\xBCro (driver Other PS)\n"
               "Listeners:   session 1: process 4711\n"
               "             session 2: process 99, no longer listening\n"
@@ -63,7 +68,12 @@ TEST(StatusFacts, ShowsEachFactInItsRow) {
               "             session 1: process 14, not told: the program's name is printerprocessorwin.exe\n"
               "             session 1: process 15, not told: the program's name is unknown\n"
               "Job folder:  C:\\Temp\\, 1.5 KB free\n"
-              "Ready to print.\n");
+              "In place, but no page has been seen to arrive yet on 'B\xC3\xBCro'.\n"
+              "'quillonctl testpage --printer NAME' tries it.\n");
+    facts.printers.value.pop_back();
+    EXPECT_THAT(ToUTF8(facts.Format()), testing::EndsWith(" free\nReady to print.\n"));
+    facts.lacksForwarding = true;
+    EXPECT_THAT(ToUTF8(facts.Format()), testing::HasSubstr("\nNot ready to print.\nWine's spooler keeps "));
 }
 
 TEST(StatusFacts, NamesWhatIsMissingOrUnknown) {
@@ -79,7 +89,48 @@ TEST(StatusFacts, NamesWhatIsMissingOrUnknown) {
               "Listeners:   unknown: No.\n"
               "             Start it.\n"
               "Job folder:  C:\\Temp\\, 0 bytes free\n"
-              "Not ready to print.\n");
+              "Not ready to print.\n'quillonctl doctor' tells what to do.\n");
+}
+
+TEST(StatusFacts, IsOneJsonObject) {
+    StatusFacts facts = MakeReadyFacts();
+    facts.listeners.value = {{-1, 14, true, L""}};
+    facts.portFound.problem = L"No \"spooler\".\nStart it.";
+    EXPECT_EQ(ToUTF8(facts.FormatAsJson()), R"({
+  "complete": false,
+  "ready": false,
+  "lacksForwardingMonitor": false,
+  "monitor": "QuillonPortMonitor64.dll",
+  "library": {
+    "path": "C:\\windows\\system32\\QuillonPortMonitor64.dll",
+    "exists": true,
+    "version": "0.1.0.0"
+  },
+  "port": {
+    "problem": "No \"spooler\".\nStart it."
+  },
+  "printers": [
+    {
+      "name": "Quillon PDF",
+      "driver": "Some PS",
+      "pageSeen": "2026-11-22 09:12:45 UTC"
+    }
+  ],
+  "listeners": [
+    {
+      "session": null,
+      "process": 14,
+      "listening": true,
+      "told": false,
+      "otherProgram": null
+    }
+  ],
+  "jobFolder": {
+    "path": "C:\\Temp\\",
+    "freeBytes": 1536
+  }
+}
+)");
 }
 
 TEST(StatusFacts, GathersWithoutThrowingOnAnyMachine) {

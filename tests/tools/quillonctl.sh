@@ -114,6 +114,7 @@ unchanged_since "$scratch/fresh" "a missing description"
 # A whole installation, twice.
 ctl 0 install --dll "$delivered" --ppd "$ppd"
 says "Added the printer 'Quillon PDF' with the driver 'Quillon PostScript'"
+says 'nothing can be printed yet'
 cmp "$library" "$installed" || fail "the library in the system folder is another one"
 [ "$(value_of "$monitor_key" Driver)" = QuillonPortMonitor64.dll ] || fail "the monitor's library is not registered"
 wine reg query "$monitor_key\\Ports\\QuillonPDFPort:" >/dev/null || fail "the port has no key"
@@ -131,13 +132,16 @@ says "is there already, with the driver 'Quillon PostScript'"
 ctl 1 install --dll "$(winepath -w "$bin/quillonctl.exe")"
 says 'It is no print port monitor.'
 unchanged_since "$scratch/installed" "what could not be met"
-ctl 0 status
+ctl 1 status
 says 'registered, QuillonPortMonitor64.dll'
 says ', version '
 says 'Quillon PDF (driver Quillon PostScript)'
 says 'Listeners:   none'
 says 'users\anna\Temp\, '
-says 'Ready to print.'
+says 'Not ready to print.'
+says 'forwarding monitor'
+ctl 1 testpage
+says 'printing fails with error 6'
 
 # A processing application is listed while it runs; Ctrl-C ends it in good order.
 wine "$bin/PrinterProcessorWin.exe" >"$scratch/application" 2>&1 </dev/null &
@@ -148,26 +152,48 @@ until grep -q '^Listening' "$scratch/application"; do
     [ "$tries" -lt 300 ] || fail "PrinterProcessorWin does not listen"
     sleep 0.1
 done
-ctl 0 status
+ctl 1 status
 grep -q '^Listeners:   session [0-9]*: process [0-9]*$' "$scratch/out" || fail "the listener is not listed"
 kill -INT "$application"
 wait "$application" || fail "Ctrl-C ended PrinterProcessorWin with $?"
-ctl 0 status
+ctl 1 status
 says 'Listeners:   none'
 
 # The page comes out of the port; the forwarding monitor supplies the printer's name, as Windows does.
 cp "$support/ForwardingMonitor.dll" "$system/"
 wine reg add "$monitor_key" /v RealDriver /d QuillonPortMonitor64.dll /f >/dev/null
 wine reg add "$monitor_key" /v Driver /d ForwardingMonitor.dll /f >/dev/null
+ctl 0 status
+says 'no page has been seen to arrive yet'
+ctl 0 testpage --wait 0
+says 'not waited for'
+ctl 0 status
+says 'no page has been seen to arrive yet'
 ctl 0 testpage --printer 'quillon pdf'
-says "Printed the test page on 'Quillon PDF'"
-job="$WINEPREFIX/drive_c/users/anna/Temp/anna/Quillon PDF/Quillon test page.ps"
+says "' on 'Quillon PDF' as job "
+job=$(wine_host_path "$(sed -n 's/^It has arrived: //p' "$scratch/out")")
 [ "$(head -c 11 "$job")" = '%!PS-Adobe-' ] || fail "the job file is no PostScript"
 tail -n 3 "$job" | grep -q '^%%EOF' || fail "the job file has no end"
 ctl 0 jobs
-grep -q '  1      -       complete  anna  Quillon PDF  Quillon test page$' "$scratch/out" || fail "the job is not listed"
+grep -q "  1      -       complete  anna  Quillon PDF  $(basename "$job" .ps)\$" "$scratch/out" || fail "the job is not listed"
+ctl 0 status
+says ', last page seen to arrive 20'
+says 'Ready to print.'
+ctl 0 status --json
+says '"ready": true'
+ctl 0 install --dll "$delivered"
+says "Ready: what is printed on 'Quillon PDF' becomes a job file. The last page seen to arrive: 20"
 ctl 1 testpage --printer Nobody
 says "There is no printer 'Nobody'"
+
+# What does not come out of the port, as from a printer that is paused, is not said to have arrived.
+redirections='HKCU\Software\Wine\Printing\Spooler'
+wine reg add "$redirections" /v QuillonPDFPort: /d "$scratch/elsewhere.ps" /f >/dev/null
+ctl 1 testpage --wait 1
+says 'No job file has come within 1 seconds.'
+says 'users\anna\Temp\anna\Quillon PDF\Quillon test page '
+wine reg delete "$redirections" /v QuillonPDFPort: /f >/dev/null
+wine reg delete "$record_key\\Pages" /f >/dev/null
 wine reg delete "$monitor_key" /v RealDriver /f >/dev/null
 wine reg add "$monitor_key" /v Driver /d QuillonPortMonitor64.dll /f >/dev/null
 rm -f "$system/ForwardingMonitor.dll"
@@ -221,7 +247,7 @@ rm "$installed"
 
 # Things that went away behind its back are no obstacle.
 ctl 0 install --dll "$delivered" --ppd "$ppd" --printer 'Büro €'
-ctl 0 status
+ctl 1 status
 says 'Büro € (driver Quillon PostScript)'
 wine reg delete "$print_key\\Printers\\Büro €" /f >/dev/null
 rm "$installed"

@@ -34,6 +34,8 @@ void CheckPrinterName(const std::wstring& name) {
     }
 }
 
+constexpr long cMaxSeconds = 3600;
+
 /// The options' values as the library gives them, in UTF-8.
 struct Values {
     std::string printer;
@@ -50,6 +52,10 @@ std::string CheckValue(const std::string& value) {
 void AddOption(CLI::App& command, const char* name, const char* valueName, std::string& value,
                const char* help) {
     command.add_option(name, value, help)->type_name(valueName)->check(CLI::Validator(CheckValue, ""));
+}
+
+void AddFlag(CLI::App& command, const char* name, bool& value, const char* help) {
+    command.add_flag(name, value, help)->multi_option_policy(CLI::MultiOptionPolicy::Throw);
 }
 
 CLI::App& AddCommand(CLI::App& app, CommandLine& result, Command command, const char* name,
@@ -74,11 +80,17 @@ void Describe(CLI::App& app, CommandLine& result, Values& values) {
               "the monitor's library, else the one beside this program");
     AddCommand(app, result, Command::cUninstall, "uninstall",
                "remove what install has added, and nothing else");
-    AddCommand(app, result, Command::cStatus, "status", "tell what is installed; 0 when jobs can be printed");
+    CLI::App& status = AddCommand(app, result, Command::cStatus, "status",
+                                  "tell what is installed; 0 when jobs can be printed");
+    AddFlag(status, "--json", result.json, "one JSON object, for programs");
     AddCommand(app, result, Command::cJobs, "jobs", "list the job files and what they say of themselves");
     CLI::App& page =
-        AddCommand(app, result, Command::cTestPage, "testpage", "print a page on a printer of the port");
+        AddCommand(app, result, Command::cTestPage, "testpage", "print a page and wait for its job file");
     AddOption(page, "--printer", "NAME", values.printer, "the printer's name");
+    page.add_option("--wait", result.seconds, "how long to wait for the file; 0: do not")
+        ->type_name("SECONDS")
+        ->check(CLI::Range(0L, cMaxSeconds).description(""))
+        ->capture_default_str();
 }
 
 }  // namespace

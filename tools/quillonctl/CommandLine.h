@@ -13,6 +13,8 @@ struct CommandLine {
     std::wstring driver;
     std::wstring ppd;
     std::wstring library;
+    long seconds = 30;  // to wait for the job file
+    bool json = false;
     std::wstring page;  // help or version, to be shown; ends in a line end
 };
 

@@ -15,7 +15,7 @@ constexpr const char* cRecordKey = "SOFTWARE\\Quillon\\Port Monitor\\Installed";
 
 constexpr InstallRecord::Kind cAllKinds[] = {
     InstallRecord::Kind::cLibrary, InstallRecord::Kind::cMonitor, InstallRecord::Kind::cPortKey,
-    InstallRecord::Kind::cDriver,  InstallRecord::Kind::cPrinter,
+    InstallRecord::Kind::cDriver,  InstallRecord::Kind::cPrinter, InstallRecord::Kind::cPage,
 };
 
 const char* GetLeaf(InstallRecord::Kind kind) {
@@ -29,9 +29,11 @@ const char* GetLeaf(InstallRecord::Kind kind) {
         case InstallRecord::Kind::cDriver:
             return "\\Drivers";
         case InstallRecord::Kind::cPrinter:
+            return "\\Printers";
+        case InstallRecord::Kind::cPage:
             break;
     }
-    return "\\Printers";
+    return "\\Pages";
 }
 
 GString GetKeyPath(InstallRecord::Kind kind) {

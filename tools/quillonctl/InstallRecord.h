@@ -12,10 +12,11 @@
 /// Names are compared without regard to case. Throws a Failure when the registry refuses.
 class InstallRecord {
 public:
-    enum class Kind { cLibrary, cMonitor, cPortKey, cDriver, cPrinter };
+    enum class Kind { cLibrary, cMonitor, cPortKey, cDriver, cPrinter, cPage };
     struct Entry {
         std::wstring name;
-        /// What else is needed to remove it: of a driver the description file made for it, or empty.
+        /// What else is needed: of a driver the description file made for it, or empty; of a page, which has
+        /// the name of its printer, see PageRecord.
         std::wstring detail;
     };
 

@@ -7,9 +7,11 @@
 #include "tools/quillonctl/InstallRecord.h"
 #include "tools/quillonctl/LibraryFile.h"
 #include "tools/quillonctl/MonitorRegistry.h"
+#include "tools/quillonctl/PageRecord.h"
 #include "tools/quillonctl/Printers.h"
 #include "tools/quillonctl/Product.h"
 #include "tools/quillonctl/SpoolerList.h"
+#include "tools/quillonctl/Status.h"
 
 namespace {
 
@@ -45,7 +47,24 @@ void Installation::Run() {
     CheckPort();
     InstallPrinter();
     mRollback.Commit();
-    Say(L"Ready: what is printed on '" + mPrinterName + L"' becomes a job file.");
+    TellReadiness();
+}
+
+// Ready is only what was seen to work. Printing a page here would send it to whoever listens.
+void Installation::TellReadiness() const {
+    if (MonitorRegistry::LacksForwarding()) {
+        Say(std::wstring(L"Installed, but nothing can be printed yet.\n") +
+            MonitorRegistry::cForwardingAdvice);
+        return;
+    }
+    const std::wstring page = StatusFacts::Gather().GetPageOf(mPrinterName);
+    if (page.empty()) {
+        Say(L"Installed. Whether what is printed on '" + mPrinterName +
+            L"' becomes a job file was not tried;\n'quillonctl testpage' does.");
+    } else {
+        Say(L"Ready: what is printed on '" + mPrinterName +
+            L"' becomes a job file. The last page seen to arrive: " + page);
+    }
 }
 
 void Installation::InstallLibrary() {
@@ -71,6 +90,7 @@ void Installation::CopyLibrary() {
         InstallRecord::Remove(Kind::cLibrary, target);
     });
     InstallRecord::Add(Kind::cLibrary, mTarget);
+    mRollback.AddCompletion(PageRecord::Clear);
 }
 
 void Installation::ReplaceLibrary() {
@@ -79,13 +99,14 @@ void Installation::ReplaceLibrary() {
                       L" is there, which this program did not install. Remove it first.");
     }
     const std::wstring aside = LibraryFile::MoveAside(mTarget);
-    mRollback.AddUndo(L"the replaced library", [aside, target = mTarget] {
-        if (LibraryFile::Exists(target)) LibraryFile::Remove(target);
-        LibraryFile::MoveBack(aside, target);
-    });
+    mRollback.AddUndo(L"the replaced library",
+                      [aside, target = mTarget] { LibraryFile::PutBack(aside, target); });
     LibraryFile::Copy(mSource, mTarget);
+    mRollback.AddCompletion(PageRecord::Clear);
     mRollback.AddCompletion([aside] {
-        if (!LibraryFile::Remove(aside)) {
+        if (!LibraryFile::Discard(aside, 0)) {
+            // Should it be let go before the next restart of the machine, uninstall removes it.
+            InstallRecord::Add(Kind::cLibrary, aside);
             Say(L"The print spooler goes on with the old library until it is restarted.");
         }
     });
@@ -102,6 +123,7 @@ void Installation::RegisterMonitor() {
         InstallRecord::Remove(Kind::cMonitor, Product::cMonitorName);
     });
     InstallRecord::Add(Kind::cMonitor, Product::cMonitorName);
+    mRollback.AddCompletion(PageRecord::Clear);
     Say(std::wstring(L"Registered the port monitor '") + Product::cMonitorName + L"'.");
 }
 

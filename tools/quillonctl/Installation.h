@@ -25,6 +25,7 @@ private:
     void RegisterMonitor();
     void MakePortKey();
     void CheckPort() const;
+    void TellReadiness() const;
     void InstallPrinter();
     void CheckDriverOf(const PrinterInfo& printer) const;
     std::wstring InstallDriver();

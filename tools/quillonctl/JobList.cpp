@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <array>
 
-#include "framework/core/errors/GException.h"
 #include "platform/win32/base/PWin32Api.h"
 #include "platform/win32/base/PWin32ScopedHandle.h"
 #include "platform/win32/core/PWin32Wide.h"
@@ -48,26 +47,12 @@ long long SecondsSince(const FILETIME& time) {
     return std::max((ticks(now) - ticks(time)) / cTicksInSecond, 0LL);
 }
 
-// A server behind the path, should there be one after all, learns who asks and cannot act in his name.
-std::optional<GPostScriptComments> ReadComments(const std::wstring& path) {
-    constexpr DWORD cSharing = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
-    constexpr DWORD cFlags = FILE_FLAG_OPEN_REPARSE_POINT | SECURITY_SQOS_PRESENT | SECURITY_IDENTIFICATION;
-    PWin32ScopedHandle<PWin32FileHandle> file(
-        ::CreateFileW(path.c_str(), GENERIC_READ, cSharing, nullptr, OPEN_EXISTING, cFlags, nullptr));
-    if (!file || ::GetFileType(file.Get()) != FILE_TYPE_DISK) return std::nullopt;
-    try {
-        return ReadJobComments(std::move(file), path);
-    } catch (const GException&) {
-        return std::nullopt;
-    }
-}
-
 void AddJobs(JobList& list, const std::wstring& user, const std::wstring& printer) {
     const std::wstring folder = list.folder + user + L'\\' + printer + L'\\';
     const bool listed = ForEach(folder, Wanted::cJobFiles, [&](const WIN32_FIND_DATAW& entry) {
         const auto bytes = std::uint64_t{entry.nFileSizeHigh} << 32 | entry.nFileSizeLow;
         list.jobs.push_back({user, printer, entry.cFileName, bytes, SecondsSince(entry.ftLastWriteTime),
-                             ReadComments(folder + entry.cFileName)});
+                             TryReadJobComments(folder + entry.cFileName)});
     });
     if (!listed) ++list.closedFolders;
 }

@@ -33,6 +33,11 @@ void Try(const std::wstring& action, Step step) {
     }
 }
 
+// What stands at the target is replaced.
+void Rename(const std::wstring& from, const std::wstring& to) {
+    Try(L"Renaming " + from + L" to " + to, [&] { GFileSystem::ReplaceFile(PathOf(from), PathOf(to)); });
+}
+
 bool IsTaken(const PWin32SystemException& failure) {
     return failure.GetSystemErrorCode() == ERROR_ALREADY_EXISTS ||
            failure.GetSystemErrorCode() == ERROR_FILE_EXISTS;
@@ -127,19 +132,37 @@ std::wstring LibraryFile::MoveAside(const std::wstring& path) {
     return NativeOf(aside);
 }
 
-void LibraryFile::MoveBack(const std::wstring& aside, const std::wstring& target) {
-    Try(L"Renaming " + aside + L" to " + target,
-        [&] { GFileSystem::ReplaceFile(PathOf(aside), PathOf(target)); });
+void LibraryFile::PutBack(const std::wstring& aside, const std::wstring& target,
+                          unsigned long waitMilliseconds) {
+    // First of all the old file gets its name back. A loaded one at the target could not be replaced.
+    const std::wstring spoilt = Exists(target) ? MoveAside(target) : std::wstring();
+    Rename(aside, target);
+    if (!spoilt.empty()) Discard(spoilt, waitMilliseconds);
 }
 
-bool LibraryFile::Remove(const std::wstring& path) {
+bool LibraryFile::Discard(const std::wstring& aside, unsigned long waitMilliseconds) {
+    constexpr DWORD cRetryMilliseconds = 250;
+    for (DWORD waited = 0; !::DeleteFileW(aside.c_str()); waited += cRetryMilliseconds) {
+        if (!Exists(aside)) return true;
+        if (waited < waitMilliseconds) {
+            ::Sleep(cRetryMilliseconds);
+        } else if (::MoveFileExW(aside.c_str(), nullptr, MOVEFILE_DELAY_UNTIL_REBOOT)) {
+            return false;
+        } else {
+            throw SystemFailure(L"Removing " + aside);
+        }
+    }
+    return !Exists(aside);
+}
+
+bool LibraryFile::Remove(const std::wstring& path, unsigned long waitMilliseconds) {
     if (!Exists(path)) return true;
     // Under another name first: a file that is open somewhere may keep its name when it is deleted.
     const std::wstring aside = MoveAside(path);
-    if (::DeleteFileW(aside.c_str()) || ::MoveFileExW(aside.c_str(), nullptr, MOVEFILE_DELAY_UNTIL_REBOOT)) {
-        return !Exists(aside);
+    try {
+        return Discard(aside, waitMilliseconds);
+    } catch (const Failure&) {
+        Rename(aside, path);
+        throw;
     }
-    const Failure failure = SystemFailure(L"Removing " + path);
-    MoveBack(aside, path);
-    throw failure;
 }

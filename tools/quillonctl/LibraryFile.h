@@ -23,12 +23,18 @@ public:
 
     /// Copies the file; the target must not exist.
     static void Copy(const std::wstring& source, const std::wstring& target);
-    /// Renames a file to a free name beside it, which works also while it is loaded. Returns the
-    /// full path of the new name.
+    /// Renames a file to a free name beside it, ".old1" and so on, which works also while it is loaded.
+    /// Returns the full path of the new name.
     static std::wstring MoveAside(const std::wstring& path);
-    /// Renames back; what stands at `target` by now is replaced.
-    static void MoveBack(const std::wstring& aside, const std::wstring& target);
-    /// Removes the file. One that is loaded gets another name and goes with the next restart of
+    /// Renames back; what stands at `target` by now goes, loaded or not.
+    static void PutBack(const std::wstring& aside, const std::wstring& target,
+                        unsigned long waitMilliseconds = cUnloading);
+    /// Removes a file that was moved aside. One that stays loaded for that long goes with the next restart of
     /// the machine: false.
-    static bool Remove(const std::wstring& path);
+    static bool Discard(const std::wstring& aside, unsigned long waitMilliseconds);
+    /// Moves the file aside and discards it.
+    static bool Remove(const std::wstring& path, unsigned long waitMilliseconds = cUnloading);
+
+    /// Milliseconds in which the spooler lets go of a library that it needs no more.
+    static constexpr unsigned long cUnloading = 5000;
 };

@@ -10,18 +10,18 @@
 #include "tools/quillonctl/CommandLine.h"
 #include "tools/quillonctl/Installation.h"
 #include "tools/quillonctl/JobList.h"
+#include "tools/quillonctl/PageTrial.h"
 #include "tools/quillonctl/Removal.h"
 #include "tools/quillonctl/Status.h"
-#include "tools/quillonctl/TestPage.h"
 
 namespace {
 
 enum ExitCode { cDone = 0, cFailed = 1, cWrongUsage = 2 };
 
-ExitCode ShowStatus() {
+ExitCode ShowStatus(bool json) {
     const StatusFacts facts = StatusFacts::Gather();
-    Console::Write(facts.Format());
-    return facts.IsReady() ? cDone : cFailed;
+    Console::Write(json ? facts.FormatAsJson() : facts.Format());
+    return facts.IsComplete() ? cDone : cFailed;
 }
 
 ExitCode Run(const CommandLine& wishes) {
@@ -36,13 +36,12 @@ ExitCode Run(const CommandLine& wishes) {
             Removal::Run();
             break;
         case Command::cStatus:
-            return ShowStatus();
+            return ShowStatus(wishes.json);
         case Command::cJobs:
             Console::Write(JobList::Gather(SpoolerHost::GetJobFolder()).Format());
             break;
         case Command::cTestPage:
-            TestPage::Print(wishes.printer);
-            break;
+            return PageTrial::Run(wishes.printer, wishes.seconds) ? cDone : cFailed;
     }
     return cDone;
 }

@@ -2,6 +2,7 @@
 
 #include "monitor/spooling/MonitorNames.h"
 #include "tools/machine/MachineKey.h"
+#include "tools/machine/SpoolerHost.h"
 #include "tools/quillonctl/Product.h"
 #include "tools/quillonctl/SpoolerList.h"
 
@@ -20,9 +21,12 @@ constexpr bool IsSameText(const wchar_t* wide, const char* narrow) {
 static_assert(IsSameText(Product::cMonitorName, MonitorNames::cMonitor));
 static_assert(IsSameText(Product::cPortName, MonitorNames::cPort));
 
+GString GetMonitorKeyPath() {
+    return GString("System\\CurrentControlSet\\Control\\Print\\Monitors\\") + GString(MonitorNames::cMonitor);
+}
+
 GString GetPortsKeyPath() {
-    return GString("System\\CurrentControlSet\\Control\\Print\\Monitors\\") +
-           GString(MonitorNames::cMonitor) + GString("\\Ports");
+    return GetMonitorKeyPath() + GString("\\Ports");
 }
 
 GString GetPortKeyPath() {
@@ -42,6 +46,14 @@ std::optional<std::wstring> MonitorRegistry::GetLibraryName() {
         }
     }
     return std::nullopt;
+}
+
+std::optional<std::wstring> MonitorRegistry::GetForwardedLibraryName() {
+    return MachineKey::GetText(MachineKey::Open(GetMonitorKeyPath()), "RealDriver");
+}
+
+bool MonitorRegistry::LacksForwarding() {
+    return SpoolerHost::IsWine() && !GetForwardedLibraryName();
 }
 
 void MonitorRegistry::Register() {

@@ -9,6 +9,15 @@ class MonitorRegistry {
 public:
     /// File name of the library that is registered for our monitor; nothing when none is.
     static std::optional<std::wstring> GetLibraryName();
+    /// File name of the library that a forwarding monitor, registered in the place of ours, hands all calls
+    /// to; nothing when none is. Wine's spooler leaves out the printer's name, without which no job is taken.
+    static std::optional<std::wstring> GetForwardedLibraryName();
+    /// Whether this is Wine and no forwarding monitor is there, so that no job can be printed.
+    static bool LacksForwarding();
+    static constexpr const wchar_t* cForwardingAdvice =
+        L"Wine's spooler keeps the printer's name from a port monitor, so that printing fails with error 6, "
+        L"unless "
+        L"a\nforwarding monitor supplies it: see \"Under Wine\" in docs/quillonctl.md.";
     /// Registers the monitor: the spooler loads the library from the system folder at once.
     static void Register();
     static void Unregister();

@@ -37,6 +37,8 @@ void CheckNoForeignPrinterNeedsTheMonitor() {
     }
 }
 
+void ForgetPage(const Entry&) {}
+
 void RemovePrinter(const Entry& entry) {
     const auto printer = Printers::Find(entry.name);
     if (printer && printer->IsOnOurPort()) {
@@ -80,6 +82,7 @@ void RemoveLibrary(const Entry& entry) {
         Say(L"The library " + entry.name + L" stays: the port monitor was registered by somebody else.");
         return;
     }
+    if (!LibraryFile::Exists(entry.name)) return;
     if (LibraryFile::Remove(entry.name)) {
         Say(L"Removed the library " + entry.name + L".");
     } else {
@@ -103,6 +106,7 @@ void Removal::Run() {
         return;
     }
     CheckNoForeignPrinterNeedsTheMonitor();
+    RemoveAll(Kind::cPage, ForgetPage);
     RemoveAll(Kind::cPrinter, RemovePrinter);
     RemoveAll(Kind::cPortKey, RemovePortKey);
     RemoveAll(Kind::cMonitor, RemoveMonitor);

@@ -8,6 +8,7 @@
 #include "tools/quillonctl/LibraryFile.h"
 #include "tools/quillonctl/MonitorRegistry.h"
 #include "tools/quillonctl/Product.h"
+#include "tools/quillonctl/SpoolerList.h"
 
 namespace {
 
@@ -25,9 +26,10 @@ auto Ask(Question question) {
 }
 
 StatusFacts::Library FindLibrary(const StatusFacts& facts) {
-    const auto& registered = facts.registeredLibrary.value;
+    const std::wstring registered = facts.registeredLibrary.value.value_or(Product::cLibraryName);
     StatusFacts::Library library;
-    library.path = LibraryFile::GetInstalledPath(registered.value_or(Product::cLibraryName));
+    library.path =
+        LibraryFile::GetInstalledPath(MonitorRegistry::GetForwardedLibraryName().value_or(registered));
     library.exists = LibraryFile::Exists(library.path);
     if (library.exists) library.version = LibraryFile::GetVersion(library.path);
     return library;
@@ -61,10 +63,12 @@ std::wstring FormatPort(bool found) {
     return std::wstring(Product::cPortName) + (found ? L" is known to the print spooler" : L" is missing");
 }
 
-std::wstring FormatPrinters(const std::vector<PrinterInfo>& printers) {
+std::wstring FormatPrinters(const StatusFacts& facts) {
     std::wstring text;
-    for (const PrinterInfo& printer : printers) {
-        text += (text.empty() ? L"" : L"\n") + printer.name + L" (driver " + printer.driver + L')';
+    for (const PrinterInfo& printer : facts.printers.value) {
+        const std::wstring page = facts.GetPageOf(printer.name);
+        text += (text.empty() ? L"" : L"\n") + printer.name + L" (driver " + printer.driver + L')' +
+                (page.empty() ? L"" : L", last page seen to arrive " + page);
     }
     return text.empty() ? L"none on the port" : text;
 }
@@ -82,16 +86,32 @@ std::wstring FormatJobFolder(const StatusFacts::JobFolder& folder) {
 }
 
 // A heading in a column of its own; further lines of the text stand under the first.
-template <class T>
-std::wstring FormatRow(std::wstring heading, const Answer<T>& answer, std::wstring (*format)(const T&)) {
+template <class T, class Write>
+std::wstring FormatRow(std::wstring heading, const Answer<T>& answer, Write write) {
     constexpr std::size_t cColumnUnits = 13;
     heading.resize(cColumnUnits, L' ');
     std::wstring row = heading;
-    for (const wchar_t unit : answer.IsKnown() ? format(answer.value) : L"unknown: " + answer.problem) {
+    for (const wchar_t unit : answer.IsKnown() ? write(answer.value) : L"unknown: " + answer.problem) {
         row += unit;
         if (unit == L'\n') row.append(cColumnUnits, L' ');
     }
     return row + L'\n';
+}
+
+std::wstring FormatReadiness(const StatusFacts& facts) {
+    if (!facts.IsComplete()) {
+        const bool isInstalled = facts.registeredLibrary.value.has_value();
+        const std::wstring why = isInstalled && facts.lacksForwarding
+                                     ? MonitorRegistry::cForwardingAdvice
+                                     : L"'quillonctl doctor' tells what to do.";
+        return L"Not ready to print.\n" + why + L'\n';
+    }
+    if (facts.IsReady()) return L"Ready to print.\n";
+    std::wstring names;
+    for (const std::wstring& name : facts.GetUntried())
+        names += (names.empty() ? L"'" : L", '") + name + L'\'';
+    return L"In place, but no page has been seen to arrive yet on " + names +
+           L".\n'quillonctl testpage --printer NAME' tries it.\n";
 }
 
 }  // namespace
@@ -104,24 +124,42 @@ StatusFacts StatusFacts::Gather() {
     facts.printers = Ask(Printers::GetOnOurPort);
     facts.listeners = Ask(Listeners::GetAll);
     facts.jobFolder = Ask(FindJobFolder);
+    facts.pages = Ask([&] { return PageRecord::GetOf(facts.library.value.version.value_or(L"")); });
+    facts.lacksForwarding = Ask(MonitorRegistry::LacksForwarding).value;
     return facts;
 }
 
-bool StatusFacts::IsReady() const {
-    return registeredLibrary.IsKnown() && registeredLibrary.value && library.IsKnown() &&
+bool StatusFacts::IsComplete() const {
+    return !lacksForwarding && registeredLibrary.IsKnown() && registeredLibrary.value && library.IsKnown() &&
            library.value.exists && portFound.IsKnown() && portFound.value && printers.IsKnown() &&
            !printers.value.empty();
 }
 
+std::wstring StatusFacts::GetPageOf(const std::wstring& printer) const {
+    for (const ArrivedPage& page : pages.value) {
+        if (IsSameName(page.printer, printer)) return page.when;
+    }
+    return {};
+}
+
+std::vector<std::wstring> StatusFacts::GetUntried() const {
+    std::vector<std::wstring> untried;
+    for (const PrinterInfo& printer : printers.value) {
+        if (GetPageOf(printer.name).empty()) untried.push_back(printer.name);
+    }
+    return untried;
+}
+
+bool StatusFacts::IsReady() const {
+    return IsComplete() && GetUntried().empty();
+}
+
 std::wstring StatusFacts::Format() const {
-    const Answer<bool>& port = portFound;
     return FormatRow(L"Monitor:", registeredLibrary, FormatMonitor) +
-           FormatRow(L"Library:", library, FormatLibrary) +
-           FormatRow<bool>(L"Port:", port, [](const bool& found) { return FormatPort(found); }) +
-           FormatRow(L"Printers:", printers, FormatPrinters) +
+           FormatRow(L"Library:", library, FormatLibrary) + FormatRow(L"Port:", portFound, FormatPort) +
+           FormatRow(L"Printers:", printers, [this](const auto&) { return FormatPrinters(*this); }) +
            FormatRow(L"Listeners:", listeners, FormatListeners) +
-           FormatRow(L"Job folder:", jobFolder, FormatJobFolder) +
-           (IsReady() ? L"Ready to print.\n" : L"Not ready to print.\n");
+           FormatRow(L"Job folder:", jobFolder, FormatJobFolder) + FormatReadiness(*this);
 }
 
 std::wstring FormatByteCount(unsigned long long bytes) {

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "tools/quillonctl/Listeners.h"
+#include "tools/quillonctl/PageRecord.h"
 #include "tools/quillonctl/Printers.h"
 
 /// An answer, or the reason why there is none.
@@ -34,13 +35,23 @@ struct StatusFacts {
     Answer<std::vector<PrinterInfo>> printers;
     Answer<std::vector<Listener>> listeners;
     Answer<JobFolder> jobFolder;
+    Answer<std::vector<ArrivedPage>> pages;  // that this version of the library has written
+    bool lacksForwarding = false;            // see MonitorRegistry
 
     /// Asks the system. A question that fails leaves its reason in place of the answer.
     static StatusFacts Gather();
-    /// Whether a job can be printed into a file: everything but a listener is there.
+    /// Whether everything that a job needs is there; a listener is not needed.
+    bool IsComplete() const;
+    /// Whether, on top of that, a page of each printer was seen to arrive.
     bool IsReady() const;
+    /// The printers of which no page was.
+    std::vector<std::wstring> GetUntried() const;
+    /// When the last page of that printer has arrived; empty when none has.
+    std::wstring GetPageOf(const std::wstring& printer) const;
     /// A page of lines for the administrator, ending in a line end.
     std::wstring Format() const;
+    /// The same for programs: one JSON object, ending in a line end.
+    std::wstring FormatAsJson() const;
 };
 
 /// A count of bytes in the largest unit of 1024 that leaves at least one, with one digit behind the

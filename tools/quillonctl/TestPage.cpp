@@ -3,9 +3,8 @@
 #include <vector>
 
 #include "platform/win32/base/PWin32Api.h"
-#include "tools/console/Console.h"
 #include "tools/machine/Failure.h"
-#include "tools/machine/SpoolerHost.h"
+#include "tools/quillonctl/MonitorRegistry.h"
 #include "tools/quillonctl/Printers.h"
 #include "tools/quillonctl/Product.h"
 #include "tools/quillonctl/SpoolerList.h"
@@ -122,7 +121,13 @@ std::wstring GetNow() {
     return std::wstring(date) + L' ' + time;
 }
 
-void Draw(PrinterCanvas& canvas, const PrinterInfo& printer) {
+// No two pages of this machine have the same, so that one cannot be taken for another.
+std::wstring MakeTitle() {
+    return L"Quillon test page " + std::to_wstring(::GetCurrentProcessId()) + L'-' +
+           std::to_wstring(::GetTickCount64());
+}
+
+void Draw(PrinterCanvas& canvas, const PrinterInfo& printer, const std::wstring& title) {
     constexpr int cLeft = 54;
     canvas.DrawFrame(24, 2);
     canvas.DrawLine(cLeft, 60, 28, L"Quillon Port Monitor");
@@ -131,18 +136,22 @@ void Draw(PrinterCanvas& canvas, const PrinterInfo& printer) {
     canvas.DrawLine(cLeft, 158, 11, L"Driver: " + printer.driver);
     canvas.DrawLine(cLeft, 176, 11, std::wstring(L"Port: ") + Product::cPortName);
     canvas.DrawLine(cLeft, 194, 11, L"Printed: " + GetNow());
-    canvas.DrawLine(cLeft, 212, 11, L"Characters: \u00C4\u00D6\u00DC \u00E4\u00F6\u00FC \u00DF \u20AC");
-    canvas.DrawGrayScale(cLeft, 250, 40);
+    canvas.DrawLine(cLeft, 212, 11, L"Title: " + title);
+    canvas.DrawLine(cLeft, 230, 11, L"Characters: \u00C4\u00D6\u00DC \u00E4\u00F6\u00FC \u00DF \u20AC");
+    canvas.DrawGrayScale(cLeft, 268, 40);
 }
 
 }  // namespace
 
-void TestPage::Print(const std::wstring& printer) {
+TestPage TestPage::Print(const std::wstring& printer) {
     const PrinterInfo target = ChoosePrinter(printer);
+    if (MonitorRegistry::LacksForwarding()) throw Failure(MonitorRegistry::cForwardingAdvice);
+    TestPage page;
+    page.printer = target.name;
+    page.title = MakeTitle();
     PrinterCanvas canvas(target.name);
-    const int job = canvas.BeginDocument(L"Quillon test page");
-    Draw(canvas, target);
+    page.job = static_cast<unsigned long>(canvas.BeginDocument(page.title.c_str()));
+    Draw(canvas, target, page.title);
     canvas.EndDocument();
-    Console::Write(L"Printed the test page on '" + target.name + L"' as job " + std::to_wstring(job) +
-                   L".\nThe job file is below " + SpoolerHost::GetJobFolder() + L"\n");
+    return page;
 }
