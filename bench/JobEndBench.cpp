@@ -12,7 +12,6 @@
 #include <vector>
 
 #include "bench/SpoolerPort.h"
-#include "examples/PrinterProcessorWin/JobListener.h"
 #include "framework/GFrameworkScope.h"
 #include "framework/core/events/GBasicSignals.h"
 #include "framework/system/GProcessInfo.h"
@@ -20,6 +19,7 @@
 #include "monitor/handoff/GPPIPCManager.h"
 #include "monitor/handoff/GPPJobRecord.h"
 #include "platform/win32/base/PWin32ScopedHandle.h"
+#include "receiver/JobListener.h"
 
 namespace {
 

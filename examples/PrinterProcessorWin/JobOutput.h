@@ -2,8 +2,8 @@
 
 #include <string>
 
-#include "examples/PrinterProcessorWin/Job.h"
 #include "examples/PrinterProcessorWin/JobProgram.h"
+#include "receiver/Job.h"
 
 /// JobOutput: what this program says of jobs on the standard output, in lines or as JSON.
 class JobOutput {

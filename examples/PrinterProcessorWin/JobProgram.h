@@ -2,8 +2,8 @@
 
 #include <string>
 
-#include "examples/PrinterProcessorWin/Job.h"
 #include "framework/system/GExternalProcess.h"
+#include "receiver/Job.h"
 
 class ProgramCommand;
 

@@ -2,8 +2,8 @@
 
 #include <string>
 
-#include "examples/PrinterProcessorWin/JobFile.h"
 #include "examples/PrinterProcessorWin/JobProgram.h"
+#include "receiver/JobFile.h"
 
 class GPPJobRecord;
 

@@ -3,10 +3,10 @@
 #include <algorithm>
 #include <cstdio>
 
-#include "examples/PrinterProcessorWin/JobFileName.h"
 #include "framework/core/paths/GPathName.h"
 #include "platform/win32/base/PWin32Api.h"
 #include "platform/win32/core/PWin32Wide.h"
+#include "receiver/JobFileName.h"
 
 namespace {
 

@@ -4,8 +4,8 @@
 #include <utility>
 #include <vector>
 
-#include "examples/PrinterProcessorWin/Job.h"
 #include "framework/services/GVariableMgr.h"
+#include "receiver/Job.h"
 
 /// JobVariables: what the variables in the command of --run stand for.
 ///

@@ -7,8 +7,6 @@
 #include <vector>
 
 #include "examples/PrinterProcessorWin/FailureLog.h"
-#include "examples/PrinterProcessorWin/JobIntake.h"
-#include "examples/PrinterProcessorWin/JobListener.h"
 #include "examples/PrinterProcessorWin/JobOutput.h"
 #include "examples/PrinterProcessorWin/JobQueue.h"
 #include "examples/PrinterProcessorWin/Options.h"
@@ -16,6 +14,8 @@
 #include "framework/GFrameworkScope.h"
 #include "framework/core/errors/GException.h"
 #include "platform/win32/core/PWin32Wide.h"
+#include "receiver/JobIntake.h"
+#include "receiver/JobListener.h"
 #include "tools/console/Console.h"
 #include "tools/machine/Failure.h"
 #include "tools/machine/SpoolerHost.h"
@@ -72,8 +72,10 @@ private:
     void Listen() {
         JobListener listener([this](const GPPJobRecord& record) { TakeAnnounced(record); },
                              [this](const std::wstring& line) { mLog.Write(line); });
-        for (;;) {
+        for (bool isTold = false;;) {
             listener.Tick();
+            if (listener.IsListening() && !std::exchange(isTold, true))
+                mLog.Write(L"Listening for printed jobs. Ctrl-C ends.");
             if (mOptions.pending && listener.IsListening() && mIntake.IsLookDue()) TakePending();
             mQueue.Tick();
             if (IsDone()) return;

@@ -1,13 +1,8 @@
 #include <gmock/gmock.h>
 
 #include <algorithm>
-#include <future>
-#include <optional>
-#include <thread>
 
-#include "examples/PrinterProcessorWin/JobListener.h"
 #include "framework/ipc/GIPCMessageQueue.h"
-#include "framework/ipc/GIPMutex.h"
 #include "framework/system/GProcessInfo.h"
 #include "framework/system/GSessionInfo.h"
 #include "framework/system/PSystem.h"
@@ -22,60 +17,6 @@
 #include "tools/quillonctl/Listeners.h"
 
 namespace {
-
-/// While it exists, another thread holds the lock of the registries.
-class HeldLock {
-public:
-    HeldLock() {
-        mThread = std::thread([this] {
-            GIPMutex lock(GPPIPCManager::GetRegistryID(GIPCMessageQueueMgr::cNormal),
-                          GIPPrefix::cSharedMemoryLock);
-            const GIPMutexLocker locker(lock);
-            mHeld.set_value();
-            mEnd.get_future().wait();
-        });
-        mHeld.get_future().wait();
-    }
-    ~HeldLock() {
-        mEnd.set_value();
-        mThread.join();
-    }
-
-private:
-    std::promise<void> mHeld;
-    std::promise<void> mEnd;
-    std::thread mThread;
-};
-
-TEST(JobListener, AHeldLockDelaysItsStartAndCannotKeepItFromEnding) {
-    std::wstring reported;
-    std::optional<JobListener> listener;
-    listener.emplace([](const GPPJobRecord&) {}, [&](const std::wstring& line) { reported += line; });
-    {
-        const HeldLock held;
-        listener->Tick();
-    }
-    EXPECT_THAT(ToUTF8(reported), testing::HasSubstr("Could not lock the mutex"));
-    listener->Tick();
-    EXPECT_THAT(ToUTF8(reported), testing::HasSubstr("Listening"));
-    const HeldLock held;
-    listener.reset();
-}
-
-TEST(JobListener, WaitsUntilAJobHasComeOrAHandleIsSet) {
-    long jobs = 0;
-    JobListener listener([&](const GPPJobRecord&) { ++jobs; }, [](const std::wstring&) {});
-    listener.Tick();
-    PWin32ScopedHandle<PWin32KernelHandle> event(::CreateEventW(nullptr, TRUE, TRUE, nullptr));
-    listener.Wait(INFINITE, {event.Get()});
-    ::ResetEvent(event.Get());
-    GPPIPCManager::GetInstance()->SendRaw(static_cast<long>(::GetCurrentProcessId()),
-                                          GPPJobRecord::cMessageType, GPPJobRecord().GetMessageData());
-    listener.Wait(INFINITE, {event.Get()});
-    listener.Tick();
-    EXPECT_EQ(jobs, 1);
-    listener.Wait(1, {});
-}
 
 /// The program under test, and this process in the part of the monitor.
 class PrinterProcessorTest : public testing::Test {

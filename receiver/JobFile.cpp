@@ -1,16 +1,16 @@
-#include "examples/PrinterProcessorWin/JobFile.h"
+#include "receiver/JobFile.h"
 
-#include <algorithm>
+#include <atomic>
 #include <cstring>
 #include <utility>
 #include <vector>
 
-#include "examples/PrinterProcessorWin/JobFileName.h"
-#include "examples/PrinterProcessorWin/JobPathRules.h"
 #include "framework/core/errors/GException.h"
 #include "platform/win32/base/PWin32Api.h"
 #include "platform/win32/base/PWin32ScopedHandle.h"
 #include "platform/win32/core/PWin32Wide.h"
+#include "receiver/JobFileName.h"
+#include "receiver/JobPathRules.h"
 #include "tools/machine/Failure.h"
 #include "tools/machine/JobComments.h"
 
@@ -18,8 +18,9 @@ namespace {
 
 using FileHandle = PWin32ScopedHandle<PWin32FileHandle>;
 
+// A file may be taken over on one thread and handed out on another.
 unsigned long GetNextNumber() {
-    static unsigned long sNumber = 0;
+    static std::atomic<unsigned long> sNumber = 0;
     return ++sNumber;
 }
 

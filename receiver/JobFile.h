@@ -8,7 +8,7 @@
 /// JobFile: what became of the file that a job record names.
 ///
 /// A job's file is taken over as soon as the job is known, and handed out when the job's turn has come; its
-/// name tells which of the two has happened (JobFileName).
+/// name tells which of the two has happened (JobFileName). An object belongs to one thread at a time.
 struct JobFile {
     /// Where the file is now; empty when it was not taken.
     std::wstring path;

@@ -1,14 +1,14 @@
-#include "examples/PrinterProcessorWin/PendingJobs.h"
+#include "receiver/PendingJobs.h"
 
 #include <algorithm>
 #include <utility>
 
-#include "examples/PrinterProcessorWin/JobFileName.h"
 #include "framework/core/paths/GPathName.h"
 #include "monitor/spooling/MonitorNames.h"
 #include "platform/win32/base/PWin32Api.h"
 #include "platform/win32/base/PWin32ScopedHandle.h"
 #include "platform/win32/core/PWin32Wide.h"
+#include "receiver/JobFileName.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "examples/PrinterProcessorWin/JobFileName.h"
+#include "receiver/JobFileName.h"
 
 #include <algorithm>
 

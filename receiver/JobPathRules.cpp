@@ -1,4 +1,4 @@
-#include "examples/PrinterProcessorWin/JobPathRules.h"
+#include "receiver/JobPathRules.h"
 
 #include <algorithm>
 

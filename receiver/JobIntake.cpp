@@ -1,13 +1,13 @@
-#include "examples/PrinterProcessorWin/JobIntake.h"
+#include "receiver/JobIntake.h"
 
 #include <algorithm>
 #include <utility>
 
-#include "examples/PrinterProcessorWin/JobFileName.h"
-#include "examples/PrinterProcessorWin/PendingJobs.h"
 #include "framework/system/PSystem.h"
 #include "platform/win32/base/PWin32Api.h"
 #include "platform/win32/core/PWin32Wide.h"
+#include "receiver/JobFileName.h"
+#include "receiver/PendingJobs.h"
 
 namespace {
 

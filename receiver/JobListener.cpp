@@ -1,4 +1,4 @@
-#include "examples/PrinterProcessorWin/JobListener.h"
+#include "receiver/JobListener.h"
 
 #include <exception>
 
@@ -103,7 +103,6 @@ void JobListener::Listen() {
         StopListening();
         throw;
     }
-    mReport(L"Listening for printed jobs. Ctrl-C ends.");
 }
 
 void JobListener::StopListening() noexcept {

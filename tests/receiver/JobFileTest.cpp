@@ -1,14 +1,14 @@
-#include "examples/PrinterProcessorWin/JobFile.h"
+#include "receiver/JobFile.h"
 
 #include <gmock/gmock.h>
 
 #include <thread>
 #include <tuple>
 
-#include "examples/PrinterProcessorWin/JobFileName.h"
-#include "examples/PrinterProcessorWin/JobPathRules.h"
 #include "platform/win32/base/PWin32Api.h"
 #include "platform/win32/base/PWin32ScopedHandle.h"
+#include "receiver/JobFileName.h"
+#include "receiver/JobPathRules.h"
 #include "tests/files/TestFolder.h"
 #include "tools/console/Console.h"
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "examples/PrinterProcessorWin/JobFile.h"
 #include "monitor/handoff/GPPJobRecord.h"
+#include "receiver/JobFile.h"
 
 /// Job: what this program is told about a job, and the file that it has taken over.
 struct Job {

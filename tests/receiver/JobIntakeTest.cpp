@@ -1,12 +1,12 @@
-#include "examples/PrinterProcessorWin/JobIntake.h"
+#include "receiver/JobIntake.h"
 
 #include <gmock/gmock.h>
 
 #include <chrono>
 
-#include "examples/PrinterProcessorWin/PendingJobs.h"
 #include "platform/win32/base/PWin32Api.h"
 #include "platform/win32/core/PWin32Wide.h"
+#include "receiver/PendingJobs.h"
 #include "tests/files/TestFolder.h"
 #include "tools/console/Console.h"
 

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "examples/PrinterProcessorWin/Job.h"
+#include "receiver/Job.h"
 
 /// JobIntake: takes over the files of jobs, of those that are announced and of those that lie there from
 /// before. No job is given out twice, and of several receivers one gets it.
