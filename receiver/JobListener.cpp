@@ -1,14 +1,12 @@
 #include "receiver/JobListener.h"
 
-#include <exception>
-
 #include "framework/core/errors/GException.h"
 #include "framework/core/events/GBasicSignals.h"
 #include "framework/ipc/GIPCReceiver.h"
 #include "monitor/handoff/GPPIPCManager.h"
 #include "monitor/handoff/GPPJobRecord.h"
 #include "platform/win32/base/PWin32Api.h"
-#include "platform/win32/core/PWin32Wide.h"
+#include "receiver/RunReporting.h"
 
 namespace {
 
@@ -47,16 +45,12 @@ JobListener::~JobListener() {
 }
 
 void JobListener::Tick() {
-    try {
+    RunReporting(mReport, [this] {
         mBudget.Refill(cMaxWaitMilliseconds);
         if (!mReceiver) Listen();
         GBasicSignals::DevoteTimeToRepeaters();
         CheckRegistration();
-    } catch (const GException& failure) {
-        mReport(AsWide(failure.GetFullDescription()));
-    } catch (const std::exception&) {
-        mReport(L"Memory ran out.");
-    }
+    });
 }
 
 // Any process can set the event of a queue again and again; that must not keep this one busy.
