@@ -11,6 +11,7 @@ public:
     /// A block of `size` bytes aligned to `size`, a power of two from a page to 64 KiB. Null when the
     /// system has none.
     static void* AllocateAligned(std::size_t size) noexcept;
+    /// Gives back a block of AllocateAligned().
     static void FreeAligned(void* block) noexcept;
 
     /// A heap block, aligned to 16 bytes. Null when the system has none.
@@ -18,6 +19,7 @@ public:
     /// Changes a heap block's size, where it stands when the heap can, and keeps the bytes that both
     /// sizes hold. The block's new place; null, with the block as it was, when the system has none.
     static void* ReallocateInHeap(void* block, std::size_t size) noexcept;
+    /// Gives back a block of AllocateFromHeap() or ReallocateInHeap().
     static void FreeToHeap(void* block) noexcept;
 
     /// Makes every running thread of the process pass a memory barrier: what the caller has written, each of

@@ -37,8 +37,8 @@ public:
 
     /// Bytes with a zero behind them that are there for as long as the program.
     struct Literal {
-        const unsigned char* bytes;
-        std::int32_t length;
+        const unsigned char* bytes;  ///< one more is readable: the zero
+        std::int32_t length;         ///< bytes, without the zero
     };
 
     constexpr GBuffer() noexcept = default;
@@ -52,21 +52,26 @@ public:
     GBuffer(GBuffer&& other) noexcept { Swap(other); }  ///< leaves `other` empty
     GBuffer(const char* text);                          ///< copies a zero-terminated text; null: empty
     GBuffer(const unsigned char* bytes, long length);   ///< copies the bytes
+    ///@{
+    /// The number as decimal text, with '-' before a negative one.
     explicit GBuffer(int value);
     explicit GBuffer(long value);
     explicit GBuffer(unsigned int value);
     explicit GBuffer(unsigned long value);
     explicit GBuffer(long long value);
+    ///@}
     explicit GBuffer(unsigned long long value);    ///< printed as signed: 2^63 and above come out negative
     explicit GBuffer(double value);                ///< as Set(double)
     GBuffer(double value, const GBuffer& format);  ///< as Set(double, const GBuffer&)
     ~GBuffer();
 
-    GBuffer& operator=(const GBuffer& other);
-    GBuffer& operator=(GBuffer&& other) noexcept;
+    GBuffer& operator=(const GBuffer& other);      ///< as the copying constructor
+    GBuffer& operator=(GBuffer&& other) noexcept;  ///< leaves `other` empty
 
     // --- Setting -------------------------------------------------------------------------------
 
+    ///@{
+    /// Takes the value as the constructor of the same parameters does.
     void Set(const GBuffer& other) { *this = other; }
     void Set(const char* text);
     void Set(const unsigned char* bytes, long length);
@@ -75,9 +80,11 @@ public:
     void Set(unsigned int value);
     void Set(unsigned long value);
     void Set(long long value);
+    ///@}
     void Set(unsigned long long value);  ///< printed as signed: 2^63 and above come out negative
     /// Decimal, zero-padded to at least `minDigits` digits, the sign not counted.
     void Set(int value, long minDigits) { Set(static_cast<long>(value), minDigits); }
+    /// The same for a long.
     void Set(long value, long minDigits);
     /// Fixed notation with six fractional digits, then stripped: trailing zeros behind a point go,
     /// and a point left at the end goes, too.
@@ -99,12 +106,14 @@ public:
     /// source or a length below 1 makes the buffer empty: it keeps a block of its own and gives up a
     /// borrowed one.
     void CopyByteArray(const unsigned char* source, long length, long copyLength);
+    /// Copies `length` bytes.
     void CopyByteArray(const unsigned char* source, long length) { CopyByteArray(source, length, length); }
 
     /// Borrows a zero-terminated text; it must outlive this buffer and every copy made of it.
     void SetFromStatic(const char* text);
     /// Borrows `length` bytes of `arraySize` readable ones, by default one more: the terminator.
     void SetFromStatic(const unsigned char* bytes, long length, long arraySize);
+    /// Borrows `length` bytes with a terminator behind them.
     void SetFromStatic(const unsigned char* bytes, long length) {
         SetFromStatic(bytes, length, length < cMaxLength ? length + 1 : length);
     }
@@ -124,16 +133,16 @@ public:
         }
     }
     void Clear() noexcept { mLength = 0; }  ///< keeps the block
-    void Swap(GBuffer& other) noexcept;
+    void Swap(GBuffer& other) noexcept;     ///< exchanges the blocks; nothing is copied
 
     // --- Reading -------------------------------------------------------------------------------
 
-    long GetLength() const noexcept { return mLength; }
-    bool IsEmpty() const noexcept { return mLength == 0; }
+    long GetLength() const noexcept { return mLength; }     ///< bytes in use
+    bool IsEmpty() const noexcept { return mLength == 0; }  ///< whether it has no byte
     /// The bytes, zero-terminated (an owned block: by two zeros); never null. Valid until the buffer
     /// changes. Borrowed bytes without a zero behind them are moved into an owned block first.
     const char* GetPtr() const;
-    operator const char*() const { return GetPtr(); }
+    operator const char*() const { return GetPtr(); }  ///< as GetPtr()
     /// The bytes for writing in place, zero-terminated; null when there are none. Valid until the
     /// buffer changes. Borrowed bytes are moved into an owned block of the declared size first.
     unsigned char* GetWritePtr() {
@@ -151,14 +160,19 @@ public:
     void SetWordAt(long index, unsigned short word);
     /// `count` bytes from `start` as an owned buffer; a negative or too large count means the rest.
     GBuffer GetSubBuffer(long start, long count = -1) const;
+    /// The same into `out`, which may be this buffer.
     void GetSubBuffer(long start, long count, GBuffer& out) const;
 
     // The fields as they are, for code that hands blocks around. The setters change nothing else.
+    /// Whether the destructor frees the block.
     bool GetAllocated() const noexcept { return mSizeWord >= cAllocated; }
+    /// Says who frees the block, and takes or gives up nothing.
     void SetAllocated(bool allocated) noexcept {
         mSizeWord = SizeOf(mSizeWord) | (allocated ? cAllocated : 0);
     }
+    /// Bytes of the block, the spare ones included.
     long GetArraySize() const noexcept { return static_cast<long>(SizeOf(mSizeWord)); }
+    /// Says how large the block is, and allocates nothing.
     void SetArraySize(long arraySize) noexcept {
         mSizeWord = SizeOf(static_cast<std::uint32_t>(arraySize)) | (mSizeWord & cAllocated);
     }
@@ -167,6 +181,8 @@ public:
 
     // --- Editing -------------------------------------------------------------------------------
 
+    ///@{
+    /// Appends the bytes; they may be this buffer's own.
     GBuffer& operator+=(const GBuffer& other);
     GBuffer& operator+=(const GCharCode& code);
     GBuffer& operator+=(char byte) { return *this += static_cast<unsigned char>(byte); }
@@ -179,6 +195,7 @@ public:
         mLength = static_cast<std::int32_t>(length + 1);
         return *this;
     }
+    ///@}
     /// Two bytes in machine order.
     GBuffer& operator+=(unsigned short unit) {
         if (!HasOwnRoomFor(2U)) GrowForElement(sizeof unit);
@@ -188,18 +205,24 @@ public:
         return *this;
     }
     GBuffer& operator+=(const char* text);  ///< up to its zero; null adds nothing
+    /// Appends; null or a length below 1 adds nothing.
     void AppendByteArray(const unsigned char* bytes, long length);
     /// Puts `insertCount` bytes in the place of `removeCount` at `start`, both cut to what is there.
     void ReplaceByteArray(long start, long removeCount, const unsigned char* bytes, long insertCount);
+    /// As ReplaceByteArray(), with a buffer's bytes.
     void Replace(long start, long count, const GBuffer& with);
-    void Remove(long start, long count);
+    void Remove(long start, long count);  ///< takes `count` bytes out, cut to what is there
     /// Replaces every occurrence from `start` on, going on behind each inserted text; an empty `find`
     /// occurs nowhere. True when anything was replaced.
     bool FindAndReplace(long start, const GBuffer& find, const GBuffer& with);
+    /// The same for single bytes, in place.
     bool FindAndReplace(long start, unsigned char find, unsigned char with);
 
     // --- Searching -----------------------------------------------------------------------------
 
+    ///@{
+    /// Position of the first element at or after `start`, or -1. A `char` is looked for as a byte; an
+    /// `unsigned short` as a 16-bit unit, and `start` and the result then count units.
     long FindFirstOccurrence(unsigned char byte, long start = 0) const noexcept {
         start = start < 0 ? 0 : start;
         if (start >= mLength) return -1;
@@ -210,17 +233,22 @@ public:
         return FindFirstOccurrence(static_cast<unsigned char>(byte), start);
     }
     long FindFirstOccurrence(unsigned short unit, long start = 0) const noexcept;
+    ///@}
     /// The first element that is in the set.
     long FindFirstOccurrence(const unsigned char* set, long setLength, long start) const noexcept;
+    /// The same over 16-bit units.
     long FindFirstOccurrence(const unsigned short* set, long setLength, long start) const noexcept;
     /// The first element that is not in the set.
     long FindFirstNonOccurrence(const unsigned char* set, long setLength, long start) const noexcept;
+    /// The same over 16-bit units.
     long FindFirstNonOccurrence(const unsigned short* set, long setLength, long start) const noexcept;
     /// The last occurrence at or before `upTo`.
     long FindLastOccurrence(unsigned char byte, long upTo) const noexcept;
+    /// The same for a `char`, looked for as a byte.
     long FindLastOccurrence(char byte, long upTo) const noexcept {
         return FindLastOccurrence(static_cast<unsigned char>(byte), upTo);
     }
+    /// The same over 16-bit units.
     long FindLastOccurrence(unsigned short unit, long upTo) const noexcept;
     /// The first place at or after `start` where the whole pattern stands; an empty pattern stands at
     /// 0. `wide`: compares and counts in 16-bit units.
@@ -243,15 +271,20 @@ public:
 
     /// Negative, 0 or positive: memcmp over the shorter length; on a tie the shorter is less.
     int Compare(const GBuffer& other) const noexcept;
+    /// Same length and same bytes.
     bool operator==(const GBuffer& other) const noexcept {
         if (mLength != other.mLength) return false;
         return mLength == 0 || std::memcmp(mData, other.mData, static_cast<std::size_t>(mLength)) == 0;
     }
+    /// Against a zero-terminated text; null counts as empty.
     bool operator==(const char* text) const noexcept;
+    ///@{
+    /// The order of Compare().
     bool operator<(const GBuffer& other) const noexcept { return Compare(other) < 0; }
     bool operator<=(const GBuffer& other) const noexcept { return Compare(other) <= 0; }
     bool operator>(const GBuffer& other) const noexcept { return Compare(other) > 0; }
     bool operator>=(const GBuffer& other) const noexcept { return Compare(other) >= 0; }
+    ///@}
     /// h is the length; for each byte b, h = rotate-left-32(h, 4) xor b.
     std::uint32_t GetHash() const noexcept;
 
@@ -287,10 +320,11 @@ QUILLON_EXPORT GBuffer operator+(const GBuffer& left, const GBuffer& right);
 /// The bytes of a text in quotes, as a parameter of a template.
 template <std::size_t Size>
 struct GLiteralBytes {
+    /// Takes the bytes of the quotes, the zero included.
     consteval GLiteralBytes(const char (&text)[Size]) {
         for (std::size_t i = 0; i < Size; ++i) bytes[i] = static_cast<unsigned char>(text[i]);
     }
-    unsigned char bytes[Size] = {};
+    unsigned char bytes[Size] = {};  ///< the text and its zero
 };
 
 /// The literal: `constinit const GBuffer cName(cLiteral<"name">);`

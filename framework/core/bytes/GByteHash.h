@@ -10,5 +10,6 @@
 /// lie. Any thread may call.
 class QUILLON_EXPORT GByteHash {
 public:
+    /// The hash of `length` bytes; GBuffer::GetHash() tells the formula.
     static std::uint32_t Of(const unsigned char* bytes, long length) noexcept;
 };

@@ -25,6 +25,8 @@ public:
         for (long i = 0; i < count; ++i) *this += units[i];
     }
 
+    ///@{
+    /// Appends a byte, or a UTF-16 unit in machine order; one that does not fit whole is left out.
     GCharCode& operator+=(unsigned char code) noexcept {
         Append(&code, 1);
         return *this;
@@ -35,12 +37,15 @@ public:
         if (mLength + 2 <= cMaxLength) Append(bytes, 2);
         return *this;
     }
-    void Clear() noexcept { mLength = 0; }
+    ///@}
+    void Clear() noexcept { mLength = 0; }  ///< back to no code
 
-    bool IsEmpty() const noexcept { return mLength == 0; }
+    bool IsEmpty() const noexcept { return mLength == 0; }  ///< whether it has no byte
     /// In bytes.
     long GetLength() const noexcept { return mLength; }
+    /// The bytes, GetLength() of them; valid as long as the object.
     const unsigned char* GetPtr() const noexcept { return mBytes; }
+    /// The byte at `index`; 0 where there is none.
     unsigned char GetByte(long index = 0) const noexcept {
         return index >= 0 && index < mLength ? mBytes[index] : static_cast<unsigned char>(0);
     }
@@ -53,6 +58,7 @@ public:
         return unit;
     }
 
+    /// Same length and same bytes.
     bool operator==(const GCharCode& other) const noexcept {
         return mLength == other.mLength &&
                std::memcmp(mBytes, other.mBytes, static_cast<std::size_t>(mLength)) == 0;

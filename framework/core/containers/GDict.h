@@ -45,9 +45,12 @@ public:
     DictEntry(const DictEntry&) = delete;
     DictEntry& operator=(const DictEntry&) = delete;
 
-    const K& GetKey() const noexcept { return mKey; }
+    const K& GetKey() const noexcept { return mKey; }  ///< valid as long as the entry
+    ///@{
+    /// The value; it may be changed in place through an entry that is not const.
     const V& GetValue() const noexcept { return mValue; }
     V& GetValue() noexcept { return mValue; }
+    ///@}
 
 private:
     friend class GDict<K, V>;
@@ -94,7 +97,7 @@ class GDict {
     class SlotIterator;
 
 public:
-    using Entry = DictEntry<K, V>;
+    using Entry = DictEntry<K, V>;  ///< what iteration hands out
 
     /// 7 slots; they are allocated with the first entry.
     GDict() noexcept;
@@ -105,17 +108,19 @@ public:
     GDict(GDict&& other) noexcept;
     /// Iterators of this dictionary start anew.
     GDict& operator=(const GDict& other);
+    /// Takes the entries over and leaves `other` empty; iterators of both start anew.
     GDict& operator=(GDict&& other) noexcept;
     ~GDict();
 
-    long GetCount() const noexcept;
-    long GetSlotCount() const noexcept;
-    bool IsEmpty() const noexcept;
+    long GetCount() const noexcept;      ///< entries
+    long GetSlotCount() const noexcept;  ///< slots, free ones included
+    bool IsEmpty() const noexcept;       ///< whether it has no entry
 
     /// The value, valid until the next insert or removal; null when the key is absent.
     const V* Find(const K& key) const;
+    /// The same for changing the value in place.
     V* Find(const K& key);
-    bool Has(const K& key) const;
+    bool Has(const K& key) const;  ///< whether the key is present
 
     /// True when the key is new; otherwise replaces its value, keeps the old key and returns false.
     bool Insert(const K& key, const V& value);
@@ -130,11 +135,13 @@ public:
     /// Exchanges the entries; iterators go with the entries they stand on.
     void Swap(GDict& other) noexcept;
 
-    // Forward iteration in slot order, for walks that neither insert nor remove.
+    ///@{
+    /// Forward iteration in slot order, for walks that neither insert nor remove.
     SlotIterator<Entry> begin() noexcept;
     SlotIterator<Entry> end() noexcept;
     SlotIterator<const Entry> begin() const noexcept;
     SlotIterator<const Entry> end() const noexcept;
+    ///@}
 
     /// Same keys with equal values, in whatever slots.
     bool operator==(const GDict& other) const;
@@ -180,6 +187,7 @@ private:
 template <class K, class V>
 class GDictIterator : public GDictCursor {
 public:
+    /// Stands before the first entry.
     explicit GDictIterator(GDict<K, V>& dict) noexcept : GDictCursor(&dict, dict.mCursors) {}
 
     /// Moves on and returns the entry there; null past the end or when the dictionary is gone.
@@ -197,9 +205,12 @@ private:
 template <class K, class V>
 class GConstDictIterator : public GDictCursor {
 public:
+    /// Stands before the first entry.
     explicit GConstDictIterator(const GDict<K, V>& dict) noexcept : GDictCursor(&dict, dict.mCursors) {}
 
+    /// As GDictIterator::Next().
     const DictEntry<K, V>* Next() noexcept;
+    /// As GDictIterator::GetCurrent().
     const DictEntry<K, V>* GetCurrent() const noexcept {
         return IsOnEntry() ? Dict()->mSlots + GetPosition() : nullptr;
     }

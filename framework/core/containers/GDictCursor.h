@@ -16,19 +16,24 @@ class GDict;
 /// then on the cursor goes by its own list of the slots that it still has to visit.
 class QUILLON_EXPORT GDictCursor : protected GCursorChain<GDictCursor> {
 public:
+    ///@{
+    /// Stands where `other` stands, in the same dictionary. Throws as GAllocator::ThrowOutOfMemory().
     GDictCursor(const GDictCursor& other);
     GDictCursor& operator=(const GDictCursor& other);
+    ///@}
 
     /// Slot of the entry it stands on, or stood on before that was removed; -1 before the first and
     /// when the dictionary is gone.
     long GetPosition() const noexcept { return mPosition; }
     /// Whether the dictionary still exists.
     bool IsValid() const noexcept { return mState != cDictGone; }
+    /// False between entries and when the dictionary is gone.
     bool IsOnEntry() const noexcept { return mState == cOnEntry; }
     /// Back to before the first entry.
     void Reset() noexcept;
 
 protected:
+    /// Before the first slot of `owner`, whose cursors `chain` heads.
     GDictCursor(const void* owner, GDictCursor*& chain) noexcept;
     ~GDictCursor();
 
@@ -36,8 +41,8 @@ protected:
     bool HasList() const noexcept { return mHasList; }
     /// The next slot of the list, which may have become free; -1 at the end.
     long TakePending() noexcept;
-    void StandOn(long slot) noexcept;
-    void StandPastEnd(long slotCount) noexcept;
+    void StandOn(long slot) noexcept;            ///< on the entry in that slot
+    void StandPastEnd(long slotCount) noexcept;  ///< past the last slot
 
 private:
     template <class K, class V>

@@ -10,7 +10,7 @@ class GString;
 /// texts.
 class QUILLON_EXPORT GDictUtil {
 public:
-    static constexpr std::int32_t cFirstAllocation = 7;
+    static constexpr std::int32_t cFirstAllocation = 7;  ///< slots of a dictionary that was given no number
 
     /// The first value of the slot sequence that is not below `count`: 7, 13, 23, 41, ... 5613217, from
     /// there on doubled. Throws as GAllocator::ThrowOutOfMemory() beyond 31 bits.

@@ -39,42 +39,53 @@ class GTable {
 
 public:
     GTable() noexcept;
-    GTable(std::initializer_list<T> elements);
-    GTable(const GTable& other);
+    GTable(std::initializer_list<T> elements);  ///< copies the elements
+    GTable(const GTable& other);                ///< copies the elements; no iterator walks the copy
     /// Leaves `other` empty; its iterators stay with it, at its start.
     GTable(GTable&& other) noexcept;
     /// Iterators of this table start anew.
     GTable& operator=(const GTable& other);
+    /// Takes the elements over and leaves `other` empty; iterators of both start anew.
     GTable& operator=(GTable&& other) noexcept;
     ~GTable();
 
-    long GetCount() const noexcept;
-    bool IsEmpty() const noexcept;
-    long GetCapacity() const noexcept;
+    long GetCount() const noexcept;     ///< elements
+    bool IsEmpty() const noexcept;      ///< whether it has no element
+    long GetCapacity() const noexcept;  ///< elements that fit before the array grows
 
+    ///@{
+    /// The element itself, valid until the table changes. GetLast() must not be called on an empty table.
     T& operator[](long position) noexcept;
     const T& operator[](long position) const noexcept;
     T& GetLast() noexcept;
     const T& GetLast() const noexcept;
+    ///@}
 
-    // Plain pointers, for walks that do not change the table's count.
+    ///@{
+    /// Plain pointers, for walks that do not change the table's count. Null for a table without an array.
     T* begin() noexcept;
     T* end() noexcept;
     const T* begin() const noexcept;
     const T* end() const noexcept;
+    ///@}
 
+    ///@{
+    /// Puts the element behind the last one. A full array doubles.
     void Append(const T& element);
     void Append(T&& element);
+    ///@}
     /// Before the element at `position`; at or behind the end appends. A full array doubles (2 from 0).
     void Insert(long position, const T& element);
+    /// The same, taking the element over.
     void Insert(long position, T&& element);
+    /// Removes up to `count` elements from `position` on; a position outside the table removes nothing.
     void Remove(long position, long count = 1) noexcept;
     /// Removes all elements; keeps the array.
     void Clear() noexcept;
 
     /// Position of the first element at or after `start` that equals `element`, or -1.
     long Find(const T& element, long start = 0) const;
-    bool Has(const T& element) const;
+    bool Has(const T& element) const;  ///< whether an element equals it
 
     /// Makes room for `capacity` elements in all; never shrinks.
     void Reserve(long capacity);
@@ -85,9 +96,9 @@ public:
     void Sort(Less less) {
         std::sort(begin(), end(), less);
     }
-    void Sort();
+    void Sort();  ///< by operator<
 
-    bool operator==(const GTable& other) const;
+    bool operator==(const GTable& other) const;  ///< same count, equal elements in the same order
 
 private:
     friend class GTableIterator<T>;
@@ -128,10 +139,12 @@ private:
 template <class T>
 class GTableIterator : public GTableCursor {
 public:
+    /// Stands before the first element.
     explicit GTableIterator(GTable<T>& table) noexcept : GTableCursor(&table, table.mCursors) {}
 
     /// Moves on and returns the element there; null past the end or when the table is gone.
     T* Next() noexcept { return ElementAt(MoveForward(Count())); }
+    /// Moves back and returns the element there; null before the first or when the table is gone.
     T* Previous() noexcept { return ElementAt(MoveBackward(Count())); }
     /// The element the iterator stands on; null between elements or when the table is gone.
     T* GetCurrent() const noexcept { return IsOnElement() ? ElementAt(GetPosition()) : nullptr; }
@@ -148,12 +161,16 @@ private:
 template <class T>
 class GConstTableIterator : public GTableCursor {
 public:
+    /// Stands before the first element.
     explicit GConstTableIterator(const GTable<T>& table) noexcept : GTableCursor(&table, table.mCursors) {}
 
+    ///@{
+    /// As the calls of GTableIterator.
     const T* Next() noexcept { return ElementAt(MoveForward(Count())); }
     const T* Previous() noexcept { return ElementAt(MoveBackward(Count())); }
     const T* GetCurrent() const noexcept { return IsOnElement() ? ElementAt(GetPosition()) : nullptr; }
     const T* SetPosition(long position) noexcept { return ElementAt(MoveTo(position, Count())); }
+    ///@}
 
 private:
     const GTable<T>* Table() const noexcept { return static_cast<const GTable<T>*>(GetOwner()); }

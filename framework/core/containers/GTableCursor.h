@@ -22,26 +22,33 @@ class GConstTableIterator;
 /// by one, whatever its state, and that keeps it beside the same neighbour.
 class QUILLON_EXPORT GTableCursor : protected GCursorChain<GTableCursor> {
 public:
+    ///@{
+    /// Stands where `other` stands, in the same table.
     GTableCursor(const GTableCursor& other) noexcept;
     GTableCursor& operator=(const GTableCursor& other) noexcept;
+    ///@}
 
     /// Position of the element it stands on; between elements, of the one it comes to next in its
     /// direction (-1 before the first, the count past the last); -1 when the table is gone.
     long GetPosition() const noexcept { return mPosition; }
     /// Whether the table still exists.
     bool IsValid() const noexcept { return mState != cTableGone; }
+    /// False between elements and when the table is gone.
     bool IsOnElement() const noexcept { return mState == cOnElement; }
     /// Back to before the first element.
     void Reset() noexcept;
 
 protected:
+    /// Before the first element of `owner`, whose cursors `chain` heads.
     GTableCursor(const void* owner, GTableCursor*& chain) noexcept;
     ~GTableCursor();
 
-    // Each returns the position of the element now stood on, or -1.
+    ///@{
+    /// Moves in a table of `count` elements; the position of the element now stood on, or -1.
     long MoveForward(long count) noexcept;
     long MoveBackward(long count) noexcept;
     long MoveTo(long position, long count) noexcept;
+    ///@}
 
 private:
     template <class T>

@@ -30,8 +30,8 @@
 /// in use is left to them.
 class QUILLON_EXPORT GAllocator {
 public:
-    static constexpr std::size_t cGranularity = 8;
-    static constexpr std::size_t cMaxSmallSize = 128;    ///< the largest block from a chunk
+    static constexpr std::size_t cGranularity = 8;     ///< bytes: blocks are aligned to it, sizes rounded up
+    static constexpr std::size_t cMaxSmallSize = 128;  ///< the largest block from a chunk
     static constexpr std::size_t cMaxPooledSize = 1024;  ///< the largest block kept in a free list
 
     /// The allocator of the calling module.

@@ -12,16 +12,20 @@
 class QUILLON_EXPORT GRefCount {
 public:
     virtual ~GRefCount();
-    void AddRef() const noexcept { ++mCount; }
+    void AddRef() const noexcept { ++mCount; }  ///< one owner more
+    /// One owner less; the last one's call deletes the object.
     void Release() const {
         if (--mCount == 0) delete this;
     }
-    long GetRefCount() const noexcept { return mCount; }
+    long GetRefCount() const noexcept { return mCount; }  ///< how many references are held
 
 protected:
     GRefCount() noexcept = default;
+    ///@{
+    /// Takes the values only: each object counts its own references.
     GRefCount(const GRefCount&) noexcept {}
     GRefCount& operator=(const GRefCount&) noexcept { return *this; }
+    ///@}
 
 private:
     mutable std::int32_t mCount = 0;
@@ -31,7 +35,8 @@ private:
 class QUILLON_EXPORT GThreadSafeRefCount {
 public:
     virtual ~GThreadSafeRefCount();
-    void AddRef() const noexcept { mCount.fetch_add(1, std::memory_order_relaxed); }
+    void AddRef() const noexcept { mCount.fetch_add(1, std::memory_order_relaxed); }  ///< one owner more
+    /// One owner less; the last one's call deletes the object, on the thread that makes it.
     void Release() const {
         // What other owners did to the object happens before its destructor.
         if (mCount.fetch_sub(1, std::memory_order_acq_rel) == 1) delete this;
@@ -41,8 +46,11 @@ public:
 
 protected:
     GThreadSafeRefCount() noexcept = default;
+    ///@{
+    /// Takes the values only: each object counts its own references.
     GThreadSafeRefCount(const GThreadSafeRefCount&) noexcept {}
     GThreadSafeRefCount& operator=(const GThreadSafeRefCount&) noexcept { return *this; }
+    ///@}
 
 private:
     mutable std::atomic<std::int32_t> mCount{0};
