@@ -21,5 +21,5 @@ public:
     bool GetCharCode(const GBuffer& glyphName, GCharCode& code) const override;
     const GBuffer& GetASCIIDescription() const override;
 
-    static const GBuffer sDescription;
+    static const GBuffer sDescription;  ///< as GetASCIIDescription() gives it
 };

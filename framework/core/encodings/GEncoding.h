@@ -34,8 +34,10 @@ public:
 
     ~GEncoding() override;
 
-    /// Converts `bytes`, which are in `source`, into this encoding.
+    /// Converts `bytes`, which are in `source`, into this encoding. Returns cConverted, cReplaced or
+    /// cInvalid.
     virtual long ConvertFrom(const GBuffer& bytes, const GEncoding* source, GBuffer& out) const = 0;
+    ///@{
     /// Converts `bytes` from this encoding into the target's.
     virtual long ConvertTo(const GBuffer& bytes, const GPDFDocEncoding* target, GBuffer& out) const;
     virtual long ConvertTo(const GBuffer& bytes, const GCustomEncoding* target, GBuffer& out) const;
@@ -43,6 +45,7 @@ public:
     virtual long ConvertTo(const GBuffer& bytes, const GASCIIEncoding* target, GBuffer& out) const;
     virtual long ConvertTo(const GBuffer& bytes, const GMacRomanEncoding* target, GBuffer& out) const;
     virtual long ConvertTo(const GBuffer& bytes, const GUnicodeEncoding* target, GBuffer& out) const = 0;
+    ///@}
     /// The name of the glyph that `code`, a character code of this encoding, shows; false if none.
     virtual bool GetGlyphName(const GCharCode& code, GBuffer& name) const = 0;
     /// The code that shows the named glyph in this encoding; false, `code` untouched, if none.
@@ -58,6 +61,7 @@ public:
 
     /// What stands for an unmappable character. A plain global: set it before threads convert.
     static char GetDefaultCharacter() { return sDefaultCharacter; }
+    /// One of ASCII, which every encoding has; that is not checked.
     static void SetDefaultCharacter(char character) { sDefaultCharacter = character; }
     /// The default character as a UTF-16 unit: sign-extended, 0xFFxx for one above 0x7F.
     static unsigned short GetDefaultUnit();

@@ -11,12 +11,12 @@ class QUILLON_EXPORT GStandardEncoding : public GSimpleEncoding {
 public:
     GStandardEncoding();
 
-    static GStandardEncoding* GetInstance();
-    static void SetInstance(GStandardEncoding* instance);
+    static GStandardEncoding* GetInstance();               ///< the shared one, made on first use
+    static void SetInstance(GStandardEncoding* instance);  ///< takes ownership; null: a new one is made
 
     const GBuffer& GetASCIIDescription() const override;
 
-    static const GBuffer sDescription;
+    static const GBuffer sDescription;  ///< "StandardEncoding"
 };
 
 /// GMacRomanEncoding: the MacRoman column.
@@ -27,12 +27,12 @@ class QUILLON_EXPORT GMacRomanEncoding : public GSimpleEncoding {
 public:
     GMacRomanEncoding();
 
-    static GMacRomanEncoding* GetInstance();
-    static void SetInstance(GMacRomanEncoding* instance);
+    static GMacRomanEncoding* GetInstance();               ///< the shared one, made on first use
+    static void SetInstance(GMacRomanEncoding* instance);  ///< takes ownership; null: a new one is made
 
     const GBuffer& GetASCIIDescription() const override;
 
-    static const GBuffer sDescription;
+    static const GBuffer sDescription;  ///< "MacRomanEncoding"
 };
 
 /// GWinAnsiEncoding: the WinAnsi column.
@@ -43,12 +43,12 @@ class QUILLON_EXPORT GWinAnsiEncoding : public GSimpleEncoding {
 public:
     GWinAnsiEncoding();
 
-    static GWinAnsiEncoding* GetInstance();
-    static void SetInstance(GWinAnsiEncoding* instance);
+    static GWinAnsiEncoding* GetInstance();               ///< the shared one, made on first use
+    static void SetInstance(GWinAnsiEncoding* instance);  ///< takes ownership; null: a new one is made
 
     const GBuffer& GetASCIIDescription() const override;
 
-    static const GBuffer sDescription;
+    static const GBuffer sDescription;  ///< "WinAnsiEncoding"
 };
 
 /// GPDFDocEncoding: the PDFDoc column.
@@ -58,10 +58,10 @@ class QUILLON_EXPORT GPDFDocEncoding : public GSimpleEncoding {
 public:
     GPDFDocEncoding();
 
-    static GPDFDocEncoding* GetInstance();
-    static void SetInstance(GPDFDocEncoding* instance);
+    static GPDFDocEncoding* GetInstance();               ///< the shared one, made on first use
+    static void SetInstance(GPDFDocEncoding* instance);  ///< takes ownership; null: a new one is made
 
     const GBuffer& GetASCIIDescription() const override;
 
-    static const GBuffer sDescription;
+    static const GBuffer sDescription;  ///< "PDFDocEncoding"
 };

@@ -15,5 +15,5 @@ public:
 
     const GBuffer& GetASCIIDescription() const override;
 
-    static const GBuffer sDescription;
+    static const GBuffer sDescription;  ///< "MacExpertEncoding"
 };

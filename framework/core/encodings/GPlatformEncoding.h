@@ -15,6 +15,7 @@
 /// system does not know gives an empty output and the result cInvalid.
 class QUILLON_EXPORT GPlatformEncoding : public GCustomEncoding {
 public:
+    /// Of a code page by its number; 0 is the system's default. Not looked up before the first conversion.
     explicit GPlatformEncoding(long codePage = 0) noexcept;
 
     /// The shared instance, made on first use by the GPlatformEncodingFactory for the default code
@@ -23,6 +24,7 @@ public:
     /// Takes ownership of a replacement; null: the next GetInstance makes a new one.
     static void SetInstance(GPlatformEncoding* instance);
 
+    /// The number of the code page; 0: the system's default.
     long GetModifier() const noexcept { return mCodePage.load(std::memory_order_relaxed); }
     /// Changes the code page for all strings that use this encoding and are not converted yet.
     void SetModifier(long codePage) noexcept;
@@ -35,7 +37,7 @@ public:
     bool GetCharCode(const GBuffer& glyphName, GCharCode& code) const override;
     const GBuffer& GetASCIIDescription() const override;
 
-    static const GBuffer sDescription;
+    static const GBuffer sDescription;  ///< "WinPlatformEncoding_CodePage"
 
 private:
     std::atomic<std::int32_t> mCodePage;
@@ -54,7 +56,7 @@ public:
 
     const GBuffer& GetASCIIDescription() const override;
 
-    static const GBuffer sDescription;
+    static const GBuffer sDescription;  ///< "ShiftJISEncoding"
 };
 
 /// GPlatformEncodingFactory: makes the encodings that are code pages of the operating system.
@@ -75,6 +77,7 @@ public:
 
     /// A new encoding with no reference yet: the caller owns it. `codePage` 0 is the system's.
     virtual GPlatformEncoding* CreatePlatformEncoding(long codePage) const;
+    /// A new encoding for code page 932, which the caller owns.
     virtual GShiftJISEncoding* CreateShiftJISEncoding() const;
 };
 
@@ -83,6 +86,7 @@ public:
 /// for two threads at once.
 class QUILLON_EXPORT GPlatformEncodingModifier {
 public:
+    /// Sets the code page of the shared platform encoding.
     explicit GPlatformEncodingModifier(long codePage);
     ~GPlatformEncodingModifier();
     GPlatformEncodingModifier(const GPlatformEncodingModifier&) = delete;

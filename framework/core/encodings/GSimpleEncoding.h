@@ -31,13 +31,17 @@ public:
     /// Maps `code`, replacing what it was mapped to. The units come from the glyph's name, through
     /// the Unicode dictionaries; a name that is unknown there leaves the code as it was.
     void AddMapping(unsigned char code, const GBuffer& glyphName);
+    /// With the unit that the caller gives; an empty name is none.
     void AddMapping(unsigned char code, const GBuffer& glyphName, unsigned short unicode);
     /// `unicode` holds UTF-16 units. With `convertsBack` false the code is only read, never written; a
     /// code for several units never is.
     void AddMapping(unsigned char code, const GBuffer& glyphName, const GCharCode& unicode,
                     bool convertsBack);
+    ///@{
+    /// Without a glyph's name.
     void AddMapping(unsigned char code, const GCharCode& unicode);
     void AddMapping(unsigned char code, unsigned short unicode);
+    ///@}
     /// True for a code that stands for a character, control codes included.
     bool HasMapping(unsigned char code) const;
 
@@ -50,7 +54,7 @@ public:
     bool GetCharCode(const GBuffer& glyphName, GCharCode& code) const override;
     const GBuffer& GetASCIIDescription() const override;
 
-    static const GBuffer sDescription;
+    static const GBuffer sDescription;  ///< "SimpleEncoding"
 
 private:
     struct Mapping {

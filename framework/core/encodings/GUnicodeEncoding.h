@@ -52,5 +52,5 @@ public:
     /// is left untouched and uncopied, an odd last byte where it is. Returns `utf16`.
     virtual GBuffer& EnsureComposedUnicode(GBuffer& utf16) const;
 
-    static const GBuffer sDescription;
+    static const GBuffer sDescription;  ///< as GetASCIIDescription() gives it
 };

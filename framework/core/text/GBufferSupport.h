@@ -23,22 +23,22 @@ public:
 
     /// What the platform ends its lines with: a CR, an LF or both, in this order. CR LF until set.
     static void SetLineEnding(bool cr, bool lf) noexcept;
-    static bool GetLineEndingNeedsCR() noexcept;
-    static bool GetLineEndingNeedsLF() noexcept;
+    static bool GetLineEndingNeedsCR() noexcept;  ///< whether a line ends with a CR first
+    static bool GetLineEndingNeedsLF() noexcept;  ///< whether a line ends with an LF
     /// Every CR, LF and CR LF becomes the platform's line ending; LF CR counts as two.
     static void ASCIIPlatformLineEndings(GBuffer& text);
-    static void UniPlatformLineEndings(GBuffer& text);
+    static void UniPlatformLineEndings(GBuffer& text);  ///< the same over UTF-16
 
     // --- Escapes -------------------------------------------------------------------------------
 
-    /// Escapes for storage: tab as \t; LF, CR, CR LF and LF CR as \n; quotation mark and backslash
+    /// Escapes for storage: tab as `\t`; LF, CR, CR LF and LF CR as `\n`; quotation mark and backslash
     /// after a backslash.
     static void ASCIIReplaceSpecialChars(GBuffer& text);
-    static void UniReplaceSpecialChars(GBuffer& text);
-    /// The reverse. \n becomes the platform's line ending; \', \" and \\ stand for themselves, \t for a
-    /// tab; before anything else and at the end the introducer stays.
+    static void UniReplaceSpecialChars(GBuffer& text);  ///< the same over UTF-16
+    /// The reverse. `\n` becomes the platform's line ending, `\t` a tab; behind a backslash a quote of either
+    /// kind and a backslash stand for themselves; before anything else and at the end the introducer stays.
     static void ASCIIReplaceEscapeCodes(GBuffer& text);
-    static void UniReplaceEscapeCodes(GBuffer& text);
+    static void UniReplaceEscapeCodes(GBuffer& text);  ///< the same over UTF-16
     /// The same where only the backslash introduces: the form that the two escaping calls above write.
     static void UniReplaceBackslashEscapes(GBuffer& text);
     /// Whether this introduces an escape: the backslash, and what some code pages show in its place.
@@ -75,9 +75,11 @@ public:
     static void StripTrailingZeroes(GBuffer& text, bool wide);
     /// Whether it belongs to GWhiteSpace.
     static bool IsWhiteSpace(unsigned short character) noexcept { return GWhiteSpace::Has(character); }
+    ///@{
     /// Removes white space at the start or the end.
     static void StripLeadingWhiteSpace(GBuffer& text);
     static void StripTrailingWhiteSpace(GBuffer& text);
+    ///@}
     /// UTF-16: removes the first unit 0x1B, the next one, and all between them.
     static void RemoveUnicodeLanguageTags(GBuffer& text);
     static void SwapUnicodeBytes(GBuffer& text);  ///< swaps the bytes of each unit
@@ -99,7 +101,7 @@ public:
     static void RealToBuffer(double value, long digits, GBuffer& out);
     /// Roman numerals for 1 to 3999; any other number as decimal digits.
     static GBuffer IntToRomanNumeralLower(long value);
-    static GBuffer IntToRomanNumeralUpper(long value);
+    static GBuffer IntToRomanNumeralUpper(long value);  ///< the same in capitals
 
     // --- Plain bytes ---------------------------------------------------------------------------
 

@@ -14,6 +14,7 @@
 template <class K, class V>
 class GDictBufferReader {
 public:
+    /// Splits the buffer, which is not needed any more then.
     explicit GDictBufferReader(const GBuffer& merged);
 
     /// Adds the entries to `dict`. False, with nothing added, when the last key has no value.

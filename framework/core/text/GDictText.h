@@ -9,11 +9,13 @@ class GString;
 template <class T>
 struct GDictText;
 
+/// Bytes as they are.
 template <>
 struct GDictText<GBuffer> {
-    static const GBuffer& From(const GBuffer& bytes) noexcept { return bytes; }
+    static const GBuffer& From(const GBuffer& bytes) noexcept { return bytes; }  ///< the bytes themselves
 };
 
+/// Bytes as text.
 template <>
 struct QUILLON_EXPORT GDictText<GString> {
     /// The bytes as UTF-8.

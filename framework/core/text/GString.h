@@ -52,6 +52,7 @@ public:
     GString(const GBuffer& bytes, const GEncoding* encoding, bool keepEncoding = true);
     /// The same without a copy: takes the buffer over.
     GString(GBuffer&& bytes, const GEncoding* encoding, bool keepEncoding = true);
+    ///@{
     /// Decimal ASCII text. The unsigned 64-bit form prints as signed: 2^63 and above are negative.
     explicit GString(int value);
     explicit GString(unsigned int value);
@@ -59,6 +60,7 @@ public:
     explicit GString(unsigned long value);
     explicit GString(long long value);
     explicit GString(unsigned long long value);
+    ///@}
     /// "%f" without trailing zeros and point: 2.5 gives "2.5", 3.0 gives "3". Infinities print as
     /// the largest finite value, as in every form below.
     explicit GString(double value);
@@ -74,6 +76,8 @@ public:
 
     /// The same forms as the constructors.
     void Set(const GString& other);
+    ///@{
+    /// Takes the text as the constructor of the same parameters does.
     void Set(const char* text);
     void Set(const char* text, const GEncoding* encoding, bool keepEncoding = true);
     void Set(const unsigned char* bytes, long length, const GEncoding* encoding, bool keepEncoding = true);
@@ -87,11 +91,12 @@ public:
     void Set(double value);
     void Set(double value, const GBuffer& format);
     void Set(double value, long precision);
+    ///@}
     /// Decimal text with at least `minDigits` digits (1022 for more), zeros in front.
     void SetInt(long value, long minDigits);
     /// Fixed notation with up to 15 fractional digits.
     void SetWithHighPrecision(double value);
-    void Swap(GString& other) noexcept;
+    void Swap(GString& other) noexcept;  ///< exchanges text and encoding; nothing is copied
 
     /// True when there are no bytes, whatever the encoding.
     bool IsEmpty() const { return mBuffer.IsEmpty(); }
@@ -99,33 +104,43 @@ public:
     long GetLength() const;
     /// The unit at `position`, 0 out of range.
     unsigned short operator[](long position) const;
-    void SetChar(long position, unsigned short unit);
+    void SetChar(long position, unsigned short unit);  ///< out of range it does nothing
     /// Cuts or grows to `length` units; new units are 0.
     void SetLength(long length);
     /// A position beyond the end appends, a negative one inserts at the start.
     void Insert(long position, const GString& text);
+    /// The same with one unit.
     void Insert(long position, unsigned short unit);
     /// Removes up to `count` units; a negative start or count removes nothing.
     void Remove(long start, long count);
     /// Replaces every occurrence from `start` on; what was inserted is not searched again. True when
     /// something was replaced. An empty `find` replaces nothing.
     bool Replace(long start, const GString& find, const GString& with);
+    /// The same with single units, in place.
     bool Replace(long start, unsigned short find, unsigned short with);
+    ///@{
+    /// Appends, both as UTF-16.
     GString& operator+=(const GString& text);
     GString& operator+=(unsigned short unit);
+    ///@}
     /// The part of up to `count` units from `start`; a negative count gives the rest.
     GString GetSubstring(long start, long count) const;
+    /// The same into `out`, which may be this string.
     void GetSubstring(long start, long count, GString& out) const;
     /// No bytes are left; the encoding stays.
     void Clear();
 
     /// First position of the whole text at or after `start`; an empty text is found at 0.
     long Find(const GString& text, long start = 0) const;
+    /// First position of the unit at or after `start`, or -1.
     long FindFirst(unsigned short unit, long start = 0) const;
     /// First unit that is in the set.
     long FindFirst(const unsigned short* set, long setLength, long start = 0) const;
+    ///@{
+    /// First unit that is another, or that is not in the set.
     long FindFirstNot(unsigned short unit, long start = 0) const;
     long FindFirstNot(const unsigned short* set, long setLength, long start = 0) const;
+    ///@}
     /// The last occurrence at or before `upTo`.
     long FindLast(unsigned short unit, long upTo) const;
 
@@ -146,11 +161,13 @@ public:
     /// Unicode and WinAnsi; any other encoding takes all bytes.
     static bool AreCompatible(const GBuffer& bytes, const GEncoding* encoding);
 
+    ///@{
     /// The text in ASCII, read as GBuffer reads numbers; no number gives 0.
     std::int32_t GetInt32() const;
     std::uint32_t GetUInt32() const;
     long long GetInt64() const;
     double GetReal() const;
+    ///@}
 
     /// The order of the bytes of little-endian UTF-16, as operator<: U+0100 is less than U+00FF.
     static bool IsLessThan(const GString& a, const GString& b);
@@ -159,15 +176,19 @@ public:
     /// GBuffer's hash of the UTF-16 bytes: independent of the encoding.
     std::uint32_t GetHash() const;
 
+    ///@{
     /// Maps every unit by PText::ToLower or ToUpper: the length stays.
     void ToLower();
     void ToUpper();
+    ///@}
 
+    ///@{
     /// Replaces "%1" to "%9" by the parameter of that number and each "%s" by the next parameter;
     /// markers without a parameter stay. Nothing is expanded inside inserted text. Returns itself.
     GString& SubstituteParams(const GString& first);
     GString& SubstituteParams(const GString& first, const GString& second);
     GString& SubstituteParams(const GString& first, const GString& second, const GString& third);
+    ///@}
     /// A null parameter counts as missing.
     GString& SubstituteParams(const GTable<const GString*>& parameters);
     /// `count` parameters of type `const GString*` follow.

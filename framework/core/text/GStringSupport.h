@@ -48,6 +48,7 @@ struct QUILLON_EXPORT GStringSupport {
     /// The one comparison that asks the user's locale: -1, 0 or 1 as the operating system sorts; in
     /// the native build by units, after ToLower when the case does not count.
     static long Compare(const GString& a, const GString& b, bool caseSensitive);
+    /// Equal after ToLower, the same in every locale.
     static bool IsEqualIgnoreCase(const GString& a, const GString& b);
     /// Natural order: "file9" is less than "file10". Digits are '0' to '9', numbers of more than 32 bits
     /// count as the largest, and leading zeros make no difference. Strings that are not UTF-16 yet
@@ -64,11 +65,16 @@ struct QUILLON_EXPORT GStringSupport {
     /// count on from stays.
     static void IncreaseNumericSuffix(GString& text, unsigned long maxLength);
 
+    ///@{
     /// Whether it belongs to GWhiteSpace.
     static constexpr bool IsWhiteSpace(unsigned char byte) noexcept { return GWhiteSpace::Has(byte); }
     static constexpr bool IsWhiteSpace(unsigned short unit) noexcept { return GWhiteSpace::Has(unit); }
+    ///@}
+    ///@{
+    /// Removes white space at the start or the end. Returns `text`.
     static GString& StripLeadingWhiteSpace(GString& text);
     static GString& StripTrailingWhiteSpace(GString& text);
+    ///@}
 
     /// Tabs, line ends, quotes and backslashes become "\t", "\n", "\"" and "\\".
     static void ReplaceSpecialChars(GString& text);
@@ -92,6 +98,7 @@ struct QUILLON_EXPORT GStringSupport {
     /// always can. Returns the encoding chosen. Without candidates: ASCII, WinAnsi, UTF-8. Null
     /// candidates are passed over.
     static const GEncoding* GetBuffer(const GString& text, GBuffer& out);
+    /// The same with the caller's candidates, in their order.
     static const GEncoding* GetBuffer(const GString& text, GBuffer& out,
                                       const GTable<const GEncoding*>& candidates);
     /// Takes `bytes` as text in the first candidate in which all of them are valid; if there is
@@ -99,6 +106,7 @@ struct QUILLON_EXPORT GStringSupport {
     /// bytes that are valid UTF-8 are read as such. Returns the encoding chosen, null for an empty
     /// table of candidates (`text` becomes empty).
     static const GEncoding* AssignEncoding(const GBuffer& bytes, GString& text);
+    /// The same with the caller's candidates, in their order.
     static const GEncoding* AssignEncoding(const GBuffer& bytes, GString& text,
                                            const GTable<const GEncoding*>& candidates);
 
