@@ -10,6 +10,7 @@
 template <class Action>
 class GAtScopeEnd {
 public:
+    /// Takes the action over; it runs once.
     explicit GAtScopeEnd(Action action) : mAction(std::move(action)) {}
     GAtScopeEnd(const GAtScopeEnd&) = delete;
     GAtScopeEnd& operator=(const GAtScopeEnd&) = delete;

@@ -22,6 +22,7 @@ class QUILLON_EXPORT GException {
 public:
     /// A general exception, GExceptionID::cGeneral.
     GException();
+    /// With that number, of GExceptionID or of the program's own texts.
     explicit GException(long id);
     GException(const GException&) = default;
     GException& operator=(const GException&) = default;
@@ -31,11 +32,14 @@ public:
     virtual GLngString GetLngDescription() const;
     /// The location, ": " and the description; the description alone when there was no location.
     virtual GLngString GetLngFullDescription() const;
+    /// The number; of GExceptionID's unless the program has texts of its own.
     virtual long GetExceptionID() const;
 
+    ///@{
     /// The readable texts of the two, in the current language.
     GString GetDescription() const;
     GString GetFullDescription() const;
+    ///@}
 
     /// The failure that is being handled, whatever it is, in words. Only within a handler.
     static GString DescribeCurrent();
@@ -53,7 +57,7 @@ private:
 /// A failure that its number says all about.
 class QUILLON_EXPORT GSimpleException : public GException {
 public:
-    explicit GSimpleException(long id);
+    explicit GSimpleException(long id);  ///< with that number
     GSimpleException(const GSimpleException&) = default;
     GSimpleException& operator=(const GSimpleException&) = default;
     ~GSimpleException() override;
@@ -85,10 +89,14 @@ public:
 /// A failure with a text of its own; without one, the text of the number.
 class QUILLON_EXPORT GCustomException : public GException {
 public:
-    explicit GCustomException(long id);
+    explicit GCustomException(long id);  ///< with the text of that number
+    /// With a text of its own, which is copied.
     GCustomException(long id, const GString& text);
+    ///@{
+    /// Without memory the copy has the number only.
     GCustomException(const GCustomException& other) noexcept;
     GCustomException& operator=(const GCustomException& other) noexcept;
+    ///@}
     ~GCustomException() override;
 
     GLngString GetLngDescription() const override;

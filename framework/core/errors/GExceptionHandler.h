@@ -19,9 +19,12 @@ public:
     GExceptionHandler& operator=(const GExceptionHandler&) = default;
     virtual ~GExceptionHandler() = default;
 
+    ///@{
+    /// What is done with a failure of that kind; the kinds of their own come before the general one.
     virtual void Handle(const GSimpleException& exception) const = 0;
     virtual void Handle(const GMemoryException& exception) const = 0;
     virtual void Handle(const GException& exception) const = 0;
+    ///@}
     /// Only inside a catch block: hands the exception being handled to the overload for its type.
     /// GAbortException, and everything that is no GException, is thrown on; what an overload throws
     /// leaves in the place of the exception. Does nothing when no exception is being handled.
@@ -47,12 +50,15 @@ public:
 class QUILLON_EXPORT_INLINE GDefaultExceptionHandler : public GExceptionHandler {
 public:
     using GExceptionHandler::Handle;
+    /// Reports the full description.
     void Handle(const GSimpleException& exception) const override {
         Handle(static_cast<const GException&>(exception));
     }
+    /// Reports the full description.
     void Handle(const GMemoryException& exception) const override {
         Handle(static_cast<const GException&>(exception));
     }
+    /// Reports the full description.
     void Handle(const GException& exception) const override {
         GErrorReporter::GetInstance()->Report(exception.GetFullDescription());
     }

@@ -18,6 +18,7 @@ class QUILLON_EXPORT GExceptionLocation {
 public:
     /// The text of that number.
     explicit GExceptionLocation(long id);
+    /// The text itself, which is copied.
     explicit GExceptionLocation(const GString& text);
     /// The native form of the path.
     explicit GExceptionLocation(const GPathName& path);

@@ -27,7 +27,7 @@ public:
     void Keep() noexcept {
         if (!mFailure) mFailure = std::current_exception();
     }
-    bool IsEmpty() const noexcept { return !mFailure; }
+    bool IsEmpty() const noexcept { return !mFailure; }  ///< whether every step went well so far
     /// Throws what was kept; does nothing when every step went well.
     void Throw() const {
         if (mFailure) std::rethrow_exception(mFailure);

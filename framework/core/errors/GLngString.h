@@ -19,10 +19,13 @@ public:
     explicit GLngString(long id);
     /// A text that is the same in every language; an empty one gives the empty language string.
     explicit GLngString(const GString& text);
+    ///@{
+    /// Shares the parts; moving leaves the other empty.
     GLngString(const GLngString& other) noexcept;
     GLngString(GLngString&& other) noexcept;
     GLngString& operator=(const GLngString& other) noexcept;
     GLngString& operator=(GLngString&& other) noexcept;
+    ///@}
     ~GLngString();
 
     /// True when there is nothing to read: no part at all.
@@ -35,6 +38,7 @@ public:
 
     /// Appends the other's parts, each with its own parameters.
     GLngString& operator+=(const GLngString& other);
+    /// Appends a plain text.
     GLngString& operator+=(const GString& text);
 
     /// The readable text: every part in the current language with its parameters put in. Markers

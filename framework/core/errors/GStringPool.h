@@ -10,8 +10,8 @@ class GEncoding;
 
 /// One numbered text. The bytes are zero-terminated in the encoding of the pool they belong to.
 struct GStringPoolRow {
-    std::int32_t mID;
-    const char* mText;
+    std::int32_t mID;   ///< the number; a pool may have rows of any numbers
+    const char* mText;  ///< zero-terminated, in the pool's encoding; not owned
 };
 
 /// GStringPool: the numbered texts of one language in one encoding.
@@ -24,9 +24,9 @@ public:
     /// read as ASCII.
     GStringPool(const GBuffer& language, const GBuffer& encodingName, const GStringPoolRow* rows, long count);
 
-    const GBuffer& GetLanguage() const noexcept { return mLanguage; }
-    const GStringPoolRow* GetRows() const noexcept { return mRows; }
-    long GetCount() const noexcept { return mCount; }
+    const GBuffer& GetLanguage() const noexcept { return mLanguage; }  ///< such as "enUS"
+    const GStringPoolRow* GetRows() const noexcept { return mRows; }  ///< GetCount() rows, as they were given
+    long GetCount() const noexcept { return mCount; }                 ///< rows
     /// The text of that number, in the pool's encoding; false, and `text` unchanged, without one.
     bool Find(long id, GString& text) const;
 
@@ -54,7 +54,7 @@ public:
 
     /// "enUS" until it is set. A language without texts is allowed: then the English ones serve.
     static void SetCurrentLanguage(const GBuffer& language);
-    static GBuffer GetCurrentLanguage();
+    static GBuffer GetCurrentLanguage();  ///< a copy; another thread may change it at once
 
     /// The text of that number in the current language, otherwise in "enUS"; false, and `text`
     /// unchanged, when neither has one.

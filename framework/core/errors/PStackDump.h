@@ -9,5 +9,5 @@ public:
     /// says why there are none. Not for two threads at once.
     static void AppendTo(GBuffer& text);
 
-    static constexpr long cMaxFrames = 1024;
+    static constexpr long cMaxFrames = 1024;  ///< return addresses in one dump
 };

@@ -10,9 +10,9 @@
 /// subscribed. How often decides how fast messages between processes arrive.
 class QUILLON_EXPORT GBasicSignals {
 public:
-    static constexpr long cRepeaterSignal = 101;
+    static constexpr long cRepeaterSignal = 101;  ///< the number of the repeater signal
 
-    static GSignal<GEmptyMessage>& GetRepeaters();
+    static GSignal<GEmptyMessage>& GetRepeaters();  ///< the repeater signal, made on first use
     /// Fires the repeater signal once. Throws what a receiver threw, after all have been told.
     static void DevoteTimeToRepeaters();
 };

@@ -19,7 +19,7 @@ public:
     virtual void Receive(long signalNumber, const Message& message) = 0;
 
 protected:
-    PCriticalSection& GetReceiverLock() noexcept { return mReceiverLock; }
+    PCriticalSection& GetReceiverLock() noexcept { return mReceiverLock; }  ///< recursive; for the subclass
 
 private:
     PCriticalSection mReceiverLock;

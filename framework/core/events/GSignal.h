@@ -17,22 +17,24 @@ struct GEmptyMessage {};
 template <class Message>
 class GSignal {
 public:
-    explicit GSignal(long number) : mNumber(number) {}
+    explicit GSignal(long number) : mNumber(number) {}  ///< receivers are handed the number with each message
     GSignal(const GSignal&) = delete;
     GSignal& operator=(const GSignal&) = delete;
 
-    long GetNumber() const noexcept { return mNumber; }
+    long GetNumber() const noexcept { return mNumber; }  ///< as it was given
 
     /// A receiver that is subscribed already stays subscribed once.
     void Subscribe(GReceiver<Message>& receiver) {
         if (!IsSubscribed(receiver)) mReceivers.Append(&receiver);
     }
 
+    /// A receiver that is not subscribed is no error.
     void Unsubscribe(const GReceiver<Message>& receiver) {
         // At the end, where it is not found, there is nothing to remove.
         mReceivers.Remove(static_cast<long>(FindReceiver(receiver) - mReceivers.begin()));
     }
 
+    /// Whether it is told of this signal.
     bool IsSubscribed(const GReceiver<Message>& receiver) const {
         return FindReceiver(receiver) != mReceivers.end();
     }

@@ -36,8 +36,8 @@ public:
 
     /// An observer that is attached already stays attached once.
     void Attach(GObserver& observer);
-    void Detach(GObserver& observer) noexcept;
-    bool IsAttached(const GObserver& observer) const noexcept;
+    void Detach(GObserver& observer) noexcept;  ///< an observer that is not attached is no error
+    bool IsAttached(const GObserver& observer) const noexcept;  ///< whether it is told of changes
     /// Tells all observers in the order of their attachment. They may attach and detach meanwhile,
     /// also each other, and may end themselves: one that is added is told as well, one that is gone
     /// is not. They may not end the subject. An observer that throws leaves the ones behind it untold.
@@ -55,8 +55,9 @@ template <class T>
 class GSubjectT : public GSubject {
 public:
     GSubjectT() = default;
-    explicit GSubjectT(T value) : mValue(std::move(value)) {}
+    explicit GSubjectT(T value) : mValue(std::move(value)) {}  ///< takes the value; nobody is told
 
+    /// Valid as long as the subject; SetValue() changes what it refers to.
     const T& GetValue() const noexcept { return mValue; }
     /// A value equal to the present one changes nothing and tells nobody.
     void SetValue(const T& value) {

@@ -18,11 +18,14 @@
 /// extension "gz".
 class QUILLON_EXPORT GPathName : public PPathNameImp {
 public:
-    static const GPathName cEmptyPathName;
+    static const GPathName cEmptyPathName;  ///< the one path that threads may share
 
     GPathName() = default;
+    ///@{
+    /// From a text in portable form, taken as it stands; CheckCrossPlatformString() tells whether it is one.
     explicit GPathName(const GString& portable);
     explicit GPathName(GString&& portable);
+    ///@}
     GPathName(const GPathName&) = default;
     GPathName(GPathName&&) noexcept = default;
     GPathName& operator=(const GPathName&) = default;
@@ -34,17 +37,23 @@ public:
     /// Every change of the path passes through here. A derived class may store another text, or none,
     /// or refuse by throwing. Until it stores something the path is as it was.
     void SetCrossPlatformString(const GString& portable) override;
-    const GString& GetCrossPlatformString() const override;
+    const GString& GetCrossPlatformString() const override;  ///< the portable form
+    ///@{
+    /// Between the portable and the Win32 form; a derived class may have rules of its own.
     void ConvertPortableToWin32(const GString& portable, GString& win32) const override;
     void ConvertWin32ToPortable(const GString& win32, GString& portable) const override;
-    virtual const GString& GetPortablePath() const;
+    ///@}
+    virtual const GString& GetPortablePath() const;  ///< as GetCrossPlatformString()
 
+    ///@{
     /// Mach-O paths are UNIX paths in which volumes hang under "/Volumes/". A drive is the volume
     /// of its letter and a volume root that of its name: "C:/x" is "/Volumes/C/x", "Data:" is
     /// "/Volumes/Data". All else is the same in both forms. The reverse turns a volume of one letter
     /// into the drive.
     virtual void ConvertPortableToMachO(const GString& portable, GString& machO) const;
     virtual void ConvertMachOToPortable(const GString& machO, GString& portable) const;
+    ///@}
+    ///@{
     /// CFM paths separate by ':'. A full path starts with its volume: "Data:dir:file" is
     /// "/Volumes/Data/dir/file" ("C:dir" is "C:/dir"); a relative one of several names starts with
     /// ':', each further ':' is a step upwards (":dir:file", "::file" is "../file"). A ':' inside a
@@ -52,35 +61,46 @@ public:
     /// ("/dir", "//server/x") have no CFM form and pass unchanged.
     virtual void ConvertPortableToCFM(const GString& portable, GString& cfm) const;
     virtual void ConvertCFMToPortable(const GString& cfm, GString& portable) const;
+    ///@}
+    ///@{
     /// The UNIX form is the portable form.
     virtual void ConvertPortableToUNIX(const GString& portable, GString& out) const;
     virtual void ConvertUNIXToPortable(const GString& path, GString& portable) const;
+    ///@}
     /// The portable path with "." and ".." resolved as Normalize() does.
     virtual GString GetNormalizedPortablePathFrom(const GString& portable) const;
-    virtual void SetPortablePath(const GString& portable);
+    virtual void SetPortablePath(const GString& portable);  ///< as SetCrossPlatformString()
 
     /// "\" separates; a prefix "\\?\" is dropped ("\\?\UNC\server" gives "/server", one slash).
     void SetWin32PathString(const GString& path);
+    ///@{
     /// Native is Win32 here; both set the same.
     void SetNativePathString(const GString& path);
     void SetLegacyPlatformString(const GString& path);
+    ///@}
     /// "\\server\share\x". Unlike the Win32 form, "\\?\UNC\server\x" keeps both slashes.
     void SetUNCPathString(const GString& path);
     /// The device-independent form of page-description documents: "/C/dir" is "C:/dir", "/server/x" is
     /// "//server/x". Throws GExceptionID::cURLNotSupported for a text that starts with "http://" or
     /// "ftp://"; the path then stays as it was.
     void SetDIPathString(const GString& path);
+    ///@{
+    /// The forms of ConvertMachOToPortable() and ConvertCFMToPortable().
     void SetMachOPathString(const GString& path);
     void SetCFMPathString(const GString& path);
+    ///@}
 
     /// The Win32 form; network paths start with "\\".
     GString GetUNCPathString() const;
+    /// The reverse of SetDIPathString().
     GString GetDIPathString() const;
     /// "file:///C:/a%20b", "file://server/share/x": percent-encoded UTF-8 (RFC 3986; a surrogate
     /// without its other half becomes U+FFFD; ':' and '@' stay as they are but in the name of a host).
     /// A relative path is written as if it started at the root, as URLs of files know no other.
     GString GetURLPathString() const;
+    /// As ConvertPortableToMachO().
     GString GetMachOPathString() const;
+    /// As ConvertPortableToCFM().
     GString GetCFMPathString() const;
     /// The branch in Mach-O form.
     GString GetMachOBranch() const;
@@ -89,7 +109,7 @@ public:
     GPathName GetRootName() const;
     /// "/" or the empty path.
     GPathName GetRootDirectory() const;
-    GPathName GetRootPath() const;
+    GPathName GetRootPath() const;  ///< root name and root directory: "C:/"
     /// What follows the root path.
     GPathName GetRelativePath() const;
     /// The way from `base` to this path, so that base / result names this path: "C:/a/b" from
@@ -112,10 +132,10 @@ public:
     /// The names behind the root; empty ones between doubled '/' do not count.
     long GetNumberOfComponents() const;
 
-    bool IsEmpty() const;
+    bool IsEmpty() const;  ///< whether there is no text at all
     /// There is something before the leaf.
     bool HasBranch() const;
-    bool HasLeaf() const;
+    bool HasLeaf() const;  ///< whether something follows the last separator
     /// The leaf has a dot, and is neither "." nor "..". A trailing dot is an empty extension.
     bool HasExtension() const;
     /// True when the path lies in `start` or is it, by whole components and without regard to case:
@@ -138,7 +158,7 @@ public:
     /// component, stay; at the root too: "C:/.." is left to the system. What follows a component that
     /// goes may come to stand where a root is read: "./C:/x" becomes "C:/x", "/.//x" "//x".
     void Normalize();
-    void Clear();
+    void Clear();  ///< the empty path
 
     /// Makes a title acceptable as the name of one file, in any folder.
     ///
@@ -160,13 +180,19 @@ public:
     /// backslash, which would end or split the native form.
     static void CheckCrossPlatformString(const GString& portable);
 
+    ///@{
     /// Native is Win32 here.
     static void ConvertNativeToPortable(const GString& native, GString& portable);
     static void ConvertPortableToNative(const GString& portable, GString& native);
+    ///@}
+    ///@{
+    /// As SetUNCPathString(), SetDIPathString() and the calls that give these forms, without a path object; a
+    /// URL is not refused here.
     static void ConvertUNCSpecToPortable(const GString& unc, GString& portable);
     static void ConvertPortableToUNCSpec(const GString& portable, GString& unc);
     static void ConvertDISpecToPortable(const GString& di, GString& portable);
     static void ConvertPortableToDISpec(const GString& portable, GString& di);
+    ///@}
 
 private:
     friend QUILLON_EXPORT GPathName operator/(const GPathName& base, const GPathName& relative);

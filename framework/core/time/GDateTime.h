@@ -26,16 +26,21 @@ public:
     explicit GDateTime(bool now = false);
     /// The offset is the present difference of the local time zone. Without a time it is 00:00:00.
     GDateTime(long day, long month, long year, bool utc);
+    /// The offset is as above.
     GDateTime(long day, long month, long year, long hour, long minute, long second, bool utc);
+    /// With an offset of one's own.
     GDateTime(long day, long month, long year, long hour, long minute, long second, long relationToUTC,
               long offsetHours, long offsetMinutes);
 
     /// As the constructors.
     void Set(bool now);
+    ///@{
+    /// As the constructors of the same parameters.
     void Set(long day, long month, long year, bool utc);
     void Set(long day, long month, long year, long hour, long minute, long second, bool utc);
     void Set(long day, long month, long year, long hour, long minute, long second, long relationToUTC,
              long offsetHours, long offsetMinutes);
+    ///@}
     /// Sets the date and keeps the time of day; with `utc` false, both of them local.
     void SetDate(long day, long month, long year, bool utc);
     /// Sets the time of day and keeps the date; with `utc` false, both of them local.
@@ -46,19 +51,20 @@ public:
     /// summer time is left open (-1).
     void GetAnsiCTm(std::tm& time) const;
 
-    long GetDay() const { return mDay; }
-    long GetMonth() const { return mMonth; }
-    long GetYear() const { return mYear; }
-    long GetHour() const { return mHour; }
-    long GetMinute() const { return mMinute; }
-    long GetSecond() const { return mSecond; }
+    long GetDay() const { return mDay; }        ///< 1..31 once normalised
+    long GetMonth() const { return mMonth; }    ///< 1..12 once normalised
+    long GetYear() const { return mYear; }      ///< of the Gregorian calendar; 0 and below are years before 1
+    long GetHour() const { return mHour; }      ///< 0..23 once normalised
+    long GetMinute() const { return mMinute; }  ///< 0..59 once normalised
+    long GetSecond() const { return mSecond; }  ///< 0..59 once normalised; leap seconds are not known
+    /// 1: local time is ahead, -1: behind, 0: unknown.
     long GetRelationToUTC() const { return mRelationToUTC; }
-    long GetOffsetHours() const { return mOffsetHours; }
-    long GetOffsetMinutes() const { return mOffsetMinutes; }
+    long GetOffsetHours() const { return mOffsetHours; }      ///< whole hours of the offset
+    long GetOffsetMinutes() const { return mOffsetMinutes; }  ///< minutes beyond the hours
 
     // Adding ends with Normalize(); negative values go back.
 
-    void AddDays(long days);
+    void AddDays(long days);  ///< calendar days; the time of day stays
     /// A day that the new month does not have is carried: 31 March and 1 month is 1 May.
     void AddMonths(long months);
     /// A day that the new month does not have becomes its last: 31 March and 1 month is 30 April.
@@ -78,6 +84,7 @@ public:
     /// Seconds from this moment to the other, negative when that is earlier.
     double GetSecondsBetween(const GDateTime& other) const;
 
+    ///@{
     /// Text for people. `local` moves the time by the stored offset first. An empty format gives the
     /// short form of the user's locale (ISO 8601 in the native build, and for years that the system
     /// does not know). Otherwise the format is a picture: d and dd (day), ddd and dddd (weekday),
@@ -87,6 +94,7 @@ public:
     /// Both take all letters, so that one picture can hold date and time.
     void GetDateAsString(GString& text, bool local, const GString& format) const;
     void GetTimeAsString(GString& text, bool local, const GString& format) const;
+    ///@}
 
     /// Reads "D:" (may be missing), YYYYMMDDHHmmSS cut short after any field but the year, and a
     /// zone: "Z", or '+' or '-', hours, ', minutes, '. Fields may have blanks in front and fewer

@@ -6,6 +6,7 @@
 /// may be null. A value.
 class GCodeLocation {
 public:
+    /// Keeps the pointers: the texts of the compiler's own macros and built-ins stay.
     GCodeLocation(const char* file, long line, const char* function) noexcept
         : mFile(file), mFunction(function), mLine(static_cast<std::int32_t>(line)) {}
     /// As a default argument: the place of the call.
@@ -14,9 +15,10 @@ public:
         return GCodeLocation(file, line, function);
     }
 
+    /// The source's path as the compiler was given it; may be null.
     const char* GetFile() const noexcept { return mFile; }
-    long GetLine() const noexcept { return mLine; }
-    const char* GetFunction() const noexcept { return mFunction; }
+    long GetLine() const noexcept { return mLine; }                 ///< from 1
+    const char* GetFunction() const noexcept { return mFunction; }  ///< the name alone; may be null
 
 private:
     const char* mFile;

@@ -37,12 +37,14 @@ public:
     /// Whether there is a log and entries of the category are written.
     static bool IsOn(const char* category);
 
+    ///@{
     /// Whether entries of the category are written, and whether they raise an alert.
     virtual bool GetNeedsLogging(const GBuffer& category) const = 0;
     virtual bool GetAlertOnLog(const GBuffer& category) const = 0;
+    ///@}
     /// How often the indent text stands before an entry; below zero like zero.
     virtual void AddIndent() noexcept = 0;
-    virtual void RemoveIndent() noexcept = 0;
+    virtual void RemoveIndent() noexcept = 0;  ///< the reverse of AddIndent()
 
 protected:
     GTraceLog() = default;
@@ -83,6 +85,7 @@ public:
     /// Throws as GTraceLog::Trace() does; the block has then not begun.
     GTraceBlock(const GBuffer& category, const GBuffer& name,
                 const GCodeLocation& where = GCodeLocation::Here());
+    /// The record alone: the copy has not begun and logs no end.
     GTraceBlock(const GTraceBlock& other);
     /// Ends its own block first.
     GTraceBlock& operator=(const GTraceBlock& other);

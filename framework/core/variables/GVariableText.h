@@ -11,9 +11,10 @@
 /// are one percent sign of text. One without a partner is an error, with which the text ends.
 class QUILLON_EXPORT GVariableText {
 public:
+    /// What a piece is: text, a variable with its percent signs, or the rest behind a sign without partner.
     enum class Kind : std::uint8_t { cText, cVariable, cError };
 
-    explicit GVariableText(const GString& text) : mText(text) {}
+    explicit GVariableText(const GString& text) : mText(text) {}  ///< keeps a copy of the text
 
     /// The next piece; false at the end.
     bool Next(Kind& kind, GString& piece);
