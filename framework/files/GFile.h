@@ -32,22 +32,24 @@ public:
     void Open(long mode);
     /// Closing a closed file does nothing.
     void Close();
-    bool IsOpen() const;
-    const GPathName& GetPathName() const;
+    bool IsOpen() const;                   ///< whether it holds a handle
+    const GPathName& GetPathName() const;  ///< as it was given
 
     /// Replaces `out` with up to `maxBytes` bytes and returns how many; -1 with `out` empty at the
     /// end of the file and for a `maxBytes` below 1.
     long Read(GBuffer& out, long maxBytes);
+    /// The same from `position`.
     long ReadAt(long long position, GBuffer& out, long maxBytes) const;
     /// Hands all of `data` to the system in one call and returns what the system took. A full disk
     /// is a count below the length; every other failure throws.
     long Write(const GBuffer& data);
+    /// The same at `position`; behind the end, zero bytes fill the gap.
     long WriteAt(long long position, const GBuffer& data);
 
     /// Moves the file's own position, past the end too.
     void Seek(long long position);
-    long long GetPosition() const { return mPosition; }
-    long long GetLength() const;
+    long long GetPosition() const { return mPosition; }  ///< in bytes; where the next Read or Write begins
+    long long GetLength() const;                         ///< in bytes, asked of the system
     /// Cuts the file or extends it with zero bytes.
     void SetLength(long long length);
     /// Returns when the system has put the file on the disk.

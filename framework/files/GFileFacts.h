@@ -6,6 +6,7 @@
 
 /// GFileFacts: what the system says about one opened file or folder, for a decision whether to trust it.
 struct GFileFacts {
+    /// What it is.
     enum class Kind : std::uint8_t {
         cUnknown,  ///< the system does not tell
         cFile,
@@ -22,8 +23,8 @@ struct GFileFacts {
         cNotKept,  ///< the volume knows no owners
     };
 
-    Kind mKind = Kind::cUnknown;
-    Owner mOwner = Owner::cOther;
+    Kind mKind = Kind::cUnknown;   ///< cUnknown until the system has told
+    Owner mOwner = Owner::cOther;  ///< cOther until the system has told
     bool mIsReparsePoint = false;  ///< a junction, a link, or what else leads away from here
     std::int32_t mLinkCount = 0;   ///< the names under which it is found
     GPathName mFinalPath;          ///< where it really is, on its volume; for comparison with others

@@ -28,24 +28,26 @@ public:
     static void AddSpecialPath(long id, const GPathName& path);
     /// Forgets the stored path, so that the default returns.
     static void RemoveSpecialPath(long id);
-    static void RemoveAllSpecialPaths();
+    static void RemoveAllSpecialPaths();  ///< all of them, so that all defaults return
     /// Computes and stores the default now. A number without one is left alone.
     static void SetSpecialPathToDefault(long id);
     /// @}
 
     /// @name The platform's folders, asked for anew with every call; the shell makes missing ones.
     /// @{
+
+    /// Of the user's programs, roaming with the user: `C:\Users\NAME\AppData\Roaming`.
     static GPathName GetUserApplicationDataFolder();
-    static GPathName GetUserPreferenceFolder();
-    static GPathName GetCommonAppDataFolder();
-    static GPathName GetGlobalPreferenceFolder();
-    static GPathName GetDesktopFolder();
-    static GPathName GetUserDocumentsFolder();
-    static GPathName GetSystemFolder();
-    static GPathName GetGlobalSystemFolder();
-    static GPathName GetApplicationsFolder();
-    static GPathName GetApplicationsFolder32();
-    static GPathName GetUserHomeFolder();
+    static GPathName GetUserPreferenceFolder();    ///< the same folder
+    static GPathName GetCommonAppDataFolder();     ///< of all users' programs: `C:\ProgramData`
+    static GPathName GetGlobalPreferenceFolder();  ///< the same folder
+    static GPathName GetDesktopFolder();           ///< of the user
+    static GPathName GetUserDocumentsFolder();     ///< of the user
+    static GPathName GetSystemFolder();            ///< `C:\Windows\System32`
+    static GPathName GetGlobalSystemFolder();      ///< `C:\Windows`
+    static GPathName GetApplicationsFolder();      ///< `C:\Program Files`
+    static GPathName GetApplicationsFolder32();    ///< of 32-bit programs: `C:\Program Files (x86)`
+    static GPathName GetUserHomeFolder();          ///< `C:\Users\NAME`
     /// Empty when the system does not tell.
     static GPathName GetGlobalTempFolder();
     /// "QuillonDebug" in the global temporary folder (special path -2), or beside it when that path
@@ -62,7 +64,7 @@ public:
     static bool FileExists(const GPathName& path);
     /// The same, but false as well when the system refuses to tell. Never throws.
     static bool TryFileExists(const GPathName& path) noexcept;
-    static bool FolderExists(const GPathName& path);
+    static bool FolderExists(const GPathName& path);  ///< true for a folder, false for a file and for nothing
     /// True when anybody, this process included, has the file open, and when it cannot be opened for
     /// any other reason; so ask FileExists first.
     static bool FileInUse(const GPathName& path);
@@ -80,7 +82,7 @@ public:
     /// Makes the folder and its missing parents; one that is there already is fine, a file in the way
     /// is not.
     static void CreateFolder(const GPathName& path);
-    static void RemoveFile(const GPathName& path);
+    static void RemoveFile(const GPathName& path);  ///< a missing file is a failure
     /// Removes an empty folder.
     static void RemoveFolderOnly(const GPathName& path);
     /// @}
@@ -92,9 +94,11 @@ public:
 
     /// Gives the file another leaf in its folder and returns its new path.
     static GPathName RenameFile(const GPathName& path, const GString& newLeaf);
+    /// The same for a folder.
     static GPathName RenameFolder(const GPathName& path, const GString& newLeaf);
     /// Copies the file into `folder` under its own leaf or under `newLeaf`; returns the copy's path.
     static GPathName CopyFileTo(const GPathName& path, const GPathName& folder);
+    /// The same under another leaf.
     static GPathName CopyAndRenameFile(const GPathName& path, const GPathName& folder,
                                        const GString& newLeaf);
     /// Moves the file into `folder`, across volumes too, and returns its new path.
@@ -110,20 +114,22 @@ public:
 
     /// @name Attributes and dates
     /// @{
-    static bool IsHidden(const GPathName& path);
-    static void SetHidden(const GPathName& path, bool hidden);
+    static bool IsHidden(const GPathName& path);                ///< whether it bears the mark
+    static void SetHidden(const GPathName& path, bool hidden);  ///< sets or takes the mark
     /// False for a file marked read-only; says nothing about permissions.
     static bool IsWritable(const GPathName& path);
-    static void SetWritable(const GPathName& path, bool writable);
+    static void SetWritable(const GPathName& path, bool writable);  ///< takes or sets the read-only mark
     /// In UTC.
     static GDateTime GetCreationDateTime(const GPathName& path);
-    static GDateTime GetModificationDateTime(const GPathName& path);
+    static GDateTime GetModificationDateTime(const GPathName& path);  ///< in UTC
     /// From the UTC fields, in whole seconds. The native build cannot set when a file was made.
     static void SetCreationDateTime(const GPathName& path, const GDateTime& moment);
+    /// From the UTC fields, in whole seconds.
     static void SetModificationDateTime(const GPathName& path, const GDateTime& moment);
     /// The system's own bits: 1 read-only, 2 hidden, 4 system, 16 folder, 32 archive and so on; 0 sets
     /// none. The native build knows the first alone.
     static unsigned long GetFileAttribute(const GPathName& path);
+    /// The bits of GetFileAttribute().
     static void SetFileAttribute(const GPathName& path, unsigned long attributes);
     /// @}
 
@@ -141,10 +147,10 @@ public:
 
     /// @name Trash. What the trash cannot take stays and is a failure. The native build has none.
     /// @{
-    static void MoveToTrash(const GPathName& path);
+    static void MoveToTrash(const GPathName& path);  ///< a file or a folder
     /// The same for what is a file, or a folder; anything else throws GSimpleException cFileNotFound.
     static void MoveFileToTrash(const GPathName& path);
-    static void MoveFolderToTrash(const GPathName& path);
+    static void MoveFolderToTrash(const GPathName& path);  ///< throws the same for what is no folder
     /// @}
 
     /// @name Aliases: shortcuts, files whose names end in ".lnk" (symbolic links in the native build).
@@ -153,26 +159,30 @@ public:
 
     /// Makes the file `alias`, which must not be there; the target need not be there.
     static void CreateAlias(const GPathName& alias, const GPathName& target);
-    static bool IsAlias(const GPathName& path);
+    static bool IsAlias(const GPathName& path);  ///< a file whose name ends so; false for what is not there
     /// The path that the alias leads to, whether something is there or not; empty for one that leads to
     /// something other than a file or folder.
     static GPathName GetAliasTarget(const GPathName& alias);
-    static bool AliasHasTarget(const GPathName& alias);
+    static bool AliasHasTarget(const GPathName& alias);  ///< whether what the alias leads to is there
     /// @}
 
     /// @name Permissions, as a text of the system: on Windows the access control list of a security
     /// descriptor ("D:(A;;FA;;;SY)"), in the native build the mode in octal digits. The forms for an
     /// alias work on what it leads to.
     /// @{
-    static GString GetPermissions(const GPathName& path);
+    static GString GetPermissions(const GPathName& path);  ///< of a file or folder
+    /// From a text of GetPermissions().
     static void SetPermissions(const GPathName& path, const GString& permissions);
+    /// What GetPermissions() gives of the one.
     static void CopyPermissions(const GPathName& from, const GPathName& to);
     /// True when it belongs to the user, or to a group that the user is in.
     static bool CheckIfOwner(const GPathName& path);
-    static GString GetAliasPermissions(const GPathName& alias);
+    static GString GetAliasPermissions(const GPathName& alias);  ///< of what the alias leads to
+    /// Of what the alias leads to.
     static void SetAliasPermissions(const GPathName& alias, const GString& permissions);
+    /// Of and to what the aliases lead to.
     static void CopyAliasPermissions(const GPathName& fromAlias, const GPathName& toAlias);
-    static bool CheckIfAliasOwner(const GPathName& alias);
+    static bool CheckIfAliasOwner(const GPathName& alias);  ///< as CheckIfOwner()
     /// @}
 
 private:

@@ -9,6 +9,7 @@
 /// GFileTrust: whether a file or folder that is there already may be used where anybody could have prepared
 /// it. Decisions over facts alone; nothing here touches a disk.
 struct QUILLON_EXPORT GFileTrust {
+    /// Why it may not be used; of several reasons the first that is found.
     enum class Fault : std::uint8_t {
         cNone,
         cLeadsAway,  ///< a link or junction

@@ -15,9 +15,9 @@
 /// One object belongs to one thread and holds at most one lock.
 class QUILLON_EXPORT GLockFile {
 public:
-    using LockType = GLockFileImp::LockType;
-    static constexpr LockType cReadLock = GLockFileImp::cReadLock;
-    static constexpr LockType cWriteLock = GLockFileImp::cWriteLock;
+    using LockType = GLockFileImp::LockType;                          ///< for reading or for writing
+    static constexpr LockType cReadLock = GLockFileImp::cReadLock;    ///< any number of objects may hold one
+    static constexpr LockType cWriteLock = GLockFileImp::cWriteLock;  ///< excludes all others
 
     /// Touches no file.
     explicit GLockFile(const GPathName& path);
@@ -42,7 +42,7 @@ public:
     /// Removes the file, if that can be done; others may still hold it. Throws GSimpleException
     /// cLockFileInUse while this object holds a lock.
     void DeleteFile();
-    const GPathName& GetLockFileSpec() const;
+    const GPathName& GetLockFileSpec() const;  ///< the file, as it was given
 
 private:
     std::unique_ptr<GLockFileImp> mImp;
@@ -58,11 +58,11 @@ public:
     GLockByFile& operator=(const GLockByFile&) = delete;
     ~GLockByFile();
 
-    bool HasLock() const noexcept { return mHasLock; }
+    bool HasLock() const noexcept { return mHasLock; }  ///< whether the lock is held
     /// For a guard that did not get its lock: tries again every few milliseconds, for at most that long.
     /// True when it holds the lock then.
     bool WaitForLock(long milliseconds);
-    void ReleaseLock();
+    void ReleaseLock();  ///< lets go of the lock early; without one it does nothing
 
 private:
     GLockFile mLockFile;

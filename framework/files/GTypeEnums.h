@@ -2,6 +2,7 @@
 
 /// The kinds of data that the framework tells apart by their content or names when it makes a file.
 struct GTypeEnums {
+    /// The kinds, by what stands in the data.
     enum Types {
         cNone = 0,    ///< not given, or not recognised
         cText,        ///< plain text, also with a byte-order mark

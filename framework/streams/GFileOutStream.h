@@ -30,8 +30,8 @@ public:
 
     /// The length of the whole file in bytes.
     long long GetLength() const;
-    long long GetPosition() const { return mPosition; }
-    const GSharedObject<GFile>& GetFile() const { return mFile; }
+    long long GetPosition() const { return mPosition; }            ///< in bytes from the start of the file
+    const GSharedObject<GFile>& GetFile() const { return mFile; }  ///< for other streams over the same file
 
 private:
     GSharedObject<GFile> mFile;

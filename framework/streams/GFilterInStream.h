@@ -13,8 +13,8 @@ class GBufferedInStream;
 
 /// GFilterWindow: between which pointers a filter works. It advances `in` and `out`.
 struct GFilterWindow {
-    long InCount() const { return static_cast<long>(inEnd - in); }
-    long OutRoom() const { return static_cast<long>(outEnd - out); }
+    long InCount() const { return static_cast<long>(inEnd - in); }    ///< bytes that are left to read
+    long OutRoom() const { return static_cast<long>(outEnd - out); }  ///< bytes that may still be written
     /// Passes on up to `limit` bytes as they are and returns how many.
     long CopyThrough(long limit) {
         const long count = std::min({limit, InCount(), OutRoom()});
@@ -24,11 +24,11 @@ struct GFilterWindow {
         return count;
     }
 
-    const unsigned char* in;
-    const unsigned char* inEnd;
-    bool isLast;  ///< the source has nothing behind inEnd
-    unsigned char* out;
-    unsigned char* outEnd;
+    const unsigned char* in;     ///< the next byte to read
+    const unsigned char* inEnd;  ///< behind the last one
+    bool isLast;                 ///< the source has nothing behind inEnd
+    unsigned char* out;          ///< where the next byte goes
+    unsigned char* outEnd;       ///< behind the room
 };
 
 /// Where a filter stands when it returns.
@@ -72,6 +72,7 @@ public:
 protected:
     /// `neededRoom`: with so many bytes of room Convert gets on whatever the data is.
     GFilterInStream(GHeldStream<GInStream> source, std::int32_t neededRoom);
+    /// Clones the source; what was read ahead is copied, so that both go on from the same place.
     GFilterInStream(const GFilterInStream& other);
 
     /// Converts as much as it can: until there is less room than the filter needs, or until the input

@@ -21,11 +21,17 @@ template <class Stream>
 class GHeldStream {
 public:
     // Not explicit: constructors take streams, not holders.
+    ///@{
+    /// Borrows the reference, or owns the pointer; null throws GExceptionID::cInvalidParameter.
     GHeldStream(Stream& borrowed) noexcept : mStream(&borrowed) {}
     GHeldStream(Stream* owned) : mOwned(owned), mStream(owned) { GHeldStreamCheck::RequireStream(owned); }
+    ///@}
 
+    ///@{
+    /// The stream; valid as long as the holder.
     Stream& operator*() const noexcept { return *mStream; }
     Stream* operator->() const noexcept { return mStream; }
+    ///@}
 
     /// Owns a clone of the stream. Throws GExceptionID::cGeneral when the clone is of another kind.
     GHeldStream Clone() const {

@@ -10,7 +10,7 @@
 /// that is being read.
 class QUILLON_EXPORT GMemoryInStream : public GBufferedInStream {
 public:
-    explicit GMemoryInStream(const GBuffer& data);
+    explicit GMemoryInStream(const GBuffer& data);  ///< borrows the buffer
     /// The same for a pointer, which is not owned and not null.
     explicit GMemoryInStream(const GBuffer* data);
 

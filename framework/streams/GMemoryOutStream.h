@@ -5,7 +5,7 @@
 /// GMemoryOutStream: appends to a buffer that the caller keeps alive.
 class QUILLON_EXPORT GMemoryOutStream : public GOutStream {
 public:
-    explicit GMemoryOutStream(GBuffer& target);
+    explicit GMemoryOutStream(GBuffer& target);  ///< borrows the buffer and appends to what it holds
     /// The same for a pointer, which is not owned and not null.
     explicit GMemoryOutStream(GBuffer* target);
 

@@ -11,7 +11,7 @@ public:
     /// moved by the first Read. From a reference the source is borrowed, from a pointer owned. Negative
     /// counts throw GExceptionID::cInvalidParameter.
     GPartialInStream(GHeldStream<GInStream> source, long long start, long long length);
-    GPartialInStream(const GPartialInStream& other);
+    GPartialInStream(const GPartialInStream& other);  ///< clones the source, whether borrowed or owned
     GPartialInStream& operator=(const GPartialInStream&) = delete;
 
     GPartialInStream* CreateClone() const override;

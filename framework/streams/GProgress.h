@@ -33,9 +33,10 @@ public:
 /// Amounts are in the operation's own unit (bytes for a copy). One thread at a time.
 class QUILLON_EXPORT GProgress {
 public:
+    /// For an operation that cannot know its amount beforehand.
     static constexpr long long cUnknownTotal = -1;
 
-    explicit GProgress(long long total = cUnknownTotal);
+    explicit GProgress(long long total = cUnknownTotal);  ///< reports at once that nothing is done
     GProgress(const GProgress&) = delete;
     GProgress& operator=(const GProgress&) = delete;
     ~GProgress();
@@ -45,7 +46,7 @@ public:
 
     /// cUnknownTotal when the operation cannot know it beforehand.
     long long GetTotal() const { return mTotal; }
-    long long GetDone() const { return mDone; }
+    long long GetDone() const { return mDone; }  ///< the sum of what was advanced by
     /// Between 0 and 1; 0 while the total is unknown.
     double GetFraction() const;
 

@@ -10,10 +10,11 @@
 /// Read gives 64 KiB at most.
 class QUILLON_EXPORT GReadAheadStream : public GBufferedInStream {
 public:
-    static constexpr long cWayBack = 0x10000;  // bytes
+    static constexpr long cWayBack = 0x10000;  ///< bytes
 
     /// From a reference the source is borrowed, from a pointer owned.
     explicit GReadAheadStream(GHeldStream<GInStream> source);
+    /// Clones the source and copies the bytes that are kept.
     GReadAheadStream(const GReadAheadStream& other);
     GReadAheadStream& operator=(const GReadAheadStream&) = delete;
 

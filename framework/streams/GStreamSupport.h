@@ -10,7 +10,7 @@ class GOutStream;
 /// GStreamSupport: copies, collects, measures and recognises streams.
 class QUILLON_EXPORT GStreamSupport {
 public:
-    static constexpr long cCopyChunk = 0x19000;  // bytes
+    static constexpr long cCopyChunk = 0x19000;  ///< bytes
 
     /// Copies the rest of `source` to `target` and returns the number of bytes. Reports progress in
     /// bytes, with a total where `source` is a memory or file stream. Throws

@@ -18,7 +18,7 @@ class GExternalProcessImp;
 ///
 /// Arguments. A program is given one line of text and takes it apart by itself. Run() quotes with
 /// GStringSupport::QuoteString, which escapes every backslash, while Windows programs read a backslash
-/// as one unless a quotation mark follows: "C:\a b" reaches them as "C:\\a b", and a tab as "\t". For
+/// as one unless a quotation mark follows: `C:\a b` reaches them as `C:\\a b`, and a tab as `\t`. For
 /// arguments that must arrive unchanged, pass what PrepareArgument() makes of them and say that they
 /// are prepared. No quoting reaches a batch file unchanged: the command interpreter expands '%' even
 /// inside quotes, and takes a quotation mark in an argument for the end of a quoted part. Give batch
@@ -58,7 +58,10 @@ public:
     long GetReturnValue() const;
     /// 0: none.
     long GetProcessID() const;
+    /// Of the processes that it has started and that run now, as GProcessInfo; none when the system does not
+    /// tell.
     GTable<std::int32_t> GetChildProcessIDs() const;
+    /// A Priority or another number; false when the system refuses.
     bool SetPriority(long priority);
     /// Ends the process on the spot.
     bool TerminateProcess();

@@ -19,6 +19,7 @@ public:
 
     /// In bytes; 0 when the system does not tell.
     virtual unsigned long long GetTotalPhysicalMemory() = 0;
+    /// The same for what is free now.
     virtual unsigned long long GetAvailablePhysicalMemory() = 0;
     /// The bytes that this process has committed for itself; 0 when the system does not tell.
     virtual unsigned long long GetOwnMemory() = 0;
@@ -27,8 +28,10 @@ public:
     virtual void GetProcessIDs(const GString& name, GTable<std::int32_t>& ids, bool currentUserOnly) = 0;
     /// Replaces `names` with the leaf of every process's program file, one entry a process.
     virtual void GetProcessNames(GTable<GString>& names, bool currentUserOnly) = 0;
-    virtual long GetCurrentProcessID() = 0;
+    virtual long GetCurrentProcessID() = 0;  ///< never fails
+    /// Whether the system lists it now; an ID may be given to another process once its own has ended.
     virtual bool IsProcessRunning(long processID) = 0;
+    /// The processes that were started by that one and run now.
     virtual GTable<std::int32_t> GetChildProcessIDs(long processID) = 0;
     /// The file of the running program.
     virtual GPathName GetApplicationPath() = 0;

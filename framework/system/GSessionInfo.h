@@ -21,8 +21,8 @@ public:
     virtual long GetCurrentSessionID() = 0;
     /// Replaces `ids` with -1 and the numbers of all sessions.
     virtual void GetSessionIDs(GTable<std::int32_t>& ids) = 0;
-    /// Replaces `path` with the name space of `session`, ending in a backslash: "Session\1\", or
-    /// "Global\" for a negative one.
+    /// Replaces `path` with the name space of `session`, ending in a backslash: `Session\1\`, or
+    /// `Global\` for a negative one.
     virtual void GetSessionPath(GBuffer& path, long session) = 0;
 
     /// Never null; the platform's own is made on first use.

@@ -12,17 +12,18 @@
 /// The types have the system's own numbers. The other accessors give what is empty, or 0.
 class QUILLON_EXPORT PRegistryData {
 public:
-    static constexpr std::uint32_t cString = 1;
-    static constexpr std::uint32_t cExpandableString = 2;  // with names of variables in it, as they stand
-    static constexpr std::uint32_t cBinary = 3;
-    static constexpr std::uint32_t cInt32 = 4;
-    static constexpr std::uint32_t cStringTable = 7;
+    static constexpr std::uint32_t cString = 1;            ///< text
+    static constexpr std::uint32_t cExpandableString = 2;  ///< with names of variables in it, as they stand
+    static constexpr std::uint32_t cBinary = 3;            ///< bytes
+    static constexpr std::uint32_t cInt32 = 4;             ///< 32 bits
+    static constexpr std::uint32_t cStringTable = 7;       ///< several texts
 
     PRegistryData() = default;
     /// From the bytes of a value as the system stores them: texts in UTF-16. A number that does not
     /// have four bytes is kept as bytes.
     PRegistryData(std::uint32_t type, const GBuffer& stored);
 
+    /// One of the numbers above, or any other of the system's.
     std::uint32_t GetType() const noexcept { return mType; }
     /// Types 1 and 2.
     const GString& GetString() const noexcept { return mString; }
@@ -41,6 +42,7 @@ public:
     /// zero byte. The zero that ends the whole is no string. Zeros alone are an empty table, as that is
     /// stored with one or with two.
     static GTable<GString> DecodeStringTable(const GBuffer& stored);
+    /// Whether DecodeStringTable() takes the bytes for UTF-16.
     static bool IsWideStringTable(const GBuffer& stored) noexcept;
 
 private:

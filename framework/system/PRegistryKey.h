@@ -32,10 +32,11 @@ public:
     PRegistryKey(const PRegistryKey& parent, const GString& path, unsigned long access);
     /// Opens the same key once more. Enumerations are not copied.
     PRegistryKey(const PRegistryKey& other);
+    /// Closes this key, and opens the same as `other` once more.
     PRegistryKey& operator=(const PRegistryKey& other);
     ~PRegistryKey();
 
-    bool Exists() const noexcept { return mKey != nullptr; }
+    bool Exists() const noexcept { return mKey != nullptr; }  ///< whether the key is open
     /// Makes the key, and those above it, or opens it when it is there by now; an empty `keyClass` is
     /// none, `security` may be null. False on an open key, with which nothing is done.
     bool Create(const GString& keyClass, long options, _SECURITY_ATTRIBUTES* security);
@@ -61,6 +62,7 @@ public:
     bool QueryBuffer(const GString& name, GBuffer& bytes, unsigned long& size, unsigned long& type) const;
     /// The caller owns the result; null when there is no such value.
     PRegistryData* Query(const GString& name) const;
+    /// A 32-bit number (type 4). False when the system refuses.
     bool SetInt32(const GString& name, long value);
     /// `type`: 1 or 2.
     bool SetString(const GString& name, const GString& text, unsigned long type);
@@ -68,7 +70,7 @@ public:
     /// multi-string (type 7) may be in UTF-16, too (see PRegistryData::DecodeStringTable). All else is
     /// written as it is.
     bool SetBuffer(const GString& name, const GBuffer& bytes, unsigned long type);
-    bool RemoveValue(const GString& name);
+    bool RemoveValue(const GString& name);  ///< false when there is none, or when the system refuses
     /// Removes the key of that name below this one; false as well when it has keys below it.
     bool RemoveKey(const GString& name);
     /// @}
@@ -81,12 +83,13 @@ public:
     /// The next key, opened; one that may not be opened comes closed, with its status. False past the
     /// last one and without BeginEnumerateRegistryKey().
     bool NextRegistryKey(PRegistryKey& key);
-    void EndEnumerateRegistryKey() noexcept;
+    void EndEnumerateRegistryKey() noexcept;  ///< forgets the names; a new beginning does so, too
+    /// The same for the names of the values.
     bool BeginEnumerateValue();
     /// The next value, which the caller owns, and its name; null past the last one and without
     /// BeginEnumerateValue().
     PRegistryData* NextValue(GString& name);
-    void EndEnumerateValue() noexcept;
+    void EndEnumerateValue() noexcept;  ///< as EndEnumerateRegistryKey()
     /// @}
 
 private:

@@ -11,8 +11,8 @@
 /// Callable from any thread, except SetHInstance and SetOSCode, which belong to start-up and tests.
 class QUILLON_EXPORT PSystem {
 public:
-    static constexpr long cPlatformWindows = 2;
-    static constexpr long cPlatformUNIX = 3;
+    static constexpr long cPlatformWindows = 2;  ///< what GetPlatformCode() says of the product
+    static constexpr long cPlatformUNIX = 3;     ///< what it says of the native build
 
     /// @name Operating system
     /// @{
@@ -21,10 +21,10 @@ public:
     static long GetOSCode();
     /// Replaces the code, to try the rules that depend on it; cUnknownOSCode finds it out again.
     static void SetOSCode(long code);
-    static constexpr long cUnknownOSCode = -1;
-    static long GetPlatformCode();
-    static bool IsWindowsServer();
-    static bool IsNTOrBetter();
+    static constexpr long cUnknownOSCode = -1;  ///< for SetOSCode()
+    static long GetPlatformCode();              ///< cPlatformWindows or cPlatformUNIX
+    static bool IsWindowsServer();              ///< false when the system does not tell
+    static bool IsNTOrBetter();                 ///< whether GetOSCode() has a code
     /// True for a 32-bit process on a 64-bit system.
     static bool IsWow64();
     /// @}
@@ -45,6 +45,7 @@ public:
     /// "00:1a:2b:3c:4d:5eN" (18 characters); the last letter is "M" for the pseudo-address of a dial-up
     /// adapter, which begins with "DEST" and a zero byte. Empty unless `address` has six bytes.
     static GString FormatEtherAddress(const GBuffer& address);
+    /// Logical ones, as the system counts them for a process: on Windows 64 at most.
     static long GetNumberOfProcessors();
     /// @}
 
@@ -53,24 +54,33 @@ public:
 
     /// The handle of the module that holds the framework (an HINSTANCE); null stands for the program.
     static void SetHInstance(void* module);
-    static void* GetHInstance();
+    static void* GetHInstance();  ///< null before SetHInstance()
     /// The file of the module that was set by SetHInstance, and of the running program.
+    /// The file of the module that was set by SetHInstance(), of the program when none was; empty when the
+    /// system does not tell.
     static GPathName GetDllPath();
+    /// The file of the running program; empty when the system does not tell.
     static GPathName GetApplicationPath();
     /// @}
 
+    ///@{
     /// Waits; less than nothing is nothing.
     static void Sleep(double seconds);
     static void MilliSleep(long milliseconds);
+    ///@}
 
     /// The unit between the components of a native path.
     static unsigned short GetPathSeparator();
+    ///@{
     /// The line end of GBufferSupport.
     static bool GetLineEndingNeedsCR();
     static bool GetLineEndingNeedsLF();
+    ///@}
 
+    ///@{
     /// Sends a zero-terminated text to the debugger's output. The last error stays as it was. A null
     /// pointer sends nothing.
     static void Trace(const wchar_t* text) noexcept;
     static void Trace(const char* text) noexcept;
+    ///@}
 };

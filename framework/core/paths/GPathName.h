@@ -71,14 +71,14 @@ public:
     virtual GString GetNormalizedPortablePathFrom(const GString& portable) const;
     virtual void SetPortablePath(const GString& portable);  ///< as SetCrossPlatformString()
 
-    /// "\" separates; a prefix "\\?\" is dropped ("\\?\UNC\server" gives "/server", one slash).
+    /// `\` separates; a prefix `\\?\` is dropped (`\\?\UNC\server` gives "/server", one slash).
     void SetWin32PathString(const GString& path);
     ///@{
     /// Native is Win32 here; both set the same.
     void SetNativePathString(const GString& path);
     void SetLegacyPlatformString(const GString& path);
     ///@}
-    /// "\\server\share\x". Unlike the Win32 form, "\\?\UNC\server\x" keeps both slashes.
+    /// As `\\server\share\x`. Unlike the Win32 form, `\\?\UNC\server\x` keeps both slashes.
     void SetUNCPathString(const GString& path);
     /// The device-independent form of page-description documents: "/C/dir" is "C:/dir", "/server/x" is
     /// "//server/x". Throws GExceptionID::cURLNotSupported for a text that starts with "http://" or
@@ -90,7 +90,7 @@ public:
     void SetCFMPathString(const GString& path);
     ///@}
 
-    /// The Win32 form; network paths start with "\\".
+    /// The Win32 form; network paths start with `\\`.
     GString GetUNCPathString() const;
     /// The reverse of SetDIPathString().
     GString GetDIPathString() const;

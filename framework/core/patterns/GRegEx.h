@@ -38,7 +38,7 @@ public:
     /// The same with the texts of the whole match and of all groups; a group that took no part is
     /// empty.
     bool Find(const GString& text, long start, GRange& match, GTable<GString>& groups) const;
-    /// All matches replaced by `with`, in which "$1" or "\1" stand for a group and "$&" for the match.
+    /// All matches replaced by `with`, in which `$1` or `\1` stand for a group and `$&` for the match.
     GString Replace(const GString& text, const GString& with) const;
 
 private:

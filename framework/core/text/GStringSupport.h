@@ -76,7 +76,7 @@ struct QUILLON_EXPORT GStringSupport {
     static GString& StripTrailingWhiteSpace(GString& text);
     ///@}
 
-    /// Tabs, line ends, quotes and backslashes become "\t", "\n", "\"" and "\\".
+    /// Tabs, line ends, quotes and backslashes become `\t`, `\n`, `\"` and `\\`.
     static void ReplaceSpecialChars(GString& text);
     /// Every line break becomes one default character.
     static void ReplaceSpecialEndCharsWithDefaultChar(GString& text);

@@ -62,9 +62,8 @@ public:
     long GetOffsetHours() const { return mOffsetHours; }      ///< whole hours of the offset
     long GetOffsetMinutes() const { return mOffsetMinutes; }  ///< minutes beyond the hours
 
-    // Adding ends with Normalize(); negative values go back.
-
-    void AddDays(long days);  ///< calendar days; the time of day stays
+    /// The time of day stays. As all adding it ends with Normalize(); negative values go back.
+    void AddDays(long days);
     /// A day that the new month does not have is carried: 31 March and 1 month is 1 May.
     void AddMonths(long months);
     /// A day that the new month does not have becomes its last: 31 March and 1 month is 30 April.

@@ -15,7 +15,7 @@ class QUILLON_EXPORT GDecryptInStream : public GFilterInStream {
 public:
     /// `key`: 16 or 32 bytes; anything else throws GExceptionID::cWrongKeyLength.
     GDecryptInStream(GHeldStream<GInStream> source, const GBuffer& key);
-    GDecryptInStream(const GDecryptInStream& other);
+    GDecryptInStream(const GDecryptInStream& other);  ///< clones the source and goes on from the same place
     GDecryptInStream& operator=(const GDecryptInStream&) = delete;
     ~GDecryptInStream() override;
 

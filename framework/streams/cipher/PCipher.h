@@ -11,9 +11,10 @@
 /// One thread at a time; different objects are independent.
 class QUILLON_EXPORT PCipher {
 public:
-    static constexpr long cBlock = 16;  // bytes
-    using Block = std::array<unsigned char, cBlock>;
+    static constexpr long cBlock = 16;                ///< bytes
+    using Block = std::array<unsigned char, cBlock>;  ///< one block of the cipher
 
+    /// What Process() does.
     enum class Direction { cEncrypt, cDecrypt };
 
     /// `key` has 16 or 32 bytes (else GExceptionID::cWrongKeyLength), `start` is the block before the

@@ -10,6 +10,7 @@
 /// group, a group above 2^32 - 1, and any other byte.
 class QUILLON_EXPORT GASCII85Decode : public GFilterInStream {
 public:
+    /// From a reference the source is borrowed, from a pointer owned.
     explicit GASCII85Decode(GHeldStream<GInStream> source);
 
     GASCII85Decode* CreateClone() const override;

@@ -8,6 +8,7 @@
 /// followed by 0. Anything else is wrong data.
 class QUILLON_EXPORT GHexDecode : public GFilterInStream {
 public:
+    /// From a reference the source is borrowed, from a pointer owned.
     explicit GHexDecode(GHeldStream<GInStream> source);
 
     GHexDecode* CreateClone() const override;

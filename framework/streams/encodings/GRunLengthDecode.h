@@ -6,6 +6,7 @@
 /// of the source gives those that are there, and then an unexpected end.
 class QUILLON_EXPORT GRunLengthDecode : public GFilterInStream {
 public:
+    /// From a reference the source is borrowed, from a pointer owned.
     explicit GRunLengthDecode(GHeldStream<GInStream> source);
 
     GRunLengthDecode* CreateClone() const override;

@@ -9,6 +9,7 @@
 /// repeat; inside a run of other bytes it takes three to end it.
 class QUILLON_EXPORT GRunLengthEncode : public GFilterInStream {
 public:
+    /// From a reference the source is borrowed, from a pointer owned.
     explicit GRunLengthEncode(GHeldStream<GInStream> source);
 
     GRunLengthEncode* CreateClone() const override;

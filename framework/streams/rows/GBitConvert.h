@@ -40,6 +40,7 @@ private:
 /// To samples of more bits, or as many; fewer throw GExceptionID::cInvalidParameter.
 class QUILLON_EXPORT GBitExpander : public GBitConvert {
 public:
+    /// As GBitConvert.
     GBitExpander(GHeldStream<GInStream> source, long columns, long colours, long fromBits, long toBits);
     GBitExpander* CreateClone() const override;
 };
@@ -47,6 +48,7 @@ public:
 /// To samples of fewer bits, or as many; more throw GExceptionID::cInvalidParameter.
 class QUILLON_EXPORT GBitCompressor : public GBitConvert {
 public:
+    /// As GBitConvert.
     GBitCompressor(GHeldStream<GInStream> source, long columns, long colours, long fromBits, long toBits);
     GBitCompressor* CreateClone() const override;
 };

@@ -19,7 +19,7 @@ public:
     GInterleavedInStream(const GTable<GInStream*>& sources, long unit);
     /// The same, taking ownership of the table and the sources in it.
     GInterleavedInStream(GTable<GInStream*>* sources, long unit);
-    GInterleavedInStream(const GInterleavedInStream& other);
+    GInterleavedInStream(const GInterleavedInStream& other);  ///< owns clones of all sources
     GInterleavedInStream& operator=(const GInterleavedInStream&) = delete;
     ~GInterleavedInStream() override;
 

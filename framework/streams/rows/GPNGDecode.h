@@ -24,32 +24,42 @@ private:
     GPNGRow mRow;
 };
 
+/// Rows of the tag None.
 class QUILLON_EXPORT GPNGNoneDecode : public GPNGDecode {
 public:
+    /// As GPNGDecode.
     explicit GPNGNoneDecode(GHeldStream<GInStream> source, long columns, long colours = 1, long bits = 8);
     GPNGNoneDecode* CreateClone() const override;
 };
 
+/// Rows of the tag Sub.
 class QUILLON_EXPORT GPNGSubDecode : public GPNGDecode {
 public:
+    /// As GPNGDecode.
     explicit GPNGSubDecode(GHeldStream<GInStream> source, long columns, long colours = 1, long bits = 8);
     GPNGSubDecode* CreateClone() const override;
 };
 
+/// Rows of the tag Up.
 class QUILLON_EXPORT GPNGUpDecode : public GPNGDecode {
 public:
+    /// As GPNGDecode.
     explicit GPNGUpDecode(GHeldStream<GInStream> source, long columns, long colours = 1, long bits = 8);
     GPNGUpDecode* CreateClone() const override;
 };
 
+/// Rows of the tag Average.
 class QUILLON_EXPORT GPNGAvgDecode : public GPNGDecode {
 public:
+    /// As GPNGDecode.
     explicit GPNGAvgDecode(GHeldStream<GInStream> source, long columns, long colours = 1, long bits = 8);
     GPNGAvgDecode* CreateClone() const override;
 };
 
+/// Rows of the tag Paeth.
 class QUILLON_EXPORT GPNGPaethDecode : public GPNGDecode {
 public:
+    /// As GPNGDecode.
     explicit GPNGPaethDecode(GHeldStream<GInStream> source, long columns, long colours = 1, long bits = 8);
     GPNGPaethDecode* CreateClone() const override;
 };
@@ -57,6 +67,7 @@ public:
 /// Rows that each have the filter that suits them.
 class QUILLON_EXPORT GPNGOptiDecode : public GPNGDecode {
 public:
+    /// As GPNGDecode.
     explicit GPNGOptiDecode(GHeldStream<GInStream> source, long columns, long colours = 1, long bits = 8);
     GPNGOptiDecode* CreateClone() const override;
 };

@@ -23,32 +23,42 @@ private:
     GPNGRow mRow;
 };
 
+/// Writes rows with the tag None: as they are.
 class QUILLON_EXPORT GPNGNoneEncode : public GPNGEncode {
 public:
+    /// As GPNGEncode.
     explicit GPNGNoneEncode(GHeldStream<GInStream> source, long columns, long colours = 1, long bits = 8);
     GPNGNoneEncode* CreateClone() const override;
 };
 
+/// Writes rows with the tag Sub.
 class QUILLON_EXPORT GPNGSubEncode : public GPNGEncode {
 public:
+    /// As GPNGEncode.
     explicit GPNGSubEncode(GHeldStream<GInStream> source, long columns, long colours = 1, long bits = 8);
     GPNGSubEncode* CreateClone() const override;
 };
 
+/// Writes rows with the tag Up.
 class QUILLON_EXPORT GPNGUpEncode : public GPNGEncode {
 public:
+    /// As GPNGEncode.
     explicit GPNGUpEncode(GHeldStream<GInStream> source, long columns, long colours = 1, long bits = 8);
     GPNGUpEncode* CreateClone() const override;
 };
 
+/// Writes rows with the tag Average.
 class QUILLON_EXPORT GPNGAvgEncode : public GPNGEncode {
 public:
+    /// As GPNGEncode.
     explicit GPNGAvgEncode(GHeldStream<GInStream> source, long columns, long colours = 1, long bits = 8);
     GPNGAvgEncode* CreateClone() const override;
 };
 
+/// Writes rows with the tag Paeth.
 class QUILLON_EXPORT GPNGPaethEncode : public GPNGEncode {
 public:
+    /// As GPNGEncode.
     explicit GPNGPaethEncode(GHeldStream<GInStream> source, long columns, long colours = 1, long bits = 8);
     GPNGPaethEncode* CreateClone() const override;
 };

@@ -18,7 +18,7 @@ enum class GPNGTag : unsigned char {
 /// Memory is taken as bytes come in, whatever length a row is said to have.
 class GPNGRow {
 public:
-    static constexpr unsigned char cTagCount = 5;
+    static constexpr unsigned char cTagCount = 5;  ///< the tags are 0 to 4
 
     static constexpr long cMaxColours = 0xFFFF;  ///< of a pixel; the zeros left of a row are that long
 

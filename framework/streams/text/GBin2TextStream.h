@@ -19,6 +19,7 @@ public:
     /// `encoding` is shared and not null (that throws
     /// GExceptionID::cInvalidParameter).
     GBin2TextStream(GHeldStream<GBufferedInStream> source, const GEncoding* encoding);
+    /// Clones the source and stands at the same place of the text.
     GBin2TextStream(const GBin2TextStream& other);
     GBin2TextStream& operator=(const GBin2TextStream&) = delete;
     ~GBin2TextStream() override;

@@ -20,7 +20,7 @@ public:
     GText2BinStream(GHeldStream<GOutStream> target, const GEncoding* encoding);
     ~GText2BinStream() override;
 
-    void WriteString(const GString& text);
+    void WriteString(const GString& text);  ///< the text as it is, without a line end
     /// The text in double quotes, with tabs, line ends, double quotes and backslashes escaped.
     void WriteQuotedString(const GString& text);
     /// The platform's line end.
