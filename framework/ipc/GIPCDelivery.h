@@ -20,7 +20,7 @@ class QUILLON_EXPORT GIPCDelivery {
 public:
     /// What became of the message to one process.
     struct Attempt {
-        bool mIsRegistered = false;
+        bool mIsRegistered = false;   ///< some registry has an entry of the process
         bool mListens = false;        ///< at least one queue is there, whether it could be used or not
         bool mIsReached = false;      ///< at least one queue has it, or it is kept for one
         bool mIsComplete = false;     ///< every queue that was tried has it, or it is kept for it

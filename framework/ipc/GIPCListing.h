@@ -14,8 +14,8 @@
 /// A registry that cannot be read is taken for one that knows nobody. One thread at a time.
 class QUILLON_EXPORT GIPCListing {
 public:
-    using Queues = GTable<GIPCQueueAddress>;
-    using Tidying = GIPCMessageQueueMgr::Tidying;
+    using Queues = GTable<GIPCQueueAddress>;       ///< where the processes' queues are found
+    using Tidying = GIPCMessageQueueMgr::Tidying;  ///< what reading a registry does with a crowded one
 
     /// The registries outlive it.
     explicit GIPCListing(GIPCRegistries& registries, Tidying tidying = Tidying::cNever);

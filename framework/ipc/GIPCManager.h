@@ -32,6 +32,7 @@
 /// managers differ. Sending and ticking may happen on different threads; everything else on one at a time.
 class QUILLON_EXPORT GIPCManager : public GReceiver<GEmptyMessage> {
 public:
+    /// What GetListeningState() finds.
     enum ListeningState {
         cNotListening = 0,  ///< not registered anywhere
         cNotUsable = 1,     ///< registered, but not running or without a usable queue
@@ -40,12 +41,13 @@ public:
 
     /// Counted: the first call creates the framework's instance, the matching last one destroys it.
     static void Initialize();
-    static void Finalize();
+    static void Finalize();  ///< one call too many does nothing
     /// Null outside the two.
     static GIPCManager* GetInstance() noexcept;
 
     /// `budget`, null for none, limits the waits for shared mutexes and outlives the manager.
     explicit GIPCManager(GWaitBudget* budget = nullptr);
+    /// The rules are copied; what they point at outlives the manager.
     explicit GIPCManager(const GIPCRules& rules);
     ~GIPCManager() override;
 
@@ -56,6 +58,7 @@ public:
     void Register(long type, GIPCReceiver& receiver);
     /// The last receiver to go ends the listening, also when that throws.
     void Unregister(long type, GIPCReceiver& receiver);
+    /// Whether a receiver is registered, so that this process has a queue.
     bool IsListening() const noexcept { return mInboxes != nullptr; }
     /// 0 when not listening.
     long GetRegistrationID() const noexcept;
@@ -87,33 +90,38 @@ public:
     /// payload that no queue could hold throws GExceptionID::cMessageTooLarge; a queue that is gone or
     /// broken throws cGeneral or the number of what is wrong with it.
     /// @{
+
+    /// Without data.
     void Send(long processID, long type);
+    /// With data, which is copied into the queues.
     void SendRaw(long processID, long type, const GBuffer& data);
     /// A queue in which the same type and payload is waiting counts as having got it. Where the rules want
     /// it, waits for the message to be taken.
     void SendOnce(long processID, long type);
+    /// The same with data.
     void SendOnceRaw(long processID, long type, const GBuffer& data);
     /// To everybody registered. A target that cannot be reached costs the others nothing and is not
     /// reported.
     void Broadcast(long type);
-    void BroadcastRaw(long type, const GBuffer& data);
-    void BroadcastOnce(long type);
-    void BroadcastOnceRaw(long type, const GBuffer& data);
+    void BroadcastRaw(long type, const GBuffer& data);  ///< the same with data
+    void BroadcastOnce(long type);                      ///< what is waiting in a queue is not put there again
+    void BroadcastOnceRaw(long type, const GBuffer& data);  ///< the same with data
 
     /// How many processes a message was for, by what became of it. Those that do not listen are in neither.
     struct Told {
-        long mReached = 0;
-        long mFailed = 0;  ///< they listen, but their queue is broken or its mutex was not to be had
+        long mReached = 0;  ///< they have the message, or it is kept for them
+        long mFailed = 0;   ///< they listen, but their queue is broken or its mutex was not to be had
     };
     /// Sends once to all these processes, and only then waits, once for all of them. A target that cannot be
     /// reached costs the others nothing. Registries that are nearly full are tidied on the way. Throws
     /// GExceptionID::cMessageTooLarge, and what keeps it from reading any registry.
     Told SendOnceRaw(const GTable<std::int32_t>& processIDs, long type, const GBuffer& data);
 
+    /// Messages that are kept for a later attempt.
     long GetDelayedCount() const noexcept { return mOutbox.GetCount(); }
     /// @}
 
-    ListeningState GetListeningState(long processID);
+    ListeningState GetListeningState(long processID);  ///< how a sender would find that process now
     /// Returns once the process is registered in the registry of this session, looking every 100 ms
     /// without a limit; throws GExceptionID::cTargetNotRunning when it ends first.
     void WaitTillListening(long processID);
@@ -121,6 +129,7 @@ public:
 protected:
     /// Opens the registries, which otherwise happens when they are first needed.
     void OpenRegistries() { mRegistries.Open(); }
+    /// False when the rules want none or the system refuses it.
     bool HasGlobalRegistry() { return mRegistries.GetGlobal() != nullptr; }
 
 private:

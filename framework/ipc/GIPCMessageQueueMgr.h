@@ -21,11 +21,14 @@
 /// other registry can. One thread at a time.
 class QUILLON_EXPORT GIPCMessageQueueMgr {
 public:
+    /// Which registry of a session is meant: that of everybody, or one for tests.
     enum ManagerType { cNormal = 0, cTest = 1 };
+    /// Where a process is looked for.
     enum class Scope {
         cEverySession,  ///< looking up searches the registries of all sessions
         cOwnOnly        ///< looking up searches this registry alone
     };
+    /// As many as the segment has room for.
     static constexpr long cMaxEntries = GIPCRegistryEntries::cMaxCount;
     /// Bytes behind the segment's size word: 8204.
     static constexpr long cRegistryLength = GIPCRegistryEntries::GetLength(cMaxEntries);
@@ -41,6 +44,7 @@ public:
     /// Takes back this object's own registrations, as far as that works, last one first.
     ~GIPCMessageQueueMgr();
 
+    /// Its number, -1 for the name space that all sessions share.
     long GetSession() const noexcept { return mSession; }
     /// The segment, for holding its lock over several calls.
     GSharedMemory& GetRegistry() noexcept { return mRegistry; }

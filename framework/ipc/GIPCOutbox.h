@@ -18,10 +18,10 @@ class QUILLON_EXPORT GIPCOutbox {
 public:
     /// A kept message.
     struct MessageData {
-        GIPCQueueAddress mQueue;
-        std::int32_t mType;
-        GBuffer mData;
-        bool mOnce;
+        GIPCQueueAddress mQueue;  ///< where it is to go
+        std::int32_t mType;       ///< of the message
+        GBuffer mData;            ///< a copy of the data
+        bool mOnce;               ///< dropped when the same message is waiting there by then
     };
 
     /// The rules outlive it.
@@ -29,18 +29,21 @@ public:
     GIPCOutbox(const GIPCOutbox&) = delete;
     GIPCOutbox& operator=(const GIPCOutbox&) = delete;
 
-    long GetCount() const noexcept { return mMessages.GetCount(); }
+    long GetCount() const noexcept { return mMessages.GetCount(); }  ///< messages that are kept
+    /// Keeps a copy behind the others. Beyond the number that the rules allow for one process, its oldest
+    /// goes.
     void Keep(const GIPCQueueAddress& queue, const GIPCPost& post);
     /// Tries each message once; what still finds no room keeps its place. Appends to `broken` the processes
     /// whose queue is gone or makes no sense. Throws nothing but for want of memory.
     void Retry(GTable<std::int32_t>& broken);
     /// Drops what is kept for a process.
     void Discard(long processID);
-    void Clear() noexcept { mMessages.Clear(); }
+    void Clear() noexcept { mMessages.Clear(); }  ///< drops all
 
     /// Keeps the outbox away from a queue that is being written to, for its own lifetime.
     class WritingMark {
     public:
+        /// Both outlive the mark.
         WritingMark(GIPCOutbox& outbox, const GIPCQueueAddress& queue)
             : mMarks(outbox.mBeingWritten), mQueue(queue) {
             mMarks.Append(queue);

@@ -28,6 +28,7 @@ public:
     /// From the first registration on this process listens. Registering twice is as good as once. Throws
     /// GExceptionID::cIPCNotInitialized when there is no manager, and what the manager throws.
     void Register(long type);
+    /// The last registration to go ends the listening. A type that is not registered is no error.
     void Unregister(long type);
 
 private:

@@ -21,10 +21,10 @@ public:
     /// The receivers that are left forget their registrations.
     ~GIPCReceivers();
 
-    bool IsEmpty() const noexcept { return mLists.IsEmpty(); }
+    bool IsEmpty() const noexcept { return mLists.IsEmpty(); }  ///< whether nobody is registered for any type
     /// Behind the others of the type; one that is there stays where it is.
     void Add(long type, GIPCReceiver& receiver);
-    void Remove(long type, GIPCReceiver& receiver);
+    void Remove(long type, GIPCReceiver& receiver);  ///< one that is not there is no error
     /// Hands the message to each receiver of its type, in order. They may be added and removed meanwhile,
     /// also by each other: one that is added is served as well, one that is removed is not. Throws the
     /// first of what they threw, after the last one.

@@ -24,6 +24,7 @@ public:
     void Open();
     /// The next use opens them again.
     void Close() noexcept;
+    /// Opens what is not open yet, as Open().
     GIPCMessageQueueMgr& GetOfSession();
     /// Null where there is none.
     GIPCMessageQueueMgr* GetGlobal();

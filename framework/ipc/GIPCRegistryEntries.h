@@ -15,14 +15,17 @@
 /// and its registration ID is 1 to 32767, and it counts once, however often it stands there.
 class QUILLON_EXPORT GIPCRegistryEntries {
 public:
-    static constexpr long cMaxCount = 1024;
+    static constexpr long cMaxCount = 1024;  ///< entries in a new registry
+    /// The highest number that a registration gets.
     static constexpr std::int32_t cMaxRegistrationID = 32767;
 
+    /// One registration of one process.
     struct Entry {
-        std::int32_t mProcessID;
-        std::int32_t mRegistrationID;
+        std::int32_t mProcessID;       ///< positive in one that counts
+        std::int32_t mRegistrationID;  ///< 1 to cMaxRegistrationID in one that counts
 
         bool operator==(const Entry&) const = default;
+        /// Whether the numbers can be those of a registration.
         bool Counts() const noexcept {
             return mProcessID > 0 && mRegistrationID > 0 && mRegistrationID <= cMaxRegistrationID;
         }
@@ -43,10 +46,11 @@ public:
 
     /// @name All entries, whether they count or not.
     /// @{
-    long GetCount() const noexcept { return mCount; }
-    bool IsFull() const noexcept { return mCount >= mCapacity; }
+    long GetCount() const noexcept { return mCount; }             ///< entries in the copy
+    bool IsFull() const noexcept { return mCount >= mCapacity; }  ///< whether no entry fits any more
     /// More than three quarters are taken.
     bool IsCrowded() const noexcept { return mCount > mCapacity / 4 * 3; }
+    /// Whether any process has that number.
     bool HasRegistrationID(std::int32_t registrationID) const noexcept;
     /// The first position of an entry, or -1.
     long Find(const Entry& entry) const noexcept;
@@ -57,6 +61,7 @@ public:
 
     /// @name Changes of the copy; Write brings them into the segment.
     /// @{
+
     /// There must be room.
     void Append(const Entry& entry) noexcept { mEntries[static_cast<std::size_t>(mCount++)] = entry; }
     /// The last entry takes the place of the one removed.
@@ -77,8 +82,11 @@ public:
     void Write(GSharedMemory& registry, long position) const;
     /// @}
 
+    ///@{
+    /// All entries, whether they count or not; valid until the copy changes.
     const Entry* begin() const noexcept { return mEntries.data(); }
     const Entry* end() const noexcept { return mEntries.data() + mCount; }
+    ///@}
 
 private:
     static constexpr long cFirstEntry = 12;  // its offset in the segment

@@ -40,12 +40,13 @@ public:
     void Lock();
     /// Waits at most so many seconds, 0 for not at all; false when they have passed.
     bool TryToLock(double seconds);
+    /// As often as it was locked, on the same thread.
     void Unlock();
     /// Closes the mutex, and throws when the system refuses; the destructor keeps that to itself. The
     /// mutex is of no use afterwards.
     void Close();
 
-    static long GetMaxIDSize();
+    static long GetMaxIDSize();  ///< bytes that prefix and identifier may have together
 
 private:
     Imp mImp;

@@ -54,11 +54,13 @@ class GSharedMemoryBase {
 public:
     /// The usable bytes of a new segment, and the least that an existing one must have.
     struct Size {
+        /// One that exists must have exactly this size.
         Size(long usual) noexcept : Size(usual, std::numeric_limits<long>::max()) {}
+        /// With the least that will do.
         Size(long usual, long least) noexcept : mUsual(usual), mLeast(least) {}
 
-        long mUsual;
-        long mLeast;
+        long mUsual;  ///< of a new segment
+        long mLeast;  ///< of one that exists already
     };
     /// Prepares or checks a segment that has just been opened, with its mutex still held.
     using Prepare = void (*)(GSharedMemoryBase& segment, bool created);
@@ -86,15 +88,17 @@ public:
     /// Takes the mutex, within the budget given to the constructor; throws GExceptionID::cCouldNotLockMutex
     /// past it.
     void Lock();
-    void Unlock();
-    bool IsLocked() const noexcept { return mLocked; }
+    void Unlock();                                      ///< as often as it was locked
+    bool IsLocked() const noexcept { return mLocked; }  ///< whether this object holds the mutex
     /// Waits within another budget from now on.
     void SetBudget(GWaitBudget* budget) noexcept { mBudget = budget; }
 
     /// The usable bytes, as the segment itself tells; GExceptionID::cSharedMemoryReadFailed when it claims
     /// more than the view has.
     long GetLength();
+    /// The offset at which the next operation reads or writes.
     long GetCursor() const noexcept { return mCursor; }
+    /// Any offset; the operations check it.
     void SetCursor(long offset) noexcept { mCursor = static_cast<std::int32_t>(offset); }
 
     /// Throws GExceptionID::cNotEnoughData with less than four bytes between cursor and end.
@@ -135,6 +139,7 @@ private:
 template <class Segment>
 class GSharedMemoryLocker {
 public:
+    /// The segment outlives the locker. Throws as GSharedMemoryBase::Lock().
     explicit GSharedMemoryLocker(Segment& segment) : mSegment(segment) { mSegment.Lock(); }
     GSharedMemoryLocker(const GSharedMemoryLocker&) = delete;
     GSharedMemoryLocker& operator=(const GSharedMemoryLocker&) = delete;
@@ -154,13 +159,14 @@ private:
 template <class Segment>
 class GShMemCursorGuard {
 public:
+    /// Remembers where the cursor stands.
     explicit GShMemCursorGuard(Segment& segment) noexcept : mSegment(segment), mCursor(segment.GetCursor()) {}
     GShMemCursorGuard(const GShMemCursorGuard&) = delete;
     GShMemCursorGuard& operator=(const GShMemCursorGuard&) = delete;
     ~GShMemCursorGuard() {
         if (!mReleased) mSegment.SetCursor(mCursor);
     }
-    void Release() noexcept { mReleased = true; }
+    void Release() noexcept { mReleased = true; }  ///< lets the cursor stay where it is
 
 private:
     Segment& mSegment;

@@ -23,7 +23,7 @@ public:
 
     /// Grants so many milliseconds from now on, whatever was left; 0 allows no wait at all.
     void Refill(long milliseconds) noexcept;
-    long GetRemaining() const noexcept { return mRemaining; }
+    long GetRemaining() const noexcept { return mRemaining; }  ///< milliseconds that may still be waited
 
     /// Locks `mutex` within `budget`, or without limit when that is null. Throws
     /// GExceptionID::cCouldNotLockMutex when the mutex could not be had in time.

@@ -17,13 +17,14 @@ public:
     /// Reads the file. Throws what that throws.
     GPrefFileModule(const GPathName& path, const GEncoding* encoding);
 
-    const GPathName& GetPathName() const noexcept { return mPath; }
+    const GPathName& GetPathName() const noexcept { return mPath; }  ///< as it was given
     /// Writes the present values into another file; the module stays with its own.
     void SaveAs(const GPathName& path);
 
 protected:
     /// Does not read yet.
     struct Unread {};
+    /// For a derived class that reads in its own way.
     GPrefFileModule(const GPathName& path, const GEncoding* encoding, Unread)
         : GPrefModule(encoding), mPath(path) {}
 
@@ -44,8 +45,10 @@ private:
 /// GSimpleException cCouldNotLock; the changes are kept then.
 class QUILLON_EXPORT GPrefSharedFileModule : public GPrefFileModule {
 public:
-    static constexpr long cLongestWait = 30000;  // milliseconds
+    static constexpr long cLongestWait = 30000;  ///< milliseconds
 
+    /// Reads the file under a lock for reading. Throws what that throws, and when the lock cannot be had within
+    /// so many milliseconds.
     GPrefSharedFileModule(const GPathName& path, const GEncoding* encoding, long longestWait = cLongestWait);
 
 protected:

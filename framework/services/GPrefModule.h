@@ -18,7 +18,7 @@
 /// it until it ends; what is written to the file meanwhile is the lasting state.
 class QUILLON_EXPORT GPrefModule {
 public:
-    using Values = GPrefsText::Values;
+    using Values = GPrefsText::Values;  ///< the values of one group by their keys
 
     GPrefModule(const GPrefModule&) = delete;
     GPrefModule& operator=(const GPrefModule&) = delete;
@@ -26,17 +26,23 @@ public:
 
     /// The value, valid until the next change; the empty string when there is none.
     virtual const GString& Get(const GBuffer& group, const GBuffer& key) const;
+    /// Inserts the value or replaces the one that the key has.
     virtual void Set(const GBuffer& group, const GBuffer& key, const GString& value);
+    /// Whether the key is there, with an empty value, too.
     virtual bool Has(const GBuffer& group, const GBuffer& key) const;
+    /// A key that is not there is no error, and no change.
     virtual void Remove(const GBuffer& group, const GBuffer& key);
+    /// Removes all values of the group; one that is not there is no change.
     virtual void RemoveGroup(const GBuffer& group);
     /// Replaces the table.
     virtual void GetGroupNames(GTable<GBuffer>& names) const;
     /// Replaces what is given by the group's values, or its keys.
     virtual void GetGroupPreferences(const GBuffer& group, Values& values) const;
+    /// The same for the keys alone.
     virtual void GetGroupPreferences(const GBuffer& group, GTable<GBuffer>& keys) const;
     /// Whether FlushPrefs() has something to write.
     virtual bool IsDirty() const;
+    /// Says whether FlushPrefs() is to write.
     virtual void SetDirty(bool dirty);
     /// In which the text is written from now on; not null.
     virtual void SetEncoding(const GEncoding* encoding);
@@ -54,6 +60,7 @@ public:
     virtual void Refresh();
 
 protected:
+    /// `encoding` as in SetEncoding().
     explicit GPrefModule(const GEncoding* encoding);
 
     /// Reads the lasting state, without the changes. A text that is missing is empty.
@@ -61,6 +68,7 @@ protected:
     /// Writes the lasting state. `changes` tells what of it is new; the groups may be brought up to date.
     virtual void WriteDict(GPrefsText::Groups& groups, const GPrefChanges& changes) = 0;
 
+    /// In which the text is read and written.
     const GEncoding* GetEncoding() const noexcept { return mEncoding.Get(); }
 
 private:

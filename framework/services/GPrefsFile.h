@@ -9,7 +9,7 @@ class GInStream;
 
 /// GPrefsFile: a GPrefsText in a file.
 struct QUILLON_EXPORT GPrefsFile {
-    static constexpr long cMaxLength = 64 << 20;  // bytes; a larger file is no such text
+    static constexpr long cMaxLength = 64 << 20;  ///< bytes; a larger file is no such text
 
     /// Reads a text in `encoding`, or in the one that its byte-order mark names. Clears `groups` first;
     /// false for a damaged one, and for more than `maxLength` bytes, of which nothing is read: see

@@ -23,8 +23,8 @@ class GText2BinStream;
 /// Group names and keys are ASCII, values any text. The order means nothing. Each group is in the form
 /// of GDictTextSupport.
 struct QUILLON_EXPORT GPrefsText {
-    using Values = GDict<GBuffer, GString>;
-    using Groups = GDict<GBuffer, Values>;
+    using Values = GDict<GBuffer, GString>;  ///< of one group, by their keys
+    using Groups = GDict<GBuffer, Values>;   ///< by the groups' names
 
     /// Groups without values are left out. Throws what the stream throws.
     static void Write(const Groups& groups, GText2BinStream& stream);

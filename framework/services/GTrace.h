@@ -17,7 +17,7 @@ class GOutStream;
 /// GTrace: writes the trace log, a text file for developers and administrators.
 ///
 /// The log is off until a configuration (GTraceSettings) switches categories on: the file
-/// "QuillonDebug\MODULE.tpr" in the global temporary folder, MODULE being the name of this library or
+/// `QuillonDebug\MODULE.tpr` in the global temporary folder, MODULE being the name of this library or
 /// program. It is read once, when the object is made; where there is no temporary folder, none is read.
 /// Folder and files are used only as far as GTrustedFolder trusts them; a configuration that is not is
 /// named in the debugger's output.
@@ -43,10 +43,12 @@ public:
     static void SetInstance(GTrace* trace);
     /// Logs under "AssertAS", when there is a log.
     static void TraceAssert(const char* message, const GCodeLocation& where = GCodeLocation::Here());
+    ///@{
     /// A copy of the bytes; null is no bytes.
     static GBuffer GetBufferFromData(const GBuffer& data) { return data; }
     static GBuffer GetBufferFromData(char* data) { return GBuffer(static_cast<const char*>(data)); }
     static GBuffer GetBufferFromData(const char* data) { return GBuffer(data); }
+    ///@}
 
     bool GetNeedsLogging(const GBuffer& category) const override;
     bool GetAlertOnLog(const GBuffer& category) const override;

@@ -14,9 +14,9 @@
 /// itself are used only as far as GTrustedFolder trusts them.
 class QUILLON_EXPORT GTraceFile : public GOutStream {
 public:
-    static constexpr long long cMaxLength = 16 << 20;  // bytes
+    static constexpr long long cMaxLength = 16 << 20;  ///< bytes
 
-    /// "QuillonDebug\MODULE" with that extension, in the global temporary folder. Empty when the system
+    /// `QuillonDebug\MODULE` with that extension, in the global temporary folder. Empty when the system
     /// does not tell where that is.
     static GPathName GetPath(const char* extension);
 
@@ -27,6 +27,7 @@ public:
 
     long Write(const GBuffer& data) override;
     void Flush() override { mStream->Flush(); }
+    /// The file that is written now.
     const GPathName& GetPathName() const { return mStream->GetFile()->GetPathName(); }
 
 private:

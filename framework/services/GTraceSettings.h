@@ -25,12 +25,18 @@ public:
     /// cannot be read is an empty one. Throws only for want of memory.
     void Read(GInStream& stream);
 
+    /// Whether entries of the category are written.
     bool GetNeedsLogging(const GBuffer& category) const;
+    /// Whether entries of the category raise an alert.
     bool GetAlertOnLog(const GBuffer& category) const;
+    /// One step of indentation; one blank unless set.
     const GBuffer& GetIndent() const noexcept { return mIndent; }
+    /// What stands before each entry; " *** " unless set.
     const GBuffer& GetPrefix() const noexcept { return mPrefix; }
+    /// Whether entries tell their place in the source.
     bool GetLogLocation() const noexcept { return mLogLocation; }
-    bool GetLogTime() const noexcept { return mLogTime; }
+    bool GetLogTime() const noexcept { return mLogTime; }  ///< whether entries tell the time of day
+    /// Whether each start begins a new file.
     bool GetAlwaysUseNewFile() const noexcept { return mAlwaysUseNewFile; }
 
 private:

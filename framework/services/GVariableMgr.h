@@ -15,6 +15,7 @@
 /// throws passes through. One thread at a time.
 class QUILLON_EXPORT GVariableMgr {
 public:
+    /// The variables that it knows by itself.
     enum Variables {
         cDate = 0,             ///< "%Date%", plain: "2014-03-15"
         cTime,                 ///< "%Time%", plain: the short form of the user's locale
@@ -28,6 +29,7 @@ public:
         cCurrentDocumentName,  ///< "%Current Document Name%", plain
         cSystemDisk,           ///< "%System Disk%", a path
     };
+    /// Which of them are selected; bits.
     enum VariableCategories : std::int32_t {
         cPlain = 1,
         cPaths = 2,
@@ -57,28 +59,30 @@ public:
     bool ExpandVars(const GString& in, GString& out) const;
     /// Replaces the table by the names of the variables in the text, known or not, in their order.
     void ExtractVars(const GString& text, GTable<GString>& names) const;
-    bool IsPathVar(const GString& name) const;
+    bool IsPathVar(const GString& name) const;  ///< whether it is one of the paths, selected or not
 
 protected:
     /// What the variables stand for. Paths are in the system's own form.
     virtual void GetDate(GString& value) const;
+    /// The short form of the user's locale.
     virtual void GetTime(GString& value) const;
     /// What date and time are taken from: now, local.
     virtual GDateTime GetDateTime() const;
+    /// PSystem::GetLogonName(); empty when the system does not tell.
     virtual void GetUserName(GString& value) const;
-    virtual void GetUserCompany(GString& value) const;
-    virtual void GetCurrentDocumentName(GString& value) const;
-    virtual void GetUniqueID(GString& value) const;
-    virtual void GetDesktop(GString& value) const;
-    virtual void GetMyDocuments(GString& value) const;
-    virtual void GetProgramFiles(GString& value) const;
-    virtual void GetTemp(GString& value) const;
-    virtual void GetSystemDisk(GString& value) const;
+    virtual void GetUserCompany(GString& value) const;          ///< empty here
+    virtual void GetCurrentDocumentName(GString& value) const;  ///< empty here
+    virtual void GetUniqueID(GString& value) const;             ///< empty here
+    virtual void GetDesktop(GString& value) const;              ///< GFileSystem::GetDesktopFolder()
+    virtual void GetMyDocuments(GString& value) const;          ///< GFileSystem::GetUserDocumentsFolder()
+    virtual void GetProgramFiles(GString& value) const;         ///< GFileSystem::GetApplicationsFolder()
+    virtual void GetTemp(GString& value) const;        ///< the special path GSpecialPath::cGlobalTemp
+    virtual void GetSystemDisk(GString& value) const;  ///< the root of GFileSystem::GetGlobalSystemFolder()
     /// Here it knows none.
     virtual bool GetCustomVariable(const GString& name, GString& value) const;
 
-    void SelectVar(Variables variable);
-    void DeselectVar(Variables variable);
+    void SelectVar(Variables variable);    ///< adds it to the selection
+    void DeselectVar(Variables variable);  ///< takes it out of the selection
 
 private:
     static bool IsPathVar(Variables variable) noexcept;

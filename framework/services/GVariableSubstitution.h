@@ -20,7 +20,9 @@ public:
     GVariableSubstitution& operator=(const GVariableSubstitution&) = delete;
     virtual ~GVariableSubstitution();
 
+    /// Puts variables in the place of folders.
     virtual void ToVariables(GString& text) const = 0;
+    /// Puts folders in the place of variables.
     virtual void FromVariables(GString& text) const = 0;
     /// Whether texts of that type are to pass through the two.
     virtual bool WillProcessStringTypes(StringType type) const = 0;
@@ -33,6 +35,7 @@ public:
 /// is left out. Texts with variables for folders that are not there keep them.
 class QUILLON_EXPORT GVariableSubstitutionImp : public GVariableSubstitution {
 public:
+    /// The folders that it knows; bits.
     enum PathNameTypes : std::int32_t {
         cGlobalPreferences = 1,  ///< the common application data: "%QuillonGlobalPreferences%"
         cUserPreferences = 2,    ///< the user's preference folder: "%QuillonUserPreferences%"
@@ -40,15 +43,15 @@ public:
         cResourceFolder = 4096,  ///< the application's resources: "%QuillonResourceFolder%"
     };
 
-    static const GBuffer cBuffer_QuillonGlobalPreferences;
-    static const GBuffer cBuffer_QuillonUserPreferences;
-    static const GBuffer cBuffer_SystemGlobalTemp;
-    static const GBuffer cBuffer_QuillonResourceFolder;
+    static const GBuffer cBuffer_QuillonGlobalPreferences;  ///< "%QuillonGlobalPreferences%"
+    static const GBuffer cBuffer_QuillonUserPreferences;    ///< "%QuillonUserPreferences%"
+    static const GBuffer cBuffer_SystemGlobalTemp;          ///< "%SystemGlobalTemp%"
+    static const GBuffer cBuffer_QuillonResourceFolder;     ///< "%QuillonResourceFolder%"
 
     /// Any sum of the bits.
     explicit GVariableSubstitutionImp(PathNameTypes flags) : mFlags(flags) {}
 
-    void ToVariables(GString& text) const override;
+    void ToVariables(GString& text) const override;  ///< replaces one folder, at the start of the text
     /// Replaces every occurrence.
     void FromVariables(GString& text) const override;
     bool WillProcessStringTypes(StringType type) const override { return (type & cPath) != 0; }

@@ -16,14 +16,16 @@
 /// target has ended or their queue is gone, and beyond 64 for one target, oldest first.
 class GPPIPCManager : public GIPCManager {
 public:
-    using ManagerType = GIPCMessageQueueMgr::ManagerType;
+    using ManagerType = GIPCMessageQueueMgr::ManagerType;  ///< for all users, or one for tests
 
     /// @name The process-wide instance, counted: created by the first reference (whose arguments count)
     /// and destroyed with the last. When creating throws, no reference has been taken.
     /// @{
+
+    /// Null for no limit; the budget outlives the instance.
     static void AddReference(ManagerType type = GIPCMessageQueueMgr::cNormal, GWaitBudget* budget = nullptr);
-    static void ReleaseReference();
-    static GPPIPCManager* GetInstance() noexcept;
+    static void ReleaseReference();                ///< one call too many does nothing
+    static GPPIPCManager* GetInstance() noexcept;  ///< null when nobody holds a reference
     /// @}
 
     /// The registry of the processing applications: the messaging's own with "_PP" behind it.
@@ -35,9 +37,9 @@ public:
     /// Handles what is pending, and keeps failures to itself.
     ~GPPIPCManager() override;
 
-    using GIPCManager::HasGlobalRegistry;
+    using GIPCManager::HasGlobalRegistry;  ///< false when the system refuses global objects
 
-    static constexpr long cMaxDelayedPerTarget = 64;
+    static constexpr long cMaxDelayedPerTarget = 64;  ///< kept messages for one target
     /// For how many milliseconds sending once waits, however many targets and queues there are. The end of a
     /// job may take 3.3 seconds; the rest is for finding the processes and for putting the messages in.
     static constexpr long cTakenLimit = 3000;

@@ -18,6 +18,7 @@ public:
     static constexpr std::int32_t cMessageType = 145;
 
     GPPJobRecord() = default;
+    /// The values are copied; the path becomes a native one.
     GPPJobRecord(const GString& userName, const GPathName& jobPath, const GString& printerName,
                  const GString& portName, std::int32_t copyCount);
 
@@ -25,8 +26,8 @@ public:
     GString GetUserName() const;
     /// The job file as a native path. It may still be in the act of being closed.
     GString GetJobPath() const;
-    GString GetPrinterName() const;
-    GString GetPortName() const;
+    GString GetPrinterName() const;  ///< the name by which the spooler knows the printer
+    GString GetPortName() const;     ///< the port that the job was printed to
     /// 0 when missing or no number.
     std::int32_t GetCopyCount() const;
     /// The value of any key, also one that this version does not know; empty when there is none.

@@ -22,7 +22,7 @@ public:
     /// The call that matches the first Initialize stops everything, without waiting for any mutex; one
     /// too many does nothing.
     static void Finalize() noexcept;
-    static bool IsInitialized() noexcept { return sLayerInitCount > 0; }
+    static bool IsInitialized() noexcept { return sLayerInitCount > 0; }  ///< whether the layer runs
 
     /// What everything started here waits within.
     static GWaitBudget& GetWaitBudget() noexcept;
