@@ -46,5 +46,20 @@ for test in $(awk -F'|' 'NF == 6 { print $5 }' docs/security.md | grep -o '`[A-Z
     printf 'docs/security.md: %s\n^ a test that is not there\n\n' "$test"
     found=1
 done
+# Links between pages lead to files; what stands behind a '#' is not looked at.
+for page in $(git ls-files '*.md'); do
+    for link in $(sed 's/`[^`]*`//g' "$page" | grep -oE '\]\([^) ]+\)' | sed 's/^](//; s/)$//; s/#.*//'); do
+        case $link in *://* | mailto:*) continue ;; esac
+        [ -e "$(dirname "$page")/$link" ] && continue
+        printf '%s: %s\n^ a link that leads nowhere\n\n' "$page" "$link"
+        found=1
+    done
+done
+# Every room of the reference has a page, which its start page names.
+for room in $(grep -E '^(platform/base|framework|monitor/handoff)' cmake/rooms.txt); do
+    grep -qF "| [$room](" docs/reference/README.md && continue
+    printf 'docs/reference/README.md: %s\n^ a room without a page\n\n' "$room"
+    found=1
+done
 sh cmake/check-rooms.sh || found=1
 exit "$found"

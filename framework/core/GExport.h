@@ -1,5 +1,8 @@
 #pragma once
 
+/// @file
+/// Marks what the DLL exports.
+
 /// Marks what the DLL exports. The build that compiles the framework defines it as "dllexport", a
 /// program that links the DLL's import library defines it as "dllimport"; elsewhere it is nothing.
 #ifndef QUILLON_EXPORT

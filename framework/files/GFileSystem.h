@@ -1,5 +1,8 @@
 #pragma once
 
+/// @file
+/// Files and folders by their paths.
+
 #include "PPlatformTypes.h"
 #include "framework/core/GExport.h"
 #include "framework/core/paths/GPathName.h"
@@ -194,5 +197,6 @@ private:
     static GPathName InFolder(const GPathName& folder, const GString& leaf);
 };
 
+/// The file system of this platform.
 using GFileSystem = GFileSystemBase<PFileSystemImp>;
 extern template class QUILLON_EXPORT GFileSystemBase<PFileSystemImp>;

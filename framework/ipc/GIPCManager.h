@@ -36,7 +36,7 @@ public:
     enum ListeningState {
         cNotListening = 0,  ///< not registered anywhere
         cNotUsable = 1,     ///< registered, but not running or without a usable queue
-        cListening = 2
+        cListening = 2      ///< a message would be put into a queue of it now
     };
 
     /// Counted: the first call creates the framework's instance, the matching last one destroys it.

@@ -10,8 +10,7 @@
 /// GIPCMessage: one message that a process has received. Shared by reference on one thread.
 class QUILLON_EXPORT GIPCMessage : public GRefCount, public GFastAllocatable {
 public:
-    ///@{
-    /// Copies the data, or takes it over.
+    ///@{ Copies the data, or takes it over.
     GIPCMessage(long senderProcessID, long type, const GBuffer& data);
     GIPCMessage(long senderProcessID, long type, GBuffer&& data) noexcept;
     ///@}

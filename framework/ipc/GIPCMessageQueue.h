@@ -36,13 +36,11 @@ public:
     GIPCMessageQueue(long session, long processID, long registrationID, bool& created,
                      GWaitBudget* budget = nullptr);
 
-    ///@{
-    /// Appends a message from this process, or from `sender`. False when there is no room for it.
+    ///@{ Appends a message from this process, or from `sender`. False when there is no room for it.
     bool TryToAddRawMessage(long type, const GBuffer& data);
     bool TryToAddRawMessage(long sender, long type, const GBuffer& data);
     ///@}
-    ///@{
-    /// The same, but a message that is waiting already, from whomever, is not added again: true.
+    ///@{ The same, but a message that is waiting already, from whomever, is not added again: true.
     bool TryToAddRawMessageOnce(long type, const GBuffer& data);
     bool TryToAddRawMessageOnce(long sender, long type, const GBuffer& data);
     ///@}

@@ -81,8 +81,11 @@ public:
 
     /// Replaces `sessions` with those whose registries are to be searched, in that order.
     void GetSessions(GTable<std::int32_t>& sessions) const;
-    /// Whether reading a registry also tidies it when more than three quarters of it are taken.
-    enum class Tidying { cNever, cWhenCrowded };
+    /// Whether reading a registry also tidies it.
+    enum class Tidying {
+        cNever,       ///< it stays as it is
+        cWhenCrowded  ///< when more than three quarters of it are taken
+    };
     /// Appends the queues that a session's registry holds. False when that session has no registry.
     bool ReadSession(long session, GTable<GIPCQueueAddress>& queues, Tidying tidying = Tidying::cNever);
     /// @}

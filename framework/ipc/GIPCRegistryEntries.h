@@ -82,8 +82,7 @@ public:
     void Write(GSharedMemory& registry, long position) const;
     /// @}
 
-    ///@{
-    /// All entries, whether they count or not; valid until the copy changes.
+    ///@{ All entries, whether they count or not; valid until the copy changes.
     const Entry* begin() const noexcept { return mEntries.data(); }
     const Entry* end() const noexcept { return mEntries.data() + mCount; }
     ///@}

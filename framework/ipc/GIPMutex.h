@@ -1,5 +1,8 @@
 #pragma once
 
+/// @file
+/// Mutexes between processes.
+
 #include <concepts>
 // Seen before any exported class: otherwise the instantiation below exports the library's exceptions, too.
 #include <new>
@@ -83,6 +86,7 @@ long GIPMutexBase<Imp>::GetMaxIDSize() {
     return Imp::GetMaxIDSize();
 }
 
+/// The mutex of this platform.
 using GIPMutex = GIPMutexBase<PIPMutexImp>;
 extern template class QUILLON_EXPORT GIPMutexBase<PIPMutexImp>;
 

@@ -1,5 +1,8 @@
 #pragma once
 
+/// @file
+/// Memory shared by processes.
+
 #include <algorithm>
 #include <concepts>
 #include <cstdint>
@@ -174,6 +177,7 @@ private:
     bool mReleased = false;
 };
 
+/// Shared memory of this platform.
 using GSharedMemory = GSharedMemoryBase<PSharedMemory>;
 extern template class QUILLON_EXPORT GSharedMemoryBase<PSharedMemory>;
 

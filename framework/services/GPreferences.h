@@ -31,10 +31,10 @@ public:
 
     /// Bits of SetDefaultModules().
     enum PrefDefaultModule : std::int32_t {
-        cDefaultsBit = 1,
-        cSystemBit = 2,
-        cUserBit = 4,
-        cSharedBit = 8,
+        cDefaultsBit = 1,  ///< cDefaultsModule
+        cSystemBit = 2,    ///< cSystemModule
+        cUserBit = 4,      ///< cUserModule
+        cSharedBit = 8,    ///< cSharedModule
     };
 
     /// Nothing is installed after either; changes that were not written are lost.

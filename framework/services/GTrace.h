@@ -43,8 +43,7 @@ public:
     static void SetInstance(GTrace* trace);
     /// Logs under "AssertAS", when there is a log.
     static void TraceAssert(const char* message, const GCodeLocation& where = GCodeLocation::Here());
-    ///@{
-    /// A copy of the bytes; null is no bytes.
+    ///@{ A copy of the bytes; null is no bytes.
     static GBuffer GetBufferFromData(const GBuffer& data) { return data; }
     static GBuffer GetBufferFromData(char* data) { return GBuffer(static_cast<const char*>(data)); }
     static GBuffer GetBufferFromData(const char* data) { return GBuffer(data); }

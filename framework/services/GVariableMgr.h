@@ -31,9 +31,9 @@ public:
     };
     /// Which of them are selected; bits.
     enum VariableCategories : std::int32_t {
-        cPlain = 1,
-        cPaths = 2,
-        cAll = 3,
+        cPlain = 1,  ///< all that are no paths
+        cPaths = 2,  ///< the paths
+        cAll = 3,    ///< both
     };
 
     /// With `fileNameFriendly`, plain values are made fit for names of files, with '_' in the place of

@@ -1,5 +1,8 @@
 #pragma once
 
+/// @file
+/// The base of all streams that convert.
+
 #include <algorithm>
 #include <cstdint>
 #include <cstring>

@@ -21,14 +21,12 @@ template <class Stream>
 class GHeldStream {
 public:
     // Not explicit: constructors take streams, not holders.
-    ///@{
-    /// Borrows the reference, or owns the pointer; null throws GExceptionID::cInvalidParameter.
+    ///@{ Borrows the reference, or owns the pointer; null throws GExceptionID::cInvalidParameter.
     GHeldStream(Stream& borrowed) noexcept : mStream(&borrowed) {}
     GHeldStream(Stream* owned) : mOwned(owned), mStream(owned) { GHeldStreamCheck::RequireStream(owned); }
     ///@}
 
-    ///@{
-    /// The stream; valid as long as the holder.
+    ///@{ The stream; valid as long as the holder.
     Stream& operator*() const noexcept { return *mStream; }
     Stream* operator->() const noexcept { return mStream; }
     ///@}

@@ -63,22 +63,19 @@ public:
     static GPathName GetApplicationPath();
     /// @}
 
-    ///@{
-    /// Waits; less than nothing is nothing.
+    ///@{ Waits; less than nothing is nothing.
     static void Sleep(double seconds);
     static void MilliSleep(long milliseconds);
     ///@}
 
     /// The unit between the components of a native path.
     static unsigned short GetPathSeparator();
-    ///@{
-    /// The line end of GBufferSupport.
+    ///@{ The line end of GBufferSupport.
     static bool GetLineEndingNeedsCR();
     static bool GetLineEndingNeedsLF();
     ///@}
 
-    ///@{
-    /// Sends a zero-terminated text to the debugger's output. The last error stays as it was. A null
+    ///@{ Sends a zero-terminated text to the debugger's output. The last error stays as it was. A null
     /// pointer sends nothing.
     static void Trace(const wchar_t* text) noexcept;
     static void Trace(const char* text) noexcept;

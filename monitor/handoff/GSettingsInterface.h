@@ -15,8 +15,7 @@ struct GPPSettingsKey {
     static constexpr const char* cPortName = "PortName";        ///< the port's name
     static constexpr const char* cCopyCount = "CopyCount";      ///< copies, in decimal
 
-    ///@{
-    /// What an application may keep about a printer; the framework itself never looks at it.
+    ///@{ What an application may keep about a printer; the framework itself never looks at it.
     static constexpr const char* cPrinterProcessorRegistry = "PrinterProcessorRegistry";
     static constexpr const char* cActorName = "ActorName";
     static constexpr const char* cApplicationPath = "ApplicationPath";

@@ -1,5 +1,8 @@
 #pragma once
 
+/// @file
+/// Byte strings and literals.
+
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
@@ -52,8 +55,7 @@ public:
     GBuffer(GBuffer&& other) noexcept { Swap(other); }  ///< leaves `other` empty
     GBuffer(const char* text);                          ///< copies a zero-terminated text; null: empty
     GBuffer(const unsigned char* bytes, long length);   ///< copies the bytes
-    ///@{
-    /// The number as decimal text, with '-' before a negative one.
+    ///@{ The number as decimal text, with '-' before a negative one.
     explicit GBuffer(int value);
     explicit GBuffer(long value);
     explicit GBuffer(unsigned int value);
@@ -70,8 +72,7 @@ public:
 
     // --- Setting -------------------------------------------------------------------------------
 
-    ///@{
-    /// Takes the value as the constructor of the same parameters does.
+    ///@{ Takes the value as the constructor of the same parameters does.
     void Set(const GBuffer& other) { *this = other; }
     void Set(const char* text);
     void Set(const unsigned char* bytes, long length);
@@ -181,8 +182,7 @@ public:
 
     // --- Editing -------------------------------------------------------------------------------
 
-    ///@{
-    /// Appends the bytes; they may be this buffer's own.
+    ///@{ Appends the bytes; they may be this buffer's own.
     GBuffer& operator+=(const GBuffer& other);
     GBuffer& operator+=(const GCharCode& code);
     GBuffer& operator+=(char byte) { return *this += static_cast<unsigned char>(byte); }
@@ -220,8 +220,7 @@ public:
 
     // --- Searching -----------------------------------------------------------------------------
 
-    ///@{
-    /// Position of the first element at or after `start`, or -1. A `char` is looked for as a byte; an
+    ///@{ Position of the first element at or after `start`, or -1. A `char` is looked for as a byte; an
     /// `unsigned short` as a 16-bit unit, and `start` and the result then count units.
     long FindFirstOccurrence(unsigned char byte, long start = 0) const noexcept {
         start = start < 0 ? 0 : start;
@@ -278,8 +277,7 @@ public:
     }
     /// Against a zero-terminated text; null counts as empty.
     bool operator==(const char* text) const noexcept;
-    ///@{
-    /// The order of Compare().
+    ///@{ The order of Compare().
     bool operator<(const GBuffer& other) const noexcept { return Compare(other) < 0; }
     bool operator<=(const GBuffer& other) const noexcept { return Compare(other) <= 0; }
     bool operator>(const GBuffer& other) const noexcept { return Compare(other) > 0; }
@@ -315,6 +313,7 @@ private:
     mutable std::uint32_t mSizeWord = 0;
 };
 
+/// The bytes of the left one and behind them those of the right one.
 QUILLON_EXPORT GBuffer operator+(const GBuffer& left, const GBuffer& right);
 
 /// The bytes of a text in quotes, as a parameter of a template.

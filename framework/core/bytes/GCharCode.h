@@ -25,8 +25,7 @@ public:
         for (long i = 0; i < count; ++i) *this += units[i];
     }
 
-    ///@{
-    /// Appends a byte, or a UTF-16 unit in machine order; one that does not fit whole is left out.
+    ///@{ Appends a byte, or a UTF-16 unit in machine order; one that does not fit whole is left out.
     GCharCode& operator+=(unsigned char code) noexcept {
         Append(&code, 1);
         return *this;

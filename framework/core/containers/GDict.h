@@ -1,5 +1,8 @@
 #pragma once
 
+/// @file
+/// Hash dictionaries, and the hashes of their keys.
+
 #include <concepts>
 #include <cstddef>
 #include <cstdint>
@@ -33,6 +36,7 @@ requires std::integral<K> || std::is_enum_v<K> std::uint32_t GDictHash(K key)
 noexcept {
     return GDictUtil::MixBits(static_cast<std::uint64_t>(static_cast<long long>(key)));
 }
+/// A pointer hashes by its address.
 template <class T>
 std::uint32_t GDictHash(T* key) noexcept {
     return GDictUtil::MixBits(reinterpret_cast<std::uintptr_t>(key));
@@ -46,8 +50,7 @@ public:
     DictEntry& operator=(const DictEntry&) = delete;
 
     const K& GetKey() const noexcept { return mKey; }  ///< valid as long as the entry
-    ///@{
-    /// The value; it may be changed in place through an entry that is not const.
+    ///@{ The value; it may be changed in place through an entry that is not const.
     const V& GetValue() const noexcept { return mValue; }
     V& GetValue() noexcept { return mValue; }
     ///@}
@@ -135,8 +138,7 @@ public:
     /// Exchanges the entries; iterators go with the entries they stand on.
     void Swap(GDict& other) noexcept;
 
-    ///@{
-    /// Forward iteration in slot order, for walks that neither insert nor remove.
+    ///@{ Forward iteration in slot order, for walks that neither insert nor remove.
     SlotIterator<Entry> begin() noexcept;
     SlotIterator<Entry> end() noexcept;
     SlotIterator<const Entry> begin() const noexcept;

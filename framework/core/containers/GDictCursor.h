@@ -16,8 +16,7 @@ class GDict;
 /// then on the cursor goes by its own list of the slots that it still has to visit.
 class QUILLON_EXPORT GDictCursor : protected GCursorChain<GDictCursor> {
 public:
-    ///@{
-    /// Stands where `other` stands, in the same dictionary. Throws as GAllocator::ThrowOutOfMemory().
+    ///@{ Stands where `other` stands, in the same dictionary. Throws as GAllocator::ThrowOutOfMemory().
     GDictCursor(const GDictCursor& other);
     GDictCursor& operator=(const GDictCursor& other);
     ///@}

@@ -10,13 +10,11 @@ public:
     /// Takes both values over.
     GPair(First first, Second second) : mFirst(std::move(first)), mSecond(std::move(second)) {}
 
-    ///@{
-    /// The first value; of a pair that is not const it may be changed in place.
+    ///@{ The first value; of a pair that is not const it may be changed in place.
     const First& GetFirst() const noexcept { return mFirst; }
     First& GetFirst() noexcept { return mFirst; }
     ///@}
-    ///@{
-    /// The second value; of a pair that is not const it may be changed in place.
+    ///@{ The second value; of a pair that is not const it may be changed in place.
     const Second& GetSecond() const noexcept { return mSecond; }
     Second& GetSecond() noexcept { return mSecond; }
     ///@}

@@ -53,24 +53,21 @@ public:
     bool IsEmpty() const noexcept;      ///< whether it has no element
     long GetCapacity() const noexcept;  ///< elements that fit before the array grows
 
-    ///@{
-    /// The element itself, valid until the table changes. GetLast() must not be called on an empty table.
+    ///@{ The element itself, valid until the table changes. GetLast() must not be called on an empty table.
     T& operator[](long position) noexcept;
     const T& operator[](long position) const noexcept;
     T& GetLast() noexcept;
     const T& GetLast() const noexcept;
     ///@}
 
-    ///@{
-    /// Plain pointers, for walks that do not change the table's count. Null for a table without an array.
+    ///@{ Plain pointers, for walks that do not change the table's count. Null for a table without an array.
     T* begin() noexcept;
     T* end() noexcept;
     const T* begin() const noexcept;
     const T* end() const noexcept;
     ///@}
 
-    ///@{
-    /// Puts the element behind the last one. A full array doubles.
+    ///@{ Puts the element behind the last one. A full array doubles.
     void Append(const T& element);
     void Append(T&& element);
     ///@}
@@ -164,8 +161,7 @@ public:
     /// Stands before the first element.
     explicit GConstTableIterator(const GTable<T>& table) noexcept : GTableCursor(&table, table.mCursors) {}
 
-    ///@{
-    /// As the calls of GTableIterator.
+    ///@{ As the calls of GTableIterator.
     const T* Next() noexcept { return ElementAt(MoveForward(Count())); }
     const T* Previous() noexcept { return ElementAt(MoveBackward(Count())); }
     const T* GetCurrent() const noexcept { return IsOnElement() ? ElementAt(GetPosition()) : nullptr; }

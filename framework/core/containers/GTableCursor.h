@@ -22,8 +22,7 @@ class GConstTableIterator;
 /// by one, whatever its state, and that keeps it beside the same neighbour.
 class QUILLON_EXPORT GTableCursor : protected GCursorChain<GTableCursor> {
 public:
-    ///@{
-    /// Stands where `other` stands, in the same table.
+    ///@{ Stands where `other` stands, in the same table.
     GTableCursor(const GTableCursor& other) noexcept;
     GTableCursor& operator=(const GTableCursor& other) noexcept;
     ///@}
@@ -43,8 +42,7 @@ protected:
     GTableCursor(const void* owner, GTableCursor*& chain) noexcept;
     ~GTableCursor();
 
-    ///@{
-    /// Moves in a table of `count` elements; the position of the element now stood on, or -1.
+    ///@{ Moves in a table of `count` elements; the position of the element now stood on, or -1.
     long MoveForward(long count) noexcept;
     long MoveBackward(long count) noexcept;
     long MoveTo(long position, long count) noexcept;

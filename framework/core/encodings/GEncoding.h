@@ -37,8 +37,7 @@ public:
     /// Converts `bytes`, which are in `source`, into this encoding. Returns cConverted, cReplaced or
     /// cInvalid.
     virtual long ConvertFrom(const GBuffer& bytes, const GEncoding* source, GBuffer& out) const = 0;
-    ///@{
-    /// Converts `bytes` from this encoding into the target's.
+    ///@{ Converts `bytes` from this encoding into the target's.
     virtual long ConvertTo(const GBuffer& bytes, const GPDFDocEncoding* target, GBuffer& out) const;
     virtual long ConvertTo(const GBuffer& bytes, const GCustomEncoding* target, GBuffer& out) const;
     virtual long ConvertTo(const GBuffer& bytes, const GWinAnsiEncoding* target, GBuffer& out) const;

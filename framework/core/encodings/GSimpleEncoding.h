@@ -37,8 +37,7 @@ public:
     /// code for several units never is.
     void AddMapping(unsigned char code, const GBuffer& glyphName, const GCharCode& unicode,
                     bool convertsBack);
-    ///@{
-    /// Without a glyph's name.
+    ///@{ Without a glyph's name.
     void AddMapping(unsigned char code, const GCharCode& unicode);
     void AddMapping(unsigned char code, unsigned short unicode);
     ///@}

@@ -3,9 +3,10 @@
 #include "framework/core/bytes/GBuffer.h"
 #include "framework/core/encodings/GEncoding.h"
 
-/// GUTF8Encoding: UTF-8 in one to three bytes a UTF-16 unit.
+/// GUTF8Encoding: UTF-8 (RFC 3629) in one to three bytes a UTF-16 unit.
 ///
-/// A surrogate is written, and read, on its own as three bytes; a sequence of four bytes is invalid.
+/// Other than there, a surrogate is written, and read, on its own as three bytes, as in CESU-8 (Unicode
+/// Technical Report 26), and a sequence of four bytes is invalid.
 /// Reading accepts overlong forms and takes a byte-order mark for the character U+FEFF. A zero byte is read
 /// as U+0000 with the result cReplaced. Invalid input (result cInvalid) stops the reading; what stands before
 /// it has been converted. Writing writes nothing when the source's own bytes are invalid.

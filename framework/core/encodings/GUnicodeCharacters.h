@@ -13,8 +13,7 @@ struct QUILLON_EXPORT GUnicodeCharacters {
     static bool IsLetter(unsigned short unit) noexcept;
     /// General category Nd: decimal digits of all scripts.
     static bool IsDigit(unsigned short unit) noexcept;
-    ///@{
-    /// The first and the second half of a surrogate pair.
+    ///@{ The first and the second half of a surrogate pair.
     static constexpr bool IsHighSurrogate(unsigned short unit) noexcept { return (unit & 0xFC00) == 0xD800; }
     static constexpr bool IsLowSurrogate(unsigned short unit) noexcept { return (unit & 0xFC00) == 0xDC00; }
     ///@}

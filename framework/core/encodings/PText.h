@@ -18,8 +18,7 @@ struct QUILLON_EXPORT PText {
     /// How the user's locale orders two texts: -1, 0 or 1. The native build, which serves tests
     /// only, orders by units, after ToLower when the case is to be ignored.
     static int CompareForUser(const GString& a, const GString& b, bool ignoreCase);
-    ///@{
-    /// GUnicodeCharacters' case mapping: one unit to one, the same in every locale.
+    ///@{ GUnicodeCharacters' case mapping: one unit to one, the same in every locale.
     static unsigned short ToLower(unsigned short unit) noexcept { return GUnicodeCharacters::ToLower(unit); }
     static unsigned short ToUpper(unsigned short unit) noexcept { return GUnicodeCharacters::ToUpper(unit); }
     ///@}

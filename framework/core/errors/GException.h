@@ -35,8 +35,7 @@ public:
     /// The number; of GExceptionID's unless the program has texts of its own.
     virtual long GetExceptionID() const;
 
-    ///@{
-    /// The readable texts of the two, in the current language.
+    ///@{ The readable texts of the two, in the current language.
     GString GetDescription() const;
     GString GetFullDescription() const;
     ///@}
@@ -92,8 +91,7 @@ public:
     explicit GCustomException(long id);  ///< with the text of that number
     /// With a text of its own, which is copied.
     GCustomException(long id, const GString& text);
-    ///@{
-    /// Without memory the copy has the number only.
+    ///@{ Without memory the copy has the number only.
     GCustomException(const GCustomException& other) noexcept;
     GCustomException& operator=(const GCustomException& other) noexcept;
     ///@}

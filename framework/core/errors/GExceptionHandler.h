@@ -19,8 +19,7 @@ public:
     GExceptionHandler& operator=(const GExceptionHandler&) = default;
     virtual ~GExceptionHandler() = default;
 
-    ///@{
-    /// What is done with a failure of that kind; the kinds of their own come before the general one.
+    ///@{ What is done with a failure of that kind; the kinds of their own come before the general one.
     virtual void Handle(const GSimpleException& exception) const = 0;
     virtual void Handle(const GMemoryException& exception) const = 0;
     virtual void Handle(const GException& exception) const = 0;

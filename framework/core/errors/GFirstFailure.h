@@ -1,5 +1,8 @@
 #pragma once
 
+/// @file
+/// Steps that must all run, whatever fails.
+
 #include <exception>
 
 /// GFirstFailure: for steps that must not keep each other from running.

@@ -1,5 +1,8 @@
 #pragma once
 
+/// @file
+/// Texts for people, in the language that is current when they are read.
+
 #include "framework/core/GExport.h"
 #include "framework/core/memory/GSharedObject.h"
 
@@ -19,8 +22,7 @@ public:
     explicit GLngString(long id);
     /// A text that is the same in every language; an empty one gives the empty language string.
     explicit GLngString(const GString& text);
-    ///@{
-    /// Shares the parts; moving leaves the other empty.
+    ///@{ Shares the parts; moving leaves the other empty.
     GLngString(const GLngString& other) noexcept;
     GLngString(GLngString&& other) noexcept;
     GLngString& operator=(const GLngString& other) noexcept;
@@ -52,4 +54,5 @@ private:
     GSharedObject<Parts> mParts;  // null: empty
 };
 
+/// The parts of the first one and behind them those of the second one.
 QUILLON_EXPORT GLngString operator+(const GLngString& first, const GLngString& second);

@@ -1,5 +1,8 @@
 #pragma once
 
+/// @file
+/// The owner of one object.
+
 #include <memory>
 
 /// GAutoPtr: the one owner of an object, which it deletes at its end.

@@ -16,8 +16,7 @@ public:
     static void operator delete(void* block, std::size_t size) noexcept {
         GAllocator::GetInstance().Free(block, size);
     }
-    ///@{
-    /// At a place that the caller owns, such as a table's element: no memory is taken or given back.
+    ///@{ At a place that the caller owns, such as a table's element: no memory is taken or given back.
     static void* operator new(std::size_t, void* place) noexcept { return place; }
     static void operator delete(void*, void*) noexcept {}
     ///@}

@@ -21,8 +21,7 @@ public:
 
 protected:
     GRefCount() noexcept = default;
-    ///@{
-    /// Takes the values only: each object counts its own references.
+    ///@{ Takes the values only: each object counts its own references.
     GRefCount(const GRefCount&) noexcept {}
     GRefCount& operator=(const GRefCount&) noexcept { return *this; }
     ///@}
@@ -46,8 +45,7 @@ public:
 
 protected:
     GThreadSafeRefCount() noexcept = default;
-    ///@{
-    /// Takes the values only: each object counts its own references.
+    ///@{ Takes the values only: each object counts its own references.
     GThreadSafeRefCount(const GThreadSafeRefCount&) noexcept {}
     GThreadSafeRefCount& operator=(const GThreadSafeRefCount&) noexcept { return *this; }
     ///@}

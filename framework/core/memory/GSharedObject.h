@@ -18,8 +18,7 @@ public:
     GSharedObject(T* object) : mObject(object) {
         if (mObject) mObject->AddRef();
     }
-    ///@{
-    /// Adds a reference; moving takes over the other pointer's and leaves it null.
+    ///@{ Adds a reference; moving takes over the other pointer's and leaves it null.
     GSharedObject(const GSharedObject& other) : GSharedObject(other.mObject) {}
     GSharedObject(GSharedObject&& other) noexcept : mObject(std::exchange(other.mObject, nullptr)) {}
     template <class U>
@@ -52,8 +51,7 @@ public:
     T& operator*() const noexcept { return *mObject; }  ///< the object
     /// Whether it points at an object.
     explicit operator bool() const noexcept { return mObject != nullptr; }
-    ///@{
-    /// Whether both point at the same object; its value does not count.
+    ///@{ Whether both point at the same object; its value does not count.
     bool operator==(const GSharedObject& other) const noexcept { return mObject == other.mObject; }
     bool operator==(const T* object) const noexcept { return mObject == object; }
     ///@}

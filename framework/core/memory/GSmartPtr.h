@@ -1,5 +1,8 @@
 #pragma once
 
+/// @file
+/// A share in an object that counts its references on one thread.
+
 #include "framework/core/memory/GSharedObject.h"
 
 /// GSmartPtr: the name of the same pointer where the object is a GRefCount, on one thread.

@@ -1,5 +1,8 @@
 #pragma once
 
+/// @file
+/// Path names and their operators.
+
 #include <cstdint>
 
 #include "PPlatformPaths.h"
@@ -21,8 +24,8 @@ public:
     static const GPathName cEmptyPathName;  ///< the one path that threads may share
 
     GPathName() = default;
-    ///@{
-    /// From a text in portable form, taken as it stands; CheckCrossPlatformString() tells whether it is one.
+    ///@{ From a text in portable form, taken as it stands; CheckCrossPlatformString() tells whether it is
+    /// one.
     explicit GPathName(const GString& portable);
     explicit GPathName(GString&& portable);
     ///@}
@@ -38,32 +41,27 @@ public:
     /// or refuse by throwing. Until it stores something the path is as it was.
     void SetCrossPlatformString(const GString& portable) override;
     const GString& GetCrossPlatformString() const override;  ///< the portable form
-    ///@{
-    /// Between the portable and the Win32 form; a derived class may have rules of its own.
+    ///@{ Between the portable and the Win32 form; a derived class may have rules of its own.
     void ConvertPortableToWin32(const GString& portable, GString& win32) const override;
     void ConvertWin32ToPortable(const GString& win32, GString& portable) const override;
     ///@}
     virtual const GString& GetPortablePath() const;  ///< as GetCrossPlatformString()
 
-    ///@{
-    /// Mach-O paths are UNIX paths in which volumes hang under "/Volumes/". A drive is the volume
-    /// of its letter and a volume root that of its name: "C:/x" is "/Volumes/C/x", "Data:" is
-    /// "/Volumes/Data". All else is the same in both forms. The reverse turns a volume of one letter
-    /// into the drive.
+    ///@{ Mach-O paths are UNIX paths in which volumes hang under "/Volumes/". A drive is the volume of its
+    /// letter and a volume root that of its name: "C:/x" is "/Volumes/C/x", "Data:" is "/Volumes/Data". All
+    /// else is the same in both forms. The reverse turns a volume of one letter into the drive.
     virtual void ConvertPortableToMachO(const GString& portable, GString& machO) const;
     virtual void ConvertMachOToPortable(const GString& machO, GString& portable) const;
     ///@}
-    ///@{
-    /// CFM paths separate by ':'. A full path starts with its volume: "Data:dir:file" is
-    /// "/Volumes/Data/dir/file" ("C:dir" is "C:/dir"); a relative one of several names starts with
-    /// ':', each further ':' is a step upwards (":dir:file", "::file" is "../file"). A ':' inside a
-    /// name and a '/' inside a CFM name stand for each other. Paths from the root that name no volume
-    /// ("/dir", "//server/x") have no CFM form and pass unchanged.
+    ///@{ CFM paths separate by ':'. A full path starts with its volume: "Data:dir:file" is
+    /// "/Volumes/Data/dir/file" ("C:dir" is "C:/dir"); a relative one of several names starts with ':', each
+    /// further ':' is a step upwards (":dir:file", "::file" is "../file"). A ':' inside a name and a '/'
+    /// inside a CFM name stand for each other. Paths from the root that name no volume ("/dir", "//server/x")
+    /// have no CFM form and pass unchanged.
     virtual void ConvertPortableToCFM(const GString& portable, GString& cfm) const;
     virtual void ConvertCFMToPortable(const GString& cfm, GString& portable) const;
     ///@}
-    ///@{
-    /// The UNIX form is the portable form.
+    ///@{ The UNIX form is the portable form.
     virtual void ConvertPortableToUNIX(const GString& portable, GString& out) const;
     virtual void ConvertUNIXToPortable(const GString& path, GString& portable) const;
     ///@}
@@ -73,8 +71,7 @@ public:
 
     /// `\` separates; a prefix `\\?\` is dropped (`\\?\UNC\server` gives "/server", one slash).
     void SetWin32PathString(const GString& path);
-    ///@{
-    /// Native is Win32 here; both set the same.
+    ///@{ Native is Win32 here; both set the same.
     void SetNativePathString(const GString& path);
     void SetLegacyPlatformString(const GString& path);
     ///@}
@@ -84,8 +81,7 @@ public:
     /// "//server/x". Throws GExceptionID::cURLNotSupported for a text that starts with "http://" or
     /// "ftp://"; the path then stays as it was.
     void SetDIPathString(const GString& path);
-    ///@{
-    /// The forms of ConvertMachOToPortable() and ConvertCFMToPortable().
+    ///@{ The forms of ConvertMachOToPortable() and ConvertCFMToPortable().
     void SetMachOPathString(const GString& path);
     void SetCFMPathString(const GString& path);
     ///@}
@@ -180,14 +176,12 @@ public:
     /// backslash, which would end or split the native form.
     static void CheckCrossPlatformString(const GString& portable);
 
-    ///@{
-    /// Native is Win32 here.
+    ///@{ Native is Win32 here.
     static void ConvertNativeToPortable(const GString& native, GString& portable);
     static void ConvertPortableToNative(const GString& portable, GString& native);
     ///@}
-    ///@{
-    /// As SetUNCPathString(), SetDIPathString() and the calls that give these forms, without a path object; a
-    /// URL is not refused here.
+    ///@{ As SetUNCPathString(), SetDIPathString() and the calls that give these forms, without a path object;
+    /// a URL is not refused here.
     static void ConvertUNCSpecToPortable(const GString& unc, GString& portable);
     static void ConvertPortableToUNCSpec(const GString& portable, GString& unc);
     static void ConvertDISpecToPortable(const GString& di, GString& portable);
@@ -206,7 +200,9 @@ private:
     GString mPath;
 };
 
+/// As GPathName::operator/=().
 QUILLON_EXPORT GPathName operator/(const GPathName& base, const GPathName& relative);
-/// Without regard to case.
+///@{ Without regard to case.
 QUILLON_EXPORT bool operator==(const GPathName& a, const GPathName& b);
 QUILLON_EXPORT bool operator!=(const GPathName& a, const GPathName& b);
+///@}

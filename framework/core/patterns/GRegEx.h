@@ -18,8 +18,7 @@ public:
     /// that is malformed.
     explicit GRegEx(const GString& expression, bool ignoreCase = false);
     ~GRegEx();
-    ///@{
-    /// Takes the compiled expression; the other may only be destroyed or assigned to.
+    ///@{ Takes the compiled expression; the other may only be destroyed or assigned to.
     GRegEx(GRegEx&& other) noexcept;
     GRegEx& operator=(GRegEx&& other) noexcept;
     ///@}

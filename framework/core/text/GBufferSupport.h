@@ -75,8 +75,7 @@ public:
     static void StripTrailingZeroes(GBuffer& text, bool wide);
     /// Whether it belongs to GWhiteSpace.
     static bool IsWhiteSpace(unsigned short character) noexcept { return GWhiteSpace::Has(character); }
-    ///@{
-    /// Removes white space at the start or the end.
+    ///@{ Removes white space at the start or the end.
     static void StripLeadingWhiteSpace(GBuffer& text);
     static void StripTrailingWhiteSpace(GBuffer& text);
     ///@}

@@ -1,5 +1,8 @@
 #pragma once
 
+/// @file
+/// Text and its operators.
+
 #include <cstdint>
 
 #include "framework/core/GExport.h"
@@ -52,8 +55,7 @@ public:
     GString(const GBuffer& bytes, const GEncoding* encoding, bool keepEncoding = true);
     /// The same without a copy: takes the buffer over.
     GString(GBuffer&& bytes, const GEncoding* encoding, bool keepEncoding = true);
-    ///@{
-    /// Decimal ASCII text. The unsigned 64-bit form prints as signed: 2^63 and above are negative.
+    ///@{ Decimal ASCII text. The unsigned 64-bit form prints as signed: 2^63 and above are negative.
     explicit GString(int value);
     explicit GString(unsigned int value);
     explicit GString(long value);
@@ -74,10 +76,8 @@ public:
     /// A zero-terminated UTF-8 text, copied; it stays UTF-8 until characters are needed.
     static GString FromUTF8(const char* text);
 
-    /// The same forms as the constructors.
+    ///@{ Takes the text as the constructor of the same parameters does.
     void Set(const GString& other);
-    ///@{
-    /// Takes the text as the constructor of the same parameters does.
     void Set(const char* text);
     void Set(const char* text, const GEncoding* encoding, bool keepEncoding = true);
     void Set(const unsigned char* bytes, long length, const GEncoding* encoding, bool keepEncoding = true);
@@ -118,8 +118,7 @@ public:
     bool Replace(long start, const GString& find, const GString& with);
     /// The same with single units, in place.
     bool Replace(long start, unsigned short find, unsigned short with);
-    ///@{
-    /// Appends, both as UTF-16.
+    ///@{ Appends, both as UTF-16.
     GString& operator+=(const GString& text);
     GString& operator+=(unsigned short unit);
     ///@}
@@ -136,8 +135,7 @@ public:
     long FindFirst(unsigned short unit, long start = 0) const;
     /// First unit that is in the set.
     long FindFirst(const unsigned short* set, long setLength, long start = 0) const;
-    ///@{
-    /// First unit that is another, or that is not in the set.
+    ///@{ First unit that is another, or that is not in the set.
     long FindFirstNot(unsigned short unit, long start = 0) const;
     long FindFirstNot(const unsigned short* set, long setLength, long start = 0) const;
     ///@}
@@ -161,8 +159,7 @@ public:
     /// Unicode and WinAnsi; any other encoding takes all bytes.
     static bool AreCompatible(const GBuffer& bytes, const GEncoding* encoding);
 
-    ///@{
-    /// The text in ASCII, read as GBuffer reads numbers; no number gives 0.
+    ///@{ The text in ASCII, read as GBuffer reads numbers; no number gives 0.
     std::int32_t GetInt32() const;
     std::uint32_t GetUInt32() const;
     long long GetInt64() const;
@@ -176,15 +173,13 @@ public:
     /// GBuffer's hash of the UTF-16 bytes: independent of the encoding.
     std::uint32_t GetHash() const;
 
-    ///@{
-    /// Maps every unit by PText::ToLower or ToUpper: the length stays.
+    ///@{ Maps every unit by PText::ToLower or ToUpper: the length stays.
     void ToLower();
     void ToUpper();
     ///@}
 
-    ///@{
-    /// Replaces "%1" to "%9" by the parameter of that number and each "%s" by the next parameter;
-    /// markers without a parameter stay. Nothing is expanded inside inserted text. Returns itself.
+    ///@{ Replaces "%1" to "%9" by the parameter of that number and each "%s" by the next parameter; markers
+    /// without a parameter stay. Nothing is expanded inside inserted text. Returns itself.
     GString& SubstituteParams(const GString& first);
     GString& SubstituteParams(const GString& first, const GString& second);
     GString& SubstituteParams(const GString& first, const GString& second, const GString& third);
@@ -213,11 +208,15 @@ private:
     mutable GSharedObject<const GEncoding> mEncoding;
 };
 
+/// Both texts as UTF-16, the right one behind the left one.
 QUILLON_EXPORT GString operator+(const GString& a, const GString& b);
-/// Strings of one encoding compare their bytes, others their UTF-16.
+///@{ Strings of one encoding compare their bytes, others their UTF-16.
 QUILLON_EXPORT bool operator==(const GString& a, const GString& b);
 QUILLON_EXPORT bool operator!=(const GString& a, const GString& b);
+///@}
+///@{ The order of GString::IsLessThan().
 QUILLON_EXPORT bool operator<(const GString& a, const GString& b);
 QUILLON_EXPORT bool operator<=(const GString& a, const GString& b);
 QUILLON_EXPORT bool operator>(const GString& a, const GString& b);
 QUILLON_EXPORT bool operator>=(const GString& a, const GString& b);
+///@}

@@ -65,13 +65,11 @@ struct QUILLON_EXPORT GStringSupport {
     /// count on from stays.
     static void IncreaseNumericSuffix(GString& text, unsigned long maxLength);
 
-    ///@{
-    /// Whether it belongs to GWhiteSpace.
+    ///@{ Whether it belongs to GWhiteSpace.
     static constexpr bool IsWhiteSpace(unsigned char byte) noexcept { return GWhiteSpace::Has(byte); }
     static constexpr bool IsWhiteSpace(unsigned short unit) noexcept { return GWhiteSpace::Has(unit); }
     ///@}
-    ///@{
-    /// Removes white space at the start or the end. Returns `text`.
+    ///@{ Removes white space at the start or the end. Returns `text`.
     static GString& StripLeadingWhiteSpace(GString& text);
     static GString& StripTrailingWhiteSpace(GString& text);
     ///@}

@@ -17,8 +17,7 @@ class GValue;
 class QUILLON_EXPORT GValueImp : public GThreadSafeRefCount {
 public:
     virtual long GetType() const noexcept = 0;  ///< of GValue::Type, or a number of one's own
-    ///@{
-    /// What the kind does not override: false, 0 or empty; GetString() reads GetBuffer() as UTF-8.
+    ///@{ What the kind does not override: false, 0 or empty; GetString() reads GetBuffer() as UTF-8.
     virtual bool GetBool() const;
     virtual long long GetInteger() const;
     virtual double GetReal() const;
@@ -38,11 +37,19 @@ public:
 class QUILLON_EXPORT GValue {
 public:
     /// What a value can be.
-    enum Type : long { cNone, cBool, cInteger, cReal, cBuffer, cString, cList, cDict };
+    enum Type : long {
+        cNone,     ///< nothing
+        cBool,     ///< bool
+        cInteger,  ///< 64 bits with a sign
+        cReal,     ///< double
+        cBuffer,   ///< bytes
+        cString,   ///< text
+        cList,     ///< values in a row
+        cDict,     ///< values by names in bytes
+    };
 
     GValue() noexcept = default;
-    ///@{
-    /// A value of that kind, which is copied.
+    ///@{ A value of that kind, which is copied.
     explicit GValue(bool value);
     explicit GValue(int value) : GValue(static_cast<long long>(value)) {}
     explicit GValue(long value) : GValue(static_cast<long long>(value)) {}

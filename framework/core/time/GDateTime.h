@@ -1,5 +1,8 @@
 #pragma once
 
+/// @file
+/// Dates with times of day, and their order.
+
 #include <cstdint>
 #include <ctime>
 
@@ -34,8 +37,7 @@ public:
 
     /// As the constructors.
     void Set(bool now);
-    ///@{
-    /// As the constructors of the same parameters.
+    ///@{ As the constructors of the same parameters.
     void Set(long day, long month, long year, bool utc);
     void Set(long day, long month, long year, long hour, long minute, long second, bool utc);
     void Set(long day, long month, long year, long hour, long minute, long second, long relationToUTC,
@@ -83,22 +85,21 @@ public:
     /// Seconds from this moment to the other, negative when that is earlier.
     double GetSecondsBetween(const GDateTime& other) const;
 
-    ///@{
-    /// Text for people. `local` moves the time by the stored offset first. An empty format gives the
-    /// short form of the user's locale (ISO 8601 in the native build, and for years that the system
-    /// does not know). Otherwise the format is a picture: d and dd (day), ddd and dddd (weekday),
-    /// M and MM (month), MMM and MMMM (its name), y and yy (year of the century), yyyy (year),
-    /// h and hh (1..12), H and HH (0..23), m and mm, s and ss, t and tt (morning or afternoon).
-    /// Text in single quotes is copied, two quotes in a row are one; so is every other character.
-    /// Both take all letters, so that one picture can hold date and time.
+    ///@{ Text for people. `local` moves the time by the stored offset first. An empty format gives the short
+    /// form of the user's locale (ISO 8601 in the native build, and for years that the system does not know).
+    /// Otherwise the format is a picture: d and dd (day), ddd and dddd (weekday), M and MM (month), MMM and
+    /// MMMM (its name), y and yy (year of the century), yyyy (year), h and hh (1..12), H and HH (0..23), m
+    /// and mm, s and ss, t and tt (morning or afternoon). Text in single quotes is copied, two quotes in a
+    /// row are one; so is every other character. Both take all letters, so that one picture can hold date and
+    /// time.
     void GetDateAsString(GString& text, bool local, const GString& format) const;
     void GetTimeAsString(GString& text, bool local, const GString& format) const;
     ///@}
 
-    /// Reads "D:" (may be missing), YYYYMMDDHHmmSS cut short after any field but the year, and a
-    /// zone: "Z", or '+' or '-', hours, ', minutes, '. Fields may have blanks in front and fewer
-    /// digits before another character, and what follows the last field is ignored, all as the scan
-    /// functions of C read numbers of a given width. Signs belong to the zone alone.
+    /// The date of a PDF document (ISO 32000-1, 7.9.4): reads "D:" (may be missing), YYYYMMDDHHmmSS cut short
+    /// after any field but the year, and a zone: "Z", or '+' or '-', hours, ', minutes, '. Fields may have
+    /// blanks in front and fewer digits before another character, and what follows the last field is ignored,
+    /// all as the scan functions of C read numbers of a given width. Signs belong to the zone alone.
     ///
     /// Returns 0 for a refused text (this object is unchanged), 1 when it was taken, and 2 when the
     /// year was mended: a year that has "91" behind its first digit comes from a producer that wrote
@@ -140,9 +141,11 @@ private:
     std::int32_t mOffsetMinutes = 0;
 };
 
+///@{ The order of GDateTime::CompareWith().
 inline bool operator<(const GDateTime& a, const GDateTime& b) {
     return a.CompareWith(b) < 0;
 }
 inline bool operator<=(const GDateTime& a, const GDateTime& b) {
     return a.CompareWith(b) <= 0;
 }
+///@}

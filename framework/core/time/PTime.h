@@ -27,14 +27,12 @@ public:
     /// Milliseconds since some moment, wrapping at 32 bits.
     static std::uint32_t GetTickCount();
 
-    ///@{
-    /// The date or time of day as the user's locale writes it in short. False, and `text` unchanged,
-    /// for a year that the system cannot write, and in the native build, which has no locale.
+    ///@{ The date or time of day as the user's locale writes it in short. False, and `text` unchanged, for a
+    /// year that the system cannot write, and in the native build, which has no locale.
     static bool FormatDate(const PCalendarTime& time, GString& text);
     static bool FormatTime(const PCalendarTime& time, GString& text);
     ///@}
-    ///@{
-    /// Names in the user's language, English in the native build; month 1..12, weekday 0 (Sunday)..6.
+    ///@{ Names in the user's language, English in the native build; month 1..12, weekday 0 (Sunday)..6.
     static GString GetMonthName(std::int32_t month, bool abbreviated);
     static GString GetWeekdayName(std::int32_t weekday, bool abbreviated);
     ///@}

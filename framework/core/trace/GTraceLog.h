@@ -37,8 +37,7 @@ public:
     /// Whether there is a log and entries of the category are written.
     static bool IsOn(const char* category);
 
-    ///@{
-    /// Whether entries of the category are written, and whether they raise an alert.
+    ///@{ Whether entries of the category are written, and whether they raise an alert.
     virtual bool GetNeedsLogging(const GBuffer& category) const = 0;
     virtual bool GetAlertOnLog(const GBuffer& category) const = 0;
     ///@}

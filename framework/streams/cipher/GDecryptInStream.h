@@ -5,8 +5,9 @@
 #include "framework/streams/GFilterInStream.h"
 #include "framework/streams/cipher/PCipher.h"
 
-/// GDecryptInStream: reads what GEncryptOutStream has written: AES with 128 or 256 bits in cipher block
-/// chaining, a random block in front, padded by as many bytes of that value as fill the last block.
+/// GDecryptInStream: reads what GEncryptOutStream has written: AES (FIPS 197) with 128 or 256 bits in cipher
+/// block chaining (NIST SP 800-38A), a random block in front, padded by as many bytes of that value as fill
+/// the last block (RFC 5652, 6.3).
 ///
 /// Data that is not whole blocks is an unexpected end behind the blocks that are whole. Wrong padding,
 /// as a wrong key makes it, is wrong data, and nothing of its block is delivered. This keeps a secret,

@@ -7,8 +7,8 @@
 
 class GInStream;
 
-/// GPostScriptComments: what a PostScript document says of itself in its structuring comments, and whether
-/// it is whole.
+/// GPostScriptComments: what a PostScript document says of itself in its structuring comments (PostScript
+/// Language Document Structuring Conventions, version 3.0), and whether it is whole.
 ///
 /// The document may stand behind Ctrl-D or printer job language, and may be the PostScript part of an EPS
 /// file with a binary header. Its first 256 KiB and last 64 KiB are looked at and no more, so that any data

@@ -2,7 +2,8 @@
 
 #include "framework/streams/GFilterInStream.h"
 
-/// GASCII85Decode: four bytes from five characters from '!' to 'u', four zero bytes from 'z', up to "~>".
+/// GASCII85Decode: four bytes from five characters from '!' to 'u', four zero bytes from 'z', up to "~>"
+/// (ISO 32000-1, 7.4.3).
 ///
 /// White space (NUL, tab, LF, form feed, CR, blank) is skipped everywhere, also between '~' and '>'. A
 /// "<~" in front of the data is skipped. A last group of two to four characters gives one byte less.

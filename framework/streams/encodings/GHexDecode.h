@@ -2,7 +2,7 @@
 
 #include "framework/streams/GFilterInStream.h"
 
-/// GHexDecode: bytes from pairs of hexadecimal digits of either case, up to '>'.
+/// GHexDecode: bytes from pairs of hexadecimal digits of either case, up to '>' (ISO 32000-1, 7.4.2).
 ///
 /// White space (NUL, tab, LF, form feed, CR, blank) is skipped everywhere. An odd last digit is
 /// followed by 0. Anything else is wrong data.

@@ -6,7 +6,7 @@
 #include "framework/streams/GFilterInStream.h"
 #include "framework/streams/encodings/GLZWCodes.h"
 
-/// GLZWDecode: strings from codes of 9 to 12 bits, up to the code 257.
+/// GLZWDecode: strings from codes of 9 to 12 bits, up to the code 257 (ISO 32000-1, 7.4.4).
 ///
 /// The table need not be cleared by a first code 256. Behind a full table codes are read on with what it
 /// holds, until it is cleared. A code that is not in the table yet is wrong data. Without an end code

@@ -1,5 +1,8 @@
 #pragma once
 
+/// @file
+/// Rows of images under the filters of PNG.
+
 #include <cstdint>
 #include <vector>
 
