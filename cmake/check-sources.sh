@@ -46,6 +46,19 @@ for test in $(awk -F'|' 'NF == 6 { print $5 }' docs/security.md | grep -o '`[A-Z
     printf 'docs/security.md: %s\n^ a test that is not there\n\n' "$test"
     found=1
 done
+# In a group with a title the reference would give a member without words those of the first one.
+git ls-files 'framework/*.h' 'monitor/*.h' | xargs awk '
+    FNR == 1 || /\/\/\/ ?@}/ { titled = 0 }
+    /\/\/\/ @name/ { titled = 1 }
+    titled && /^    [A-Za-z]/ && !/\/\/\/</ && before !~ /^    (\/\/\/|template)/ {
+        print FILENAME ":" FNR ":" $0
+        bad = 1
+    }
+    { before = $0 }
+    END { exit bad }' || {
+    printf '^ a member without words\n\n'
+    found=1
+}
 # Links between pages lead to files; what stands behind a '#' is not looked at.
 for page in $(git ls-files '*.md'); do
     for link in $(sed 's/`[^`]*`//g' "$page" | grep -oE '\]\([^) ]+\)' | sed 's/^](//; s/)$//; s/#.*//'); do
