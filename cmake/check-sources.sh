@@ -68,6 +68,15 @@ for page in $(git ls-files '*.md'); do
         found=1
     done
 done
+# Classes that pages name are there.
+names='[GP][A-Z][A-Za-z0-9]*[a-z][A-Za-z0-9]*'
+sources=$(git grep -ohE "\\b$names" -- '*.h' '*.cpp' | sort -u)
+for name in $(git ls-files '*.md' | xargs grep -ohE "\\b$names\\b" | sort -u | grep -vx PWin32); do
+    printf '%s\n' "$sources" | grep -qx "$name" && continue
+    git grep -nwF "$name" -- '*.md'
+    printf '^ a class that is not there\n\n'
+    found=1
+done
 # Every room of the reference has a page, which its start page names.
 for room in $(grep -E '^(platform/base|framework|monitor/handoff)' cmake/rooms.txt); do
     grep -qF "| [$room](" docs/reference/README.md && continue
