@@ -78,7 +78,7 @@ for name in $(git ls-files '*.md' | xargs grep -ohE "\\b$names\\b" | sort -u | g
     found=1
 done
 # Every room of the reference has a page, which its start page names.
-for room in $(grep -E '^(platform/base|framework|monitor/handoff)' cmake/rooms.txt); do
+for room in $(grep -E '^(platform/base|framework|monitor/handoff|receiver)' cmake/rooms.txt); do
     grep -qF "| [$room](" docs/reference/README.md && continue
     printf 'docs/reference/README.md: %s\n^ a room without a page\n\n' "$room"
     found=1

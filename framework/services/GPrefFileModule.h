@@ -47,8 +47,8 @@ class QUILLON_EXPORT GPrefSharedFileModule : public GPrefFileModule {
 public:
     static constexpr long cLongestWait = 30000;  ///< milliseconds
 
-    /// Reads the file under a lock for reading. Throws what that throws, and when the lock cannot be had within
-    /// so many milliseconds.
+    /// Reads the file under a lock for reading. Throws what that throws, and when the lock cannot be had
+    /// within so many milliseconds.
     GPrefSharedFileModule(const GPathName& path, const GEncoding* encoding, long longestWait = cLongestWait);
 
 protected:

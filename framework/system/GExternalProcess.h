@@ -17,12 +17,12 @@ class GExternalProcessImp;
 /// goes on when the object ends. One thread at a time. There is no implementation in the native build.
 ///
 /// Arguments. A program is given one line of text and takes it apart by itself. Run() quotes with
-/// GStringSupport::QuoteString, which escapes every backslash, while Windows programs read a backslash
-/// as one unless a quotation mark follows: `C:\a b` reaches them as `C:\\a b`, and a tab as `\t`. For
-/// arguments that must arrive unchanged, pass what PrepareArgument() makes of them and say that they
-/// are prepared. No quoting reaches a batch file unchanged: the command interpreter expands '%' even
-/// inside quotes, and takes a quotation mark in an argument for the end of a quoted part. Give batch
-/// files nothing that others have chosen.
+/// GStringSupport::QuoteString, which escapes every backslash, while Windows programs read a backslash as
+/// one unless a quotation mark follows: `C:\a b` reaches them as `C:\\a b`, and a tab as `\t`. For arguments
+/// that must arrive unchanged, pass what PrepareArgument() makes of them and say that they are prepared. No
+/// quoting reaches a batch file unchanged: the command interpreter expands percent signs even inside quotes,
+/// and takes a quotation mark in an argument for the end of a quoted part. Give batch files nothing that
+/// others have chosen.
 class QUILLON_EXPORT GExternalProcess {
 public:
     /// Any number may be given; those without a name here are cNormal.

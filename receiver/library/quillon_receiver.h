@@ -2,6 +2,7 @@
 
 #include <stdint.h>
 
+/// @file
 /// The jobs of the Quillon Port Monitor, for programs in any language that can call C. In
 /// QuillonReceiver64.dll.
 ///
@@ -40,7 +41,7 @@ typedef uint64_t quillon_job;
 
 /// What functions return.
 enum {
-    QUILLON_OK = 0,
+    QUILLON_OK = 0,             ///< it has done what was asked for
     QUILLON_NOTHING = 1,        ///< no job in that time; nothing went wrong
     QUILLON_TOO_SMALL = 2,      ///< the text does not fit into the room that was given
     QUILLON_BAD_ARGUMENT = 3,   ///< a null pointer, an unknown option or field
@@ -48,8 +49,8 @@ enum {
     QUILLON_ALREADY_OPEN = 5,   ///< this process has a receiver
     QUILLON_WRONG_NAME = 6,     ///< the program is not called PrinterProcessorWin.exe
     QUILLON_NO_JOB_FOLDER = 7,  ///< the machine's environment names no temporary folder
-    QUILLON_NO_MEMORY = 8,
-    QUILLON_FAILED = 9  ///< the system refused what should always work
+    QUILLON_NO_MEMORY = 8,      ///< the memory of the process is used up
+    QUILLON_FAILED = 9          ///< the system refused what should always work
 };
 
 /// Options of quillon_open; any of them together, or 0.
@@ -65,9 +66,9 @@ enum {
     QUILLON_NAME = 3,            ///< the document: the file's name without folder, mark and ending
     QUILLON_TITLE = 4,           ///< what the document's comments call it; may be empty
     QUILLON_USER = 5,            ///< logon name of the user who printed
-    QUILLON_PRINTER = 6,
-    QUILLON_PORT = 7,
-    QUILLON_DOUBT = 8  ///< what is wrong or doubtful about the file, in English; usually empty
+    QUILLON_PRINTER = 6,         ///< the printer's name
+    QUILLON_PORT = 7,            ///< its port, "QuillonPDFPort:"
+    QUILLON_DOUBT = 8            ///< what is wrong or doubtful about the file, in English; usually empty
 };
 
 /// Numbers of a job.
@@ -84,6 +85,7 @@ enum {
 /// What quillon_version returns for this header. A later library that has all of it and more returns more.
 #define QUILLON_RECEIVER_VERSION 1u
 
+/// The version of the library that is loaded; QUILLON_RECEIVER_VERSION is that of this header.
 uint32_t quillon_version(void);
 
 /// What a returned number means, in English, for ever valid; never null.
@@ -117,12 +119,13 @@ int32_t quillon_is_listening(quillon_receiver receiver, int32_t* listening);
 /// one counts again only after a minute. Texts are given as by quillon_job_utf8.
 int32_t quillon_next_problem_utf8(quillon_receiver receiver, char* text, uint32_t size, uint32_t* length);
 
-/// A text of a job, with a zero behind it. `size` is the room at `text`, the zero's included, in bytes or in
-/// units of 16 bits. `length`, which may be null, is told the length without the zero, also with
+///@{ A text of a job, with a zero behind it. `size` is the room at `text`, the zero's included, in bytes or
+/// in units of 16 bits. `length`, which may be null, is told the length without the zero, also with
 /// QUILLON_TOO_SMALL; then nothing is written to `text`. With a null `text` and the size 0 the length alone
 /// is told.
 int32_t quillon_job_utf8(quillon_job job, int32_t field, char* text, uint32_t size, uint32_t* length);
 int32_t quillon_job_utf16(quillon_job job, int32_t field, uint16_t* text, uint32_t size, uint32_t* length);
+///@}
 
 /// A number of a job.
 int32_t quillon_job_number(quillon_job job, int32_t field, int64_t* value);

@@ -90,11 +90,11 @@ public:
     /// Fixed notation with six fractional digits, then stripped: trailing zeros behind a point go,
     /// and a point left at the end goes, too.
     void Set(double value);
-    /// By a printf format that holds exactly one conversion of a real (f F e E g G a A, with flags,
-    /// width and precision in digits) and any text around it ("%%" stands for '%'). Any other format
-    /// counts as "%f". The result is cut to 1023 bytes, then stripped as above: that looks at the end
-    /// of the whole text and so suits fixed notation; it takes the zeros off an exponent's end, too.
-    /// The decimal point is always '.', whatever the C locale.
+    /// By a printf format that holds exactly one conversion of a real (f F e E g G a A, with flags, width
+    /// and precision in digits) and any text around it (`%%` is a percent sign). Any other format counts as
+    /// "%f". The result is cut to 1023 bytes, then stripped as above: that looks at the end of the whole
+    /// text and so suits fixed notation; it takes the zeros off an exponent's end, too. The decimal point
+    /// is always '.', whatever the C locale.
     void Set(double value, const GBuffer& format);
     /// Fixed notation, never an exponent, with at most `digits` fractional digits (16 when above 16 or
     /// negative), stripped as above; "nan" for what is no number. Infinities count as the largest

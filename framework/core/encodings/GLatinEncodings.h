@@ -2,6 +2,7 @@
 
 #include "framework/core/encodings/GSimpleEncoding.h"
 
+/// @file
 /// The encodings that are columns of the Latin character set (ISO 32000-1, Annex D). GetInstance gives the
 /// shared instance, made on first use, which is valid until SetInstance or the framework's end. SetInstance
 /// takes ownership of a replacement; null: the next GetInstance makes a new one.
