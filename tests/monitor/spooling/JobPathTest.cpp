@@ -13,7 +13,7 @@ std::u16string FileName(std::u16string_view title) {
 // What makes any title a valid name is tested where it is done.
 TEST(JobPath, NamesTheFileAfterTheDocumentWithoutItsApplicationAndExtension) {
     ForEachRow<2>(
-        {u"Q3 report.docx -> Q3 report.ps", u"archive.tar.gz -> archive.tar.ps", u"plain -> plain.ps",
+        {u"Q3 report.docx -> Q3 report.ps", u"Invoice 12.500 EUR -> Invoice 12.ps", u"plain -> plain.ps",
          u"Microsoft Word - Q3 report.docx -> Q3 report.ps",
          u"Microsoft Outlook - Mail: Re?.msg -> Mail_ Re_.ps",
          u"https://example.org/a/b.html?x=1 -> https___example.org_a_b.ps",
