@@ -17,6 +17,10 @@
 
 namespace {
 
+// Look-ups are to be faster. Building is not, as a map need not walk: it is to cost the same.
+constexpr Limits cLookUp = {1.0, 1.2};
+constexpr Limits cBuilding = {1.0, 1.5};
+
 template <class K>
 struct HashOf {
     std::size_t operator()(const K& key) const { return GDictHash(key); }
@@ -49,26 +53,36 @@ void MeasureLookUps(const std::string& what, const std::vector<std::unique_ptr<P
             }
         }
     };
-    Comparison::Print(
-        what, walks * static_cast<int>(keys * pairs.size()), "std::unordered_map",
-        [&] { lookUpAll([](const Pair<K>& pair, const K& key) { Comparison::Use(pair.dict.Find(key)); }); },
-        [&] { lookUpAll([](const Pair<K>& pair, const K& key) { Comparison::Use(pair.map.find(key)); }); });
+    const auto find = [](const Pair<K>& pair, const K& key) { Comparison::Use(pair.dict.Find(key)); };
+    const auto findInMap = [](const Pair<K>& pair, const K& key) { Comparison::Use(pair.map.find(key)); };
+    Comparison::Run({.what = what,
+                     .size = static_cast<long>(keys),
+                     .count = static_cast<double>(walks) * static_cast<double>(keys * pairs.size())},
+                    [&] { lookUpAll(find); },
+                    {{"std::unordered_map", cLookUp, [&] { lookUpAll(findInMap); }}});
 }
 
 template <class K>
 void MeasureBuilding(const std::string& what, const std::vector<K>& keys) {
-    Comparison::Print(
-        what, static_cast<int>(keys.size()), "std::unordered_map",
-        [&] {
-            GDict<K, long> built;
-            for (const K& key : keys) built.Insert(key, 1);
-            Comparison::Use(built.GetCount());
-        },
-        [&] {
-            std::unordered_map<K, long, HashOf<K>> built;
-            for (const K& key : keys) built.emplace(key, 1);
-            Comparison::Use(built.size());
-        });
+    const auto times = 1 + 1000 / keys.size();
+    const auto repeatedly = [&](auto build) {
+        for (std::size_t i = 0; i < times; ++i) build();
+    };
+    const auto build = [&] {
+        GDict<K, long> built;
+        for (const K& key : keys) built.Insert(key, 1);
+        Comparison::Use(built.GetCount());
+    };
+    const auto buildMap = [&] {
+        std::unordered_map<K, long, HashOf<K>> built;
+        for (const K& key : keys) built.emplace(key, 1);
+        Comparison::Use(built.size());
+    };
+    Comparison::Run({.what = what,
+                     .size = static_cast<long>(keys.size()),
+                     .count = static_cast<double>(times * keys.size())},
+                    [&] { repeatedly(build); },
+                    {{"std::unordered_map", cBuilding, [&] { repeatedly(buildMap); }}});
 }
 
 // `make(count)` makes so many keys, other ones each time.
@@ -79,10 +93,9 @@ void Compare(const std::string& kind, std::size_t count, Maker make) {
     std::vector<std::unique_ptr<Pair<K>>> pairs;
     for (std::size_t i = 0; i < 1 + 100 / count; ++i)
         pairs.push_back(std::make_unique<Pair<K>>(make(count), make(count)));
-    const std::string what = kind + ", " + std::to_string(count) + " keys, ";
-    MeasureLookUps(what + "hit", pairs, &Pair<K>::hits);
-    MeasureLookUps(what + "miss", pairs, &Pair<K>::misses);
-    MeasureBuilding(what + "build", pairs[0]->hits);
+    MeasureLookUps(kind + ", hit", pairs, &Pair<K>::hits);
+    MeasureLookUps(kind + ", miss", pairs, &Pair<K>::misses);
+    MeasureBuilding(kind + ", build", pairs[0]->hits);
 }
 
 std::vector<long> RandomNumbers(std::size_t count, std::mt19937& random) {
@@ -121,50 +134,36 @@ std::vector<GBuffer> NumberedTexts(int first, std::size_t count) {
 void RemoveUnderAnIterator(std::mt19937& random) {
     constexpr int cCount = 100000;
     const std::vector<long> numbers = RandomNumbers(cCount, random);
-    Comparison::Print(
-        "insert and remove a number under an iterator", cCount, "std::unordered_map",
-        [&] {
-            GDict<long, long> dict;
-            const GDictIterator<long, long> iterator(dict);
-            for (const long number : numbers) dict.Insert(number, 1);
-            for (const long number : numbers) dict.Remove(number);
-            Comparison::Use(dict.GetCount());
-        },
-        [&] {
-            std::unordered_map<long, long, HashOf<long>> map;
-            for (const long number : numbers) map.emplace(number, 1);
-            for (const long number : numbers) map.erase(number);
-            Comparison::Use(map.size());
-        });
+    Comparison::Run({.what = "insert, remove under an iterator", .size = cCount, .count = cCount},
+                    [&] {
+                        GDict<long, long> dict;
+                        const GDictIterator<long, long> iterator(dict);
+                        for (const long number : numbers) dict.Insert(number, 1);
+                        for (const long number : numbers) dict.Remove(number);
+                        Comparison::Use(dict.GetCount());
+                    },
+                    {{"std::unordered_map", {1.0, 1.0}, [&] {
+                          std::unordered_map<long, long, HashOf<long>> map;
+                          for (const long number : numbers) map.emplace(number, 1);
+                          for (const long number : numbers) map.erase(number);
+                          Comparison::Use(map.size());
+                      }}});
 }
 
-void AppendAndInsert() {
+template <class T, class Make>
+void Append(const char* what, const Limits& limits, Make make) {
     constexpr int cCount = 10000;
-    Comparison::Print(
-        "append a number to a table", cCount, "std::vector",
-        [] {
-            GTable<long> table;
-            for (long i = 0; i < cCount; ++i) table.Append(i);
-            Comparison::Use(table.begin());
-        },
-        [] {
-            std::vector<long> table;
-            for (long i = 0; i < cCount; ++i) table.push_back(i);
-            Comparison::Use(table.data());
-        });
-    const GBuffer text("a text of some length");
-    Comparison::Print(
-        "append a buffer to a table", cCount, "std::vector",
-        [&] {
-            GTable<GBuffer> table;
-            for (long i = 0; i < cCount; ++i) table.Append(text);
-            Comparison::Use(table.begin());
-        },
-        [&] {
-            std::vector<GBuffer> table;
-            for (long i = 0; i < cCount; ++i) table.push_back(text);
-            Comparison::Use(table.data());
-        });
+    Comparison::Run({.what = what, .size = cCount, .count = cCount},
+                    [&] {
+                        GTable<T> table;
+                        for (long i = 0; i < cCount; ++i) table.Append(make(i));
+                        Comparison::Use(table.begin());
+                    },
+                    {{"std::vector", limits, [&] {
+                          std::vector<T> table;
+                          for (long i = 0; i < cCount; ++i) table.push_back(make(i));
+                          Comparison::Use(table.data());
+                      }}});
 }
 
 }  // namespace
@@ -187,5 +186,8 @@ int main() {
         });
     }
     RemoveUnderAnIterator(random);
-    AppendAndInsert();
+    // A table also looks whether iterators walk it.
+    Append<long>("append a number to a table", {1.0, 2.0}, [](long i) { return i; });
+    const GBuffer text("a text of some length");
+    Append<GBuffer>("append a buffer to a table", {1.0, 1.3}, [&](long) -> const GBuffer& { return text; });
 }

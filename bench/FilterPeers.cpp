@@ -128,8 +128,9 @@ std::string FilterPeers::LibTIFFEncode(Strip kind, const std::string& data) {
     MemoryFile file;
     file.bytes.reserve(data.size());
     TIFF* const image = Open(file, "w");
-    const auto rows = static_cast<std::uint32_t>(data.size() / cRowLength);
-    TIFFSetField(image, TIFFTAG_IMAGEWIDTH, static_cast<std::uint32_t>(cRowLength));
+    const std::size_t rowLength = std::min(cRowLength, data.size());
+    const auto rows = static_cast<std::uint32_t>(data.size() / rowLength);
+    TIFFSetField(image, TIFFTAG_IMAGEWIDTH, static_cast<std::uint32_t>(rowLength));
     TIFFSetField(image, TIFFTAG_IMAGELENGTH, rows);
     TIFFSetField(image, TIFFTAG_ROWSPERSTRIP, rows);
     TIFFSetField(image, TIFFTAG_BITSPERSAMPLE, 8);

@@ -3,7 +3,7 @@
 #include <cstring>
 #include <vector>
 
-#include "bench/Rounds.h"
+#include "bench/Comparison.h"
 #include "framework/GFrameworkScope.h"
 #include "framework/ipc/GIPCMessageQueue.h"
 #include "platform/win32/base/PWin32Api.h"
@@ -11,7 +11,6 @@
 
 namespace {
 
-constexpr int cRounds = 31;
 constexpr int cMessages = 200;
 constexpr long cMessageType = 145;
 constexpr long cRegistrationID = 1;
@@ -45,20 +44,19 @@ bool Compare(GIPCMessageQueue& queue, std::size_t size) {
     const GBuffer data(bytes.data(), static_cast<long>(size));
     const PlainMutex mutex;
     bool good = true;
-    const std::vector<double> times = Rounds(cRounds, cMessages)
-                                          .Measure({{"queue",
-                                                     [&] {
-                                                         for (int i = 0; i < cMessages; ++i)
-                                                             good = PostAndDrain(queue, data) && good;
-                                                     }},
-                                                    {"mutex", [&] {
-                                                         for (int i = 0; i < cMessages; ++i) {
-                                                             mutex.Copy(shared.data(), bytes.data(), size);
-                                                             mutex.Copy(taken.data(), shared.data(), size);
-                                                         }
-                                                     }}});
-    std::printf("%6u bytes: post and drain %8.2f us, two waits, copies and releases %8.2f us, ratio %5.3f\n",
-                static_cast<unsigned>(size), times[0], times[1], times[0] / times[1]);
+    Comparison::Run({.what = "post and drain a message",
+                     .size = static_cast<long>(size),
+                     .count = cMessages,
+                     .unit = "us"},
+                    [&] {
+                        for (int i = 0; i < cMessages; ++i) good = PostAndDrain(queue, data) && good;
+                    },
+                    {{"two waits and copies", {1.05, 1.15}, [&] {
+                          for (int i = 0; i < cMessages; ++i) {
+                              mutex.Copy(shared.data(), bytes.data(), size);
+                              mutex.Copy(taken.data(), shared.data(), size);
+                          }
+                      }}});
     return good;
 }
 
@@ -68,7 +66,9 @@ int main() {
     const GFrameworkScope framework;
     bool created = false;
     GIPCMessageQueue queue(-1, static_cast<long>(::GetCurrentProcessId()), cRegistrationID, created);
-    const bool good = Compare(queue, 256) && Compare(queue, 16384);
+    bool good = true;
+    for (const std::size_t size : {16, 64, 256, 1024, 4096, 16384, 32000})
+        good = Compare(queue, size) && good;
     if (!good) std::fputs("MessageBench: a message was lost\n", stderr);
     return good ? 0 : 1;
 }

@@ -11,7 +11,7 @@
 #include <string>
 #include <vector>
 
-#include "bench/Rounds.h"
+#include "bench/Comparison.h"
 #include "framework/core/encodings/GLatinEncodings.h"
 #include "framework/core/encodings/GUTF8Encoding.h"
 #include "framework/core/encodings/GUnicodeEncoding.h"
@@ -19,9 +19,8 @@
 
 namespace {
 
-constexpr int cRounds = 101;
-constexpr int cRepeats = 20;
-constexpr std::size_t cTextLength = 16384;
+constexpr Limits cAhead = {1.0, 1.0};
+constexpr Limits cNone = {0, 0};
 
 bool sFailed = false;
 
@@ -32,10 +31,10 @@ void Check(bool good, const char* what) {
 }
 
 // A text of the words in an order that no branch predictor learns by heart.
-std::string MakeText(const std::vector<const char*>& words) {
+std::string MakeText(const std::vector<const char*>& words, long length) {
     std::mt19937 random(1);
     std::string text;
-    while (text.size() < cTextLength) text += words[random() % words.size()];
+    while (text.size() < static_cast<std::size_t>(length)) text += words[random() % words.size()];
     return text;
 }
 
@@ -43,149 +42,144 @@ GBuffer BufferOf(const std::string& bytes) {
     return GBuffer(reinterpret_cast<const unsigned char*>(bytes.data()), static_cast<long>(bytes.size()));
 }
 
+// Each way is given to convert the text once.
+void Compare(const std::string& what, long length, const std::function<void()>& ours,
+             std::vector<Peer> peers) {
+    const int repeats = static_cast<int>(1 + 200000 / (length + 100));
+    const auto repeatedly = [repeats](const std::function<void()>& once) {
+        return [repeats, once] {
+            for (int i = 0; i < repeats; ++i) once();
+        };
+    };
+    for (Peer& peer : peers) peer.run = repeatedly(peer.run);
+    Comparison::Run({.what = what, .size = length, .count = static_cast<double>(repeats)}, repeatedly(ours),
+                    peers);
+}
+
+// A text in both forms, room for what peers make of it, and what it is called.
+struct Text {
+    Text(const char* called, const std::vector<const char*>& words, long wanted)
+        : name(called), length(wanted), text(MakeText(words, wanted)), utf8(BufferOf(text)) {
+        GUTF8Encoding::GetInstance()->ConvertTo(utf8, GUnicodeEncoding::GetInstance(), utf16);
+        peerUnits.resize(text.size() + 1);
+        peerBytes.resize(text.size() + 1);
+        copy.resize(text.size() * 2);
+    }
+    const char16_t* Units() const { return reinterpret_cast<const char16_t*>(utf16.GetRawData()); }
+    int32_t UnitCount() const { return static_cast<int32_t>(utf16.GetLength() / 2); }
+    void Copy(const void* from, std::size_t bytes) {
+        std::memcpy(copy.data(), from, bytes);
+        Comparison::Use(copy.data());
+    }
+
+    std::string name;
+    long length;
+    std::string text;
+    GBuffer utf8, utf16;
+    std::vector<char16_t> peerUnits;
+    std::vector<char> peerBytes;
+    std::vector<unsigned char> copy;
+    int32_t count = 0;
+};
+
+void CompareToUTF16(Text& text, const Limits& beside, const Limits& besideCopy) {
+    GBuffer out;
+    const auto peer = [&] {
+        UErrorCode status = U_ZERO_ERROR;
+        u_strFromUTF8(text.peerUnits.data(), static_cast<int32_t>(text.peerUnits.size()), &text.count,
+                      text.text.data(), static_cast<int32_t>(text.text.size()), &status);
+    };
+    const auto bytes = static_cast<std::size_t>(text.utf16.GetLength());
+    Compare("UTF-8 to UTF-16, " + text.name, text.length,
+            [&] { GUTF8Encoding::GetInstance()->ConvertTo(text.utf8, GUnicodeEncoding::GetInstance(), out); },
+            {{"ICU", beside, peer},
+             {"a copy of the output", besideCopy, [&] { text.Copy(text.Units(), bytes); }}});
+    Check(text.count == text.UnitCount() && out == text.utf16 &&
+              std::memcmp(text.peerUnits.data(), out.GetRawData(), bytes) == 0,
+          text.name.c_str());
+}
+
+void CompareToUTF8(Text& text, const Limits& beside, const Limits& besideCopy) {
+    GBuffer out;
+    const auto peer = [&] {
+        UErrorCode status = U_ZERO_ERROR;
+        u_strToUTF8(text.peerBytes.data(), static_cast<int32_t>(text.peerBytes.size()), &text.count,
+                    text.Units(), text.UnitCount(), &status);
+    };
+    Compare(
+        "UTF-16 to UTF-8, " + text.name, text.length,
+        [&] { GUTF8Encoding::GetInstance()->ConvertFrom(text.utf16, GUnicodeEncoding::GetInstance(), out); },
+        {{"ICU", beside, peer},
+         {"a copy of the output", besideCopy, [&] { text.Copy(text.text.data(), text.text.size()); }}});
+    Check(out == text.utf8, text.name.c_str());
+}
+
+void CompareComposition(Text& text) {
+    UErrorCode status = U_ZERO_ERROR;
+    const UNormalizer2* normalizer = unorm2_getNFCInstance(&status);
+    const auto peer = [&] {
+        UErrorCode error = U_ZERO_ERROR;
+        text.count = unorm2_spanQuickCheckYes(normalizer, text.Units(), text.UnitCount(), &error);
+    };
+    const auto bytes = static_cast<std::size_t>(text.utf16.GetLength());
+    Compare("composition, " + text.name, text.length,
+            [&] { GUnicodeEncoding::GetInstance()->EnsureComposedUnicode(text.utf16); },
+            {{"ICU", cAhead, peer}, {"a copy of the text", cNone, [&] { text.Copy(text.Units(), bytes); }}});
+    Check(text.count == text.UnitCount(), text.name.c_str());
+}
+
 struct CloseConverter {
     void operator()(UConverter* converter) const { ucnv_close(converter); }
 };
 
-void Repeatedly(Contender& contender, const std::function<void()>& once) {
-    contender.run = [once] {
-        for (int i = 0; i < cRepeats; ++i) once();
-    };
-}
-
-// Measures and prints: our time, and how many times as long each peer takes.
-void Compare(const std::string& what, std::vector<std::pair<std::string, std::function<void()>>> ways) {
-    std::vector<Contender> contenders(ways.size());
-    for (std::size_t i = 0; i < ways.size(); ++i) {
-        contenders[i].name = ways[i].first;
-        Repeatedly(contenders[i], ways[i].second);
-    }
-    const std::vector<double> times = Rounds(cRounds, cRepeats).Measure(contenders);
-    std::printf("%-28s %9.3f us", what.c_str(), times[0]);
-    for (std::size_t i = 1; i < ways.size(); ++i)
-        std::printf("   %s %9.3f us (%.2f)", ways[i].first.c_str(), times[i], times[i] / times[0]);
-    std::printf("\n");
-}
-
-void CompareComposition(const char* name, GBuffer& utf16) {
-    const long units = utf16.GetLength() / 2;
-    const auto* source = reinterpret_cast<const char16_t*>(utf16.GetRawData());
-    std::vector<unsigned char> copy(static_cast<std::size_t>(utf16.GetLength()));
-    int32_t count = 0;
-    UErrorCode status = U_ZERO_ERROR;
-    const UNormalizer2* normalizer = unorm2_getNFCInstance(&status);
-    Compare(std::string("composition, ") + name,
-            {{"ours", [&] { GUnicodeEncoding::GetInstance()->EnsureComposedUnicode(utf16); }},
-             {"ICU",
-              [&] {
-                  UErrorCode error = U_ZERO_ERROR;
-                  count = unorm2_spanQuickCheckYes(normalizer, source, static_cast<int32_t>(units), &error);
-              }},
-             {"copy of the text", [&] {
-                  std::memcpy(copy.data(), utf16.GetRawData(), static_cast<std::size_t>(utf16.GetLength()));
-              }}});
-    Check(count == units, name);
-}
-
-void CompareUTF8(const char* name, const std::vector<const char*>& words) {
-    const std::string text = MakeText(words);
-    const GBuffer utf8 = BufferOf(text);
-    GBuffer utf16;
-    GUTF8Encoding::GetInstance()->ConvertTo(utf8, GUnicodeEncoding::GetInstance(), utf16);
-    const long units = utf16.GetLength() / 2;
-    const auto* source = reinterpret_cast<const char16_t*>(utf16.GetRawData());
-    std::vector<char16_t> peerUnits(text.size() + 1);
-    std::vector<char> peerBytes(text.size() + 1);
-    std::vector<unsigned char> copy(text.size() * 2);
-    GBuffer out;
-    int32_t count = 0;
-
-    Compare(std::string("UTF-8 to UTF-16, ") + name,
-            {{"ours",
-              [&] { GUTF8Encoding::GetInstance()->ConvertTo(utf8, GUnicodeEncoding::GetInstance(), out); }},
-             {"ICU",
-              [&] {
-                  UErrorCode status = U_ZERO_ERROR;
-                  u_strFromUTF8(peerUnits.data(), static_cast<int32_t>(peerUnits.size()), &count, text.data(),
-                                static_cast<int32_t>(text.size()), &status);
-              }},
-             {"copy of the output", [&] {
-                  std::memcpy(copy.data(), utf16.GetRawData(), static_cast<std::size_t>(utf16.GetLength()));
-              }}});
-    Check(count == units &&
-              std::memcmp(peerUnits.data(), out.GetRawData(), 2 * static_cast<std::size_t>(units)) == 0,
-          name);
-
-    Compare(
-        std::string("UTF-16 to UTF-8, ") + name,
-        {{"ours",
-          [&] { GUTF8Encoding::GetInstance()->ConvertFrom(utf16, GUnicodeEncoding::GetInstance(), out); }},
-         {"ICU",
-          [&] {
-              UErrorCode status = U_ZERO_ERROR;
-              u_strToUTF8(peerBytes.data(), static_cast<int32_t>(peerBytes.size()), &count, source,
-                          static_cast<int32_t>(units), &status);
-          }},
-         {"copy of the output", [&] { std::memcpy(copy.data(), text.data(), text.size()); }}});
-    Check(out == utf8, name);
-
-    CompareComposition(name, utf16);
-}
-
-void CompareWinAnsi(const char* name, const std::vector<const char*>& words) {
-    GBuffer bytes;
-    GWinAnsiEncoding::GetInstance()->ConvertFrom(BufferOf(MakeText(words)), GUTF8Encoding::GetInstance(),
-                                                 bytes);
-    const std::string text(bytes.GetPtr(), static_cast<std::size_t>(bytes.GetLength()));
-    const auto length = static_cast<int32_t>(text.size());
-    GBuffer utf16;
+void CompareWinAnsi(const char* name, const std::vector<const char*>& words, long size) {
+    Text text(name, words, size);
+    GBuffer bytes, utf16, out;
+    GWinAnsiEncoding::GetInstance()->ConvertFrom(text.utf16, GUnicodeEncoding::GetInstance(), bytes);
     GWinAnsiEncoding::GetInstance()->ConvertTo(bytes, GUnicodeEncoding::GetInstance(), utf16);
+    const auto length = static_cast<int32_t>(bytes.GetLength());
     UErrorCode status = U_ZERO_ERROR;
     const std::unique_ptr<UConverter, CloseConverter> peer(ucnv_open("windows-1252", &status));
-    std::vector<char16_t> peerUnits(text.size() + 1);
-    std::vector<char> peerBytes(text.size() + 1);
-    GBuffer out;
+    const auto read = [&] {
+        UErrorCode error = U_ZERO_ERROR;
+        ucnv_toUChars(peer.get(), text.peerUnits.data(), length + 1, bytes.GetPtr(), length, &error);
+    };
+    Compare(std::string("WinAnsi to UTF-16, ") + name, size,
+            [&] { GWinAnsiEncoding::GetInstance()->ConvertTo(bytes, GUnicodeEncoding::GetInstance(), out); },
+            {{"ICU", cAhead, read}});
+    Check(std::memcmp(text.peerUnits.data(), out.GetRawData(), 2 * static_cast<std::size_t>(length)) == 0,
+          name);
 
+    const auto write = [&] {
+        UErrorCode error = U_ZERO_ERROR;
+        ucnv_fromUChars(peer.get(), text.peerBytes.data(), length + 1,
+                        reinterpret_cast<const char16_t*>(utf16.GetRawData()), length, &error);
+    };
     Compare(
-        std::string("WinAnsi to UTF-16, ") + name,
-        {{"ours",
-          [&] { GWinAnsiEncoding::GetInstance()->ConvertTo(bytes, GUnicodeEncoding::GetInstance(), out); }},
-         {"ICU", [&] {
-              UErrorCode error = U_ZERO_ERROR;
-              ucnv_toUChars(peer.get(), peerUnits.data(), length + 1, text.data(), length, &error);
-          }}});
-    Check(std::memcmp(peerUnits.data(), out.GetRawData(), 2 * text.size()) == 0, name);
-
-    Compare(
-        std::string("UTF-16 to WinAnsi, ") + name,
-        {{"ours",
-          [&] { GWinAnsiEncoding::GetInstance()->ConvertFrom(utf16, GUnicodeEncoding::GetInstance(), out); }},
-         {"ICU", [&] {
-              UErrorCode error = U_ZERO_ERROR;
-              ucnv_fromUChars(peer.get(), peerBytes.data(), length + 1,
-                              reinterpret_cast<const char16_t*>(utf16.GetRawData()), length, &error);
-          }}});
+        std::string("UTF-16 to WinAnsi, ") + name, size,
+        [&] { GWinAnsiEncoding::GetInstance()->ConvertFrom(utf16, GUnicodeEncoding::GetInstance(), out); },
+        {{"ICU", cAhead, write}});
     Check(out == bytes, name);
 }
 
 void CompareNaturalOrder() {
+    constexpr long cNames = 256;
     std::vector<GString> names;
-    for (int i = 0; i < 256; ++i) {
+    for (int i = 0; i < cNames; ++i) {
         names.push_back(GString("Quarterly report 2023, draft ") + GString(i * 37 % 256) + GString(".ps"));
         names.back().EnsureUnicode();
     }
     long lessByNumber = 0;
     long lessByBytes = 0;
-    Compare("natural order, 255 pairs",
-            {{"ours",
-              [&] {
-                  for (std::size_t i = 1; i < names.size(); ++i)
-                      lessByNumber += GStringSupport::IsLessThanAlphanumeric(names[i - 1], names[i]) ? 1 : 0;
-              }},
-             {"byte comparison", [&] {
-                  for (std::size_t i = 1; i < names.size(); ++i)
-                      lessByBytes += names[i - 1] < names[i] ? 1 : 0;
-              }}});
+    const auto byBytes = [&] {
+        for (std::size_t i = 1; i < names.size(); ++i) lessByBytes += names[i - 1] < names[i] ? 1 : 0;
+    };
+    Compare("natural order of names", cNames,
+            [&] {
+                for (std::size_t i = 1; i < names.size(); ++i)
+                    lessByNumber += GStringSupport::IsLessThanAlphanumeric(names[i - 1], names[i]) ? 1 : 0;
+            },
+            {{"byte comparison", cNone, byBytes}});
     Check(lessByNumber > 0 && lessByBytes > 0, "the order");
 }
 
@@ -214,13 +208,32 @@ const Words cChinese = {"\u6253\u5370", "\u6587\u4EF6",       "\u5DF2",    "\u5B
 }  // namespace
 
 int main() {
-    std::printf("Each line: our time, then that of each peer and how many times ours it is.\n");
-    CompareUTF8("English", cEnglish);
-    CompareUTF8("German", cGerman);
-    CompareUTF8("Russian", cRussian);
-    CompareUTF8("Chinese", cChinese);
-    CompareWinAnsi("English", cEnglish);
-    CompareWinAnsi("German", cGerman);
+    for (const long length : {16, 64, 256, 1024, 4096, 16384}) {
+        Text english("English", cEnglish, length);
+        // The peers write to memory that is there already; below a KiB it is the buffer that costs.
+        const bool isLong = length >= 1024;
+        // Five times as fast as ICU, and not far from what writing the output takes.
+        const Limits besideICU = isLong ? Limits{0.2, 0.4} : cNone;
+        CompareToUTF16(english, besideICU, isLong ? Limits{1.3, 1.8} : cNone);
+        CompareToUTF8(english, besideICU, isLong ? Limits{3.0, 4.0} : cNone);
+        Text russian("Russian", cRussian, length);
+        CompareToUTF16(russian, isLong ? cAhead : cNone, cNone);
+        CompareToUTF8(russian, isLong ? cAhead : cNone, cNone);
+    }
+    constexpr long cLength = 16384;
+    const struct {
+        const char* name;
+        const Words* words;
+    } rows[] = {{"English", &cEnglish}, {"German", &cGerman}, {"Russian", &cRussian}, {"Chinese", &cChinese}};
+    for (const auto& row : rows) {
+        Text text(row.name, *row.words, cLength);
+        CompareComposition(text);
+        if (row.words == &cEnglish || row.words == &cRussian) continue;
+        CompareToUTF16(text, cAhead, cNone);
+        CompareToUTF8(text, cAhead, cNone);
+    }
+    CompareWinAnsi("English", cEnglish, cLength);
+    CompareWinAnsi("German", cGerman, cLength);
     CompareNaturalOrder();
     return sFailed ? 1 : 0;
 }

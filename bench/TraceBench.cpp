@@ -1,15 +1,14 @@
 // What a call of the trace log costs without a log and for a category that is off, beside the look-up of the
 // category alone.
-#include <cstdio>
+#include <memory>
 
-#include "bench/Rounds.h"
+#include "bench/Comparison.h"
 #include "framework/GFrameworkScope.h"
 #include "framework/services/GTrace.h"
 #include "framework/streams/GMemoryOutStream.h"
 
 namespace {
 
-constexpr int cRounds = 31;
 constexpr int cCalls = 20000;
 
 }  // namespace
@@ -25,19 +24,17 @@ int main() {
     };
     volatile bool needed = false;
     const GTrace log(std::make_unique<GMemoryOutStream>(written));
-    const std::vector<double> times =
-        Rounds(cRounds, cCalls)
-            .Measure({{"no log", trace},
-                      {"off",
-                       [&] {
-                           GTrace::SetInstance(new GTrace(std::make_unique<GMemoryOutStream>(written)));
-                           trace();
-                           GTrace::SetInstance(nullptr);
-                       }},
-                      {"look-up", [&] {
-                           for (int i = 0; i < cCalls; ++i) needed = log.GetNeedsLogging(category);
-                       }}});
-    std::printf("trace without a log %7.4f us, off %7.4f us, the look-up alone %7.4f us\n", times[0],
-                times[1], times[2]);
+    const auto lookUp = [&] {
+        for (int i = 0; i < cCalls; ++i) needed = log.GetNeedsLogging(category);
+    };
+    Comparison::Run({.what = "trace without a log", .count = cCalls}, trace,
+                    {{"the look-up alone", {1.0, 1.5}, lookUp}});
+    const auto traceOff = [&] {
+        GTrace::SetInstance(new GTrace(std::make_unique<GMemoryOutStream>(written)));
+        trace();
+        GTrace::SetInstance(nullptr);
+    };
+    Comparison::Run({.what = "trace of a category that is off", .count = cCalls}, traceOff,
+                    {{"the look-up alone", {2.0, 3.0}, lookUp}});
     return written.IsEmpty() ? 0 : 1;
 }

@@ -5,15 +5,16 @@
 #include <string>
 #include <vector>
 
-#include "bench/Rounds.h"
+#include "bench/Comparison.h"
 #include "bench/SpoolerPort.h"
 #include "platform/win32/base/PWin32Api.h"
 #include "platform/win32/base/PWin32ScopedHandle.h"
 
 namespace {
 
-constexpr int cRounds = 31;
 constexpr int cWrites = 50;
+// A call is to cost two microseconds above the file's, which takes some twenty to fifty.
+constexpr Limits cLimits = {1.1, 1.25};
 
 class PlainFile {
 public:
@@ -51,19 +52,15 @@ bool Compare(SpoolerPort& port, std::size_t blockSize) {
     std::vector<BYTE> block(blockSize, 'x');
     PlainFile file;
     bool good = port.Start();
-    const std::vector<double> times = Rounds(cRounds, cWrites)
-                                          .Measure({{"port",
-                                                     [&] {
-                                                         for (int i = 0; i < cWrites; ++i)
-                                                             good = port.Write(block) && good;
-                                                     }},
-                                                    {"file", [&] {
-                                                         for (int i = 0; i < cWrites; ++i)
-                                                             good = file.Write(block) && good;
-                                                     }}});
-    port.End();
-    std::printf("%6u bytes: port %8.2f us, plain file and debug output %8.2f us, difference %6.2f us\n",
-                static_cast<unsigned>(blockSize), times[0], times[1], times[0] - times[1]);
+    Comparison::Run(
+        {.what = "write to the port", .size = static_cast<long>(blockSize), .count = cWrites, .unit = "us"},
+        [&] {
+            for (int i = 0; i < cWrites; ++i) good = port.Write(block) && good;
+        },
+        {{"file and debug output", cLimits, [&] {
+              for (int i = 0; i < cWrites; ++i) good = file.Write(block) && good;
+          }}});
+    good = port.End() && good;
     return good;
 }
 
@@ -75,7 +72,8 @@ int wmain(int argc, wchar_t** argv) {
         std::fputs("WritePortBench: the port cannot be opened\n", stderr);
         return 1;
     }
-    const bool good = Compare(port, 4096) && Compare(port, 65536);
+    bool good = true;
+    for (const std::size_t size : {512, 4096, 16384, 65536}) good = Compare(port, size) && good;
     if (!good) std::fputs("WritePortBench: a write failed\n", stderr);
     return good ? 0 : 1;
 }
