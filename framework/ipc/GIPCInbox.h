@@ -28,7 +28,7 @@ public:
     void Close();
     /// Takes the entry back, so that nobody finds the queue any more.
     void Unregister();
-    long GetRegistrationID() const noexcept { return mRegistrationID; }  ///< 1 to 32767
+    long GetRegistrationID() const noexcept { return mRegistrationID; }  ///< 1 to 32767; 0 once taken back
     /// Whether others find it: the entry stands in the registry, and the queue can be opened by its name.
     /// Throws GExceptionID::cCouldNotLockMutex when that could not be found out in time.
     bool IsIntact();

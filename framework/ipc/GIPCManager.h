@@ -129,7 +129,7 @@ public:
 protected:
     /// Opens the registries, which otherwise happens when they are first needed.
     void OpenRegistries() { mRegistries.Open(); }
-    /// False when the rules want none or the system refuses it.
+    /// False when the rules want none, when it is the session's own, or when the system refuses it.
     bool HasGlobalRegistry() { return mRegistries.GetGlobal() != nullptr; }
 
 private:

@@ -5,7 +5,7 @@
 
 /// GIPPrefix: the letters in a kernel object's name that tell what kind of object it is.
 struct QUILLON_EXPORT GIPPrefix {
-    static constexpr long cDefault = 0;           ///< no letters
+    static constexpr long cDefault = 0;           ///< none of the others
     static constexpr long cMutex = 1;             ///< a mutex that stands alone
     static constexpr long cSharedMemory = 2;      ///< the data of a shared segment
     static constexpr long cSharedMemoryLock = 3;  ///< the mutex that guards such a segment

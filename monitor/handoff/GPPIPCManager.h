@@ -37,7 +37,7 @@ public:
     /// Handles what is pending, and keeps failures to itself.
     ~GPPIPCManager() override;
 
-    using GIPCManager::HasGlobalRegistry;  ///< false when the system refuses global objects
+    using GIPCManager::HasGlobalRegistry;  ///< false where the one of the session is enough
 
     static constexpr long cMaxDelayedPerTarget = 64;  ///< kept messages for one target
     /// For how many milliseconds sending once waits, however many targets and queues there are. The end of a
