@@ -41,9 +41,9 @@ public:
 
     /// Of the user's programs, roaming with the user: `C:\Users\NAME\AppData\Roaming`.
     static GPathName GetUserApplicationDataFolder();
-    static GPathName GetUserPreferenceFolder();    ///< the same folder
+    static GPathName GetUserPreferenceFolder();    ///< on Windows the same
     static GPathName GetCommonAppDataFolder();     ///< of all users' programs: `C:\ProgramData`
-    static GPathName GetGlobalPreferenceFolder();  ///< the same folder
+    static GPathName GetGlobalPreferenceFolder();  ///< on Windows the same
     static GPathName GetDesktopFolder();           ///< of the user
     static GPathName GetUserDocumentsFolder();     ///< of the user
     static GPathName GetSystemFolder();            ///< `C:\Windows\System32`
