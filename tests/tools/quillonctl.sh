@@ -253,6 +253,14 @@ wine reg delete "$print_key\\Printers\\Büro €" /f >/dev/null
 rm "$installed"
 ctl 1 status
 says 'QuillonPortMonitor64.dll is missing'
+# Put back as it was, driver included, though another would do; what nobody sees stands in a file, mistakes, too.
+ctl 0 install --dll "$delivered" --ppd "$ppd" --driver 'Another PostScript' --printer 'Another'
+ctl 0 install --dll "$delivered" --printer 'Büro €' --log 'C:\install.log'
+ctl 2 install --printer 'a,b' --log 'C:\install.log'
+grep -q "the printer 'Büro €' with the driver 'Quillon PostScript'" "$WINEPREFIX/drive_c/install.log" || fail "no log"
+grep -q 'must not contain a comma' "$WINEPREFIX/drive_c/install.log" || fail "the log lacks the mistake"
+wine reg delete "$print_key\\Printers\\Büro €" /f >/dev/null
+rm "$installed"
 ctl 0 uninstall
 says "The printer 'Büro €' is gone already."
 unchanged_since "$scratch/fresh" "removal of what was half gone"

@@ -10,6 +10,9 @@ namespace {
 constexpr std::size_t cMaxConsoleUnits = 8192;
 constexpr std::size_t cMaxFileBytes = 1 << 20;
 
+// Open until the program ends.
+HANDLE sCopy = INVALID_HANDLE_VALUE;
+
 bool WriteToConsole(HANDLE console, std::wstring_view text) {
     while (!text.empty()) {
         const auto length = static_cast<DWORD>(std::min(text.size(), cMaxConsoleUnits));
@@ -31,6 +34,7 @@ bool WriteToFile(HANDLE file, std::string_view bytes) {
 }
 
 bool WriteToStream(DWORD streamID, std::wstring_view text) {
+    if (sCopy != INVALID_HANDLE_VALUE) WriteToFile(sCopy, ToUTF8(text));
     const HANDLE stream = ::GetStdHandle(streamID);
     if (stream == nullptr || stream == INVALID_HANDLE_VALUE) return false;
     DWORD consoleMode = 0;
@@ -46,6 +50,12 @@ bool Console::Write(std::wstring_view text) {
 
 bool Console::WriteError(std::wstring_view text) {
     return WriteToStream(STD_ERROR_HANDLE, text);
+}
+
+bool Console::CopyTo(const std::wstring& path) {
+    sCopy = ::CreateFileW(path.c_str(), FILE_APPEND_DATA, FILE_SHARE_READ, nullptr, OPEN_ALWAYS,
+                          FILE_ATTRIBUTE_NORMAL, nullptr);
+    return sCopy != INVALID_HANDLE_VALUE;
 }
 
 std::wstring MakePrintable(std::wstring text) {

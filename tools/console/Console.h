@@ -14,6 +14,9 @@ public:
     static bool Write(std::wstring_view text);
     /// Writes to the standard error output. False as above.
     static bool WriteError(std::wstring_view text);
+    /// From now on also appends all that is written to a file, in UTF-8, for runs that nobody sees. False
+    /// when the file cannot be opened. For the start of a program: no other thread may write meanwhile.
+    static bool CopyTo(const std::wstring& path);
 };
 
 /// The text with question marks for control characters: what comes from a document or its user must not

@@ -6,6 +6,7 @@
 #include "framework/core/paths/GPathName.h"
 #include "platform/win32/core/PWin32Wide.h"
 #include "tools/console/Arguments.h"
+#include "tools/console/Console.h"
 #include "tools/machine/Failure.h"
 
 namespace {
@@ -58,6 +59,17 @@ void AddFlag(CLI::App& command, const char* name, bool& value, const char* help)
     command.add_flag(name, value, help)->multi_option_policy(CLI::MultiOptionPolicy::Throw);
 }
 
+// Opened while the options are read, so that it also gets what is wrong with their values.
+void AddLogOption(CLI::App& command) {
+    const auto open = [](const std::string& path) {
+        if (!Console::CopyTo(FromUTF8(path)))
+            throw UsageFailure(L"The file " + FromUTF8(path) + L" of --log cannot be written.");
+    };
+    command.add_option_function<std::string>("--log", open, "also append what is told to this file")
+        ->type_name("FILE")
+        ->check(CLI::Validator(CheckValue, ""));
+}
+
 CLI::App& AddCommand(CLI::App& app, CommandLine& result, Command command, const char* name,
                      const char* help) {
     CLI::App* const added = app.add_subcommand(name, help);
@@ -78,8 +90,9 @@ void Describe(CLI::App& app, CommandLine& result, Values& values) {
     AddOption(install, "--ppd", "FILE", values.ppd, "under Wine: make the driver from this description");
     AddOption(install, "--dll", "FILE", values.library,
               "the monitor's library, else the one beside this program");
-    AddCommand(app, result, Command::cUninstall, "uninstall",
-               "remove what install has added, and nothing else");
+    AddLogOption(install);
+    AddLogOption(AddCommand(app, result, Command::cUninstall, "uninstall",
+                            "remove what install has added, and nothing else"));
     CLI::App& status = AddCommand(app, result, Command::cStatus, "status",
                                   "tell what is installed; 0 when jobs can be printed");
     AddFlag(status, "--json", result.json, "one JSON object, for programs");

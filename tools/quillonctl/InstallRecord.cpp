@@ -71,6 +71,13 @@ bool InstallRecord::Contains(Kind kind, const std::wstring& name) {
     return MachineKey::Open(GetKeyPath(kind)).QueryString(TextOf(name), detail, ULONG_MAX, type);
 }
 
+std::wstring InstallRecord::GetDetail(Kind kind, const std::wstring& name) {
+    unsigned long type = 0;
+    GString detail;
+    const bool found = MachineKey::Open(GetKeyPath(kind)).QueryString(TextOf(name), detail, ULONG_MAX, type);
+    return found ? std::wstring(AsWide(detail)) : std::wstring();
+}
+
 std::vector<InstallRecord::Entry> InstallRecord::GetEntries(Kind kind) {
     std::vector<Entry> entries;
     PRegistryKey key = MachineKey::Open(GetKeyPath(kind));

@@ -15,8 +15,12 @@ public:
     enum class Kind { cLibrary, cMonitor, cPortKey, cDriver, cPrinter, cPage };
     struct Entry {
         std::wstring name;
+<<<<<<< HEAD
         /// What else is needed: of a driver the description file made for it, or empty; of a page, which has
         /// the name of its printer, see PageRecord.
+=======
+        /// What else is needed: of a driver the description file made for it, of a printer its driver.
+>>>>>>> 178eacc (quillonctl: Keep a log for silent runs, and the driver of a printer)
         std::wstring detail;
     };
 
@@ -24,6 +28,8 @@ public:
     /// Forgets one thing, and the keys that are empty then. Forgetting what is not there is fine.
     static void Remove(Kind kind, const std::wstring& name);
     static bool Contains(Kind kind, const std::wstring& name);
+    /// Empty also when there is no such thing.
+    static std::wstring GetDetail(Kind kind, const std::wstring& name);
     static std::vector<Entry> GetEntries(Kind kind);
     static bool IsEmpty();
 };

@@ -160,7 +160,7 @@ void Installation::InstallPrinter() {
         Printers::Remove(name);
         InstallRecord::Remove(Kind::cPrinter, name);
     });
-    InstallRecord::Add(Kind::cPrinter, mPrinterName);
+    InstallRecord::Add(Kind::cPrinter, mPrinterName, driver);
     Say(L"Added the printer '" + mPrinterName + L"' with the driver '" + driver + L"'.");
 }
 
@@ -178,7 +178,11 @@ void Installation::CheckDriverOf(const PrinterInfo& printer) const {
 
 std::wstring Installation::InstallDriver() {
     if (!mWishes.ppd.empty()) return InstallDriverForWine();
-    return mWishes.driver.empty() ? UseAnyDriver() : UseNamedDriver();
+    if (!mWishes.driver.empty()) return UseNamedDriver();
+    // A printer of ours that has gone comes back as it was.
+    const std::wstring last = InstallRecord::GetDetail(Kind::cPrinter, mPrinterName);
+    if (!last.empty() && (Drivers::Find(last) || TakeDriverFromStore(last))) return last;
+    return UseAnyDriver();
 }
 
 std::wstring Installation::InstallDriverForWine() {
