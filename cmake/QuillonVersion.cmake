@@ -1,3 +1,7 @@
+# The product as the system's lists and dialogs name it. Its version stands in the CMakeLists.txt at the top.
+set(QUILLON_PRODUCT_NAME "Quillon Port Monitor")
+set(QUILLON_MAKER "Quillon")
+
 # quillon_version_resource(<target> <description>): the product's version and names as a resource of a library or
 # program, for the system to show.
 function(quillon_version_resource target description)
@@ -12,3 +16,6 @@ function(quillon_version_resource target description)
   configure_file(${PROJECT_SOURCE_DIR}/cmake/VersionInfo.rc.in ${target}.rc @ONLY)
   target_sources(${target} PRIVATE ${CMAKE_CURRENT_BINARY_DIR}/${target}.rc)
 endfunction()
+
+# The same for the packages (package/package.py).
+configure_file(${PROJECT_SOURCE_DIR}/package/product.json.in ${PROJECT_BINARY_DIR}/product.json @ONLY)
