@@ -1,30 +1,9 @@
 #pragma once
 
-#include <filesystem>
-#include <vector>
+#include "framework/files/GFolderIterator.h"
 
-#include "framework/core/paths/GPathName.h"
-
-/// PPosixFileSystemIteratorImp: the twin of PWin32FileSystemIteratorImp, where the calls are described.
-class PPosixFileSystemIteratorImp {
-public:
-    void BeginIterate(const GPathName& folder);
-    void BeginSubIterate();
-    bool GetFirstObject(GPathName& path, bool& isFolder);
-    bool GetNextObject(GPathName& path, bool& isFolder);
-    bool GetNextFileOrFolder(GPathName& path, bool& isFolder);
-    void EndIterate() noexcept;
-
+/// PPosixFileSystemIteratorImp: a GFolderIterator over this platform's folders.
+class QUILLON_EXPORT PPosixFileSystemIteratorImp : public GFolderIterator {
 private:
-    struct Level {
-        GPathName folder;
-        std::filesystem::directory_iterator entries;
-        bool isOnEntry = false;
-        bool hasBegun = false;
-    };
-
-    bool Take(GPathName& path, bool& isFolder);
-    bool IsOnFolder() const;
-
-    std::vector<Level> mLevels;  // the innermost last
+    std::unique_ptr<Folder> Open(const GPathName& path) const override;
 };
