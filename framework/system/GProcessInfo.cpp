@@ -4,16 +4,16 @@
 
 namespace {
 
-constinit GReplaceable<GProcessInfo> sInstance;
+constinit GReplaceable<GProcessInfo> sProcessInfo;
 
 }  // namespace
 
 GProcessInfo::~GProcessInfo() = default;
 
 GProcessInfo* GProcessInfo::GetInstance() {
-    return sInstance.Get([] { return CreateDefault(); });
+    return sProcessInfo.Get([] { return CreateDefault(); });
 }
 
 void GProcessInfo::SetInstance(GProcessInfo* info) {
-    sInstance.Set(info);
+    sProcessInfo.Set(info);
 }

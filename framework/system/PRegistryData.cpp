@@ -1,6 +1,7 @@
 #include "framework/system/PRegistryData.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "framework/core/encodings/GPlatformEncoding.h"
 #include "framework/core/encodings/GUnicodeEncoding.h"
@@ -35,13 +36,28 @@ long FindEnd(const GBuffer& bytes, long start, bool wide) {
     return wide ? zero * cUnit : zero;
 }
 
+GTable<GString> SplitStrings(const GBuffer& stored) {
+    GTable<GString> strings;
+    const bool wide = PRegistryData::IsWideStringTable(stored);
+    const long unit = wide ? cUnit : 1;
+    const bool isEnded = stored.GetRawData()[stored.GetLength() - 1] == 0;
+    // The last zero ends the whole; where there is only one, it ends the last string.
+    const long end = stored.GetLength() - (isEnded ? unit : 0);
+    for (long start = 0; start < end;) {
+        const long stringEnd = FindEnd(stored, start, wide);
+        strings.Append(Decode(stored.GetSubBuffer(start, stringEnd - start), wide));
+        start = stringEnd + unit;
+    }
+    return strings;
+}
+
 }  // namespace
 
 PRegistryData::PRegistryData(std::uint32_t type, const GBuffer& stored) : mType(type) {
     if (type == cString || type == cExpandableString) {
         mString = DecodeString(stored);
     } else if (type == cStringTable) {
-        mStrings = DecodeStringTable(stored);
+        SetStringTable(stored);
     } else if (type == cInt32 && stored.GetLength() == cNumber) {
         mInt32 = ToInt32(stored.GetRawData());
     } else {
@@ -63,18 +79,9 @@ bool PRegistryData::IsWideStringTable(const GBuffer& stored) noexcept {
     return std::all_of(end - 2 * cUnit, end, [](unsigned char byte) { return byte == 0; });
 }
 
-GTable<GString> PRegistryData::DecodeStringTable(const GBuffer& stored) {
-    GTable<GString> strings;
-    if (HasOnlyZeros(stored)) return strings;
-    const bool wide = IsWideStringTable(stored);
-    const long unit = wide ? cUnit : 1;
-    const bool isEnded = stored.GetRawData()[stored.GetLength() - 1] == 0;
-    // The last zero ends the whole; where there is only one, it ends the last string.
-    const long end = stored.GetLength() - (isEnded ? unit : 0);
-    for (long start = 0; start < end;) {
-        const long stringEnd = FindEnd(stored, start, wide);
-        strings.Append(Decode(stored.GetSubBuffer(start, stringEnd - start), wide));
-        start = stringEnd + unit;
-    }
-    return strings;
+void PRegistryData::SetStringTable(const GBuffer& stored) {
+    PRegistryData result;
+    result.mType = cStringTable;
+    if (!HasOnlyZeros(stored)) result.mStrings = SplitStrings(stored);
+    *this = std::move(result);
 }

@@ -34,15 +34,15 @@ public:
     /// Type 3, and every type that has no accessor of its own.
     const GBuffer& GetBuffer() const noexcept { return mBuffer; }
 
+    /// Becomes a multi-string (type 7). Its strings are in UTF-16, each ended by a zero unit, when the count
+    /// of bytes is even and the last four are zero, otherwise in the platform's 8-bit encoding, each ended by
+    /// a zero byte. The zero that ends the whole is no string. Zeros alone are an empty table, as that is
+    /// stored with one or with two.
+    void SetStringTable(const GBuffer& stored);
     /// One text: UTF-16, or the platform's 8-bit encoding when the count of bytes is odd. Zeros at the
     /// end do not belong to it.
     static GString DecodeString(const GBuffer& stored);
-    /// The strings of a multi-string: in UTF-16, each ended by a zero unit, when the count of bytes is
-    /// even and the last four are zero, otherwise in the platform's 8-bit encoding, each ended by a
-    /// zero byte. The zero that ends the whole is no string. Zeros alone are an empty table, as that is
-    /// stored with one or with two.
-    static GTable<GString> DecodeStringTable(const GBuffer& stored);
-    /// Whether DecodeStringTable() takes the bytes for UTF-16.
+    /// Whether SetStringTable() takes the bytes for UTF-16.
     static bool IsWideStringTable(const GBuffer& stored) noexcept;
 
 private:

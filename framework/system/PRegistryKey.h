@@ -67,7 +67,7 @@ public:
     /// `type`: 1 or 2.
     bool SetString(const GString& name, const GString& text, unsigned long type);
     /// A text (types 1 and 2) is in the platform's 8-bit encoding, with or without its zero; a
-    /// multi-string (type 7) may be in UTF-16, too (see PRegistryData::DecodeStringTable). All else is
+    /// multi-string (type 7) may be in UTF-16, too (see PRegistryData::SetStringTable). All else is
     /// written as it is.
     bool SetBuffer(const GString& name, const GBuffer& bytes, unsigned long type);
     bool RemoveValue(const GString& name);  ///< false when there is none, or when the system refuses
