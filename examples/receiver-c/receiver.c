@@ -1,6 +1,6 @@
 /* A processing application in plain C: shows the record of every job that it is told of. It uses nothing but
-   Windows and follows docs/messaging.md. Its program must be named PrinterProcessorWin.exe; the number of jobs
-   after which it ends may stand behind the name. */
+   Windows and follows docs/messaging.md and docs/formats.md. Its program must be named PrinterProcessorWin.exe; the
+   number of jobs after which it ends may stand behind the name. */
 #include <stdio.h>
 #include <stdlib.h>
 #include <string.h>

@@ -1,7 +1,7 @@
 #!/bin/sh
-# receiver_c.sh BUILD PREFIX: a receiver in C, which knows of the messaging what docs/messaging.md says, is told
-# of jobs when it is the first of the machine to listen, and when it is the second. It spoils nothing for the
-# other one, and leaves nothing behind. Another one, which uses QuillonReceiver64.dll, gets the files of jobs.
+# receiver_c.sh BUILD PREFIX: a receiver in C, which knows of the messaging what docs/messaging.md and docs/formats.md
+# say, is told of jobs when it is the first of the machine to listen, and when it is the second. It spoils nothing for
+# the other one, and leaves nothing behind. Another one, which uses QuillonReceiver64.dll, gets the files of jobs.
 set -eu
 build=$1
 . "$(dirname "$0")/chain.sh"
