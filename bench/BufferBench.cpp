@@ -111,11 +111,12 @@ void FindElements(long length) {
     }
 }
 
-// The first byte of the pattern stands there often, or at the end only.
+// The first byte of the pattern stands there often, once before, or at the end only.
 void FindPatterns(long length) {
-    for (const std::string_view pattern : {"XYZ", "XY", "aXY", "aX"}) {
-        const std::string text =
+    for (const std::string_view pattern : {"XYZ", "XY", "aXY", "aX", "AXY", "AX"}) {
+        std::string text =
             RandomText(static_cast<std::size_t>(length) - pattern.size()) + std::string(pattern);
+        text[text.size() / 4] = 'A';
         const GBuffer buffer = Borrowed(text), wanted = Borrowed(pattern);
         Search(
             "find the text " + std::string(pattern), length, [&] { return buffer.FindSubBuffer(wanted); },

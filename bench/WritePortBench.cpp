@@ -32,12 +32,16 @@ public:
     PlainFile(const PlainFile&) = delete;
     PlainFile& operator=(const PlainFile&) = delete;
 
+    bool WriteAlone(const std::vector<BYTE>& block) {
+        DWORD written = 0;
+        const auto size = static_cast<DWORD>(block.size());
+        return ::WriteFile(mFile.Get(), block.data(), size, &written, nullptr) && written == size;
+    }
+
     /// The file's write, and the two lines that each callback sends to a debugger.
     bool Write(const std::vector<BYTE>& block) {
-        DWORD written = 0;
         ::OutputDebugStringW(L"PPMWritePort");
-        const auto size = static_cast<DWORD>(block.size());
-        const bool done = ::WriteFile(mFile.Get(), block.data(), size, &written, nullptr) && written == size;
+        const bool done = WriteAlone(block);
         ::OutputDebugStringW(L"end PPMWritePort");
         return done;
     }

@@ -1,17 +1,20 @@
 #!/usr/bin/env python3
 """Puts what the benchmarks reported into one file, and judges it.
 
-    report.py ROWS FILE [--check]
+    report.py ROWS FILE [--check] [--library MAP LIBRARY]
 
 ROWS is a folder with a file for each benchmark, named after it, of one JSON object a line. FILE becomes
-{"machine": ..., "rows": [...]}; a row has the benchmark's name as its group. With --check the exit code is 1
-when a row is beyond its bar, or when a benchmark reported nothing.
+{"machine": ..., "rows": [...], "sizes": ...}; a row has the benchmark's name as its group, and the sizes are
+what sizes.py reads from the linker's map. With --check the exit code is 1 when a row is beyond its bar, or when
+a benchmark reported nothing.
 """
 import argparse
 import json
 import pathlib
 import platform
 import sys
+
+import sizes
 
 
 def machine():
@@ -57,9 +60,14 @@ def main():
     arguments.add_argument("rows", type=pathlib.Path)
     arguments.add_argument("file", type=pathlib.Path)
     arguments.add_argument("--check", action="store_true")
+    arguments.add_argument("--library", nargs=2, type=pathlib.Path)
     wanted = arguments.parse_args()
     rows, silent = read_rows(wanted.rows)
-    wanted.file.write_text(json.dumps({"machine": machine(), "rows": rows}, indent=1) + "\n")
+    run = {"machine": machine(), "rows": rows}
+    if wanted.library:
+        run["sizes"] = sizes.read(*wanted.library)
+        sizes.show(run["sizes"])
+    wanted.file.write_text(json.dumps(run, indent=1) + "\n")
 
     held = [row for row in rows if row["goal"]]
     beyond = [row for row in held if row["ratio"] > row["bar"] + NOISE]

@@ -5,8 +5,9 @@
 // missing values, stays loaded, and passes every other call on unchanged. It is registered as the monitor's
 // "Driver"; the value "RealDriver" of the same registry key names the DLL that it forwards to.
 //
-// A job is recognised by its document name among the first 2000 job numbers, so two jobs of one name that
-// are printed on the port at the same time can be mistaken for each other.
+// A job is recognised by its document name, among the numbers that follow the last one's or else the first
+// 2000, so two jobs of one name that are printed on the port at the same time can be mistaken for each other.
+#include <atomic>
 #include <string>
 #include <vector>
 
@@ -19,7 +20,13 @@
 
 namespace {
 
-constexpr DWORD cHighestJobId = 2000;
+// Job numbers from behind the first to the second.
+struct Range {
+    DWORD behind, last;
+};
+
+constexpr Range cFirstNumbers = {0, 2000};
+constexpr DWORD cNextNumbers = 16;
 
 struct Job {
     std::wstring printer;
@@ -34,8 +41,8 @@ public:
     }
 
     /// The highest number of a job of that document name, 0 when there is none. A null name fits every job.
-    DWORD FindJob(LPCWSTR document) const {
-        for (DWORD id = cHighestJobId; mHandle && id > 0; --id) {
+    DWORD FindJob(LPCWSTR document, const Range& numbers) const {
+        for (DWORD id = numbers.last; mHandle && id > numbers.behind; --id) {
             if (IsJob(id, document)) return id;
         }
         return 0;
@@ -69,13 +76,22 @@ std::vector<std::wstring> PrintersOnPort(const std::wstring& port) {
     return names;
 }
 
-/// The job that is being printed on the port; without one, the port's first printer and the number 0.
-Job FindJobOnPort(const std::wstring& port, LPCWSTR document) {
+Job FindJobAmong(const std::vector<std::wstring>& printers, LPCWSTR document, const Range& numbers) {
     Job found;
-    for (const std::wstring& name : PrintersOnPort(port)) {
-        const DWORD id = Printer(name).FindJob(document);
+    for (const std::wstring& name : printers) {
+        const DWORD id = Printer(name).FindJob(document, numbers);
         if (found.printer.empty() || id > found.id) found = {name, id};
     }
+    return found;
+}
+
+/// The job that is being printed on the port; without one, the port's first printer and the number 0.
+Job FindJobOnPort(const std::wstring& port, LPCWSTR document) {
+    static std::atomic<DWORD> sLast = 0;
+    const std::vector<std::wstring> printers = PrintersOnPort(port);
+    Job found = FindJobAmong(printers, document, {sLast, sLast + cNextNumbers});
+    if (found.id == 0) found = FindJobAmong(printers, document, cFirstNumbers);
+    if (found.id != 0) sLast = found.id;
     return found;
 }
 

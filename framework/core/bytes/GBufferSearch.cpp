@@ -265,22 +265,22 @@ long FindByBothEnds(const unsigned char* bytes, long length, const unsigned char
     return PatternSearch<Unit>(bytes, length, pattern, patternLength).FindFrom(start);
 }
 
-// Leaps from one occurrence of the first byte to the next, as long as they are rare. One stands at
-// `start`. Kept out of line, so that the caller, which finds that one, need not save registers for the
-// rest.
-[[gnu::noinline]] long FindByFirstByte(const unsigned char* bytes, long length, const unsigned char* pattern,
-                                       long patternLength, long start) {
+// Leaps from one occurrence of the first byte to the next, as long as they are rare. Kept out of line, so
+// that the caller, which has looked at the first one, need not save registers for the rest.
+inline long FindByFirstByte(const unsigned char* bytes, long length, const unsigned char* pattern,
+                            long patternLength, long start) {
     constexpr std::ptrdiff_t cRare = 64;  // bytes between two occurrences, on the average
     const unsigned char* place = bytes + start;
     const unsigned char* const end = bytes + length - patternLength + 1;
-    for (long leaps = 0; place - bytes >= start + (leaps - 2) * cRare; ++leaps) {
-        if (AreEqual(place, pattern, static_cast<std::size_t>(patternLength))) return place - bytes;
-        if (++place == end) return -1;
+    for (long leaps = 0; place < end; ++leaps, ++place) {
+        if (place - bytes < start + (leaps - 2) * cRare)
+            return FindByBothEnds<unsigned char>(bytes, length, pattern, patternLength, place - bytes);
         const void* const found = std::memchr(place, pattern[0], static_cast<std::size_t>(end - place));
         if (found == nullptr) return -1;
         place = static_cast<const unsigned char*>(found);
+        if (AreEqual(place, pattern, static_cast<std::size_t>(patternLength))) return place - bytes;
     }
-    return FindByBothEnds<unsigned char>(bytes, length, pattern, patternLength, place - bytes);
+    return -1;
 }
 
 }  // namespace
@@ -329,7 +329,7 @@ long GBuffer::FindSubBuffer(const GBuffer& pattern, long start, bool wide) const
         std::memchr(mData + start, *what, static_cast<std::size_t>(lastPlace - start) + 1);
     if (found == nullptr) return -1;
     const auto* const place = static_cast<const unsigned char*>(found);
-    if (count <= cShortRun && AreEqualShort(place, what, static_cast<std::size_t>(count)))
-        return place - mData;
-    return FindByFirstByte(mData, mLength, what, count, place - mData);
+    if (count > cShortRun) return FindByFirstByte(mData, mLength, what, count, place - mData);
+    if (AreEqualShort(place, what, static_cast<std::size_t>(count))) return place - mData;
+    return FindByFirstByte(mData, mLength, what, count, place - mData + 1);
 }

@@ -13,18 +13,15 @@ std::uint64_t LoadWord(const unsigned char* bytes) {
     return word;
 }
 
-// Every other byte of a word, the second, fourth, ... closed up.
-std::uint32_t OddBytes(std::uint64_t word) {
-    word &= 0x00FF00FF00FF00FF;
-    word = (word | word >> 8) & 0x0000FFFF0000FFFF;
-    return static_cast<std::uint32_t>(word | word >> 16);
-}
-
-// The hash of eight bytes that starts from 0, first byte highest in the word. Each byte moves up by
-// four bits for each one after it: bytes at odd places come to lie side by side, and so do those at
-// even places, rotated by four.
+// The hash of eight bytes that starts from 0, first byte highest in the word. Each byte moves up by four bits
+// for each one after it: of two neighbours the upper comes down to four bits above the lower, then each pair
+// to eight bits above the pair below, and at last the upper half over the lower.
 std::uint32_t FoldWord(std::uint64_t bigEndianWord) {
-    return OddBytes(bigEndianWord) ^ std::rotl(OddBytes(bigEndianWord >> 8), 4);
+    const std::uint64_t lowerBytes = bigEndianWord & 0x00FF00FF00FF00FF;
+    const std::uint64_t pairs = lowerBytes ^ (bigEndianWord ^ lowerBytes) >> 4;
+    const std::uint64_t lowerPairs = pairs & 0x0000FFFF0000FFFF;
+    const std::uint64_t fours = lowerPairs ^ (pairs ^ lowerPairs) >> 8;
+    return static_cast<std::uint32_t>(fours) ^ std::rotl(static_cast<std::uint32_t>(fours >> 32), 16);
 }
 
 // The bitwise sum of eight groups of eight bytes, and of each eight that follow.
@@ -40,35 +37,35 @@ std::uint64_t XorOfLongRun(const unsigned char* bytes, long runCount) {
     return static_cast<std::uint64_t>(_mm_cvtsi128_si64(_mm_xor_si128(sum, _mm_unpackhi_epi64(sum, sum))));
 }
 
-// The bitwise sum of all whole eight-byte groups.
-std::uint64_t XorOfGroups(const unsigned char* bytes, long length) {
-    std::uint64_t sum = 0;
-    if (length >= 64) {
-        sum = XorOfLongRun(bytes, length / 64);
-        bytes += length / 64 * 64;
-        length %= 64;
-    }
-    for (; length >= 8; length -= 8, bytes += 8) sum ^= LoadWord(bytes);
-    return sum;
-}
-
-std::uint64_t LoadTail(const unsigned char* bytes, long count) {
+std::uint64_t LoadFew(const unsigned char* bytes, long count) {
     std::uint64_t word = 0;
     for (long i = 0; i < count; ++i) word = word << 8 | bytes[i];
     return word;
 }
 
+// The bitwise sum of the groups of eight bytes, counted from the end. The first bytes make a group of their
+// own, in front of which zeros stand.
+std::uint64_t XorOfGroups(const unsigned char* bytes, long length) {
+    const auto zeroBits = (0 - 8 * static_cast<unsigned long>(length)) % 64;
+    std::uint64_t sum = 0;
+    if (length >= 64) {
+        const long runCount = length / 64;
+        sum = XorOfLongRun(bytes + length - 64 * runCount, runCount);
+        length -= 64 * runCount;
+        if (length < 8) return sum ^ __builtin_bswap64(LoadFew(bytes, length));
+    }
+    for (; length > 8; length -= 8) sum ^= LoadWord(bytes + length - 8);
+    return sum ^ LoadWord(bytes) << zeroBits;
+}
+
 }  // namespace
 
 std::uint32_t GByteHash::Of(const unsigned char* bytes, long length) noexcept {
-    // Eight bytes rotate the hash by 32 bits, which leaves it as it was, and each byte is added by XOR.
-    // So the groups of eight can be added up first, and only their sum is folded.
-    auto hash = static_cast<std::uint32_t>(length);
-    const int tail = static_cast<int>(length % 8);
-    if (length < 8) return std::rotl(hash, 4 * tail) ^ FoldWord(LoadTail(bytes, length));
-    hash ^= FoldWord(__builtin_bswap64(XorOfGroups(bytes, length)));
-    if (tail == 0) return hash;
-    const std::uint64_t tailWord =
-        __builtin_bswap64(LoadWord(bytes + length - 8)) & ((1ULL << (8 * tail)) - 1);
-    return std::rotl(hash, 4 * tail) ^ FoldWord(tailWord);
+    // Eight bytes rotate the hash by 32 bits, which leaves it as it was, and each byte is added by XOR. So
+    // groups of eight can be added up first, and only their sum is folded.
+    const auto count = static_cast<std::uint32_t>(length);
+    const std::uint32_t start = std::rotl(count, static_cast<int>(4 * count));
+    const std::uint64_t sum =
+        length < 8 ? LoadFew(bytes, length) : __builtin_bswap64(XorOfGroups(bytes, length));
+    return start ^ FoldWord(sum);
 }

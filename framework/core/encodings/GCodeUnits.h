@@ -49,16 +49,17 @@ struct GCodeUnits {
         return AreAll(NotAbove(_mm_or_si128(low, high), 0xFF)) && AreBetween(vector, least, most);
     }
 
-    /// cLongBlock bytes below 0x80 to as many units.
-    static bool WidenLongBlock(const unsigned char* bytes, unsigned char* units) noexcept {
-        __m128i any = _mm_setzero_si128();
+    /// cLongBlock bytes from `least`, which is 0 or 1, to 0x7F to as many units.
+    static bool WidenLongBlock(const unsigned char* bytes, unsigned char* units, int least = 0) noexcept {
+        const __m128i below = _mm_set1_epi8(static_cast<char>(least - 1));
+        __m128i all = _mm_set1_epi8(-1);
         for (std::size_t i = 0; i < cLongBlock; i += 16) {
             const __m128i vector = LoadVector(bytes + i);
             StoreVector(units + 2 * i, _mm_unpacklo_epi8(vector, _mm_setzero_si128()));
             StoreVector(units + 2 * i + 16, _mm_unpackhi_epi8(vector, _mm_setzero_si128()));
-            any = _mm_or_si128(any, vector);
+            all = _mm_and_si128(all, _mm_cmpgt_epi8(vector, below));
         }
-        return _mm_movemask_epi8(any) == 0;
+        return AreAll(all);
     }
 
     /// cLongBlock units below 0x80 to as many bytes.
@@ -73,14 +74,16 @@ struct GCodeUnits {
         return AreAll(NotAbove(any, 0x7F));
     }
 
-    /// Widens the leading bytes below 0x80; returns how many were. `units` takes as many as `bytes`.
-    static std::size_t WidenASCII(const unsigned char* bytes, std::size_t length,
-                                  unsigned char* units) noexcept {
+    /// Widens the leading bytes from `least`, which is 0 or 1, to 0x7F; returns how many were. `units` takes
+    /// as many as `bytes`.
+    static std::size_t WidenASCII(const unsigned char* bytes, std::size_t length, unsigned char* units,
+                                  int least = 0) noexcept {
         std::size_t done = 0;
-        while (length - done >= cLongBlock && WidenLongBlock(bytes + done, units + 2 * done))
+        while (length - done >= cLongBlock && WidenLongBlock(bytes + done, units + 2 * done, least))
             done += cLongBlock;
-        while (length - done >= 16 && WidenBlock(bytes + done, units + 2 * done, 0, 0x7F)) done += 16;
-        for (; done < length && bytes[done] < 0x80; ++done) Store(units, done, bytes[done]);
+        while (length - done >= 16 && WidenBlock(bytes + done, units + 2 * done, least, 0x7F)) done += 16;
+        for (; done < length && bytes[done] >= least && bytes[done] < 0x80; ++done)
+            Store(units, done, bytes[done]);
         return done;
     }
 

@@ -49,6 +49,34 @@ Progress ReadUTF8(const unsigned char* bytes, std::size_t length, unsigned char*
     return progress;
 }
 
+struct ReadText {
+    GBuffer utf16;  // of an invalid text, what stands before the first invalid byte
+    bool isValid = true;
+    bool hasZero = false;
+};
+
+// Goes on behind `ascii` bytes that have been read already. The result has just the room that it takes.
+void ReadMixed(const unsigned char* bytes, std::size_t length, std::size_t ascii, ReadText& text) {
+    const std::size_t room = GCodeUnits::CountSequences(bytes + ascii, length - ascii);
+    GBuffer mixed = MakeEncodingOutput(2 * (ascii + room));
+    if (ascii != 0) std::memcpy(mixed.GetWritePtr(), text.utf16.GetRawData(), 2 * ascii);
+    unsigned char* const rest = mixed.GetWritePtr() + 2 * ascii;
+    const Progress progress = ReadUTF8(bytes + ascii, length - ascii, rest, room);
+    mixed.SetLength(static_cast<long>(2 * (ascii + progress.written)));
+    text.utf16 = std::move(mixed);
+    text.isValid = ascii + progress.read == length;
+    text.hasZero = std::memchr(bytes + ascii, 0, length - ascii) != nullptr;
+}
+
+// Most texts are ASCII without a zero: that is tried before anything is counted.
+void ReadUTF8(const unsigned char* bytes, std::size_t length, ReadText& text) {
+    // What is too long for a buffer as ASCII may be short enough as another text.
+    const std::size_t tried = std::min(length, std::size_t{GBuffer::cMaxLength} / 2);
+    text.utf16 = MakeEncodingOutput(2 * tried);
+    const std::size_t ascii = GCodeUnits::WidenASCII(bytes, tried, text.utf16.GetWritePtr(), 1);
+    if (ascii < length) ReadMixed(bytes, length, ascii, text);
+}
+
 // Writes one unit; returns how many bytes that took.
 std::size_t WriteUnit(std::uint16_t unit, unsigned char* bytes) {
     if (unit < 0x80) {
@@ -123,17 +151,11 @@ long GUTF8Encoding::ConvertFrom(const GBuffer& bytes, const GEncoding* source, G
 long GUTF8Encoding::ConvertTo(const GBuffer& bytes, const GUnicodeEncoding*, GBuffer& out) const {
     const unsigned char* source = bytes.GetRawData();
     const auto length = static_cast<std::size_t>(bytes.GetLength());
-    const std::size_t room = GCodeUnits::CountSequences(source, length);
-    GBuffer result = MakeEncodingOutput(2 * room);
-    const Progress progress = ReadUTF8(source, length, result.GetWritePtr(), room);
-    result.SetLength(static_cast<long>(2 * progress.written));
-    long code = cInvalid;
-    if (progress.read == length) {
-        const bool hasZero = length != 0 && std::memchr(source, 0, length) != nullptr;
-        code = hasZero ? cReplaced : cConverted;
-    }
-    out = std::move(result);
-    return code;
+    ReadText text;
+    ReadUTF8(source, length, text);
+    out = std::move(text.utf16);
+    if (!text.isValid) return cInvalid;
+    return text.hasZero ? cReplaced : cConverted;
 }
 
 bool GUTF8Encoding::GetGlyphName(const GCharCode& code, GBuffer& name) const {

@@ -61,7 +61,7 @@ TEST(GBufferSearch, SubBuffersAgreeWithTheStandardLibrary) {
         std::string text, pattern;
         for (unsigned i = random() % (round % 8 == 0 ? 4 : 400); i > 0; --i)
             text += random() % rarity == 0 ? 'a' : 'b';
-        const auto start = static_cast<long>(random() % 14) - 4;
+        const auto start = static_cast<long>(random() % (round % 5 == 0 ? 400 : 14)) - 4;
         if (text.size() > 30 && round % 3 != 0) pattern = text.substr(random() % text.size(), random() % 30);
         if (pattern.empty()) pattern = round % 4 == 0 ? "ab" : round % 4 == 1 ? "" : "aab";
         // As units whose bytes stand in each other's, so that they are also found across two of them.
