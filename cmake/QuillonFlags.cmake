@@ -1,11 +1,18 @@
-# Compiler and linker settings that every target of the project shares.
-add_library(quillon_flags INTERFACE)
+# What whoever compiles our headers needs. It travels with the targets that others link.
+add_library(quillon_interface INTERFACE)
 if(WIN32)
-  set(QUILLON_PLATFORM_FOLDER ${PROJECT_SOURCE_DIR}/platform/win32)
+  set(QUILLON_PLATFORM_FOLDER platform/win32)
 else()
-  set(QUILLON_PLATFORM_FOLDER ${PROJECT_SOURCE_DIR}/platform/posix)
+  set(QUILLON_PLATFORM_FOLDER platform/posix)
 endif()
-target_include_directories(quillon_flags INTERFACE ${PROJECT_SOURCE_DIR} ${QUILLON_PLATFORM_FOLDER})
+target_compile_features(quillon_interface INTERFACE cxx_std_20)
+target_include_directories(quillon_interface INTERFACE
+  $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}> $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/${QUILLON_PLATFORM_FOLDER}>
+  $<INSTALL_INTERFACE:include/quillon> $<INSTALL_INTERFACE:include/quillon/${QUILLON_PLATFORM_FOLDER}>)
+
+# Compiler and linker settings that every target of the project shares, and nobody else's.
+add_library(quillon_flags INTERFACE)
+target_link_libraries(quillon_flags INTERFACE quillon_interface)
 target_compile_options(quillon_flags INTERFACE
   -Wall -Wextra -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual -Wvla -Werror
   -fstack-protector-strong
@@ -18,6 +25,8 @@ if(WIN32)
   # A DLL in the spooler brings its run-time library along: -static leaves system DLLs only.
   target_link_options(quillon_flags INTERFACE
     -static -fstack-protector-strong -Wl,--dynamicbase -Wl,--high-entropy-va -Wl,--nxcompat -Wl,--no-insert-timestamp)
+  set(QUILLON_SYSTEM_LIBRARIES
+    bcrypt winspool wtsapi32 advapi32 shell32 secur32 psapi iphlpapi dbghelp ole32 uuid version ntdll)
 else()
   if(QUILLON_SANITIZE)
     target_compile_options(quillon_flags INTERFACE

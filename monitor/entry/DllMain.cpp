@@ -170,16 +170,19 @@ void StartCOM() {
     }
 }
 
-/// Whatever fails here, the module loads: jobs are written all the same.
-void Attach(HINSTANCE module) {
+/// Whatever fails here, the module loads: jobs are written all the same. A program that is linked with the
+/// module has it loaded as it starts, for the framework's sake: it decides itself what COM its thread has,
+/// and when it listens.
+void Attach(HINSTANCE module, bool loadedWithProgram) {
     PSystem::Trace(L"DLL_PROCESS_ATTACH");
     std::construct_at(&sStorage.mMonitor)->mState.sModuleHandle = module;
     try {
         ::DisableThreadLibraryCalls(module);
         PSystem::SetHInstance(module);
-        StartCOM();
+        if (!loadedWithProgram) StartCOM();
         // Also where the messaging cannot be started: the trace log is to tell why.
         GBasicFrameworkCoreLayer::Initialize();
+        if (loadedWithProgram) return;
         PSystem::Trace(L"GPPPrinterProcessorLayer::Initialize");
         GPPPrinterProcessorLayer::Initialize();
     } catch (...) {
@@ -235,7 +238,8 @@ __declspec(dllexport) LPMONITOR2 WINAPI InitializePrintMonitor2(PMONITORINIT ini
 
 __declspec(dllexport) BOOL WINAPI DllMain(HINSTANCE module, DWORD reason, LPVOID reserved) {
     PSystem::Trace(L"DLLMain");
-    if (reason == DLL_PROCESS_ATTACH) Attach(module);
+    // For an attach, `reserved` tells of a program that is being loaded, for a detach of a process that ends.
+    if (reason == DLL_PROCESS_ATTACH) Attach(module, reserved != nullptr);
     if (reason == DLL_PROCESS_DETACH) Detach(module, reserved != nullptr);
     return TRUE;
 }

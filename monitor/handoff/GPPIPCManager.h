@@ -1,5 +1,6 @@
 #pragma once
 
+#include "framework/core/GExport.h"
 #include "framework/ipc/GIPCManager.h"
 
 /// GPPIPCManager: the messages between the monitor and the processing applications.
@@ -14,7 +15,7 @@
 /// A process's queue that cannot be opened is passed over while another one of it can. A message sent once
 /// waits to be taken. Kept messages are tried on every tick without waiting; they are dropped when their
 /// target has ended or their queue is gone, and beyond 64 for one target, oldest first.
-class GPPIPCManager : public GIPCManager {
+class QUILLON_EXPORT GPPIPCManager : public GIPCManager {
 public:
     using ManagerType = GIPCMessageQueueMgr::ManagerType;  ///< for all users, or one for tests
 

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 
+#include "framework/core/GExport.h"
 #include "framework/core/bytes/GBuffer.h"
 #include "framework/core/containers/GDict.h"
 #include "framework/core/text/GString.h"
@@ -12,7 +13,7 @@ class GPathName;
 ///
 /// It travels as the data of a message of the type cMessageType. A value that is missing reads as
 /// empty. One thread at a time; throws only for want of memory.
-class GPPJobRecord {
+class QUILLON_EXPORT GPPJobRecord {
 public:
     /// The type of the message that carries a job record.
     static constexpr std::int32_t cMessageType = 145;

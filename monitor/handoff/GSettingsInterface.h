@@ -1,5 +1,6 @@
 #pragma once
 
+#include "framework/core/GExport.h"
 #include "framework/core/bytes/GBuffer.h"
 #include "framework/core/containers/GDict.h"
 #include "framework/core/text/GString.h"
@@ -31,7 +32,7 @@ struct GPPSettingsKey {
 ///
 /// Keys are ASCII, values any text. Throws only for want of memory, except where the derived class
 /// says otherwise. One thread at a time.
-class GSettingsInterface {
+class QUILLON_EXPORT GSettingsInterface {
 public:
     GSettingsInterface() = default;
     GSettingsInterface(const GSettingsInterface& other) = default;

@@ -1,10 +1,12 @@
 #pragma once
 
+#include "platform/base/PExport.h"
+
 /// PWin32CriticalSection: a CRITICAL_SECTION that is made and deleted with its object.
 ///
 /// Recursive: the thread that holds it may lock it again and unlocks it as often. A waiting thread
 /// spins shortly before it sleeps. Any thread may call; a thread unlocks only what it has locked.
-class PWin32CriticalSection {
+class QUILLON_EXPORT PWin32CriticalSection {
 public:
     PWin32CriticalSection() noexcept;
     ~PWin32CriticalSection();

@@ -3,6 +3,8 @@
 #include <cstdint>
 #include <utility>
 
+#include "platform/base/PExport.h"
+
 // The value that means "none" and the call that closes differ from one kind of handle to the next.
 
 /// What the system marks as "none" by null, as most of its calls do.
@@ -11,7 +13,7 @@ struct PWin32NullableHandle {
 };
 
 /// Mappings, mutexes, events, processes, threads, tokens.
-struct PWin32KernelHandle : PWin32NullableHandle {
+struct QUILLON_EXPORT PWin32KernelHandle : PWin32NullableHandle {
     static void Close(void* handle) noexcept;
 };
 
@@ -21,33 +23,33 @@ struct PWin32FileHandle : PWin32KernelHandle {
 };
 
 /// What FindFirstFileW gives.
-struct PWin32SearchHandle {
+struct QUILLON_EXPORT PWin32SearchHandle {
     static void* None() noexcept { return PWin32FileHandle::None(); }
     static void Close(void* handle) noexcept;
 };
 
 /// What OpenPrinterW and AddPrinterW give.
-struct PWin32PrinterHandle : PWin32NullableHandle {
+struct QUILLON_EXPORT PWin32PrinterHandle : PWin32NullableHandle {
     static void Close(void* handle) noexcept;
 };
 
 /// An open registry key, none of the predefined ones.
-struct PWin32RegistryHandle : PWin32NullableHandle {
+struct QUILLON_EXPORT PWin32RegistryHandle : PWin32NullableHandle {
     static void Close(void* handle) noexcept;
 };
 
 /// A library from LoadLibraryExW.
-struct PWin32ModuleHandle : PWin32NullableHandle {
+struct QUILLON_EXPORT PWin32ModuleHandle : PWin32NullableHandle {
     static void Close(void* handle) noexcept;
 };
 
 /// A block that the system hands out to be freed by LocalFree: texts of FormatMessageW, security descriptors.
-struct PWin32LocalBlock : PWin32NullableHandle {
+struct QUILLON_EXPORT PWin32LocalBlock : PWin32NullableHandle {
     static void Close(void* block) noexcept;
 };
 
 /// A view from MapViewOfFile.
-struct PWin32MappedView : PWin32NullableHandle {
+struct QUILLON_EXPORT PWin32MappedView : PWin32NullableHandle {
     static void Close(void* view) noexcept;
 };
 

@@ -8,10 +8,15 @@
 #include "framework/core/errors/GExceptionHandler.h"
 #include "framework/core/errors/GExceptionLocation.h"
 #include "framework/files/GFileSystem.h"
+#include "framework/ipc/GWaitBudget.h"
+#include "monitor/handoff/GPPHandOffScope.h"
+#include "monitor/handoff/GPPIPCManager.h"
 #include "platform/win32/core/PWin32SystemException.h"
 
 #include "platform/win32/base/PWin32Api.h"
 #include "tests/Testing.h"
+
+#include <objbase.h>
 
 namespace {
 
@@ -32,8 +37,18 @@ class MonitorDllClient : public testing::Test {
     GFrameworkScope mFramework;
 };
 
-TEST_F(MonitorDllClient, CatchesByTypeWhatTheDllThrows) {
+// The COM of its threads and its messages are the program's own business.
+TEST_F(MonitorDllClient, FindsNothingStartedButTheFramework) {
     ASSERT_NE(::GetModuleHandleW(L"QuillonPortMonitor64.dll"), nullptr);
+    EXPECT_EQ(::CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED), S_OK);
+    ::CoUninitialize();
+    EXPECT_EQ(GPPIPCManager::GetInstance(), nullptr);
+    GWaitBudget budget(1000);
+    const GPPHandOffScope handOff(&budget);
+    EXPECT_NE(GPPIPCManager::GetInstance(), nullptr);
+}
+
+TEST_F(MonitorDllClient, CatchesByTypeWhatTheDllThrows) {
     const GExceptionLocation where(GString("here"));
     ::SetLastError(87);
     EXPECT_THROW(PWin32SystemException::CheckForErrors(0), PWin32SystemException);

@@ -30,7 +30,7 @@ foreign=$(printf '%s\n' "$names" |
 
 # Each class that a header marks for export has a function or table among the exports.
 for class in $(sed -n 's/^\(class\|struct\) QUILLON_EXPORT\(_INLINE\)\? \([A-Za-z0-9]*\).*/\3/p' \
-    $(find "$root/framework" -name "*.h")); do
+    $(find "$root/framework" "$root/platform/win32" "$root/monitor/handoff" -name "*.h")); do
     # All of this one is inline.
     [ "$class" != GFastAllocatable ] || continue
     printf '%s\n' "$exports" | grep -q "${#class}$class" || complain "nothing of $class is exported"
