@@ -22,13 +22,13 @@ public:
         Folder& operator=(const Folder&) = delete;
         virtual ~Folder();
 
-        /// Go to the first or next entry; false behind the last. First() comes before all else.
+        ///@{ Go to the first or next entry; false behind the last. First() comes before all else.
         virtual bool First() = 0;
         virtual bool Next() = 0;
-        /// Of the entry.
-        virtual GPathName GetPath() const = 0;
-        virtual bool IsFolder() const = 0;
-        virtual bool LeadsElsewhere() const = 0;
+        ///@}
+        virtual GPathName GetPath() const = 0;    ///< of the entry
+        virtual bool IsFolder() const = 0;        ///< whether the entry is one
+        virtual bool LeadsElsewhere() const = 0;  ///< whether the entry is a junction or link
     };
 
     GFolderIterator(const GFolderIterator&) = delete;
@@ -40,9 +40,10 @@ public:
     /// Goes down into the folder that was met last; EndIterate() comes back from there. Throws
     /// GSimpleException cFileNotFound when that was no folder.
     void BeginSubIterate();
-    /// The first or the next one in the folder; false, with the outputs left alone, behind the last.
+    ///@{ The first or the next one in the folder; false, with the outputs left alone, behind the last.
     bool GetFirstObject(GPathName& path, bool& isFolder);
     bool GetNextObject(GPathName& path, bool& isFolder);
+    ///@}
     /// The next one of all that is in the folder and below it, each folder before what is in it. A folder
     /// that leads elsewhere (a junction or link) is met, but not gone into.
     bool GetNextFileOrFolder(GPathName& path, bool& isFolder);

@@ -40,11 +40,25 @@ static int count_files(const wchar_t *pattern) {
     return count;
 }
 
+static void remove_folder(void) {
+    wchar_t path[MAX_PATH];
+    WIN32_FIND_DATAW entry;
+    swprintf(path, MAX_PATH, L"%ls\\anna\\Proof\\*", folder);
+    HANDLE entries = FindFirstFileW(path, &entry);
+    if (entries == INVALID_HANDLE_VALUE) return;
+    do swprintf(path, MAX_PATH, L"%ls\\anna\\Proof\\%ls", folder, entry.cFileName), DeleteFileW(path);
+    while (FindNextFileW(entries, &entry));
+    FindClose(entries);
+    for (const wchar_t *const *below = (const wchar_t *[]){L"\\anna\\Proof", L"\\anna", L"", NULL}; *below; ++below)
+        swprintf(path, MAX_PATH, L"%ls%ls", folder, *below), RemoveDirectoryW(path);
+}
+
 /* The library finds the spooler's temporary folder where Windows would, and must not yet be asked. */
 static void make_folder(void) {
     wchar_t below[MAX_PATH];
     GetTempPathW(MAX_PATH, below);
     swprintf(folder, MAX_PATH, L"%lsc_interface%lu", below, GetCurrentProcessId());
+    remove_folder();
     CreateDirectoryW(folder, NULL);
     SetEnvironmentVariableW(L"TMP", folder);
     swprintf(below, MAX_PATH, L"%ls\\anna", folder), CreateDirectoryW(below, NULL);
@@ -210,6 +224,7 @@ int main(void) {
     CHECK(CoInitializeEx(NULL, COINIT_APARTMENTTHREADED), S_OK);
     /* A process may also end with its receiver open. */
     CHECK(quillon_open(0, &receiver), QUILLON_OK);
+    remove_folder();
     if (failures == 0) puts("All as it should be.");
     return failures;
 }
