@@ -7,6 +7,7 @@ import uuid
 
 from contents import PROGRAMS, Problem, files_of, run
 
+KINDS = {".exe": "BINARY", ".dll": "BINARY", ".lib": "ARCHIVE", ".h": "SOURCE"}
 COMPILER = "x86_64-w64-mingw32-g++-posix"
 
 
@@ -49,11 +50,10 @@ def check_headers(headers, libraries):
 
 def describe_file(path, folder, number):
     data = path.read_bytes()
-    kind = "BINARY" if path.suffix in PROGRAMS else "DOCUMENTATION" if path.suffix in (".md", ".txt") else "SOURCE"
     return {
         "SPDXID": f"SPDXRef-File-{number}",
         "fileName": "./" + path.relative_to(folder).as_posix(),
-        "fileTypes": [kind],
+        "fileTypes": [KINDS.get(path.suffix, "DOCUMENTATION")],
         "checksums": [{"algorithm": "SHA1", "checksumValue": hashlib.sha1(data).hexdigest()},
                       {"algorithm": "SHA256", "checksumValue": hashlib.sha256(data).hexdigest()}],
         "licenseConcluded": "NOASSERTION",
