@@ -22,6 +22,11 @@ def guid(name):
     return "{" + str(uuid.uuid5(UPGRADE_CODE, name)).upper() + "}"
 
 
+def product_code(product):
+    """The same for each build of one version."""
+    return guid("version " + product["version"])
+
+
 def file_id(path):
     return path.replace("/", ".").replace("-", "_")
 
@@ -103,7 +108,7 @@ def make(package, staged, product, description, epoch):
     folder.mkdir(exist_ok=True)
     write_parts(staged, folder)
     variables = {
-        "ProductCode": guid("version " + product["version"]), "UpgradeCode": "{" + str(UPGRADE_CODE).upper() + "}",
+        "ProductCode": product_code(product), "UpgradeCode": "{" + str(UPGRADE_CODE).upper() + "}",
         "ChoicesGuid": guid("choices"), "Name": product["name"], "Version": product["version"],
         "Maker": product["maker"], "Description": product["description"],
     }

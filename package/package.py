@@ -73,6 +73,7 @@ def write_sums(path, files):
 
 
 def make(build, output):
+    """Makes everything; returns what to tell of it."""
     product = json.loads((build / "product.json").read_text())
     epoch = get_epoch()
     signing = signing_options()
@@ -94,14 +95,13 @@ def make(build, output):
         sign(package, product["name"], signing)
     write_zip(archive, staged, base, epoch)
     write_sums(output / "SHA256SUMS", [package, archive])
-    return [package, archive]
+    return [package, archive, f"Product code of the MSI: {msi.product_code(product)}"]
 
 
 if __name__ == "__main__":
     if len(sys.argv) != 3:
         sys.exit(__doc__)
     try:
-        for made in make(pathlib.Path(sys.argv[1]).resolve(), pathlib.Path(sys.argv[2]).resolve()):
-            print(made)
+        print(*make(pathlib.Path(sys.argv[1]).resolve(), pathlib.Path(sys.argv[2]).resolve()), sep="\n")
     except Problem as problem:
         sys.exit(f"package.py: {problem}")
