@@ -1,5 +1,5 @@
 // A processing application: it is told about every job file that the port monitor has written.
-// Copy this folder, and put what you do with a job in the place of JobQueue.
+// Copy this folder and receiver/, and put what you do with a job in the place of JobQueue.
 #include <exception>
 #include <optional>
 #include <string>

@@ -111,16 +111,22 @@ void JobReceiver::Listen(JobIntake& intake) {
         [this](const std::wstring& line) { Report(line); });
     listener.Tick();
     mIsListening = listener.IsListening();
-    for (mStart.set_value(Start::cDone); !mIsStopped; mIsListening = listener.IsListening()) {
-        if (mOptions.pending && listener.IsListening() && intake.IsLookDue()) TakePending(intake);
+    mStart.set_value(Start::cDone);
+    while (!mIsStopped) {
         try {
-            listener.Wait(cTickMilliseconds, {mStop.Get()});
+            TakeTurn(listener, intake);
         } catch (const std::bad_alloc&) {
             ::Sleep(cTickMilliseconds);
         }
-        listener.Tick();
     }
     mIsListening = false;
+}
+
+void JobReceiver::TakeTurn(JobListener& listener, JobIntake& intake) {
+    if (mOptions.pending && listener.IsListening() && intake.IsLookDue()) TakePending(intake);
+    listener.Wait(cTickMilliseconds, {mStop.Get()});
+    listener.Tick();
+    mIsListening = listener.IsListening();
 }
 
 void JobReceiver::TakePending(JobIntake& intake) {

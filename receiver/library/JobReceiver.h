@@ -14,6 +14,7 @@
 #include "receiver/library/ReceivedJob.h"
 
 class JobIntake;
+class JobListener;
 struct Job;
 
 /// JobReceiver: hears of jobs and takes their files over, on a thread of its own, and keeps them until
@@ -54,6 +55,7 @@ private:
 
     void Run() noexcept;
     void Listen(JobIntake& intake);
+    void TakeTurn(JobListener& listener, JobIntake& intake);
     void TakePending(JobIntake& intake);
     void Add(Job job);
     std::optional<ReceivedJob> Pop();

@@ -15,8 +15,8 @@ public:
     enum class Kind { cLibrary, cMonitor, cPortKey, cDriver, cPrinter, cPage };
     struct Entry {
         std::wstring name;
-        /// What else is needed: of a driver the description file made for it, or empty; of a printer its driver;
-        /// of a page, which has the name of its printer, see PageRecord.
+        /// What else is needed: of a driver the description file made for it, or empty; of a printer its
+        /// driver; of a page, which has the name of its printer, see PageRecord.
         std::wstring detail;
     };
 

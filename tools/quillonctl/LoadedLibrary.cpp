@@ -21,7 +21,8 @@ using KernelHandle = PWin32ScopedHandle<PWin32KernelHandle>;
 constexpr std::size_t cPageBytes = 4096;
 using Header = std::vector<unsigned char>;
 
-// The linker's sum over the file stands in its header. The loader changes the address that the file wishes for.
+// The linker's sum over the file stands in its header. The loader changes the address that the file wishes
+// for.
 void ForgetAddress(Header& header) {
     constexpr std::size_t cAddress =
         offsetof(IMAGE_NT_HEADERS64, OptionalHeader) + offsetof(IMAGE_OPTIONAL_HEADER64, ImageBase);
@@ -68,8 +69,8 @@ KernelHandle OpenSpooler() {
     GProcessInfo::GetInstance()->GetProcessIDs("spoolsv.exe", processes, false);
     if (processes.GetCount() == 0) throw Failure(L"There is no process of the print spooler.");
     AllowDebugging();
-    KernelHandle process(::OpenProcess(PROCESS_QUERY_INFORMATION | PROCESS_VM_READ, FALSE,
-                                       static_cast<DWORD>(processes[0])));
+    KernelHandle process(
+        ::OpenProcess(PROCESS_QUERY_INFORMATION | PROCESS_VM_READ, FALSE, static_cast<DWORD>(processes[0])));
     if (!process) throw SystemFailure(L"Looking into the print spooler's process");
     return process;
 }

@@ -11,8 +11,8 @@ struct ArrivedPage {
 
 /// PageRecord: the last page of each printer that was seen to arrive, kept in the record of install.
 ///
-/// Only that is proof that a printer works. It holds for the version of the library that has written the file.
-/// Throws a Failure when the registry refuses.
+/// Only that is proof that a printer works. It holds for the version of the library that has written the
+/// file. Throws a Failure when the registry refuses.
 struct PageRecord {
     /// A page of that printer has arrived now.
     static void Add(const std::wstring& printer, const std::wstring& version);

@@ -48,9 +48,9 @@ std::wstring FindFile(const std::wstring& folder, const std::wstring& stem) {
 
 // The monitor lets nobody else write while it does. A driver that makes no PostScript leaves no other sign.
 bool IsClosed(const std::wstring& path) {
-    return static_cast<bool>(
-        PWin32ScopedHandle<PWin32FileHandle>(::CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_DELETE, nullptr,
-                                         OPEN_EXISTING, FILE_FLAG_OPEN_REPARSE_POINT, nullptr)));
+    return static_cast<bool>(PWin32ScopedHandle<PWin32FileHandle>(
+        ::CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_DELETE, nullptr, OPEN_EXISTING,
+                      FILE_FLAG_OPEN_REPARSE_POINT, nullptr)));
 }
 
 bool IsWhole(const std::wstring& path) {

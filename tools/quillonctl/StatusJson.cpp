@@ -50,17 +50,17 @@ std::wstring StatusFacts::FormatAsJson() const {
         }
         return list;
     };
-    const Json json{
-        {"complete", IsComplete()},
-        {"ready", IsReady()},
-        {"lacksForwardingMonitor", lacksForwarding},
-        {"monitor", AnswerOf(registeredLibrary, [](const auto& name) { return TextOrNull(name.value_or(L"")); })},
-        {"library", AnswerOf(library, LibraryOf)},
-        {"port", AnswerOf(portFound, [](bool found) { return Json(found); })},
-        {"printers", AnswerOf(printers, printersOf)},
-        {"listeners", AnswerOf(listeners, ListenersOf)},
-        {"jobFolder", AnswerOf(jobFolder, [](const JobFolder& folder) {
-             return Json{{"path", ToUTF8(folder.path)}, {"freeBytes", folder.freeBytes}};
-         })}};
+    const Json json{{"complete", IsComplete()},
+                    {"ready", IsReady()},
+                    {"lacksForwardingMonitor", lacksForwarding},
+                    {"monitor", AnswerOf(registeredLibrary,
+                                         [](const auto& name) { return TextOrNull(name.value_or(L"")); })},
+                    {"library", AnswerOf(library, LibraryOf)},
+                    {"port", AnswerOf(portFound, [](bool found) { return Json(found); })},
+                    {"printers", AnswerOf(printers, printersOf)},
+                    {"listeners", AnswerOf(listeners, ListenersOf)},
+                    {"jobFolder", AnswerOf(jobFolder, [](const JobFolder& folder) {
+                         return Json{{"path", ToUTF8(folder.path)}, {"freeBytes", folder.freeBytes}};
+                     })}};
     return FromUTF8(json.dump(2) + '\n');
 }

@@ -18,32 +18,32 @@
 /// Throws only for want of memory. Any thread, as far as the GString allows it. What returns or takes strings
 /// of the standard library stands in this header, so that they are made by the program's own copy of it.
 struct QUILLON_EXPORT GStandardString {
-    ///@{ UTF-8 of everybody else, as said above.
+    /// The text of well-formed UTF-8; each sequence that is none becomes U+FFFD.
     static GString FromUTF8(std::string_view text) { return Decode(text.data(), GetLength(text)); }
+    /// UTF-8; each surrogate without its partner becomes U+FFFD.
     static std::string ToUTF8(const GString& text) {
         const GBuffer bytes = Encode(text);
         return std::string(bytes.GetPtr(), static_cast<std::size_t>(bytes.GetLength()));
     }
-    ///@}
 
-    ///@{ UTF-16; unpaired surrogates stay as they are.
+    /// The units, composed; surrogates are not checked.
     static GString FromUTF16(std::u16string_view text) {
         return GString::FromUTF16(reinterpret_cast<const unsigned short*>(text.data()), GetLength(text));
     }
+    /// The units as they are.
     static std::u16string ToUTF16(const GString& text) { return GetUnits<char16_t>(text); }
-    ///@}
 
-    ///@{ The same for wchar_t, where that is UTF-16, as on Windows.
+    /// The same as FromUTF16, where wchar_t is UTF-16, as on Windows.
     template <class Wide = wchar_t>
     requires(sizeof(Wide) == sizeof(char16_t)) static GString
         FromWide(std::basic_string_view<std::type_identity_t<Wide>> text) {
         return GString::FromUTF16(reinterpret_cast<const unsigned short*>(text.data()), GetLength(text));
     }
+    /// The same as ToUTF16, where wchar_t is UTF-16, as on Windows.
     template <class Wide = wchar_t>
     requires(sizeof(Wide) == sizeof(char16_t)) static std::basic_string<Wide> ToWide(const GString& text) {
         return GetUnits<Wide>(text);
     }
-    ///@}
 
 private:
     static GString Decode(const char* utf8, long length);
