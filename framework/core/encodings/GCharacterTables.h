@@ -20,9 +20,14 @@ struct GMacExpertRow {
 
 /// A glyph name and the UTF-16 units that it stands for.
 struct GGlyphRow {
-    const char* glyph;
+    // The names stand in one text. A pointer for each would take four times as much, and the loader would
+    // have to adjust all of them.
+    std::uint16_t position;
     std::uint8_t count;
     std::array<std::uint16_t, 4> units;
+
+    /// Zero-terminated; never freed.
+    const char* GetGlyph() const noexcept;
 };
 
 struct GCompatRow {

@@ -40,7 +40,7 @@ GlyphDictionaries::GlyphDictionaries() {
 }
 
 void GlyphDictionaries::AddGlyph(const GGlyphRow& row) {
-    const GBuffer name = BorrowLiteral(row.glyph);
+    const GBuffer name = BorrowLiteral(row.GetGlyph());
     GCharCode code;
     for (std::size_t i = 0; i < row.count; ++i) code += static_cast<unsigned short>(row.units[i]);
     charCodes.Insert(name, code);
