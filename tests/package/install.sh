@@ -81,9 +81,15 @@ version_is() {
 state >"$scratch/fresh"
 
 # An installation that fails, in the engine or behind any step, leaves nothing.
-for values in 'PRINTER=a,b' 'PRINTER=a" --dll "b' 'PRINTER=a\' 'DRIVER=No such driver'; do
-    msiexec failed /i "$msi" "$values"
-    same_as fresh "the refusal of $values"
+msiexec failed /i "$msi" PPD="$ppd" PRINTER='a,b'
+expect_line "$scratch/out" 'must not contain a comma'
+msiexec failed /i "$msi" DRIVER='No such driver'
+expect_line "$scratch/out" "There is no printer driver 'No such driver'."
+same_as fresh "a wrong value"
+for value in 'a" --log "C:\log' 'a\'; do
+    msiexec failed /i "$msi" PPD="$ppd" PRINTER="$value"
+    if grep -q 'Nothing to remove' "$scratch/out"; then fail "the engine was called with the printer $value"; fi
+    same_as fresh "the refusal of the printer $value"
 done
 for step in InstallInitialize InstallFiles WriteRegistryValues Install PublishProduct; do
     with_failure "$msi" "$step"
@@ -91,7 +97,7 @@ for step in InstallInitialize InstallFiles WriteRegistryValues Install PublishPr
     same_as fresh "an installation that failed behind $step"
 done
 
-# A whole one; its page is printed.
+# A whole one, and once more.
 msiexec done /i "$msi" PRINTER="$printer" PPD="$ppd" LOGFILE='C:\users\install log.txt'
 expect_line "$drive/users/install log.txt" "Added the printer '$printer' with the driver 'Quillon PostScript'."
 version_is "$(msiinfo export "$folder"/first/*.msi Property | tr -d '\r' | sed -n 's/^ProductVersion\t//p')"
