@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <string>
 
 #include "receiver/JobFile.h"
@@ -11,5 +12,5 @@ struct ReceivedJob {
     std::wstring user;
     std::wstring printer;
     std::wstring port;
-    long copies = 0;
+    std::int32_t copies = 0;
 };
