@@ -30,6 +30,13 @@ TEST(CommandLine, ReadsACommandAndItsOptionsInAnyOrder) {
     EXPECT_EQ(ParseCommandLine({L"testpage", L"--wait=3600"}).seconds, 3600);
     EXPECT_FALSE(ParseCommandLine({L"status"}).json);
     EXPECT_TRUE(ParseCommandLine({L"status", L"--json"}).json);
+    EXPECT_TRUE(ParseCommandLine({L"doctor", L"--json"}).json);
+    EXPECT_TRUE(ParseCommandLine({L"trace", L"on"}).isOn);
+    EXPECT_FALSE(ParseCommandLine({L"trace", L"off"}).isOn);
+    const CommandLine clean = ParseCommandLine({L"clean", L"--dry-run", L"--older", L"7d", L"--printer=P"});
+    EXPECT_TRUE(clean.isDryRun && clean.age == 604800 && clean.printer == L"P");
+    EXPECT_EQ(ParseCommandLine({L"clean", L"--older=12h"}).age, 43200);
+    EXPECT_EQ(ParseCommandLine({L"clean", L"--older", L"30 min"}).age, 1800);
 }
 
 TEST(CommandLine, RefusesWhatItDoesNotKnowAndNamesIt) {
@@ -49,6 +56,14 @@ TEST(CommandLine, RefusesWhatItDoesNotKnowAndNamesIt) {
         {{L"testpage", L"--wait", L"3601"}, "--wait: "},
         {{L"testpage", L"--wait=-1"}, "--wait: "},
         {{L"testpage", L"--wait=x"}, "--wait"},
+        {{L"clean"}, "--older is required"},
+        {{L"clean", L"--older", L"7"}, "--older"},
+        {{L"clean", L"--older=-7d"}, "--older"},
+        {{L"clean", L"--older", L"7 weeks"}, "--older"},
+        {{L"clean", L"--older", L"99999999999999999999d"}, "--older"},
+        {{L"trace"}, "state is required"},
+        {{L"trace", L"maybe"}, "state"},
+        {{L"trace", L"on", L"off"}, "off"},
         {{L"jobs", L"--json=x"}, "'--json' is not an option of jobs."},
         {{L"install", L"--printer"}, "--printer: 1 required NAME missing"},
         {{L"install", L"--ppd", L"--driver", L"x"}, "--ppd: needs a value behind it"},

@@ -81,12 +81,16 @@ TEST_F(LibraryFileTest, ALoadedLibraryGivesItsNameBackAndGoesOnceItIsLetGo) {
                 testing::MatchesRegex("\\d+\\.\\d+\\.\\d+\\.\\d+"));
     PWin32ScopedHandle<PWin32ModuleHandle> module(::LoadLibraryW(path.c_str()));
     ASSERT_TRUE(module);
-    std::thread spooler([&] {
-        while (mFolder.Take("a.dll") != "before") std::this_thread::yield();
-        module.Reset(nullptr);
-    });
-    LibraryFile::PutBack(aside, path, 60000);
-    spooler.join();
+    const std::wstring spoilt = mFolder.Standard("a.dll.old2");
+    {
+        // Looks without opening anything, which would be in the way.
+        const std::jthread spooler([&](const std::stop_token& stop) {
+            while (!stop.stop_requested() && ::GetFileAttributesW(spoilt.c_str()) == INVALID_FILE_ATTRIBUTES)
+                std::this_thread::yield();
+            module.Reset(nullptr);
+        });
+        LibraryFile::PutBack(aside, path, 60000);
+    }
     EXPECT_EQ(mFolder.Take("a.dll"), "before");
     EXPECT_FALSE(mFolder.Has("a.dll.old1") || mFolder.Has("a.dll.old2"));
     EXPECT_EQ(LibraryFile::GetInstalledPath(L"D:\\x\\y.dll"), L"D:\\x\\y.dll");

@@ -143,15 +143,22 @@ says 'forwarding monitor'
 ctl 1 testpage
 says 'printing fails with error 6'
 
+ctl 1 doctor
+says 'FAULT  Monitor     Nothing can be printed through'
+says 'FAULT  Listener    Nobody is told of jobs'
+
 # A processing application is listed while it runs; Ctrl-C ends it in good order.
-wine "$bin/PrinterProcessorWin.exe" >"$scratch/application" 2>&1 </dev/null &
-application=$!
-tries=0
-until grep -q '^Listening' "$scratch/application"; do
-    tries=$((tries + 1))
-    [ "$tries" -lt 300 ] || fail "PrinterProcessorWin does not listen"
-    sleep 0.1
-done
+listen() {
+    wine "$1" >"$scratch/application" 2>&1 </dev/null &
+    application=$!
+    tries=0
+    until grep -q '^Listening' "$scratch/application"; do
+        tries=$((tries + 1))
+        [ "$tries" -lt 300 ] || fail "$1 does not listen"
+        sleep 0.1
+    done
+}
+listen "$bin/PrinterProcessorWin.exe"
 ctl 1 status
 grep -q '^Listeners:   session [0-9]*: process [0-9]*$' "$scratch/out" || fail "the listener is not listed"
 kill -INT "$application"
@@ -185,6 +192,79 @@ ctl 0 install --dll "$delivered"
 says "Ready: what is printed on 'Quillon PDF' becomes a job file. The last page seen to arrive: 20"
 ctl 1 testpage --printer Nobody
 says "There is no printer 'Nobody'"
+
+# Each fault that can be made here is found, and nothing is found without one.
+temp=$WINEPREFIX/drive_c/users/anna/Temp
+listen "$bin/PrinterProcessorWin.exe"
+ctl 0 doctor
+says 'All is well.'
+policies='HKLM\SOFTWARE\Policies\Microsoft\Windows NT\Printers'
+deny() {
+    wine reg add "$1" /v "$2" /t REG_DWORD /d 1 /f >/dev/null
+    ctl 1 doctor
+    says 'FAULT  Policy      '
+    says '1 fault was found.'
+    wine reg delete "$1" /f >/dev/null
+}
+deny "$policies\\WPP" WindowsProtectedPrintGroupPolicyState
+deny "$policies\\WPP" WindowsProtectedPrintMode
+deny "$policies" EnableDeviceControl
+ctl 0 doctor --json
+says '"well": true'
+mv "$temp" "$temp.away"
+: >"$temp"
+ctl 1 doctor
+says 'FAULT  Job folder  '
+rm "$temp"
+mv "$temp.away" "$temp"
+cp "$library" "$scratch/kept.dll"
+cp "$scratch/torn.dll" "$installed"
+ctl 1 doctor
+says "is not the monitor's library. It cannot be loaded into a 64-bit program."
+rm "$installed"
+ctl 1 doctor
+says 'QuillonPortMonitor64.dll is missing.'
+cp "$scratch/kept.dll" "$installed"
+kill -INT "$application"
+wait "$application"
+cp "$bin/PrinterProcessorWin.exe" "$scratch/bin/Receiver.exe"
+listen "$scratch/bin/Receiver.exe"
+ctl 1 doctor
+says '(Receiver.exe) listens, and is not told of jobs.'
+kill -INT "$application"
+wait "$application"
+
+# The trace log is read when the library is loaded, here by the program that prints.
+ctl 0 trace on
+says 'The trace log is on.'
+ctl 0 testpage
+grep -q ' ends with ' "$temp/QuillonDebug/QuillonPortMonitor64.tra" || fail "the trace log knows of no job"
+ctl 0 trace on
+says 'on already'
+ctl 0 trace off
+ctl 0 trace off
+says 'off already'
+rm "$temp/QuillonDebug/QuillonPortMonitor64.tra"
+ctl 0 testpage
+[ ! -e "$temp/QuillonDebug/QuillonPortMonitor64.tra" ] || fail "the trace log is written though it is off"
+
+# Old files go, whoever's they are; not through a link, and not those of another printer.
+mkdir -p "$temp/bob/Quillon PDF" "$temp/bob/Other" "$temp/elsewhere/Quillon PDF"
+for name in "bob/Quillon PDF/old.ps" bob/Other/old.ps "elsewhere/Quillon PDF/old.ps"; do
+    printf 'x' >"$temp/$name"
+    touch -d '8 days ago' "$temp/$name"
+done
+mv "$temp/elsewhere" "$WINEPREFIX/drive_c/elsewhere"
+ln -s "$WINEPREFIX/drive_c/elsewhere" "$temp/carla"
+ctl 0 clean --older 7d --dry-run
+says 'Would remove 1 job file, 1 bytes.'
+ctl 0 clean --older 7d
+says 'Temp\bob\Quillon PDF\old.ps'
+says 'Removed 1 job file, 1 bytes.'
+[ -e "$temp/bob/Other/old.ps" ] || fail "another printer's file was removed"
+[ -e "$temp/carla/Quillon PDF/old.ps" ] || fail "a link was followed"
+ctl 0 clean --older 7d --printer Other
+[ ! -e "$temp/bob/Other/old.ps" ] || fail "the named printer's file is left"
 
 # What does not come out of the port, as from a printer that is paused, is not said to have arrived.
 redirections='HKCU\Software\Wine\Printing\Spooler'

@@ -1,6 +1,7 @@
 #include "tools/quillonctl/CommandLine.h"
 
 #include <CLI/CLI.hpp>
+#include <map>
 #include <utility>
 
 #include "framework/core/paths/GPathName.h"
@@ -43,6 +44,7 @@ struct Values {
     std::string driver;
     std::string ppd;
     std::string library;
+    std::string state;
 };
 
 // A value that looks like an option is a forgotten value, far more often than a name.
@@ -77,11 +79,33 @@ CLI::App& AddCommand(CLI::App& app, CommandLine& result, Command command, const 
     return *added;
 }
 
+void DescribeUpkeep(CLI::App& app, CommandLine& result, Values& values) {
+    const std::map<std::string, long long> units = {{"d", 86400}, {"h", 3600}, {"min", 60}};
+    CLI::App& doctor = AddCommand(app, result, Command::cDoctor, "doctor",
+                                  "find out why no job arrives, and what to do; 0 when all is well");
+    AddFlag(doctor, "--json", result.json, "one JSON object, for programs");
+    CLI::App& clean = AddCommand(app, result, Command::cClean, "clean", "remove old job files");
+    clean.add_option("--older", result.age, "those that were written that long ago, as in 7d, 12h or 30min")
+        ->type_name("AGE")
+        ->required()
+        ->transform(CLI::AsNumberWithUnit(units, CLI::AsNumberWithUnit::UNIT_REQUIRED).description(""))
+        ->check(CLI::Validator(CLI::NonNegativeNumber).description(""));
+    AddOption(clean, "--printer", "NAME", values.printer,
+              "those of a printer that may be gone; else of all on the port");
+    AddFlag(clean, "--dry-run", result.isDryRun, "tell what would be removed, and remove nothing");
+    CLI::App& trace =
+        AddCommand(app, result, Command::cTrace, "trace", "switch the monitor's trace log on or off");
+    trace.add_option("state", values.state, "on or off")
+        ->type_name("")
+        ->required()
+        ->check(CLI::IsMember({"on", "off"}).description(""));
+}
+
 void Describe(CLI::App& app, CommandLine& result, Values& values) {
     app.require_subcommand(1);
     app.set_version_flag("--version", "quillonctl " QUILLON_VERSION, "the version of this program");
     app.footer(
-        "Exit codes: 0 done, 1 failed (status: not ready to print), 2 wrong command line.\n"
+        "Exit codes: 0 done, 1 failed (status, doctor: something is wrong), 2 wrong command line.\n"
         "'quillonctl help COMMAND' tells a command's options.");
     CLI::App& install = AddCommand(app, result, Command::cInstall, "install",
                                    "install the port monitor and a printer on its port");
@@ -104,6 +128,7 @@ void Describe(CLI::App& app, CommandLine& result, Values& values) {
         ->type_name("SECONDS")
         ->check(CLI::Range(0L, cMaxSeconds).description(""))
         ->capture_default_str();
+    DescribeUpkeep(app, result, values);
 }
 
 }  // namespace
@@ -122,6 +147,7 @@ CommandLine ParseCommandLine(const std::vector<std::wstring>& arguments) {
     result.driver = FromUTF8(values.driver);
     result.ppd = FromUTF8(values.ppd);
     result.library = FromUTF8(values.library);
+    result.isOn = values.state == "on";
     CheckPrinterName(result.printer);
     return result;
 }

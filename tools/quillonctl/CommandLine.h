@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-enum class Command { cShowPage, cInstall, cUninstall, cStatus, cJobs, cTestPage };
+enum class Command { cShowPage, cInstall, cUninstall, cStatus, cJobs, cTestPage, cDoctor, cClean, cTrace };
 
 /// CommandLine: what the administrator asked for. A text that was not given is empty; none that was
 /// given is.
@@ -15,6 +15,9 @@ struct CommandLine {
     std::wstring library;
     long seconds = 30;  // to wait for the job file
     bool json = false;
+    long long age = 0;  // seconds
+    bool isDryRun = false;
+    bool isOn = false;
     std::wstring page;  // help or version, to be shown; ends in a line end
 };
 

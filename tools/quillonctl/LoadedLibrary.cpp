@@ -60,14 +60,16 @@ void AllowDebugging() {
     TOKEN_PRIVILEGES wish{};
     wish.PrivilegeCount = 1;
     wish.Privileges[0].Attributes = SE_PRIVILEGE_ENABLED;
-    if (::LookupPrivilegeValueW(nullptr, SE_DEBUG_NAME, &wish.Privileges[0].Luid))
+    if (::LookupPrivilegeValueW(nullptr, L"SeDebugPrivilege", &wish.Privileges[0].Luid))
         ::AdjustTokenPrivileges(token.Get(), FALSE, &wish, 0, nullptr, nullptr);
 }
 
 KernelHandle OpenSpooler() {
     GTable<std::int32_t> processes;
     GProcessInfo::GetInstance()->GetProcessIDs("spoolsv.exe", processes, false);
-    if (processes.GetCount() == 0) throw Failure(L"There is no process of the print spooler.");
+    if (processes.GetCount() == 0)
+        throw Failure(
+            L"No process of the print spooler is to be seen. Run this from an administrator's prompt.");
     AllowDebugging();
     KernelHandle process(
         ::OpenProcess(PROCESS_QUERY_INFORMATION | PROCESS_VM_READ, FALSE, static_cast<DWORD>(processes[0])));

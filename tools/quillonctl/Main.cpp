@@ -7,12 +7,15 @@
 #include "tools/console/Console.h"
 #include "tools/machine/Failure.h"
 #include "tools/machine/SpoolerHost.h"
+#include "tools/quillonctl/Cleaning.h"
 #include "tools/quillonctl/CommandLine.h"
+#include "tools/quillonctl/Diagnosis.h"
 #include "tools/quillonctl/Installation.h"
 #include "tools/quillonctl/JobList.h"
 #include "tools/quillonctl/PageTrial.h"
 #include "tools/quillonctl/Removal.h"
 #include "tools/quillonctl/Status.h"
+#include "tools/quillonctl/TraceSwitch.h"
 
 namespace {
 
@@ -22,6 +25,37 @@ ExitCode ShowStatus(bool json) {
     const StatusFacts facts = StatusFacts::Gather();
     Console::Write(json ? facts.FormatAsJson() : facts.Format());
     return facts.IsComplete() ? cDone : cFailed;
+}
+
+ExitCode Diagnose(bool json) {
+    const Diagnosis diagnosis(DoctorFacts::Gather());
+    Console::Write(json ? diagnosis.FormatAsJson() : diagnosis.Format());
+    return diagnosis.IsWell() ? cDone : cFailed;
+}
+
+ExitCode Clean(const CommandLine& wishes) {
+    std::vector<std::wstring> printers = {wishes.printer};
+    if (wishes.printer.empty()) {
+        printers.clear();
+        for (const PrinterInfo& printer : Printers::GetOnOurPort()) printers.push_back(printer.name);
+    }
+    const Cleaning cleaning =
+        Cleaning::Run(SpoolerHost::GetJobFolder(), printers, wishes.age, wishes.isDryRun);
+    Console::Write(cleaning.Format());
+    return cleaning.IsDone() ? cDone : cFailed;
+}
+
+void SwitchTrace(bool isOn) {
+    const std::wstring folder = TraceSwitch::GetFolder();
+    const bool hasChanged = isOn ? TraceSwitch::On(folder) : TraceSwitch::Off(folder);
+    std::wstring text =
+        std::wstring(L"The trace log is ") + (isOn ? L"on" : L"off") + (hasChanged ? L".\n" : L" already.\n");
+    if (isOn) text += L"Configuration: " + folder + L'\\' + TraceSwitch::cConfiguration + L'\n';
+    text += L"Log:           " + folder + L'\\' + TraceSwitch::cLog +
+            L"\nThis takes effect when the library is loaded: " +
+            (SpoolerHost::IsWine() ? L"under Wine, by each program that prints.\n"
+                                   : L"net stop spooler, then net start spooler.\n");
+    Console::Write(text);
 }
 
 ExitCode Run(const CommandLine& wishes) {
@@ -42,6 +76,13 @@ ExitCode Run(const CommandLine& wishes) {
             break;
         case Command::cTestPage:
             return PageTrial::Run(wishes.printer, wishes.seconds) ? cDone : cFailed;
+        case Command::cDoctor:
+            return Diagnose(wishes.json);
+        case Command::cClean:
+            return Clean(wishes);
+        case Command::cTrace:
+            SwitchTrace(wishes.isOn);
+            break;
     }
     return cDone;
 }

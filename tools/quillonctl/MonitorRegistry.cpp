@@ -49,6 +49,7 @@ std::optional<std::wstring> MonitorRegistry::GetLibraryName() {
 }
 
 std::optional<std::wstring> MonitorRegistry::GetForwardedLibraryName() {
+    if (!SpoolerHost::IsWine()) return std::nullopt;
     return MachineKey::GetText(MachineKey::Open(GetMonitorKeyPath()), "RealDriver");
 }
 

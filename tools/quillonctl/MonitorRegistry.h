@@ -9,8 +9,9 @@ class MonitorRegistry {
 public:
     /// File name of the library that is registered for our monitor; nothing when none is.
     static std::optional<std::wstring> GetLibraryName();
-    /// File name of the library that a forwarding monitor, registered in the place of ours, hands all calls
-    /// to; nothing when none is. Wine's spooler leaves out the printer's name, without which no job is taken.
+    /// Under Wine, the file name of the library that a forwarding monitor, registered in the place of ours,
+    /// hands all calls to; nothing when none is. Wine's spooler leaves out the printer's name, without which
+    /// no job is taken.
     static std::optional<std::wstring> GetForwardedLibraryName();
     /// Whether this is Wine and no forwarding monitor is there, so that no job can be printed.
     static bool LacksForwarding();

@@ -33,7 +33,7 @@ std::vector<PrinterInfo> Printers::GetAll() {
     std::vector<PrinterInfo> printers;
     for (const PRINTER_INFO_2W& record : records) {
         printers.push_back({TextOrEmpty(record.pPrinterName), SplitPortList(TextOrEmpty(record.pPortName)),
-                            TextOrEmpty(record.pDriverName)});
+                            TextOrEmpty(record.pDriverName), record.Status, record.Attributes});
     }
     return printers;
 }

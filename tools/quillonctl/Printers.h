@@ -9,6 +9,8 @@ struct PrinterInfo {
     std::wstring name;
     std::vector<std::wstring> ports;
     std::wstring driver;
+    unsigned long status = 0;      // PRINTER_STATUS_...
+    unsigned long attributes = 0;  // PRINTER_ATTRIBUTE_...
 
     bool IsOnOurPort() const;
 };

@@ -1,8 +1,6 @@
 #include "tools/quillonctl/Status.h"
 
-#include "framework/core/errors/GException.h"
 #include "platform/win32/base/PWin32Api.h"
-#include "platform/win32/core/PWin32Wide.h"
 #include "tools/machine/Failure.h"
 #include "tools/machine/SpoolerHost.h"
 #include "tools/quillonctl/LibraryFile.h"
@@ -11,19 +9,6 @@
 #include "tools/quillonctl/SpoolerList.h"
 
 namespace {
-
-template <class Question>
-auto Ask(Question question) {
-    Answer<decltype(question())> answer;
-    try {
-        answer.value = question();
-    } catch (const Failure& failure) {
-        answer.problem = failure.GetText();
-    } catch (const GException& failure) {
-        answer.problem = AsWide(failure.GetFullDescription());
-    }
-    return answer;
-}
 
 StatusFacts::Library FindLibrary(const StatusFacts& facts) {
     const std::wstring registered = facts.registeredLibrary.value.value_or(Product::cLibraryName);

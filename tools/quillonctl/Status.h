@@ -4,18 +4,10 @@
 #include <string>
 #include <vector>
 
+#include "tools/quillonctl/Answer.h"
 #include "tools/quillonctl/Listeners.h"
 #include "tools/quillonctl/PageRecord.h"
 #include "tools/quillonctl/Printers.h"
-
-/// An answer, or the reason why there is none.
-template <class T>
-struct Answer {
-    T value{};
-    std::wstring problem;  // empty when the value holds
-
-    bool IsKnown() const { return problem.empty(); }
-};
 
 /// StatusFacts: what `status` tells about this machine.
 struct StatusFacts {

@@ -1,0 +1,124 @@
+// What doctor, clean and trace do on a disk.
+#include "framework/core/errors/GException.h"
+#include "platform/win32/base/PWin32Api.h"
+#include "platform/win32/base/PWin32ScopedHandle.h"
+#include "tests/Testing.h"
+#include "tests/files/TestFolder.h"
+#include "tools/console/Console.h"
+#include "tools/machine/Failure.h"
+#include "tools/quillonctl/Cleaning.h"
+#include "tools/quillonctl/LibraryFile.h"
+#include "tools/quillonctl/LoadedLibrary.h"
+#include "tools/quillonctl/TraceSwitch.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+using FileHandle = PWin32ScopedHandle<PWin32FileHandle>;
+
+struct UpkeepTest : testing::Test {
+    void MakeFolder(const std::string& relative) const { fs::create_directories(mFolder.Standard(relative)); }
+    /// A file that was written 50 hours ago.
+    std::wstring PutOld(const std::string& relative, const std::string& bytes = "x") const {
+        const fs::path path = mFolder.Put(relative, bytes);
+        fs::last_write_time(path, fs::file_time_type::clock::now() - std::chrono::hours(50));
+        return path;
+    }
+    std::wstring GetStart() const { return mFolder.Standard("").wstring(); }
+    TestFolder mFolder;
+};
+
+FileHandle Open(const std::wstring& path, DWORD access, DWORD share) {
+    return FileHandle(::CreateFileW(path.c_str(), access, share, nullptr, OPEN_EXISTING, 0, nullptr));
+}
+
+std::vector<std::string> NamesIn(const Cleaning& cleaning, const std::wstring& start) {
+    std::vector<std::string> names;
+    for (const Cleaning::File& file : cleaning.files)
+        names.push_back((file.obstacle.empty() ? "" : "kept ") + ToUTF8(file.path.substr(start.size())));
+    return names;
+}
+
+TEST_F(UpkeepTest, CleaningRemovesOldJobFilesOfItsPrintersAlone) {
+    for (const char* name :
+         {"anna/Proof", "anna/Other", "anna (set aside 1)/Proof", "bob/proof", "bob/elsewhere"})
+        MakeFolder(name);
+    PutOld("anna/Proof/old.ps", std::string(2048, 'x'));
+    mFolder.Put("anna/Proof/new.ps", "x");
+    const std::wstring written = PutOld("bob/proof/written.ps");
+    const std::wstring held = PutOld("bob/proof/held.ps");
+    const std::wstring twice = PutOld("bob/elsewhere/twice.ps");
+    ASSERT_TRUE(::CreateHardLinkW(mFolder.Standard("bob/proof/twice.ps").c_str(), twice.c_str(), nullptr));
+    for (const char* name : {"anna/Proof/notes.txt", "anna/Other/old.ps", "anna (set aside 1)/Proof/old.ps",
+                             "anna/Proof/old.ps (set aside 1)", "bob/old.ps"})
+        PutOld(name);
+    const FileHandle monitor = Open(written, GENERIC_WRITE, FILE_SHARE_READ);
+    const FileHandle receiver = Open(held, GENERIC_READ | DELETE, FILE_SHARE_READ);
+    const std::vector<std::wstring> printers = {L"Proof", L"Gone"};
+    constexpr long long cTwoDays = 2 * 86400;
+    const std::vector<std::string> expected = {"anna\\Proof\\old.ps", "kept bob\\proof\\held.ps",
+                                               "kept bob\\proof\\written.ps"};
+    const Cleaning tried = Cleaning::Run(GetStart(), printers, cTwoDays, true);
+    EXPECT_EQ(NamesIn(tried, GetStart()), expected);
+    EXPECT_TRUE(mFolder.Has("anna/Proof/old.ps"));
+    EXPECT_THAT(ToUTF8(tried.Format()),
+                testing::AllOf(testing::StartsWith("Would remove "),
+                               testing::EndsWith("Would remove 1 job file, 2.0 KB.\n")));
+    EXPECT_TRUE(Cleaning::Run(GetStart(), printers, 51 * 3600, false).files.empty()) << "none is that old";
+    const Cleaning done = Cleaning::Run(GetStart(), printers, cTwoDays, false);
+    EXPECT_EQ(NamesIn(done, GetStart()), expected);
+    EXPECT_TRUE(done.IsDone()) << "what is in use is no failure";
+    EXPECT_FALSE(mFolder.Has("anna/Proof/old.ps"));
+    for (const char* name :
+         {"anna/Proof/new.ps", "anna/Proof/notes.txt", "anna/Other/old.ps", "bob/proof/written.ps",
+          "bob/proof/held.ps", "bob/proof/twice.ps", "bob/old.ps", "anna (set aside 1)/Proof/old.ps"})
+        EXPECT_TRUE(mFolder.Has(name)) << name;
+    EXPECT_THROW(Cleaning::Run(GetStart() + L"missing\\", printers, 0, true), Failure);
+}
+
+TEST_F(UpkeepTest, TheTraceLogIsSwitchedWhereTheMonitorLooks) {
+    const std::wstring folder = mFolder.Standard("QuillonDebug");
+    const std::string name = "QuillonDebug/QuillonPortMonitor64.tpr";
+    EXPECT_FALSE(TraceSwitch::Off(folder));
+    EXPECT_TRUE(TraceSwitch::On(folder));
+    EXPECT_THAT(mFolder.Take(name), testing::HasSubstr("\"Log\" \"1\""));
+    const std::string byHand = "#BEGINPREFS\n\"Job\"\n#BEGINDICT\n\"Log\" \"1\"\n#ENDDICT\n#ENDPREFS\n";
+    mFolder.Put(name, byHand);
+    EXPECT_FALSE(TraceSwitch::On(folder)) << "what an administrator has written stays";
+    EXPECT_EQ(mFolder.Take(name), byHand);
+    mFolder.Put(name, "");
+    EXPECT_TRUE(TraceSwitch::On(folder)) << "one that logs nothing";
+    mFolder.Put("QuillonDebug/QuillonPortMonitor64.tra", "a log");
+    EXPECT_TRUE(TraceSwitch::Off(folder));
+    EXPECT_FALSE(mFolder.Has(name));
+    EXPECT_TRUE(mFolder.Has("QuillonDebug/QuillonPortMonitor64.tra"));
+    fs::remove(mFolder.Standard("QuillonDebug/QuillonPortMonitor64.tra"));
+    EXPECT_TRUE(TraceSwitch::On(folder) && TraceSwitch::Off(folder));
+    EXPECT_FALSE(mFolder.Has("QuillonDebug")) << "an empty folder goes";
+    mFolder.Put("QuillonDebug", "somebody's");
+    EXPECT_THROW(TraceSwitch::On(folder), GException);
+    EXPECT_EQ(mFolder.Take("QuillonDebug"), "somebody's");
+}
+
+TEST_F(UpkeepTest, ALoadedLibraryIsComparedWithTheDisk) {
+    const std::wstring delivered = LibraryFile::GetDeliveredPath();
+    const std::wstring path = mFolder.Standard("QuillonPortMonitor64.dll");
+    LibraryFile::Copy(delivered, path);
+    const PWin32ScopedHandle<PWin32ModuleHandle> module(
+        ::LoadLibraryExW(path.c_str(), nullptr, DONT_RESOLVE_DLL_REFERENCES));
+    ASSERT_TRUE(module);
+    const auto isSame = [&](const std::wstring& file) {
+        return LoadedLibrary::IsSame(::GetCurrentProcess(), module.Get(), file);
+    };
+    EXPECT_TRUE(isSame(path));
+    std::string other = mFolder.Take("QuillonPortMonitor64.dll");
+    constexpr std::size_t cStartOfHeader = 0x3C, cSum = 24 + 64;
+    const auto header = static_cast<std::size_t>(static_cast<unsigned char>(other[cStartOfHeader]));
+    other[header + cSum] = static_cast<char>(other[header + cSum] + 1);
+    EXPECT_FALSE(isSame(mFolder.Put("other.dll", other)));
+    other[cStartOfHeader + 3] = '\x7F';
+    EXPECT_FALSE(isSame(mFolder.Put("spoilt.dll", other)));
+    EXPECT_THROW(isSame(mFolder.Put("short.dll", other.substr(0, 4095))), Failure);
+}
+
+}  // namespace
