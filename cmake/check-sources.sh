@@ -40,11 +40,18 @@ forbid "code that turns with the C locale or loads it" '#include <(iostream|rege
 forbid "a download" '(curl|wget|https?://)' 'dev' '.ci/run' '*.sh' '*.cmake' ':!cmake/check-sources.sh'
 require "a header without #pragma once" '^#pragma once$' '*.h'
 
-# The page on security names the tests and fuzzers that show what it says, in the fourth column of its tables.
-for test in $(awk -F'|' 'NF == 6 { print $5 }' docs/security.md | grep -o '`[A-Za-z0-9_]*`' | tr -d '`' | sort -u); do
-    git grep -qE -e "^TEST(_F)?\($test," -- 'tests/' || [ -f "fuzz/$test.cpp" ] && continue
-    printf 'docs/security.md: %s\n^ a test that is not there\n\n' "$test"
-    found=1
+# These pages name what shows that they are true, in the tables' column "shown by": test suites, fuzzers, and scripts of
+# end-to-end tests.
+is_test() {
+    git grep -qE -e "^TEST(_F)?\($1," -- 'tests/' || [ -f "fuzz/$1.cpp" ] || [ -f "tests/${1%%_*}/${1#*_}.sh" ]
+}
+for page in docs/security.md docs/complaints.md; do
+    for test in $(awk -F' [|]' '/shown by [|]$/ { on = 1 } !/^[|]/ { on = 0 } on { print $(NF - 1) }' "$page" |
+        grep -o '`[A-Za-z0-9_]*`' | tr -d '`' | sort -u); do
+        is_test "$test" && continue
+        printf '%s: %s\n^ a test that is not there\n\n' "$page" "$test"
+        found=1
+    done
 done
 # In a group with a title the reference would give a member without words those of the first one.
 git ls-files 'framework/*.h' 'monitor/*.h' | xargs awk '
