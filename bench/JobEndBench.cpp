@@ -61,8 +61,9 @@ public:
 
 [[noreturn]] void ListenAsTheSample() {
     const GFrameworkScope framework;
-    const auto report = [](const std::wstring&) { ::InterlockedIncrement(&GetShared().mListening); };
-    JobListener listener([](const GPPJobRecord&) { Hear(); }, report);
+    JobListener listener([](const GPPJobRecord&) { Hear(); }, [](const std::wstring&) {});
+    while (!listener.IsListening()) listener.Tick();
+    ::InterlockedIncrement(&GetShared().mListening);
     for (;; listener.Wait(100, {})) listener.Tick();
 }
 
@@ -90,7 +91,9 @@ public:
         for (int i = 0; i < wake; ++i) Start(L'"' + program + L"\" wake");
         for (int i = 0; i < poll; ++i) Start(L'"' + program + L"\" poll");
         for (int i = 0; i < never; ++i) Start(L'"' + program + L"\" never");
-        while (GetShared().mListening < sample + wake + poll + never) ::Sleep(10);
+        const LONG all = sample + wake + poll + never;
+        for (int wait = 0; GetShared().mListening < all && wait < 6000; ++wait) ::Sleep(10);
+        mAllListen = GetShared().mListening == all;
     }
     ~Applications() {
         for (const auto& process : mProcesses) ::TerminateProcess(process.Get(), 0);
@@ -98,6 +101,8 @@ public:
     }
     Applications(const Applications&) = delete;
     Applications& operator=(const Applications&) = delete;
+
+    bool AllListen() const { return mAllListen; }
 
 private:
     void Start(std::wstring commandLine) {
@@ -112,6 +117,7 @@ private:
     }
 
     std::vector<PWin32ScopedHandle<PWin32KernelHandle>> mProcesses;
+    bool mAllListen = false;
 };
 
 /// How long the notification looks for its targets, before any of them is sent anything.
@@ -172,6 +178,7 @@ bool Run(SpoolerPort& port, const Row& row, std::vector<double>& ends, std::vect
 
 bool RunAndReport(SpoolerPort& port, const std::wstring& program, const Row& row) {
     const Applications applications(program, row.sample, row.wake, row.poll, row.never);
+    if (!applications.AllListen()) return false;
     std::vector<double> ends, heard;
     const double begin = GetMilliseconds();
     const bool good = Run(port, row, ends, heard);

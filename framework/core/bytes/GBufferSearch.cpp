@@ -267,8 +267,8 @@ long FindByBothEnds(const unsigned char* bytes, long length, const unsigned char
 
 // Leaps from one occurrence of the first byte to the next, as long as they are rare. Kept out of line, so
 // that the caller, which has looked at the first one, need not save registers for the rest.
-inline long FindByFirstByte(const unsigned char* bytes, long length, const unsigned char* pattern,
-                            long patternLength, long start) {
+[[gnu::noinline]] long FindByFirstByte(const unsigned char* bytes, long length, const unsigned char* pattern,
+                                       long patternLength, long start) {
     constexpr std::ptrdiff_t cRare = 64;  // bytes between two occurrences, on the average
     const unsigned char* place = bytes + start;
     const unsigned char* const end = bytes + length - patternLength + 1;
