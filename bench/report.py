@@ -25,7 +25,7 @@ def machine():
             model = value.strip()
     with open("/proc/cpuinfo") as cpus:
         count = sum(line.startswith("processor") for line in cpus)
-    return {"processor": model, "processors": count, "system": platform.platform(terse=True)}
+    return {"processor": model, "processors": count, "system": platform.system()}
 
 
 def read_rows(folder):
