@@ -33,7 +33,9 @@ std::string FaultsOf(const Facts& facts) {
     const Diagnosis diagnosis(facts);
     for (const Finding& finding : diagnosis.GetFindings()) {
         if (finding.state == Finding::State::cGood) continue;
-        faults += ToUTF8(finding.check) + '|' + ToUTF8(finding.text) + '|' + ToUTF8(finding.remedy) + '\n';
+        std::string row = ToUTF8(finding.check) + '|' + ToUTF8(finding.text) + '|' + ToUTF8(finding.remedy);
+        std::ranges::replace(row, '\n', ' ');
+        faults += row + '\n';
         EXPECT_FALSE(finding.remedy.empty()) << faults;
     }
     return faults;

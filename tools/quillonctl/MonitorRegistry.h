@@ -16,9 +16,8 @@ public:
     /// Whether this is Wine and no forwarding monitor is there, so that no job can be printed.
     static bool LacksForwarding();
     static constexpr const wchar_t* cForwardingAdvice =
-        L"Wine's spooler keeps the printer's name from a port monitor, so that printing fails with error 6, "
-        L"unless "
-        L"a\nforwarding monitor supplies it: see \"Under Wine\" in docs/quillonctl.md.";
+        L"Wine's spooler keeps the printer's name from a port monitor, so that printing fails with error 6,\n"
+        L"unless a forwarding monitor supplies it: see \"Under Wine\" in docs/quillonctl.md.";
     /// Registers the monitor: the spooler loads the library from the system folder at once.
     static void Register();
     static void Unregister();
