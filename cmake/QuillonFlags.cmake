@@ -11,13 +11,16 @@ target_include_directories(quillon_interface INTERFACE
   $<INSTALL_INTERFACE:include/quillon> $<INSTALL_INTERFACE:include/quillon/${QUILLON_PLATFORM_FOLDER}>)
 
 # Compiler and linker settings that every target of the project shares, and nobody else's.
+cmake_path(RELATIVE_PATH PROJECT_SOURCE_DIR BASE_DIRECTORY ${CMAKE_BINARY_DIR}
+           OUTPUT_VARIABLE QUILLON_RELATIVE_SOURCE_DIR)
 add_library(quillon_flags INTERFACE)
 target_link_libraries(quillon_flags INTERFACE quillon_interface)
 target_compile_options(quillon_flags INTERFACE
   -Wall -Wextra -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual -Wvla -Werror
   -fstack-protector-strong
-  # No build path may reach a binary: the same sources give the same bytes anywhere.
-  -ffile-prefix-map=${PROJECT_SOURCE_DIR}=.)
+  # No build path may reach a binary: the same sources give the same bytes anywhere. A compiler cache may have made the
+  # path a relative one, seen from the build folder.
+  -ffile-prefix-map=${PROJECT_SOURCE_DIR}=. -ffile-prefix-map=${QUILLON_RELATIVE_SOURCE_DIR}=.)
 
 if(WIN32)
   target_compile_definitions(quillon_flags INTERFACE
