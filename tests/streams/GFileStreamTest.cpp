@@ -1,9 +1,3 @@
-#include <gtest/gtest.h>
-
-#include <memory>
-#include <tuple>
-
-#include "framework/core/errors/GException.h"
 #include "framework/files/GFileOpenMode.h"
 #include "framework/files/GFileSystem.h"
 #include "framework/streams/GFileInStream.h"

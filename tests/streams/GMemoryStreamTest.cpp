@@ -1,8 +1,3 @@
-#include <gtest/gtest.h>
-
-#include <memory>
-#include <tuple>
-
 #include "framework/streams/GMemoryInStream.h"
 #include "framework/streams/GMemoryOutStream.h"
 #include "tests/streams/StreamTestSupport.h"

@@ -1,53 +1,30 @@
-#include <gtest/gtest.h>
-
-#include <tuple>
-#include <vector>
-
-#include "framework/core/errors/GException.h"
-#include "framework/streams/GMemoryInStream.h"
-#include "framework/streams/GMemoryOutStream.h"
 #include "framework/streams/GProgress.h"
 #include "framework/streams/GStreamSupport.h"
 #include "tests/streams/StreamTestSupport.h"
 
-using namespace std::string_literals;
-
 namespace {
 
-// Installs a centre for one test and writes down what is reported.
+struct Progress {
+    std::vector<std::pair<long long, long long>> mReports;  // done, total
+    long mFinished = 0;
+    long long mCancelAt = std::numeric_limits<long long>::max();
+};
+
 class RecordingCentre : public GProgressCentre {
 public:
-    using Entry = std::pair<long long, long long>;  // done, total
-
-    RecordingCentre(std::vector<Entry>& entries, long& finished, long long cancelAt)
-        : mEntries(entries), mFinished(finished), mCancelAt(cancelAt) {}
+    explicit RecordingCentre(Progress& seen) : mSeen(seen) {}
 
     void Report(const GProgress& progress) override {
-        mEntries.push_back({progress.GetDone(), progress.GetTotal()});
-        if (mCancelAt >= 0 && progress.GetDone() >= mCancelAt) throw GAbortException();
+        mSeen.mReports.push_back({progress.GetDone(), progress.GetTotal()});
+        if (progress.GetDone() >= mSeen.mCancelAt) throw GAbortException();
     }
-    void Finished(const GProgress&) noexcept override { ++mFinished; }
+    void Finished(const GProgress&) noexcept override { ++mSeen.mFinished; }
 
 private:
-    std::vector<Entry>& mEntries;
-    long& mFinished;
-    long long mCancelAt;
+    Progress& mSeen;
 };
 
-class CopyStream : public testing::Test {
-protected:
-    using Entry = RecordingCentre::Entry;
-
-    ~CopyStream() override { GProgressCentre::SetInstance(nullptr); }
-    void Record(long long cancelAt = -1) {
-        GProgressCentre::SetInstance(new RecordingCentre(mEntries, mFinished, cancelAt));
-    }
-
-    std::vector<Entry> mEntries;
-    long mFinished = 0;
-};
-
-TEST_F(CopyStream, CopiesTheRestOfTheSource) {
+TEST(CopyStream, CopiesTheRestOfTheSource) {
     for (const auto& [length, piece] :
          {std::pair(0u, 10L), {102399, 102400}, {102400, 102400}, {102401, 102400}, {250000, 999}}) {
         SCOPED_TRACE(length);
@@ -60,31 +37,32 @@ TEST_F(CopyStream, CopiesTheRestOfTheSource) {
     }
 }
 
-TEST_F(CopyStream, ReportsBytesOfATotalIfKnownAndIsCanceledByTheCentre) {
-    Record();
+TEST(CopyStream, ReportsBytesOfATotalIfKnownAndIsCanceledByTheCentre) {
+    Progress seen;
+    GProgressCentre::SetInstance(new RecordingCentre(seen));
     const GBuffer data = BufferOf(Pattern(102400 + 50));
     GMemoryInStream source(data);
     source.Skip(10);
     FullStream target(1000000);
     GStreamSupport::CopyStream(source, target);
-    EXPECT_EQ(mEntries, (std::vector<Entry>{{0, 102440}, {102400, 102440}, {102440, 102440}}));
-    EXPECT_EQ(mFinished, 1);
+    EXPECT_EQ(seen.mReports, (decltype(seen.mReports){{0, 102440}, {102400, 102440}, {102440, 102440}}));
+    EXPECT_EQ(seen.mFinished, 1);
     EXPECT_EQ(target.GetTaken(), BytesOf(data).substr(10));
 
-    mEntries.clear();
-    Record(6);
+    seen = {{}, 1, 6};
     PieceStream unknown("0123456789", 3);
     FullStream other(100);
     EXPECT_THROW(GStreamSupport::CopyStream(unknown, other), GAbortException);
-    EXPECT_EQ(mEntries, (std::vector<Entry>{{0, -1}, {3, -1}, {6, -1}}));
+    EXPECT_EQ(seen.mReports, (decltype(seen.mReports){{0, -1}, {3, -1}, {6, -1}}));
     EXPECT_EQ(other.GetTaken(), "012345");
-    EXPECT_EQ(mFinished, 2);
+    EXPECT_EQ(seen.mFinished, 2);
+    GProgressCentre::SetInstance(nullptr);
 }
 
-TEST_F(CopyStream, ThrowsWhenTheTargetIsFull) {
+TEST(CopyStream, ThrowsWhenTheTargetIsFull) {
     PieceStream source("0123456789", 4);
     FullStream target(6);
-    EXPECT_EQ(FailureOf([&] { GStreamSupport::CopyStream(source, target); }), 2464);
+    EXPECT_EQ(ThrownBy([&] { GStreamSupport::CopyStream(source, target); }), 2464);
     EXPECT_EQ(target.GetTaken(), "012345");
 }
 
@@ -120,7 +98,7 @@ TEST(GetContent, StopsAtItsLimit) {
             if (limit >= 10) {
                 EXPECT_EQ(GStreamSupport::GetContent(*source, content, limit), 10);
             } else {
-                EXPECT_EQ(FailureOf([&] { GStreamSupport::GetContent(*source, content, limit); }), 40160);
+                EXPECT_EQ(ThrownBy([&] { GStreamSupport::GetContent(*source, content, limit); }), 40160);
                 EXPECT_EQ(BytesOf(content), "as it was");
             }
         }
@@ -141,40 +119,40 @@ TEST(GetStreamLength, CountsAllDataAndMovesNothing) {
     }
 }
 
+// Some stand behind an end of transmission, a preview or printer job language; an icon begins as a
+// metafile does, and one of the PNG headers has gone through a transfer as text.
+const std::pair<GTypeEnums::Types, std::vector<std::string>> cKinds[] = {
+    {GTypeEnums::cNone,
+     {"", "\x1B", "ab\1", "\x90\xF8\xFF\xFA", "\x89PNG\n\x1A\n\0"s, "\0\0\1\0\1\0\x20\x20\0\0\0\0\0\0\0\0"s}},
+    {GTypeEnums::cText,
+     {"Dear Sir,\r\n\tyou\f", "%PDF", "BMW is a make of car", "\xEF\xBB\xBFhello", "\xFF\xFEh\0"s,
+      "\xFE\xFF\0h"s, "\xD0\x9F\xD1\x80\xD0\xB8\xD0\xB2",
+      "Gr\xFC\xDF"
+      "e aus Wien",
+      std::string(1020, 'x') + "%PDF-1.7"}},
+    {GTypeEnums::cPostScript,
+     {"%!PS-Adobe-3.0\n%%Title: x EPSF-3.0", "%!\nshowpage", "\x04%!PS-Adobe-3.0\n",
+      "\x1B%-12345X@PJL\r\n@PJL ENTER LANGUAGE=POSTSCRIPT\r\n%!PS-Adobe-3.0\n",
+      "\x1B%-12345X%!PS-Adobe-3.0\n"}},
+    {GTypeEnums::cEPS, {"%!PS-Adobe-3.0 EPSF-3.0\n", "\xC5\xD0\xD3\xC6\x1E"}},
+    {GTypeEnums::cPrinterJob, {"\x1B%-12345X@PJL ENTER LANGUAGE=PCL\r\n\033E"}},
+    {GTypeEnums::cPCL, {"\x1B&l26A", ") HP-PCL XL;2;0"}},
+    {GTypeEnums::cPDF, {"%PDF-1.7\n", std::string(1019, 'x') + "%PDF-1.7"}},
+    {GTypeEnums::cEMFSpool, {"\0\0\1\0\x20\0\0\0\x10\0\0\0\x18\0\0\0d\0"s}},
+    {GTypeEnums::cPNG, {"\x89PNG\r\n\x1A\n\0"s}},
+    {GTypeEnums::cJPEG, {"\xFF\xD8\xFF\xE0"}},
+    {GTypeEnums::cGIF, {"GIF87a", "GIF89a"}},
+    {GTypeEnums::cTIFF, {"II*\0\x08"s, "MM\0*"s}},
+    {GTypeEnums::cBMP, {"BM\x36\0\0\0\0\0\0\0\x36\0\0\0\x28\0\0\0"s}},
+    {GTypeEnums::cZip, {"PK\x03\x04"}},
+    {GTypeEnums::cXPS, {"PK\x03\x04....FixedDocSeq.fdseq"}},
+    {GTypeEnums::cGZip, {"\x1F\x8B\x08"}},
+    {GTypeEnums::cDictionary, {"#BEGINDICT\r\n"}},
+    {GTypeEnums::cPreferences, {"#BEGINPREFS\r\n"}},
+};
+
 TEST(GetStreamType, KnowsDataByItsFirstBytes) {
-    // Some stand behind an end of transmission, a preview or printer job language; an icon begins as a
-    // metafile does, and one of the PNG headers has gone through a transfer as text.
-    const std::pair<GTypeEnums::Types, std::vector<std::string>> rows[] = {
-        {GTypeEnums::cNone,
-         {"", "\x1B", "ab\1", "\x90\xF8\xFF\xFA", "\x89PNG\n\x1A\n\0"s,
-          "\0\0\1\0\1\0\x20\x20\0\0\0\0\0\0\0\0"s}},
-        {GTypeEnums::cText,
-         {"Dear Sir,\r\n\tyou\f", "%PDF", "BMW is a make of car", "\xEF\xBB\xBFhello", "\xFF\xFEh\0"s,
-          "\xFE\xFF\0h"s, "\xD0\x9F\xD1\x80\xD0\xB8\xD0\xB2",
-          "Gr\xFC\xDF"
-          "e aus Wien",
-          std::string(1020, 'x') + "%PDF-1.7"}},
-        {GTypeEnums::cPostScript,
-         {"%!PS-Adobe-3.0\n%%Title: x EPSF-3.0", "%!\nshowpage", "\x04%!PS-Adobe-3.0\n",
-          "\x1B%-12345X@PJL\r\n@PJL ENTER LANGUAGE=POSTSCRIPT\r\n%!PS-Adobe-3.0\n",
-          "\x1B%-12345X%!PS-Adobe-3.0\n"}},
-        {GTypeEnums::cEPS, {"%!PS-Adobe-3.0 EPSF-3.0\n", "\xC5\xD0\xD3\xC6\x1E"}},
-        {GTypeEnums::cPrinterJob, {"\x1B%-12345X@PJL ENTER LANGUAGE=PCL\r\n\033E"}},
-        {GTypeEnums::cPCL, {"\x1B&l26A", ") HP-PCL XL;2;0"}},
-        {GTypeEnums::cPDF, {"%PDF-1.7\n", std::string(1019, 'x') + "%PDF-1.7"}},
-        {GTypeEnums::cEMFSpool, {"\0\0\1\0\x20\0\0\0\x10\0\0\0\x18\0\0\0d\0"s}},
-        {GTypeEnums::cPNG, {"\x89PNG\r\n\x1A\n\0"s}},
-        {GTypeEnums::cJPEG, {"\xFF\xD8\xFF\xE0"}},
-        {GTypeEnums::cGIF, {"GIF87a", "GIF89a"}},
-        {GTypeEnums::cTIFF, {"II*\0\x08"s, "MM\0*"s}},
-        {GTypeEnums::cBMP, {"BM\x36\0\0\0\0\0\0\0\x36\0\0\0\x28\0\0\0"s}},
-        {GTypeEnums::cZip, {"PK\x03\x04"}},
-        {GTypeEnums::cXPS, {"PK\x03\x04....FixedDocSeq.fdseq"}},
-        {GTypeEnums::cGZip, {"\x1F\x8B\x08"}},
-        {GTypeEnums::cDictionary, {"#BEGINDICT\r\n"}},
-        {GTypeEnums::cPreferences, {"#BEGINPREFS\r\n"}},
-    };
-    for (const auto& [type, kinds] : rows) {
+    for (const auto& [type, kinds] : cKinds) {
         for (const std::string& data : kinds) {
             SCOPED_TRACE(testing::PrintToString(data));
             PieceStream stream(data, 3);

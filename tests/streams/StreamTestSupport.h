@@ -1,13 +1,10 @@
 #pragma once
 
-#include <algorithm>
-#include <string>
-
 #include "framework/core/encodings/GUTF8Encoding.h"
-#include "framework/core/errors/GException.h"
-#include "framework/streams/GInStream.h"
-#include "framework/streams/GOutStream.h"
+#include "framework/streams/GMemoryInStream.h"
+#include "framework/streams/GMemoryOutStream.h"
 #include "tests/core/TextForTests.h"
+#include "tests/core/ThrownBy.h"
 
 inline std::string UTF8Of(const GString& text) {
     return BytesOf(text.GetBuffer(GUTF8Encoding::GetInstance()));
@@ -18,17 +15,6 @@ inline std::string Pattern(std::size_t length) {
     std::string bytes(length, '\0');
     for (std::size_t i = 0; i < length; ++i) bytes[i] = static_cast<char>(i * 7 + i / 251);
     return bytes;
-}
-
-/// The number of what a call throws, 0 for nothing.
-template <class Call>
-long FailureOf(Call call) {
-    try {
-        call();
-    } catch (const GException& failure) {
-        return failure.GetExceptionID();
-    }
-    return 0;
 }
 
 /// Reads to the end in pieces of `size`; checks that every count is that of the buffer.

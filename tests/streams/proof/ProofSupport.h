@@ -1,39 +1,7 @@
 #pragma once
 
-#include <filesystem>
-#include <fstream>
-#include <iterator>
-#include <string>
-#include <vector>
-
+#include "tests/files/TestFolder.h"
 #include "tests/streams/filters/FilterTestSupport.h"
-
-/// A folder of one test, gone with it.
-class ProofFolder {
-public:
-    ProofFolder() {
-        std::string name = std::filesystem::temp_directory_path() / "filter-proof-XXXXXX";
-        mPath = mkdtemp(name.data());
-    }
-    ProofFolder(const ProofFolder&) = delete;
-    ProofFolder& operator=(const ProofFolder&) = delete;
-    ~ProofFolder() { std::filesystem::remove_all(mPath); }
-
-    std::string operator/(const std::string& name) const { return mPath / name; }
-
-private:
-    std::filesystem::path mPath;
-};
-
-inline void WriteFile(const std::string& path, const std::string& bytes) {
-    std::ofstream(path, std::ios::binary) << bytes;
-}
-
-inline std::string ReadFile(const std::string& path) {
-    std::ifstream file(path, std::ios::binary);
-    if (!file) return "there is no file " + path;
-    return std::string(std::istreambuf_iterator<char>(file), {});
-}
 
 /// Runs a program for a minute at most.
 inline bool Succeeds(const std::string& command) {

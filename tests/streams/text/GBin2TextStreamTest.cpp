@@ -1,21 +1,11 @@
 #include "framework/streams/text/GBin2TextStream.h"
 
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <memory>
-#include <tuple>
-#include <vector>
-
 #include "framework/core/encodings/GASCIIEncoding.h"
 #include "framework/core/encodings/GLatinEncodings.h"
 #include "framework/core/encodings/GUnicodeEncoding.h"
-#include "framework/streams/GMemoryInStream.h"
-#include "framework/streams/GMemoryOutStream.h"
+#include "framework/streams/GReadAheadStream.h"
 #include "framework/streams/text/GText2BinStream.h"
 #include "tests/streams/StreamTestSupport.h"
-
-using namespace std::string_literals;
 
 namespace {
 
@@ -160,38 +150,16 @@ TEST(GBin2TextStream, LinesOfEveryLengthAroundTheReadSize) {
     }
 }
 
-// A source that delivers one byte at a time and can give back no more than that.
-class DrippingSource : public GBufferedInStream {
-public:
-    explicit DrippingSource(const std::string& bytes) : mBytes(BufferOf(bytes)), mSource(mBytes) {}
-    DrippingSource(const DrippingSource& other)
-        : GBufferedInStream(other), mBytes(other.mBytes), mSource(mBytes) {
-        mSource.Skip(other.mSource.GetPosition());
-    }
-
-    GInStream* CreateClone() const override { return new DrippingSource(*this); }
-    long Read(GBuffer& out, long maxBytes) override { return mSource.Read(out, std::min(maxBytes, 1L)); }
-    void Reset() override { mSource.Reset(); }
-    long Unread(long count) override { return mSource.Unread(std::min(count, 1L)); }
-    void SetRollBackPoint() override { mSource.SetRollBackPoint(); }
-    long RollBack() override { return mSource.RollBack(); }
-
-private:
-    GBuffer mBytes;
-    GMemoryInStream mSource;
-};
-
 TEST(GBin2TextStream, ReadsASourceThatDripsAndOwnsIt) {
-    // A lone CR of UTF-16 would need a source that takes two bytes back.
-    const std::tuple<std::string, const GEncoding*, std::vector<std::string>> rows[] = {
-        {"\"a\" b\r\nc\r\r\nd", GUTF8Encoding::GetInstance(), {" b", "c", "", "d"}},
-        {UTF16Of(u"\"a\" b\r\nc\nd"), GUnicodeEncoding::GetInstance(), {" b", "c", "d"}}};
-    for (const auto& [bytes, encoding, lines] : rows) {
-        GBin2TextStream stream(new DrippingSource(bytes), encoding);
+    const std::pair<std::string, const GEncoding*> rows[] = {
+        {"\"a\" b\r\nc\r\r\nd", GUTF8Encoding::GetInstance()},
+        {UTF16Of(u"\"a\" b\r\nc\r\r\nd"), GUnicodeEncoding::GetInstance()}};
+    for (const auto& [bytes, encoding] : rows) {
+        GBin2TextStream stream(new GReadAheadStream(new PieceStream(bytes, 1)), encoding);
         GString found;
         EXPECT_TRUE(stream.ReadQuotedString(found));
         EXPECT_EQ(UTF8Of(found), "a");
-        for (const std::string& line : lines) {
+        for (const char* const line : {" b", "c", "", "d"}) {
             EXPECT_TRUE(stream.ReadLine(found));
             EXPECT_EQ(UTF8Of(found), line);
         }
@@ -237,10 +205,10 @@ TEST(GBin2TextStream, TheSourceStandsBehindTheLineThatWasTouchedAndAClonesPlaceI
 TEST(GBin2TextStream, RefusesToWorkWithoutAnEncoding) {
     const GBuffer bytes("x");
     GMemoryInStream source(bytes);
-    EXPECT_EQ(FailureOf([&] { GBin2TextStream(source, nullptr); }), 40017);
+    EXPECT_EQ(ThrownBy([&] { GBin2TextStream(source, nullptr); }), 40017);
     GBuffer target;
     GMemoryOutStream out(target);
-    EXPECT_EQ(FailureOf([&] { GText2BinStream(out, nullptr); }), 40017);
+    EXPECT_EQ(ThrownBy([&] { GText2BinStream(out, nullptr); }), 40017);
 }
 
 // What is escaped is the buffer's.
@@ -280,7 +248,7 @@ TEST(GText2BinStream, ThrowsWhenTheTargetIsFull) {
     GText2BinStream stream(full, GUTF8Encoding::GetInstance());
     stream.WriteString("abc");
     stream.WriteString("");
-    EXPECT_EQ(FailureOf([&] { stream.WriteString("d"); }), 2464);
+    EXPECT_EQ(ThrownBy([&] { stream.WriteString("d"); }), 2464);
 }
 
 }  // namespace
