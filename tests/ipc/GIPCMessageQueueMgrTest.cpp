@@ -17,17 +17,10 @@ std::vector<std::int32_t> List(const GTable<std::int32_t>& table) {
 struct GIPCMessageQueueMgrTest : testing::Test {
     GIPCMessageQueueMgrTest() : mManager(Manager::cTest), mRaw(RawSegment::Open("Session\\1\\", cName)) {}
 
-    /// Everything in use behind version and seed: the end offset and the entries.
-    ByteList Entries() const { return mRaw->Copy(12, static_cast<long>(mRaw->GetWord(12)) - 8); }
-    void SetEntries(const std::vector<std::pair<int, int>>& entries) { SetEntries(*mRaw, entries); }
-    static void SetEntries(RawSegment& raw, const std::vector<std::pair<int, int>>& entries) {
-        long offset = 16;
-        for (const auto& [processID, registrationID] : entries) {
-            raw.SetWord(offset, static_cast<std::uint32_t>(processID));
-            raw.SetWord(offset + 4, static_cast<std::uint32_t>(registrationID));
-            offset += 8;
-        }
-        raw.SetWord(12, static_cast<std::uint32_t>(offset - 4));
+    void SetEntries(const Entries& entries) { SetEntries(*mRaw, entries); }
+    static void SetEntries(RawSegment& raw, const Entries& entries) {
+        raw.SetWord(12, 12);
+        for (const auto& [processID, registrationID] : entries) AddEntry(raw, processID, registrationID);
     }
     /// Another session's registry, as its processes would have made it.
     static std::unique_ptr<RawSegment> MakeRegistry(const char* path) {
@@ -93,29 +86,24 @@ TEST_F(GIPCMessageQueueMgrTest, RegistersWithIDsOfTheCountedUpSeed) {
     EXPECT_EQ(mRaw->GetWord(8), 0u);
 }
 
-TEST_F(GIPCMessageQueueMgrTest, UnregistersOneByPuttingTheLastInItsPlace) {
-    SetEntries({{1, 10}, {2, 20}, {3, 30}});
-    mManager.Unregister(1, 10);
-    EXPECT_EQ(Entries(), (ByteList{28, 0, 0, 0, 3, 0, 0, 0, 30, 0, 0, 0, 2, 0, 0, 0, 20, 0, 0, 0}));
-    mManager.Unregister(2, 20);
-    EXPECT_EQ(Entries(), (ByteList{20, 0, 0, 0, 3, 0, 0, 0, 30, 0, 0, 0}));
-    mManager.Unregister(3, 20);
-    mManager.Unregister(4, 30);
-    EXPECT_EQ(mRaw->GetWord(12), 20u);
-    mManager.Unregister(3, 30);
-    EXPECT_EQ(mRaw->GetWord(12), 12u);
-    mManager.Unregister(3, 30);
-    EXPECT_EQ(mRaw->GetWord(12), 12u);
-}
-
-TEST_F(GIPCMessageQueueMgrTest, UnregistersAProcessKeepingTheOrderOfTheOthers) {
-    SetEntries({{1, 10}, {2, 20}, {1, 11}, {3, 30}, {1, 12}});
-    mManager.Unregister(4);
-    EXPECT_EQ(mRaw->GetWord(12), 52u);
-    mManager.Unregister(1);
-    EXPECT_EQ(Entries(), (ByteList{28, 0, 0, 0, 2, 0, 0, 0, 20, 0, 0, 0, 3, 0, 0, 0, 30, 0, 0, 0}));
-    EXPECT_FALSE(mManager.IsRegistered(1));
-    EXPECT_TRUE(mManager.IsRegistered(3));
+TEST_F(GIPCMessageQueueMgrTest, UnregistersOneByPuttingTheLastInItsPlaceAndAProcessKeepingTheOrder) {
+    const Entries mixed = {{1, 10}, {2, 20}, {1, 11}, {3, 30}, {1, 12}};
+    const std::tuple<Entries, long, long, Entries> rows[] = {
+        // before, the process and its registration or 0 for all, after
+        {{{1, 10}, {2, 20}, {3, 30}}, 1, 10, {{3, 30}, {2, 20}}},
+        {{{3, 30}, {2, 20}}, 2, 20, {{3, 30}}},
+        {{{3, 30}}, 3, 20, {{3, 30}}},
+        {{{3, 30}}, 4, 30, {{3, 30}}},
+        {{{3, 30}}, 3, 30, {}},
+        {{}, 3, 30, {}},
+        {mixed, 4, 0, mixed},
+        {mixed, 1, 0, {{2, 20}, {3, 30}}}};
+    for (const auto& [before, processID, registrationID, after] : rows) {
+        SetEntries(before);
+        registrationID != 0 ? mManager.Unregister(processID, registrationID) : mManager.Unregister(processID);
+        EXPECT_EQ(EntriesOf(mRaw.get()), after);
+        EXPECT_EQ(mManager.IsRegistered(3), !after.empty());
+    }
 }
 
 TEST_F(GIPCMessageQueueMgrTest, TakesBackItsOwnRegistrationsAndNoOthers) {
@@ -158,7 +146,7 @@ TEST_F(GIPCMessageQueueMgrTest, AFullRegistryDropsWhatNobodyListensBehind) {
                 {"a living process's entries without a queue", {4711, 0}, 1}};
     for (const auto& row : rows) {
         SCOPED_TRACE(row.what);
-        std::vector<std::pair<int, int>> entries = {{4711, 77}, {4711, 30000}};
+        Entries entries = {{4711, 77}, {4711, 30000}};
         while (entries.size() < 1024)
             entries.push_back(
                 {row.filler.first, row.filler.second ? row.filler.second : int(entries.size()) + 1000});
@@ -175,7 +163,7 @@ TEST_F(GIPCMessageQueueMgrTest, AFullRegistryDropsWhatNobodyListensBehind) {
 
 TEST_F(GIPCMessageQueueMgrTest, ARegistryFullOfListenersTakesNobodyElse) {
     std::vector<std::unique_ptr<GIPCMessageQueue>> queues;
-    std::vector<std::pair<int, int>> entries;
+    Entries entries;
     for (int i = 1; i <= 1024; ++i) {
         bool created = false;
         queues.push_back(std::make_unique<GIPCMessageQueue>(1, 4711, i, created));

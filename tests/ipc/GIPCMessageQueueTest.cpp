@@ -220,29 +220,4 @@ TEST_F(GIPCMessageQueueTest, ACorruptWordThrowsAndChangesNothing) {
     EXPECT_FALSE(mQueue.IsLocked());
 }
 
-TEST_F(GIPCMessageQueueTest, EveryTruncationOfALogThrowsUnlessItEndsBetweenRecords) {
-    const ByteList log = Join({cHi, cKindTwo, cEmpty});
-    const std::vector<std::size_t> boundaries = {0, 23, 35, 55};
-    for (std::size_t length = 0; length <= log.size(); ++length) {
-        SCOPED_TRACE(length);
-        SetRecords(ByteList(log.begin(), log.begin() + static_cast<long>(length)));
-        const bool whole = std::count(boundaries.begin(), boundaries.end(), length) > 0;
-        GTable<GSmartPtr<GIPCMessage>> messages;
-        EXPECT_EQ(ThrownBy([&] { mQueue.ReadPendingMessages(messages); }), whole ? 0 : 40161);
-        EXPECT_EQ(messages.GetCount(), (length >= 23) + (length >= 55)) << "what stands before is handed out";
-        EXPECT_EQ(EndOffset(), whole ? 8 : 8 + static_cast<long>(length));
-    }
-}
-
-TEST_F(GIPCMessageQueueTest, ResettingMendsWhateverWasDone) {
-    for (long offset : {0L, 4L, 8L, 12L}) {
-        SCOPED_TRACE(offset);
-        mRaw->SetWord(offset, 0xFFFFFFFF);
-        mQueue.Reset();
-        EXPECT_TRUE(Drain().empty());
-        EXPECT_TRUE(mQueue.TryToAddRawMessage(145, BufferOf("Hi!")));
-        EXPECT_EQ(Drain(), Log{"4711:145:Hi!"});
-    }
-}
-
 }  // namespace

@@ -135,25 +135,6 @@ TYPED_TEST(GSharedMemoryTest, WritesABufferWithItsLengthOrNothingAndReadsNoneWho
     }
 }
 
-TYPED_TEST(GSharedMemoryTest, ComparesInPlaceAndACursorGuardPutsTheCursorBackUnlessReleased) {
-    auto& segment = this->mSegment;
-    this->Fill();
-    segment.SetCursor(13);
-    EXPECT_TRUE(segment.Matches(BufferOf("NOP")));
-    EXPECT_FALSE(segment.Matches(BufferOf("NOQ")));
-    EXPECT_TRUE(segment.Matches(GBuffer()));
-    EXPECT_EQ(ThrownBy([&] { segment.Matches(BufferOf("NOPQ")); }), 40161);
-    EXPECT_EQ(segment.GetCursor(), 13);
-    for (const bool release : {false, true}) {
-        {
-            GShMemCursorGuard guard(segment);
-            segment.SetCursor(8);
-            if (release) guard.Release();
-        }
-        EXPECT_EQ(segment.GetCursor(), release ? 8 : 13);
-    }
-}
-
 TYPED_TEST(GSharedMemoryTest, LocksOnceHoweverDeep) {
     using Mutex = GIPMutexBase<typename TypeParam::MutexImp>;
     auto& segment = this->mSegment;

@@ -1,7 +1,6 @@
 #pragma once
 
-#include <condition_variable>
-#include <mutex>
+#include <future>
 
 #include "framework/ipc/GIPCClock.h"
 #include "framework/ipc/GIPCManager.h"
@@ -23,6 +22,27 @@ inline std::string Describe(const GIPCMessage& message) {
     const std::string text = BytesOf(message.GetData());
     return std::to_string(message.GetSenderProcessID()) + ":" + std::to_string(message.GetType()) + ":" +
            (text.size() < 100 ? text : std::to_string(text.size()) + " x " + text[0]);
+}
+
+inline std::string QueueName(long processID, long registrationID) {
+    return "QulShDP" + std::to_string(processID) + "MQ" + std::to_string(registrationID);
+}
+
+/// Process and registration ID of every entry of a registry; of none there are none.
+using Entries = std::vector<std::pair<long, long>>;
+inline Entries EntriesOf(const RawSegment* registry) {
+    Entries entries;
+    for (long offset = 16; registry && offset < static_cast<long>(registry->GetWord(12)) + 4; offset += 8)
+        entries.emplace_back(registry->GetWord(offset), registry->GetWord(offset + 4));
+    return entries;
+}
+
+/// Writes an entry behind the others, as a process that keeps to no rules.
+inline void AddEntry(RawSegment& registry, long processID, long registrationID) {
+    const long end = static_cast<long>(registry.GetWord(12));
+    registry.SetWord(end + 4, static_cast<std::uint32_t>(processID));
+    registry.SetWord(end + 8, static_cast<std::uint32_t>(registrationID));
+    registry.SetWord(12, static_cast<std::uint32_t>(end + 8));
 }
 
 /// Notes what it is handed, and then does what a test wants of it.
@@ -49,20 +69,21 @@ template <class Manager>
 struct Process {
     template <class... Arguments>
     Process(IPCWorld& world, long processID, long session, Arguments... arguments)
-        : mWorld(world), mID(processID), mSession(session) {
-        Act();
-        mManager = std::make_unique<Manager>(arguments...);
-    }
+        : mWorld(world), mID(processID), mSession(session), mManager(Make(arguments...)) {}
     ~Process() {
         Act();
         mReceiver.reset();
         mManager.reset();
     }
     void Act() { mWorld.ActAs(mID, mSession); }
+    template <class... Arguments>
+    std::unique_ptr<Manager> Make(Arguments... arguments) {
+        Act();
+        return std::make_unique<Manager>(arguments...);
+    }
     /// The queue under that path, or null.
     std::unique_ptr<RawSegment> OpenQueue(const char* path = "Session\\1\\") const {
-        const std::string registrationID = std::to_string(mManager->GetRegistrationID());
-        return RawSegment::Open(path, "QulShDP" + std::to_string(mID) + "MQ" + registrationID);
+        return RawSegment::Open(path, QueueName(mID, mManager->GetRegistrationID()));
     }
 
     IPCWorld& mWorld;
@@ -89,33 +110,22 @@ struct Listener : Process<Manager> {
 class MutexHog {
 public:
     explicit MutexHog(const GShMemID& identifier) {
-        mThread = std::thread([this, identifier] { Hold(identifier); });
-        std::unique_lock<std::mutex> lock(mGuard);
-        mChanged.wait(lock, [this] { return mHeld; });
+        mThread = std::thread([this, identifier] {
+            GIPMutex mutex(identifier, GIPPrefix::cSharedMemoryLock);
+            const GIPMutexLocker locker(mutex);
+            mHeld.set_value();
+            mEnd.get_future().wait();
+        });
+        mHeld.get_future().wait();
     }
     ~MutexHog() {
-        {
-            const std::lock_guard<std::mutex> lock(mGuard);
-            mEnd = true;
-        }
-        mChanged.notify_all();
+        mEnd.set_value();
         mThread.join();
     }
 
 private:
-    void Hold(const GShMemID& identifier) {
-        GIPMutex mutex(identifier, GIPPrefix::cSharedMemoryLock);
-        const GIPMutexLocker locker(mutex);
-        std::unique_lock<std::mutex> lock(mGuard);
-        mHeld = true;
-        mChanged.notify_all();
-        mChanged.wait(lock, [this] { return mEnd; });
-    }
-
-    std::mutex mGuard;
-    std::condition_variable mChanged;
-    bool mHeld = false;
-    bool mEnd = false;
+    std::promise<void> mHeld;
+    std::promise<void> mEnd;
     std::thread mThread;
 };
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <cstring>
 #include <memory>
 #include <string>
 #include <vector>
@@ -20,12 +21,10 @@ public:
     unsigned char* GetBytes() noexcept { return mBytes; }
     /// The bytes that can be touched.
     long GetSize() const noexcept { return mSize; }
-    void SetWord(long offset, std::uint32_t value) {
-        for (int i = 0; i < 4; ++i) mBytes[offset + i] = static_cast<unsigned char>(value >> (8 * i));
-    }
+    void SetWord(long offset, std::uint32_t value) { std::memcpy(mBytes + offset, &value, sizeof value); }
     std::uint32_t GetWord(long offset) const {
         std::uint32_t value = 0;
-        for (int i = 0; i < 4; ++i) value |= std::uint32_t{mBytes[offset + i]} << (8 * i);
+        std::memcpy(&value, mBytes + offset, sizeof value);
         return value;
     }
     std::vector<unsigned char> Copy() const { return Copy(0, mSize); }

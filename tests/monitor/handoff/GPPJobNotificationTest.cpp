@@ -27,13 +27,8 @@ struct GPPJobNotificationTest : testing::Test {
             GPPJobRecord(GString("anna"), GPathName("C:/a.ps"), printer, GString("QuillonPDFPort:"), 1));
     }
 
-    /// As a process that keeps to no rules; where the registry is.
-    static void AddEntry(const char* path, std::int32_t processID, std::int32_t registrationID) {
-        const auto raw = RawSegment::Open(path, "QulShDGIPC_PP");
-        const long end = static_cast<long>(raw->GetWord(12));
-        raw->SetWord(end + 4, static_cast<std::uint32_t>(processID));
-        raw->SetWord(end + 8, static_cast<std::uint32_t>(registrationID));
-        raw->SetWord(12, static_cast<std::uint32_t>(end + 8));
+    static std::unique_ptr<RawSegment> OpenRegistry(const char* path = "Session\\1\\") {
+        return RawSegment::Open(path, "QulShDGIPC_PP");
     }
 
     IPCWorld mWorld;
@@ -76,7 +71,7 @@ TEST_F(GPPJobNotificationTest, NothingThatATargetDoesEndsTheJobOrCostsAnotherTar
             for (const auto& [offset, value] : row.words)
                 if (const auto raw = spoilt.OpenQueue(path)) raw->SetWord(offset, value);
             for (const auto& [processID, registrationID] : row.entries)
-                AddEntry(path, processID, registrationID);
+                AddEntry(*OpenRegistry(path), processID, registrationID);
         }
         EXPECT_EQ(ThrownBy([&] { EXPECT_TRUE(Notify()); }), 0);
         EXPECT_EQ(good.Tick().size(), 1u);
@@ -118,9 +113,9 @@ TEST_F(GPPJobNotificationTest, ReadsRegistriesAsOftenForManyTargetsAsForFew) {
 TEST_F(GPPJobNotificationTest, TidiesARegistryThatIsNearlyFullAndCountsAnEntryOnce) {
     for (const auto& [added, left] : {std::pair<int, std::size_t>{767, 768}, {768, 1}}) {
         Application listener(mWorld, 200);
-        const auto raw = RawSegment::Open("Session\\1\\", "QulShDGIPC_PP");
+        const auto raw = OpenRegistry();
         for (int i = 0; i < added; ++i)
-            AddEntry("Session\\1\\", i % 2 ? 200 : 999,
+            AddEntry(*raw, i % 2 ? 200 : 999,
                      static_cast<std::int32_t>(i % 2 ? listener.mManager->GetRegistrationID() : i + 1));
         EXPECT_TRUE(Notify());
         EXPECT_EQ(listener.Tick().size(), 1u);
@@ -131,8 +126,8 @@ TEST_F(GPPJobNotificationTest, TidiesARegistryThatIsNearlyFullAndCountsAnEntryOn
 
 TEST_F(GPPJobNotificationTest, SpoiltRegistriesLetNothingThroughAndDoNotHideAGoodOne) {
     Application listener(mWorld, 200);
-    const auto session = RawSegment::Open("Session\\1\\", "QulShDGIPC_PP");
-    const auto global = RawSegment::Open("Global\\", "QulShDGIPC_PP");
+    const auto session = OpenRegistry();
+    const auto global = OpenRegistry("Global\\");
     const std::uint32_t good = session->GetWord(12);
     ASSERT_EQ(global->GetWord(12), good);
     for (const auto& [inSession, inGlobal] : {std::pair<std::uint32_t, std::uint32_t>{0x7FFFFFFF, 0xFFFFFFFF},

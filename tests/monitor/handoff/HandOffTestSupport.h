@@ -14,10 +14,6 @@ inline GShMemID RegistryID() {
     return GShMemID("GIPCTest_PP");
 }
 
-inline std::string QueueName(long processID, long registrationID) {
-    return "QulShDP" + std::to_string(processID) + "MQ" + std::to_string(registrationID);
-}
-
 /// As the monitor, in the registries for tests.
 struct Monitor : Process<GPPIPCManager> {
     Monitor(IPCWorld& world, long processID, long session, GWaitBudget* budget = nullptr)
@@ -35,15 +31,8 @@ struct Application : Listener<GPPIPCManager> {
 
 /// A machine on which monitors and processing applications meet.
 struct HandOffTest : testing::Test {
-    using Entries = std::vector<std::pair<long, long>>;
-
-    /// Process and registration ID of every entry that a registry's segment holds.
     static Entries Registry(const char* path) {
-        Entries entries;
-        const auto raw = RawSegment::Open(path, cRegistryName);
-        for (long offset = 16; raw && offset < static_cast<long>(raw->GetWord(12)) + 4; offset += 8)
-            entries.push_back({raw->GetWord(offset), raw->GetWord(offset + 4)});
-        return entries;
+        return EntriesOf(RawSegment::Open(path, cRegistryName).get());
     }
     static long RegistrationIn(const char* path, long processID) {
         for (const auto& [id, registrationID] : Registry(path))
