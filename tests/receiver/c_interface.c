@@ -195,6 +195,25 @@ static void leaves_what_nobody_asked_for(void) {
     CHECK(quillon_close(receiver), QUILLON_OK);
 }
 
+/* Any program can hold the lock of the registries. */
+static void goes_on_when_the_messaging_is_free_again(void) {
+    quillon_receiver receiver;
+    int32_t listening = 1;
+    char text[400];
+    HANDLE lock = CreateMutexA(NULL, FALSE, "Global\\QulShLGIPC_PP");
+    CHECK(WaitForSingleObject(lock, INFINITE), WAIT_OBJECT_0);
+    CHECK(quillon_open(0, &receiver), QUILLON_OK);
+    CHECK(quillon_is_listening(receiver, &listening), QUILLON_OK);
+    CHECK(listening, 0);
+    CHECK(quillon_next_problem_utf8(receiver, text, sizeof text, NULL), QUILLON_OK);
+    CHECK(strstr(text, "mutex") != NULL, 1);
+    ReleaseMutex(lock);
+    while (!listening && quillon_is_listening(receiver, &listening) == QUILLON_OK) Sleep(10);
+    CHECK(listening, 1);
+    CHECK(quillon_close(receiver), QUILLON_OK);
+    CloseHandle(lock);
+}
+
 /* With what was left before: each job goes to one of the threads, and the closing ends them. */
 static void serves_many_threads_and_ends_their_waits(void) {
     quillon_receiver receiver;
@@ -220,6 +239,7 @@ int main(void) {
     refuses_what_makes_no_sense();
     hands_out_what_is_pending();
     leaves_what_nobody_asked_for();
+    goes_on_when_the_messaging_is_free_again();
     serves_many_threads_and_ends_their_waits();
     CHECK(CoInitializeEx(NULL, COINIT_APARTMENTTHREADED), S_OK);
     /* A process may also end with its receiver open. */
