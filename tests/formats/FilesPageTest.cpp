@@ -159,7 +159,7 @@ TEST_F(FilesPage, TraceConfigurationAndLog) {
     Facts facts = page.facts;
     for (const auto& [key, result] : changed) {
         const std::string cell = facts.at(key);
-        const bool isText = cell.starts_with('"');
+        const bool isText = cell.starts_with('"') && cell.ends_with('"');
         const std::string other = isText ? "i" : cell == "true" ? "false" : "true";
         EXPECT_EQ(Settings(key, isText ? cell.substr(1, cell.size() - 2) : cell), before) << key;
         EXPECT_EQ(Settings(key, other), result) << key;

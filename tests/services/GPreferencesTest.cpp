@@ -250,6 +250,52 @@ TEST_F(GPreferencesTest, ALockThatStaysTakenIsAFailureThatLosesNothing) {
     EXPECT_EQ(TextOf(GPrefSharedFileModule(path, GUnicodeEncoding::GetInstance()).Get("g", "k")), "waits");
 }
 
+TEST_F(GPreferencesTest, ModulesAreInstalledReplacedAndMerged) {
+    struct Counted : GPrefMemoryModule {
+        explicit Counted(int& count) : mCount(count) { ++mCount; }
+        ~Counted() override { --mCount; }
+        int& mCount;
+    };
+    int count = 0;
+    constexpr long cMine = -1;
+    GPreferences::SetPrefModule(cDefaults, new Counted(count), true);
+    GPreferences::SetPrefModule(cMine, new Counted(count), true);
+    GPreferences::SetPrefModule(cMine, GPreferences::GetPrefModule(cMine), true);
+    EXPECT_EQ(count, 2);
+    GPrefMemoryModule own;
+    own.Set("g", "k", "mine");
+    GPreferences::UpdatePreferencesWith({{cDefaults, &own}, {cMine, &own}});
+    EXPECT_EQ(Get(cDefaults, "g", "k") + Get(cMine, "g", "k"), "minemine");
+    EXPECT_THROW(GPreferences::UpdatePreferencesWith({{cUser, &own}}), GException);
+    EXPECT_THROW(GPreferences::SetPrefModule(cUser, nullptr, true), GException);
+    GPreferences::SetPrefModule(cMine, &own, false);
+    EXPECT_EQ(count, 1);
+    GPreferences::RemovePrefModule(cMine);
+    GPreferences::RemovePrefModule(cDefaults);
+    EXPECT_EQ(count, 0);
+}
+
+TEST_F(GPreferencesTest, FilesAreInTheEncodingThatIsSet) {
+    const std::string mark = "\xFF\xFE";
+    GPreferences::SetEncoding(GUnicodeEncoding::GetInstance());
+    EXPECT_THROW(GPreferences::SetEncoding(nullptr), GException);
+    Install(4);
+    GPreferences::Set(cUser, "g", "k", "v");
+    GPreferences::FlushPrefs();
+    EXPECT_EQ(mFolder.Take("user/App.uprefs").substr(0, 2), mark);
+    GPrefFileModule module(mFolder.Portable("user/App.uprefs"), GUTF8Encoding::GetInstance());
+    module.Set("g", "l", "w");
+    module.SaveAs(mFolder.Portable("copy"));
+    EXPECT_EQ(mFolder.Take("copy").substr(0, 11), "#BEGINPREFS");
+    EXPECT_EQ(TextOf(GPrefFileModule(mFolder.Portable("copy"), GUTF8Encoding::GetInstance()).Get("g", "l")),
+              "w");
+    EXPECT_TRUE(module.IsDirty()) << "its own file is as it was";
+    module.SetEncoding(GUnicodeEncoding::GetInstance());
+    EXPECT_THROW(module.SetEncoding(nullptr), GException);
+    module.SaveAs(mFolder.Portable("copy"));
+    EXPECT_EQ(mFolder.Take("copy").substr(0, 2), mark);
+}
+
 TEST_F(GPreferencesTest, WhatIsReadOfADamagedFileIsKeptAndTheFileToo) {
     for (const bool shared : {false, true}) {
         SCOPED_TRACE(shared);

@@ -124,10 +124,17 @@ TEST(GVariableMgr, KnowsWhatIsSelected) {
 TEST(GVariableMgr, ItsOwnFoldersAreTheSystems) {
     const GVariableMgr manager(false, GVariableMgr::cPaths);
     GString value;
-    EXPECT_TRUE(manager.GetVar("%Desktop%", value));
-    EXPECT_EQ(TextOf(value), TextOf(GFileSystem::GetDesktopFolder().GetNativePathString()));
-    EXPECT_TRUE(manager.GetVar("%System Disk%", value));
-    EXPECT_FALSE(value.IsEmpty());
+    const std::pair<const char*, GPathName> rows[] = {
+        {"%Desktop%", GFileSystem::GetDesktopFolder()},
+        {"%My Documents%", GFileSystem::GetUserDocumentsFolder()},
+        {"%Program Files%", GFileSystem::GetApplicationsFolder()},
+        {"%Temp%", GFileSystem::GetGlobalTempFolder()},
+        {"%System Disk%", GFileSystem::GetGlobalSystemFolder().GetRootPath()}};
+    for (const auto& [name, folder] : rows) {
+        EXPECT_TRUE(manager.GetVar(name, value));
+        EXPECT_EQ(TextOf(value), TextOf(folder.GetNativePathString())) << name;
+        EXPECT_FALSE(value.IsEmpty());
+    }
 }
 
 TEST(GVariableSubstitution, PutsVariablesForFoldersAndBack) {
