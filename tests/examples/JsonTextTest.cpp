@@ -1,10 +1,7 @@
 #include "examples/PrinterProcessorWin/JsonText.h"
 
-#include <gmock/gmock.h>
-
-#include <tuple>
-
 #include "examples/PrinterProcessorWin/Options.h"
+#include "tests/Testing.h"
 #include "tools/console/Console.h"
 #include "tools/machine/Failure.h"
 

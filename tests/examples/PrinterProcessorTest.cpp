@@ -1,17 +1,10 @@
-#include <gmock/gmock.h>
-
-#include <algorithm>
-
 #include "framework/ipc/GIPCMessageQueue.h"
 #include "framework/system/GProcessInfo.h"
 #include "framework/system/GSessionInfo.h"
-#include "framework/system/PSystem.h"
 #include "monitor/handoff/GPPIPCManager.h"
 #include "monitor/handoff/GPPJobRecord.h"
-#include "platform/win32/base/PWin32Api.h"
-#include "platform/win32/core/PWin32Wide.h"
-#include "tests/files/TestFolder.h"
 #include "tests/ipc/RawSegment.h"
+#include "tests/platform/PeerProgram.h"
 #include "tests/tools/ChildProcess.h"
 #include "tools/console/Console.h"
 #include "tools/quillonctl/Listeners.h"
@@ -28,26 +21,25 @@ protected:
         return ChildProcess(L"PrinterProcessorWin.exe" + options, mFolder.Standard("out"),
                             mFolder.Standard("err"));
     }
-    /// False when the program ended or half a minute passed before it listened.
+    /// False when half a minute passes before it is so.
+    template <class Condition>
+    static bool WaitFor(const Condition& condition) {
+        for (int i = 0; i < 3000 && !condition(); ++i) ::Sleep(10);
+        return condition();
+    }
+    /// False also when the program ends.
     static bool WaitFor(const ChildProcess& program) {
-        for (int i = 0; i < 3000 && !IsListening(program) && program.IsRunning(); ++i) ::Sleep(10);
+        WaitFor([&] { return IsListening(program) || !program.IsRunning(); });
         return IsListening(program);
     }
-    /// False when half a minute passed before the program said so on its standard error output.
-    bool WaitToHear(const char* text) const {
-        for (int i = 0; i < 3000; ++i, ::Sleep(10))
-            if (mFolder.Take("err").find(text) != std::string::npos) return true;
-        return false;
-    }
-    bool WaitToRead(const char* text, int count = 1) const {
-        for (int i = 0; i < 3000; ++i, ::Sleep(10)) {
-            const std::string output = mFolder.Take("out");
-            int found = 0;
-            for (std::size_t at = output.find(text); at != output.npos; at = output.find(text, at + 1))
-                ++found;
-            if (found >= count) return true;
-        }
-        return false;
+    /// Waits until the text stands so often in its standard output or, with "err", in its error output.
+    bool WaitToRead(const std::string& text, int count = 1, const char* output = "out") const {
+        return WaitFor([&] {
+            const std::string all = mFolder.Take(output);
+            std::size_t at = all.find(text);
+            for (int i = 1; i < count && at != all.npos; ++i) at = all.find(text, at + 1);
+            return at != all.npos;
+        });
     }
     long CountFiles(const wchar_t* start) const {
         return std::ranges::count_if(
@@ -90,9 +82,11 @@ protected:
     TestFolder mFolder;
 };
 
-TEST_F(PrinterProcessorTest, WithOnceItEndsAfterTheFirstJob) {
+TEST_F(PrinterProcessorTest, WithOnceItReportsWhatIsNoRecordAndEndsAfterTheFirstJob) {
     const ChildProcess program = Start(L" --json --once");
     ASSERT_TRUE(WaitFor(program));
+    for (const char* text : {"no dictionary at all", "#BEGINDICT\r\n\"UserName\"\r\n#ENDDICT\r\n", ""})
+        Send(program, GBuffer(text));
     SendJob(program, "anna");
     EXPECT_EQ(program.WaitForExitCode(), 0);
     const std::string output = mFolder.Take("out");
@@ -102,6 +96,9 @@ TEST_F(PrinterProcessorTest, WithOnceItEndsAfterTheFirstJob) {
                             "\"PrinterName\":\"Proof\","
                             "\"PortName\":\"QuillonPDFPort:\",\"CopyCount\":1\\}\n"));
     EXPECT_EQ(std::count(output.begin(), output.end(), '\n'), 1);
+    const std::string errors = mFolder.Take("err");
+    EXPECT_EQ(std::count(errors.begin(), errors.end(), '\n'), 3) << errors;
+    EXPECT_THAT(errors, testing::HasSubstr("holds no job record"));
     EXPECT_FALSE(IsListening(program));
 }
 
@@ -123,10 +120,9 @@ TEST_F(PrinterProcessorTest, WithPendingItHandsOutWhatLiesThereAndThenListens) {
 }
 
 TEST_F(PrinterProcessorTest, ItRunsSoManyProgramsAtATimeAndKeepsTheFilesOfThoseThatFail) {
-    GPathName peer = PSystem::GetApplicationPath();
-    peer.ReplaceLeaf(GString("ProcessPeer"));
-    const ChildProcess program = Start(L" --json --jobs 2 --run \"\\\"" +
-                                       std::wstring(AsWide(peer.GetNativePathString())) + L"\\\" sleep\"");
+    const ChildProcess program =
+        Start(L" --json --jobs 2 --run \"\\\"" + AsStandard(PeerPath("ProcessPeer").GetNativePathString()) +
+              L"\\\" sleep\"");
     ASSERT_TRUE(WaitFor(program));
     for (const char* user : {"anna", "berta", "carla"}) {
         SendJob(program, user);
@@ -143,20 +139,6 @@ TEST_F(PrinterProcessorTest, ItRunsSoManyProgramsAtATimeAndKeepsTheFilesOfThoseT
     ASSERT_TRUE(WaitToRead("\"Outcome\":\"failed\",\"ExitCode\":7,"));
     EXPECT_EQ(CountFiles(L"job (taken "), 3);
     EXPECT_TRUE(program.IsRunning());
-}
-
-TEST_F(PrinterProcessorTest, WhatIsNoRecordIsReportedAndTheNextJobStillArrives) {
-    const ChildProcess program = Start(L" --once");
-    ASSERT_TRUE(WaitFor(program));
-    Send(program, GBuffer("no dictionary at all"));
-    Send(program, GBuffer("#BEGINDICT\r\n\"UserName\"\r\n#ENDDICT\r\n"));
-    Send(program, GBuffer());
-    SendJob(program, "berta");
-    EXPECT_EQ(program.WaitForExitCode(), 0);
-    EXPECT_THAT(mFolder.Take("out"), testing::HasSubstr("\nUser: berta\n"));
-    const std::string errors = mFolder.Take("err");
-    EXPECT_EQ(std::count(errors.begin(), errors.end(), '\n'), 3) << errors;
-    EXPECT_THAT(errors, testing::HasSubstr("holds no job record"));
 }
 
 TEST_F(PrinterProcessorTest, ASpoiltQueueAndALostRegistrationAreReportedAndTheNextJobStillArrives) {
@@ -178,7 +160,7 @@ TEST_F(PrinterProcessorTest, ASpoiltQueueAndALostRegistrationAreReportedAndTheNe
         registry.Unregister(programID);
     }
     EXPECT_GT(entries, 0);
-    EXPECT_TRUE(WaitToHear("Registering again"));
+    EXPECT_TRUE(WaitToRead("Registering again", 1, "err"));
     ASSERT_TRUE(WaitFor(program));
     SendJob(program, "berta");
     EXPECT_EQ(program.WaitForExitCode(), 0) << mFolder.Take("err");

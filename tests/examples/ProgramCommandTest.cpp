@@ -1,15 +1,8 @@
 #include "examples/PrinterProcessorWin/ProgramCommand.h"
 
-#include <gmock/gmock.h>
-
-#include <tuple>
-
 #include "examples/PrinterProcessorWin/JobProgram.h"
 #include "examples/PrinterProcessorWin/JobVariables.h"
-#include "framework/system/PSystem.h"
-#include "platform/win32/base/PWin32Api.h"
-#include "platform/win32/core/PWin32Wide.h"
-#include "tests/files/TestFolder.h"
+#include "tests/platform/PeerProgram.h"
 #include "tools/console/Console.h"
 #include "tools/machine/Failure.h"
 
@@ -28,23 +21,6 @@ ProgramResult RunToItsEnd(const std::wstring& command, Job job) {
     JobProgram program(ProgramCommand(command), std::move(job));
     while (!program.HasEnded()) ::WaitForSingleObject(program.GetHandle(), 30000);
     return program.GetResult();
-}
-
-std::wstring PeerPath() {
-    GPathName path = PSystem::GetApplicationPath();
-    path.ReplaceLeaf(GString("ProcessPeer.exe"));
-    return AsWide(path.GetNativePathString());
-}
-
-/// The first half of what ProcessPeer writes: its arguments as the run-time library takes them apart, each
-/// with '|'.
-std::wstring Arguments(const TestFolder& folder) {
-    const std::string bytes = folder.Take("argv");
-    std::wstring text(reinterpret_cast<const wchar_t*>(bytes.data()), bytes.size() / sizeof(wchar_t));
-    text.resize(text.find(L'\1'));
-    for (wchar_t& unit : text)
-        if (unit == 0) unit = L'|';
-    return text;
 }
 
 TEST(ProgramCommand, RefusesWhatItCouldNotRunSafely) {
@@ -87,31 +63,34 @@ TEST(ProgramCommand, RefusesWhatItCouldNotRunSafely) {
 // once.
 TEST(ProgramCommand, EachArgumentArrivesAsOneWhateverTheJobIsCalled) {
     const TestFolder folder;
-    const std::wstring peer = L'"' + PeerPath() + L"\" argv \"" + folder.Standard("argv").wstring() + L"\" ";
+    const std::wstring peer = L'"' + AsStandard(PeerPath().GetNativePathString()) + L"\" argv \"" +
+                              folder.Standard("argv").wstring() + L"\" ";
     const struct {
         const wchar_t* arguments;
         const wchar_t* path;
         const char* user;
-        const wchar_t* expected;
+        const char16_t* expected;
     } rows[] = {
-        {L"%JobPath%", L"C:\\a b\\Letter (taken 4711-7).ps", "", L"C:\\a b\\Letter (taken 4711-7).ps|"},
-        {L"-o=%JobName%.pdf -x", L"C:\\a b\\Letter (taken 4711-7).ps", "", L"-o=Letter.pdf|-x|"},
+        {L"%JobPath%", L"C:\\a b\\Letter (taken 4711-7).ps", "", u"C:\\a b\\Letter (taken 4711-7).ps|"},
+        {L"-o=%JobName%.pdf -x", L"C:\\a b\\Letter (taken 4711-7).ps", "", u"-o=Letter.pdf|-x|"},
         {L"%JobPath% %JobName%", L"C:\\%JobPath% & calc %PATH%^'.ps", "",
-         L"C:\\%JobPath% & calc %PATH%^'.ps|_JobPath_ & calc _PATH_^'|"},
-        {L"\"%JobPath%\" b", L"C:\\trailing\\", "", L"C:\\trailing\\|b|"},
-        {L"%UserName%", L"", "a\" & calc \"\\", L"a_ & calc __|"},
-        {L"%UserName% \"%User Name%\"", L"", "-dNOSAFER", L"_dNOSAFER|_dNOSAFER|"},
-        {L"%UserName% x%UserName%", L"", "@list", L"_list|x_list|"},
-        {L"%UserName%", L"", "..", L"__|"},
-        {L"%UserName%", L"", "", L"_|"},
-        {L"%UserName%", L"", "line\nend\ttab", L"line_end_tab|"},
-        {L"%PrinterName% %PortName% %CopyCount% 100%%", L"", "", L"__server_Proof|QuillonPDFPort_|2|100%|"},
-        {L"\"a \\\"b\\\" *\" \"\" /c", L"", "", L"a \"b\" *||/c|"},
+         u"C:\\%JobPath% & calc %PATH%^'.ps|_JobPath_ & calc _PATH_^'|"},
+        {L"\"%JobPath%\" b", L"C:\\trailing\\", "", u"C:\\trailing\\|b|"},
+        {L"%UserName%", L"", "a\" & calc \"\\", u"a_ & calc __|"},
+        {L"%UserName% \"%User Name%\"", L"", "-dNOSAFER", u"_dNOSAFER|_dNOSAFER|"},
+        {L"%UserName% x%UserName%", L"", "@list", u"_list|x_list|"},
+        {L"%UserName%", L"", "..", u"__|"},
+        {L"%UserName%", L"", "", u"_|"},
+        {L"%UserName%", L"", "line\nend\ttab", u"line_end_tab|"},
+        {L"%PrinterName% %PortName% %CopyCount% 100%%", L"", "", u"__server_Proof|QuillonPDFPort_|2|100%|"},
+        {L"\"a \\\"b\\\" *\" \"\" /c", L"", "", u"a \"b\" *||/c|"},
     };
     for (const auto& [arguments, path, user, expected] : rows) {
         const ProgramResult result = RunToItsEnd(peer + arguments, MakeJob(path, user, "\\\\server\\Proof"));
         EXPECT_EQ(result.outcome, ProgramResult::cSucceeded) << ToUTF8(result.problem);
-        EXPECT_EQ(ToUTF8(Arguments(folder)), ToUTF8(expected));
+        std::u16string arrived = WrittenArguments(folder).first;
+        std::replace(arrived.begin(), arrived.end(), u'\0', u'|');
+        EXPECT_EQ(arrived, expected);
     }
 }
 

@@ -1,11 +1,18 @@
 // Another process for the tests of messages between processes. Its first argument says what it does.
+#include <cstdio>
 #include <cstdlib>
 #include <string>
 
 #include "framework/core/errors/GException.h"
 #include "framework/ipc/GIPCMessageQueue.h"
 #include "framework/ipc/GIPMutex.h"
+#include "framework/system/GProcessInfo.h"
+#include "framework/system/GSessionInfo.h"
+#include "framework/system/PSystem.h"
+#include "monitor/handoff/GPPHandOffScope.h"
+#include "monitor/handoff/GPPIPCManager.h"
 #include "platform/win32/base/PWin32Api.h"
+#include "platform/win32/base/PWin32ScopedHandle.h"
 
 namespace {
 
@@ -25,6 +32,38 @@ void Write(long processID, long registrationID, long count) {
     }
 }
 
+bool Finds(const std::string& name) {
+    return static_cast<bool>(
+        PWin32ScopedHandle<PWin32KernelHandle>(::OpenMutexA(SYNCHRONIZE, FALSE, name.c_str())));
+}
+
+struct Counter : GIPCReceiver {
+    using GIPCReceiver::GIPCReceiver;
+    void HandleIPCMessage(const GIPCMessage&) override { ++mCount; }
+
+    int mCount = 0;
+};
+
+/// Says what the framework makes of the version of Windows that this program is told: the code, the name
+/// space where the system finds a mutex of the framework, the name space of session 2, whether a processing
+/// application is found to listen, and how many of two messages it gets.
+void PrintVersion() {
+    const GPPHandOffScope scope;
+    const GShMemID identifier("VersionPeer");
+    const GIPMutex mutex(identifier);
+    const std::string name = GIPPrefix::AddPrefix(GIPPrefix::cMutex, identifier).GetPtr();
+    GBuffer path;
+    GSessionInfo::GetInstance()->GetSessionPath(path, 2);
+    GPPIPCManager& manager = *GPPIPCManager::GetInstance();
+    const long own = GProcessInfo::GetInstance()->GetCurrentProcessID();
+    Counter receiver(&manager);
+    receiver.Register(145);
+    for (const char* const text : {"one", "two"}) manager.SendRaw(own, 145, text);
+    manager.ForceProcessPendingMessages();
+    std::printf("%ld %s%s '%s' %d %d\n", PSystem::GetOSCode(), Finds("Global\\" + name) ? "global" : "",
+                Finds(name) ? "local" : "", path.GetPtr(), manager.GetListeningState(own), receiver.mCount);
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -34,6 +73,7 @@ int main(int argc, char** argv) {
     try {
         if (what == "die-holding") DieHolding(argv[2]);
         if (what == "write") Write(number(2), number(3), number(4));
+        if (what == "version") PrintVersion();
     } catch (const GException& exception) {
         return static_cast<int>(exception.GetExceptionID() % 100);
     }

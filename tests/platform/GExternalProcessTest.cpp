@@ -1,55 +1,27 @@
 #include "framework/system/GExternalProcess.h"
 
-#include "framework/system/PSystem.h"
-#include "platform/win32/base/PWin32ScopedHandle.h"
-#include "tests/core/TextForTests.h"
-#include "tests/files/TestFolder.h"
-
-#include "platform/win32/base/PWin32Api.h"
+#include "tests/platform/PeerProgram.h"
 
 namespace {
 
 constexpr long cLong = 30000;  // milliseconds; far more than anything here takes
 
-GPathName Peer() {
-    GPathName path = PSystem::GetApplicationPath();
-    path.ReplaceLeaf(GString("ProcessPeer.exe"));
-    return path;
-}
-
 bool Start(GExternalProcess& process, const GTable<GString>& arguments) {
-    return process.Run(Peer(), arguments, false, true);
+    return process.Run(PeerPath(), arguments, false, true);
 }
 
-using List = std::vector<std::u16string>;
-
-/// The arguments that the peer was given, as the run-time library and as the system took the line apart.
-std::pair<List, List> Arrived(const TestFolder& folder, GTable<GString> arguments, bool prepared) {
+/// What the peer writes when it is given these.
+std::pair<std::u16string, std::u16string> Arrived(const TestFolder& folder, const GTable<GString>& arguments,
+                                                  bool prepared) {
     GTable<GString> line = {"argv", folder.Portable("argv").GetNativePathString()};
     if (prepared) line[1] = GExternalProcess::PrepareArgument(line[1]);
     for (const GString& argument : arguments)
         line.Append(prepared ? GExternalProcess::PrepareArgument(argument) : argument);
     GExternalProcess process;
-    EXPECT_TRUE(process.Run(Peer(), line, false, prepared));
+    EXPECT_TRUE(process.Run(PeerPath(), line, false, prepared));
     EXPECT_TRUE(process.WaitForEnd(cLong));
     EXPECT_EQ(process.GetReturnValue(), 0);
-    const std::string bytes = folder.Take("argv");
-    std::pair<List, List> lists;
-    List* list = &lists.first;
-    std::u16string text;
-    for (std::size_t i = 0; i + 1 < bytes.size(); i += 2) {
-        const auto unit = static_cast<char16_t>(static_cast<unsigned char>(bytes[i]) |
-                                                static_cast<unsigned char>(bytes[i + 1]) << 8);
-        if (unit == 1) {
-            list = &lists.second;
-        } else if (unit == 0) {
-            list->push_back(text);
-            text.clear();
-        } else {
-            text += unit;
-        }
-    }
-    return lists;
+    return WrittenArguments(folder);
 }
 
 TEST(GExternalProcess, PreparedArgumentsArriveAsTheyWere) {
@@ -60,17 +32,22 @@ TEST(GExternalProcess, PreparedArgumentsArriveAsTheyWere) {
     constexpr int cLists = 2000;
     constexpr std::size_t cMaxLine = 15000;
     for (int list = 0; list < cLists;) {
-        List expected = {u"", u"\\", u"\"", u"a b\\\\", u"\\\\server\\share\\", u"*.exe"};
+        std::u16string expected;
+        GTable<GString> arguments;
+        const auto add = [&](const std::u16string& argument) {
+            expected += argument + u'\0';
+            arguments.Append(Text(argument));
+        };
+        for (const char16_t* each : {u"", u"\\", u"\"", u"a b\\\\", u"\\\\server\\share\\", u"*.exe"})
+            add(each);
         for (std::size_t length = 0; length < cMaxLine && list < cLists; ++list) {
             for (unsigned count = random() % 6; count-- > 0;) {
                 std::u16string argument;
                 for (unsigned i = random() % 9; i-- > 0;) argument += units[random() % units.size()];
                 length += 2 * argument.size() + 3;
-                expected.push_back(argument);
+                add(argument);
             }
         }
-        GTable<GString> arguments;
-        for (const std::u16string& text : expected) arguments.Append(Text(text));
         const auto& [byRuntime, bySystem] = Arrived(folder, arguments, true);
         ASSERT_TRUE(byRuntime == expected);
         ASSERT_TRUE(bySystem == expected);
@@ -83,8 +60,8 @@ TEST(GExternalProcess, OtherArgumentsAreQuotedAsTextsOfTheFramework) {
     EXPECT_EQ(TextOf(GExternalProcess::MakeCommandLine("x", {"a b", "\"c\""}, true)), R"("x" a b "c" )");
     const TestFolder folder;
     const auto& [byRuntime, bySystem] = Arrived(folder, {"a b", "", "q\"q", "back\\slash"}, false);
-    EXPECT_TRUE(byRuntime == (List{u"a b", u"", u"q\"q", u"back\\\\slash"}));
-    EXPECT_TRUE(bySystem == byRuntime);
+    EXPECT_EQ(byRuntime, u"a b\0\0q\"q\0back\\\\slash\0"s);
+    EXPECT_EQ(bySystem, byRuntime);
 }
 
 TEST(GExternalProcess, BatchFilesRunWhateverTheCaseOfTheirExtension) {
@@ -130,7 +107,7 @@ TEST(GExternalProcess, WhatCannotBeStartedOrOpenedIsFalse) {
     withZero.SetChar(0, 0);
     EXPECT_FALSE(process.Run(GPathName("C:/missing/x.exe"), {}));
     EXPECT_FALSE(process.Run(folder.Portable("text.exe"), {}));
-    EXPECT_FALSE(process.Run(Peer(), {"exit", "1"}, false, true, GPathName("C:/missing")));
+    EXPECT_FALSE(process.Run(PeerPath(), {"exit", "1"}, false, true, GPathName("C:/missing")));
     EXPECT_FALSE(Start(process, {"exit", "3", withZero}));
     for (const long id : {0L, 0x7FFFFFF0L, -1L}) {
         GExternalProcess none(id);

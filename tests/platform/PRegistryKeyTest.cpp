@@ -3,11 +3,7 @@
 
 #include <map>
 
-#include "platform/win32/core/PWin32Wide.h"
-#include "tests/core/TextForTests.h"
-#include "tests/files/TestFolder.h"
-
-#include "platform/win32/base/PWin32Api.h"
+#include "tests/WindowsTesting.h"
 
 namespace {
 
@@ -64,96 +60,105 @@ struct PRegistryKeyTest : testing::Test {
         Run(line);
     }
     static void Run(const std::wstring& line) { EXPECT_EQ(::_wsystem(line.c_str()), 0); }
-    static std::string Hex(const std::string& bytes) {
-        static constexpr char cDigits[] = "0123456789abcdef";
-        std::string text;
-        for (const unsigned char byte : bytes) {
-            if (!text.empty()) text += ',';
-            text += {cDigits[byte >> 4], cDigits[byte & 15]};
-        }
-        return text;
-    }
 
     const TestFolder mFolder;
     PRegistryKey mKey;
 };
 
-// A value as the editor writes it, and as the console program shows it.
-struct Shown {
-    std::string exported, queried;
-};
+const std::string cLarge(0x10000, 'x');
+
+std::string Hex(const std::string& bytes, const char* digits, const char* separator) {
+    std::string text;
+    for (const unsigned char byte : bytes) {
+        if (!text.empty()) text += separator;
+        text += {digits[byte >> 4], digits[byte & 15]};
+    }
+    return text;
+}
+
+std::string Hex(const std::string& bytes) {
+    return Hex(bytes, "0123456789abcdef", ",");
+}
+
+std::string WideHex(const std::string& text) {
+    std::string units;
+    for (const char byte : text) units += {byte, '\0'};
+    return Hex(units);
+}
+
+const std::string cTable = cLarge + "\0b\0\0"s;
+
+// A value, and how the editor and the console program show it behind its name.
+const struct {
+    const char* name;
+    unsigned long type;
+    std::string content, exported, queried;
+} cWritten[] = {
+    {"number", 4, "", "dword:fffffffe", "REG_DWORD    0xfffffffe"},
+    {"text", 1, "a\\ \xC3\xA9\xE4\xB8\x80", "\"a\\\\ \xC3\xA9\xE4\xB8\x80\"", "REG_SZ    a\\ \x82?"},
+    {"expandable", 2, "%windir%", "hex(2):" + WideHex("%windir%\0"s), "REG_EXPAND_SZ    %windir%"},
+    {"empty", 1, "", "\"\"", "REG_SZ    "},
+    {"large text", 1, cLarge, "\"" + cLarge + "\"", "REG_SZ    " + cLarge},
+    {"", 1, "default", "\"default\"", "REG_SZ    default"},
+    {"none", 0, "\1\2", "hex(0):01,02", "REG_NONE    0102"},
+    {"bytes", 3, "a\0b"s, "hex:61,00,62", "REG_BINARY    610062"},
+    {"no bytes", 3, "", "hex:", "REG_BINARY    "},
+    {"large", 3, cLarge, "hex:" + Hex(cLarge), "REG_BINARY    " + Hex(cLarge, "0123456789ABCDEF", "")},
+    {"big", 5, "\0\0\1\2"s, "hex(5):00,00,01,02", "REG_DWORD_BIG_ENDIAN    0x2010000"},
+    {"no strings", 7, "", "hex(7):", "REG_MULTI_SZ    "},
+    {"narrow", 7, "ab\0c\0\0"s, "hex(7):" + WideHex("ab\0c\0\0"s), "REG_MULTI_SZ    ab\\0c"},
+    {"large table", 7, cTable, "hex(7):" + WideHex(cTable), "REG_MULTI_SZ    " + cLarge + "\\0b"},
+    {"wide", 7, "a\0b\0\0\0c\0\0\0\0\0"s, "hex(7):" + WideHex("ab\0c\0\0"s), "REG_MULTI_SZ    ab\\0c"},
+    {"eight", 11, "\1\2\3\4\5\6\7\10", "hex(b):01,02,03,04,05,06,07,08", "REG_QWORD    "},
+    {"odd type", 77, "\1", "hex(4d):01", ""}};
 
 TEST_F(PRegistryKeyTest, WritesWhatTheSystemsProgramsRead) {
-    const std::string large(0x10000, 'x');
-    EXPECT_TRUE(mKey.SetInt32("number", -2));
-    EXPECT_TRUE(mKey.SetString("text", GString::FromUTF8("a\\ \xC3\xA9\xE4\xB8\x80"), 1));
-    EXPECT_TRUE(mKey.SetString("expandable", "%windir%", 2));
-    EXPECT_TRUE(mKey.SetString("empty", "", 1));
-    EXPECT_TRUE(mKey.SetString("large text", large.c_str(), 1));
-    EXPECT_TRUE(mKey.SetString("", "default", 1));
-    const std::string strings = large + '\0' + "b" + '\0' + '\0';
-    const std::tuple<const char*, std::string, unsigned long> bytes[] = {
-        {"none", "\1\2", 0},
-        {"bytes", "a\0b"s, 3},
-        {"no bytes", "", 3},
-        {"large", large, 3},
-        {"big", "\0\0\1\2"s, 5},
-        {"no strings", "", 7},
-        {"narrow", "ab\0c\0\0"s, 7},
-        {"large table", strings, 7},
-        {"wide", "a\0b\0\0\0c\0\0\0\0\0"s, 7},
-        {"eight", "\1\2\3\4\5\6\7\10", 11},
-        {"odd type", "\1", 77}};
-    for (const auto& [name, content, type] : bytes)
-        EXPECT_TRUE(mKey.SetBuffer(name, BufferOf(content), type)) << name;
-    const auto wide = [](const std::string& text) {
-        std::string units;
-        for (const char byte : text) units += {byte, '\0'};
-        return Hex(units);
+    for (const auto& [name, type, content, exported, queried] : cWritten) {
+        if (type == 4) {
+            EXPECT_TRUE(mKey.SetInt32(name, -2));
+        } else if (type == 1 || type == 2) {
+            EXPECT_TRUE(mKey.SetString(name, GString::FromUTF8(content.c_str()), type)) << name;
+        } else {
+            EXPECT_TRUE(mKey.SetBuffer(name, BufferOf(content), type)) << name;
+        }
+    }
+    const std::string allExported = Export();
+    const std::string allQueried = Show();
+    const auto holds = [](const std::string& text, const std::string& line) {
+        return text.find(std::string("\n").append(line)) != text.npos;
     };
-    const auto hex = [](const std::string& text) {
-        std::string digits;
-        for (const char digit : Hex(text))
-            if (digit != ',') digits += static_cast<char>(std::toupper(digit));
-        return digits;
-    };
-    const Shown rows[] = {
-        {"\"number\"=dword:fffffffe", "number    REG_DWORD    0xfffffffe"},
-        {"\"text\"=\"a\\\\ \xC3\xA9\xE4\xB8\x80\"", "text    REG_SZ    a\\ \x82?"},
-        {"\"expandable\"=hex(2):" + wide("%windir%\0"s), "expandable    REG_EXPAND_SZ    %windir%"},
-        {"\"empty\"=\"\"", "empty    REG_SZ    "},
-        {"\"large text\"=\"" + large + "\"", "large text    REG_SZ    " + large},
-        {"@=\"default\"", "(Default)    REG_SZ    default"},
-        {"\"none\"=hex(0):01,02", "none    REG_NONE    0102"},
-        {"\"bytes\"=hex:61,00,62", "bytes    REG_BINARY    610062"},
-        {"\"no bytes\"=hex:", "no bytes    REG_BINARY    "},
-        {"\"large\"=hex:" + Hex(large), "large    REG_BINARY    " + hex(large)},
-        {"\"big\"=hex(5):00,00,01,02", "big    REG_DWORD_BIG_ENDIAN    0x2010000"},
-        {"\"no strings\"=hex(7):", "no strings    REG_MULTI_SZ    "},
-        {"\"narrow\"=hex(7):" + wide("ab\0c\0\0"s), "narrow    REG_MULTI_SZ    ab\\0c"},
-        {"\"large table\"=hex(7):" + wide(strings), "large table    REG_MULTI_SZ    " + large + "\\0b"},
-        {"\"wide\"=hex(7):" + wide("ab\0c\0\0"s), "wide    REG_MULTI_SZ    ab\\0c"},
-        {"\"eight\"=hex(b):01,02,03,04,05,06,07,08", "eight    REG_QWORD    "},
-        {"\"odd type\"=hex(4d):01", ""},
-    };
-    const std::string exported = Export();
-    const std::string queried = Show();
-    for (const Shown& row : rows) {
-        EXPECT_NE(exported.find("\n" + row.exported + "\r\n"), std::string::npos)
-            << row.exported.substr(0, 100);
-        EXPECT_NE(queried.find("\n    " + row.queried), std::string::npos) << row.queried.substr(0, 100);
+    for (const auto& [name, type, content, exported, queried] : cWritten) {
+        const bool isDefault = *name == '\0';
+        const std::string quoted = isDefault ? "@" : std::string("\"").append(name).append("\"");
+        EXPECT_TRUE(holds(allExported, quoted + "=" + exported + "\r\n")) << name;
+        const std::string shown = isDefault ? "(Default)" : name;
+        EXPECT_TRUE(holds(allQueried, "    " + shown + "    " + queried)) << name;
     }
 }
 
+// Of a type, by either program: texts, and bytes for any other.
+const std::tuple<std::vector<const char*>, unsigned long, std::string> cRead[] = {
+    {{"text", "t1"}, 1, "\xC3\xA9\xE4\xB8\x80"},
+    {{"empty", "e1"}, 1, ""},
+    {{"expandable"}, 2, "%a%"},
+    {{"x1"}, 2, "x"},
+    {{"large text"}, 1, cLarge},
+    {{""}, 1, "default"},
+    {{"bytes", "b1"}, 3, "\0\xFF\0"s},
+    {{"no bytes", "e3"}, 3, ""},
+    {{"large"}, 3, cLarge},
+    {{"eight"}, 11, "\1\2\3\4\5\6\7\10"},
+    {{"q1"}, 11, "\2\1\0\0\0\0\0\0"s},
+    {{"o1"}, 0, "x\0\0\0"s}};
+
 TEST_F(PRegistryKeyTest, ReadsWhatTheSystemsProgramsWrite) {
-    const std::string large(0x10000, '\x5A');
     Import(
         "\"number\"=dword:80000001\r\n\"text\"=\"\xC3\xA9\xE4\xB8\x80\"\r\n\"empty\"=\"\"\r\n"
         "\"expandable\"=hex(2):25,00,61,00,25,00,00,00\r\n\"bytes\"=hex:00,ff,00\r\n\"no bytes\"=hex:\r\n"
         "\"wide\"=hex(7):61,00,62,00,00,00,63,00,00,00,00,00\r\n\"narrow\"=hex(7):61,62,00,63,00,00\r\n"
         "\"none\"=hex(7):00,00\r\n\"eight\"=hex(b):01,02,03,04,05,06,07,08\r\n\"large text\"=\"" +
-        large + "\"\r\n");
-    Import("\"old\"=hex(7):61,62,00,63,00,00\r\n\"large\"=hex:" + Hex(large) + "\r\n", false);
+        cLarge + "\"\r\n");
+    Import("\"old\"=hex(7):61,62,00,63,00,00\r\n\"large\"=hex:" + Hex(cLarge) + "\r\n", false);
     Add({L"/v n1 /t REG_DWORD /d 0x80000001", L"/v t1 /d \u00E9\u4E00", L"/v e1",
          L"/v x1 /t REG_EXPAND_SZ /d x", L"/v b1 /t REG_BINARY /d 00ff00", L"/v e3 /t REG_BINARY",
          L"/v m1 /t REG_MULTI_SZ /d ab\\0c", L"/v q1 /t REG_QWORD /d 258", L"/v o1 /t REG_NONE /d x",
@@ -163,29 +168,13 @@ TEST_F(PRegistryKeyTest, ReadsWhatTheSystemsProgramsWrite) {
     EXPECT_TRUE(mKey.QueryInt32("number", number));
     EXPECT_EQ(number, -2147483647);
     for (const char* const name : {"number", "n1"}) EXPECT_EQ(query(name)->GetInt32(), number);
-    const std::tuple<const char*, unsigned long, std::string> texts[] = {{"text", 1, "\xC3\xA9\xE4\xB8\x80"},
-                                                                         {"t1", 1, "\xC3\xA9\xE4\xB8\x80"},
-                                                                         {"empty", 1, ""},
-                                                                         {"e1", 1, ""},
-                                                                         {"expandable", 2, "%a%"},
-                                                                         {"x1", 2, "x"},
-                                                                         {"large text", 1, large},
-                                                                         {"", 1, "default"}};
-    for (const auto& [name, type, text] : texts) {
-        EXPECT_EQ(TextOf(query(name)->GetString()), text) << name;
-        EXPECT_EQ(query(name)->GetType(), type) << name;
-    }
-    const std::tuple<const char*, unsigned long, std::string> bytes[] = {{"bytes", 3, "\0\xFF\0"s},
-                                                                         {"b1", 3, "\0\xFF\0"s},
-                                                                         {"no bytes", 3, ""},
-                                                                         {"e3", 3, ""},
-                                                                         {"large", 3, large},
-                                                                         {"eight", 11, "\1\2\3\4\5\6\7\10"},
-                                                                         {"q1", 11, "\2\1\0\0\0\0\0\0"s},
-                                                                         {"o1", 0, "x\0\0\0"s}};
-    for (const auto& [name, type, content] : bytes) {
-        EXPECT_EQ(BytesOf(query(name)->GetBuffer()), content) << name;
-        EXPECT_EQ(query(name)->GetType(), type) << name;
+    for (const auto& [names, type, content] : cRead) {
+        for (const char* const name : names) {
+            const auto data = query(name);
+            const bool isText = type == 1 || type == 2;
+            EXPECT_EQ(isText ? TextOf(data->GetString()) : BytesOf(data->GetBuffer()), content) << name;
+            EXPECT_EQ(data->GetType(), type) << name;
+        }
     }
     for (const char* const name : {"wide", "narrow", "old", "m1"})
         EXPECT_TRUE(query(name)->GetStringTable() == (GTable<GString>{"ab", "c"})) << name;

@@ -5,14 +5,10 @@
 #include "framework/files/GFileSystem.h"
 #include "framework/streams/GFileInStream.h"
 #include "framework/streams/GFileOutStream.h"
-#include "platform/win32/base/PWin32ScopedHandle.h"
-#include "platform/win32/core/PWin32Wide.h"
 #include "platform/win32/files/PWin32FileSystemIteratorImp.h"
-#include "tests/files/TestFolder.h"
+#include "tests/WindowsTesting.h"
 #include "tests/platform/SystemErrorOf.h"
 #include "tests/streams/StreamTestSupport.h"
-
-#include "platform/win32/base/PWin32Api.h"
 
 namespace {
 

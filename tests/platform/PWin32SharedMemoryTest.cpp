@@ -1,11 +1,9 @@
 #include "platform/win32/ipc/PWin32SharedMemory.h"
 
-#include "framework/system/PSystem.h"
-#include "platform/win32/base/PWin32Api.h"
 #include "platform/win32/ipc/PWin32IPEventImp.h"
 #include "platform/win32/ipc/PWin32IPMutexImp.h"
 #include "platform/win32/ipc/PWin32KernelObject.h"
-#include "tests/files/TestFolder.h"
+#include "tests/WindowsTesting.h"
 #include "tests/ipc/IPCTestSupport.h"
 
 #include <aclapi.h>
@@ -89,6 +87,7 @@ TEST(PWin32SharedMemory, WhatTheSystemRefusesIsTheGeneralException) {
     const std::string tooLong(300, 'x');
     EXPECT_EQ(ThrownBy([&] { PWin32IPMutexImp(BufferOf(tooLong)); }), 2450);
     EXPECT_EQ(ThrownBy([&] { PWin32SharedMemory("Global\\", BufferOf(tooLong)); }), 2450);
+    EXPECT_EQ(PWin32SharedMemory::GetMaxIDSize(), 260);
 }
 
 TEST(PWin32SharedMemory, CarriesTheSystemsText) {
@@ -122,20 +121,6 @@ TEST(PWin32IPEventImp, WakesOneWaitAndIsDoneWithoutWhereTheSystemRefusesIt) {
         none.Set();
         EXPECT_FALSE(Event::WaitForEither(&none, nullptr, 1));
     }
-}
-
-TEST(PWin32IPMutexImp, HasNoNameSpaceOnOldSystems) {
-    const std::tuple<long, const char*, long> rows[] = {{3000, "Global\\", 253}, {3002, "Global\\", 253},
-                                                        {3003, "", 260},         {3008, "", 260},
-                                                        {3009, "Global\\", 253}, {3016, "Global\\", 253}};
-    for (const auto& [osCode, path, maxIDSize] : rows) {
-        SCOPED_TRACE(osCode);
-        PSystem::SetOSCode(osCode);
-        EXPECT_EQ(BytesOf(PWin32IPMutexImp::GetMemoryPath()), path);
-        EXPECT_EQ(PWin32IPMutexImp::GetMaxIDSize(), maxIDSize);
-    }
-    PSystem::SetOSCode(PSystem::cUnknownOSCode);
-    EXPECT_EQ(PWin32SharedMemory::GetMaxIDSize(), 260);
 }
 
 }  // namespace

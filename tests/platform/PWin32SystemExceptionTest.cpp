@@ -3,10 +3,8 @@
 #include "framework/core/errors/GDebugSupport.h"
 #include "framework/core/errors/GExceptionLocation.h"
 #include "framework/core/errors/GStringPool.h"
-#include "tests/core/TextForTests.h"
+#include "tests/WindowsTesting.h"
 #include "tests/platform/SystemErrorOf.h"
-
-#include "platform/win32/base/PWin32Api.h"
 
 namespace {
 
@@ -65,18 +63,6 @@ TEST(PWin32SystemException, ChecksResultsAndHandles) {
     EXPECT_EQ(SystemErrorOf([] { PWin32SystemException::CheckHandle(nullptr); }), 2);
     ::SetLastError(3);
     EXPECT_EQ(SystemErrorOf([] { PWin32SystemException::CheckHandle(INVALID_HANDLE_VALUE); }), 3);
-}
-
-TEST(PWin32StackDump, NamesTheCallersModules) {
-    const std::u16string dump = Plain(GDebugSupport::GetStackDump());
-    wchar_t path[MAX_PATH];
-    ::GetModuleFileNameW(nullptr, path, MAX_PATH);
-    std::wstring module(path);
-    module = module.substr(module.rfind(L'\\') + 1);
-    module = module.substr(0, module.rfind(L'.'));
-    const std::u16string name(module.begin(), module.end());
-    EXPECT_NE(dump.find(u": " + name + u"! "), std::u16string::npos) << std::string(dump.begin(), dump.end());
-    EXPECT_EQ(dump.find(u"Error: "), std::u16string::npos);
 }
 
 /// How many frames the dump shows below `depth` calls of this function; each starts with an address.

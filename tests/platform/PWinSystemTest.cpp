@@ -2,13 +2,9 @@
 
 #include "framework/system/GProcessInfo.h"
 #include "framework/system/PSystem.h"
-#include "platform/win32/base/PWin32ScopedHandle.h"
-#include "platform/win32/core/PWin32Wide.h"
+#include "platform/win32/ipc/PWin32IPMutexImp.h"
 #include "platform/win32/system/PWinSessionInfo.h"
-#include "tests/Testing.h"
-#include "tests/files/TestFolder.h"
-
-#include "platform/win32/base/PWin32Api.h"
+#include "tests/WindowsTesting.h"
 
 namespace {
 
@@ -17,19 +13,6 @@ TEST(PWinSystem, IsWindowsOfTheNTFamily) {
     EXPECT_TRUE(PSystem::IsNTOrBetter());
     EXPECT_FALSE(PSystem::IsWow64());
     EXPECT_EQ(PSystem::GetPathSeparator(), '\\');
-}
-
-TEST(PWinSystem, TheCodeFitsWhatTheSystemReports) {
-    OSVERSIONINFOEXW info = {};
-    info.dwOSVersionInfoSize = sizeof info;
-    ASSERT_TRUE(::GetVersionExW(reinterpret_cast<OSVERSIONINFOW*>(&info)));
-    const bool server = info.wProductType != VER_NT_WORKSTATION;
-    EXPECT_EQ(PSystem::IsWindowsServer(), server);
-    if (info.dwMajorVersion == 6 && info.dwMinorVersion < 2) {
-        EXPECT_EQ(PSystem::GetOSCode(), 3009 + 2 * static_cast<long>(info.dwMinorVersion) + (server ? 1 : 0));
-    } else {
-        EXPECT_TRUE(PSystem::GetOSCode() == 3000 || PSystem::GetOSCode() >= 3003);
-    }
 }
 
 TEST(PWinSystem, TracingAndClosingAHandleLeaveTheLastErrorAlone) {
@@ -75,10 +58,12 @@ TEST(PWinSystem, ModulesAreNamedInFull) {
     PSystem::SetHInstance(nullptr);
 }
 
-TEST(PWinSessionInfo, OldSystemsHaveNoSessions) {
-    const std::tuple<long, bool> rows[] = {{3002, true}, {3003, false}, {3005, false}, {3007, false},
-                                           {3008, true}, {3009, true},  {3000, true}};
-    for (const auto& [code, hasSessions] : rows) {
+TEST(PWinSystem, OldSystemsHaveNoSessionsNorNameSpaces) {
+    const std::tuple<long, bool, const char*> rows[] = {{3000, true, "Global\\"}, {3002, true, "Global\\"},
+                                                        {3003, false, ""},        {3005, false, ""},
+                                                        {3007, false, ""},        {3008, true, ""},
+                                                        {3009, true, "Global\\"}, {3016, true, "Global\\"}};
+    for (const auto& [code, hasSessions, mutexPath] : rows) {
         SCOPED_TRACE(code);
         PSystem::SetOSCode(code);
         PWinSessionInfo info;
@@ -87,12 +72,13 @@ TEST(PWinSessionInfo, OldSystemsHaveNoSessions) {
         EXPECT_STREQ(path.GetPtr(), hasSessions ? "Session\\3\\" : "");
         info.GetSessionPath(path, -1);
         EXPECT_STREQ(path.GetPtr(), hasSessions ? "Global\\" : "");
-        if (!hasSessions) {
-            EXPECT_EQ(info.GetCurrentSessionID(), -1);
-            GTable<std::int32_t> ids;
-            info.GetSessionIDs(ids);
-            EXPECT_EQ(ids.GetCount(), 1);
-        }
+        EXPECT_EQ(BytesOf(PWin32IPMutexImp::GetMemoryPath()), mutexPath);
+        EXPECT_EQ(PWin32IPMutexImp::GetMaxIDSize(), *mutexPath != 0 ? 253 : 260);
+        if (hasSessions) continue;
+        EXPECT_EQ(info.GetCurrentSessionID(), -1);
+        GTable<std::int32_t> ids;
+        info.GetSessionIDs(ids);
+        EXPECT_EQ(ids.GetCount(), 1);
     }
     PSystem::SetOSCode(PSystem::cUnknownOSCode);
 }

@@ -1,15 +1,8 @@
 #include "receiver/JobFile.h"
 
-#include <gmock/gmock.h>
-
-#include <thread>
-#include <tuple>
-
-#include "platform/win32/base/PWin32Api.h"
-#include "platform/win32/base/PWin32ScopedHandle.h"
 #include "receiver/JobFileName.h"
 #include "receiver/JobPathRules.h"
-#include "tests/files/TestFolder.h"
+#include "tests/WindowsTesting.h"
 #include "tools/console/Console.h"
 
 namespace {
@@ -17,38 +10,18 @@ namespace {
 using testing::HasSubstr;
 
 TEST(JobPathRules, APlainPathNamesAFileOnADriveAndNothingElse) {
-    for (const wchar_t* path :
-         {L"C:\\a.ps", L"z:\\Temp\\J\u00FCrgen B\\Proof 2\\a.b (1).ps", L"C:\\COM\\nulls.ps", L"C:\\.a\\..b"})
-        EXPECT_TRUE(JobPathRules::IsPlain(path)) << ToUTF8(path);
-    for (const wchar_t* path : {L"",
-                                L"a.ps",
-                                L"C:",
-                                L"C:\\",
-                                L"C:a.ps",
-                                L"\\a.ps",
-                                L"1:\\a.ps",
-                                L"C:/a.ps",
-                                L"C:\\a/b",
-                                L"C:\\a\\",
-                                L"C:\\\\a.ps",
-                                L"\\\\server\\share\\a.ps",
-                                L"//server/share/a.ps",
-                                L"\\\\?\\C:\\a.ps",
-                                L"\\\\.\\pipe\\a",
-                                L"\\??\\C:\\a.ps",
-                                L"C:\\a.ps:stream",
-                                L"C:\\a.ps::$DATA",
-                                L"C:\\a\\..\\b.ps",
-                                L"C:\\.\\b.ps",
-                                L"C:\\a.",
-                                L"C:\\a \\b.ps",
-                                L"C:\\NUL",
-                                L"C:\\aux.ps",
-                                L"C:\\com1 .x\\a.ps",
-                                L"C:\\CONIN$",
-                                L"C:\\a*.ps",
-                                L"C:\\a\nb"})
-        EXPECT_FALSE(JobPathRules::IsPlain(path)) << ToUTF8(path);
+    const auto expect = [](bool isPlain, std::initializer_list<const wchar_t*> paths) {
+        for (const wchar_t* path : paths) EXPECT_EQ(JobPathRules::IsPlain(path), isPlain) << ToUTF8(path);
+    };
+    expect(true, {L"C:\\a.ps", L"z:\\Temp\\J\u00FCrgen B\\Proof 2\\a.b (1).ps", L"C:\\COM\\nulls.ps",
+                  L"C:\\.a\\..b"});
+    expect(false, {L"", L"a.ps", L"C:", L"C:\\", L"C:a.ps", L"\\a.ps", L"1:\\a.ps", L"C:/a.ps"});
+    expect(false, {L"C:\\a/b", L"C:\\a\\", L"C:\\\\a.ps", L"\\\\server\\share\\a.ps", L"//server/share/a.ps",
+                   L"\\\\?\\C:\\a.ps", L"\\\\.\\pipe\\a", L"\\??\\C:\\a.ps"});
+    expect(false, {L"C:\\a.ps:stream", L"C:\\a.ps::$DATA", L"C:\\a\\..\\b.ps", L"C:\\.\\b.ps", L"C:\\a.",
+                   L"C:\\a \\b.ps"});
+    expect(false,
+           {L"C:\\NUL", L"C:\\aux.ps", L"C:\\com1 .x\\a.ps", L"C:\\CONIN$", L"C:\\a*.ps", L"C:\\a\nb"});
 }
 
 TEST(JobPathRules, BelowAFolderCountsWholeNamesInWhateverCase) {

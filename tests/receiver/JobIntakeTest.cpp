@@ -1,13 +1,9 @@
 #include "receiver/JobIntake.h"
 
-#include <gmock/gmock.h>
-
 #include <chrono>
 
-#include "platform/win32/base/PWin32Api.h"
-#include "platform/win32/core/PWin32Wide.h"
 #include "receiver/PendingJobs.h"
-#include "tests/files/TestFolder.h"
+#include "tests/WindowsTesting.h"
 #include "tools/console/Console.h"
 
 namespace {

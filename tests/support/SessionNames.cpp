@@ -10,20 +10,16 @@
 
 #include <winternl.h>
 
+extern "C" {
+NTSTATUS NTAPI NtCreateDirectoryObject(HANDLE*, ULONG, OBJECT_ATTRIBUTES*);
+NTSTATUS NTAPI NtCreateSymbolicLinkObject(HANDLE*, ULONG, OBJECT_ATTRIBUTES*, UNICODE_STRING*);
+}
+
 namespace {
 
 constexpr ULONG cDirectoryAllAccess = 0xF000F;
 constexpr ULONG cSymbolicLinkAllAccess = 0xF0001;
 constexpr ULONG cOpenIfExists = 0x80;
-
-using CreateDirectoryObject = NTSTATUS(NTAPI*)(HANDLE*, ULONG, OBJECT_ATTRIBUTES*);
-using CreateSymbolicLinkObject = NTSTATUS(NTAPI*)(HANDLE*, ULONG, OBJECT_ATTRIBUTES*, UNICODE_STRING*);
-
-template <class Function>
-Function FromNtdll(const char* name) {
-    const FARPROC address = ::GetProcAddress(::GetModuleHandleW(L"ntdll.dll"), name);
-    return reinterpret_cast<Function>(reinterpret_cast<void*>(address));
-}
 
 UNICODE_STRING AsUnicode(std::wstring& text) {
     const auto bytes = static_cast<USHORT>(text.size() * sizeof(wchar_t));
@@ -40,8 +36,7 @@ bool MakeDirectory(std::wstring path) {
     UNICODE_STRING name = AsUnicode(path);
     OBJECT_ATTRIBUTES attributes = Named(name);
     HANDLE kept = nullptr;
-    const auto create = FromNtdll<CreateDirectoryObject>("NtCreateDirectoryObject");
-    return create != nullptr && create(&kept, cDirectoryAllAccess, &attributes) >= 0;
+    return ::NtCreateDirectoryObject(&kept, cDirectoryAllAccess, &attributes) >= 0;
 }
 
 bool MakeLink(std::wstring path, std::wstring target) {
@@ -49,8 +44,7 @@ bool MakeLink(std::wstring path, std::wstring target) {
     UNICODE_STRING where = AsUnicode(target);
     OBJECT_ATTRIBUTES attributes = Named(name);
     HANDLE kept = nullptr;
-    const auto create = FromNtdll<CreateSymbolicLinkObject>("NtCreateSymbolicLinkObject");
-    return create != nullptr && create(&kept, cSymbolicLinkAllAccess, &attributes, &where) >= 0;
+    return ::NtCreateSymbolicLinkObject(&kept, cSymbolicLinkAllAccess, &attributes, &where) >= 0;
 }
 
 bool MakeNameSpace(const std::wstring& session) {

@@ -4,10 +4,9 @@
 // the real one), WTS_TEST_SESSIONS the list of all sessions, such as "0,1,2" (without it, "0,1"). It has the
 // four functions that the framework calls; processes and their users are the real ones. Wine takes it instead
 // of its own only under WINEDLLOVERRIDES="wtsapi32=n,b".
-#include <charconv>
 #include <cstring>
+#include <sstream>
 #include <string>
-#include <string_view>
 #include <vector>
 
 #include "platform/win32/base/PWin32Api.h"
@@ -22,26 +21,22 @@ constexpr DWORD cMaxSidBytes = 68;
 
 using KernelHandle = PWin32ScopedHandle<PWin32KernelHandle>;
 
-/// One block as the caller frees it: `count` records of `Record`, behind each its `extra` bytes.
-template <class Record>
-class Reply {
-public:
-    Reply(std::size_t count, std::size_t extra)
-        : mRecords(static_cast<Record*>(::HeapAlloc(::GetProcessHeap(), HEAP_ZERO_MEMORY,
-                                                    (sizeof(Record) + extra) * count + sizeof(Record)))),
-          mText(reinterpret_cast<BYTE*>(mRecords + count)) {}
-    Record* Records() const noexcept { return mRecords; }
-    BYTE* Append(const void* bytes, std::size_t count) {
-        BYTE* const place = mText;
-        std::memcpy(place, bytes, count);
-        mText += count;
-        return place;
+/// Answers with one block that the caller frees: a zeroed record for each of `facts`, behind all of them so
+/// many bytes of room for each. `fill` is given a fact, its record and its room.
+template <class Record, class Facts, class Fill>
+BOOL Answer(DWORD reserved, DWORD version, Record** records, DWORD* count, const Facts& facts,
+            std::size_t room, const Fill& fill) {
+    if (reserved != 0 || version != 1 || records == nullptr || count == nullptr) {
+        ::SetLastError(ERROR_INVALID_PARAMETER);
+        return FALSE;
     }
-
-private:
-    Record* mRecords;
-    BYTE* mText;
-};
+    const std::size_t size = (sizeof(Record) + room) * facts.size() + 1;
+    *records = static_cast<Record*>(::HeapAlloc(::GetProcessHeap(), HEAP_ZERO_MEMORY, size));
+    auto* text = reinterpret_cast<BYTE*>(*records + facts.size());
+    for (std::size_t i = 0; i < facts.size(); ++i, text += room) fill(facts[i], (*records)[i], text);
+    *count = static_cast<DWORD>(facts.size());
+    return TRUE;
+}
 
 std::string Variable(const char* name, const char* otherwise) {
     char value[256];
@@ -49,15 +44,10 @@ std::string Variable(const char* name, const char* otherwise) {
     return length != 0 && length < sizeof value ? std::string(value, length) : std::string(otherwise);
 }
 
-std::vector<DWORD> Numbers(std::string_view list) {
+std::vector<DWORD> Numbers(const std::string& list) {
     std::vector<DWORD> numbers;
-    while (!list.empty()) {
-        DWORD number = 0;
-        const auto [end, error] = std::from_chars(list.data(), list.data() + list.size(), number);
-        if (error == std::errc()) numbers.push_back(number);
-        const std::size_t comma = list.find(',');
-        list.remove_prefix(comma == list.npos ? list.size() : comma + 1);
-    }
+    std::istringstream in(list);
+    for (DWORD number; in >> number; in.ignore()) numbers.push_back(number);
     return numbers;
 }
 
@@ -114,52 +104,35 @@ __declspec(dllexport) BOOL WINAPI
         ::SetLastError(ERROR_NOT_SUPPORTED);
         return FALSE;
     }
-    const Reply<DWORD> reply(1, 0);
-    *reply.Records() = session == WTS_CURRENT_SESSION ? OwnSession() : session;
-    *buffer = reinterpret_cast<LPWSTR>(reply.Records());
+    auto* const number = static_cast<DWORD*>(::HeapAlloc(::GetProcessHeap(), 0, sizeof(DWORD)));
+    *number = session == WTS_CURRENT_SESSION ? OwnSession() : session;
+    *buffer = reinterpret_cast<LPWSTR>(number);
     if (bytes != nullptr) *bytes = sizeof(DWORD);
     return TRUE;
 }
 
 __declspec(dllexport) BOOL WINAPI
     WTSEnumerateSessionsA(HANDLE, DWORD reserved, DWORD version, WTS_SESSION_INFOA** sessions, DWORD* count) {
-    if (reserved != 0 || version != 1 || sessions == nullptr || count == nullptr) {
-        ::SetLastError(ERROR_INVALID_PARAMETER);
-        return FALSE;
-    }
-    const std::vector<DWORD> numbers = Numbers(Variable("WTS_TEST_SESSIONS", "0,1"));
-    Reply<WTS_SESSION_INFOA> reply(numbers.size(), 32);
-    for (std::size_t i = 0; i < numbers.size(); ++i) {
-        const std::string name = "Session" + std::to_string(numbers[i]);
-        BYTE* const text = reply.Append(name.c_str(), name.size() + 1);
-        reply.Records()[i] = {numbers[i], reinterpret_cast<LPSTR>(text),
-                              numbers[i] == 0 ? WTSDisconnected : WTSActive};
-    }
-    *sessions = reply.Records();
-    *count = static_cast<DWORD>(numbers.size());
-    return TRUE;
+    return Answer(
+        reserved, version, sessions, count, Numbers(Variable("WTS_TEST_SESSIONS", "0,1")), 32,
+        [](DWORD number, WTS_SESSION_INFOA& session, BYTE* text) {
+            const std::string name = "Session" + std::to_string(number);
+            std::memcpy(text, name.c_str(), name.size());
+            session = {number, reinterpret_cast<LPSTR>(text), number == 0 ? WTSDisconnected : WTSActive};
+        });
 }
 
 __declspec(dllexport) BOOL WINAPI
     WTSEnumerateProcessesW(HANDLE, DWORD reserved, DWORD version, WTS_PROCESS_INFOW** infos, DWORD* count) {
-    if (reserved != 0 || version != 1 || infos == nullptr || count == nullptr) {
-        ::SetLastError(ERROR_INVALID_PARAMETER);
-        return FALSE;
-    }
-    const std::vector<Process> processes = AllProcesses();
-    Reply<WTS_PROCESS_INFOW> reply(processes.size(), MAX_PATH * sizeof(wchar_t) + cMaxSidBytes);
-    for (std::size_t i = 0; i < processes.size(); ++i) {
-        const Process& process = processes[i];
-        WTS_PROCESS_INFOW& info = reply.Records()[i];
-        info = {OwnSession(), process.id, nullptr, nullptr};
-        if (!process.sid.empty()) info.pUserSid = reply.Append(process.sid.data(), cMaxSidBytes);
-        wchar_t name[MAX_PATH] = {};
-        process.name.copy(name, MAX_PATH - 1);
-        info.pProcessName = reinterpret_cast<LPWSTR>(reply.Append(name, sizeof name));
-    }
-    *infos = reply.Records();
-    *count = static_cast<DWORD>(processes.size());
-    return TRUE;
+    return Answer(reserved, version, infos, count, AllProcesses(), MAX_PATH * sizeof(wchar_t) + cMaxSidBytes,
+                  [](const Process& process, WTS_PROCESS_INFOW& info, BYTE* text) {
+                      auto* const name = reinterpret_cast<LPWSTR>(text + cMaxSidBytes);
+                      process.name.copy(name, MAX_PATH - 1);
+                      info = {OwnSession(), process.id, name, nullptr};
+                      if (process.sid.empty()) return;
+                      std::memcpy(text, process.sid.data(), cMaxSidBytes);
+                      info.pUserSid = text;
+                  });
 }
 
 }  // extern "C"

@@ -3,14 +3,12 @@
 #include "framework/streams/GFileOutStream.h"
 #include "monitor/entry/PWin32MonitorPlatform.h"
 #include "monitor/spooling/JobFileMaker.h"
-#include "platform/win32/core/PWin32Wide.h"
 #include "platform/win32/files/PWin32FileOwner.h"
+#include "tests/WindowsTesting.h"
 #include "tests/monitor/dll/MonitorLibrary.h"
 #include "tests/monitor/dll/TraceCapture.h"
 #include "tests/monitor/spooling/JobFolder.h"
 #include "tests/platform/SystemErrorOf.h"
-
-#include "platform/win32/base/PWin32Api.h"
 
 #include <aclapi.h>
 #include <sddl.h>
@@ -61,7 +59,7 @@ TEST(JobRights, LeaveTheUserOnTheThreadAfterEachCallback) {
         EXPECT_FALSE(library.Start(L"refused.txt", 7, L"NUL"));
         EXPECT_TRUE(HasToken());
     });
-    EXPECT_EQ(ReadFileBytes(GetJobPath(L"as user.ps")), "x");
+    EXPECT_EQ(GetTestFolder().ContentOf("as user.ps"), "x");
 }
 
 std::string RightsOf(PSECURITY_DESCRIPTOR descriptor) {
@@ -130,17 +128,6 @@ TEST(JobRights, RefuseAFileThatIsHeldOpenAndLeaveItAlone) {
     }
     EXPECT_EQ(folder.ContentOf("a.ps"), "x");
     EXPECT_FALSE(folder.Has(folder.Job("a.ps (set aside 1)")));
-}
-
-TEST(JobRights, PrintForAPrinterOfAnotherServer) {
-    MonitorLibrary library;
-    ASSERT_TRUE(library.Open());
-    ASSERT_TRUE(library.Start(L"a.txt", 7, L"\\\\server\\Proof"));
-    EXPECT_TRUE(library.Write("from far"));
-    EXPECT_TRUE(library.End());
-    std::wstring asPassed = GetJobPath(L"a.ps");
-    asPassed.insert(asPassed.find(L"Proof"), L"\\\\server\\");
-    EXPECT_EQ(ReadFileBytes(asPassed), "from far");
 }
 
 }  // namespace

@@ -88,6 +88,7 @@ TEST_F(MonitorDllClient, IsInTheStackDumpOfTheDll) {
     const std::string dump = UTF8Of(GDebugSupport::GetStackDump());
     EXPECT_NE(dump.find("onitor64! "), std::string::npos) << dump;
     EXPECT_NE(dump.find(": monitor_dll_client_tests! "), std::string::npos) << dump;
+    EXPECT_EQ(dump.find("Error: "), std::string::npos) << dump;
 }
 
 }  // namespace

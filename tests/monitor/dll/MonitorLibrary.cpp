@@ -2,8 +2,6 @@
 
 #include <optional>
 
-#include "tests/files/TestFolder.h"
-
 namespace {
 
 using Initialize = MONITOR2*(WINAPI*)(MONITORINIT*, HANDLE*);
@@ -13,13 +11,13 @@ class TemporaryFolder final : public testing::Environment {
 public:
     void SetUp() override {
         mFolder.emplace();
-        const std::wstring path = GetTestFolder();
+        const std::wstring path = mFolder->Standard("").wstring();
         ::SetEnvironmentVariableW(L"TMP", path.c_str());
         ::SetEnvironmentVariableW(L"TEMP", path.c_str());
     }
     void TearDown() override { mFolder.reset(); }
 
-    std::optional<TestFolder> mFolder;
+    std::optional<JobFolder> mFolder;
 };
 
 const auto* const sTemporary =
@@ -57,24 +55,12 @@ bool MonitorLibrary::Print(const wchar_t* title, const std::string& data) {
     return Start(title) && Write(data) && End();
 }
 
-std::wstring GetTestFolder() {
-    return sTemporary->mFolder->Standard("").wstring();
+const JobFolder& GetTestFolder() {
+    return *sTemporary->mFolder;
 }
 
-std::wstring GetJobPath(const std::wstring& fileName) {
-    wchar_t user[256];
-    DWORD length = 256;
-    ::GetUserNameW(user, &length);
-    return GetTestFolder() + user + L"\\Proof\\" + fileName;
-}
-
-std::string ReadFileBytes(const std::wstring& path) {
-    std::ifstream file(std::filesystem::path(path), std::ios::binary);
-    if (!file) return "(no file)";
-    return std::string((std::istreambuf_iterator<char>(file)), std::istreambuf_iterator<char>());
-}
-
-bool IsClosed(const std::wstring& path) {
+bool IsClosed(const std::string& fileName) {
+    const std::wstring path = GetTestFolder().Standard(JobFolder::Job(fileName)).wstring();
     return static_cast<bool>(PWin32ScopedHandle<PWin32FileHandle>(
         ::CreateFileW(path.c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr)));
 }

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "platform/win32/base/PWin32ScopedHandle.h"
 #include "platform/win32/base/PWin32SpoolerApi.h"
-#include "tests/Testing.h"
+#include "tests/WindowsTesting.h"
+#include "tests/monitor/spooling/JobFolder.h"
 
 /// The monitor's DLL as the spooler uses it, from loading to unloading.
 class MonitorLibrary {
@@ -36,10 +36,6 @@ private:
 };
 
 /// The folder that stands in for the global temporary folder in this process and its children.
-std::wstring GetTestFolder();
-/// The file that the job of that name for the printer Proof becomes.
-std::wstring GetJobPath(const std::wstring& fileName);
-/// The content of a file; "(no file)" when it cannot be opened.
-std::string ReadFileBytes(const std::wstring& path);
-/// True when nobody else has the file open.
-bool IsClosed(const std::wstring& path);
+const JobFolder& GetTestFolder();
+/// True when nobody else has the job file of that name open.
+bool IsClosed(const std::string& fileName);

@@ -33,7 +33,7 @@ public:
                 if (!mLibrary.Write(data.substr(at, 4096))) ++mWrong;
             }
             if (!mLibrary.End()) ++mWrong;
-            if (ReadFileBytes(GetJobPath(L"crowd.ps")) != data) ++mWrong;
+            if (GetTestFolder().ContentOf("crowd.ps") != data) ++mWrong;
             ++mJobs;
         }
     }

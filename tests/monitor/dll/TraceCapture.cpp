@@ -1,7 +1,6 @@
 #include "tests/monitor/dll/TraceCapture.h"
 
 #include <mutex>
-#include <utility>
 
 #include "platform/win32/base/PWin32Api.h"
 

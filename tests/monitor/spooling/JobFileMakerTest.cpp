@@ -152,6 +152,9 @@ TEST_F(JobFileMakerTest, UsesAndEmptiesWhatIsItsOwn) {
     EXPECT_TRUE(mPlatform.mEvents.empty());
     fs::remove_all(mFolder.Standard(""));
     EXPECT_EQ(Make(), "the job") << "also without a temporary folder";
+    const JobPath remote(GString("\\\\server\\Proof"), GString("a.txt"));
+    GFileOutStream(JobFileMaker(mPlatform).Open(remote)).Write(GBuffer("from far"));
+    EXPECT_EQ(mFolder.Take(mUser + "/server/Proof/a.ps"), "from far");
 }
 
 TEST_F(JobFileMakerTest, GivesUpWhereEvenItsOwnIsNotToBeTrusted) {

@@ -29,8 +29,9 @@ struct MonitorJobTest : testing::Test {
         return mJob.Write(mHandle, reinterpret_cast<const unsigned char*>(data.data()),
                           static_cast<std::uint32_t>(data.size()), mWritten);
     }
-    void StartUnnoticed(const char16_t* title) {
+    void StartUnnoticed(const char16_t* title, const std::string& data) {
         EXPECT_TRUE(Start(title).mSucceeded);
+        EXPECT_TRUE(Write(data).mSucceeded);
         mPlatform.mEvents.clear();
     }
     void Print(const char16_t* title, const std::string& data) {
@@ -214,7 +215,7 @@ TEST_F(MonitorJobTest, RefusesToWriteWithoutAJobAPortOrDataAndEndsNothing) {
     EXPECT_THAT(mPlatform.mEvents, IsEmpty());
     expectRefusal(mHandle, x, 1, 3003, "PPMWritePort: write when not started?!?");
     expectRefusal(nullptr, x, 0, 3003, "PPMWritePort: write when not started?!?");
-    StartUnnoticed(u"a.txt");
+    StartUnnoticed(u"a.txt", "x");
     expectRefusal(&mWritten, x, 1, 6, "PPMWritePort: invalid port handle?!?");
     expectRefusal(mHandle, x, 0, std::nullopt, "PPMWritePort: No Data");
     expectRefusal(mHandle, nullptr, 5, std::nullopt, "PPMWritePort: No Data");
@@ -253,9 +254,7 @@ TEST_F(MonitorJobTest, ReportsAFullDiskAndPrintsOn) {
 }
 
 TEST_F(MonitorJobTest, AnEndOnTheWrongPortClosesTheFileOnlyAndAThrowingNotificationEndsTheJob) {
-    EXPECT_TRUE(Start(u"a.txt").mSucceeded);
-    EXPECT_TRUE(Write("all of it").mSucceeded);
-    mPlatform.mEvents.clear();
+    StartUnnoticed(u"a.txt", "all of it");
     EXPECT_EQ(mJob.End(nullptr).mLastError, 6u);
     EXPECT_THAT(mPlatform.TakeEvents(), ElementsAre("tick"));
     EXPECT_EQ(mState.sJobStream, nullptr);
@@ -264,9 +263,7 @@ TEST_F(MonitorJobTest, AnEndOnTheWrongPortClosesTheFileOnlyAndAThrowingNotificat
     EXPECT_TRUE(mJob.End(mHandle).mSucceeded);
     EXPECT_EQ(mFolder.ContentOf("a.ps"), "all of it");
 
-    EXPECT_TRUE(Start(u"c.txt").mSucceeded);
-    EXPECT_TRUE(Write("this, too").mSucceeded);
-    mPlatform.mEvents.clear();
+    StartUnnoticed(u"c.txt", "this, too");
     mPlatform.mOnNotify = [] { throw std::runtime_error("too large"); };
     EXPECT_THROW(mJob.End(mHandle), std::runtime_error);
     EXPECT_THAT(mPlatform.TakeEvents(),
@@ -278,7 +275,7 @@ TEST_F(MonitorJobTest, AnEndOnTheWrongPortClosesTheFileOnlyAndAThrowingNotificat
 }
 
 TEST_F(MonitorJobTest, FailsWhenTheThreadLosesTheRightsOfTheUser) {
-    StartUnnoticed(u"a.txt");
+    StartUnnoticed(u"a.txt", "x");
     mPlatform.mOnNotify = [this] { mPlatform.mCanPutBack = false; };
     EXPECT_EQ(mJob.End(mHandle).mLastError, 1003u);
     EXPECT_THAT(mPlatform.mEvents,
@@ -288,7 +285,7 @@ TEST_F(MonitorJobTest, FailsWhenTheThreadLosesTheRightsOfTheUser) {
 }
 
 TEST_F(MonitorJobTest, AnnouncesThePathOfTheEndLoudlyWhenItIsAnotherThanTheFiles) {
-    StartUnnoticed(u"a.txt");
+    StartUnnoticed(u"a.txt", "x");
     GFileSystem::AddSpecialPath(GSpecialPath::cGlobalTemp, mFolder.Portable("other"));
     EXPECT_TRUE(mJob.End(mHandle).mSucceeded);
     const auto native = [this](const std::string& folder) {

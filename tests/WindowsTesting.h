@@ -1,0 +1,11 @@
+#pragma once
+
+// What the tests of all rooms on Windows use beside Testing.h: the system itself, owners of its objects, wide
+// texts and folders.
+#include "platform/win32/base/PWin32ScopedHandle.h"
+#include "platform/win32/core/PWin32Wide.h"
+#include "tests/Testing.h"
+#include "tests/core/TextForTests.h"
+#include "tests/files/TestFolder.h"
+
+#include "platform/win32/base/PWin32Api.h"
