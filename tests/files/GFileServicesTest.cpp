@@ -196,6 +196,7 @@ TEST(GFileServices, SetsDatesAndAttributes) {
     const GPathName missing = folder.Portable("missing");
     EXPECT_THROW(GFileSystem::SetModificationDateTime(missing, moment), GException);
     EXPECT_THROW(GFileSystem::GetFileAttribute(missing), GException);
+    EXPECT_THROW(GFileSystem::IsWritable(missing), GException);
 }
 
 TEST(GFileServices, TellsWhatIsTheSame) {
@@ -238,6 +239,13 @@ TEST(GFileServices, AliasesLeadToTheirTargets) {
     EXPECT_TRUE(GFileSystem::AliasHasTarget(alias));
     EXPECT_EQ(TextOf(GFileSystem::GetAliasPermissions(alias)),
               TextOf(GFileSystem::GetPermissions(folder.Portable("f"))));
+    EXPECT_TRUE(GFileSystem::CheckIfAliasOwner(alias));
+    folder.Put("g", "x");
+    GFileSystem::CreateAlias(folder.Portable("to g.lnk"), folder.Portable("g"));
+    GFileSystem::CopyAliasPermissions(alias, folder.Portable("to g.lnk"));
+    GFileSystem::SetAliasPermissions(alias, GFileSystem::GetPermissions(folder.Portable("g")));
+    EXPECT_EQ(TextOf(GFileSystem::GetPermissions(folder.Portable("g"))),
+              TextOf(GFileSystem::GetAliasPermissions(alias)));
     EXPECT_THROW(GFileSystem::CreateAlias(alias, folder.Portable("f")), GException);
     const GPathName renamed = GFileSystem::RenameFile(alias, "other");
     EXPECT_EQ(TextOf(renamed.GetLeaf()), "other.lnk");

@@ -216,31 +216,6 @@ TEST(GFileSystem, RenamesCopiesAndMoves) {
     }
 }
 
-TEST(GFileSystem, ReplacesNothing) {
-    const TestFolder folder;
-    folder.Put("f", "new");
-    folder.Put("g", "old");
-    GFileSystem::CreateFolder(folder.Portable("sub"));
-    folder.Put("sub/f", "old");
-    EXPECT_THROW(GFileSystem::RenameFile(folder.Portable("f"), "g"), GException);
-    EXPECT_THROW(GFileSystem::MoveFileTo(folder.Portable("f"), folder.Portable("sub")), GException);
-    EXPECT_THROW(GFileSystem::CopyFileTo(folder.Portable("f"), folder.Portable("sub")), GException);
-    EXPECT_EQ(folder.Take("f"), "new");
-    EXPECT_EQ(folder.Take("g"), "old");
-    EXPECT_EQ(folder.Take("sub/f"), "old");
-}
-
-TEST(GFileSystem, MarksFilesReadOnlyAndBack) {
-    const TestFolder folder;
-    folder.Put("f", "x");
-    EXPECT_TRUE(GFileSystem::IsWritable(folder.Portable("f")));
-    GFileSystem::SetWritable(folder.Portable("f"), false);
-    EXPECT_FALSE(GFileSystem::IsWritable(folder.Portable("f")));
-    GFileSystem::SetWritable(folder.Portable("f"), true);
-    EXPECT_TRUE(GFileSystem::IsWritable(folder.Portable("f")));
-    EXPECT_THROW(GFileSystem::IsWritable(folder.Portable("g")), GException);
-}
-
 TEST(GFileSystem, DatesAreUTC) {
     const TestFolder folder;
     folder.Put("f", "x");

@@ -57,6 +57,22 @@ TEST(PWin32FileImp, FindsNamesThatCouldBeComposed) {
     GFileSystem::RemoveFile(path);
 }
 
+TEST(PWin32FileSystemImp, WhatGoesToTheTrashIsOfTheKindThatWasMeant) {
+    const TestFolder folder;
+    folder.Put("f", "x");
+    GFileSystem::CreateFolder(folder.Portable("sub"));
+    folder.Put("sub/g", "x");
+    EXPECT_THROW(GFileSystem::MoveFileToTrash(folder.Portable("sub")), GException);
+    EXPECT_THROW(GFileSystem::MoveFolderToTrash(folder.Portable("f")), GException);
+    EXPECT_THROW(GFileSystem::MoveFileToTrash(folder.Portable("missing")), GException);
+    EXPECT_THROW(GFileSystem::MoveToTrash(folder.Portable("missing")), GException);
+    EXPECT_TRUE(folder.Has("f") && folder.Has("sub/g"));
+    GFileSystem::MoveFileToTrash(folder.Portable("f"));
+    EXPECT_FALSE(folder.Has("f"));
+    GFileSystem::MoveFolderToTrash(folder.Portable("sub"));
+    EXPECT_FALSE(folder.Has("sub"));
+}
+
 TEST(PWin32FileImp, CreatingFindsAFileInUseThere) {
     const TestFolder folder;
     GFileOutStream job(folder.Portable("f"), true);

@@ -10,6 +10,7 @@
 #include "framework/services/GTraceFile.h"
 #include "framework/streams/GMemoryInStream.h"
 #include "framework/streams/GMemoryOutStream.h"
+#include "framework/system/PSystem.h"
 #include "tests/files/TestFolder.h"
 
 namespace {
@@ -206,6 +207,38 @@ TEST_F(GTraceTest, WhatCannotBeOpenedReachesTheCaller) {
     EXPECT_THROW(GTraceFile(GPathName(), false), GException);
 }
 
+TEST_F(GTraceTest, ALogInUseIsLeftToWhoHasIt) {
+    const GTraceFile first(mFolder.Portable("t.tra"), false), second(mFolder.Portable("t.tra"), false),
+        third(mFolder.Portable("t.tra"), false);
+    // Natively nothing tells that somebody has a file open.
+    const bool seesUse = PSystem::GetPlatformCode() == PSystem::cPlatformWindows;
+    EXPECT_EQ(TextOf(first.GetPathName().GetLeaf()), "t.tra");
+    EXPECT_EQ(TextOf(second.GetPathName().GetLeaf()), seesUse ? "t (0).tra" : "t.tra");
+    EXPECT_EQ(TextOf(third.GetPathName().GetLeaf()), seesUse ? "t (1).tra" : "t.tra");
+}
+
+TEST_F(GTraceTest, WhatCannotBeWrittenReachesTheCallerUnlessHeIsQuiet) {
+    struct Refusing : GOutStream {
+        long Write(const GBuffer&) override { throw GSimpleException(GExceptionID::cCouldNotWriteFile); }
+        void Flush() override {}
+    };
+    Configure(Prefs(Group("Defaults", "\"Log\" \"1\"\n")));
+    GTrace::SetInstance(new GTrace(std::make_unique<Refusing>()));
+    for (int attempt = 0; attempt < 2; ++attempt) {
+        EXPECT_THROW(GTraceLog::Trace("A", "m"), GException);
+        EXPECT_THROW(GTraceBlock("A", "b"), GException);
+        bool composed = false;
+        const auto compose = [&] {
+            composed = true;
+            return GString("m");
+        };
+        GTraceLog::TraceQuietly("XDE", compose);
+        EXPECT_FALSE(composed) << "the category is off";
+        GTraceLog::TraceQuietly("A", compose);
+        EXPECT_TRUE(composed);
+    }
+}
+
 TEST_F(GTraceTest, WhatIsLinkedElsewhereIsNeitherReadNorWritten) {
     const std::string on = "\"Log\" \"1\"\n\"LogLocation\" \"0\"\n\"LogTime\" \"0\"\n";
     const auto link = [&](const char* from, const char* to) {
@@ -236,6 +269,17 @@ TEST(GCallbackAssert, TheFirstInstallerWinsOverEveryDefault) {
     GCallbackAssert::SetInstance(nullptr);
     GCallbackAssert::SetDefaultInstance(new CountedCallback);
     EXPECT_EQ(GCallbackAssert::GetInstance(), nullptr);
+    EXPECT_EQ(CountedCallback::sAlive, 0);
+    {
+        GTrace trace;
+        EXPECT_EQ(trace.GetAssertCallback(), nullptr);
+        auto* const second = new CountedCallback;
+        trace.SetAssertCallback(second);
+        trace.SetAssertCallback(second);
+        EXPECT_EQ(trace.GetAssertCallback(), second);
+        trace.SetAssertCallback(new CountedCallback);
+        EXPECT_EQ(CountedCallback::sAlive, 1);
+    }
     EXPECT_EQ(CountedCallback::sAlive, 0);
 }
 

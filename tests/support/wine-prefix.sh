@@ -19,7 +19,9 @@ wine_use() {
     LOGNAME=anna
     # Arguments reach Windows programs through the locale's character set.
     LC_ALL=C.UTF-8
-    export WINEPREFIX WINEDEBUG WINEDLLOVERRIDES USER LOGNAME LC_ALL
+    # What programs put into the trash stays within the prefix.
+    XDG_DATA_HOME=$WINEPREFIX/data
+    export XDG_DATA_HOME WINEPREFIX WINEDEBUG WINEDLLOVERRIDES USER LOGNAME LC_ALL
     unset DISPLAY WAYLAND_DISPLAY
 }
 
