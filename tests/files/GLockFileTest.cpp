@@ -5,8 +5,6 @@
 #include <tuple>
 
 #include "framework/core/errors/GException.h"
-#include "framework/files/GFileSystem.h"
-#include "framework/system/PSystem.h"
 #include "tests/files/TestFolder.h"
 
 namespace {
@@ -79,19 +77,6 @@ TEST(GLockFile, APathThatCannotBecomeALockIsAFailureAndNotBusy) {
     }
     EXPECT_TRUE(GLockFile(folder.Portable("file")).Lock(cWrite));
     EXPECT_EQ(folder.Take("file"), "x") << "what it holds is left alone";
-}
-
-TEST(GLockFile, WhoMayOnlyReadLocksForReading) {
-    const TestFolder folder;
-    folder.Put("lock", "");
-    GFileSystem::SetWritable(folder.Portable("lock"), false);
-    EXPECT_TRUE(GLockFile(folder.Portable("lock")).Lock(cRead));
-    // The native tests may run as one who may do everything.
-    if (PSystem::GetPlatformCode() == PSystem::cPlatformWindows) {
-        EXPECT_EQ(ThrownBy([&] { GLockFile(folder.Portable("lock")).Lock(cWrite); }), 40092);
-    }
-    GFileSystem::SetWritable(folder.Portable("lock"), true);
-    EXPECT_TRUE(GLockFile(folder.Portable("lock")).Lock(cWrite));
 }
 
 TEST(GLockFile, IsDeletedOnlyWhenThisObjectHoldsNoLock) {

@@ -149,6 +149,8 @@ says 'FAULT  Listener    Nobody is told of jobs'
 
 # A processing application is listed while it runs; Ctrl-C ends it in good order.
 listen() {
+    # Emptied here, not by the child: what an earlier one wrote must not pass for this one's word.
+    : >"$scratch/application"
     wine "$1" >"$scratch/application" 2>&1 </dev/null &
     application=$!
     tries=0
