@@ -61,7 +61,7 @@ private:
 };
 
 GString AsString(std::wstring_view text) {
-    return FromWide(text.data(), static_cast<long>(text.size()));
+    return NameFromWide(text.data(), static_cast<long>(text.size()));
 }
 
 }  // namespace

@@ -48,7 +48,9 @@ TEST_F(JobIntakeTest, PendingIsWhatNobodyHasBeenHandedTheOldestFirst) {
                                     "anna\\Proof\\new.ps", "anna\\server\\Proof\\remote.ps"));
     EXPECT_THAT(Find(L"missing\\"), ElementsAre());
     const std::pair<const wchar_t*, const wchar_t*> rows[] = {
-        {L"anna\\Proof\\a.ps", L"Proof"}, {L"anna\\server\\Proof\\a.ps", L"\\\\server\\Proof"}};
+        {L"anna\\Proof\\a.ps", L"Proof"},
+        {L"anna\\e\u0301\\e\u0301.ps", L"e\u0301"},
+        {L"anna\\server\\Proof\\a.ps", L"\\\\server\\Proof"}};
     for (const auto& [path, printer] : rows) {
         const GPPJobRecord record = PendingJobs::MakeRecord(Root() + path, Root());
         EXPECT_EQ(std::wstring(AsWide(record.GetJobPath())), Root() + path);

@@ -10,22 +10,18 @@ constexpr const char* cPrinters = "SOFTWARE\\Policies\\Microsoft\\Windows NT\\Pr
 constexpr PrintPolicy cPolicies[] = {
     {cProtectedPrint, "WindowsProtectedPrintGroupPolicyState",
      L"A policy has switched Windows protected print mode on: only printers without drivers and port "
-     L"monitors of "
-     L"their own work.",
+     L"monitors of their own work.",
      L"Set \"Configure Windows protected print\" to disabled (Computer Configuration, Administrative "
-     L"Templates, "
-     L"Printers)."},
+     L"Templates, Printers)."},
     {cProtectedPrint, "WindowsProtectedPrintMode",
      L"Windows protected print mode is on: only printers without drivers and port monitors of their own "
      L"work.",
      L"Switch it off: Settings, Bluetooth & devices, Printers & scanners, Windows protected print mode. Then "
-     L"install "
-     L"again."},
+     L"install again."},
     {cPrinters, "EnableDeviceControl",
      L"A policy allows only printers of the company's network and approved USB printers.",
      L"Set \"Enable Device Control Printing Restrictions\" to disabled (Computer Configuration, "
-     L"Administrative "
-     L"Templates, Printers)."},
+     L"Administrative Templates, Printers)."},
 };
 
 }  // namespace

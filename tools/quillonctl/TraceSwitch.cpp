@@ -25,7 +25,7 @@ constexpr const char* cText =
     "#ENDPREFS\r\n";
 
 GString TextOf(const std::wstring& wide) {
-    return FromWide(wide.data(), static_cast<long>(wide.size()));
+    return NameFromWide(wide.data(), static_cast<long>(wide.size()));
 }
 
 GPathName PathOf(const std::wstring& native) {
