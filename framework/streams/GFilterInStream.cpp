@@ -17,7 +17,7 @@ constexpr long cCarryRoom = 0x400;  // what small reads are served from
 // all: up to there it grows by doubling.
 unsigned char* Lengthen(GBuffer& target, long room, long limit) {
     const long length = target.GetLength();
-    if (!target.GetAllocated() || target.GetAllocatedLength() - length < room) {
+    if (target.GetAllocatedLength() < length + room) {
         const long doubled =
             std::min(limit, std::min(target.GetAllocatedLength(), GBuffer::cMaxLength / 2L) * 2);
         target.Allocate(std::max(length + room, doubled));
@@ -46,18 +46,6 @@ GFilterInStream::GFilterInStream(const GFilterInStream& other)
 
 GFilterInStream::~GFilterInStream() = default;
 
-long GFilterInStream::Read(GBuffer& out, long maxBytes) {
-    out.Clear();
-    if (maxBytes < 1) return -1;
-    try {
-        Fill(out, std::min<long>(maxBytes, GBuffer::cMaxLength));
-    } catch (...) {
-        if (out.IsEmpty()) throw;
-        mDelayed = std::current_exception();
-    }
-    return out.IsEmpty() ? -1 : out.GetLength();
-}
-
 void GFilterInStream::Reset() {
     mSource->Reset();
     Restart();
@@ -71,34 +59,8 @@ void GFilterInStream::Reset() {
     mDelayed = nullptr;
 }
 
-void GFilterInStream::Fill(GBuffer& out, long maxBytes) {
-    if (mDelayed) std::rethrow_exception(std::exchange(mDelayed, nullptr));
-    while (out.GetLength() < maxBytes) {
-        if (!mCarry.IsEmpty()) TakeCarry(out, maxBytes);
-        const long room = maxBytes - out.GetLength();
-        if (room == 0) return;
-        if (mStep != GFilterStep::cGoOn) return ThrowFailure();
-        if (mStarved) Pull();
-        // Small reads share one conversion; of large ones only the end may be too small for one.
-        const long least = std::max<long>(mNeededRoom, maxBytes < cCarryRoom ? cCarryRoom : 0);
-        if (room >= least) {
-            ConvertInto(out, std::min(room, cStride), maxBytes);
-        } else {
-            ConvertInto(mCarry, least, 0);
-        }
-    }
-}
-
-void GFilterInStream::TakeCarry(GBuffer& out, long maxBytes) {
-    const long count = std::min(mCarry.GetLength() - mCarryPosition, maxBytes - out.GetLength());
-    out.AppendByteArray(mCarry.GetRawData() + mCarryPosition, count);
-    mCarryPosition += static_cast<std::int32_t>(count);
-    if (mCarryPosition < mCarry.GetLength()) return;
-    mCarry.Clear();
-    mCarryPosition = 0;
-}
-
-void GFilterInStream::ConvertInto(GBuffer& target, long room, long limit) {
+// Inlined, as Fill is: of a small read of what converts fast, the calls would be a good part.
+[[gnu::always_inline]] inline void GFilterInStream::ConvertInto(GBuffer& target, long room, long limit) {
     const long length = target.GetLength();
     unsigned char* const place = Lengthen(target, room, limit);
     const unsigned char* const input = mInput.GetRawData();
@@ -116,6 +78,43 @@ void GFilterInStream::ConvertInto(GBuffer& target, long room, long limit) {
     // A filter that waits for more than there is would wait for ever.
     if (mStarved && mSourceEnded) mStep = GFilterStep::cTruncated;
     if (mStep == GFilterStep::cEnd) GiveBack(window.InCount());
+}
+
+[[gnu::always_inline]] inline void GFilterInStream::Fill(GBuffer& out, long maxBytes) {
+    if (mDelayed) std::rethrow_exception(std::exchange(mDelayed, nullptr));
+    while (out.GetLength() < maxBytes) {
+        if (!mCarry.IsEmpty()) TakeCarry(out, maxBytes);
+        const long room = maxBytes - out.GetLength();
+        if (room == 0) return;
+        if (mStep != GFilterStep::cGoOn) return ThrowFailure();
+        if (mStarved) Pull();
+        // Small reads share one conversion; of large ones only the end may be too small for one.
+        const long least = std::max<long>(mNeededRoom, maxBytes < cCarryRoom ? cCarryRoom : 0);
+        const bool suffices = room >= least;
+        ConvertInto(suffices ? out : mCarry, suffices ? std::min(room, cStride) : least,
+                    suffices ? maxBytes : 0);
+    }
+}
+
+long GFilterInStream::Read(GBuffer& out, long maxBytes) {
+    out.Clear();
+    if (maxBytes < 1) return -1;
+    try {
+        Fill(out, std::min<long>(maxBytes, GBuffer::cMaxLength));
+    } catch (...) {
+        if (out.IsEmpty()) throw;
+        mDelayed = std::current_exception();
+    }
+    return out.IsEmpty() ? -1 : out.GetLength();
+}
+
+void GFilterInStream::TakeCarry(GBuffer& out, long maxBytes) {
+    const long count = std::min(mCarry.GetLength() - mCarryPosition, maxBytes - out.GetLength());
+    out.AppendByteArray(mCarry.GetRawData() + mCarryPosition, count);
+    mCarryPosition += static_cast<std::int32_t>(count);
+    if (mCarryPosition < mCarry.GetLength()) return;
+    mCarry.Clear();
+    mCarryPosition = 0;
 }
 
 void GFilterInStream::Pull() {

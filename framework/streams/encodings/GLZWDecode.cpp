@@ -32,7 +32,7 @@ inline unsigned char* GLZWDecode::Rest::Give(unsigned char* out, const unsigned 
 /// registers hold it while codes are taken, whatever is written.
 class GLZWDecode::Run {
 public:
-    Run(GLZWDecode& filter, const GFilterWindow& window, unsigned char* out)
+    Run(GLZWDecode& filter, const GFilterWindow& window)
         : mState(filter.mState),
           mEarlyChange(filter.mEarlyChange),
           mStrings(filter.mStrings.data()),
@@ -41,7 +41,7 @@ public:
           mBit(mState.usedBits),
           mBits(static_cast<std::uint32_t>(8 * window.InCount())),
           mIsLast(window.isLast),
-          mOut(out),
+          mOut(window.out),
           mOutEnd(window.outEnd) {
         SetWidth(mState.width);
     }
@@ -64,12 +64,14 @@ public:
             if (mState.next < cTableSize && HasPrevious()) AddString(FirstOf(string));
             mState.string = string;
             mState.previous = code;
-            if (!hasRoom) {
-                Keep(string, length);
-                return GFilterStep::cGoOn;
+            if (hasRoom) {
+                Put(string, length, mOut);
+                mOut += length;
+                continue;
             }
-            Put(string, length, mOut);
-            mOut += length;
+            Keep(string, length);
+            mOut = mRest.Give(mOut, mOutEnd);
+            if (!mRest.IsEmpty()) return GFilterStep::cGoOn;
         }
     }
 
@@ -241,13 +243,10 @@ void GLZWDecode::Restart() {
 }
 
 GFilterStep GLZWDecode::Convert(GFilterWindow& window) {
-    while (true) {
-        unsigned char* const out = mRest.Give(window.out, window.outEnd);
-        window.out = out;
-        if (!mRest.IsEmpty()) return GFilterStep::cGoOn;
-        Run run(*this, window, out);
-        const GFilterStep step = run.TakeCodes();
-        run.Leave(*this, window);
-        if (mRest.IsEmpty()) return step;
-    }
+    window.out = mRest.Give(window.out, window.outEnd);
+    if (!mRest.IsEmpty()) return GFilterStep::cGoOn;
+    Run run(*this, window);
+    const GFilterStep step = run.TakeCodes();
+    run.Leave(*this, window);
+    return step;
 }
