@@ -207,15 +207,19 @@ void GIPCManager::SendToProcess(long processID, const GIPCPost& post) {
     delivery.WaitTillTaken();
 }
 
-GIPCManager::Told GIPCManager::SendOnceRaw(const GTable<std::int32_t>& processIDs, long type,
+GIPCManager::Told GIPCManager::SendOnceRaw(const std::function<bool(std::int32_t)>& isWanted, long type,
                                            const GBuffer& data) {
     const Lock lock(GetReceiverLock());
     const GAtScopeEnd cleanup([this]() noexcept { CleanupCorruptedProcesses(); });
     const GIPCPost post{type, data, true};
     GIPCListing listing(mRegistries, GIPCListing::Tidying::cWhenCrowded);
     GIPCDelivery delivery(mRules, listing, mOutbox, post);
+    GTable<std::int32_t> registered, wanted;
+    listing.GetProcessIDs(registered);
+    for (const std::int32_t processID : registered)
+        if (isWanted(processID)) wanted.Append(processID);
     Told told;
-    for (const std::int32_t processID : processIDs) {
+    for (const std::int32_t processID : wanted) {
         const Attempt attempt = delivery.PostTo(processID);
         if (attempt.mIsReached) {
             ++told.mReached;

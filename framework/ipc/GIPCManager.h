@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 
 #include "framework/core/GExport.h"
@@ -112,10 +113,11 @@ public:
         long mReached = 0;  ///< they have the message, or it is kept for them
         long mFailed = 0;   ///< they listen, but their queue is broken or its mutex was not to be had
     };
-    /// Sends once to all these processes, and only then waits, once for all of them. A target that cannot be
-    /// reached costs the others nothing. Registries that are nearly full are tidied on the way. Throws
-    /// GExceptionID::cMessageTooLarge, and what keeps it from reading any registry.
-    Told SendOnceRaw(const GTable<std::int32_t>& processIDs, long type, const GBuffer& data);
+    /// Sends once to all processes that are registered and wanted, and only then waits, once for all of them.
+    /// A target that cannot be reached costs the others nothing. Registries that are nearly full are tidied
+    /// on the way. Throws GExceptionID::cMessageTooLarge, what keeps it from reading any registry, and what
+    /// `isWanted` throws, before anything is sent.
+    Told SendOnceRaw(const std::function<bool(std::int32_t)>& isWanted, long type, const GBuffer& data);
 
     /// Messages that are kept for a later attempt.
     long GetDelayedCount() const noexcept { return mOutbox.GetCount(); }

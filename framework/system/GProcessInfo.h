@@ -38,6 +38,9 @@ public:
     /// All processes, whether they can be opened or not: one look at the system, however many are asked
     /// about afterwards.
     virtual GTable<std::int32_t> GetRunningProcessIDs() = 0;
+    /// The leaf of the process's program file; empty for a process that is not there or cannot be opened.
+    /// Asks about this process alone, while a list of all takes the system the longer the more there are.
+    virtual GString GetProcessName(long processID) = 0;
 
     /// Never null; the platform's own is made on first use.
     static GProcessInfo* GetInstance();

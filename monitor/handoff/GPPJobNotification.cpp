@@ -31,24 +31,30 @@ bool TryToStartLayer() {
     }
 }
 
-GTable<std::int32_t> FindProcessingApplications() {
+/// Whether a process that listens is a processing application, and not this one. Only those that listen are
+/// asked for their names: on a terminal server with thousands of processes a list of all takes longer than
+/// everything else.
+bool IsProcessingApplication(std::int32_t processID) {
     GProcessInfo& processes = *GProcessInfo::GetInstance();
+    return processID != processes.GetCurrentProcessID() &&
+           processes.GetProcessName(processID) == GString(GPPJobNotification::cListenerName);
+}
+
+long CountRunning() {
     GTable<std::int32_t> ids;
-    processes.GetProcessIDs(GString(GPPJobNotification::cListenerName), ids, false);
-    const long own = ids.Find(static_cast<std::int32_t>(processes.GetCurrentProcessID()));
-    if (own >= 0) ids.Remove(own);
-    return ids;
+    GProcessInfo::GetInstance()->GetProcessIDs(GString(GPPJobNotification::cListenerName), ids, false);
+    return ids.GetCount();
 }
 
 /// True when at least one application listens and has been sent the message.
 bool Tell(const GBuffer& message) {
-    const GTable<std::int32_t> ids = FindProcessingApplications();
-    const GIPCManager::Told told =
-        GPPIPCManager::GetInstance()->SendOnceRaw(ids, GPPJobRecord::cMessageType, message);
+    const GIPCManager::Told told = GPPIPCManager::GetInstance()->SendOnceRaw(
+        &IsProcessingApplication, GPPJobRecord::cMessageType, message);
     GTraceLog::TraceQuietly(cCategory, [&] {
-        return GString("of ") + GString(ids.GetCount()) + GString(" PrinterProcessorWin ") +
-               GString(told.mReached) + GString(" told, ") + GString(told.mFailed) +
-               GString(" could not be reached");
+        const long listening = told.mReached + told.mFailed;
+        return GString("of ") + GString(listening > 0 ? listening : CountRunning()) +
+               GString(" PrinterProcessorWin ") + GString(told.mReached) + GString(" told, ") +
+               GString(told.mFailed) + GString(" could not be reached");
     });
     // Once, however many: each line may have to wait for whoever reads the debugger's output.
     if (told.mFailed > 0) PSystem::Trace(L"PrinterProcessorWin could not be reached");

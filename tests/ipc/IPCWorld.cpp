@@ -26,6 +26,10 @@ public:
         GetProcessIDs(GString(), ids, false);
         return ids;
     }
+    GString GetProcessName(long processID) override {
+        if (!mWorld.mProcessesKnown) throw GSimpleException(GExceptionID::cUNIXSystemError);
+        return IsProcessRunning(processID) ? GString("PrinterProcessorWin.exe") : GString();
+    }
 
 private:
     const IPCWorld& mWorld;

@@ -33,7 +33,7 @@ void VisitProcesses(bool currentUserOnly, Visitor visit) {
     }
 }
 
-GString GetImageLeaf(std::int32_t processID) {
+GString GetImageLeaf(long processID) {
     std::error_code error;
     const fs::path image = fs::read_symlink("/proc/" + std::to_string(processID) + "/exe", error);
     return error ? GString() : GString::FromUTF8(image.filename().c_str());
@@ -109,6 +109,8 @@ public:
         VisitProcesses(false, [&](std::int32_t processID) { running.Append(processID); });
         return running;
     }
+
+    GString GetProcessName(long processID) override { return GetImageLeaf(processID); }
 };
 
 }  // namespace

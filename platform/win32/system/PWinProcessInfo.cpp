@@ -176,6 +176,11 @@ GTable<std::int32_t> PWinProcessInfo::GetRunningProcessIDs() {
     return running;
 }
 
+GString PWinProcessInfo::GetProcessName(long processID) {
+    const auto path = std::make_unique_for_overwrite<wchar_t[]>(cPathUnits);
+    return GetImageLeaf(static_cast<DWORD>(processID), path.get());
+}
+
 GPathName PWinProcessInfo::GetApplicationPath() {
     return PSystem::GetApplicationPath();
 }

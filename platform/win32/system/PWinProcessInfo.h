@@ -15,4 +15,5 @@ public:
     GTable<std::int32_t> GetChildProcessIDs(long processID) override;
     GPathName GetApplicationPath() override;
     GTable<std::int32_t> GetRunningProcessIDs() override;
+    GString GetProcessName(long processID) override;
 };
