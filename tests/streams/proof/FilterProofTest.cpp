@@ -26,7 +26,7 @@ const std::vector<Encoding> cEncodings = {
 struct Sample {
     std::string file;
     std::string input;
-    const Encoding* encoding;
+    Encoding encoding;
 };
 
 // Rows under each PNG filter, compressed, so that others take them.
@@ -44,45 +44,29 @@ std::vector<Encoding> RowEncodings(long columns, long colours, long bits) {
     return encodings;
 }
 
-std::vector<Encoding> AllRowEncodings(std::vector<long>& rowLengths) {
-    std::vector<Encoding> all;
-    for (const long bits : {1L, 2L, 4L, 8L, 16L}) {
-        for (const long colours : {1L, 2L, 3L, 4L, 5L, 9L}) {
-            for (const Encoding& encoding : RowEncodings(21, colours, bits)) {
-                all.push_back(encoding);
-                rowLengths.push_back((21 * colours * bits + 7) / 8);
-            }
-        }
-    }
-    return all;
-}
-
-std::vector<Sample> MakeSamples(const std::vector<Encoding>& rows, const std::vector<long>& rowLengths) {
+std::vector<Sample> MakeSamples() {
     std::vector<Sample> samples;
     const auto add = [&](const std::string& input, const Encoding& encoding) {
-        samples.push_back({std::to_string(samples.size()), input, &encoding});
+        samples.push_back({std::to_string(samples.size()), input, encoding});
     };
     for (const std::string& input : ProofInputs(105)) {
         for (const Encoding& encoding : cEncodings) add(input, encoding);
     }
-    for (std::size_t i = 0; i < rows.size(); ++i) {
-        add(MixedBytes(static_cast<std::size_t>(rowLengths[i]) * 25, static_cast<unsigned>(i)), rows[i]);
+    for (const long bits : {1L, 2L, 4L, 8L, 16L}) {
+        for (const long colours : {1L, 2L, 3L, 4L, 5L, 9L}) {
+            const auto rowLength = static_cast<std::size_t>(21 * colours * bits + 7) / 8;
+            for (const Encoding& encoding : RowEncodings(21, colours, bits))
+                add(MixedBytes(rowLength * 25, static_cast<unsigned>(samples.size())), encoding);
+        }
     }
     return samples;
 }
 
-class FilterProof : public testing::Test {
-protected:
-    const std::vector<Sample>& GetSamples() const { return mSamples; }
-
+struct FilterProof : testing::Test {
     std::string PathOf(const std::string& file) const { return mFolder.Standard(file).string(); }
 
-    TestFolder mFolder;
-
-private:
-    std::vector<long> mRowLengths;
-    std::vector<Encoding> mRows = AllRowEncodings(mRowLengths);
-    std::vector<Sample> mSamples = MakeSamples(mRows, mRowLengths);
+    const TestFolder mFolder;
+    const std::vector<Sample> mSamples = MakeSamples();
 };
 
 constexpr const char* cProgram = R"(
@@ -97,22 +81,22 @@ constexpr const char* cProgram = R"(
 TEST_F(FilterProof, GhostscriptAgreesBothWays) {
     std::ostringstream program;
     program << cProgram;
-    for (const auto& [file, input, encoding] : GetSamples()) {
+    for (const auto& [file, input, encoding] : mSamples) {
         mFolder.Put(file + ".in", input);
-        mFolder.Put(file + ".ours", OutcomeOf(encoding->encode, input).bytes);
-        const std::string filter = " <<" + encoding->parameters + ">> ";
+        mFolder.Put(file + ".ours", OutcomeOf(encoding.encode, input).bytes);
+        const std::string filter = " <<" + encoding.parameters + ">> ";
         program << "(" << PathOf(file + ".in") << ") (" << PathOf(file + ".theirs") << ") {" << filter
-                << encoding->operand << " /" << encoding->name << "Encode filter} encode\n"
+                << encoding.operand << " /" << encoding.name << "Encode filter} encode\n"
                 << "(" << PathOf(file + ".ours") << ") (" << PathOf(file + ".back") << ") {" << filter << "/"
-                << encoding->name << "Decode filter} decode\n";
+                << encoding.name << "Decode filter} decode\n";
     }
     mFolder.Put("program.ps", program.str());
     ASSERT_TRUE(Succeeds("gs -q -dNOSAFER -dBATCH -dNODISPLAY -dNOPAUSE " + PathOf("program.ps")));
-    EXPECT_GE(GetSamples().size(), 500U);
-    for (const auto& [file, input, encoding] : GetSamples()) {
-        SCOPED_TRACE(encoding->name + encoding->parameters + " of " + std::to_string(input.size()));
+    EXPECT_GE(mSamples.size(), 500U);
+    for (const auto& [file, input, encoding] : mSamples) {
+        SCOPED_TRACE(encoding.name + encoding.parameters + " of " + std::to_string(input.size()));
         EXPECT_EQ((Outcome{mFolder.Take(file + ".back"), 0}), (Outcome{input, 0}));
-        EXPECT_EQ(OutcomeOf(encoding->decode, mFolder.Take(file + ".theirs")), (Outcome{input, 0}));
+        EXPECT_EQ(OutcomeOf(encoding.decode, mFolder.Take(file + ".theirs")), (Outcome{input, 0}));
     }
 }
 
@@ -125,10 +109,10 @@ std::string DocumentOf(const std::vector<Sample>& samples) {
     document << "]>>\nendobj\n2 0 obj\n<</Type/Pages/Count 0/Kids[]>>\nendobj\n";
     for (std::size_t i = 0; i < samples.size(); ++i) {
         const auto& [file, input, encoding] = samples[i];
-        const std::string data = OutcomeOf(encoding->encode, input).bytes;
-        document << i + 3 << " 0 obj\n<</Filter/" << encoding->name << "Decode";
+        const std::string data = OutcomeOf(encoding.encode, input).bytes;
+        document << i + 3 << " 0 obj\n<</Filter/" << encoding.name << "Decode";
         // Filters without parameters must have none.
-        if (!encoding->parameters.empty()) document << "/DecodeParms<<" << encoding->parameters << ">>";
+        if (!encoding.parameters.empty()) document << "/DecodeParms<<" << encoding.parameters << ">>";
         document << "/Length " << data.size() << ">>\nstream\n" << data << "\nendstream\nendobj\n";
     }
     document << "trailer\n<</Root 1 0 R>>\n%%EOF\n";
@@ -136,14 +120,14 @@ std::string DocumentOf(const std::vector<Sample>& samples) {
 }
 
 TEST_F(FilterProof, QPDFReadsWhatIsWrittenHere) {
-    mFolder.Put("all.pdf", DocumentOf(GetSamples()));
+    mFolder.Put("all.pdf", DocumentOf(mSamples));
     ASSERT_TRUE(
         Succeeds("qpdf --warning-exit-0 --json-output --decode-level=all --json-stream-data=file "
                  "--json-stream-prefix=" +
                  PathOf("stream") + " " + PathOf("all.pdf") + " " + PathOf("all.json")));
-    for (std::size_t i = 0; i < GetSamples().size(); ++i) {
-        const Sample& sample = GetSamples()[i];
-        SCOPED_TRACE(sample.encoding->name + sample.encoding->parameters);
+    for (std::size_t i = 0; i < mSamples.size(); ++i) {
+        const Sample& sample = mSamples[i];
+        SCOPED_TRACE(sample.encoding.name + sample.encoding.parameters);
         EXPECT_EQ((Outcome{mFolder.Take("stream-" + std::to_string(i + 3)), 0}), (Outcome{sample.input, 0}));
     }
 }
