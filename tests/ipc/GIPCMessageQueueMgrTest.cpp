@@ -10,8 +10,22 @@ using Manager = GIPCMessageQueueMgr;
 
 constexpr const char* cName = "QulShDGIPCTest";
 
-std::vector<std::int32_t> List(const GTable<std::int32_t>& table) {
-    return {table.begin(), table.end()};
+/// Where a process is found, as "session: registrations"; "99:" when it is not.
+std::string Find(Manager& manager, long processID) {
+    long session = 99;
+    GTable<std::int32_t> ids = {5};
+    manager.GetRegistered(processID, session, ids);
+    std::string text = std::to_string(session) + ":";
+    for (const std::int32_t id : ids) text += " " + std::to_string(id);
+    return text;
+}
+
+using Addresses = GTable<GIPCQueueAddress>;
+
+Addresses GetAll(Manager& manager) {
+    Addresses all;
+    manager.GetRegistered(all);
+    return all;
 }
 
 struct GIPCMessageQueueMgrTest : testing::Test {
@@ -25,9 +39,7 @@ struct GIPCMessageQueueMgrTest : testing::Test {
     /// Another session's registry, as its processes would have made it.
     static std::unique_ptr<RawSegment> MakeRegistry(const char* path) {
         auto raw = RawSegment::Make(path, cName, 8208);
-        raw->SetWord(0, 8208);
-        raw->SetWord(4, 1);
-        raw->SetWord(12, 12);
+        for (const auto& [offset, word] : {std::pair(0, 8208U), {4, 1}, {12, 12}}) raw->SetWord(offset, word);
         return raw;
     }
 
@@ -123,36 +135,30 @@ TEST_F(GIPCMessageQueueMgrTest, TakesBackItsOwnRegistrationsAndNoOthers) {
 
 TEST_F(GIPCMessageQueueMgrTest, WhatIsOutsideTheNumbersOrRepeatedIsNoEntry) {
     SetEntries({{-5, 7}, {0, 7}, {9, 0}, {9, -1}, {9, 32768}, {9, 32767}, {9, 1}, {8, 1}, {9, 1}, {9, 1}});
-    GTable<GIPCQueueAddress> all;
-    mManager.GetRegistered(all);
-    const GTable<GIPCQueueAddress> expected = {{1, 9, 32767}, {1, 9, 1}, {1, 8, 1}};
-    EXPECT_EQ(all, expected);
+    EXPECT_EQ(GetAll(mManager), (Addresses{{1, 9, 32767}, {1, 9, 1}, {1, 8, 1}}));
     EXPECT_FALSE(mManager.IsRegistered(-5));
     GTable<std::int32_t> ids;
     mManager.GetRegisteredHere(9, ids);
-    EXPECT_EQ(List(ids), (std::vector<std::int32_t>{32767, 1}));
+    EXPECT_EQ(ids, (GTable<std::int32_t>{32767, 1}));
 }
 
 TEST_F(GIPCMessageQueueMgrTest, AFullRegistryDropsWhatNobodyListensBehind) {
     bool created = false;
     const GIPCMessageQueue queue(1, 4711, 77, created);
-    const struct {
-        const char* what;
-        std::pair<int, int> filler;  // and the number of it in place of a 0
-        long left;                   // of the entries that were there
-    } rows[] = {{"processes that have ended", {99, 0}, 2},
-                {"one entry again and again", {4711, 77}, 2},
-                {"no numbers of processes", {-1, 0}, 2},
-                {"a living process's entries without a queue", {4711, 0}, 1}};
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.what);
+    // Entries that fill it, a 0 for their numbers, and how many are left of those that were there.
+    const std::tuple<const char*, long, long, std::uint32_t> rows[] = {
+        {"processes that have ended", 99, 0, 2},
+        {"one entry again and again", 4711, 77, 2},
+        {"no numbers of processes", -1, 0, 2},
+        {"a living process's entries without a queue", 4711, 0, 1}};
+    for (const auto& [what, processID, registrationID, left] : rows) {
+        SCOPED_TRACE(what);
         Entries entries = {{4711, 77}, {4711, 30000}};
-        while (entries.size() < 1024)
-            entries.push_back(
-                {row.filler.first, row.filler.second ? row.filler.second : int(entries.size()) + 1000});
+        for (long i = 2; i < 1024; ++i)
+            entries.emplace_back(processID, registrationID != 0 ? registrationID : i + 1000);
         SetEntries(entries);
         EXPECT_EQ(ThrownBy([&] { mManager.Register(4711); }), 0);
-        EXPECT_EQ(mRaw->GetWord(12), 12u + 8u * static_cast<std::uint32_t>(row.left + 1));
+        EXPECT_EQ(mRaw->GetWord(12), 12u + 8u * (left + 1));
         EXPECT_EQ(mRaw->Copy(16, 8), (ByteList{0x67, 0x12, 0, 0, 77, 0, 0, 0}));
         entries.pop_back();
         SetEntries(entries);
@@ -164,10 +170,10 @@ TEST_F(GIPCMessageQueueMgrTest, AFullRegistryDropsWhatNobodyListensBehind) {
 TEST_F(GIPCMessageQueueMgrTest, ARegistryFullOfListenersTakesNobodyElse) {
     std::vector<std::unique_ptr<GIPCMessageQueue>> queues;
     Entries entries;
+    bool created = false;
     for (int i = 1; i <= 1024; ++i) {
-        bool created = false;
         queues.push_back(std::make_unique<GIPCMessageQueue>(1, 4711, i, created));
-        entries.push_back({4711, i});
+        entries.emplace_back(4711, i);
     }
     SetEntries(entries);
     const ByteList before = mRaw->Copy(12, 8196);
@@ -181,56 +187,27 @@ TEST_F(GIPCMessageQueueMgrTest, FindsAProcessInTheFirstSessionThatKnowsIt) {
     const auto services = MakeRegistry("Session\\0\\");
     SetEntries({{2, 20}, {1, 10}});
     SetEntries(*services, {{3, 30}, {3, 31}, {2, 21}});
-    const struct {
-        const char* what;
-        long processID, session;
-        std::vector<std::int32_t> ids;
-    } rows[] = {{"in the own session only", 1, 1, {10}},
-                {"in another session only", 3, 0, {30, 31}},
-                {"in both", 2, 0, {21}},
-                {"in none", 4, 99, {}}};
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.what);
-        long session = 99;
-        GTable<std::int32_t> ids = {5};
-        mManager.GetRegistered(row.processID, session, ids);
-        EXPECT_EQ(session, row.session);
-        EXPECT_EQ(List(ids), row.ids);
-    }
+    for (const auto& [processID, found] : {std::pair(1, "1: 10"), {2, "0: 21"}, {3, "0: 30 31"}, {4, "99:"}})
+        EXPECT_EQ(Find(mManager, processID), found);
     EXPECT_FALSE(mManager.IsRegistered(3));
-    GTable<GIPCQueueAddress> all;
-    mManager.GetRegistered(all);
-    const GTable<GIPCQueueAddress> expected = {{0, 3, 30}, {0, 3, 31}, {0, 2, 21}, {1, 2, 20}, {1, 1, 10}};
-    EXPECT_EQ(all, expected);
-
-    long session = 99;
-    GTable<std::int32_t> ids;
+    EXPECT_EQ(GetAll(mManager), (Addresses{{0, 3, 30}, {0, 3, 31}, {0, 2, 21}, {1, 2, 20}, {1, 1, 10}}));
     Manager own(GShMemID("GIPCTest"), 1, Manager::Scope::cOwnOnly);
-    own.GetRegistered(3, session, ids);
-    EXPECT_TRUE(ids.IsEmpty()) << "it was not to look into other sessions";
+    EXPECT_EQ(Find(own, 3), "99:") << "it was not to look into other sessions";
     mWorld.SetSessions({});
-    mManager.GetRegistered(1, session, ids);
-    EXPECT_EQ(session, 1) << "its own is looked into even when the system lists none";
-    EXPECT_EQ(List(ids), std::vector<std::int32_t>{10});
+    EXPECT_EQ(Find(mManager, 1), "1: 10") << "its own is looked into even when the system lists none";
 }
 
 TEST(GIPCMessageQueueMgr, SearchesTheSharedNameSpaceWhereSystemsHaveOneOnly) {
     IPCWorld world;
     world.SetSessions({-1});
     Manager global(GShMemID("GIPCTest"), -1, Manager::Scope::cOwnOnly);
-    global.Register(7);
-    const std::tuple<long, bool> rows[] = {
-        {3002, false}, {3003, true}, {3008, true}, {3009, false}, {3016, false}};
+    const std::string found = "-1: " + std::to_string(global.Register(7));
     Manager manager(Manager::cTest);
-    for (const auto& [osCode, searched] : rows) {
-        SCOPED_TRACE(osCode);
+    for (const auto& [osCode, searched] :
+         {std::pair(3002, false), {3003, true}, {3008, true}, {3009, false}, {3016, false}}) {
         PSystem::SetOSCode(osCode);
-        long session = 99;
-        GTable<std::int32_t> ids;
-        manager.GetRegistered(7, session, ids);
-        const bool expected = searched || PSystem::GetPlatformCode() != PSystem::cPlatformWindows;
-        EXPECT_EQ(ids.GetCount(), expected ? 1 : 0);
-        EXPECT_EQ(session, expected ? -1 : 99);
+        const bool isFound = searched || PSystem::GetPlatformCode() != PSystem::cPlatformWindows;
+        EXPECT_EQ(Find(manager, 7), isFound ? found : "99:") << osCode;
     }
     PSystem::SetOSCode(PSystem::cUnknownOSCode);
 }
@@ -251,16 +228,13 @@ TEST_F(GIPCMessageQueueMgrTest, ACorruptRegistryThrowsAndStaysAsItIs) {
             SetEntries({{9, static_cast<int>(registrationID)}, {1, 10}, {2, 20}});
             mRaw->SetWord(offset, value);
             const ByteList before = mRaw->Copy();
-            long session = 99;
-            GTable<std::int32_t> ids;
-            GTable<GIPCQueueAddress> queues;
             EXPECT_EQ(ThrownBy([&] { mManager.IsRegistered(1); }), thrown);
             EXPECT_EQ(ThrownBy([&] { mManager.Register(3); }), thrown);
             EXPECT_EQ(ThrownBy([&] { mManager.Unregister(1); }), thrown);
             EXPECT_EQ(ThrownBy([&] { mManager.Unregister(1, 10); }), thrown);
             EXPECT_EQ(ThrownBy([&] { mManager.UnregisterOwn(); }), thrown);
-            EXPECT_EQ(ThrownBy([&] { mManager.GetRegistered(1, session, ids); }), thrown);
-            EXPECT_EQ(ThrownBy([&] { mManager.GetRegistered(queues); }), thrown);
+            EXPECT_EQ(ThrownBy([&] { Find(mManager, 1); }), thrown);
+            EXPECT_EQ(ThrownBy([&] { GetAll(mManager); }), thrown);
             EXPECT_EQ(mRaw->Copy(), before);
         }
     }
@@ -270,16 +244,10 @@ TEST_F(GIPCMessageQueueMgrTest, ACorruptRegistryDoesNotHideTheOthers) {
     const auto services = MakeRegistry("Session\\0\\");
     SetEntries({{1, 10}});
     for (const long spoiled : {0L, 4L, 12L}) {
-        SCOPED_TRACE(spoiled);
         const std::uint32_t good = services->GetWord(spoiled);
         services->SetWord(spoiled, 0xFFFFFFFF);
-        long session = 99;
-        GTable<std::int32_t> ids;
-        mManager.GetRegistered(1, session, ids);
-        EXPECT_EQ(session, 1);
-        GTable<GIPCQueueAddress> queues;
-        mManager.GetRegistered(queues);
-        EXPECT_EQ(queues.GetCount(), 1);
+        EXPECT_EQ(Find(mManager, 1), "1: 10") << spoiled;
+        EXPECT_EQ(GetAll(mManager).GetCount(), 1) << spoiled;
         services->SetWord(spoiled, good);
     }
 }

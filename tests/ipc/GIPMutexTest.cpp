@@ -1,66 +1,59 @@
 #include "framework/ipc/GIPMutex.h"
 
 #include "tests/ipc/IPCTestSupport.h"
-#include "tests/ipc/PlatformsUnderTest.h"
 
 namespace {
 
 TEST(GIPPrefix, HasFourPrefixesOfSixCharacters) {
-    const std::tuple<long, const char*> rows[] = {{-1, nullptr},        {0, "QulDef"}, {1, "QulMtx"},
-                                                  {2, "QulShD"},        {3, "QulShL"}, {4, nullptr},
-                                                  {0x7FFFFFFF, nullptr}};
-    for (const auto& [id, prefix] : rows) EXPECT_STREQ(GIPPrefix::GetPrefix(id), prefix) << id;
+    for (const long none : {-1L, 4L, 0x7FFFFFFFL}) EXPECT_EQ(GIPPrefix::GetPrefix(none), nullptr) << none;
+    long id = 0;
+    for (const char* const prefix : {"QulDef", "QulMtx", "QulShD", "QulShL"})
+        EXPECT_STREQ(GIPPrefix::GetPrefix(id++), prefix);
 }
 
-template <class Imp>
-struct GIPMutexTest : testing::Test {
-    using Mutex = GIPMutexBase<Imp>;
+/// Whether another thread, which has no hold on the mutex, can take it at once.
+bool IsFree(const char* identifier) {
+    bool taken = false;
+    std::thread([&] {
+        GIPMutex other{GShMemID(identifier)};
+        taken = other.TryToLock(0);
+        if (taken) other.Unlock();
+    }).join();
+    return taken;
+}
 
-    /// Whether another thread, which has no hold on the mutex, can take it at once.
-    static bool IsFree(const char* identifier) {
-        bool taken = false;
-        std::thread([&] {
-            Mutex other{GShMemID(identifier)};
-            taken = other.TryToLock(0);
-            if (taken) other.Unlock();
-        }).join();
-        return taken;
-    }
-};
-TYPED_TEST_SUITE(GIPMutexTest, MutexesUnderTest);
-
-TYPED_TEST(GIPMutexTest, IsHeldFromTheFirstLockToTheLastUnlockUnderItsOwnNameOnly) {
-    typename TestFixture::Mutex mutex{GShMemID("TestA")};
-    EXPECT_TRUE(this->IsFree("TestA"));
+TEST(GIPMutex, IsHeldFromTheFirstLockToTheLastUnlockUnderItsOwnNameOnly) {
+    GIPMutex mutex{GShMemID("TestA")};
+    EXPECT_TRUE(IsFree("TestA"));
     mutex.Lock();
     EXPECT_TRUE(mutex.TryToLock(0.5));
     mutex.Unlock();
-    EXPECT_FALSE(this->IsFree("TestA"));
-    EXPECT_TRUE(this->IsFree("TestB"));
+    EXPECT_FALSE(IsFree("TestA"));
+    EXPECT_TRUE(IsFree("TestB"));
     mutex.Unlock();
-    EXPECT_TRUE(this->IsFree("TestA"));
+    EXPECT_TRUE(IsFree("TestA"));
     EXPECT_EQ(ThrownBy([&] { mutex.Unlock(); }), 2450);
-    typename TestFixture::Mutex otherPrefix(GShMemID("TestA"), GIPPrefix::cSharedMemoryLock);
+    GIPMutex otherPrefix(GShMemID("TestA"), GIPPrefix::cSharedMemoryLock);
     otherPrefix.Lock();
-    EXPECT_TRUE(this->IsFree("TestA"));
+    EXPECT_TRUE(IsFree("TestA"));
     otherPrefix.Unlock();
-    EXPECT_EQ(ThrownBy([] { typename TestFixture::Mutex(GShMemID("TestA"), 4); }), 40162);
+    EXPECT_EQ(ThrownBy([] { GIPMutex(GShMemID("TestA"), 4); }), 40162);
 }
 
-TYPED_TEST(GIPMutexTest, ALockerHoldsItForItsLifetimeAndThrowsWhenItMayNotWait) {
-    typename TestFixture::Mutex mutex{GShMemID("TestA")};
+TEST(GIPMutex, ALockerHoldsItForItsLifetimeAndThrowsWhenItMayNotWait) {
+    GIPMutex mutex{GShMemID("TestA")};
     EXPECT_EQ(ThrownBy([&] {
                   const GIPMutexLocker locker(mutex);
                   std::thread([] {
-                      typename TestFixture::Mutex other{GShMemID("TestA")};
+                      GIPMutex other{GShMemID("TestA")};
                       GWaitBudget budget(0);
                       EXPECT_EQ(ThrownBy([&] { const GIPMutexLocker late(other, &budget); }), 40202);
                   }).join();
-                  EXPECT_FALSE(this->IsFree("TestA"));
+                  EXPECT_FALSE(IsFree("TestA"));
                   throw GSimpleException(40160);
               }),
               40160);
-    EXPECT_TRUE(this->IsFree("TestA"));
+    EXPECT_TRUE(IsFree("TestA"));
 }
 
 }  // namespace
