@@ -4,7 +4,10 @@
 
 namespace {
 
-using GPPIPCManagerDeliveryTest = HandOffTest;
+struct GPPIPCManagerDeliveryTest : HandOffTest {
+    Application mListener{mWorld, cListener};
+    Monitor mMonitor{mWorld, cMonitor, 0};
+};
 
 TEST_F(GPPIPCManagerDeliveryTest, WaitsForAMessageSentOnceToBeTakenLookingMoreAndMoreSeldom) {
     const std::tuple<const char*, std::size_t, std::size_t, unsigned long long> rows[] = {
@@ -13,27 +16,25 @@ TEST_F(GPPIPCManagerDeliveryTest, WaitsForAMessageSentOnceToBeTakenLookingMoreAn
         {"once it looks every 300 ms", 11, 11, 1111},
         {"in the last", 18, 18, 3000},
         {"never", 0, 18, 3000}};
-    Application listener(mWorld, cListener, 1);
-    Monitor monitor(mWorld, cMonitor, 0);
     for (const auto& [what, takenAt, sleeps, slept] : rows) {
         SCOPED_TRACE(what);
         const unsigned long long start = mSleep.GetSlept();
         mSleep.mSleeps.clear();
         mSleep.mReaction = [&](std::size_t count) {
-            if (count == takenAt) listener.Tick();
+            if (count == takenAt) mListener.Tick();
         };
-        Send(monitor, cListener);
+        Send(mMonitor, cListener);
         EXPECT_EQ(mSleep.mSleeps.size(), sleeps);
         EXPECT_EQ(mSleep.GetSlept() - start, slept);
     }
     // What was never taken is still waiting. The same again is not added, but waited for.
     Application second(mWorld, cListener, 1);
     mSleep.mSleeps.clear();
-    Send(monitor, cListener);
+    Send(mMonitor, cListener);
     EXPECT_EQ(mSleep.mSleeps.size(), 18u) << "two queues take no longer than one";
-    for (Application* each : {&listener, &second}) EXPECT_EQ(each->Tick(), Log{"100:145:job"});
+    for (Application* each : {&mListener, &second}) EXPECT_EQ(each->Tick(), Log{"100:145:job"});
     mSleep.mSleeps.clear();
-    monitor.mManager->SendRaw(cListener, cType, BufferOf("not once"));
+    mMonitor.mManager->SendRaw(cListener, cType, BufferOf("not once"));
     EXPECT_TRUE(mSleep.mSleeps.empty());
 }
 
@@ -42,7 +43,6 @@ TEST_F(GPPIPCManagerDeliveryTest, TellsManyBeforeItWaitsOnceForAll) {
     for (std::int32_t id = 400; id < 450; ++id) {
         listeners.push_back(std::make_unique<Application>(mWorld, id, id % 2));
     }
-    Monitor monitor(mWorld, cMonitor, 0);
     for (const auto& [idle, sleeps] : {std::pair<std::size_t, std::size_t>{5, 18}, {0, 3}}) {
         std::size_t told = 0;
         const auto tickFrom = [&](std::size_t first) {
@@ -53,9 +53,8 @@ TEST_F(GPPIPCManagerDeliveryTest, TellsManyBeforeItWaitsOnceForAll) {
         mSleep.mReaction = [&, first = idle](std::size_t count) {
             if (count == 3) tickFrom(first);
         };
-        monitor.Act();
-        const auto result =
-            monitor.mManager->SendOnceRaw([](std::int32_t) { return true; }, cType, BufferOf("job"));
+        mMonitor.Act();
+        const auto result = mMonitor.mManager->SendOnceRaw([](std::int32_t) { return true; }, cType, BufferOf("job"));
         EXPECT_EQ(result.mReached, 50);
         EXPECT_EQ(result.mFailed, 0);
         EXPECT_EQ(mSleep.mSleeps.size(), sleeps);
@@ -65,30 +64,24 @@ TEST_F(GPPIPCManagerDeliveryTest, TellsManyBeforeItWaitsOnceForAll) {
 }
 
 TEST_F(GPPIPCManagerDeliveryTest, AQueueThatIsSpoiledWhileItIsWaitedForCountsAsReached) {
-    Application listener(mWorld, cListener, 1);
-    Monitor monitor(mWorld, cMonitor, 0);
-    const auto raw =
-        RawSegment::Open("Global\\", QueueName(cListener, RegistrationIn("Global\\", cListener)));
+    const auto raw = mListener.OpenGlobalQueue();
     mSleep.mReaction = [&](std::size_t) { raw->SetWord(8, 0xFFFFFFFF); };
-    EXPECT_EQ(ThrownBy([&] { Send(monitor, cListener); }), 0);
+    EXPECT_EQ(ThrownBy([&] { Send(mMonitor, cListener); }), 0);
     EXPECT_EQ(mSleep.mSleeps.size(), 1u);
     EXPECT_EQ(CountIn("Session\\1\\"), 1u);
 }
 
 TEST_F(GPPIPCManagerDeliveryTest, KeepsAtMost64MessagesForATargetTheNewestOnes) {
-    Application listener(mWorld, cListener, 1);
-    Application other(mWorld, cOther, 1);
-    Monitor monitor(mWorld, cMonitor, 0);
-    listener.Fill(-1, RegistrationIn("Global\\", cListener));
-    other.Fill(-1, RegistrationIn("Global\\", cOther));
-    Send(monitor, cOther, "the other's");
-    for (int i = 1; i <= 66; ++i) Send(monitor, cListener, std::to_string(i).c_str());
-    EXPECT_EQ(monitor.mManager->GetDelayedCount(), 65);
-    listener.Tick();
+    Application other(mWorld, cOther);
+    for (Application* each : {&mListener, &other}) each->FillGlobalQueue();
+    Send(mMonitor, cOther, "the other's");
+    for (int i = 1; i <= 66; ++i) Send(mMonitor, cListener, std::to_string(i).c_str());
+    EXPECT_EQ(mMonitor.mManager->GetDelayedCount(), 65);
+    mListener.Tick();
     other.Tick();
-    monitor.Act();
-    monitor.mManager->ForceProcessPendingMessages();
-    const Log log = listener.Tick();
+    mMonitor.Act();
+    mMonitor.mManager->ForceProcessPendingMessages();
+    const Log log = mListener.Tick();
     ASSERT_EQ(log.size(), 64u);
     EXPECT_EQ(log.front(), "100:145:3");
     EXPECT_EQ(log.back(), "100:145:66");
@@ -96,72 +89,66 @@ TEST_F(GPPIPCManagerDeliveryTest, KeepsAtMost64MessagesForATargetTheNewestOnes) 
 }
 
 TEST_F(GPPIPCManagerDeliveryTest, DropsWhatItKeepsForAQueueThatIsGoneOrBrokenAndNothingElse) {
-    Monitor monitor(mWorld, cMonitor, 0);
     for (const char* what : {"broken", "ended", "gone"}) {
         SCOPED_TRACE(what);
-        auto listener = std::make_unique<Application>(mWorld, cListener, 1);
-        const long registrationID = RegistrationIn("Global\\", cListener);
-        const auto raw = RawSegment::Open("Global\\", QueueName(cListener, registrationID));
-        listener->Fill(-1, registrationID);
-        Send(monitor, cListener);
-        monitor.mManager->ForceProcessPendingMessages();
-        ASSERT_EQ(monitor.mManager->GetDelayedCount(), 1);
+        const Application other(mWorld, cOther);
+        const auto raw = other.OpenGlobalQueue();
+        other.FillGlobalQueue();
+        Send(mMonitor, cOther);
+        mMonitor.mManager->ForceProcessPendingMessages();
+        ASSERT_EQ(mMonitor.mManager->GetDelayedCount(), 1);
         if (*what == 'b') raw->SetWord(8, 7);
-        if (*what == 'e') mWorld.Kill(cListener);
+        if (*what == 'e') mWorld.Kill(cOther);
         if (*what == 'g') raw->SetWord(4, 2);
-        EXPECT_EQ(ThrownBy([&] { monitor.mManager->ForceProcessPendingMessages(); }), 0);
-        EXPECT_EQ(monitor.mManager->GetDelayedCount(), 0);
-        EXPECT_EQ(RegistrationIn("Session\\1\\", cListener), listener->mManager->GetRegistrationID());
+        EXPECT_EQ(ThrownBy([&] { mMonitor.mManager->ForceProcessPendingMessages(); }), 0);
+        EXPECT_EQ(mMonitor.mManager->GetDelayedCount(), 0);
+        EXPECT_EQ(RegistrationIn("Session\\1\\", cOther), other.mManager->GetRegistrationID());
     }
 }
 
 TEST_F(GPPIPCManagerDeliveryTest, LeavesAQueueAloneWhileItIsBeingWrittenTo) {
-    Application listener(mWorld, cListener, 1);
-    Monitor monitor(mWorld, cMonitor, 0);
-    listener.Fill(-1, RegistrationIn("Global\\", cListener));
-    Send(monitor, cListener, "kept");
-    listener.Tick();
+    mListener.FillGlobalQueue();
+    Send(mMonitor, cListener, "kept");
+    mListener.Tick();
     mSleep.mReaction = [&](std::size_t count) {
         // A program that goes on ticking while it waits.
         if (count == 1) {
             GBasicSignals::DevoteTimeToRepeaters();
-            EXPECT_EQ(monitor.mManager->GetDelayedCount(), 1);
+            EXPECT_EQ(mMonitor.mManager->GetDelayedCount(), 1);
         }
     };
-    Send(monitor, cListener, "new");
+    Send(mMonitor, cListener, "new");
     mSleep.mReaction = nullptr;
-    monitor.mManager->ForceProcessPendingMessages();
-    EXPECT_EQ(monitor.mManager->GetDelayedCount(), 0);
-    EXPECT_EQ(listener.Tick(), (Log{"100:145:new", "100:145:kept"}));
+    mMonitor.mManager->ForceProcessPendingMessages();
+    EXPECT_EQ(mMonitor.mManager->GetDelayedCount(), 0);
+    EXPECT_EQ(mListener.Tick(), (Log{"100:145:new", "100:145:kept"}));
 }
 
 TEST_F(GPPIPCManagerDeliveryTest, AMutexThatSomebodyKeepsCostsTheMonitorItsBudgetAndNoMore) {
     GWaitBudget budget(20);
-    Application free(mWorld, cOther, 1);
     // Both registries may have begun with the same seed. One mutex would then guard both queues.
     RawSegment::Open("Global\\", cRegistryName)->SetWord(8, 0);
     RawSegment::Open("Session\\1\\", cRegistryName)->SetWord(8, 5);
-    Application listener(mWorld, cListener, 1);
+    Application other(mWorld, cOther);
     Monitor monitor(mWorld, cMonitor, 0, &budget);
-    listener.Fill(-1, RegistrationIn("Global\\", cListener));
-    Send(monitor, cListener, "kept");
-    const long sessionID = RegistrationIn("Session\\1\\", cListener);
-    const long globalID = RegistrationIn("Global\\", cListener);
-    ASSERT_NE(sessionID, globalID);
+    other.FillGlobalQueue();
+    Send(monitor, cOther, "kept");
+    const long sessionID = RegistrationIn("Session\\1\\", cOther);
+    ASSERT_NE(sessionID, other.mGlobalID);
     {
-        const MutexHog first(GIPCMessageQueue::ConvertToMemoryID(cListener, sessionID));
-        const MutexHog second(GIPCMessageQueue::ConvertToMemoryID(cListener, globalID));
-        EXPECT_EQ(ThrownBy([&] { monitor.mManager->GetListeningState(cListener); }), 40202);
+        const MutexHog first(GIPCMessageQueue::ConvertToMemoryID(cOther, sessionID));
+        const MutexHog second(GIPCMessageQueue::ConvertToMemoryID(cOther, other.mGlobalID));
+        EXPECT_EQ(ThrownBy([&] { monitor.mManager->GetListeningState(cOther); }), 40202);
         EXPECT_EQ(budget.GetRemaining(), 0);
-        EXPECT_EQ(ThrownBy([&] { Send(monitor, cListener); }), 40202);
-        Send(monitor, cOther);
-        EXPECT_EQ(free.Tick(), Log{"100:145:job"});
+        EXPECT_EQ(ThrownBy([&] { Send(monitor, cOther); }), 40202);
+        Send(monitor, cListener);
+        EXPECT_EQ(mListener.Tick(), Log{"100:145:job"});
         EXPECT_EQ(ThrownBy([&] { monitor.mManager->ForceProcessPendingMessages(); }), 0);
         EXPECT_EQ(monitor.mManager->GetDelayedCount(), 1) << "held against nobody";
     }
-    listener.Tick();
+    other.Tick();
     monitor.mManager->ForceProcessPendingMessages();
-    EXPECT_EQ(listener.Tick(), Log{"100:145:kept"});
+    EXPECT_EQ(other.Tick(), Log{"100:145:kept"});
     {
         const MutexHog hog(RegistryID());
         EXPECT_EQ(ThrownBy([&] { Send(monitor, cListener); }), 40202);
@@ -172,19 +159,17 @@ TEST_F(GPPIPCManagerDeliveryTest, AMutexThatSomebodyKeepsCostsTheMonitorItsBudge
 }
 
 TEST_F(GPPIPCManagerDeliveryTest, AtItsEndItHandlesWhatIsPending) {
-    Application listener(mWorld, cListener, 1);
-    {
-        Monitor monitor(mWorld, cMonitor, 0);
-        listener.Fill(-1, RegistrationIn("Global\\", cListener));
-        Send(monitor, cListener);
-        listener.Tick();
-    }
-    EXPECT_EQ(listener.Tick(), Log{"100:145:job"});
-    NotingReceiver* receiver = listener.mReceiver.get();
+    mListener.FillGlobalQueue();
+    Send(mMonitor, cListener);
+    mListener.Tick();
+    mMonitor.Act();
+    mMonitor.mManager.reset();
+    EXPECT_EQ(mListener.Tick(), Log{"100:145:job"});
+    NotingReceiver* receiver = mListener.mReceiver.get();
     Monitor neighbour(mWorld, cOther, 1);
     Send(neighbour, cListener, "last");
-    listener.Act();
-    listener.mManager.reset();
+    mListener.Act();
+    mListener.mManager.reset();
     EXPECT_EQ(receiver->TakeLog(), Log{"300:145:last"});
     EXPECT_EQ(CountIn("Session\\1\\"), 0u);
 }

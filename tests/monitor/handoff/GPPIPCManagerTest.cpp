@@ -6,18 +6,15 @@ namespace {
 using GPPIPCManagerTest = HandOffTest;
 
 TEST_F(GPPIPCManagerTest, AUsersProcessStandsInItsSessionsRegistryAndInTheGlobalOne) {
-    Application listener(mWorld, cListener, 1);
+    Application listener(mWorld, cListener);
     EXPECT_TRUE(listener.mManager->HasGlobalRegistry());
     for (const char* path : {"Session\\1\\", "Global\\"}) {
-        SCOPED_TRACE(path);
-        ASSERT_EQ(CountIn(path), 1u);
-        EXPECT_EQ(Registry(path)[0].first, cListener);
-        EXPECT_NE(RawSegment::Open(path, QueueName(cListener, Registry(path)[0].second)), nullptr);
+        EXPECT_EQ(CountIn(path), 1u) << path;
+        EXPECT_NE(RawSegment::Open(path, QueueName(cListener, RegistrationIn(path, cListener))), nullptr);
     }
     EXPECT_EQ(listener.mManager->GetRegistrationID(), RegistrationIn("Session\\1\\", cListener));
     listener.mReceiver->Unregister(cType);
-    EXPECT_EQ(CountIn("Session\\1\\"), 0u);
-    EXPECT_EQ(CountIn("Global\\"), 0u);
+    EXPECT_EQ(CountIn("Session\\1\\") + CountIn("Global\\"), 0u);
     listener.mReceiver->Register(cType);
     EXPECT_EQ(CountIn("Global\\"), 1u);
 }
@@ -41,7 +38,7 @@ TEST_F(GPPIPCManagerTest, WithoutASessionOfItsOwnAProcessRegistersOnce) {
 TEST_F(GPPIPCManagerTest, AGlobalRegistryThatIsRefusedIsDoneWithout) {
     // In its place stands something that cannot be opened as one.
     const auto obstacle = RawSegment::Make("Global\\", cRegistryName, 100);
-    Application listener(mWorld, cListener, 1);
+    Application listener(mWorld, cListener);
     EXPECT_FALSE(listener.mManager->HasGlobalRegistry());
     EXPECT_EQ(CountIn("Session\\1\\"), 1u);
     Monitor sender(mWorld, cOther, 1);
@@ -52,10 +49,10 @@ TEST_F(GPPIPCManagerTest, AGlobalRegistryThatIsRefusedIsDoneWithout) {
 TEST_F(GPPIPCManagerTest, AGlobalQueueThatIsRefusedIsDoneWithout) {
     Monitor monitor(mWorld, cMonitor, 0);
     monitor.mManager->GetListeningState(cListener);
-    GIPCMessageQueueMgr global(RegistryID(), -1, GIPCMessageQueueMgr::Scope::cOwnOnly);
+    const SomebodysRegistry global(-1);
     RawSegment::Open("Global\\", cRegistryName)->SetWord(8, 0);  // the next ID will be 16838
     const auto obstacle = RawSegment::Make("Global\\", QueueName(cListener, 16838), 100);
-    Application listener(mWorld, cListener, 1);
+    Application listener(mWorld, cListener);
     EXPECT_TRUE(listener.mReceiver != nullptr && listener.mManager->IsListening());
     EXPECT_EQ(CountIn("Global\\"), 0u);
     EXPECT_EQ(CountIn("Session\\1\\"), 1u);
@@ -92,13 +89,12 @@ TEST_F(GPPIPCManagerTest, TellsListenersInEverySessionOnceThroughTheQueueThatIsN
 }
 
 TEST_F(GPPIPCManagerTest, PassesOverQueuesThatCannotBeOpenedWhileAnotherCan) {
-    Application listener(mWorld, cListener, 1);
-    GIPCMessageQueueMgr session(RegistryID(), 1, GIPCMessageQueueMgr::Scope::cOwnOnly);
-    GIPCMessageQueueMgr global(RegistryID(), -1, GIPCMessageQueueMgr::Scope::cOwnOnly);
+    Application listener(mWorld, cListener);
+    SomebodysRegistry session(1), global(-1);
     Monitor neighbour(mWorld, cOther, 1);
     Monitor monitor(mWorld, cMonitor, 0);
     for (Monitor* sender : {&neighbour, &monitor}) {
-        for (GIPCMessageQueueMgr* stale : {&session, &global}) {
+        for (SomebodysRegistry* stale : {&session, &global}) {
             SCOPED_TRACE(sender->mID * 10 + stale->GetSession());
             stale->Register(cListener);
             EXPECT_EQ(sender->mManager->GetListeningState(cListener), GIPCManager::cListening);
@@ -118,16 +114,14 @@ TEST_F(GPPIPCManagerTest, PassesOverQueuesThatCannotBeOpenedWhileAnotherCan) {
 
 TEST_F(GPPIPCManagerTest, TakesATargetWithoutAnyUsableQueueOutOfTheRegistries) {
     Monitor monitor(mWorld, cMonitor, 1);
-    GIPCMessageQueueMgr session(RegistryID(), 1, GIPCMessageQueueMgr::Scope::cOwnOnly);
-    GIPCMessageQueueMgr global(RegistryID(), -1, GIPCMessageQueueMgr::Scope::cOwnOnly);
+    SomebodysRegistry session(1), global(-1);
     session.Register(cListener);
     global.Register(cListener);
     mWorld.ActAs(cListener, 1);
     monitor.Act();
     EXPECT_EQ(monitor.mManager->GetListeningState(cListener), GIPCManager::cNotUsable);
     EXPECT_EQ(ThrownBy([&] { Send(monitor, cListener); }), 2450);
-    EXPECT_EQ(CountIn("Session\\1\\"), 0u);
-    EXPECT_EQ(CountIn("Global\\"), 0u);
+    EXPECT_EQ(CountIn("Session\\1\\") + CountIn("Global\\"), 0u);
     EXPECT_EQ(monitor.mManager->GetListeningState(cListener), GIPCManager::cNotListening);
     EXPECT_EQ(ThrownBy([&] { Send(monitor, cListener); }), 0);
 }

@@ -1,23 +1,19 @@
 // Whom the monitor tells of a job, whatever processing applications have done to the shared memory.
 #include "monitor/handoff/GPPJobNotification.h"
 
-#include "framework/ipc/GWaitBudget.h"
-#include "monitor/handoff/GPPIPCManager.h"
 #include "monitor/handoff/GPPJobRecord.h"
 #include "monitor/handoff/GPPPrinterProcessorLayer.h"
 #include "platform/posix/ipc/PMemoryIPMutexImp.h"
-#include "tests/ipc/IPCTestSupport.h"
+#include "tests/monitor/handoff/HandOffTestSupport.h"
 
 namespace {
 
-constexpr long cMonitor = 100;
-
-/// In the monitor's own session.
-struct Application : Listener<GPPIPCManager> {
-    Application(IPCWorld& world, long processID) : Listener(world, processID, 1) {}
+/// In the monitor's own session, and in the registries that the monitor looks into.
+struct Receiver : Listener<GPPIPCManager> {
+    Receiver(IPCWorld& world, long processID) : Listener(world, processID, 1) {}
 };
 
-struct GPPJobNotificationTest : testing::Test {
+struct GPPJobNotificationTest : HandOffTest {
     GPPJobNotificationTest() { mWorld.ActAs(cMonitor, 1); }
     ~GPPJobNotificationTest() override { GPPPrinterProcessorLayer::Finalize(); }
 
@@ -26,13 +22,10 @@ struct GPPJobNotificationTest : testing::Test {
         return mNotification.NotifyPrintProcessor(
             GPPJobRecord(GString("anna"), GPathName("C:/a.ps"), printer, GString("QuillonPDFPort:"), 1));
     }
-
     static std::unique_ptr<RawSegment> OpenRegistry(const char* path = "Session\\1\\") {
         return RawSegment::Open(path, "QulShDGIPC_PP");
     }
 
-    IPCWorld mWorld;
-    SleepLog mSleep;
     GPPJobNotification mNotification;
 };
 
@@ -40,11 +33,11 @@ TEST_F(GPPJobNotificationTest, TellsEveryApplicationThatListensOfEveryJob) {
     EXPECT_FALSE(Notify()) << "nobody is there";
     mWorld.ActAs(400, 1);  // there, but it does not listen
     EXPECT_FALSE(Notify());
-    Application first(mWorld, 200), second(mWorld, 300);
-    for (int job = 0; job < 2; ++job) {
-        EXPECT_TRUE(Notify());
-        EXPECT_EQ(first.Tick().size(), 1u);
-        EXPECT_EQ(second.Tick().size(), 1u);
+    Receiver first(mWorld, 200), second(mWorld, 300);
+    for (const bool known : {true, false, true}) {
+        mWorld.SetProcessesKnown(known);
+        EXPECT_EQ(ThrownBy([&] { EXPECT_EQ(Notify(), known) << "who runs is not known"; }), 0);
+        for (Receiver* each : {&first, &second}) EXPECT_EQ(each->Tick().size(), known ? 1u : 0u);
     }
     mWorld.Kill(200);
     EXPECT_TRUE(Notify());
@@ -54,50 +47,38 @@ TEST_F(GPPJobNotificationTest, TellsEveryApplicationThatListensOfEveryJob) {
 
 TEST_F(GPPJobNotificationTest, NothingThatATargetDoesEndsTheJobOrCostsAnotherTarget) {
     // What becomes of the queue of process 200, by the offset of a word in it, and of its entries.
-    const struct {
-        const char* what;
-        std::vector<std::pair<long, std::uint32_t>> words;
-        std::vector<std::pair<std::int32_t, std::int32_t>> entries;
-    } rows[] = {{"no size", {{0, 3}}, {}},
-                {"another version", {{4, 2}}, {}},
-                {"an impossible end", {{8, 0xFFFFFFFF}}, {}},
-                {"a negative registration and a spoilt queue", {{8, 40000}}, {{200, -5}}},
-                {"numbers outside the allowed ones", {{4, 2}}, {{-200, 5}, {200, 0}, {200, 32768}, {0, 7}}},
-                {"entries without a queue", {{8, 40000}}, {{200, 1}, {200, 2}, {300, 3}}}};
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.what);
-        Application spoilt(mWorld, 200), good(mWorld, 300);
+    const std::tuple<const char*, long, std::uint32_t, Entries> rows[] = {
+        {"no size", 0, 3, {}},
+        {"another version", 4, 2, {}},
+        {"an impossible end", 8, 0xFFFFFFFF, {}},
+        {"a negative registration and a spoilt queue", 8, 40000, {{200, -5}}},
+        {"numbers outside the allowed ones", 4, 2, {{-200, 5}, {200, 0}, {200, 32768}, {0, 7}}},
+        {"entries without a queue", 8, 40000, {{200, 1}, {200, 2}, {300, 3}}}};
+    for (const auto& [what, offset, value, entries] : rows) {
+        SCOPED_TRACE(what);
+        Receiver spoilt(mWorld, 200), good(mWorld, 300);
         for (const char* path : {"Session\\1\\", "Global\\"}) {
-            for (const auto& [offset, value] : row.words)
-                if (const auto raw = spoilt.OpenQueue(path)) raw->SetWord(offset, value);
-            for (const auto& [processID, registrationID] : row.entries)
+            if (const auto raw = spoilt.OpenQueue(path)) raw->SetWord(offset, value);
+            for (const auto& [processID, registrationID] : entries)
                 AddEntry(*OpenRegistry(path), processID, registrationID);
         }
         EXPECT_EQ(ThrownBy([&] { EXPECT_TRUE(Notify()); }), 0);
         EXPECT_EQ(good.Tick().size(), 1u);
     }
-    Application kept(mWorld, 200), good(mWorld, 300);
+    Receiver kept(mWorld, 200), good(mWorld, 300);
     const MutexHog hog(GIPCMessageQueue::ConvertToMemoryID(200, kept.mManager->GetRegistrationID()));
     EXPECT_TRUE(Notify());
     EXPECT_EQ(good.Tick().size(), 1u);
 }
 
-TEST_F(GPPJobNotificationTest, ASystemThatDoesNotTellWhoRunsIsNobodyTold) {
-    const Application listener(mWorld, 200);
-    mWorld.SetProcessesKnown(false);
-    EXPECT_EQ(ThrownBy([&] { EXPECT_FALSE(Notify()); }), 0);
-    mWorld.SetProcessesKnown(true);
-    EXPECT_TRUE(Notify());
-}
-
 TEST_F(GPPJobNotificationTest, ReadsRegistriesAsOftenForManyTargetsAsForFew) {
-    std::vector<std::unique_ptr<Application>> applications;
+    std::vector<std::unique_ptr<Receiver>> applications;
     long waits[3];
     Notify();  // which starts the layer
     for (long& count : waits) {
         for (int i = 0; i < 10; ++i)
             applications.push_back(
-                std::make_unique<Application>(mWorld, 200 + static_cast<long>(applications.size())));
+                std::make_unique<Receiver>(mWorld, 200 + static_cast<long>(applications.size())));
         mSleep.mReaction = [&](std::size_t) {
             for (const auto& application : applications) application->mManager->ForceProcessPendingMessages();
         };
@@ -112,7 +93,7 @@ TEST_F(GPPJobNotificationTest, ReadsRegistriesAsOftenForManyTargetsAsForFew) {
 
 TEST_F(GPPJobNotificationTest, TidiesARegistryThatIsNearlyFullAndCountsAnEntryOnce) {
     for (const auto& [added, left] : {std::pair<int, std::size_t>{767, 768}, {768, 1}}) {
-        Application listener(mWorld, 200);
+        Receiver listener(mWorld, 200);
         const auto raw = OpenRegistry();
         for (int i = 0; i < added; ++i)
             AddEntry(*raw, i % 2 ? 200 : 999,
@@ -125,28 +106,24 @@ TEST_F(GPPJobNotificationTest, TidiesARegistryThatIsNearlyFullAndCountsAnEntryOn
 }
 
 TEST_F(GPPJobNotificationTest, SpoiltRegistriesLetNothingThroughAndDoNotHideAGoodOne) {
-    Application listener(mWorld, 200);
-    const auto session = OpenRegistry();
-    const auto global = OpenRegistry("Global\\");
+    Receiver listener(mWorld, 200);
+    const auto session = OpenRegistry(), global = OpenRegistry("Global\\");
     const std::uint32_t good = session->GetWord(12);
     ASSERT_EQ(global->GetWord(12), good);
-    for (const auto& [inSession, inGlobal] : {std::pair<std::uint32_t, std::uint32_t>{0x7FFFFFFF, 0xFFFFFFFF},
-                                              {0xFFFFFFFF, good},
-                                              {good, 5},
-                                              {good, good}}) {
+    for (const auto& [inSession, inGlobal] :
+         {std::pair(0x7FFFFFFFu, 0xFFFFFFFFu), {0xFFFFFFFF, good}, {good, 5}, {good, good}}) {
         SCOPED_TRACE(testing::Message() << inSession << ", " << inGlobal);
         session->SetWord(12, inSession);
         global->SetWord(12, inGlobal);
         const bool isReadable = inSession == good || inGlobal == good;
         EXPECT_EQ(Notify(), isReadable);
-        session->SetWord(12, good);
-        global->SetWord(12, good);
+        for (RawSegment* each : {session.get(), global.get()}) each->SetWord(12, good);
         EXPECT_EQ(listener.Tick().size(), isReadable ? 1u : 0u);
     }
 }
 
 TEST_F(GPPJobNotificationTest, PassesOnThatARecordIsTooLargeForAnyQueue) {
-    Application listener(mWorld, 200);
+    Receiver listener(mWorld, 200);
     EXPECT_EQ(ThrownBy([&] { Notify(GString::FromUTF8(Filler(40000).c_str())); }), 40153);
     EXPECT_TRUE(Notify());
     EXPECT_EQ(listener.Tick().size(), 1u);
@@ -155,7 +132,7 @@ TEST_F(GPPJobNotificationTest, PassesOnThatARecordIsTooLargeForAnyQueue) {
 TEST_F(GPPJobNotificationTest, WhatAFullQueueDidNotTakeIsDeliveredAtALaterTickWithoutWaiting) {
     mNotification.RetryDelayed();
     EXPECT_FALSE(GPPPrinterProcessorLayer::IsInitialized()) << "a tick starts nothing";
-    Application listener(mWorld, 200);
+    Receiver listener(mWorld, 200);
     listener.mManager->SendRaw(200, 146, BufferOf(Filler(32740)));
     EXPECT_TRUE(Notify()) << "kept for later counts as sent";
     EXPECT_EQ(listener.Tick().size(), 0u);
@@ -175,7 +152,7 @@ TEST_F(GPPJobNotificationTest, TheLayerIsStartedAnewAsLongAsItCouldNot) {
         EXPECT_FALSE(GPPPrinterProcessorLayer::IsInitialized());
     }
     mWorld.Install();  // the start that failed has taken everything back
-    Application listener(mWorld, 200);
+    Receiver listener(mWorld, 200);
     EXPECT_TRUE(Notify());
     EXPECT_TRUE(GPPPrinterProcessorLayer::IsInitialized());
     EXPECT_EQ(listener.Tick().size(), 1u);

@@ -14,32 +14,45 @@ inline GShMemID RegistryID() {
     return GShMemID("GIPCTest_PP");
 }
 
+/// The registry of that session, or of the machine, as any process can open it.
+struct SomebodysRegistry : GIPCMessageQueueMgr {
+    explicit SomebodysRegistry(long session) : GIPCMessageQueueMgr(RegistryID(), session, Scope::cOwnOnly) {}
+};
+
 /// As the monitor, in the registries for tests.
 struct Monitor : Process<GPPIPCManager> {
     Monitor(IPCWorld& world, long processID, long session, GWaitBudget* budget = nullptr)
         : Process(world, processID, session, cTest, budget) {}
 };
 
+inline Entries Registry(const char* path) {
+    return EntriesOf(RawSegment::Open(path, cRegistryName).get());
+}
+inline std::size_t CountIn(const char* path) {
+    return Registry(path).size();
+}
+inline long RegistrationIn(const char* path, long processID) {
+    for (const auto& [id, registrationID] : Registry(path))
+        if (id == processID) return registrationID;
+    return 0;
+}
+
 /// As a processing application.
 struct Application : Listener<GPPIPCManager> {
-    Application(IPCWorld& world, long processID, long session) : Listener(world, processID, session, cTest) {}
-    /// Fills the queue that stands under this path.
-    void Fill(long session, long registrationID) {
-        GIPCMessageQueue(session, mID, registrationID).TryToAddRawMessage(1, BufferOf(Filler(32740)));
+    Application(IPCWorld& world, long processID, long session = 1)
+        : Listener(world, processID, session, cTest), mGlobalID(RegistrationIn("Global\\", processID)) {}
+    std::unique_ptr<RawSegment> OpenGlobalQueue() const {
+        return RawSegment::Open("Global\\", QueueName(mID, mGlobalID));
     }
+    void FillGlobalQueue() const {
+        GIPCMessageQueue(-1, mID, mGlobalID).TryToAddRawMessage(1, BufferOf(Filler(32740)));
+    }
+
+    const long mGlobalID;
 };
 
 /// A machine on which monitors and processing applications meet.
 struct HandOffTest : testing::Test {
-    static Entries Registry(const char* path) {
-        return EntriesOf(RawSegment::Open(path, cRegistryName).get());
-    }
-    static long RegistrationIn(const char* path, long processID) {
-        for (const auto& [id, registrationID] : Registry(path))
-            if (id == processID) return registrationID;
-        return 0;
-    }
-    static Entries::size_type CountIn(const char* path) { return Registry(path).size(); }
     void Send(Monitor& sender, long processID, const char* text = "job") {
         sender.Act();
         sender.mManager->SendOnceRaw(processID, cType, BufferOf(text));
