@@ -111,7 +111,7 @@ TEST(JobRights, TakeTheTemporaryFolderByAnyOfItsNamesAndWhatWasMadeBefore) {
         GFileSystem::AddSpecialPath(GSpecialPath::cGlobalTemp, GPathName::FromNative(name));
         EXPECT_EQ(Make(), 0) << TextOf(name);
     }
-    EXPECT_THAT(trace.Take(), testing::IsEmpty());
+    EXPECT_EQ(trace.Take(), Words());
     EXPECT_EQ(folder.ContentOf("a.ps"), "x");
 }
 

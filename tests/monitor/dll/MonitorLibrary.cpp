@@ -41,14 +41,11 @@ bool MonitorLibrary::Start(const wchar_t* title, DWORD jobID, const wchar_t* pri
                                    reinterpret_cast<BYTE*>(&info));
 }
 
-bool MonitorLibrary::Write(const std::string& data, DWORD& written) {
-    return mTable->pfnWritePort(mPort, reinterpret_cast<BYTE*>(const_cast<char*>(data.data())),
-                                static_cast<DWORD>(data.size()), &written);
-}
-
 bool MonitorLibrary::Write(const std::string& data) {
     DWORD written = 0;
-    return Write(data, written) && written == data.size();
+    return mTable->pfnWritePort(mPort, reinterpret_cast<BYTE*>(const_cast<char*>(data.data())),
+                                static_cast<DWORD>(data.size()), &written) &&
+           written == data.size();
 }
 
 bool MonitorLibrary::Print(const wchar_t* title, const std::string& data) {

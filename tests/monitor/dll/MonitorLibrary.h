@@ -18,9 +18,7 @@ public:
 
     /// Each of these asserts nothing; the last error is the callback's.
     bool Open(const wchar_t* name = cPortName);
-    bool Close() { return mTable->pfnClosePort(mPort); }
     bool Start(const wchar_t* title, DWORD jobID = 7, const wchar_t* printer = L"Proof");
-    bool Write(const std::string& data, DWORD& written);
     bool Write(const std::string& data);
     bool End() { return mTable->pfnEndDocPort(mPort); }
     /// A whole job on the open port; false when any step is refused.

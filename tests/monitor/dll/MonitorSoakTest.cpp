@@ -18,58 +18,46 @@ void ExpectNothingKept(const ProcessResources& before, const ProcessResources& a
     EXPECT_LE(after.mHeapBytes, before.mHeapBytes + cHeapSlack);
 }
 
-/// One thread prints as a spooler does; the others call whatever a spooler, or a mistaken one, may call.
-class Crowd {
-public:
-    Crowd(MonitorLibrary& library, ULONGLONG end) : mLibrary(library), mEnd(end) {}
-
-    void Print() {
-        for (int job = 0; ::GetTickCount64() < mEnd; ++job) {
-            std::mt19937 random(static_cast<unsigned>(job));
-            std::string data(50000, '\0');
-            for (char& byte : data) byte = static_cast<char>(random());
-            if (!mLibrary.Start(L"crowd.bin")) ++mWrong;
-            for (std::size_t at = 0; at < data.size(); at += 4096) {
-                if (!mLibrary.Write(data.substr(at, 4096))) ++mWrong;
-            }
-            if (!mLibrary.End()) ++mWrong;
-            if (GetTestFolder().ContentOf("crowd.ps") != data) ++mWrong;
-            ++mJobs;
-        }
+/// Prints until the time has come; the number of jobs.
+int PrintUntil(ULONGLONG end, MonitorLibrary& library, std::atomic<int>& wrong) {
+    int job = 0;
+    for (; ::GetTickCount64() < end; ++job) {
+        std::mt19937 random(static_cast<unsigned>(job));
+        std::string data(50000, '\0');
+        for (char& byte : data) byte = static_cast<char>(random());
+        wrong += !library.Start(L"crowd.bin");
+        for (std::size_t at = 0; at < data.size(); at += 4096) wrong += !library.Write(data.substr(at, 4096));
+        wrong += !library.End();
+        wrong += GetTestFolder().ContentOf("crowd.ps") != data;
     }
-    void Disturb() {
-        const MONITOR2& table = mLibrary.GetTable();
-        while (::GetTickCount64() < mEnd) {
-            BYTE buffer[140];
-            DWORD needed = 0;
-            DWORD count = 0;
-            HANDLE port = nullptr;
-            if (!table.pfnEnumPorts(nullptr, nullptr, 2, buffer, 140, &needed, &count)) ++mWrong;
-            if (table.pfnEnumPorts(nullptr, nullptr, 3, buffer, 140, &needed, &count)) ++mWrong;
-            if (table.pfnOpenPort(nullptr, const_cast<wchar_t*>(MonitorLibrary::cPortName), &port)) ++mWrong;
-            if (table.pfnClosePort(&port)) ++mWrong;
-            if (table.pfnWritePort(&port, buffer, 140, &count)) ++mWrong;
-            if (table.pfnWritePort(mLibrary.mPort, nullptr, 140, &count)) ++mWrong;
-            if (!table.pfnReadPort(mLibrary.mPort, buffer, 140, &count)) ++mWrong;
-        }
+    return job;
+}
+
+/// Calls whatever a spooler, or a mistaken one, may call beside a job.
+void DisturbUntil(ULONGLONG end, const MonitorLibrary& library, std::atomic<int>& wrong) {
+    const MONITOR2& table = library.GetTable();
+    while (::GetTickCount64() < end) {
+        BYTE buffer[140];
+        DWORD needed = 0, count = 0;
+        HANDLE port = nullptr;
+        wrong += !table.pfnEnumPorts(nullptr, nullptr, 2, buffer, 140, &needed, &count);
+        wrong += table.pfnEnumPorts(nullptr, nullptr, 3, buffer, 140, &needed, &count);
+        wrong += table.pfnOpenPort(nullptr, const_cast<wchar_t*>(MonitorLibrary::cPortName), &port);
+        wrong += table.pfnClosePort(&port);
+        wrong += table.pfnWritePort(&port, buffer, 140, &count);
+        wrong += table.pfnWritePort(library.mPort, nullptr, 140, &count);
+        wrong += !table.pfnReadPort(library.mPort, buffer, 140, &count);
     }
-
-    std::atomic<int> mWrong{0};
-    int mJobs = 0;
-
-private:
-    MonitorLibrary& mLibrary;
-    ULONGLONG mEnd;
-};
+}
 
 void RunCrowd(MonitorLibrary& library, ULONGLONG milliseconds) {
-    Crowd crowd(library, ::GetTickCount64() + milliseconds);
-    std::vector<std::thread> threads;
-    threads.emplace_back([&crowd] { crowd.Print(); });
-    for (int i = 0; i < 7; ++i) threads.emplace_back([&crowd] { crowd.Disturb(); });
-    for (std::thread& thread : threads) thread.join();
-    EXPECT_EQ(crowd.mWrong, 0);
-    EXPECT_GT(crowd.mJobs, 0);
+    const ULONGLONG end = ::GetTickCount64() + milliseconds;
+    std::atomic<int> wrong{0};
+    std::vector<std::thread> others;
+    for (int i = 0; i < 7; ++i) others.emplace_back([&] { DisturbUntil(end, library, wrong); });
+    EXPECT_GT(PrintUntil(end, library, wrong), 0);
+    for (std::thread& thread : others) thread.join();
+    EXPECT_EQ(wrong, 0);
 }
 
 TEST(MonitorSoak, StandsEightThreadsForAMinute) {

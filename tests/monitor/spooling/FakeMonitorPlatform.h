@@ -8,6 +8,8 @@
 #include "tests/Testing.h"
 #include "tests/files/TestFolder.h"
 
+using Words = std::vector<std::string>;
+
 /// The system and the processing applications as the monitor sees them: writes down, in order, what it is
 /// asked for, and answers as told. Files are real.
 class FakeMonitorPlatform final : public MonitorPlatform, public JobNotifier {
@@ -67,9 +69,9 @@ public:
     }
     void RetryDelayed() noexcept override { mEvents.push_back("tick" + WithWhoseRights()); }
 
-    std::vector<std::string> TakeEvents() { return std::exchange(mEvents, {}); }
+    Words TakeEvents() { return std::exchange(mEvents, {}); }
 
-    std::vector<std::string> mEvents;
+    Words mEvents;
     std::uint32_t mLastError = cUntouched;
     int mPortHandles = 0;
     bool mOutOfMemory = false;

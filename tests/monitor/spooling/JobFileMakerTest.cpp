@@ -133,8 +133,8 @@ TEST_F(JobFileMakerTest, SetsAsideWhatMustNotBeUsedAndPrints) {
                 fs::create_hard_link(mFolder.Standard(there), mFolder.Standard(std::string("also") + ending));
             EXPECT_EQ(Make(), "the job");
             EXPECT_EQ(mFolder.Take(mAside + fileInIt), "old");
-            EXPECT_THAT(mPlatform.TakeEvents(), testing::ElementsAre("PPMStartDocPort: set aside, " + fault,
-                                                                     "text " + LeafOf(mAside)));
+            EXPECT_EQ(mPlatform.TakeEvents(),
+                      (Words{"PPMStartDocPort: set aside, " + fault, "text " + LeafOf(mAside)}));
             EXPECT_FALSE(mPlatform.mIsService);
             mPlatform.mOnFacts = nullptr;
             fs::remove_all(mFolder.Standard(there));
@@ -174,12 +174,11 @@ TEST_F(JobFileMakerTest, GivesUpWhereEvenItsOwnIsNotToBeTrusted) {
 TEST_F(JobFileMakerTest, FailsWhenTheRightsCannotBeChanged) {
     mPlatform.mCanPutAside = false;
     EXPECT_THROW(Make(), ServiceRightsException);
-    EXPECT_THAT(mPlatform.TakeEvents(), testing::ElementsAre("The rights of the service cannot be taken!"));
+    EXPECT_EQ(mPlatform.TakeEvents(), (Words{"The rights of the service cannot be taken!"}));
     mPlatform.mCanPutAside = true;
     mPlatform.mCanPutBack = false;
     EXPECT_THROW(RunAsService(mPlatform, [] { throw 7; }), ServiceRightsException);
-    EXPECT_THAT(mPlatform.TakeEvents(),
-                testing::ElementsAre("The rights of the job's user cannot be given back!"));
+    EXPECT_EQ(mPlatform.TakeEvents(), (Words{"The rights of the job's user cannot be given back!"}));
     mPlatform.mCanPutBack = true;
     EXPECT_THROW(RunAsService(mPlatform,
                               [this] {

@@ -55,9 +55,8 @@ TEST_F(MonitorPortTest, PacksTheTextsFromTheEndOfTheBuffer) {
         EXPECT_EQ(mNeeded + mReturned, 141u);
         EXPECT_EQ(RecordAs(all, 3, 24), offset(108) + offset(66) + offset(32) +
                                             std::string("\1\0\0\0\0\0\0\0", 8) + gap + others + port);
-        EXPECT_THAT(mPlatform.TakeEvents(),
-                    testing::ElementsAre("PPMEnumPorts: Received request for Level 1 info",
-                                         "PPMEnumPorts: Received request for Level 2 info"));
+        EXPECT_EQ(mPlatform.TakeEvents(), (Words{"PPMEnumPorts: Received request for Level 1 info",
+                                                 "PPMEnumPorts: Received request for Level 2 info"}));
     }
 }
 

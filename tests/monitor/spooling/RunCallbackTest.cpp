@@ -40,7 +40,7 @@ TEST_F(RunCallbackTest, LeavesTheLastErrorUnlessTheOutcomeNamesOne) {
 
 TEST_F(RunCallbackTest, TracesLocksAndTurnsAnyExceptionIntoTheFailureCodeUnlessAskedToLetItOut) {
     EXPECT_FALSE(Run({14}, [&]() -> CallbackOutcome {
-        EXPECT_THAT(mPlatform.mEvents, testing::ElementsAre("PPMTest"));
+        EXPECT_EQ(mPlatform.mEvents, (Words{"PPMTest"}));
         EXPECT_FALSE(IsLockFree());
         throw std::runtime_error("lost");
     }));
