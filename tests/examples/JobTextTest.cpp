@@ -37,30 +37,27 @@ TEST(JobText, ARecordAsLinesAndAsJson) {
 }
 
 TEST(JobText, HowAProgramEndedAsLinesAndAsJson) {
-    const std::tuple<ProgramResult, const char*, const char*> rows[] = {
-        {{ProgramResult::cSucceeded, 0, 812, L""},
-         "succeeded with exit code 0 after 0.812 s",
-         R"("succeeded","ExitCode":0,"Milliseconds":812)"},
-        {{ProgramResult::cFailed, 65535, 61000, L""},
-         "failed with exit code 65535 after 61.000 s",
-         R"("failed","ExitCode":65535,"Milliseconds":61000)"},
-        {{ProgramResult::cCrashed, 0xC0000005, 5, L""},
-         "crashed with exit code 0xC0000005 after 0.005 s",
-         R"("crashed","ExitCode":3221225477,"Milliseconds":5)"},
-        {{ProgramResult::cNotStarted, 0, 0, L"no memory"},
-         "not started: no memory",
-         R"("not started","ExitCode":null,"Milliseconds":null)"},
-        {{ProgramResult::cStillRunning, 0, 1500, L""},
-         "running for 1.500 s",
-         R"("running","ExitCode":null,"Milliseconds":null)"},
-    };
+    using R = ProgramResult;
+    // A result, its outcome in both forms, what lines say behind that, and two numbers as JSON has them.
+    const std::tuple<R, std::string, const char*, const char*, const char*> rows[] = {
+        {{R::cSucceeded, 0, 812, L""}, "succeeded", "with exit code 0 after 0.812 s", "0", "812"},
+        {{R::cFailed, 65535, 61000, L""}, "failed", "with exit code 65535 after 61.000 s", "65535", "61000"},
+        {{R::cCrashed, 0xC0000005, 5, L""},
+         "crashed",
+         "with exit code 0xC0000005 after 0.005 s",
+         "3221225477",
+         "5"},
+        {{R::cNotStarted, 0, 0, L"no memory"}, "not started:", "no memory", "null", "null"},
+        {{R::cStillRunning, 0, 1500, L""}, "running", "for 1.500 s", "null", "null"}};
     const std::wstring program = L"C:\\gs.exe";
-    for (const auto& [result, lines, json] : rows) {
-        EXPECT_EQ(ToUTF8(FormatAsLines(cTaken, program, result)),
-                  std::string("Job file: C:\\Temp\\a (taken 1-1).ps\nProgram: C:\\gs.exe ") + lines + "\n\n");
+    for (const auto& [result, outcome, how, code, time] : rows) {
+        EXPECT_EQ(
+            ToUTF8(FormatAsLines(cTaken, program, result)),
+            "Job file: C:\\Temp\\a (taken 1-1).ps\nProgram: C:\\gs.exe " + outcome + " " + how + "\n\n");
         EXPECT_EQ(ToUTF8(FormatAsJson(cTaken, program, result)),
-                  R"({"JobFile":"C:\\Temp\\a (taken 1-1).ps","Program":"C:\\gs.exe","Outcome":)" +
-                      std::string(json) + "}\n");
+                  R"({"JobFile":"C:\\Temp\\a (taken 1-1).ps","Program":"C:\\gs.exe","Outcome":")" +
+                      outcome.substr(0, outcome.find(':')) + R"(","ExitCode":)" + code +
+                      R"(,"Milliseconds":)" + time + "}\n");
     }
 }
 

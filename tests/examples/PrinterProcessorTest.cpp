@@ -46,24 +46,6 @@ protected:
             std::filesystem::directory_iterator(mFolder.Standard("")),
             [&](const auto& file) { return file.path().filename().wstring().starts_with(start); });
     }
-    /// Ends the sleeping programs that the receiver runs, once there are so many.
-    static void EndPrograms(const ChildProcess& receiver, int count, unsigned long exitCode) {
-        while (count > 0) {
-            const auto IDs =
-                GProcessInfo::GetInstance()->GetChildProcessIDs(static_cast<long>(receiver.GetID()));
-            for (const std::int32_t ID : IDs) {
-                // One that is still being started, or has ended, has no such event.
-                const std::wstring name = L"QuillonPeer" + std::to_wstring(ID);
-                if (!PWin32ScopedHandle<PWin32KernelHandle>(::OpenEventW(SYNCHRONIZE, FALSE, name.c_str())))
-                    continue;
-                const PWin32ScopedHandle<PWin32KernelHandle> process(
-                    ::OpenProcess(PROCESS_TERMINATE | SYNCHRONIZE, FALSE, static_cast<DWORD>(ID)));
-                if (!::TerminateProcess(process.Get(), exitCode)) continue;
-                ::WaitForSingleObject(process.Get(), INFINITE);
-                --count;
-            }
-        }
-    }
     static bool IsListening(const ChildProcess& program) {
         return GPPIPCManager::GetInstance()->GetListeningState(static_cast<long>(program.GetID())) ==
                GIPCManager::cListening;
@@ -122,7 +104,7 @@ TEST_F(PrinterProcessorTest, WithPendingItHandsOutWhatLiesThereAndThenListens) {
 TEST_F(PrinterProcessorTest, ItRunsSoManyProgramsAtATimeAndKeepsTheFilesOfThoseThatFail) {
     const ChildProcess program =
         Start(L" --json --jobs 2 --run \"\\\"" + AsStandard(PeerPath("ProcessPeer").GetNativePathString()) +
-              L"\\\" sleep\"");
+              L"\\\" wait \\\"" + mFolder.Standard("").wstring() + L"%UserName%\\\"\"");
     ASSERT_TRUE(WaitFor(program));
     for (const char* user : {"anna", "berta", "carla"}) {
         SendJob(program, user);
@@ -132,10 +114,10 @@ TEST_F(PrinterProcessorTest, ItRunsSoManyProgramsAtATimeAndKeepsTheFilesOfThoseT
     ASSERT_TRUE(WaitToRead("\"UserName\"", 2));
     while (CountFiles(L"job (waiting ") == 0) ::Sleep(10);
     EXPECT_EQ(mFolder.Take("out").find("carla"), std::string::npos);
-    EndPrograms(program, 2, 0xC0000005);
+    for (const char* user : {"anna", "berta"}) mFolder.Put(user, "3221225477");
     ASSERT_TRUE(WaitToRead("\"Outcome\":\"crashed\",\"ExitCode\":3221225477,", 2));
     ASSERT_TRUE(WaitToRead("\"UserName\":\"carla\""));
-    EndPrograms(program, 1, 7);
+    mFolder.Put("carla", "7");
     ASSERT_TRUE(WaitToRead("\"Outcome\":\"failed\",\"ExitCode\":7,"));
     EXPECT_EQ(CountFiles(L"job (taken "), 3);
     EXPECT_TRUE(program.IsRunning());

@@ -65,12 +65,8 @@ TEST(ProgramCommand, EachArgumentArrivesAsOneWhateverTheJobIsCalled) {
     const TestFolder folder;
     const std::wstring peer = L'"' + AsStandard(PeerPath().GetNativePathString()) + L"\" argv \"" +
                               folder.Standard("argv").wstring() + L"\" ";
-    const struct {
-        const wchar_t* arguments;
-        const wchar_t* path;
-        const char* user;
-        const char16_t* expected;
-    } rows[] = {
+    // Arguments, the job's path and user, and what arrives.
+    const std::tuple<const wchar_t*, const wchar_t*, const char*, const char16_t*> rows[] = {
         {L"%JobPath%", L"C:\\a b\\Letter (taken 4711-7).ps", "", u"C:\\a b\\Letter (taken 4711-7).ps|"},
         {L"-o=%JobName%.pdf -x", L"C:\\a b\\Letter (taken 4711-7).ps", "", u"-o=Letter.pdf|-x|"},
         {L"%JobPath% %JobName%", L"C:\\%JobPath% & calc %PATH%^'.ps", "",
@@ -114,13 +110,11 @@ TEST(ProgramCommand, ABatchFileBehindCmdFindsTheJobInItsEnvironment) {
 }
 
 TEST(ProgramResult, OnlyZeroIsASuccess) {
-    const std::pair<unsigned long, ProgramResult::Outcome> rows[] = {
-        {0, ProgramResult::cSucceeded},        {1, ProgramResult::cFailed},
-        {259, ProgramResult::cFailed},         {0xFFFFFFFF, ProgramResult::cFailed},
-        {0xC0000005, ProgramResult::cCrashed}, {0x80000003, ProgramResult::cCrashed},
-        {0xE06D7363, ProgramResult::cCrashed},
-    };
-    for (const auto& [code, outcome] : rows) EXPECT_EQ(ProgramResult::Judge(code), outcome) << code;
+    EXPECT_EQ(ProgramResult::Judge(0), ProgramResult::cSucceeded);
+    for (const unsigned long code : {1UL, 259UL, 0xFFFFFFFFUL})
+        EXPECT_EQ(ProgramResult::Judge(code), ProgramResult::cFailed) << code;
+    for (const unsigned long code : {0xC0000005UL, 0x80000003UL, 0xE06D7363UL})
+        EXPECT_EQ(ProgramResult::Judge(code), ProgramResult::cCrashed) << code;
     const TestFolder folder;
     const std::filesystem::path gone = folder.Put("gone.exe", "");
     const ProgramCommand command(gone.wstring());

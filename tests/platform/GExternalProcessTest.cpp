@@ -119,7 +119,7 @@ TEST(GExternalProcess, WhatCannotBeStartedOrOpenedIsFalse) {
 
 TEST(GExternalProcess, IsAttachedSlowedAndEnded) {
     GExternalProcess started;
-    ASSERT_TRUE(Start(started, {"sleep"}));
+    ASSERT_TRUE(Start(started, {"wait", "no such file"}));
     const long id = started.GetProcessID();
     GProcessInfo& processes = *GProcessInfo::GetInstance();
     const GExternalProcess own(processes.GetCurrentProcessID());

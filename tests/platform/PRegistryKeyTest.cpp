@@ -2,6 +2,7 @@
 #include "framework/system/PRegistryKey.h"
 
 #include <map>
+#include <regex>
 
 #include "tests/WindowsTesting.h"
 
@@ -25,16 +26,9 @@ struct PRegistryKeyTest : testing::Test {
     std::string Export() const {
         Run(L"regedit /E \"" + mFolder.Standard("out.reg").wstring() + L"\" " + cKeyName);
         const std::string utf16 = mFolder.Take("out.reg");
-        const std::string text = TextOf(FromWide(reinterpret_cast<const wchar_t*>(utf16.data()) + 1,
-                                                 static_cast<long>(utf16.size() / 2 - 1)));
-        const std::string lineBreak = "\\\r\n  ";
-        std::string joined;
-        for (std::size_t start = 0; start < text.size();) {
-            const std::size_t end = std::min(text.find(lineBreak, start), text.size());
-            joined.append(text, start, end - start);
-            start = end + lineBreak.size();
-        }
-        return joined;
+        const GString text = FromWide(reinterpret_cast<const wchar_t*>(utf16.data()) + 1,
+                                      static_cast<long>(utf16.size() / 2 - 1));
+        return std::regex_replace(TextOf(text), std::regex("\\\\\r\n  "), "");
     }
     /// The key as the system's console program shows it, in the console's code page.
     std::string Show() const {
@@ -45,11 +39,8 @@ struct PRegistryKeyTest : testing::Test {
     void Import(const std::string& values, bool wide = true) const {
         const std::string head = wide ? "Windows Registry Editor Version 5.00" : "REGEDIT4";
         std::string text = head + "\r\n\r\n[HKEY_CURRENT_USER\\Software\\QuillonTest]\r\n" + values;
-        if (wide) {
-            const GString units = GString::FromUTF8(text.c_str());
-            text = "\xFF\xFE"s + std::string(reinterpret_cast<const char*>(::AsWide(units)),
-                                             static_cast<std::size_t>(2 * units.GetLength()));
-        }
+        const GBuffer units = GString::FromUTF8(text.c_str()).GetBuffer(GUnicodeEncoding::GetInstance());
+        if (wide) text = "\xFF\xFE" + BytesOf(units);
         Run(L"regedit /S \"" + mFolder.Put("in.reg", text).wstring() + L"\"");
     }
     /// By the console program, one value each.
@@ -67,17 +58,14 @@ struct PRegistryKeyTest : testing::Test {
 
 const std::string cLarge(0x10000, 'x');
 
-std::string Hex(const std::string& bytes, const char* digits, const char* separator) {
+std::string Hex(const std::string& bytes, const char* digits = "0123456789abcdef",
+                const char* separator = ",") {
     std::string text;
     for (const unsigned char byte : bytes) {
         if (!text.empty()) text += separator;
         text += {digits[byte >> 4], digits[byte & 15]};
     }
     return text;
-}
-
-std::string Hex(const std::string& bytes) {
-    return Hex(bytes, "0123456789abcdef", ",");
 }
 
 std::string WideHex(const std::string& text) {
@@ -88,12 +76,8 @@ std::string WideHex(const std::string& text) {
 
 const std::string cTable = cLarge + "\0b\0\0"s;
 
-// A value, and how the editor and the console program show it behind its name.
-const struct {
-    const char* name;
-    unsigned long type;
-    std::string content, exported, queried;
-} cWritten[] = {
+// A value's name, type and content, and how the editor and the console program show it behind its name.
+const std::tuple<const char*, unsigned long, std::string, std::string, std::string> cWritten[] = {
     {"number", 4, "", "dword:fffffffe", "REG_DWORD    0xfffffffe"},
     {"text", 1, "a\\ \xC3\xA9\xE4\xB8\x80", "\"a\\\\ \xC3\xA9\xE4\xB8\x80\"", "REG_SZ    a\\ \x82?"},
     {"expandable", 2, "%windir%", "hex(2):" + WideHex("%windir%\0"s), "REG_EXPAND_SZ    %windir%"},
@@ -114,13 +98,11 @@ const struct {
 
 TEST_F(PRegistryKeyTest, WritesWhatTheSystemsProgramsRead) {
     for (const auto& [name, type, content, exported, queried] : cWritten) {
-        if (type == 4) {
-            EXPECT_TRUE(mKey.SetInt32(name, -2));
-        } else if (type == 1 || type == 2) {
-            EXPECT_TRUE(mKey.SetString(name, GString::FromUTF8(content.c_str()), type)) << name;
-        } else {
-            EXPECT_TRUE(mKey.SetBuffer(name, BufferOf(content), type)) << name;
-        }
+        const GString text = GString::FromUTF8(content.c_str());
+        EXPECT_TRUE(type == 4                ? mKey.SetInt32(name, -2)
+                    : type <= 2 && type >= 1 ? mKey.SetString(name, text, type)
+                                             : mKey.SetBuffer(name, BufferOf(content), type))
+            << name;
     }
     const std::string allExported = Export();
     const std::string allQueried = Show();
@@ -213,11 +195,9 @@ TEST_F(PRegistryKeyTest, AQueryOfAnotherTypeOrOfTooMuchChangesNothing) {
 
 TEST_F(PRegistryKeyTest, OpensWhatIsThereAndMakesWhatIsNot) {
     PRegistryKey key(mKey, "a\\b", cAll);
-    EXPECT_FALSE(key.Exists());
-    EXPECT_EQ(key.GetStatus(), ERROR_FILE_NOT_FOUND);
+    EXPECT_TRUE(!key.Exists() && key.GetStatus() == ERROR_FILE_NOT_FOUND);
     EXPECT_TRUE(key.Create("class", 0, nullptr));
-    EXPECT_TRUE(key.Exists());
-    EXPECT_EQ(key.GetStatus(), 0);
+    EXPECT_TRUE(key.Exists() && key.GetStatus() == 0);
     EXPECT_FALSE(key.Create("", 0, nullptr)) << "it is open";
     EXPECT_EQ(TextOf(key.GetPath()), "Software\\QuillonTest\\a\\b");
     EXPECT_TRUE(PRegistryKey(HKEY_CURRENT_USER, "Software\\QuillonTest\\a\\b", KEY_READ).Exists());
@@ -232,8 +212,7 @@ TEST_F(PRegistryKeyTest, OpensWhatIsThereAndMakesWhatIsNot) {
     const GString name = GString::FromUTF8("\xE4\xB8\x80\xD0\x96");
     Sub(name);
     EXPECT_TRUE(PRegistryKey(mKey, name, KEY_READ).Exists());
-    EXPECT_FALSE(PRegistryKey(mKey, "??", KEY_READ).Exists());
-    EXPECT_FALSE(PRegistryKey(mKey, "@@", KEY_READ).Exists());
+    for (const char* const lossy : {"??", "@@"}) EXPECT_FALSE(PRegistryKey(mKey, lossy, KEY_READ).Exists());
 }
 
 TEST_F(PRegistryKeyTest, NamesThatCouldBeComposedStayAsTheyAre) {
@@ -258,17 +237,14 @@ TEST_F(PRegistryKeyTest, AClosedOneAndOneWithoutTheRightDoNothing) {
     EXPECT_FALSE(closed.Exists() || closed.SetInt32("n", 1) || closed.SetString("n", "x", 1));
     EXPECT_FALSE(closed.SetBuffer("n", bytes, 3) || closed.QueryInt32("n", number));
     EXPECT_FALSE(closed.QueryString("n", name, 9, any) || closed.QueryBuffer("n", bytes, any, any));
-    EXPECT_FALSE(closed.BeginEnumerateRegistryKey(cAll) || closed.BeginEnumerateValue());
-    EXPECT_FALSE(closed.NextRegistryKey(closed));
-    EXPECT_EQ(closed.Query("n"), nullptr);
-    EXPECT_EQ(closed.NextValue(name), nullptr);
+    EXPECT_FALSE(closed.BeginEnumerateRegistryKey(cAll) || closed.NextRegistryKey(closed));
+    EXPECT_FALSE(closed.BeginEnumerateValue() || closed.NextValue(name) || closed.Query("n"));
     EXPECT_FALSE(PRegistryKey(closed, "x", cAll).Exists());
     PRegistryKey reader(HKEY_CURRENT_USER, cPath, KEY_READ);
     EXPECT_FALSE(reader.SetInt32("n", 1));
     PRegistryKey writer(HKEY_CURRENT_USER, cPath, KEY_WRITE);
     EXPECT_TRUE(writer.SetInt32("n", 1));
-    EXPECT_FALSE(writer.QueryInt32("n", number));
-    EXPECT_FALSE(writer.BeginEnumerateValue());
+    EXPECT_FALSE(writer.QueryInt32("n", number) || writer.BeginEnumerateValue());
 }
 
 TEST_F(PRegistryKeyTest, WalksOverTheKeysThatWereThereAndStayed) {
@@ -306,9 +282,7 @@ TEST_F(PRegistryKeyTest, WalksOverValuesOfAllTypes) {
     GString name;
     while (const std::unique_ptr<PRegistryData> data{mKey.NextValue(name)})
         found[TextOf(name)] = data->GetType();
-    const std::map<std::string, std::uint32_t> expected = {
-        {"number", 4}, {"odd type", 77}, {longest, 3}, {"", 2}};
-    EXPECT_EQ(found, expected);
+    EXPECT_EQ(found, (decltype(found){{"number", 4}, {"odd type", 77}, {longest, 3}, {"", 2}}));
     mKey.BeginEnumerateValue();
     mKey.EndEnumerateValue();
     EXPECT_EQ(mKey.NextValue(name), nullptr);

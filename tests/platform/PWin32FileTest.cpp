@@ -73,40 +73,35 @@ TEST(PWin32FileSystemImp, WhatGoesToTheTrashIsOfTheKindThatWasMeant) {
     EXPECT_FALSE(folder.Has("sub"));
 }
 
-TEST(PWin32FileImp, CreatingFindsAFileInUseThere) {
-    const TestFolder folder;
-    GFileOutStream job(folder.Portable("f"), true);
-    GFileSystem::CreateFile(folder.Portable("f"), GTypeEnums::cNone, false);
-    EXPECT_EQ(SystemErrorOf([&] { GFileSystem::CreateFile(folder.Portable("f"), GTypeEnums::cNone, true); }),
-              ERROR_FILE_EXISTS);
-}
-
 TEST(PWin32FileImp, KeepsTheAttributesOfAFileThatItEmpties) {
     const TestFolder folder;
     folder.Put("f", "abc");
-    const std::wstring name = folder.Standard("f").wstring();
-    GFileSystem::SetHidden(folder.Portable("f"), true);
-    EXPECT_TRUE(GFileSystem::IsHidden(folder.Portable("f")));
-    GFileOutStream(folder.Portable("f"), true).Write(BufferOf("x"));
-    EXPECT_TRUE(GFileSystem::IsHidden(folder.Portable("f")));
-    GFileSystem::SetHidden(folder.Portable("f"), false);
-    EXPECT_FALSE(GFileSystem::IsHidden(folder.Portable("f")));
+    const GPathName path = folder.Portable("f");
+    GFileSystem::SetHidden(path, true);
+    EXPECT_TRUE(GFileSystem::IsHidden(path));
+    GFileOutStream(path, true).Write(BufferOf("x"));
+    EXPECT_TRUE(GFileSystem::IsHidden(path));
+    GFileSystem::SetHidden(path, false);
+    EXPECT_FALSE(GFileSystem::IsHidden(path));
     EXPECT_EQ(folder.Take("f"), "x");
 }
 
 TEST(PWin32FileImp, ReportsTheSystemsCodes) {
     const TestFolder folder;
     folder.Put("f", "abc");
-    const std::tuple<const char*, const char*, long, long> rows[] = {
-        {"missing file", "g", cRead, ERROR_FILE_NOT_FOUND},
-        {"missing folder", "g/h", cRead, ERROR_PATH_NOT_FOUND},
-        {"a name that is none", "a|b", cRead, ERROR_INVALID_NAME},
-        {"a folder", "", cRead, ERROR_ACCESS_DENIED}};
-    for (const auto& [what, path, mode, error] : rows)
-        EXPECT_EQ(SystemErrorOf([&] { GFile(folder.Portable(path), mode); }), error) << what;
+    for (const auto& [path, error] : {std::pair("g", ERROR_FILE_NOT_FOUND),
+                                      {"g/h", ERROR_PATH_NOT_FOUND},
+                                      {"a|b", ERROR_INVALID_NAME},
+                                      {"", ERROR_ACCESS_DENIED}})
+        EXPECT_EQ(SystemErrorOf([&, name = path] { GFile(folder.Portable(name), cRead); }), error) << path;
     EXPECT_EQ(SystemErrorOf([&] { GFileSystem::CreateFolder(folder.Portable("f/g")); }),
               ERROR_ALREADY_EXISTS);
     EXPECT_EQ(SystemErrorOf([&] { GFileSystem::RemoveFile(folder.Portable("g")); }), ERROR_FILE_NOT_FOUND);
+    // Creating finds a file that is in use.
+    const GFileOutStream job(folder.Portable("f"), true);
+    GFileSystem::CreateFile(folder.Portable("f"), GTypeEnums::cNone, false);
+    EXPECT_EQ(SystemErrorOf([&] { GFileSystem::CreateFile(folder.Portable("f"), GTypeEnums::cNone, true); }),
+              ERROR_FILE_EXISTS);
 }
 
 TEST(PWin32FileSystemImp, PathsBeyondTheSystemsLimitWork) {
@@ -134,20 +129,18 @@ TEST(PWin32FileSystemImp, AFileIsInUseWhileAnybodyHasItOpen) {
     EXPECT_FALSE(GFileSystem::FileInUse(path));
     EXPECT_TRUE(GFileSystem::FileInUse(folder.Portable("missing")));
     for (const long mode : {cRead, cWrite, cRead | cReaders | cWriters}) {
-        SCOPED_TRACE(mode);
         GFile file(path, mode);
-        EXPECT_TRUE(GFileSystem::FileInUse(path));
+        EXPECT_TRUE(GFileSystem::FileInUse(path)) << mode;
         file.Close();
-        EXPECT_FALSE(GFileSystem::FileInUse(path));
+        EXPECT_FALSE(GFileSystem::FileInUse(path)) << mode;
     }
 }
 
 TEST(PWin32FileSystemImp, KnowsTheVolumesByTheirRoots) {
-    const std::tuple<const char*, long> rows[] = {
-        {"C:", 1}, {"C:/", 1}, {"C:/windows/missing", 1}, {"Q:/missing", 4}, {"//no-such-server/share/x", 4}};
-    for (const auto& [path, type] : rows)
-        EXPECT_EQ(GFileSystem::GetVolumeType(GPathName(path)), type) << path;
-    EXPECT_EQ(GFileSystem::GetVolumeType(GPathName("relative")), 1);
+    for (const char* const path : {"C:", "C:/", "C:/windows/missing", "relative"})
+        EXPECT_EQ(GFileSystem::GetVolumeType(GPathName(path)), 1) << path;
+    for (const char* const path : {"Q:/missing", "//no-such-server/share/x"})
+        EXPECT_EQ(GFileSystem::GetVolumeType(GPathName(path)), 4) << path;
 }
 
 TEST(PWin32FileSystemImp, AMissingDriveIsAClearFailure) {

@@ -16,12 +16,12 @@ using Handle = PWin32ScopedHandle<PWin32KernelHandle>;
 bool IsOpenToEverybody(HANDLE object) {
     PACL list = reinterpret_cast<PACL>(1);
     PSECURITY_DESCRIPTOR descriptor = nullptr;
-    if (::GetSecurityInfo(object, SE_KERNEL_OBJECT, DACL_SECURITY_INFORMATION, nullptr, nullptr, &list,
-                          nullptr, &descriptor) != ERROR_SUCCESS)
-        return false;
+    ::GetSecurityInfo(object, SE_KERNEL_OBJECT, DACL_SECURITY_INFORMATION, nullptr, nullptr, &list, nullptr,
+                      &descriptor);
     const PWin32ScopedHandle<PWin32LocalBlock> owned(descriptor);
     BOOL isPresent = FALSE, isDefaulted = FALSE;
-    return ::GetSecurityDescriptorDacl(descriptor, &isPresent, &list, &isDefaulted) && isPresent &&
+    return descriptor != nullptr &&
+           ::GetSecurityDescriptorDacl(descriptor, &isPresent, &list, &isDefaulted) && isPresent &&
            list == nullptr;
 }
 
@@ -54,11 +54,9 @@ TEST(PWin32SharedMemory, TouchesNoPagesThatAreOnlyReserved) {
     EXPECT_EQ(OpenOrCreate(100), 40168);
     const auto view = RawSegment::Open("Global\\", "QulShDTestOdd");
     ASSERT_NE(::VirtualAlloc(view->GetBytes(), 4096, MEM_COMMIT, PAGE_READWRITE), nullptr);
-    const std::tuple<DWORD, long> rows[] = {{4096, 0}, {4097, 40163}, {65536, 40163}};
-    for (const auto& [claimed, thrown] : rows) {
-        SCOPED_TRACE(claimed);
+    for (const auto& [claimed, thrown] : {std::pair(4096u, 0), {4097u, 40163}, {65536u, 40163}}) {
         view->SetWord(0, claimed);
-        EXPECT_EQ(OpenAndGetLength(), thrown);
+        EXPECT_EQ(OpenAndGetLength(), thrown) << claimed;
     }
     EXPECT_EQ(OpenOrCreate(65532), 40168);
 }

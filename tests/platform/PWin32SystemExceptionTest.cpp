@@ -59,10 +59,10 @@ TEST(PWin32SystemException, ChecksResultsAndHandles) {
     EXPECT_NO_THROW(PWin32SystemException::CheckHandle(&object));
     ::SetLastError(1234);
     EXPECT_EQ(SystemErrorOf([] { PWin32SystemException::CheckForErrors(0); }), 1234);
-    ::SetLastError(2);
-    EXPECT_EQ(SystemErrorOf([] { PWin32SystemException::CheckHandle(nullptr); }), 2);
-    ::SetLastError(3);
-    EXPECT_EQ(SystemErrorOf([] { PWin32SystemException::CheckHandle(INVALID_HANDLE_VALUE); }), 3);
+    for (void* const none : {static_cast<void*>(nullptr), INVALID_HANDLE_VALUE}) {
+        ::SetLastError(2);
+        EXPECT_EQ(SystemErrorOf([none] { PWin32SystemException::CheckHandle(none); }), 2);
+    }
 }
 
 /// How many frames the dump shows below `depth` calls of this function; each starts with an address.

