@@ -44,6 +44,8 @@ TEST_F(UpkeepTest, CleaningRemovesOldJobFilesOfItsPrintersAlone) {
          {"anna/Proof", "anna/Other", "anna (set aside 1)/Proof", "bob/proof", "bob/elsewhere"})
         MakeFolder(name);
     PutOld("anna/Proof/old.ps", std::string(2048, 'x'));
+    MakeFolder("e\u0301/Caf\u00E9");
+    PutOld("e\u0301/Caf\u00E9/e\u0301.ps");
     mFolder.Put("anna/Proof/new.ps", "x");
     const std::wstring written = PutOld("bob/proof/written.ps");
     const std::wstring held = PutOld("bob/proof/held.ps");
@@ -54,16 +56,17 @@ TEST_F(UpkeepTest, CleaningRemovesOldJobFilesOfItsPrintersAlone) {
         PutOld(name);
     const FileHandle monitor = Open(written, GENERIC_WRITE, FILE_SHARE_READ);
     const FileHandle receiver = Open(held, GENERIC_READ | DELETE, FILE_SHARE_READ);
-    const std::vector<std::wstring> printers = {L"Proof", L"Gone"};
+    const std::vector<std::wstring> printers = {L"Proof", L"Gone", L"Cafe\u0301"};
     constexpr long long cTwoDays = 2 * 86400;
     const std::vector<std::string> expected = {"anna\\Proof\\old.ps", "kept bob\\proof\\held.ps",
-                                               "kept bob\\proof\\written.ps"};
+                                               "kept bob\\proof\\written.ps",
+                                               "e\u0301\\Caf\u00E9\\e\u0301.ps"};
     const Cleaning tried = Cleaning::Run(GetStart(), printers, cTwoDays, true);
     EXPECT_EQ(NamesIn(tried, GetStart()), expected);
     EXPECT_TRUE(mFolder.Has("anna/Proof/old.ps"));
     EXPECT_THAT(ToUTF8(tried.Format()),
                 testing::AllOf(testing::StartsWith("Would remove "),
-                               testing::EndsWith("Would remove 1 job file, 2.0 KB.\n")));
+                               testing::EndsWith("Would remove 2 job files, 2.0 KB.\n")));
     EXPECT_TRUE(Cleaning::Run(GetStart(), printers, 51 * 3600, false).files.empty()) << "none is that old";
     const Cleaning done = Cleaning::Run(GetStart(), printers, cTwoDays, false);
     EXPECT_EQ(NamesIn(done, GetStart()), expected);

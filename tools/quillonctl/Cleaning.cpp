@@ -23,10 +23,6 @@ using FileHandle = PWin32ScopedHandle<PWin32FileHandle>;
 using Fault = GFileTrust::Fault;
 using Opened = PFolderWalk::Opened;
 
-GString TextOf(const std::wstring& wide) {
-    return FromWide(wide.data(), static_cast<long>(wide.size()));
-}
-
 std::uint64_t GetTicks(const FILETIME& time) {
     return std::uint64_t{time.dwHighDateTime} << 32 | time.dwLowDateTime;
 }
@@ -45,15 +41,15 @@ class PrinterFolder {
 public:
     /// Throws a GException when one of the folders is not what it should be, or may not be entered.
     PrinterFolder(const std::wstring& start, const std::wstring& user, const std::wstring& printer) {
-        Opened opened = mWalk.OpenStart(GPathName::FromNative(TextOf(start)));
+        Opened opened = mWalk.OpenStart(GPathName::FromNative(NameFromWide(start)));
         mFinalPath = mWalk.GetFacts(opened).mFinalPath;
         mWalk.Enter(std::move(opened));
-        for (const std::wstring& name : {user, printer}) Enter(TextOf(name));
+        for (const std::wstring& name : {user, printer}) Enter(NameFromWide(name));
     }
 
     /// Removes the file, and tells what has become of it; nothing when it is no old job file after all.
     void Clean(const std::wstring& name, long long seconds, Cleaning& result, Cleaning::File file) const {
-        const Opened opened = mWalk.Open(TextOf(name), PFolderWalk::Purpose::cRead);
+        const Opened opened = mWalk.Open(NameFromWide(name), PFolderWalk::Purpose::cRead);
         if (opened.IsMissing()) return;
         BY_HANDLE_FILE_INFORMATION found{};
         if (!opened) {
@@ -87,7 +83,7 @@ private:
     }
 
     bool IsJobFile(const Opened& opened, const std::wstring& name) const {
-        return GFileTrust::FindFileFault(GetFacts(opened), mFinalPath, TextOf(name)) == Fault::cNone;
+        return GFileTrust::FindFileFault(GetFacts(opened), mFinalPath, NameFromWide(name)) == Fault::cNone;
     }
 
     // The very file that was looked at, under whatever name by now. Not while it can be written: the monitor
@@ -112,11 +108,17 @@ private:
     GPathName mFinalPath;
 };
 
+// The monitor composes the printer's name before it makes a folder of it.
+std::wstring GetFolderName(const std::wstring& printer) {
+    return AsStandard(FromWide(printer));
+}
+
 bool IsCandidate(const JobEntry& job, const std::vector<std::wstring>& printers, long long seconds) {
     return job.age >= seconds && !JobFileName::IsSetAside(job.user) &&
            !JobFileName::IsSetAside(job.printer) &&
-           std::ranges::any_of(printers,
-                               [&](const std::wstring& printer) { return IsSameName(printer, job.printer); });
+           std::ranges::any_of(printers, [&](const std::wstring& printer) {
+               return IsSameName(GetFolderName(printer), job.printer);
+           });
 }
 
 // Those of one folder stand together.

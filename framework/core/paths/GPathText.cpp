@@ -12,6 +12,13 @@ const GBuffer* GPathText::GetPlainASCII(const GString& text) noexcept {
     return plain ? &bytes : nullptr;
 }
 
+GString GPathText::MakeString(GPathUnits units) {
+    if (units.empty()) return GString();
+    GUnitBuilder text(units.size());
+    text.Add(units);
+    return text.Take();
+}
+
 GString GPathText::MakeUnicode(const GString& text) {
     if (text.IsEmpty()) return GString();
     if (const GBuffer* const ascii = GetPlainASCII(text)) {

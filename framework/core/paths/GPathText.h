@@ -23,10 +23,8 @@ struct GPathText {
         const auto length = static_cast<std::size_t>(text.GetLength());
         return {text.GetUTF16Ptr(), length};
     }
-    static GString MakeString(GPathUnits units) {
-        if (units.empty()) return GString();
-        return GString::FromUTF16(units.data(), static_cast<long>(units.size()));
-    }
+    /// Unit by unit as they are: composed, a part of a path would name another file.
+    static GString MakeString(GPathUnits units);
     /// The text in UTF-16, made in one block.
     static GString MakeUnicode(const GString& text);
     /// The bytes of a text that stand for units one by one; null for any other text.

@@ -37,7 +37,7 @@ GString CommandInterpreter() {
     wchar_t folder[MAX_PATH];
     const UINT length = ::GetSystemDirectoryW(folder, MAX_PATH);
     if (length == 0 || length >= MAX_PATH) return GString();
-    return FromWide(folder, static_cast<long>(length)) + GString("\\cmd.exe");
+    return NameFromWide(folder, static_cast<long>(length)) + GString("\\cmd.exe");
 }
 
 bool HasZero(const GString& text) {

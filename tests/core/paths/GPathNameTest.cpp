@@ -16,7 +16,7 @@ std::u16string Without(char16_t unit, std::u16string_view text) {
 TEST(GPathName, TakesARootApart) {
     for (const std::u16string_view row :
          {u"||", u"||dir/file", u"||:", u"|/|", u"|/|dir", u"C:||", u"C:|/|", u"C:|/|dir/file", u"C:||file",
-          u"//server||", u"//server|/|", u"//server|/|share/x", u"Data:||", u"||Data:file", u"a/b:||",
+          u"//server||", u"//e\u0301|/|", u"//server|/|share/x", u"Data:||", u"||Data:file", u"a/b:||",
           u"|/|/", u"//|/|x", u"/:|/|", u"//.|/|pipe/x"}) {
         SCOPED_TRACE(Readable(row));
         const auto [rootName, rootDirectory, relative] = CellsOf<3>(row, u"|");
@@ -46,7 +46,7 @@ TEST(GPathName, TakesALeafApart) {
     for (const std::u16string_view row :
          {u"||", u"|file|", u"C:/dir/|file|.txt", u"/|x|", u"a/|b|", u"dir/||", u"C:||", u"C:|x|.y",
           u"//srv||", u"//srv/|share|", u"Data:|file|", u"d.ir/|a:b|", u"|a.tar|.gz", u"d/||.foo", u"|a|.",
-          u"|.|", u"a/|..|", u"|..|."}) {
+          u"|.|", u"a/|..|", u"|..|.", u"o\u0308/|e\u0301|.a\u0308"}) {
         SCOPED_TRACE(Readable(row));
         const auto [branch, stem, dotExtension] = CellsOf<3>(row, u"|");
         const GPathName path = Path(Without(u'|', row));
