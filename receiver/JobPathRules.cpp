@@ -17,7 +17,7 @@ bool IsDeviceName(std::wstring_view name) {
     std::wstring_view base = name.substr(0, name.find(L'.'));
     while (base.ends_with(L' ')) base.remove_suffix(1);
     if (base.empty()) return false;
-    const GString wanted = FromWide(base.data(), static_cast<long>(base.size()));
+    const GString wanted = FromWide(base);
     GString valid = wanted;
     GPathName::CreateValidFileName(valid, -1, '_');
     return valid != wanted;

@@ -60,10 +60,6 @@ private:
     std::vector<Found> mFound;
 };
 
-GString AsString(std::wstring_view text) {
-    return NameFromWide(text.data(), static_cast<long>(text.size()));
-}
-
 }  // namespace
 
 std::vector<std::wstring> PendingJobs::Find(const std::wstring& folder, const std::wstring& user) {
@@ -79,6 +75,6 @@ GPPJobRecord PendingJobs::MakeRecord(const std::wstring& path, const std::wstrin
     std::wstring printer(inside.substr(userEnd + 1, printerEnd - userEnd - 1));
     // A printer of another server is called \\server\printer.
     if (printer.find(L'\\') != printer.npos) printer.insert(0, L"\\\\");
-    return GPPJobRecord(AsString(inside.substr(0, userEnd)), GPathName::FromNative(AsString(path)),
-                        AsString(printer), GString(MonitorNames::cPort), 1);
+    return GPPJobRecord(NameFromWide(inside.substr(0, userEnd)), GPathName::FromNative(NameFromWide(path)),
+                        NameFromWide(printer), GString(MonitorNames::cPort), 1);
 }

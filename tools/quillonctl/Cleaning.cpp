@@ -13,6 +13,7 @@
 #include "receiver/JobFileName.h"
 #include "tools/console/Console.h"
 #include "tools/machine/Failure.h"
+#include "tools/machine/SecondsSince.h"
 #include "tools/quillonctl/JobList.h"
 #include "tools/quillonctl/SpoolerList.h"
 #include "tools/quillonctl/Status.h"
@@ -22,19 +23,6 @@ namespace {
 using FileHandle = PWin32ScopedHandle<PWin32FileHandle>;
 using Fault = GFileTrust::Fault;
 using Opened = PFolderWalk::Opened;
-
-std::uint64_t GetTicks(const FILETIME& time) {
-    return std::uint64_t{time.dwHighDateTime} << 32 | time.dwLowDateTime;
-}
-
-bool IsOlder(const BY_HANDLE_FILE_INFORMATION& file, long long seconds) {
-    constexpr std::uint64_t cTicksInSecond = 10000000;
-    FILETIME now{};
-    ::GetSystemTimeAsFileTime(&now);
-    const std::uint64_t written = GetTicks(file.ftLastWriteTime);
-    return GetTicks(now) >= written &&
-           (GetTicks(now) - written) / cTicksInSecond >= static_cast<std::uint64_t>(seconds);
-}
 
 /// The folder of one user and printer, entered without following a link.
 class PrinterFolder {
@@ -55,7 +43,7 @@ public:
         if (!opened) {
             SetObstacle(file, static_cast<DWORD>(opened.mFailure));
         } else if (!IsJobFile(opened, name) || !::GetFileInformationByHandle(opened.mHandle.Get(), &found) ||
-                   !IsOlder(found, seconds)) {
+                   SecondsSince(found.ftLastWriteTime) < seconds) {
             return;
         } else {
             file.bytes = std::uint64_t{found.nFileSizeHigh} << 32 | found.nFileSizeLow;

@@ -13,7 +13,7 @@
 namespace {
 
 bool IsFolderName(const std::wstring& name) {
-    const GString wanted = FromWide(name.data(), static_cast<long>(name.size()));
+    const GString wanted = FromWide(name);
     GString valid = wanted;
     GPathName::CreateValidFileName(valid, -1, '_');
     return valid == wanted;

@@ -40,16 +40,11 @@ GString GetKeyPath(InstallRecord::Kind kind) {
     return GString(cRecordKey) + GString(GetLeaf(kind));
 }
 
-// As it is: what is recorded must be found again under its own name.
-GString TextOf(const std::wstring& wide) {
-    return NameFromWide(wide.data(), static_cast<long>(wide.size()));
-}
-
 }  // namespace
 
 void InstallRecord::Add(Kind kind, const std::wstring& name, const std::wstring& detail) {
     PRegistryKey key = MachineKey::Make(GetKeyPath(kind));
-    if (!key.SetString(TextOf(name), TextOf(detail), PRegistryData::cString))
+    if (!key.SetString(NameFromWide(name), NameFromWide(detail), PRegistryData::cString))
         throw Failure(L"The registry does not take the record of '" + name + L"'.");
 }
 
@@ -57,7 +52,7 @@ void InstallRecord::Remove(Kind kind, const std::wstring& name) {
     const GString path = GetKeyPath(kind);
     if (!MachineKey::Open(path).Exists()) return;
     if (PRegistryKey key = MachineKey::Make(path);
-        !key.RemoveValue(TextOf(name)) && !MachineKey::IsMissing(key))
+        !key.RemoveValue(NameFromWide(name)) && !MachineKey::IsMissing(key))
         throw SystemFailure(L"Removing the record of '" + name + L"'",
                             static_cast<unsigned long>(key.GetStatus()));
     for (const GString& key : {path, GString(cRecordKey), GString(cProductKey), GString(cCompanyKey)}) {
@@ -68,13 +63,14 @@ void InstallRecord::Remove(Kind kind, const std::wstring& name) {
 bool InstallRecord::Contains(Kind kind, const std::wstring& name) {
     unsigned long type = 0;
     GString detail;
-    return MachineKey::Open(GetKeyPath(kind)).QueryString(TextOf(name), detail, ULONG_MAX, type);
+    return MachineKey::Open(GetKeyPath(kind)).QueryString(NameFromWide(name), detail, ULONG_MAX, type);
 }
 
 std::wstring InstallRecord::GetDetail(Kind kind, const std::wstring& name) {
     unsigned long type = 0;
     GString detail;
-    const bool found = MachineKey::Open(GetKeyPath(kind)).QueryString(TextOf(name), detail, ULONG_MAX, type);
+    const bool found =
+        MachineKey::Open(GetKeyPath(kind)).QueryString(NameFromWide(name), detail, ULONG_MAX, type);
     return found ? std::wstring(AsWide(detail)) : std::wstring();
 }
 

@@ -9,6 +9,7 @@
 #include "tools/console/Console.h"
 #include "tools/machine/Failure.h"
 #include "tools/machine/JobComments.h"
+#include "tools/machine/SecondsSince.h"
 #include "tools/quillonctl/Status.h"
 
 namespace {
@@ -35,16 +36,6 @@ bool ForEach(const std::wstring& folder, Wanted wanted, Take take) {
         if (IsWanted(entry, wanted)) take(entry);
     } while (::FindNextFileW(search.Get(), &entry));
     return ::GetLastError() == ERROR_NO_MORE_FILES;
-}
-
-long long SecondsSince(const FILETIME& time) {
-    constexpr long long cTicksInSecond = 10000000;
-    FILETIME now{};
-    ::GetSystemTimeAsFileTime(&now);
-    const auto ticks = [](const FILETIME& moment) {
-        return static_cast<long long>(std::uint64_t{moment.dwHighDateTime} << 32 | moment.dwLowDateTime);
-    };
-    return std::max((ticks(now) - ticks(time)) / cTicksInSecond, 0LL);
 }
 
 void AddJobs(JobList& list, const std::wstring& user, const std::wstring& printer) {

@@ -16,7 +16,7 @@
 namespace {
 
 GPathName PathOf(const std::wstring& native) {
-    return GPathName::FromNative(NameFromWide(native.data(), static_cast<long>(native.size())));
+    return GPathName::FromNative(NameFromWide(native));
 }
 
 std::wstring NativeOf(const GPathName& path) {

@@ -27,8 +27,7 @@ void Say(const std::wstring& text) {
 /// Where the file of a page must come: as the monitor puts it together, but in the spooler's folder.
 struct Place {
     explicit Place(const TestPage& page) {
-        const JobPath path(FromWide(page.printer.data(), static_cast<long>(page.printer.size())),
-                           FromWide(page.title.data(), static_cast<long>(page.title.size())));
+        const JobPath path(FromWide(page.printer), FromWide(page.title));
         folder = SpoolerHost::GetJobFolder();
         for (const GString& name : path.GetFolders()) folder += AsStandard(name) + L'\\';
         stem = AsStandard(path.GetFileName());

@@ -1,24 +1,16 @@
 #include "tools/quillonctl/PrintQueue.h"
 
-#include <algorithm>
-
 #include "platform/win32/base/PWin32ScopedHandle.h"
+#include "tools/machine/SecondsSince.h"
 #include "tools/quillonctl/SpoolerList.h"
 
 #include <winspool.h>
 
 namespace {
 
-long long GetSecondsSince(const SYSTEMTIME& time) {
-    constexpr long long cTicksInSecond = 10000000;
-    FILETIME then{};
-    FILETIME now{};
-    if (!::SystemTimeToFileTime(&time, &then)) return 0;
-    ::GetSystemTimeAsFileTime(&now);
-    const auto ticks = [](const FILETIME& moment) {
-        return static_cast<long long>(std::uint64_t{moment.dwHighDateTime} << 32 | moment.dwLowDateTime);
-    };
-    return std::max((ticks(now) - ticks(then)) / cTicksInSecond, 0LL);
+long long GetAge(const JOB_INFO_2W& job) {
+    FILETIME submitted{};
+    return ::SystemTimeToFileTime(&job.Submitted, &submitted) ? SecondsSince(submitted) : 0;
 }
 
 }  // namespace
@@ -38,7 +30,7 @@ std::vector<QueuedJob> PrintQueue::GetJobs(const std::wstring& printer) {
         // What is printed and kept on the printer's wish waits for nothing.
         if ((record.Status & (JOB_STATUS_PRINTED | JOB_STATUS_DELETED)) != 0) continue;
         jobs.push_back({record.JobId, TextOrEmpty(record.pDocument), TextOrEmpty(record.pUserName),
-                        Describe(record.Status), GetSecondsSince(record.Submitted)});
+                        Describe(record.Status), GetAge(record)});
     }
     return jobs;
 }

@@ -24,12 +24,8 @@ constexpr const char* cText =
     "#ENDDICT\r\n"
     "#ENDPREFS\r\n";
 
-GString TextOf(const std::wstring& wide) {
-    return NameFromWide(wide.data(), static_cast<long>(wide.size()));
-}
-
 GPathName PathOf(const std::wstring& native) {
-    return GPathName::FromNative(TextOf(native));
+    return GPathName::FromNative(NameFromWide(native));
 }
 
 // What an administrator makes is often his own, and the monitor does not trust single users.
@@ -45,7 +41,7 @@ void GiveToAdministrators(std::wstring path) {
 
 bool LogsJobs(const GTrustedFolder& folder) {
     GFileInStream stream(
-        GSharedObject<GFile>(folder.OpenToRead(TextOf(TraceSwitch::cConfiguration)).release()));
+        GSharedObject<GFile>(folder.OpenToRead(NameFromWide(TraceSwitch::cConfiguration)).release()));
     GTraceSettings settings;
     settings.Read(stream);
     return settings.GetNeedsLogging("Job");
@@ -61,7 +57,7 @@ bool TraceSwitch::On(const std::wstring& folder) {
     const GTrustedFolder trusted(PathOf(folder), true);
     const std::wstring path = folder + L'\\' + cConfiguration;
     const bool isOn = GFileSystem::TryFileExists(PathOf(path)) && LogsJobs(trusted);
-    if (!isOn) trusted.OpenEmpty(TextOf(cConfiguration))->Write(cText);
+    if (!isOn) trusted.OpenEmpty(NameFromWide(cConfiguration))->Write(cText);
     GiveToAdministrators(folder);
     GiveToAdministrators(path);
     return !isOn;
