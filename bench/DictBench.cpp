@@ -41,8 +41,10 @@ struct Pair {
 };
 
 template <class K>
-void MeasureLookUps(const std::string& what, const std::vector<std::unique_ptr<Pair<K>>>& pairs,
-                    std::vector<K> Pair<K>::*wanted) {
+using Pairs = std::vector<std::unique_ptr<Pair<K>>>;
+
+template <class K>
+void MeasureLookUps(const std::string& what, const Pairs<K>& pairs, std::vector<K> Pair<K>::*wanted) {
     const std::size_t keys = (pairs[0].get()->*wanted).size();
     // Often enough for the clock to see it.
     const int walks = static_cast<int>(1 + 10000 / keys);
@@ -90,7 +92,7 @@ template <class Maker>
 void Compare(const std::string& kind, std::size_t count, Maker make) {
     using K = typename decltype(make(count))::value_type;
     // Where the few keys of a small dictionary lie is luck: several of them even it out.
-    std::vector<std::unique_ptr<Pair<K>>> pairs;
+    Pairs<K> pairs;
     for (std::size_t i = 0; i < 1 + 100 / count; ++i)
         pairs.push_back(std::make_unique<Pair<K>>(make(count), make(count)));
     MeasureLookUps(kind + ", hit", pairs, &Pair<K>::hits);

@@ -14,13 +14,7 @@ namespace {
 /// A page of a printer, measured in its own dots, with lengths given in points (1/72 inch).
 class PrinterCanvas {
 public:
-    explicit PrinterCanvas(const std::wstring& printer)
-        : mDC(::CreateDCW(L"WINSPOOL", printer.c_str(), nullptr, nullptr)) {
-        if (mDC == nullptr) throw SystemFailure(L"Opening the printer '" + printer + L"'");
-        mDotsPerInch = ::GetDeviceCaps(mDC, LOGPIXELSY);
-        mWidth = ::GetDeviceCaps(mDC, HORZRES);
-        mHeight = ::GetDeviceCaps(mDC, VERTRES);
-    }
+    explicit PrinterCanvas(const std::wstring& printer) : mDC(Open(printer)) {}
     PrinterCanvas(const PrinterCanvas&) = delete;
     PrinterCanvas& operator=(const PrinterCanvas&) = delete;
     ~PrinterCanvas() {
@@ -88,10 +82,16 @@ public:
     }
 
 private:
-    HDC mDC;
-    int mDotsPerInch = 0;
-    int mWidth = 0;
-    int mHeight = 0;
+    static HDC Open(const std::wstring& printer) {
+        const HDC canvas = ::CreateDCW(L"WINSPOOL", printer.c_str(), nullptr, nullptr);
+        if (canvas == nullptr) throw SystemFailure(L"Opening the printer '" + printer + L"'");
+        return canvas;
+    }
+
+    const HDC mDC;
+    const int mDotsPerInch = ::GetDeviceCaps(mDC, LOGPIXELSY);
+    const int mWidth = ::GetDeviceCaps(mDC, HORZRES);
+    const int mHeight = ::GetDeviceCaps(mDC, VERTRES);
     bool mInDocument = false;
 };
 
