@@ -28,7 +28,8 @@ public:
     }
     GString GetProcessName(long processID) override {
         if (!mWorld.mProcessesKnown) throw GSimpleException(GExceptionID::cUNIXSystemError);
-        return IsProcessRunning(processID) ? GString("PrinterProcessorWin.exe") : GString();
+        if (!IsProcessRunning(processID)) return GString();
+        return GString(processID == cOtherProgram ? "printerprocessorwin.exe" : "PrinterProcessorWin.exe");
     }
 
 private:

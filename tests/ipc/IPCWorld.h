@@ -13,6 +13,8 @@
 /// Sessions 0 and 1 and the global name space are there on every system that the tests run on.
 class IPCWorld {
 public:
+    static constexpr long cOtherProgram = 9000;
+
     IPCWorld();
     ~IPCWorld();
     IPCWorld(const IPCWorld&) = delete;
@@ -20,7 +22,8 @@ public:
 
     /// Puts this world in place of the machine's own; again after the framework's end, which takes it away.
     void Install();
-    /// From now on this process is `processID`, runs in `session`, and is alive.
+    /// From now on this process is `processID`, runs in `session`, and is alive. Each is a processing
+    /// application, but for cOtherProgram.
     void ActAs(long processID, long session);
     void Kill(long processID) { mRunning.erase(processID); }
     /// From now on the system tells nothing about processes (GExceptionID::cUNIXSystemError), or tells again.

@@ -40,9 +40,9 @@ TEST_F(GPPIPCManagerDeliveryTest, WaitsForAMessageSentOnceToBeTakenLookingMoreAn
 
 TEST_F(GPPIPCManagerDeliveryTest, TellsManyBeforeItWaitsOnceForAll) {
     std::vector<std::unique_ptr<Application>> listeners;
-    for (std::int32_t id = 400; id < 450; ++id) {
+    for (long id = 400; id < 450; ++id)
         listeners.push_back(std::make_unique<Application>(mWorld, id, id % 2));
-    }
+    const auto isWanted = [](std::int32_t processID) { return processID >= 400; };
     for (const auto& [idle, sleeps] : {std::pair<std::size_t, std::size_t>{5, 18}, {0, 3}}) {
         std::size_t told = 0;
         const auto tickFrom = [&](std::size_t first) {
@@ -54,7 +54,7 @@ TEST_F(GPPIPCManagerDeliveryTest, TellsManyBeforeItWaitsOnceForAll) {
             if (count == 3) tickFrom(first);
         };
         mMonitor.Act();
-        const auto result = mMonitor.mManager->SendOnceRaw([](std::int32_t) { return true; }, cType, BufferOf("job"));
+        const auto result = mMonitor.mManager->SendOnceRaw(isWanted, cType, BufferOf("job"));
         EXPECT_EQ(result.mReached, 50);
         EXPECT_EQ(result.mFailed, 0);
         EXPECT_EQ(mSleep.mSleeps.size(), sleeps);

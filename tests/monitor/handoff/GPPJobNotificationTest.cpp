@@ -33,11 +33,14 @@ TEST_F(GPPJobNotificationTest, TellsEveryApplicationThatListensOfEveryJob) {
     EXPECT_FALSE(Notify()) << "nobody is there";
     mWorld.ActAs(400, 1);  // there, but it does not listen
     EXPECT_FALSE(Notify());
+    Receiver own(mWorld, cMonitor), other(mWorld, IPCWorld::cOtherProgram);
+    EXPECT_FALSE(Notify()) << "only itself and a program of another name listen";
     Receiver first(mWorld, 200), second(mWorld, 300);
     for (const bool known : {true, false, true}) {
         mWorld.SetProcessesKnown(known);
         EXPECT_EQ(ThrownBy([&] { EXPECT_EQ(Notify(), known) << "who runs is not known"; }), 0);
         for (Receiver* each : {&first, &second}) EXPECT_EQ(each->Tick().size(), known ? 1u : 0u);
+        for (Receiver* each : {&own, &other}) EXPECT_EQ(each->Tick().size(), 0u);
     }
     mWorld.Kill(200);
     EXPECT_TRUE(Notify());
