@@ -35,10 +35,8 @@ TEST(JobPathRules, BelowAFolderCountsWholeNamesInWhateverCase) {
 }
 
 TEST(JobFileName, TellsWhatHasBecomeOfAJob) {
-    const struct {
-        const wchar_t *path, *title, *marked;
-        bool isPending, isWaiting;
-    } rows[] = {
+    // A path, its title, its name when marked, and whether it is pending and waiting.
+    const std::tuple<const wchar_t*, const wchar_t*, const wchar_t*, bool, bool> rows[] = {
         {L"Letter.ps", L"Letter", L"Letter (taken 7-1).ps", true, false},
         {L"C:\\a.b\\Q3.5.PS", L"Q3.5", L"C:\\a.b\\Q3.5 (taken 7-1).PS", true, false},
         {L"a (waiting 47-11).ps", L"a", L"a (taken 7-1).ps", true, true},

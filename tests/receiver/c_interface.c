@@ -40,29 +40,19 @@ static int count_files(const wchar_t *pattern) {
     return count;
 }
 
-static void remove_folder(void) {
-    wchar_t path[MAX_PATH];
-    WIN32_FIND_DATAW entry;
-    swprintf(path, MAX_PATH, L"%ls\\anna\\Proof\\*", folder);
-    HANDLE entries = FindFirstFileW(path, &entry);
-    if (entries == INVALID_HANDLE_VALUE) return;
-    do swprintf(path, MAX_PATH, L"%ls\\anna\\Proof\\%ls", folder, entry.cFileName), DeleteFileW(path);
-    while (FindNextFileW(entries, &entry));
-    FindClose(entries);
-    for (const wchar_t *const *below = (const wchar_t *[]){L"\\anna\\Proof", L"\\anna", L"", NULL}; *below; ++below)
-        swprintf(path, MAX_PATH, L"%ls%ls", folder, *below), RemoveDirectoryW(path);
+static void run(const wchar_t *command, const wchar_t *below) {
+    wchar_t line[2 * MAX_PATH];
+    swprintf(line, 2 * MAX_PATH, L"%ls \"%ls%ls\"", command, folder, below);
+    CHECK(_wsystem(line), 0);
 }
 
 /* The library finds the spooler's temporary folder where Windows would, and must not yet be asked. */
 static void make_folder(void) {
-    wchar_t below[MAX_PATH];
-    GetTempPathW(MAX_PATH, below);
-    swprintf(folder, MAX_PATH, L"%lsc_interface%lu", below, GetCurrentProcessId());
-    remove_folder();
-    CreateDirectoryW(folder, NULL);
+    wchar_t temporary[MAX_PATH];
+    GetTempPathW(MAX_PATH, temporary);
+    swprintf(folder, MAX_PATH, L"%lsc_interface%lu", temporary, GetCurrentProcessId());
+    run(L"mkdir", L"\\anna\\Proof");
     SetEnvironmentVariableW(L"TMP", folder);
-    swprintf(below, MAX_PATH, L"%ls\\anna", folder), CreateDirectoryW(below, NULL);
-    swprintf(below, MAX_PATH, L"%ls\\anna\\Proof", folder), CreateDirectoryW(below, NULL);
 }
 
 static void refuses_what_makes_no_sense(void) {
@@ -244,7 +234,7 @@ int main(void) {
     CHECK(CoInitializeEx(NULL, COINIT_APARTMENTTHREADED), S_OK);
     /* A process may also end with its receiver open. */
     CHECK(quillon_open(0, &receiver), QUILLON_OK);
-    remove_folder();
+    run(L"rmdir /s /q", L"");
     if (failures == 0) puts("All as it should be.");
     return failures;
 }
