@@ -23,7 +23,7 @@ done
 
 # Ctrl-C leaves what waits, waits for what runs, and leaves that, too, when it comes again.
 printf '%%!PS\n%%%%EOF\n' >"$scratch/job"
-listen queue --json --run "\"$peer\" sleep"
+listen queue --json --run "\"$peer\" wait never"
 for title in first second third; do print_raw "$title" "$scratch/job"; done
 third_waits() {
     ls "$jobs"/third*waiting*.ps

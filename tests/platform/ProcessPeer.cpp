@@ -1,7 +1,7 @@
 // The program that the tests of external processes start. Its first argument says what it does:
-//   exit CODE, wait FILE (exits with the number in FILE as soon as it is there), argv FILE ARGUMENTS...
-//   (writes FILE: each argument as the C run-time library and as the system have taken it apart, in UTF-16,
-//   each with its zero)
+//   exit CODE; wait FILE (exits with the number in FILE as soon as it is there, after a minute with 3);
+//   argv FILE ARGUMENTS... (writes FILE: each argument as the C run-time library and as the system have taken
+//   it apart, in UTF-16, each with its zero)
 #include <cstdlib>
 #include <cwchar>
 #include <string>
@@ -28,13 +28,15 @@ int WriteArguments(int argc, wchar_t** argv) {
 }
 
 int WaitForCode(const wchar_t* path) {
-    for (unsigned code = 0;; ::Sleep(10)) {
+    for (int i = 0; i < 6000; ++i, ::Sleep(10)) {
         std::FILE* const file = ::_wfopen(path, L"rb");
         if (file == nullptr) continue;
+        unsigned code = 0;
         const bool isThere = std::fscanf(file, "%u", &code) == 1;
         std::fclose(file);
         if (isThere) return static_cast<int>(code);
     }
+    return 3;
 }
 
 }  // namespace
