@@ -69,30 +69,23 @@ TEST(GProgress, TellsItsFraction) {
     }
 }
 
-TEST(GetContent, CollectsTheRestOfTheSource) {
-    for (const std::size_t length : {0u, 1u, 102400u, 102401u, 300000u}) {
-        SCOPED_TRACE(length);
-        PieceStream source("head" + Pattern(length), 70000);
-        source.Skip(4);
-        GBuffer content("left over");
-        EXPECT_EQ(GStreamSupport::GetContent(source, content), static_cast<long>(length));
-        EXPECT_EQ(BytesOf(content), Pattern(length));
-    }
-}
-
-TEST(GetContent, StopsAtItsLimit) {
-    const GBuffer data("0123456789");
-    for (const long limit : {11L, 10L, 9L, 0L}) {
-        PieceStream pieces("0123456789", 4);
-        GMemoryInStream memory(data);
-        for (GInStream* source : {static_cast<GInStream*>(&pieces), static_cast<GInStream*>(&memory)}) {
-            SCOPED_TRACE(limit);
-            GBuffer content("as it was");
-            if (limit >= 10) {
-                EXPECT_EQ(GStreamSupport::GetContent(*source, content, limit), 10);
-            } else {
-                EXPECT_EQ(ThrownBy([&] { GStreamSupport::GetContent(*source, content, limit); }), 40160);
-                EXPECT_EQ(BytesOf(content), "as it was");
+TEST(GetContent, CollectsTheRestOfTheSourceOrThrowsWhenItIsMoreThanTheLimit) {
+    for (const long length : {0L, 1L, 102400L, 102401L, 300000L}) {
+        const std::string rest = Pattern(static_cast<std::size_t>(length));
+        const GBuffer data = BufferOf("head" + rest);
+        for (const long limit : {0L, length - 1, length, length + 1, long{GBuffer::cMaxLength}}) {
+            SCOPED_TRACE(testing::Message() << length << ", at most " << limit);
+            if (limit < 0) continue;
+            PieceStream pieces("head" + rest, 70000);
+            GMemoryInStream memory(data);
+            for (GInStream* source : {static_cast<GInStream*>(&pieces), static_cast<GInStream*>(&memory)}) {
+                source->Skip(4);
+                GBuffer content("as it was");
+                const auto get = [&] {
+                    EXPECT_EQ(GStreamSupport::GetContent(*source, content, limit), length);
+                };
+                EXPECT_EQ(ThrownBy(get), length > limit ? 40160 : 0);
+                EXPECT_EQ(BytesOf(content), length > limit ? "as it was" : rest);
             }
         }
     }
