@@ -7,6 +7,8 @@
 #include "framework/core/bytes/GBuffer.h"
 #include "framework/core/errors/GException.h"
 #include "framework/core/errors/GExceptionLocation.h"
+#include "framework/files/GFileOpenMode.h"
+#include "framework/files/GFileSystem.h"
 
 namespace {
 
@@ -36,6 +38,7 @@ GFile::~GFile() = default;
 
 void GFile::Open(long mode) {
     Close();
+    if ((mode & GFileOpenMode::cCreate) != 0) GFileSystem::CreateParentFolder(GetPathName());
     mImp->Open(mode);
 }
 

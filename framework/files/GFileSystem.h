@@ -85,6 +85,8 @@ public:
     /// Makes the folder and its missing parents; one that is there already is fine, a file in the way
     /// is not.
     static void CreateFolder(const GPathName& path);
+    /// The folder that is to hold `path`, as CreateFolder(); a path that names none needs none.
+    static void CreateParentFolder(const GPathName& path);
     static void RemoveFile(const GPathName& path);  ///< a missing file is a failure
     /// Removes an empty folder.
     static void RemoveFolderOnly(const GPathName& path);

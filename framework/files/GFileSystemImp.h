@@ -22,7 +22,6 @@ concept GFileSystemImp = requires(const GPathName& path, bool flag, const GDateT
     { Imp::GetApplicationPath() } -> std::same_as<GPathName>;
     Imp::CreateFile(path, flag);  // in a folder that exists; flag: a file that is there is a failure
     Imp::CreateFolder(path);      // with missing parents
-    Imp::CreateParentFolder(path);
     Imp::RemoveFile(path);
     Imp::RemoveFolderOnly(path);
     Imp::MoveFile(path, path);  // never replaces, like the next two

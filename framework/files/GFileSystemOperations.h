@@ -38,13 +38,18 @@ long GFileSystemBase<Imp>::GetVolumeType(const GPathName& path) {
 
 template <class Imp>
 void GFileSystemBase<Imp>::CreateFile(const GPathName& path, GTypeEnums::Types, bool mustBeNew) {
-    Imp::CreateParentFolder(path);
+    CreateParentFolder(path);
     Imp::CreateFile(path, mustBeNew);
 }
 
 template <class Imp>
 void GFileSystemBase<Imp>::CreateFolder(const GPathName& path) {
     Imp::CreateFolder(path);
+}
+
+template <class Imp>
+void GFileSystemBase<Imp>::CreateParentFolder(const GPathName& path) {
+    if (path.HasLeaf() && path.HasBranch()) Imp::CreateFolder(path.GetBranch());
 }
 
 template <class Imp>

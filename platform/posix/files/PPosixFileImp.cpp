@@ -30,7 +30,6 @@ int FlagsOf(long mode) {
 
 void PPosixFileImp::Open(long mode) {
     Close();
-    if ((mode & GFileOpenMode::cCreate) != 0) PPosixFileSystemImp::CreateParentFolder(mPath);
     // A folder can be opened for reading here, but is not a file.
     if (PPosixFileSystemImp::FolderExists(mPath)) ThrowPosixFailure(EISDIR, mPath);
     mDescriptor = ::open(AsPosixPath(mPath).c_str(), FlagsOf(mode), 0666);

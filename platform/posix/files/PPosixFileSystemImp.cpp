@@ -162,12 +162,6 @@ void PPosixFileSystemImp::CreateFolder(const GPathName& path) {
     if (error && !FolderExists(path)) ThrowPosixFailure(error.value(), path);
 }
 
-void PPosixFileSystemImp::CreateParentFolder(const GPathName& path) {
-    if (!path.HasLeaf()) return;
-    const GPathName folder = path.GetBranch();
-    if (!folder.IsEmpty()) CreateFolder(folder);
-}
-
 void PPosixFileSystemImp::RemoveFile(const GPathName& path) {
     if (::unlink(AsPosixPath(path).c_str()) != 0) ThrowPosixFailure(errno, path);
 }

@@ -7,7 +7,6 @@
 #include "framework/files/GFileOpenMode.h"
 #include "platform/win32/core/PWin32SystemException.h"
 #include "platform/win32/core/PWin32Wide.h"
-#include "platform/win32/files/PWin32FileSystemImp.h"
 
 #include "platform/win32/base/PWin32Api.h"
 
@@ -51,7 +50,6 @@ DWORD AttributesFor(const wchar_t* path) {
 
 void PWin32FileImp::Open(long mode) {
     Close();
-    if (mode & GFileOpenMode::cCreate) PWin32FileSystemImp::CreateParentFolder(mPath);
     const GString apiPath = mPath.GetWin32APIPathString();
     const DWORD through = mode & GFileOpenMode::cWriteThrough ? FILE_FLAG_WRITE_THROUGH : 0;
     // Should the path lead to a pipe, its server learns who this is but may not act as it.

@@ -181,12 +181,6 @@ void PWin32FileSystemImp::CreateFolder(const GPathName& path) {
     if (count < 1) Throw(ERROR_PATH_NOT_FOUND, path);  // a root that is not there
 }
 
-void PWin32FileSystemImp::CreateParentFolder(const GPathName& path) {
-    if (!path.HasLeaf()) return;
-    const GPathName folder = path.GetBranch();
-    if (!folder.IsEmpty()) CreateFolder(folder);
-}
-
 void PWin32FileSystemImp::RemoveFile(const GPathName& path) {
     Check(::DeleteFileW(AsWide(path.GetWin32APIPathString())), path);
 }

@@ -33,8 +33,6 @@ public:
     /// Makes the file, whose folders exist; an existing one is fine unless `mustBeNew`.
     static void CreateFile(const GPathName& path, bool mustBeNew);
     static void CreateFolder(const GPathName& path);
-    /// The folder that is to hold `path`; a path without one needs none.
-    static void CreateParentFolder(const GPathName& path);
     static void RemoveFile(const GPathName& path);
     static void RemoveFolderOnly(const GPathName& path);
     /// `from` becomes `to`; across volumes for files only. What exists at `to` is not replaced.
