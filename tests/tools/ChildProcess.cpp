@@ -11,12 +11,6 @@ PWin32ScopedHandle<PWin32FileHandle> OpenInheritable(const std::wstring& path) {
                                                               CREATE_ALWAYS, 0, nullptr));
 }
 
-std::wstring GetOwnFolder() {
-    std::wstring path(4096, L'\0');
-    path.resize(::GetModuleFileNameW(nullptr, path.data(), static_cast<DWORD>(path.size())));
-    return path.substr(0, path.find_last_of(L'\\') + 1);
-}
-
 }  // namespace
 
 ChildProcess::ChildProcess(const std::wstring& commandLine, const std::wstring& outputPath,
@@ -29,9 +23,9 @@ ChildProcess::ChildProcess(const std::wstring& commandLine, const std::wstring& 
     startup.hStdOutput = output.Get();
     startup.hStdError = error.Get();
     PROCESS_INFORMATION process{};
-    const std::wstring program = GetOwnFolder() + commandLine.substr(0, commandLine.find(L' '));
     std::wstring line = commandLine;
-    if (::CreateProcessW(program.c_str(), line.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr, &startup,
+    // A program without a path is looked for beside this one first.
+    if (::CreateProcessW(nullptr, line.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr, &startup,
                          &process)) {
         const PWin32ScopedHandle<PWin32KernelHandle> thread(process.hThread);
         mProcess.Reset(process.hProcess);

@@ -1,45 +1,32 @@
 #include "tools/console/Console.h"
 
-#include "platform/win32/base/PWin32Api.h"
-#include "platform/win32/base/PWin32ScopedHandle.h"
-#include "tests/Testing.h"
-#include "tests/files/TestFolder.h"
+#include "tests/WindowsTesting.h"
 #include "tools/machine/Failure.h"
 
 namespace {
 
-/// The process's standard output goes to a file while it exists.
-class OutputToFile {
-public:
-    explicit OutputToFile(const std::wstring& path, DWORD access = GENERIC_WRITE)
-        : mBefore(::GetStdHandle(STD_OUTPUT_HANDLE)),
-          mFile(::CreateFileW(path.c_str(), access, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, OPEN_ALWAYS,
-                              0, nullptr)) {
-        ::SetStdHandle(STD_OUTPUT_HANDLE, mFile.Get());
-    }
-    ~OutputToFile() { ::SetStdHandle(STD_OUTPUT_HANDLE, mBefore); }
+using FileHandle = PWin32ScopedHandle<PWin32FileHandle>;
 
-private:
-    HANDLE mBefore;
-    PWin32ScopedHandle<PWin32FileHandle> mFile;
-};
+/// What `write` tells while the process's standard output goes to a file.
+bool WriteTo(const std::wstring& path, DWORD access, const std::function<bool()>& write) {
+    constexpr DWORD cShare = FILE_SHARE_READ | FILE_SHARE_WRITE;
+    const FileHandle file(::CreateFileW(path.c_str(), access, cShare, nullptr, OPEN_ALWAYS, 0, nullptr));
+    const HANDLE before = ::GetStdHandle(STD_OUTPUT_HANDLE);
+    ::SetStdHandle(STD_OUTPUT_HANDLE, file.Get());
+    const bool isDone = write();
+    ::SetStdHandle(STD_OUTPUT_HANDLE, before);
+    return isDone;
+}
 
 TEST(Console, WritesUTF8WithBareLineFeedsToAFileAndTellsWhenItCannot) {
     const TestFolder folder;
     const std::wstring path = folder.Standard("out");
     const std::wstring beyondABlock(3'000'001, L'x');
-    bool written = false, refused = false;
-    {
-        const OutputToFile output(path);
-        written = Console::Write(L"K\u00F6ln \u20AC \U0001F600\n") && Console::Write(L"") &&
-                  Console::Write(beyondABlock);
-    }
-    {
-        const OutputToFile output(path, GENERIC_READ);
-        refused = !Console::Write(L"x");
-    }
-    EXPECT_TRUE(written);
-    EXPECT_TRUE(refused);
+    EXPECT_TRUE(WriteTo(path, GENERIC_WRITE, [&] {
+        return Console::Write(L"K\u00F6ln \u20AC \U0001F600\n") && Console::Write(L"") &&
+               Console::Write(beyondABlock);
+    }));
+    EXPECT_FALSE(WriteTo(path, GENERIC_READ, [] { return Console::Write(L"x"); }));
     EXPECT_EQ(folder.Take("out"), "K\u00F6ln \u20AC \U0001F600\n" + std::string(3'000'001, 'x'));
 }
 

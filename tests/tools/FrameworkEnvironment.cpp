@@ -7,12 +7,9 @@
 namespace {
 
 /// The framework runs during all tests of this program.
-class FrameworkEnvironment : public testing::Environment {
-public:
+struct FrameworkEnvironment : testing::Environment {
     void SetUp() override { mFramework.emplace(); }
     void TearDown() override { mFramework.reset(); }
-
-private:
     std::optional<GFrameworkScope> mFramework;
 };
 

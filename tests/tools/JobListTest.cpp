@@ -1,7 +1,6 @@
 #include "tools/quillonctl/JobList.h"
 
-#include <gmock/gmock.h>
-
+#include "tests/Testing.h"
 #include "tests/files/TestFolder.h"
 #include "tools/console/Console.h"
 #include "tools/machine/Failure.h"
@@ -21,16 +20,10 @@ TEST(JobList, FindsTheJobFilesOfAllUsersAndPrinters) {
     std::filesystem::last_write_time(folder.Standard("anna/Proof/Letter.ps"), old);
     const JobList list = JobList::Gather(folder.Standard("").wstring());
     ASSERT_EQ(list.jobs.size(), 3u);
-    const JobEntry& oldest = list.jobs.back();
-    EXPECT_EQ(std::tie(oldest.user, oldest.printer, oldest.fileName),
-              std::make_tuple(L"anna", L"Proof", L"Letter.ps"));
-    EXPECT_EQ(oldest.bytes, 48u);
-    EXPECT_EQ(oldest.age / 3600, 50);
-    ASSERT_TRUE(oldest.comments);
-    EXPECT_EQ(oldest.comments->pages, 2);
-    EXPECT_EQ(oldest.comments->copies, 3);
-    EXPECT_TRUE(oldest.comments->isComplete);
-    EXPECT_EQ(list.closedFolders, 0);
+    EXPECT_EQ(list.jobs.back().fileName, L"Letter.ps");
+    EXPECT_EQ(list.jobs.back().age / 3600, 50);
+    EXPECT_THAT(ToUTF8(list.Format()),
+                testing::EndsWith("\n2 d  48 bytes  2      3       complete    anna  Proof    A\n"));
     EXPECT_THROW(JobList::Gather(folder.Standard("missing").wstring() + L'\\'), Failure);
 }
 

@@ -1,9 +1,6 @@
 #include "tools/quillonctl/LibraryFile.h"
 
-#include "platform/win32/base/PWin32Api.h"
-#include "platform/win32/base/PWin32ScopedHandle.h"
-#include "tests/Testing.h"
-#include "tests/files/TestFolder.h"
+#include "tests/WindowsTesting.h"
 #include "tools/console/Console.h"
 #include "tools/machine/Failure.h"
 
@@ -15,15 +12,12 @@ struct LibraryFileTest : testing::Test {
 
 TEST_F(LibraryFileTest, ComparesContentOverBlockEdges) {
     const std::string block(65536, 'x');
-    const std::vector<std::string> contents = {"",    "a",   "abc",       "abcd",
-                                               "abd", block, block + "a", block + "b"};
-    for (std::size_t i = 0; i < contents.size(); ++i) {
-        for (std::size_t j = 0; j < contents.size(); ++j) {
-            const std::wstring one = mFolder.Put("one", contents[i]);
-            const std::wstring other = mFolder.Put("other", contents[j]);
-            EXPECT_EQ(LibraryFile::HaveSameContent(one, other), i == j) << i << " and " << j;
-        }
-    }
+    const std::string contents[] = {"", "a", "abc", "abcd", "abd", block, block + "a", block + "b"};
+    for (const std::string& mine : contents)
+        for (const std::string& yours : contents)
+            EXPECT_EQ(LibraryFile::HaveSameContent(mFolder.Put("one", mine), mFolder.Put("other", yours)),
+                      mine == yours)
+                << mine.substr(0, 9) << " and " << yours.substr(0, 9);
 }
 
 TEST_F(LibraryFileTest, AMissingFileHasNoContent) {
@@ -37,9 +31,8 @@ TEST_F(LibraryFileTest, AMissingFileHasNoContent) {
 }
 
 TEST_F(LibraryFileTest, CopyingReplacesNothing) {
-    const std::wstring source = mFolder.Put("source", "new");
     const std::wstring target = mFolder.Put("target", "old");
-    EXPECT_THROW(LibraryFile::Copy(source, target), Failure);
+    EXPECT_THROW(LibraryFile::Copy(mFolder.Put("source", "new"), target), Failure);
     EXPECT_EQ(mFolder.Take("target"), "old");
 }
 
@@ -57,19 +50,20 @@ TEST_F(LibraryFileTest, MovesAsideToAFreeNameAndBack) {
 }
 
 TEST_F(LibraryFileTest, RemovingAnOpenFileOrALoadedLibraryFreesItsNameOrLeavesItAsItIs) {
-    for (const DWORD share : {DWORD{FILE_SHARE_READ}, DWORD{FILE_SHARE_READ | FILE_SHARE_DELETE}}) {
-        const std::wstring path = mFolder.Put("a.dll", "x");
-        const PWin32ScopedHandle<PWin32FileHandle> reader(
+    const std::wstring path = mFolder.Put("a.dll", "x");
+    const auto open = [&](DWORD share) {
+        return PWin32ScopedHandle<PWin32FileHandle>(
             ::CreateFileW(path.c_str(), GENERIC_READ, share, nullptr, OPEN_EXISTING, 0, nullptr));
-        ASSERT_TRUE(reader);
-        if (share == FILE_SHARE_READ) {
-            EXPECT_THROW(LibraryFile::Remove(path), Failure);
-            EXPECT_EQ(mFolder.Take("a.dll"), "x");
-        } else {
-            LibraryFile::Remove(path);
-            EXPECT_FALSE(LibraryFile::Exists(path));
-        }
+    };
+    {
+        const auto reader = open(FILE_SHARE_READ);
+        EXPECT_THROW(LibraryFile::Remove(path), Failure);
+        EXPECT_EQ(mFolder.Take("a.dll"), "x");
     }
+    const auto reader = open(FILE_SHARE_READ | FILE_SHARE_DELETE);
+    ASSERT_TRUE(reader);
+    LibraryFile::Remove(path);
+    EXPECT_FALSE(LibraryFile::Exists(path));
 }
 
 // As the spooler has it loaded when an installation fails after its library was registered.

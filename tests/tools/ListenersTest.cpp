@@ -1,8 +1,6 @@
 #include "tools/quillonctl/Listeners.h"
 
-#include "platform/win32/base/PWin32Api.h"
-#include "platform/win32/base/PWin32ScopedHandle.h"
-#include "tests/Testing.h"
+#include "tests/WindowsTesting.h"
 #include "tests/ipc/RawSegment.h"
 #include "tools/console/Console.h"
 #include "tools/quillonctl/MessagingCheck.h"
@@ -64,9 +62,7 @@ TEST(Listeners, AProcessIsListedOnceUnderItsOwnSession) {
         {"session 0 itself", {{-1, 10, 5}, {0, 10, 5}}, {{0, 10}}},
         {"the shared one alone", {{-1, 10, 5}}, {{-1, 10}}},
         {"twice in one registry", {{1, 10, 5}, {1, 10, 6}}, {{1, 10}}},
-        {"three processes",
-         {{0, 30, 1}, {0, 10, 2}, {0, 20, 3}, {1, 10, 4}, {2, 20, 5}},
-         {{0, 30}, {1, 10}, {2, 20}}}};
+        {"three", {{0, 30, 1}, {0, 10, 2}, {0, 20, 3}, {1, 10, 4}, {2, 20, 5}}, {{0, 30}, {1, 10}, {2, 20}}}};
     for (const auto& [what, registrations, expected] : rows) {
         Found found;
         for (const Listener& listener : Listeners::Merge(registrations))

@@ -9,18 +9,16 @@ using testing::ElementsAre;
 using Log = std::vector<std::wstring>;
 
 struct RollbackTest : testing::Test {
-    Rollback::Reporter Report() {
-        return [this](const std::wstring& text) { mLog.push_back(text); };
-    }
     Rollback::Action Note(const wchar_t* text) {
         return [this, text] { mLog.push_back(text); };
     }
     Log mLog;
+    const Rollback::Reporter mReport = [this](const std::wstring& text) { mLog.push_back(text); };
 };
 
 TEST_F(RollbackTest, AFailureTakesTheStepsBackNewestFirstAndNamesWhatCannotBe) {
     try {
-        Rollback rollback(Report());
+        Rollback rollback(mReport);
         rollback.AddUndo(L"the first", Note(L"undo 1"));
         rollback.AddUndo(L"the second", [] { throw Failure(L"In use."); });
         rollback.AddCompletion(Note(L"completion"));
@@ -35,7 +33,7 @@ TEST_F(RollbackTest, AFailureTakesTheStepsBackNewestFirstAndNamesWhatCannotBe) {
 
 TEST_F(RollbackTest, CommittingKeepsTheStepsAndCompletesThemInOrder) {
     {
-        Rollback rollback(Report());
+        Rollback rollback(mReport);
         rollback.AddUndo(L"it", Note(L"undo"));
         rollback.AddCompletion(Note(L"completion 1"));
         rollback.AddCompletion([] { throw Failure(L"No space."); });

@@ -1,9 +1,6 @@
 // What doctor, clean and trace do on a disk.
 #include "framework/core/errors/GException.h"
-#include "platform/win32/base/PWin32Api.h"
-#include "platform/win32/base/PWin32ScopedHandle.h"
-#include "tests/Testing.h"
-#include "tests/files/TestFolder.h"
+#include "tests/WindowsTesting.h"
 #include "tools/console/Console.h"
 #include "tools/machine/Failure.h"
 #include "tools/quillonctl/Cleaning.h"
@@ -17,7 +14,6 @@ namespace fs = std::filesystem;
 using FileHandle = PWin32ScopedHandle<PWin32FileHandle>;
 
 struct UpkeepTest : testing::Test {
-    void MakeFolder(const std::string& relative) const { fs::create_directories(mFolder.Standard(relative)); }
     /// A file that was written 50 hours ago.
     std::wstring PutOld(const std::string& relative, const std::string& bytes = "x") const {
         const fs::path path = mFolder.Put(relative, bytes);
@@ -40,11 +36,10 @@ std::vector<std::string> NamesIn(const Cleaning& cleaning, const std::wstring& s
 }
 
 TEST_F(UpkeepTest, CleaningRemovesOldJobFilesOfItsPrintersAlone) {
-    for (const char* name :
-         {"anna/Proof", "anna/Other", "anna (set aside 1)/Proof", "bob/proof", "bob/elsewhere"})
-        MakeFolder(name);
+    for (const char* name : {"anna/Proof", "anna/Other", "anna (set aside 1)/Proof", "bob/proof",
+                             "bob/elsewhere", "e\u0301/Caf\u00E9"})
+        fs::create_directories(mFolder.Standard(name));
     PutOld("anna/Proof/old.ps", std::string(2048, 'x'));
-    MakeFolder("e\u0301/Caf\u00E9");
     PutOld("e\u0301/Caf\u00E9/e\u0301.ps");
     mFolder.Put("anna/Proof/new.ps", "x");
     const std::wstring written = PutOld("bob/proof/written.ps");
@@ -71,7 +66,8 @@ TEST_F(UpkeepTest, CleaningRemovesOldJobFilesOfItsPrintersAlone) {
     const Cleaning done = Cleaning::Run(GetStart(), printers, cTwoDays, false);
     EXPECT_EQ(NamesIn(done, GetStart()), expected);
     EXPECT_TRUE(done.IsDone()) << "what is in use is no failure";
-    EXPECT_FALSE(mFolder.Has("anna/Proof/old.ps"));
+    for (const char* name : {"anna/Proof/old.ps", "e\u0301/Caf\u00E9/e\u0301.ps"})
+        EXPECT_FALSE(mFolder.Has(name)) << name;
     for (const char* name :
          {"anna/Proof/new.ps", "anna/Proof/notes.txt", "anna/Other/old.ps", "bob/proof/written.ps",
           "bob/proof/held.ps", "bob/proof/twice.ps", "bob/old.ps", "anna (set aside 1)/Proof/old.ps"})
@@ -104,9 +100,8 @@ TEST_F(UpkeepTest, TheTraceLogIsSwitchedWhereTheMonitorLooks) {
 }
 
 TEST_F(UpkeepTest, ALoadedLibraryIsComparedWithTheDisk) {
-    const std::wstring delivered = LibraryFile::GetDeliveredPath();
     const std::wstring path = mFolder.Standard("QuillonPortMonitor64.dll");
-    LibraryFile::Copy(delivered, path);
+    LibraryFile::Copy(LibraryFile::GetDeliveredPath(), path);
     const PWin32ScopedHandle<PWin32ModuleHandle> module(
         ::LoadLibraryExW(path.c_str(), nullptr, DONT_RESOLVE_DLL_REFERENCES));
     ASSERT_TRUE(module);
