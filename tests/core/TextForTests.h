@@ -3,6 +3,7 @@
 #include <initializer_list>
 
 #include "framework/core/bytes/GBuffer.h"
+#include "framework/core/bytes/GCharCode.h"
 #include "framework/core/encodings/GUnicodeEncoding.h"
 #include "framework/core/text/GString.h"
 #include "tests/Testing.h"
@@ -20,6 +21,14 @@ inline GBuffer BufferOf(std::u16string_view units) {
 inline std::string BytesOf(const GBuffer& buffer) {
     return std::string(reinterpret_cast<const char*>(buffer.GetRawData()),
                        static_cast<std::size_t>(buffer.GetLength()));
+}
+
+inline GCharCode CodeOf(std::string_view bytes) {
+    return GCharCode(reinterpret_cast<const unsigned char*>(bytes.data()), static_cast<long>(bytes.size()));
+}
+
+inline GCharCode CodeOf(std::u16string_view units) {
+    return GCharCode(reinterpret_cast<const unsigned short*>(units.data()), static_cast<long>(units.size()));
 }
 
 /// A UTF-16 string of exactly these units.

@@ -4,11 +4,6 @@
 
 namespace {
 
-GCharCode CodeOf(const char* text) {
-    return GCharCode(reinterpret_cast<const unsigned char*>(text),
-                     static_cast<long>(std::string(text).size()));
-}
-
 std::string BytesOf(const GCharCode& code) {
     return ::BytesOf(GBuffer() += code);
 }
@@ -19,8 +14,7 @@ TEST(GCharCode, HoldsBytesOrUnits) {
     EXPECT_TRUE(GCharCode().IsEmpty());
     EXPECT_EQ(BytesOf(GCharCode(static_cast<unsigned char>('A'))), "A");
     EXPECT_EQ(BytesOf(GCharCode(static_cast<unsigned short>(0x4241))), "AB");
-    const unsigned short units[] = {0x0066, 0x0069};
-    GCharCode ligature(units, 2);
+    GCharCode ligature = CodeOf(u"fi");
     EXPECT_EQ(ligature.GetLength(), 4);
     EXPECT_EQ(ligature.GetUnitCount(), 2);
     for (const auto& [index, unit, byte] :
@@ -46,10 +40,8 @@ TEST(GCharCode, LeavesOutWhatDoesNotFit) {
 
 TEST(GCharCode, ComparesByBytes) {
     const GCharCode shorter = CodeOf("ab"), longer = CodeOf("abc"), greater = CodeOf("b");
-    EXPECT_TRUE(shorter == CodeOf("ab"));
-    EXPECT_FALSE(shorter == longer);
-    EXPECT_TRUE(shorter < longer && longer < greater);
-    EXPECT_FALSE(greater < shorter || shorter < shorter);
+    EXPECT_TRUE(shorter == CodeOf("ab") && shorter < longer && longer < greater);
+    EXPECT_FALSE(shorter == longer || greater < shorter || shorter < shorter);
     EXPECT_EQ(longer.GetHash(), GBuffer("abc").GetHash());
     EXPECT_EQ(CodeOf("A").GetHash(), 0x51u);
 }

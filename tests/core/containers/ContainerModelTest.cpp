@@ -31,8 +31,8 @@ public:
 
     void Run(long operations) {
         for (long i = 0; i < operations && !testing::Test::HasFatalFailure(); ++i) {
-            if (mWalkers.empty() || (mWalkers.size() < 4 && mRandom.Below(4) == 0))
-                mWalkers.emplace_back(mTable);
+            if (mWalkers.empty()) mWalkers.emplace_back(mTable);
+            if (mWalkers.size() < 4 && mRandom.Below(4) == 0) mWalkers.push_back(mWalkers.back());
             ChangeOnce(mRandom.Below(GetCount() + 4) - 2);  // also outside
             for (const Walker& walker : mWalkers) Check(walker);
             if (i % 16 == 0) CheckElements();
@@ -42,6 +42,11 @@ public:
 private:
     struct Walker {
         explicit Walker(GTable<GBuffer>& table) : iterator(table) {}
+        void Reset() {
+            iterator.Reset();
+            index = 0;
+            isAtElement = forward = false;
+        }
         GTableIterator<GBuffer> iterator;
         long index = 0;  // of the element, or of the one behind the gap
         bool isAtElement = false;
@@ -53,12 +58,14 @@ private:
     void ChangeOnce(long position) {
         const auto chosen = std::next(mWalkers.begin(), mRandom.Below(static_cast<long>(mWalkers.size())));
         Walker& walker = *chosen;
-        const long choice = mRandom.Below(8);
+        const long choice = mRandom.Below(10);
         if (choice < 2) return Insert(position);
         if (choice == 2) return Remove(position, 1);
         if (choice == 3) return Remove(position, GetCount() > 25 ? 20 : mRandom.Below(5) - 1);
         if (choice == 4) return Stand(walker, position, position >= 0, walker.iterator.SetPosition(position));
         if (choice == 5) return static_cast<void>(mWalkers.erase(chosen));
+        if (choice == 8) return static_cast<void>(mWalkers.front() = walker);
+        if (choice == 9) return Exchange(walker);
         if (choice == 6)
             return Stand(walker, walker.index + (walker.isAtElement ? 1 : 0), true, walker.iterator.Next());
         Stand(walker, walker.index - 1, false, walker.iterator.Previous());
@@ -85,6 +92,20 @@ private:
             if (behind >= 0 && behind < count) walker.isAtElement = false;
             walker.index -= std::clamp(behind, 0L, count);
         }
+    }
+
+    // Iterators go with their elements; they start anew in a table that gets others.
+    void Exchange(Walker& walker) {
+        GTable<GBuffer> other;
+        mTable.Swap(other);
+        for (const Walker& each : mWalkers) Check(each);
+        mTable.Swap(other);
+        walker.Reset();
+        if (mRandom.Below(4) != 0) return;
+        GTable<GBuffer> taken(std::move(mTable));
+        if (mRandom.Below(2) == 0) mTable = taken;
+        if (mTable.IsEmpty()) mTable = std::move(taken);
+        for (Walker& each : mWalkers) each.index = 0, each.isAtElement = each.forward = false;
     }
 
     // At an element that was met, or before the first or behind the last.
@@ -135,7 +156,7 @@ public:
             ChangeOnce(mRandom.Below(keyLimit));
             for (const Walk& walk : mWalks) CheckPlace(walk);
             if (i % 1000 == 0) Compare(keyLimit);
-            if (i % 50000 == 49999) Clear();
+            if (i % 25000 == 24999) Clear();
         }
         for (Walk& walk : mWalks) Finish(walk);
     }
@@ -187,6 +208,7 @@ private:
 
     void StartWalk() {
         if (mWalks.size() > 4) Finish(mWalks.front()), mWalks.pop_front();
+        if (!mWalks.empty() && mRandom.Below(3) == 0) return mWalks.push_back(mWalks.back());
         mWalks.emplace_back(mDict);
         for (const auto& [number, value] : mModel) mWalks.back().stillToMeet.insert(number);
     }
@@ -224,11 +246,11 @@ private:
         ASSERT_TRUE(copy == mDict);
     }
 
+    // Walks go on behind what was cleared, and start anew where other entries come in.
     void Clear() {
-        for (Walk& walk : mWalks) Finish(walk);
-        mWalks.clear();
         mRandom.Below(2) == 0 ? mDict.Clear() : static_cast<void>(mDict = GDict<K, long>());
         mModel.clear();
+        for (Walk& walk : mWalks) walk.stillToMeet.clear(), walk.met.clear(), walk.current = -1;
     }
 
     Random mRandom;

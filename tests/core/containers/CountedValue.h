@@ -25,7 +25,6 @@ public:
         --sAlive;
     }
     bool operator==(const CountedValue& other) const { return mNumber == other.mNumber; }
-    bool operator<(const CountedValue& other) const { return mNumber < other.mNumber; }
     /// Few different hashes, so that keys meet.
     std::uint32_t GetHash() const { return static_cast<std::uint32_t>(mNumber % 5); }
 

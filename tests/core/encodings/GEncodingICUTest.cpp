@@ -193,19 +193,6 @@ TEST(GEncodingICU, EveryPairOfBaseAndMarkComposesAlike) {
     EXPECT_EQ(composed, 928 + 11172) << "the pairs of the table and the Hangul syllables";
 }
 
-TEST(GEncodingICU, EveryDecomposedCharacterComesBack) {
-    for (UChar32 unit = 0; unit < 0x10000; ++unit) {
-        UErrorCode status = U_ZERO_ERROR;
-        char16_t parts[32];
-        const int32_t count = unorm2_getDecomposition(GetNormalizer(), unit, parts, 32, &status);
-        const std::u16string original(1, static_cast<char16_t>(unit));
-        // Characters that normal form C excludes do not come back there, either.
-        if (count < 2 || Normalize(original) != original) continue;
-        GBuffer text = BufferOf(std::u16string_view(parts, static_cast<std::size_t>(count)));
-        ASSERT_EQ(Plain(Unicode()->EnsureComposedUnicode(text)), original) << std::hex << unit;
-    }
-}
-
 // The tables are those of Unicode 14; the peer may know characters of a later version.
 bool IsKnownHere(UChar32 unit) {
     UVersionInfo age;

@@ -1,4 +1,3 @@
-#include "framework/core/bytes/GCharCode.h"
 #include "framework/core/errors/GException.h"
 #include "tests/core/encodings/EncodingForTests.h"
 
@@ -36,10 +35,8 @@ TEST(GEncoding, SingleBytesAndTheirCharacters) {
          u"\u2212\u2030\u201E\u201C\u201D\u2018\u2019\u201A\u2122"},
         {PDFDoc(), "\x93\x94\x95\x96\x97\x98\x99\x9A\x9B\x9C\x9D\x9E\xA0",
          u"\uFB01\uFB02\u0141\u0152\u0160\u0178\u017D\u0131\u0142\u0153\u0161\u017E\u20AC"}};
-    for (const auto& [encoding, bytes, units] : rows) {
+    for (const auto& [encoding, bytes, units] : rows)
         EXPECT_EQ(Read(encoding, bytes), (Conversion{units, 1}));
-        EXPECT_EQ(Write(encoding, units), (Written{bytes, 1}));
-    }
     for (int code = 0x20; code < 0x100; ++code) {
         if (code >= 0x7F && (code <= 0xA0 || code == 0xAD)) continue;
         EXPECT_EQ(Write(PDFDoc(), std::u16string(1, static_cast<char16_t>(code))).bytes,
@@ -73,7 +70,6 @@ TEST(GEncoding, EveryMappedByteComesBackAndControlCodesStandForThemselves) {
     // What each has, the control codes included.
     const GSimpleEncoding *expert = MacExpert(), *document = PDFDoc();
     for (const auto& [encoding, codes] : {std::pair(expert, 32 + 165), {document, 24 + 229}}) {
-        SCOPED_TRACE(BytesOf(encoding->GetASCIIDescription()));
         int count = 0;
         for (int code = 0; code < 256; ++code) {
             if (!encoding->HasMapping(static_cast<unsigned char>(code))) continue;
@@ -81,9 +77,7 @@ TEST(GEncoding, EveryMappedByteComesBackAndControlCodesStandForThemselves) {
             const std::string byte(1, static_cast<char>(code));
             const Conversion read = Read(encoding, byte);
             EXPECT_EQ(Write(encoding, read.units), (Written{byte, 1})) << code;
-            if (code < 0x18) {
-                EXPECT_EQ(read.units[0], code);
-            }
+            EXPECT_TRUE(code >= 0x18 || read.units[0] == code) << code;
         }
         EXPECT_EQ(count, codes);
     }
@@ -105,37 +99,10 @@ TEST(GEncoding, ASpecialElementIsFoundAtEveryPlaceOfALongText) {
                 const Conversion read = Read(encoding, text);
                 EXPECT_EQ(read.units, std::u16string(before, 'x') + units + std::u16string(after, 'y'));
                 EXPECT_EQ(read.result, result);
-                if (units != u"@") {
-                    EXPECT_EQ(Write(encoding, read.units).bytes, text);
-                }
+                EXPECT_TRUE(units == u"@" || Write(encoding, read.units).bytes == text);
             }
         }
     }
-}
-
-TEST(GEncoding, ANullSourceOrTargetGivesNothing) {
-    for (const GEncoding* target :
-         std::initializer_list<const GEncoding*>{ASCII(), UTF8(), Unicode(), WinAnsi()})
-        EXPECT_EQ(Write(target, GBuffer("abc"), nullptr), (Written{"", 1}));
-    GBuffer out("old");
-    const GWinAnsiEncoding* none = nullptr;
-    EXPECT_EQ(ASCII()->ConvertTo(GBuffer("abc"), none, out), 1);
-    EXPECT_TRUE(out.IsEmpty());
-}
-
-TEST(GEncoding, ASourceHandsOverToItsTarget) {
-    const GBuffer bytes = BufferOf("\x80\xC4"sv);  // euro, A with two dots
-    const GEncoding* source = WinAnsi();
-    const auto convert = [&](const auto* target) {
-        GBuffer out;
-        const long result = source->ConvertTo(bytes, target, out);
-        return Written{BytesOf(out), result};
-    };
-    EXPECT_EQ(convert(PDFDoc()), (Written{"\xA0\xC4", 1}));
-    EXPECT_EQ(convert(MacRoman()), (Written{"@\x80", 2}));
-    EXPECT_EQ(convert(ASCII()), (Written{"@@", 2}));
-    EXPECT_EQ(convert(WinAnsi()), (Written{"\x80\xC4", 1}));
-    EXPECT_EQ(convert(static_cast<const GCustomEncoding*>(MacRoman())), (Written{"@\x80", 2}));
 }
 
 TEST(GEncoding, TheWorseResultOfTheTwoStepsIsReported) {
@@ -144,16 +111,31 @@ TEST(GEncoding, TheWorseResultOfTheTwoStepsIsReported) {
         {ASCII(), UTF8(), "ab\xC3\xA9\xFF", {"ab@", 4}},
         {WinAnsi(), Unicode(), "a\0b"s, {"a", 4}},
         {ASCII(), WinAnsi(), "\x81", {"@", 2}},
+        {PDFDoc(), WinAnsi(), "\x80\xC4", {"\xA0\xC4", 1}},  // euro, A with two dots
+        {MacRoman(), WinAnsi(), "\x80\xC4", {"@\x80", 2}},
+        {ASCII(), WinAnsi(), "\x80\xC4", {"@@", 2}},
+        {WinAnsi(), WinAnsi(), "\x80\xC4", {"\x80\xC4", 1}},
         {UTF8(), WinAnsi(), "a\x81", {"a@", 2}},
         // Nothing becomes UTF-8 of invalid input, nor of an odd byte of UTF-16.
         {UTF8(), UTF8(), "a\xFF", {"", 4}},
-        {UTF8(), Unicode(), "a\0b"s, {"", 4}}};
+        {UTF8(), Unicode(), "a\0b"s, {"", 4}},
+        {ASCII(), nullptr, "abc", {"", 1}},
+        {UTF8(), nullptr, "abc", {"", 1}},
+        {Unicode(), nullptr, "abc", {"", 1}},
+        {WinAnsi(), nullptr, "abc", {"", 1}}};
     for (const auto& [target, source, bytes, written] : rows) {
         EXPECT_EQ(Write(target, BufferOf(bytes), source), written) << bytes;
         GBuffer text = BufferOf(bytes);  // the output may be the input
         target->ConvertFrom(text, source, text);
         EXPECT_EQ(BytesOf(text), written.bytes);
     }
+    // A source may hand over to any of its targets, or to none.
+    GBuffer out("old");
+    const GCustomEncoding* const custom = MacRoman();
+    EXPECT_EQ(WinAnsi()->ConvertTo(BufferOf("\x80\xC4"sv), custom, out), 2);
+    EXPECT_EQ(BytesOf(out), "@\x80");
+    EXPECT_EQ(ASCII()->ConvertTo(out, static_cast<const GWinAnsiEncoding*>(nullptr), out), 1);
+    EXPECT_TRUE(out.IsEmpty());
 }
 
 // The input is not read: it need not be there.
@@ -169,16 +151,11 @@ TEST(GEncoding, ATextThatWouldBecomeTooLongIsRefused) {
 
 TEST(GEncoding, LengthOfAZeroTerminatedText) {
     const auto* text = reinterpret_cast<const unsigned char*>("ab\0cd\0\0\0");
-    EXPECT_EQ(WinAnsi()->GetLength(text), 2);
-    EXPECT_EQ(UTF8()->GetLength(text), 2);
+    EXPECT_EQ(WinAnsi()->GetLength(text) + UTF8()->GetLength(text), 2 + 2);
     EXPECT_EQ(Unicode()->GetLength(text), 6);
     EXPECT_EQ(Unicode()->GetLength(text + 1), 4) << "not aligned";
     EXPECT_EQ(ASCII()->GetLength(nullptr), 0);
     EXPECT_EQ(Unicode()->GetLength(nullptr), 0);
-}
-
-GCharCode CodeOf(std::string_view bytes) {
-    return GCharCode(reinterpret_cast<const unsigned char*>(bytes.data()), static_cast<long>(bytes.size()));
 }
 
 TEST(GEncoding, GlyphNamesAndCodes) {
@@ -204,8 +181,8 @@ TEST(GEncoding, GlyphNamesAndCodes) {
     EXPECT_FALSE(WinAnsi()->GetGlyphName(CodeOf("\x0A"), name)) << "a control code has no glyph";
     EXPECT_FALSE(ASCII()->GetGlyphName(CodeOf("\x80"), name));
     GCharCode code;
-    EXPECT_FALSE(ASCII()->GetCharCode(GBuffer("Euro"), code));
-    EXPECT_FALSE(ShiftJIS()->GetCharCode(GBuffer("Euro"), code));
+    for (const GEncoding* without : std::initializer_list<const GEncoding*>{ASCII(), ShiftJIS()})
+        EXPECT_FALSE(without->GetCharCode(GBuffer("Euro"), code));
     EXPECT_FALSE(WinAnsi()->GetCharCode(GBuffer(), code));
 }
 

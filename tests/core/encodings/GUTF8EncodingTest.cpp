@@ -7,24 +7,17 @@ namespace {
 // The rules for reading, one character at a time.
 Conversion ReadSlowly(std::string_view bytes) {
     Conversion read{u"", bytes.find('\0') == bytes.npos ? 1 : 2};
-    for (std::size_t i = 0; i < bytes.size();) {
-        const auto at = [&](std::size_t place) {
-            return place < bytes.size() ? static_cast<unsigned char>(bytes[place]) : 0u;
-        };
-        const bool hasSecond = (at(i + 1) & 0xC0) == 0x80;
-        if (at(i) < 0x80) {
-            read.units += static_cast<char16_t>(at(i));
-            i += 1;
-        } else if ((at(i) & 0xE0) == 0xC0 && hasSecond) {
-            read.units += static_cast<char16_t>((at(i) & 0x1F) << 6 | (at(i + 1) & 0x3F));
-            i += 2;
-        } else if ((at(i) & 0xF0) == 0xE0 && hasSecond && (at(i + 2) & 0xC0) == 0x80) {
-            read.units +=
-                static_cast<char16_t>((at(i) & 0x0F) << 12 | (at(i + 1) & 0x3F) << 6 | (at(i + 2) & 0x3F));
-            i += 3;
-        } else {
-            return {read.units, 4};
+    while (!bytes.empty()) {
+        const auto lead = static_cast<unsigned char>(bytes[0]);
+        const std::size_t length = lead < 0x80 ? 1 : lead < 0xC0 ? 0 : lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : 0;
+        if (length == 0 || bytes.size() < length) return {read.units, 4};
+        unsigned unit = lead & (length == 1 ? 0x7Fu : 0x3Fu >> (length - 1));
+        for (const char next : bytes.substr(1, length - 1)) {
+            if ((next & 0xC0) != 0x80) return {read.units, 4};
+            unit = unit << 6 | (next & 0x3F);
         }
+        read.units += static_cast<char16_t>(unit);
+        bytes.remove_prefix(length);
     }
     return read;
 }
@@ -50,9 +43,7 @@ TEST(GUTF8Encoding, MixturesOfAllKindsFollowTheRules) {
         if (i % 2 == 0) text.insert(random() % (text.size() + 1), faults[random() % std::size(faults)]);
         const Conversion read = Read(UTF8(), text);
         ASSERT_EQ(read, ReadSlowly(text)) << testing::PrintToString(text);
-        if (i % 2 != 0) {
-            ASSERT_EQ(Write(UTF8(), read.units).bytes, text);
-        }
+        ASSERT_TRUE(i % 2 == 0 || Write(UTF8(), read.units).bytes == text);
     }
 }
 

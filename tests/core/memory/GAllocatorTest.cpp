@@ -1,7 +1,6 @@
 #include "framework/core/memory/GAllocator.h"
 
 #include <atomic>
-#include <condition_variable>
 #include <mutex>
 #include <set>
 
@@ -186,22 +185,14 @@ TEST(GAllocator, WhatTheSystemCannotGiveThrows) {
 
 TEST(GAllocator, WhatAThreadKeepsGoesBackOnDemandAndAtItsEnd) {
     GAllocator allocator;
-    // By a condition: a wait for an atomic or a latch is now and then not woken with the product's compiler.
-    std::mutex mutex;
-    std::condition_variable changed;
-    int step = 0;
-    const auto reach = [&](int next) {
-        const std::lock_guard lock(mutex);
-        step = next;
-        changed.notify_all();
-    };
+    // Polled: a wait for an atomic or a latch is now and then not woken with the product's compiler.
+    std::atomic<int> step{0};
     const auto wait = [&](int wanted) {
-        std::unique_lock lock(mutex);
-        changed.wait(lock, [&] { return step >= wanted; });
+        while (step < wanted) std::this_thread::yield();
     };
     std::thread idle([&] {
         allocator.Free(allocator.Allocate(40), 40);
-        reach(1);
+        step = 1;
         wait(2);
         allocator.Free(allocator.Allocate(40), 40);
     });
@@ -210,7 +201,7 @@ TEST(GAllocator, WhatAThreadKeepsGoesBackOnDemandAndAtItsEnd) {
     allocator.ReleaseFreeLists();
     const long kept = PMemory::FenceAllThreads() ? 0 : 1;
     EXPECT_EQ(allocator.GetChunkCount(), kept) << "of a thread that lives";
-    reach(2);
+    step = 2;
     idle.join();
     EXPECT_EQ(allocator.GetChunkCount(), 1);
     allocator.ReleaseFreeLists();

@@ -2,7 +2,7 @@
 
 #include "framework/core/memory/GRefCount.h"
 #include "framework/core/memory/GSmartPtr.h"
-#include "tests/Testing.h"
+#include "tests/core/ExpectValue.h"
 
 namespace {
 
@@ -39,44 +39,26 @@ TYPED_TEST_SUITE(CountedPointer, Kinds);
 
 }  // namespace
 
-TYPED_TEST(CountedPointer, TheLastOneDeletes) {
-    using Thing = Object<typename TypeParam::Counted>;
-    int alive = 0;
-    {
-        typename TypeParam::template Pointer<Thing> first(new Thing(alive));
-        EXPECT_EQ(first->GetRefCount(), 1);
-        auto second = first;
-        EXPECT_EQ(first->GetRefCount(), 2);
-        const auto third = std::move(second);
-        EXPECT_EQ(first->GetRefCount(), 2);
-        EXPECT_FALSE(second);
-        EXPECT_EQ(third.Get(), first.Get());
-        EXPECT_TRUE(third == first);
-        first.Reset();
-        EXPECT_EQ(alive, 1);
-        EXPECT_TRUE(first == nullptr);
-        EXPECT_EQ((*third).GetRefCount(), 1);
-    }
-    EXPECT_EQ(alive, 0);
-}
-
-TYPED_TEST(CountedPointer, AssignsItselfAndOthers) {
+TYPED_TEST(CountedPointer, IsAValueAndTheLastOneDeletes) {
     using Thing = Object<typename TypeParam::Counted>;
     using Pointer = typename TypeParam::template Pointer<Thing>;
     int alive = 0;
-    Pointer pointer(new Thing(alive));
-    const Pointer& self = pointer;
-    pointer = self;
-    EXPECT_EQ(pointer->GetRefCount(), 1);
-    pointer = pointer.Get();
-    EXPECT_EQ(pointer->GetRefCount(), 1);
-    pointer = new Thing(alive);
-    EXPECT_EQ(alive, 1);
-    Pointer other(new Thing(alive));
-    other.Swap(pointer);
-    EXPECT_EQ(alive, 2);
-    pointer = nullptr;
-    other = Pointer();
+    {
+        Pointer first(new Thing(alive)), other(new Thing(alive));
+        ExpectValue(first, other);
+        EXPECT_EQ(first->GetRefCount(), 1);
+        const Pointer second = first;
+        first = first.Get();
+        EXPECT_EQ((*second).GetRefCount(), 2);
+        EXPECT_EQ(second.Get(), first.Get());
+        first = new Thing(alive);
+        EXPECT_EQ(second->GetRefCount(), 1);
+        EXPECT_EQ(alive, 3);
+        first.Reset();
+        other = nullptr;
+        EXPECT_TRUE(first == nullptr && !other);
+        EXPECT_EQ(alive, 1);
+    }
     EXPECT_EQ(alive, 0);
 }
 
