@@ -3,14 +3,13 @@
 #include <cctype>
 
 #include "framework/core/containers/GDictUtil.h"
+#include "framework/core/containers/GTable.h"
 #include "framework/core/encodings/GUTF8Encoding.h"
-#include "framework/core/text/GStringSupport.h"
 #include "tests/core/TextForTests.h"
 
 namespace {
 
 using Operation = void (*)(GBuffer&);
-using Fields = std::vector<std::string>;
 
 std::string After(Operation operation, std::string_view bytes) {
     GBuffer buffer = BufferOf(bytes);
@@ -33,45 +32,30 @@ std::string AfterWide(Operation operation, std::string_view text) {
     return narrow;
 }
 
-// Each row is a text and what an operation makes of it.
-using Rewritings = std::initializer_list<std::string_view>;
-
-void ExpectInBytes(Operation operation, Rewritings rows) {
-    for (const std::string_view row : rows) {
-        const auto [text, result] = CellsOf<2>(row);
-        EXPECT_EQ(After(operation, text), result) << row;
-    }
+// Each row is a text and what an operation makes of it in bytes, and in units where there is one for them.
+void ExpectRewritten(Operation narrow, Operation wide, std::initializer_list<std::string_view> rows) {
+    ForEachRow<2>(rows, [&](auto text, auto result) {
+        EXPECT_EQ(After(narrow, text), result);
+        EXPECT_EQ(wide == nullptr ? result : AfterWide(wide, text), result);
+    });
 }
 
-void ExpectInBytesAndUnits(Operation narrow, Operation wide, Rewritings rows) {
-    ExpectInBytes(narrow, rows);
-    for (const std::string_view row : rows) {
-        const auto [text, result] = CellsOf<2>(row);
-        EXPECT_EQ(AfterWide(wide, text), result) << row;
-    }
+// Each with a ';' behind it.
+std::string Shown(const GTable<GBuffer>& fields) {
+    std::string shown;
+    for (const GBuffer& field : fields) shown += BytesOf(field) + ";";
+    return shown;
 }
 
-GTable<GBuffer> TableOf(const Fields& fields) {
-    GTable<GBuffer> table;
-    for (const std::string& field : fields) table.Append(BufferOf(field));
-    return table;
-}
-
-Fields FieldsOf(const GTable<GBuffer>& table) {
-    Fields fields;
-    for (const GBuffer& field : table) fields.push_back(BytesOf(field));
-    return fields;
-}
-
-Fields SplitOf(const GBuffer& merged) {
-    GTable<GBuffer> split = TableOf({"from before"});
+GTable<GBuffer> SplitOf(const GBuffer& merged) {
+    GTable<GBuffer> split{"from before"};
     GBufferSupport::SplitSeparatedBuffer(merged, split);
-    return FieldsOf(split);
+    return split;
 }
 
-GBuffer MergedOf(const Fields& fields) {
+GBuffer MergedOf(const GTable<GBuffer>& fields) {
     GBuffer merged("from before");
-    GBufferSupport::MergeIntoSeparatedBuffer(TableOf(fields), merged);
+    GBufferSupport::MergeIntoSeparatedBuffer(fields, merged);
     return merged;
 }
 
@@ -86,9 +70,9 @@ std::string RandomText(std::mt19937& random, std::string_view alphabet, unsigned
 TEST(GBufferSupportText, LineEndsBecomeThePlatforms) {
     const Operation narrow = GBufferSupport::ASCIIPlatformLineEndings;
     const Operation wide = GBufferSupport::UniPlatformLineEndings;
-    ExpectInBytesAndUnits(narrow, wide,
-                          {"a\rb\nc\r\nd -> a\r\nb\r\nc\r\nd", "\n\r -> \r\n\r\n", "\r\r\n\n -> \r\n\r\n\r\n",
-                           "\r -> \r\n", "no line end -> no line end", "\0\n\0 -> \0\r\n\0"sv});
+    ExpectRewritten(narrow, wide,
+                    {"a\rb\nc\r\nd -> a\r\nb\r\nc\r\nd", "\n\r -> \r\n\r\n", "\r\r\n\n -> \r\n\r\n\r\n",
+                     "\r -> \r\n", "no line end -> no line end", "\0\n\0 -> \0\r\n\0"sv});
     EXPECT_EQ(AfterUnits(wide, u"\x0D0A\x0A0D"), u"\x0D0A\x0A0D")
         << "a line end's bytes within units are none";
 }
@@ -96,14 +80,13 @@ TEST(GBufferSupportText, LineEndsBecomeThePlatforms) {
 TEST(GBufferSupportText, IsEscapedAndBack) {
     const Operation escape = GBufferSupport::ASCIIReplaceSpecialChars;
     const Operation resolve = GBufferSupport::ASCIIReplaceEscapeCodes;
-    ExpectInBytesAndUnits(
+    ExpectRewritten(
         escape, GBufferSupport::UniReplaceSpecialChars,
         {"a\tb -> a\\tb", "\n -> \\n", "\r -> \\n", "\r\n -> \\n", "\n\r -> \\n", "\n\n -> \\n\\n",
          "\r\n\r\n -> \\n\\n", "\" -> \\\"", "C:\\x -> C:\\\\x", "'\x80\xA5 -> '\x80\xA5", " -> "});
-    ExpectInBytesAndUnits(
-        resolve, GBufferSupport::UniReplaceEscapeCodes,
-        {"a\\tb -> a\tb", "\\n -> \r\n", "\\\"\\' -> \"'", "\\\\n -> \\n", "\\x\\T -> \\x\\T", "a\\ -> a\\",
-         "\x80t\xA5t -> \t\t", "\\\x80t -> \\\x80t", "\\\\\\ -> \\\\", " -> "});
+    ExpectRewritten(resolve, GBufferSupport::UniReplaceEscapeCodes,
+                    {"a\\tb -> a\tb", "\\n -> \r\n", "\\\"\\' -> \"'", "\\\\n -> \\n", "\\x\\T -> \\x\\T",
+                     "a\\ -> a\\", "\x80t\xA5t -> \t\t", "\\\x80t -> \\\x80t", "\\\\\\ -> \\\\", " -> "});
     GBuffer odd = BufferOf(u"\t");
     odd += 'x';
     GBufferSupport::UniReplaceSpecialChars(odd);
@@ -131,83 +114,50 @@ TEST(GBufferSupportText, ThePlatformMayEndLinesByOneOrNone) {
     }
 }
 
-TEST(GBufferSupportText, ClassesOfCharactersAreExact) {
-    for (unsigned code = 0; code <= 0xFFFF; ++code) {
-        const auto character = static_cast<unsigned short>(code);
-        ASSERT_EQ(GBufferSupport::IsBackSlashCharacter(character),
-                  code == 0x5C || code == 0x80 || code == 0xA5);
-        ASSERT_EQ(GBufferSupport::IsWhiteSpace(character),
-                  code == 8 || code == 9 || code == 10 || code == 11 || code == 13 || code == 32);
-        ASSERT_EQ(GStringSupport::IsWhiteSpace(character), GBufferSupport::IsWhiteSpace(character));
-    }
-}
-
-TEST(GBufferSupportText, LineEndsBecomeTheDefaultCharacter) {
-    const Operation operation = GBufferSupport::UniReplaceSpecialEndCharsWithDefaultChar;
-    EXPECT_EQ(AfterUnits(operation, u"a\rb\nc\r\nd\n\re\n\nf"), u"a@b@c@d@e@@f");
-    EXPECT_EQ(AfterUnits(operation, u"none"), u"none");
-    GEncoding::SetDefaultCharacter(static_cast<char>(0xA5));
-    EXPECT_EQ(AfterUnits(operation, u"\n"), u"\xFFA5");
-    GEncoding::SetDefaultCharacter('@');
-}
-
 TEST(GBufferSupportLists, SplittingAndJoining) {
-    const std::tuple<const char*, const char*, const char*, Fields, Fields> rows[] = {
-        {"with empty fields", "a,,b,", ",", {"a", "", "b", ""}, {"a", "b"}},
-        {"several separators", "a,b;c", ",;", {"a", "b", "c"}, {"a", "b", "c"}},
-        {"only separators", ",,", ",", {"", "", ""}, {}},
-        {"none in the text", "abc", ",", {"abc"}, {"abc"}},
-        {"no separators", "a,b", "", {"a,b"}, {"a,b"}},
-        {"an empty text", "", ",", {""}, {}},
-        {"a leading separator", ",a", ",", {"", "a"}, {"a"}}};
-    for (const auto& [what, text, separators, kept, dropped] : rows) {
-        SCOPED_TRACE(what);
-        GTable<GBuffer> out = TableOf({"from before"});
-        GBufferSupport::SeparatedBufferToBufferTable(text, separators, out, false);
-        EXPECT_EQ(FieldsOf(out), dropped);
-        GBufferSupport::SeparatedBufferToBufferTable(text, separators, out, true);
-        EXPECT_EQ(FieldsOf(out), kept);
-        GBuffer joined("from before");
-        GBufferSupport::BufferTableToSeparatedBuffer(out, ", ", joined);
-        joined.FindAndReplace(0, GBuffer(", "), GBuffer(","));
-        EXPECT_EQ(BytesOf(joined), separators == ",;"sv ? "a,b,c" : text);
-    }
-    GTable<GBuffer> self = TableOf({"a,b"});
+    // A text, the separators, its fields, and those that are not empty.
+    ForEachRow<4>(
+        {"a,,b, -> , -> a;;b;; -> a;b;", "a,b+c -> ,+ -> a;b;c; -> a;b;c;", ",, -> , -> ;;; -> ",
+         "abc -> , -> abc; -> abc;", "a,b ->  -> a,b; -> a,b;", " -> , -> ; -> ", ",a -> , -> ;a; -> a;"},
+        [](auto text, auto separators, auto kept, auto dropped) {
+            GTable<GBuffer> out{"from before"};
+            const GBuffer bytes = BufferOf(text), marks = BufferOf(separators);
+            GBufferSupport::SeparatedBufferToBufferTable(bytes, marks, out, false);
+            EXPECT_EQ(Shown(out), dropped);
+            GBufferSupport::SeparatedBufferToBufferTable(bytes, marks, out, true);
+            EXPECT_EQ(Shown(out), kept);
+            GBuffer joined("from before");
+            GBufferSupport::BufferTableToSeparatedBuffer(out, ", ", joined);
+            joined.FindAndReplace(0, GBuffer(", "), GBuffer(","));
+            EXPECT_EQ(BytesOf(joined), separators == ",+" ? "a,b,c" : text);
+        });
+    GTable<GBuffer> self{"a,b"};
     GBufferSupport::SeparatedBufferToBufferTable(self[0], ",", self, true);
-    EXPECT_EQ(FieldsOf(self), (Fields{"a", "b"}));
+    EXPECT_EQ(Shown(self), "a;b;");
     GBuffer none("from before");
-    GBufferSupport::BufferTableToSeparatedBuffer(TableOf({}), ",", none);
+    GBufferSupport::BufferTableToSeparatedBuffer({}, ",", none);
     EXPECT_TRUE(none.IsEmpty());
 }
 
 TEST(GBufferSupportLists, TheListThatDescribesItself) {
-    const struct {
-        const char* what;
-        const char* merged;
-        Fields fields;
-        const char* mergedAgain = nullptr;  // where splitting is no exact reverse
-    } rows[] = {{"with special bytes", "#|a#|b|##|", {"a|b", "#", ""}},
-                {"one element", "#|abc", {"abc"}},
-                {"two empty ones", "#||", {"", ""}},
-                {"none", "", {}},
-                {"too short", "#|", {}, ""},
-                {"too short", "#", {}, ""},
-                {"another pair of bytes", "\\,a\\,b,c", {"a,b", "c"}, "#|a,b|c"},
-                {"an escape before an ordinary byte", "#|a#bc", {"abc"}, "#|abc"},
-                {"an escape at the end is dropped", "#|a|b#", {"a", "b"}, "#|a|b"},
-                {"escape and separator are the same byte: the escape wins", "||a|b", {"ab"}, "#|ab"},
-                {"a trailing separator", "#|a|", {"a", ""}}};
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.what);
-        EXPECT_EQ(SplitOf(row.merged), row.fields);
-        EXPECT_EQ(BytesOf(MergedOf(row.fields)), row.mergedAgain != nullptr ? row.mergedAgain : row.merged);
-    }
-    EXPECT_EQ(BytesOf(MergedOf({""})), "#|");
+    // A list, its fields, and the list of those. An escape before an ordinary byte or at the end is dropped;
+    // it wins where the separator is the same byte.
+    ForEachRow<3>(
+        {"#|a#|b|##| -> a|b;#;; -> #|a#|b|##|", "#|abc -> abc; -> #|abc", "#|| -> ;; -> #||", " ->  -> ",
+         "#| ->  -> ", "# ->  -> ", "\\,a\\,b,c -> a,b;c; -> #|a,b|c", "#|a#bc -> abc; -> #|abc",
+         "#|a|b# -> a;b; -> #|a|b", "||a|b -> ab; -> #|ab", "#|a| -> a;; -> #|a|"},
+        [](auto merged, auto fields, auto again) {
+            const GTable<GBuffer> split = SplitOf(BufferOf(merged));
+            EXPECT_EQ(Shown(split), fields);
+            EXPECT_EQ(BytesOf(MergedOf(split)), again);
+        });
+    EXPECT_EQ(BytesOf(MergedOf({GBuffer()})), "#|");
     std::mt19937 random(7);
     for (int round = 0; round < 3000; ++round) {
-        Fields fields(2 + random() % 4);
-        for (std::string& field : fields) field = RandomText(random, "a#|\0"sv, 6);
-        ASSERT_EQ(SplitOf(MergedOf(fields)), fields);
+        GTable<GBuffer> fields;
+        for (unsigned i = 2 + random() % 4; i > 0; --i)
+            fields.Append(BufferOf(RandomText(random, "a#|\0"sv, 6)));
+        ASSERT_TRUE(SplitOf(MergedOf(fields)) == fields);
     }
 }
 
@@ -223,15 +173,16 @@ TEST(GBufferSupportBytes, PascalStrings) {
 }
 
 TEST(GBufferSupportBytes, AreStrippedAndSwapped) {
-    ExpectInBytes(GBufferSupport::StripLeadingWhiteSpace, {" \b\t\n\v\r\fa  -> \fa ", " \t  -> "});
-    ExpectInBytes(GBufferSupport::StripTrailingWhiteSpace, {" a\f\b\t\n\v\r  ->  a\f", " \t  -> "});
-    ExpectInBytes([](GBuffer& text) { GBufferSupport::StripTrailingZeroes(text, false); },
-                  {"a\0\0\0 -> a"sv, "\0\0\0\0 -> "sv, "\0\0ab -> \0\0ab"sv});
-    ExpectInBytes([](GBuffer& text) { GBufferSupport::StripTrailingZeroes(text, true); },
-                  {"ab\0\0 -> ab"sv, "a\0\0\0 -> a\0"sv, "\0\0\0\0 -> "sv, "ab\0 -> ab\0"sv});
-    ExpectInBytes(GBufferSupport::SwapUnicodeBytes, {"abcde -> badce", " -> "});
-    ExpectInBytes(GBufferSupport::SwapBigEndian, {"abcd -> badc"});
-    ExpectInBytes(GBufferSupport::SwapLittleEndian, {"abcd -> abcd"});
+    ExpectRewritten(GBufferSupport::StripLeadingWhiteSpace, nullptr, {" \b\t\n\v\r\fa  -> \fa ", " \t  -> "});
+    ExpectRewritten(GBufferSupport::StripTrailingWhiteSpace, nullptr,
+                    {" a\f\b\t\n\v\r  ->  a\f", " \t  -> "});
+    ExpectRewritten([](GBuffer& text) { GBufferSupport::StripTrailingZeroes(text, false); }, nullptr,
+                    {"a\0\0\0 -> a"sv, "\0\0\0\0 -> "sv, "\0\0ab -> \0\0ab"sv});
+    ExpectRewritten([](GBuffer& text) { GBufferSupport::StripTrailingZeroes(text, true); }, nullptr,
+                    {"ab\0\0 -> ab"sv, "a\0\0\0 -> a\0"sv, "\0\0\0\0 -> "sv, "ab\0 -> ab\0"sv});
+    ExpectRewritten(GBufferSupport::SwapUnicodeBytes, nullptr, {"abcde -> badce", " -> "});
+    ExpectRewritten(GBufferSupport::SwapBigEndian, nullptr, {"abcd -> badc"});
+    ExpectRewritten(GBufferSupport::SwapLittleEndian, nullptr, {"abcd -> abcd"});
     static const char literal[] = "abcd";
     GBuffer borrowed;
     borrowed.SetFromStatic(literal);

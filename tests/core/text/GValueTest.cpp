@@ -33,17 +33,14 @@ TEST(GValue, ConvertsBetweenKinds) {
 }
 
 TEST(GValue, HoldsListsAndDictionaries) {
+    const GTable<GValue> list{GValue(1), GValue(GBuffer("two"))};
     GDict<GBuffer, GValue> dict;
-    dict.Set("list", GValue(GTable<GValue>{GValue(1), GValue(GBuffer("two"))}));
-    const GValue value(dict);
-    EXPECT_EQ(value.GetType(), GValue::cDict);
-    const GValue copy(value);
-    ASSERT_NE(copy.GetDict().Find("list"), nullptr);
-    const GTable<GValue>& inner = copy.GetDict().Find("list")->GetList();
-    ASSERT_EQ(inner.GetCount(), 2);
-    EXPECT_EQ(inner[1].GetBuffer(), "two");
-    EXPECT_EQ(value.GetInteger(), 0);
-    EXPECT_TRUE(value.GetBuffer().IsEmpty());
+    dict.Set("list", GValue(list));
+    const GValue value(dict), copy(value);
+    EXPECT_EQ(copy.GetType(), GValue::cDict);
+    EXPECT_TRUE(copy == value && copy.GetDict() == dict);
+    EXPECT_TRUE(copy.GetDict().Find("list")->GetList() == list);
+    EXPECT_TRUE(value.GetInteger() == 0 && value.GetBuffer().IsEmpty());
 }
 
 TEST(GValue, EqualityNeedsTheSameKind) {
