@@ -76,7 +76,7 @@ TEST(GPathName, CountsComponentsAndCutsBehindThem) {
     }
 }
 
-TEST(GPathName, AppendsBehindOneSlash) {
+TEST(GPathName, AppendsRelativePathsBehindOneSlash) {
     ForEachRow<3>({u"C:/a -> b -> C:/a/b", u"C:/a/ -> b -> C:/a/b", u" -> b -> b", u"a ->  -> a", u" ->  -> ",
                    u"a -> /b -> a//b", u"C: -> x/y -> C:/x/y", u"a -> \U0001F600 -> a/\U0001F600"},
                   [&](auto base, auto component, auto result) {
@@ -90,38 +90,32 @@ TEST(GPathName, AppendsBehindOneSlash) {
     GPathName path = Path(u"a/b");
     path.Append(path.GetPortablePath());
     EXPECT_EQ(Plain(path), u"a/b/a/b");
-}
-
-TEST(GPathName, CombinesWithRelativePathsOnly) {
-    GPathName path = Path(u"C:/a");
-    for (const std::u16string_view other : {u"C:/b", u"C:", u"//srv/x", u"Data:"}) {
-        SCOPED_TRACE(Readable(other));
-        EXPECT_EQ(ThrownBy([&] { path /= Path(other); }), 40066);
-        EXPECT_EQ(ThrownBy([&] { path / Path(other); }), 40066);
-        EXPECT_EQ(Plain(path), u"C:/a");
+    for (const std::u16string_view rooted : {u"C:/b", u"C:", u"//srv/x", u"Data:"}) {
+        EXPECT_EQ(ThrownBy([&] { path /= Path(rooted); }), 40066) << Readable(rooted);
+        EXPECT_EQ(ThrownBy([&] { path / Path(rooted); }), 40066) << Readable(rooted);
+        EXPECT_EQ(Plain(path), u"a/b/a/b");
     }
 }
 
 TEST(GPathName, ReplacesTheLeafOrAPartOfIt) {
-    const auto replaced = [](void (GPathName::*replace)(const GString&), std::u16string_view row) {
-        const auto [text, part, result] = CellsOf<3>(row);
-        GPathName path = Path(text);
-        (path.*replace)(Text(part));
-        EXPECT_EQ(Plain(path), result) << Readable(row);
+    const auto expect = [](void (GPathName::*replace)(const GString&),
+                           std::initializer_list<std::u16string_view> rows) {
+        ForEachRow<3>(rows, [&](auto text, auto part, auto result) {
+            GPathName path = Path(text);
+            (path.*replace)(Text(part));
+            EXPECT_EQ(Plain(path), result);
+        });
     };
-    for (const std::u16string_view row :
-         {u"d/a.txt -> b.c -> d/b.c", u"d/a.txt ->  -> d/", u"d/ -> b -> d/b", u"d/.. -> b -> d/b",
-          u"C: -> b -> C:b", u"//srv -> b -> //srv/b", u"//srv/ -> b -> //srv/b", u" -> b -> b"})
-        replaced(&GPathName::ReplaceLeaf, row);
-    for (const std::u16string_view row :
-         {u"d/a.txt -> b.c -> d/b.c.txt", u"d/a.txt ->  -> d/.txt", u"d.x/a -> b -> d.x/b",
-          u"a.tar.gz -> b -> b.gz", u"d/ -> b -> d/b", u"//srv -> b -> //srv/b", u" -> b -> b"})
-        replaced(&GPathName::ReplaceLeafWithoutExtension, row);
-    for (const std::u16string_view row :
-         {u"d/a.txt -> ps -> d/a.ps", u"d/a.txt -> .ps -> d/a.ps", u"d/a.txt ->  -> d/a",
-          u"d.x/a -> ps -> d.x/a.ps", u"a.tar.gz -> ps -> a.tar.ps", u"d/ -> ps -> d/",
-          u"d/.. -> ps -> d/...ps", u"C: -> ps -> C:", u"//srv -> ps -> //srv", u" -> ps -> "})
-        replaced(&GPathName::ReplaceExtension, row);
+    expect(&GPathName::ReplaceLeaf,
+           {u"d/a.txt -> b.c -> d/b.c", u"d/a.txt ->  -> d/", u"d/ -> b -> d/b", u"d/.. -> b -> d/b",
+            u"C: -> b -> C:b", u"//srv -> b -> //srv/b", u"//srv/ -> b -> //srv/b", u" -> b -> b"});
+    expect(&GPathName::ReplaceLeafWithoutExtension,
+           {u"d/a.txt -> b.c -> d/b.c.txt", u"d/a.txt ->  -> d/.txt", u"d.x/a -> b -> d.x/b",
+            u"a.tar.gz -> b -> b.gz", u"d/ -> b -> d/b", u"//srv -> b -> //srv/b", u" -> b -> b"});
+    expect(&GPathName::ReplaceExtension,
+           {u"d/a.txt -> ps -> d/a.ps", u"d/a.txt -> .ps -> d/a.ps", u"d/a.txt ->  -> d/a",
+            u"d.x/a -> ps -> d.x/a.ps", u"a.tar.gz -> ps -> a.tar.ps", u"d/ -> ps -> d/",
+            u"d/.. -> ps -> d/...ps", u"C: -> ps -> C:", u"//srv -> ps -> //srv", u" -> ps -> "});
 }
 
 TEST(GPathName, NormalizesAsText) {
@@ -169,34 +163,28 @@ TEST(GPathName, StartsWithWholeComponents) {
                   [](auto path, auto start) { EXPECT_FALSE(Path(path).StartsWith(Path(start))); });
 }
 
-TEST(GPathName, ComparesWithoutRegardToCase) {
-    ForEachRow<2>({u"c:/Dir/A.txt -> C:/dir/a.TXT", u"\u00C4 -> \u00E4", u" -> "}, [&](auto a, auto b) {
-        EXPECT_TRUE(Path(a) == Path(b));
-        EXPECT_FALSE(Path(a) != Path(b));
-        EXPECT_EQ(Path(a).GetHash(), Path(b).GetHash());
-    });
-    ForEachRow<2>({u"a -> b", u"a -> a/", u"a -> ", u"C:/a -> C:\\a"}, [&](auto a, auto b) {
-        EXPECT_FALSE(Path(a) == Path(b));
-        EXPECT_TRUE(Path(a) != Path(b));
-        EXPECT_NE(Path(a).GetHash(), Path(b).GetHash());
-    });
-}
-
-TEST(GPathName, HashesAsItsTextInSmallLetters) {
-    std::u16string upper, lower;
+TEST(GPathName, ComparesAndHashesAsItsTextInSmallLetters) {
+    std::u16string upper = u"\u00C4", lower = u"\u00E4";
     for (int i = 0; i < 520; ++i) {
+        ASSERT_TRUE(Path(upper) == Path(lower) && !(Path(upper) != Path(lower))) << i;
         ASSERT_EQ(Path(upper).GetHash(), Text(lower).GetHash()) << i;
         upper += static_cast<char16_t>(u'A' + i % 26);
         lower += static_cast<char16_t>(u'a' + i % 26);
     }
+    EXPECT_EQ(GPathName().GetHash(), GString().GetHash());
+    ForEachRow<2>({u"a -> b", u"a -> a/", u"a -> ", u"C:/a -> C:\\a"}, [&](auto a, auto b) {
+        EXPECT_TRUE(Path(a) != Path(b) && !(Path(a) == Path(b)));
+        EXPECT_NE(Path(a).GetHash(), Path(b).GetHash());
+    });
 }
 
-/// A path that takes no "x", and shouts when it is written for the system.
-class ParticularPath : public GPathName {
+/// A path that only notes what it was to become, and what it was just then, and that shouts in the system's
+/// form.
+class UnwillingPath : public GPathName {
 public:
+    explicit UnwillingPath(std::u16string_view path) : GPathName(Text(path)) {}
     void SetCrossPlatformString(const GString& portable) override {
-        if (portable.FindFirst('x') >= 0) throw GSimpleException(GExceptionID::cInvalidPath);
-        GPathName::SetCrossPlatformString(portable);
+        mWanted = Plain(portable) + u" instead of " + Plain(GetPortablePath());
     }
     void ConvertPortableToWin32(const GString& portable, GString& win32) const override {
         GPathName::ConvertPortableToWin32(portable, win32);
@@ -206,40 +194,18 @@ public:
         GPathName::ConvertWin32ToPortable(win32, portable);
         portable.ToLower();
     }
-};
-
-TEST(GPathName, LeavesRulesToADerivedClass) {
-    ParticularPath path;
-    path.SetWin32PathString(Text(u"C:\\ABC"));
-    EXPECT_EQ(Plain(path), u"c:/abc");
-    EXPECT_EQ(ThrownBy([&] { path.Append(Text(u"x")); }), 40068);
-    EXPECT_EQ(Plain(path), u"c:/abc");
-    EXPECT_EQ(Plain(path.GetWin32APIPathString()), u"C:\\ABC");
-    path.Append(Text(std::u16string(239, u'y')));
-    EXPECT_EQ(Plain(path.GetWin32APIPathString()), u"C:\\ABC\\" + std::u16string(239, u'Y'));
-    path.Append(Text(u"z"));
-    EXPECT_EQ(Plain(path.GetWin32APIPathString()), u"\\\\?\\C:\\ABC\\" + std::u16string(239, u'Y') + u"\\Z");
-}
-
-/// A path that only notes what it was to become, and what it was just then.
-class UnwillingPath : public GPathName {
-public:
-    explicit UnwillingPath(std::u16string_view path) : GPathName(Text(path)) {}
-    void SetCrossPlatformString(const GString& portable) override {
-        mWanted = Plain(portable) + u" instead of " + Plain(GetPortablePath());
-    }
     std::u16string mWanted;
 };
 
-TEST(GPathName, ChangesOnlyThroughItsSetter) {
+TEST(GPathName, ChangesOnlyThroughItsSetterAndIsReadAndWrittenByADerivedClass) {
     const std::tuple<void (*)(GPathName&), const char16_t*> rows[] = {
         {[](GPathName& p) { p.SetPortablePath(Text(u"x")); }, u"x"},
-        {[](GPathName& p) { p.SetWin32PathString(Text(u"x\\y")); }, u"x/y"},
+        {[](GPathName& p) { p.SetWin32PathString(Text(u"X\\y")); }, u"x/y"},
         {[](GPathName& p) { p.SetUNCPathString(Text(u"\\\\s")); }, u"//s"},
         {[](GPathName& p) { p.SetDIPathString(Text(u"/D")); }, u"D:"},
         {[](GPathName& p) { p.SetMachOPathString(Text(u"/Volumes/D")); }, u"D:/"},
         {[](GPathName& p) { p.SetCFMPathString(Text(u":x")); }, u"x"},
-        {[](GPathName& p) { p.SetRootName(Text(u"D:")); }, u"D:"},
+        {[](GPathName& p) { p.SetRootName(Text(u"D:")); }, u"d:"},
         {[](GPathName& p) { p.Append(Text(u"x")); }, u"C:/a/./b.c/x"},
         {[](GPathName& p) { p /= Path(u"x"); }, u"C:/a/./b.c/x"},
         {[](GPathName& p) { p.ReplaceLeaf(Text(u"x")); }, u"C:/a/./x"},
@@ -252,6 +218,11 @@ TEST(GPathName, ChangesOnlyThroughItsSetter) {
         change(path);
         EXPECT_EQ(path.mWanted, wanted + std::u16string(u" instead of C:/a/./b.c"));
         EXPECT_EQ(Plain(path), u"C:/a/./b.c");
+    }
+    for (const auto& [length, prefix] : {std::pair(243, u""), {244, u"\\\\?\\"}}) {
+        const auto count = static_cast<std::size_t>(length);
+        const UnwillingPath path(u"C:/" + Repeated(u'y', count));
+        EXPECT_EQ(Plain(path.GetWin32APIPathString()), prefix + (u"C:\\" + Repeated(u'Y', count)));
     }
 }
 
@@ -273,12 +244,9 @@ TEST(GPathName, TakesTextOfAnyEncodingAndIsAValue) {
 }
 
 TEST(GPathName, ChecksPortableText) {
-    for (const std::u16string_view good : {u"", u"C:/a", u"a:b|c?"}) {
-        SCOPED_TRACE(Readable(good));
-        EXPECT_EQ(ThrownBy([&] { GPathName::CheckCrossPlatformString(Text(good)); }), 0);
-    }
-    for (const std::u16string_view bad : {std::u16string_view(u"a\\b"), std::u16string_view(u"a\0b", 3)}) {
-        SCOPED_TRACE(Readable(bad));
-        EXPECT_EQ(ThrownBy([&] { GPathName::CheckCrossPlatformString(Text(bad)); }), 40068);
-    }
+    const std::pair<std::u16string_view, long> rows[] = {
+        {u"", 0}, {u"C:/a", 0}, {u"a:b|c?", 0}, {u"a\\b", 40068}, {u"a\0b"sv, 40068}};
+    for (const auto& [text, thrown] : rows)
+        EXPECT_EQ(ThrownBy([&] { GPathName::CheckCrossPlatformString(Text(text)); }), thrown)
+            << Readable(text);
 }
