@@ -1,25 +1,13 @@
 // Copying, moving and renaming against a model of a tree, and what else the file system tells and sets.
-#include <gtest/gtest.h>
 
 #include <map>
-#include <random>
 
 #include "PPlatformFiles.h"
-#include "framework/core/errors/GException.h"
 #include "framework/files/GFileSystem.h"
 #include "tests/files/FailingCalls.h"
 #include "tests/files/TestFolder.h"
 
 namespace {
-
-std::string DescriptionOf(const auto& call) {
-    try {
-        call();
-    } catch (const GException& failure) {
-        return TextOf(failure.GetFullDescription());
-    }
-    return "nothing thrown";
-}
 
 /// What a file is, for comparison.
 struct Facts {
@@ -69,17 +57,18 @@ public:
         const GPathName target = mFolder.Portable(folder);
         const auto run = [&] {
             const GString name(leaf.c_str());
-            if (kind == 0) GFileSystem::RenameFile(source, name);
-            if (kind == 1) GFileSystem::MoveFileTo(source, target);
-            if (kind == 2) GFileSystem::CopyFileTo(source, target);
-            if (kind == 3) GFileSystem::CopyAndRenameFile(source, target, name);
+            GPathName made;
+            if (kind == 0) made = GFileSystem::RenameFile(source, name);
+            if (kind == 1) made = GFileSystem::MoveFileTo(source, target);
+            if (kind == 2) made = GFileSystem::CopyFileTo(source, target);
+            if (kind == 3) made = GFileSystem::CopyAndRenameFile(source, target, name);
+            EXPECT_EQ(TextOf(made), TextOf(mFolder.Portable(to)));
         };
-        const std::string failure = DescriptionOf(run);
-        const bool isDone = failure == "nothing thrown";
+        const std::string failure = FailureOf(run);
+        const bool isDone = failure == "none";
         EXPECT_TRUE(isDone == allowed || (allowed && FailingCalls::HasFailed()))
             << kind << " " << from << " " << to << " " << failure;
-        const std::string location = kind < 2 ? "Moving " : "Copying ";
-        EXPECT_TRUE(isDone || failure.starts_with(location)) << failure;
+        EXPECT_TRUE(isDone || failure.starts_with(kind < 2 ? "Moving " : "Copying ")) << failure;
         if (!isDone || stays) return;
         mModel[to] = mModel[from];
         if (kind < 2) mModel.erase(from);
@@ -141,7 +130,7 @@ TEST(GFileServices, AMoveToAnotherVolumeThatCanRemoveNothingLosesNothing) {
     GFileSystem::CreateFolder(folder.Portable("sub"));
     FailingCalls::ArmRemovals();
     const std::string failure =
-        DescriptionOf([&] { GFileSystem::MoveFileTo(folder.Portable("f"), folder.Portable("sub")); });
+        FailureOf([&] { GFileSystem::MoveFileTo(folder.Portable("f"), folder.Portable("sub")); });
     FailingCalls::Disarm();
     const auto native = [&](const char* path) { return TextOf(folder.Portable(path).GetNativePathString()); };
     EXPECT_TRUE(failure.starts_with("Moving " + native("f") + " to " + native("sub/f") + ": ")) << failure;
@@ -177,81 +166,72 @@ TEST(GFileServices, AnIteratorGoesDownAndComesBack) {
     iterator.BeginIterate(folder.Portable("sub/empty"));
     EXPECT_FALSE(iterator.GetNextFileOrFolder(path, isFolder));
     iterator.BeginIterate(folder.Portable("missing"));
-    EXPECT_NE(DescriptionOf([&] { iterator.GetFirstObject(path, isFolder); }).find("missing"),
-              std::string::npos);
+    EXPECT_NE(FailureOf([&] { iterator.GetFirstObject(path, isFolder); }).find("missing"), std::string::npos);
 }
 
-TEST(GFileServices, SetsDatesAndAttributes) {
-    const TestFolder folder;
-    folder.Put("f", "x");
-    const GPathName path = folder.Portable("f");
+struct FileServices : testing::Test {
+    FileServices() {
+        for (const char* const file : {"f", "g"}) mFolder.Put(file, "x");
+    }
+    const TestFolder mFolder;
+    const GPathName mFile = mFolder.Portable("f"), mOther = mFolder.Portable("g");
+    const GPathName mMissing = mFolder.Portable("missing");
+};
+
+TEST_F(FileServices, SetDatesAndAttributes) {
     const GDateTime moment(5, 7, 2014, 23, 59, 58, 1, 0, 0);
-    GFileSystem::SetModificationDateTime(path, moment);
-    EXPECT_EQ(GFileSystem::GetModificationDateTime(path).CompareWith(moment), 0);
-    GFileSystem::SetFileAttribute(path, 1);
-    EXPECT_EQ(GFileSystem::GetFileAttribute(path) & 1, 1u);
-    EXPECT_FALSE(GFileSystem::IsWritable(path));
-    GFileSystem::SetFileAttribute(path, 0);
-    EXPECT_TRUE(GFileSystem::IsWritable(path));
-    const GPathName missing = folder.Portable("missing");
-    EXPECT_THROW(GFileSystem::SetModificationDateTime(missing, moment), GException);
-    EXPECT_THROW(GFileSystem::GetFileAttribute(missing), GException);
-    EXPECT_THROW(GFileSystem::IsWritable(missing), GException);
+    GFileSystem::SetModificationDateTime(mFile, moment);
+    EXPECT_EQ(GFileSystem::GetModificationDateTime(mFile).CompareWith(moment), 0);
+    for (const unsigned long attributes : {1UL, 0UL}) {
+        GFileSystem::SetFileAttribute(mFile, attributes);
+        EXPECT_EQ(GFileSystem::GetFileAttribute(mFile) & 1, attributes);
+        EXPECT_EQ(GFileSystem::IsWritable(mFile), attributes == 0);
+    }
+    EXPECT_THROW(GFileSystem::SetModificationDateTime(mMissing, moment), GException);
+    EXPECT_THROW(GFileSystem::GetFileAttribute(mMissing), GException);
+    EXPECT_THROW(GFileSystem::IsWritable(mMissing), GException);
 }
 
-TEST(GFileServices, TellsWhatIsTheSame) {
-    const TestFolder folder;
-    folder.Put("f", "x");
-    folder.Put("g", "x");
-    const GPathName f = folder.Portable("f");
-    GFileSystem::CreateFolder(folder.Portable("sub"));
-    EXPECT_TRUE(GFileSystem::IsSameFileOrFolder(f, folder.Portable("sub/../f")));
-    EXPECT_FALSE(GFileSystem::IsSameFileOrFolder(f, folder.Portable("g")));
-    EXPECT_TRUE(GFileSystem::IsSameFileOrFolder(folder.Portable(), folder.Portable()));
-    EXPECT_THROW(GFileSystem::IsSameFileOrFolder(f, folder.Portable("missing")), GException);
-    EXPECT_TRUE(GFileSystem::IsOnSameVolume(f, folder.Portable("not/yet/there")));
-    EXPECT_EQ(GFileSystem::GetUNCPath(f), f);
+TEST_F(FileServices, TellWhatIsTheSame) {
+    GFileSystem::CreateFolder(mFolder.Portable("sub"));
+    EXPECT_TRUE(GFileSystem::IsSameFileOrFolder(mFile, mFolder.Portable("sub/../f")));
+    EXPECT_FALSE(GFileSystem::IsSameFileOrFolder(mFile, mOther));
+    EXPECT_TRUE(GFileSystem::IsSameFileOrFolder(mFolder.Portable(), mFolder.Portable()));
+    EXPECT_THROW(GFileSystem::IsSameFileOrFolder(mFile, mMissing), GException);
+    EXPECT_TRUE(GFileSystem::IsOnSameVolume(mFile, mFolder.Portable("not/yet/there")));
+    EXPECT_EQ(GFileSystem::GetUNCPath(mFile), mFile);
 }
 
-TEST(GFileServices, PermissionsAreCopied) {
-    const TestFolder folder;
-    folder.Put("f", "x");
-    folder.Put("g", "x");
-    const GPathName f = folder.Portable("f");
-    EXPECT_TRUE(GFileSystem::CheckIfOwner(f));
-    const GString before = GFileSystem::GetPermissions(f);
+TEST_F(FileServices, CopyPermissions) {
+    EXPECT_TRUE(GFileSystem::CheckIfOwner(mFile));
+    const GString before = GFileSystem::GetPermissions(mFile);
     EXPECT_FALSE(before.IsEmpty());
-    GFileSystem::CopyPermissions(f, folder.Portable("g"));
-    EXPECT_EQ(TextOf(GFileSystem::GetPermissions(folder.Portable("g"))), TextOf(before));
-    EXPECT_THROW(GFileSystem::SetPermissions(f, "no permissions"), GException);
-    EXPECT_EQ(TextOf(GFileSystem::GetPermissions(f)), TextOf(before));
-    EXPECT_THROW(GFileSystem::GetPermissions(folder.Portable("missing")), GException);
+    GFileSystem::CopyPermissions(mFile, mOther);
+    EXPECT_EQ(TextOf(GFileSystem::GetPermissions(mOther)), TextOf(before));
+    EXPECT_THROW(GFileSystem::SetPermissions(mFile, "no permissions"), GException);
+    EXPECT_EQ(TextOf(GFileSystem::GetPermissions(mFile)), TextOf(before));
+    EXPECT_THROW(GFileSystem::GetPermissions(mMissing), GException);
 }
 
-TEST(GFileServices, AliasesLeadToTheirTargets) {
-    const TestFolder folder;
-    folder.Put("f", "x");
-    const GPathName alias = folder.Portable("to f.lnk");
-    GFileSystem::CreateAlias(alias, folder.Portable("f"));
+TEST_F(FileServices, AliasesLeadToTheirTargets) {
+    const GPathName alias = mFolder.Portable("to f.lnk"), other = mFolder.Portable("to g.lnk");
+    GFileSystem::CreateAlias(alias, mFile);
+    GFileSystem::CreateAlias(other, mOther);
     EXPECT_TRUE(GFileSystem::IsAlias(alias));
-    EXPECT_FALSE(GFileSystem::IsAlias(folder.Portable("f")));
-    EXPECT_EQ(GFileSystem::GetAliasTarget(alias), folder.Portable("f"));
+    EXPECT_FALSE(GFileSystem::IsAlias(mFile));
+    EXPECT_EQ(GFileSystem::GetAliasTarget(alias), mFile);
     EXPECT_TRUE(GFileSystem::AliasHasTarget(alias));
-    EXPECT_EQ(TextOf(GFileSystem::GetAliasPermissions(alias)),
-              TextOf(GFileSystem::GetPermissions(folder.Portable("f"))));
     EXPECT_TRUE(GFileSystem::CheckIfAliasOwner(alias));
-    folder.Put("g", "x");
-    GFileSystem::CreateAlias(folder.Portable("to g.lnk"), folder.Portable("g"));
-    GFileSystem::CopyAliasPermissions(alias, folder.Portable("to g.lnk"));
-    GFileSystem::SetAliasPermissions(alias, GFileSystem::GetPermissions(folder.Portable("g")));
-    EXPECT_EQ(TextOf(GFileSystem::GetPermissions(folder.Portable("g"))),
-              TextOf(GFileSystem::GetAliasPermissions(alias)));
-    EXPECT_THROW(GFileSystem::CreateAlias(alias, folder.Portable("f")), GException);
+    GFileSystem::CopyAliasPermissions(alias, other);
+    GFileSystem::SetAliasPermissions(alias, GFileSystem::GetPermissions(mOther));
+    EXPECT_EQ(TextOf(GFileSystem::GetAliasPermissions(alias)), TextOf(GFileSystem::GetPermissions(mFile)));
+    EXPECT_EQ(TextOf(GFileSystem::GetAliasPermissions(other)), TextOf(GFileSystem::GetPermissions(mFile)));
+    EXPECT_THROW(GFileSystem::CreateAlias(alias, mFile), GException);
     const GPathName renamed = GFileSystem::RenameFile(alias, "other");
     EXPECT_EQ(TextOf(renamed.GetLeaf()), "other.lnk");
-    GFileSystem::RemoveFile(folder.Portable("f"));
+    GFileSystem::RemoveFile(mFile);
     EXPECT_FALSE(GFileSystem::AliasHasTarget(renamed));
-    EXPECT_THROW(GFileSystem::GetAliasTarget(folder.Portable("missing.lnk")), GException);
+    EXPECT_THROW(GFileSystem::GetAliasTarget(mFolder.Portable("missing.lnk")), GException);
 }
 
 }  // namespace

@@ -1,12 +1,6 @@
 #include "framework/files/GFileSystem.h"
 
-#include <gtest/gtest.h>
-
-#include <cstdlib>
-#include <tuple>
-
 #include "PPlatformFiles.h"
-#include "framework/core/errors/GException.h"
 #include "framework/files/GFileSystemDefinitions.h"
 #include "tests/core/TextForTests.h"
 #include "tests/files/TestFolder.h"
@@ -51,37 +45,24 @@ protected:
 };
 
 TEST_F(SpecialPaths, HaveTheirDefaults) {
-    ForEachRow<2>({"-8 -> U:/data",
-                   "-7 -> W:/system",
-                   "-6 -> L:/q/Quillon.dll",
-                   "-5 -> L:/app.exe",
-                   "-4 -> U:/prefs",
-                   "-3 -> A:/prefs",
-                   "-2 -> T:/temp/",
-                   "-1 -> W:/",
-                   "7 -> L:/q/Resources/CMap",
-                   "11 -> L:/q/Resources",
-                   "21 -> L:/q/Resources/FontMetrics",
-                   "22 -> L:/q/Resources/lng",
-                   "23 -> L:/q/Resources/ICC",
-                   "33 -> A:/data/Quillon Prefs Folder",
-                   "35 -> U:/data/Quillon Prefs Folder",
-                   "52 -> L:/q/Resources/xml",
-                   "53 -> U:/data/Quillon",
-                   "54 -> L:/q/Resources/Artwork",
-                   "0 -> ",
-                   "-9 -> ",
-                   "55 -> "},
-                  [](auto id, auto path) {
-                      EXPECT_EQ(TextOf(FakeFileSystem::GetSpecialPath(std::atol(id.data()))), path);
-                  });
+    ForEachRow<2>(
+        {"-8 -> U:/data", "-7 -> W:/system", "-6 -> L:/q/Quillon.dll", "-5 -> L:/app.exe", "-4 -> U:/prefs",
+         "-3 -> A:/prefs", "-2 -> T:/temp/", "-1 -> W:/", "7 -> L:/q/Resources/CMap", "11 -> L:/q/Resources",
+         "21 -> L:/q/Resources/FontMetrics", "22 -> L:/q/Resources/lng", "23 -> L:/q/Resources/ICC",
+         "33 -> A:/data/Quillon Prefs Folder", "35 -> U:/data/Quillon Prefs Folder",
+         "52 -> L:/q/Resources/xml", "53 -> U:/data/Quillon", "54 -> L:/q/Resources/Artwork",
+         // What there is not.
+         "0 -> ", "-9 -> ", "55 -> "},
+        [](auto id, auto path) {
+            EXPECT_EQ(TextOf(FakeFileSystem::GetSpecialPath(std::atol(id.data()))), path);
+        });
 }
 
 TEST_F(SpecialPaths, AreOverriddenUntilRemoved) {
-    FakeFileSystem::AddSpecialPath(22, GPathName("X:/mine"));
-    FakeFileSystem::AddSpecialPath(1000, GPathName("X:/new"));
-    EXPECT_EQ(TextOf(FakeFileSystem::GetSpecialPath(22)), "X:/mine");
-    EXPECT_EQ(TextOf(FakeFileSystem::GetSpecialPath(1000)), "X:/new");
+    for (const auto id : {22, 1000}) {
+        FakeFileSystem::AddSpecialPath(id, GPathName("X:/new"));
+        EXPECT_EQ(TextOf(FakeFileSystem::GetSpecialPath(id)), "X:/new");
+    }
     FakeFileSystem::RemoveSpecialPath(22);
     FakeFileSystem::RemoveSpecialPath(23);
     EXPECT_EQ(TextOf(FakeFileSystem::GetSpecialPath(22)), "L:/q/Resources/lng");
@@ -157,13 +138,8 @@ TEST(GFileSystem, AFileInTheWayOfAFolderIsAClearFailure) {
     folder.Put("file", "x");
     const std::string native = TextOf(folder.Portable("file").GetNativePathString());
     for (const char* const path : {"file", "file/a", "file/a/b"}) {
-        SCOPED_TRACE(path);
-        try {
-            GFileSystem::CreateFolder(folder.Portable(path));
-            ADD_FAILURE() << "nothing was thrown";
-        } catch (const GException& failure) {
-            EXPECT_EQ(TextOf(failure.GetFullDescription()).substr(0, native.size()), native);
-        }
+        EXPECT_THAT(FailureOf([&] { GFileSystem::CreateFolder(folder.Portable(path)); }),
+                    testing::StartsWith(native));
     }
     EXPECT_EQ(folder.Take("file"), "x");
 }
@@ -191,29 +167,20 @@ TEST(GFileSystem, RemovesFilesAndEmptyFolders) {
     CreateFile(folder.Portable("full/f"), false);
     GFileSystem::RemoveFile(folder.Portable("file"));
     GFileSystem::RemoveFolderOnly(folder.Portable("empty"));
-    EXPECT_FALSE(folder.Has("file"));
-    EXPECT_FALSE(folder.Has("empty"));
+    EXPECT_FALSE(folder.Has("file") || folder.Has("empty"));
     EXPECT_THROW(GFileSystem::RemoveFile(folder.Portable("file")), GException);
     EXPECT_THROW(GFileSystem::RemoveFolderOnly(folder.Portable("full")), GException);
     EXPECT_TRUE(folder.Has("full/f"));
 }
 
-TEST(GFileSystem, RenamesCopiesAndMoves) {
+TEST(GFileSystem, RenamesAndMovesFolders) {
     const TestFolder folder;
-    folder.Put("f", "x");
-    GFileSystem::CreateFolder(folder.Portable("sub"));
-    EXPECT_EQ(TextOf(GFileSystem::RenameFile(folder.Portable("f"), "g")), TextOf(folder.Portable("g")));
-    EXPECT_EQ(TextOf(GFileSystem::CopyFileTo(folder.Portable("g"), folder.Portable("sub"))),
-              TextOf(folder.Portable("sub/g")));
-    GFileSystem::CopyAndRenameFile(folder.Portable("g"), folder.Portable("sub"), "h");
-    GFileSystem::RenameFolder(folder.Portable("sub"), "moved");
+    CreateFile(folder.Portable("sub/f"), true);
     GFileSystem::CreateFolder(folder.Portable("deep"));
+    GFileSystem::RenameFolder(folder.Portable("sub"), "moved");
     GFileSystem::MoveFolderTo(folder.Portable("moved"), folder.Portable("deep"));
-    GFileSystem::MoveFileTo(folder.Portable("g"), folder.Portable("deep"));
-    for (const char* const gone : {"f", "g", "sub", "moved"}) EXPECT_FALSE(folder.Has(gone)) << gone;
-    for (const char* const there : {"deep/g", "deep/moved/g", "deep/moved/h"}) {
-        EXPECT_EQ(folder.Take(there), "x") << there;
-    }
+    EXPECT_FALSE(folder.Has("sub") || folder.Has("moved"));
+    EXPECT_TRUE(folder.Has("deep/moved/f"));
 }
 
 TEST(GFileSystem, DatesAreUTC) {
@@ -226,9 +193,7 @@ TEST(GFileSystem, DatesAreUTC) {
     EXPECT_EQ(modified.CompareWith(GDateTime(5, 7, 2014, 23, 59, 58, 1, 0, 0)), 0);
     EXPECT_EQ(modified.GetRelationToUTC(), 1);
     EXPECT_EQ(modified.GetOffsetHours(), 0);
-    folder.Put("new", "x");
-    EXPECT_LT(GDateTime(1, 1, 2020, 0, 0, 0, 1, 0, 0),
-              GFileSystem::GetCreationDateTime(folder.Portable("new")));
+    EXPECT_GT(GFileSystem::GetCreationDateTime(folder.Portable("f")).GetYear(), 2020);
 }
 
 }  // namespace

@@ -1,10 +1,5 @@
 #include "framework/files/GLockFile.h"
 
-#include <gtest/gtest.h>
-
-#include <tuple>
-
-#include "framework/core/errors/GException.h"
 #include "tests/files/TestFolder.h"
 
 namespace {
@@ -34,19 +29,13 @@ TEST(GLockFile, AnObjectHoldsOneLockAndLetsGoOfItAtItsEnd) {
     const TestFolder folder;
     const GPathName path = folder.Portable("lock");
     GLockFile lock(path);
-    EXPECT_FALSE(folder.Has("lock"));
-    EXPECT_FALSE(lock.IsLocked(cRead));
-    EXPECT_TRUE(lock.Lock(cRead));
-    EXPECT_FALSE(lock.Lock(cRead));
-    EXPECT_FALSE(lock.Lock(cWrite));
-    EXPECT_TRUE(lock.IsLocked(cRead));
-    EXPECT_FALSE(lock.IsLocked(cWrite));
+    EXPECT_FALSE(folder.Has("lock") || lock.IsLocked(cRead));
+    EXPECT_TRUE(lock.Lock(cRead) && lock.IsLocked(cRead));
+    EXPECT_FALSE(lock.Lock(cRead) || lock.Lock(cWrite) || lock.IsLocked(cWrite));
     lock.UnLock();
     {
         GLockFile writer(path);
-        EXPECT_TRUE(writer.Lock(cWrite));
-        EXPECT_TRUE(writer.IsLocked(cRead));
-        EXPECT_TRUE(writer.IsLocked(cWrite));
+        EXPECT_TRUE(writer.Lock(cWrite) && writer.IsLocked(cRead) && writer.IsLocked(cWrite));
         EXPECT_FALSE(lock.Lock(cRead));
     }
     EXPECT_TRUE(lock.Lock(cWrite));
@@ -82,15 +71,14 @@ TEST(GLockFile, APathThatCannotBecomeALockIsAFailureAndNotBusy) {
 TEST(GLockFile, IsDeletedOnlyWhenThisObjectHoldsNoLock) {
     const TestFolder folder;
     GLockFile lock(folder.Portable("lock"));
-    lock.DeleteFile();
     for (const LockType type : {cRead, cWrite}) {
+        lock.DeleteFile();
+        EXPECT_FALSE(folder.Has("lock"));
         EXPECT_TRUE(lock.Lock(type));
         EXPECT_EQ(ThrownBy([&] { lock.DeleteFile(); }), -40093);
         EXPECT_TRUE(folder.Has("lock"));
         lock.UnLock();
     }
-    lock.DeleteFile();
-    EXPECT_FALSE(folder.Has("lock"));
 }
 
 TEST(GLockByFile, HoldsForItsScope) {
@@ -100,9 +88,7 @@ TEST(GLockByFile, HoldsForItsScope) {
     EXPECT_TRUE(reader.HasLock());
     EXPECT_TRUE(GLockByFile(path, cRead, true).HasLock());
     GLockByFile writer(path, cWrite, false);
-    EXPECT_FALSE(writer.HasLock());
-    EXPECT_FALSE(writer.WaitForLock(0));
-    EXPECT_FALSE(writer.WaitForLock(1));
+    EXPECT_FALSE(writer.HasLock() || writer.WaitForLock(0) || writer.WaitForLock(1));
     reader.ReleaseLock();
     reader.ReleaseLock();
     EXPECT_FALSE(reader.HasLock());

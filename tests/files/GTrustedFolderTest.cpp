@@ -1,26 +1,12 @@
 #include "framework/files/GTrustedFolder.h"
 
-#include <gtest/gtest.h>
-
-#include <functional>
-
 #include "framework/core/bytes/GBuffer.h"
-#include "framework/core/errors/GException.h"
 #include "framework/files/GFile.h"
 #include "tests/files/TestFolder.h"
 
 namespace {
 
 namespace fs = std::filesystem;
-
-std::string FailureOf(const std::function<void()>& step) {
-    try {
-        step();
-        return "none";
-    } catch (const GException& failure) {
-        return TextOf(failure.GetDescription());
-    }
-}
 
 TEST(GTrustedFolder, MakesReadsAndEmptiesItsFiles) {
     const TestFolder folder;
@@ -50,8 +36,8 @@ TEST(GTrustedFolder, RefusesWhatAnotherMayHavePrepared) {
     fs::create_directories(folder.Standard("g"));
     std::error_code refused;
     fs::create_directory_symlink(folder.Standard("g"), folder.Standard("link"), refused);
-    EXPECT_EQ(FailureOf([&] { trusted.OpenToRead("twice"); }), "It is linked twice");
-    EXPECT_EQ(FailureOf([&] { trusted.OpenEmpty("twice"); }), "It is linked twice");
+    EXPECT_THAT(FailureOf([&] { trusted.OpenToRead("twice"); }), testing::EndsWith(": It is linked twice"));
+    EXPECT_THAT(FailureOf([&] { trusted.OpenEmpty("twice"); }), testing::EndsWith(": It is linked twice"));
     EXPECT_EQ(folder.Take("other"), "of somebody else");
     EXPECT_NE(FailureOf([&] { trusted.OpenEmpty("folder"); }), "none");
     EXPECT_NE(FailureOf([&] { GTrustedFolder(folder.Portable("other"), true); }), "none");

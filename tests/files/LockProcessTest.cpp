@@ -1,10 +1,4 @@
 // Lock files between processes.
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <memory>
-#include <random>
-#include <vector>
 
 #include "framework/files/GLockFile.h"
 #include "framework/system/PSystem.h"
@@ -70,10 +64,9 @@ TEST(LockProcess, HoldersKilledAtAnyMomentHoldNothing) {
         std::vector<std::unique_ptr<Holder>> holders;
         const unsigned readers = 1 + random() % 3;
         const unsigned count = readers + random() % 2;
-        for (unsigned i = 0; i < count; ++i)
-            holders.push_back(
-                std::make_unique<Holder>(folder, i < readers ? "read" : "write",
-                                         "holder" + std::to_string(kills + static_cast<int>(i))));
+        for (unsigned i = 0; i < count; ++i, ++kills)
+            holders.push_back(std::make_unique<Holder>(folder, i < readers ? "read" : "write",
+                                                       "holder" + std::to_string(kills)));
         const auto has = [](const auto& holder) { return holder->Has(); };
         // Before, while or after they take the lock.
         if (random() % 4 != 0)
@@ -82,7 +75,6 @@ TEST(LockProcess, HoldersKilledAtAnyMomentHoldNothing) {
         held += std::ranges::any_of(holders, has) ? 1 : 0;
         std::ranges::shuffle(holders, random);
         for (const auto& holder : holders) holder->Kill();
-        kills += static_cast<int>(count);
         ASSERT_TRUE(lock.Lock(GLockFile::cWriteLock)) << kills;
         lock.UnLock();
     }

@@ -2,12 +2,12 @@
 
 #include <filesystem>
 #include <fstream>
-#include <string>
 
 #include "framework/core/encodings/GUTF8Encoding.h"
+#include "framework/core/errors/GException.h"
 #include "framework/core/paths/GPathName.h"
-#include "framework/core/text/GString.h"
 #include "framework/system/GProcessInfo.h"
+#include "tests/Testing.h"
 
 /// TestFolder: an empty folder of its own for one test, removed with everything in it.
 ///
@@ -67,4 +67,14 @@ inline std::string TextOf(const GString& text) {
 }
 inline std::string TextOf(const GPathName& path) {
     return TextOf(path.GetPortablePath());
+}
+
+/// What `call` throws, in words; "none" when it throws nothing.
+inline std::string FailureOf(const std::function<void()>& call) {
+    try {
+        call();
+    } catch (const GException& failure) {
+        return TextOf(failure.GetFullDescription());
+    }
+    return "none";
 }

@@ -1,15 +1,10 @@
 #include "framework/services/GPreferences.h"
 
-#include <gtest/gtest.h>
-
-#include <memory>
-
-#include "framework/core/encodings/GUTF8Encoding.h"
 #include "framework/core/encodings/GUnicodeEncoding.h"
-#include "framework/core/errors/GException.h"
 #include "framework/files/GFileSystem.h"
 #include "framework/files/GLockFile.h"
 #include "framework/services/GPrefFileModule.h"
+#include "tests/core/ThrownBy.h"
 #include "tests/files/TestFolder.h"
 
 namespace {
@@ -60,9 +55,10 @@ TEST_F(GPreferencesTest, TheHighestModuleThatHasTheKeyAnswers) {
     GPreferences::Remove(cDefaults, "g");
     EXPECT_FALSE(GPreferences::Has("g", "k"));
     EXPECT_EQ(Get("g", "k"), "");
-    for (const long id : {cShared, 0L, -6L})
+    for (const long id : {cShared, 0L, -6L}) {
         EXPECT_THROW(GPreferences::Set(id, "g", "k", 1L), GException) << id;
-    EXPECT_THROW(GPreferences::Has(cShared, "g", "k"), GException);
+        EXPECT_THROW(GPreferences::Has(id, "g", "k"), GException) << id;
+    }
     GPreferences::RemovePrefModule(cUser);
     EXPECT_EQ(GPreferences::GetPrefModule(cUser), nullptr);
 }
@@ -74,7 +70,6 @@ TEST_F(GPreferencesTest, ASharedGroupLiesInTheSharedModuleAlone) {
     EXPECT_EQ(Get("Jobs", "k"), "") << "there is no shared module yet";
     Install(8);
     EXPECT_TRUE(GPreferences::IsPrefSharing("Jobs"));
-    EXPECT_FALSE(GPreferences::IsPrefSharing("PrefSharing"));
     GPreferences::SetPrefSharing(cUser, "PrefSharing", true);
     EXPECT_FALSE(GPreferences::IsPrefSharing("PrefSharing"));
     EXPECT_EQ(Get("Jobs", "k"), "");
@@ -109,17 +104,14 @@ TEST_F(GPreferencesTest, ValuesOfEachTypeComeBack) {
     EXPECT_EQ(GPreferences::GetPathName("g", "path"), GPathName("C:/a b/c"));
     EXPECT_TRUE(GPreferences::GetPathName("g", "no path").IsEmpty());
     EXPECT_EQ(GPreferences::GetDateTime("g", "date").CompareWith(moment), 0);
-    long number = 4;
-    bool flag = true;
+    const auto expectNone = [](auto asItWas) {
+        auto out = asItWas;
+        EXPECT_FALSE(GPreferences::Get("g", "none", out));
+        EXPECT_TRUE(out == asItWas);
+    };
+    expectNone(4L), expectNone(true), expectNone(GString("text")), expectNone(GPathName("a/path"));
     GDateTime other(moment);
-    GString text("as it was");
-    GPathName path("as/it/was");
-    EXPECT_FALSE(GPreferences::Get("g", "none", number) || GPreferences::Get("g", "none", flag));
-    EXPECT_FALSE(GPreferences::Get("g", "none", text) || GPreferences::Get("g", "none", path));
     EXPECT_FALSE(GPreferences::Get("g", "none", other) || GPreferences::Get("g", "path", other));
-    EXPECT_EQ(number, 4);
-    EXPECT_TRUE(flag);
-    EXPECT_EQ(TextOf(text) + TextOf(path), "as it wasas/it/was");
     GPreferences::SetScramble(cDefaults, "g", "s", GString::FromUTF8("secret \xE4\xB8\x80"));
     GPreferences::SetScramble(cDefaults, "g", "n", -77L);
     EXPECT_EQ(Get("g", "s").find("secret"), std::string::npos);
@@ -169,9 +161,8 @@ TEST_F(GPreferencesTest, FilesAreWrittenWhenSomethingHasChanged) {
     EXPECT_FALSE(GPreferences::IsDirty());
     GPreferences::FlushPrefs();
     EXPECT_FALSE(mFolder.Has("user") || mFolder.Has("global"));
-    GPreferences::Set(cUser, "g", "k", "u");
-    GPreferences::Set(cShared, "g", "k", "s");
-    GPreferences::Set(cSystem, "g", "k", "y");
+    for (const auto& [id, value] : {std::pair(cUser, "u"), {cShared, "s"}, {cSystem, "y"}})
+        GPreferences::Set(id, "g", "k", value);
     GPreferences::Set(cSystem, "empty", "k", "y");
     GPreferences::Remove(cSystem, "empty", "k");
     EXPECT_TRUE(GPreferences::IsDirty());
@@ -185,69 +176,67 @@ TEST_F(GPreferencesTest, FilesAreWrittenWhenSomethingHasChanged) {
     GPreferences::Finalize();
     Install(14);
     EXPECT_EQ(Get(cUser, "g", "k") + Get(cShared, "g", "k") + Get(cSystem, "g", "k"), "usy");
-    mFolder.Put(
-        "global/App.sprefs",
-        "#BEGINPREFS\r\n\"g\"\r\n#BEGINDICT\r\n\"k\" \"1\"\r\n\"l\" \"2\"\r\n#ENDDICT\r\n#ENDPREFS\r\n");
+    mFolder.Put("global/App.sprefs",
+                "#BEGINPREFS\n\"g\"\n#BEGINDICT\n\"k\" \"1\"\n\"l\" \"2\"\n#ENDDICT\n#ENDPREFS\n");
     GPreferences::Set(cSystem, "g", "l", "mine");
     GPreferences::Refresh();
     EXPECT_EQ(Get(cSystem, "g", "k") + Get(cSystem, "g", "l"), "1mine");
 }
 
+/// A module of a file that programs share, in UTF-16.
+struct SharedModule : GPrefSharedFileModule {
+    explicit SharedModule(const GPathName& path, long longestWait = cLongestWait)
+        : GPrefSharedFileModule(path, GUnicodeEncoding::GetInstance(), longestWait) {}
+    std::string TextAt(const char* group) { return TextOf(Get(group, "k")); }
+};
+
 TEST_F(GPreferencesTest, TwoThatShareAFileKeepEachOthersValues) {
     const GPathName path = mFolder.Portable("Quillon.uprefs");
-    const GEncoding* const encoding = GUnicodeEncoding::GetInstance();
-    GPrefSharedFileModule one(path, encoding), other(path, encoding);
+    SharedModule one(path), other(path);
     one.Set("a", "k", "1");
     one.Set("b", "k", "1");
     one.FlushPrefs();
     other.Set("c", "k", "2");
     other.Remove("a", "k");
     other.FlushPrefs();
-    EXPECT_EQ(TextOf(other.Get("b", "k")), "1") << "seen when it was written";
-    EXPECT_EQ(TextOf(other.Get("a", "k")), "1") << "it did not know of it, so it removed nothing";
+    EXPECT_EQ(other.TextAt("b"), "1") << "seen when it was written";
+    EXPECT_EQ(other.TextAt("a"), "1") << "it did not know of it, so it removed nothing";
     one.RemoveGroup("b");
     one.Set("a", "k", "3");
     one.FlushPrefs();
     other.Refresh();
-    EXPECT_EQ(TextOf(other.Get("a", "k")) + TextOf(other.Get("b", "k")) + TextOf(other.Get("c", "k")), "32");
+    EXPECT_EQ(other.TextAt("a") + other.TextAt("b") + other.TextAt("c"), "32");
     GLockFile reader(mFolder.Portable("Quillon.uprefslock"));
     EXPECT_TRUE(reader.Lock(GLockFile::cReadLock));
-    EXPECT_EQ(TextOf(GPrefSharedFileModule(path, encoding).Get("c", "k")), "2") << "readers go together";
+    EXPECT_EQ(SharedModule(path).TextAt("c"), "2") << "readers go together";
 }
 
 TEST_F(GPreferencesTest, ALockThatStaysTakenIsAFailureThatLosesNothing) {
     const GPathName path = mFolder.Portable("Quillon.uprefs");
     constexpr long cWait = 1;  // millisecond
-    GPrefSharedFileModule module(path, GUnicodeEncoding::GetInstance(), cWait);
     EXPECT_EQ(GPrefSharedFileModule::cLongestWait, 30000) << "for all others";
+    SharedModule module(path, cWait);
     module.Set("g", "k", "written");
     module.FlushPrefs();
     module.Set("g", "k", "waits");
-    const auto refuses = [](const auto& call) {
-        try {
-            call();
-        } catch (const GSimpleException& failure) {
-            return failure.GetExceptionID() == GExceptionID::cCouldNotLock;
-        }
-        return false;
+    const auto expectRefused = [](const auto& call) {
+        EXPECT_EQ(ThrownBy(call), GExceptionID::cCouldNotLock);
     };
     GLockFile other(mFolder.Portable("Quillon.uprefslock"));
     for (const auto type : {GLockFile::cReadLock, GLockFile::cWriteLock}) {
         ASSERT_TRUE(other.Lock(type));
-        EXPECT_TRUE(refuses([&] { module.FlushPrefs(); }));
-        EXPECT_TRUE(module.IsDirty());
+        expectRefused([&] { module.FlushPrefs(); });
         if (type == GLockFile::cWriteLock) {
-            EXPECT_TRUE(refuses([&] { module.Refresh(); }));
-            EXPECT_TRUE(
-                refuses([&] { GPrefSharedFileModule(path, GUnicodeEncoding::GetInstance(), cWait); }));
+            expectRefused([&] { module.Refresh(); });
+            expectRefused([&] { SharedModule(path, cWait); });
         }
-        EXPECT_EQ(TextOf(module.Get("g", "k")), "waits");
+        EXPECT_TRUE(module.IsDirty());
+        EXPECT_EQ(module.TextAt("g"), "waits");
         other.UnLock();
-        EXPECT_EQ(TextOf(GPrefSharedFileModule(path, GUnicodeEncoding::GetInstance()).Get("g", "k")),
-                  "written");
+        EXPECT_EQ(SharedModule(path).TextAt("g"), "written");
     }
     module.FlushPrefs();
-    EXPECT_EQ(TextOf(GPrefSharedFileModule(path, GUnicodeEncoding::GetInstance()).Get("g", "k")), "waits");
+    EXPECT_EQ(SharedModule(path).TextAt("g"), "waits");
 }
 
 TEST_F(GPreferencesTest, ModulesAreInstalledReplacedAndMerged) {
@@ -277,18 +266,18 @@ TEST_F(GPreferencesTest, ModulesAreInstalledReplacedAndMerged) {
 
 TEST_F(GPreferencesTest, FilesAreInTheEncodingThatIsSet) {
     const std::string mark = "\xFF\xFE";
+    const GEncoding* const utf8 = GUTF8Encoding::GetInstance();
     GPreferences::SetEncoding(GUnicodeEncoding::GetInstance());
     EXPECT_THROW(GPreferences::SetEncoding(nullptr), GException);
     Install(4);
     GPreferences::Set(cUser, "g", "k", "v");
     GPreferences::FlushPrefs();
     EXPECT_EQ(mFolder.Take("user/App.uprefs").substr(0, 2), mark);
-    GPrefFileModule module(mFolder.Portable("user/App.uprefs"), GUTF8Encoding::GetInstance());
+    GPrefFileModule module(mFolder.Portable("user/App.uprefs"), utf8);
     module.Set("g", "l", "w");
     module.SaveAs(mFolder.Portable("copy"));
     EXPECT_EQ(mFolder.Take("copy").substr(0, 11), "#BEGINPREFS");
-    EXPECT_EQ(TextOf(GPrefFileModule(mFolder.Portable("copy"), GUTF8Encoding::GetInstance()).Get("g", "l")),
-              "w");
+    EXPECT_EQ(TextOf(GPrefFileModule(mFolder.Portable("copy"), utf8).Get("g", "l")), "w");
     EXPECT_TRUE(module.IsDirty()) << "its own file is as it was";
     module.SetEncoding(GUnicodeEncoding::GetInstance());
     EXPECT_THROW(module.SetEncoding(nullptr), GException);
@@ -302,18 +291,15 @@ TEST_F(GPreferencesTest, WhatIsReadOfADamagedFileIsKeptAndTheFileToo) {
         const GPathName path = mFolder.Portable("d.uprefs");
         const std::string damaged = "#BEGINPREFS\n\"g\"\n#BEGINDICT\n\"k\" \"1\"\n\"l\" \"";
         mFolder.Put("d.uprefs", damaged);
-        std::unique_ptr<GPrefFileModule> module;
-        if (shared) {
-            module = std::make_unique<GPrefSharedFileModule>(path, GUTF8Encoding::GetInstance());
-        } else {
-            module = std::make_unique<GPrefFileModule>(path, GUTF8Encoding::GetInstance());
-        }
+        const GEncoding* const encoding = GUTF8Encoding::GetInstance();
+        const auto module = shared ? std::make_unique<GPrefSharedFileModule>(path, encoding)
+                                   : std::make_unique<GPrefFileModule>(path, encoding);
         EXPECT_EQ(TextOf(module->Get("g", "k")), "1");
         EXPECT_EQ(mFolder.Take("d.uprefs"), damaged);
         module->Set("g", "m", "2");
         module->FlushPrefs();
         EXPECT_EQ(mFolder.Take(shared ? "d (damaged 2).uprefs" : "d (damaged).uprefs"), damaged);
-        GPrefFileModule read(path, GUTF8Encoding::GetInstance());
+        GPrefFileModule read(path, encoding);
         EXPECT_EQ(TextOf(read.Get("g", "k")) + TextOf(read.Get("g", "m")), "12");
     }
 }

@@ -1,12 +1,6 @@
 #include "framework/services/GPrefsText.h"
 
-#include <gtest/gtest.h>
-
-#include <tuple>
-
-#include "framework/core/encodings/GUTF8Encoding.h"
 #include "framework/core/encodings/GUnicodeEncoding.h"
-#include "framework/core/errors/GException.h"
 #include "framework/services/GPrefsFile.h"
 #include "framework/streams/GMemoryInStream.h"
 #include "framework/streams/GMemoryOutStream.h"
@@ -35,11 +29,10 @@ std::string Read(const std::string& text) {
     groups.GetOrInsert("old").Set("k", "v");
     std::string result = GPrefsText::Read(stream, groups) ? "" : "!";
     for (const char* const group : {"a", "b", "old"}) {
-        if (!groups.Has(group)) continue;
-        result += group + std::string(":");
+        if (groups.Has(group)) result += group + ":"s;
         for (const char* const key : {"k", "l"})
-            if (const GString* const value = groups.Find(group)->Find(key))
-                result += key + ("=" + TextOf(*value)) + ";";
+            if (groups.Has(group) && groups.Find(group)->Has(key))
+                result += key + ("=" + TextOf(*groups.Find(group)->Find(key))) + ";";
     }
     return result;
 }
@@ -71,8 +64,7 @@ TEST(GPrefsText, ReadsWhatIsWholeAndWhatStandsBeforeADamage) {
         {"a group that breaks off", "#BEGINPREFS\n" + a + "\"b\"\n#BEGINDICT\n\"k\" \"1\"\n\"l\"",
          "!a:k=1;b:k=1;"},
         {"a group without values", "#BEGINPREFS\n\"b\"\n\"k\" \"1\"\n#ENDPREFS", "!b:"},
-        {"a word in between", "#BEGINPREFS\n" + a + "word\n" + b + "#ENDPREFS", "!a:k=1;"},
-    };
+        {"a word in between", "#BEGINPREFS\n" + a + "word\n" + b + "#ENDPREFS", "!a:k=1;"}};
     for (const auto& [what, text, expected] : rows) EXPECT_EQ(Read(text), expected) << what;
 }
 

@@ -1,12 +1,10 @@
 #include "framework/services/GVariableMgr.h"
 
-#include <gtest/gtest.h>
-
-#include <tuple>
-
+#include "framework/core/text/GStringSupport.h"
 #include "framework/files/GFileSystem.h"
 #include "framework/services/GVariableSubstitution.h"
 #include "framework/system/PSystem.h"
+#include "tests/core/TextForTests.h"
 #include "tests/files/TestFolder.h"
 
 namespace {
@@ -51,34 +49,19 @@ std::string Expand(const GVariableMgr& manager, const std::string& text) {
 }
 
 TEST(GVariableMgr, ExpandsWhatItKnowsAndNothingHalf) {
-    const std::pair<const char*, const char*> rows[] = {
-        {"", ""},
-        {"plain", "plain"},
-        {"100%%", "100%"},
-        {"%%%%", "%%"},
-        {"%Date%", "2014-07-05"},
-        {"x%Date%y", "x2014-07-05y"},
-        {"%Date", "failed"},
-        {"%Date%%", "failed"},
-        {"%", "failed"},
-        {"%Nope%", "failed"},
-        {"%date%", "failed"},
-        {"a%Date%%Nope%", "failed"},
-        {"%Desktop%/Jobs", "C:/desk/Jobs"},
-        {"%Desktop%Jobs", "C:/desk/Jobs"},
-        {"%Desktop%//Jobs", "C:/desk//Jobs"},
-        {"%Desktop%", "C:/desk/"},
-        {"%Temp%%Date%", "T:/2014-07-05"},
-        {"%Temp%/x", "T:/x"},
-        {"%Current Document Name%", "%Date%"},
-        {"%User Company%", ""},
-        {"%User Name%%Custom%", "a:bc:d"},
-    };
-    const Manager manager;
-    for (const auto& [text, expected] : rows) {
-        const std::string wanted = std::string(expected) == "failed" ? "failed" : TextOf(Native(expected));
-        EXPECT_EQ(Expand(manager, text), wanted) << text;
-    }
+    ForEachRow<2>({" -> ", "plain -> plain", "100%% -> 100%", "%%%% -> %%", "%Date% -> 2014-07-05",
+                   "x%Date%y -> x2014-07-05y", "%Date -> failed", "%Date%% -> failed", "% -> failed",
+                   "%Nope% -> failed", "%date% -> failed", "a%Date%%Nope% -> failed",
+                   // A folder is followed by one separator.
+                   "%Desktop%/Jobs -> C:/desk/Jobs", "%Desktop%Jobs -> C:/desk/Jobs",
+                   "%Desktop%//Jobs -> C:/desk//Jobs", "%Desktop% -> C:/desk/",
+                   "%Temp%%Date% -> T:/2014-07-05", "%Temp%/x -> T:/x", "%Current Document Name% -> %Date%",
+                   "%User Company% -> ", "%User Name%%Custom% -> a:bc:d"},
+                  [manager = Manager()](auto text, auto expected) {
+                      const std::string wanted(expected);
+                      EXPECT_EQ(Expand(manager, std::string(text)),
+                                wanted == "failed" ? wanted : TextOf(Native(wanted)));
+                  });
 }
 
 TEST(GVariableMgr, PlainValuesAreMadeFitForFileNames) {
@@ -123,7 +106,6 @@ TEST(GVariableMgr, KnowsWhatIsSelected) {
 
 TEST(GVariableMgr, ItsOwnFoldersAreTheSystems) {
     const GVariableMgr manager(false, GVariableMgr::cPaths);
-    GString value;
     const std::pair<const char*, GPathName> rows[] = {
         {"%Desktop%", GFileSystem::GetDesktopFolder()},
         {"%My Documents%", GFileSystem::GetUserDocumentsFolder()},
@@ -131,9 +113,9 @@ TEST(GVariableMgr, ItsOwnFoldersAreTheSystems) {
         {"%Temp%", GFileSystem::GetGlobalTempFolder()},
         {"%System Disk%", GFileSystem::GetGlobalSystemFolder().GetRootPath()}};
     for (const auto& [name, folder] : rows) {
-        EXPECT_TRUE(manager.GetVar(name, value));
+        GString value;
+        EXPECT_TRUE(manager.GetVar(name, value) && !value.IsEmpty());
         EXPECT_EQ(TextOf(value), TextOf(folder.GetNativePathString())) << name;
-        EXPECT_FALSE(value.IsEmpty());
     }
 }
 
@@ -143,29 +125,21 @@ TEST(GVariableSubstitution, PutsVariablesForFoldersAndBack) {
     GFileSystem::AddSpecialPath(GSpecialPath::cUserPreferenceRoot, GPathName("C:/all/user"));
     GFileSystem::AddSpecialPath(GSpecialPath::cGlobalTemp, GPathName("T:/temp/"));
     GFileSystem::AddSpecialPath(GSpecialPath::cResources, GPathName());
-    const std::tuple<int, const char*, const char*> rows[] = {
-        {7, "C:/all/x", "%QuillonGlobalPreferences%/x"},
-        {7, "c:/ALL/User/x", "%QuillonUserPreferences%/x"},
-        {1, "C:/all/user/x", "%QuillonGlobalPreferences%/user/x"},
-        {7, "C:/allx", "C:/allx"},
-        {7, "C:/all", "%QuillonGlobalPreferences%"},
-        {7, "D:/C:/all/x", "D:/C:/all/x"},
-        {7, "T:/temp/a", "%SystemGlobalTemp%/a"},
-        {3, "T:/temp/a", "T:/temp/a"},
-        {4096, "", ""},
-    };
-    for (const auto& [flags, path, stored] : rows) {
-        SCOPED_TRACE(path);
-        const Imp substitution(static_cast<Imp::PathNameTypes>(flags));
-        GString text = WithBackslashes(path);
-        substitution.ToVariables(text);
-        EXPECT_EQ(TextOf(text), TextOf(WithBackslashes(stored)));
-        substitution.FromVariables(text);
-        GString lower = WithBackslashes(path);
-        text.ToLower();
-        lower.ToLower();
-        EXPECT_EQ(TextOf(text), TextOf(lower));
-    }
+    // The folders that are looked for, a path, and what is put for it.
+    ForEachRow<3>(
+        {"7 -> C:/all/x -> %QuillonGlobalPreferences%/x", "7 -> c:/ALL/User/x -> %QuillonUserPreferences%/x",
+         "1 -> C:/all/user/x -> %QuillonGlobalPreferences%/user/x", "7 -> C:/allx -> C:/allx",
+         "7 -> C:/all -> %QuillonGlobalPreferences%", "7 -> D:/C:/all/x -> D:/C:/all/x",
+         "7 -> T:/temp/a -> %SystemGlobalTemp%/a", "3 -> T:/temp/a -> T:/temp/a", "4096 ->  -> "},
+        [](auto flags, auto path, auto stored) {
+            const Imp substitution(static_cast<Imp::PathNameTypes>(std::atoi(flags.data())));
+            const GString whole = WithBackslashes(std::string(path));
+            GString text(whole);
+            substitution.ToVariables(text);
+            EXPECT_EQ(TextOf(text), TextOf(WithBackslashes(std::string(stored))));
+            substitution.FromVariables(text);
+            EXPECT_TRUE(GStringSupport::IsEqualIgnoreCase(text, whole));
+        });
     const Imp all(static_cast<Imp::PathNameTypes>(4103));
     GString text("%QuillonResourceFolder%");
     all.FromVariables(text);

@@ -1,7 +1,4 @@
 // Preferences that several processes write, and that a process is killed over.
-#include <gtest/gtest.h>
-
-#include <random>
 
 #include "framework/core/encodings/GUnicodeEncoding.h"
 #include "framework/services/GPrefFileModule.h"

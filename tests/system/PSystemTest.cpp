@@ -24,21 +24,23 @@ TEST(PSystem, ListsTheAdaptersAsBytesAndAsTexts) {
     EXPECT_TRUE(PSystem::GetEtherAddress(addresses));
     EXPECT_TRUE(PSystem::GetEtherAddress(texts));
     EXPECT_LE(texts.GetCount(), addresses.GetCount());
-    for (const GString& text : texts) {
-        EXPECT_TRUE(std::regex_match(TextOf(text), std::regex("([0-9a-f]{2}:){5}[0-9a-f]{2}[MN]")))
-            << TextOf(text);
-    }
+    const std::regex form("([0-9a-f]{2}:){5}[0-9a-f]{2}[MN]");
+    for (const GString& text : texts) EXPECT_TRUE(std::regex_match(TextOf(text), form)) << TextOf(text);
 }
 
-TEST(PSystem, KeepsTheCodeThatWasSet) {
+TEST(PSystem, KeepsTheCodeAndTheLineEndsThatWereSet) {
     const long own = PSystem::GetOSCode();
     for (const long code : {3008L, 0L}) {
         PSystem::SetOSCode(code);
         EXPECT_EQ(PSystem::GetOSCode(), code);
         EXPECT_EQ(PSystem::IsNTOrBetter(), code != 0);
+        GBufferSupport::SetLineEnding(code != 0, code == 0);
+        EXPECT_EQ(PSystem::GetLineEndingNeedsCR(), code != 0);
+        EXPECT_EQ(PSystem::GetLineEndingNeedsLF(), code == 0);
     }
     PSystem::SetOSCode(PSystem::cUnknownOSCode);
     EXPECT_EQ(PSystem::GetOSCode(), own);
+    GBufferSupport::SetLineEnding(true, true);
 }
 
 TEST(PSystem, NamesMachineAndUser) {
@@ -58,15 +60,6 @@ TEST(PSystem, NamesItsModules) {
     PSystem::SetHInstance(&module);
     EXPECT_EQ(PSystem::GetHInstance(), &module);
     PSystem::SetHInstance(nullptr);
-}
-
-TEST(PSystem, LineEndsAreThoseOfTheBuffers) {
-    for (const bool cr : {false, true}) {
-        GBufferSupport::SetLineEnding(cr, !cr);
-        EXPECT_EQ(PSystem::GetLineEndingNeedsCR(), cr);
-        EXPECT_EQ(PSystem::GetLineEndingNeedsLF(), !cr);
-    }
-    GBufferSupport::SetLineEnding(true, true);
 }
 
 TEST(PSystem, AsksForNoTimeAndTracesNothingForANullPointer) {
