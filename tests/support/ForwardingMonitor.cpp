@@ -20,12 +20,7 @@
 
 namespace {
 
-// Job numbers from behind the first to the second.
-struct Range {
-    DWORD behind, last;
-};
-
-constexpr Range cFirstNumbers = {0, 2000};
+constexpr DWORD cFirstNumbers = 2000;
 constexpr DWORD cNextNumbers = 16;
 
 struct Job {
@@ -33,33 +28,21 @@ struct Job {
     DWORD id = 0;
 };
 
-class Printer {
-public:
-    explicit Printer(std::wstring name) : mName(std::move(name)) {
-        HANDLE handle = nullptr;
-        if (::OpenPrinterW(mName.data(), &handle, nullptr)) mHandle.Reset(handle);
-    }
-
-    /// The highest number of a job of that document name, 0 when there is none. A null name fits every job.
-    DWORD FindJob(LPCWSTR document, const Range& numbers) const {
-        for (DWORD id = numbers.last; mHandle && id > numbers.behind; --id) {
-            if (IsJob(id, document)) return id;
-        }
-        return 0;
-    }
-
-private:
-    bool IsJob(DWORD id, LPCWSTR document) const {
+/// The highest number above `low`, up to `high`, of a job of that document name; 0 when there is none. A null
+/// name fits every job.
+DWORD FindJob(std::wstring printer, LPCWSTR document, DWORD low, DWORD high) {
+    HANDLE opened = nullptr;
+    if (!::OpenPrinterW(printer.data(), &opened, nullptr)) return 0;
+    const PWin32ScopedHandle<PWin32PrinterHandle> handle(opened);
+    for (DWORD id = high; id > low; --id) {
         alignas(JOB_INFO_1W) BYTE block[8192];
         DWORD needed = 0;
-        if (!::GetJobW(mHandle.Get(), id, 1, block, sizeof block, &needed)) return false;
+        if (!::GetJobW(handle.Get(), id, 1, block, sizeof block, &needed)) continue;
         const LPCWSTR name = reinterpret_cast<const JOB_INFO_1W*>(block)->pDocument;
-        return document == nullptr || name == nullptr || ::lstrcmpW(document, name) == 0;
+        if (document == nullptr || name == nullptr || ::lstrcmpW(document, name) == 0) return id;
     }
-
-    std::wstring mName;
-    PWin32ScopedHandle<PWin32PrinterHandle> mHandle;
-};
+    return 0;
+}
 
 std::vector<std::wstring> PrintersOnPort(const std::wstring& port) {
     DWORD needed = 0;
@@ -76,21 +59,18 @@ std::vector<std::wstring> PrintersOnPort(const std::wstring& port) {
     return names;
 }
 
-Job FindJobAmong(const std::vector<std::wstring>& printers, LPCWSTR document, const Range& numbers) {
-    Job found;
-    for (const std::wstring& name : printers) {
-        const DWORD id = Printer(name).FindJob(document, numbers);
-        if (found.printer.empty() || id > found.id) found = {name, id};
-    }
-    return found;
-}
-
 /// The job that is being printed on the port; without one, the port's first printer and the number 0.
 Job FindJobOnPort(const std::wstring& port, LPCWSTR document) {
     static std::atomic<DWORD> sLast = 0;
-    const std::vector<std::wstring> printers = PrintersOnPort(port);
-    Job found = FindJobAmong(printers, document, {sLast, sLast + cNextNumbers});
-    if (found.id == 0) found = FindJobAmong(printers, document, cFirstNumbers);
+    const DWORD last = sLast;
+    Job found;
+    for (const auto& [low, high] : {std::pair(last, last + cNextNumbers), {0, cFirstNumbers}}) {
+        if (found.id != 0) break;
+        for (const std::wstring& printer : PrintersOnPort(port)) {
+            const DWORD id = FindJob(printer, document, low, high);
+            if (found.printer.empty() || id > found.id) found = {printer, id};
+        }
+    }
     if (found.id != 0) sLast = found.id;
     return found;
 }
@@ -127,10 +107,9 @@ std::wstring RealDriver(const MONITORINIT* init) {
     wchar_t name[MAX_PATH] = {};
     DWORD size = sizeof name - sizeof name[0];
     const auto key = static_cast<HKEY>(init->hckRegistryRoot);
-    if (::RegQueryValueExW(key, L"RealDriver", nullptr, nullptr, reinterpret_cast<BYTE*>(name), &size) != 0) {
-        return {};
-    }
-    return name;
+    const LONG failure =
+        ::RegQueryValueExW(key, L"RealDriver", nullptr, nullptr, reinterpret_cast<BYTE*>(name), &size);
+    return failure == 0 ? name : L"";
 }
 
 bool LoadReal(MONITORINIT* init) {

@@ -21,30 +21,28 @@ constexpr ULONG cDirectoryAllAccess = 0xF000F;
 constexpr ULONG cSymbolicLinkAllAccess = 0xF0001;
 constexpr ULONG cOpenIfExists = 0x80;
 
-UNICODE_STRING AsUnicode(std::wstring& text) {
-    const auto bytes = static_cast<USHORT>(text.size() * sizeof(wchar_t));
-    return {bytes, bytes, text.data()};
-}
+/// A name as the calls below take it. `text` outlives it.
+struct Name {
+    explicit Name(const std::wstring& text) {
+        ::RtlInitUnicodeString(&units, text.c_str());
+        InitializeObjectAttributes(&attributes, &units, OBJ_CASE_INSENSITIVE | cOpenIfExists, nullptr,
+                                   nullptr);
+    }
 
-OBJECT_ATTRIBUTES Named(UNICODE_STRING& name) {
+    UNICODE_STRING units = {};
     OBJECT_ATTRIBUTES attributes = {};
-    InitializeObjectAttributes(&attributes, &name, OBJ_CASE_INSENSITIVE | cOpenIfExists, nullptr, nullptr);
-    return attributes;
+};
+
+bool MakeDirectory(const std::wstring& path) {
+    Name name(path);
+    HANDLE kept = nullptr;
+    return ::NtCreateDirectoryObject(&kept, cDirectoryAllAccess, &name.attributes) >= 0;
 }
 
-bool MakeDirectory(std::wstring path) {
-    UNICODE_STRING name = AsUnicode(path);
-    OBJECT_ATTRIBUTES attributes = Named(name);
+bool MakeLink(const std::wstring& path, const std::wstring& target) {
+    Name name(path), where(target);
     HANDLE kept = nullptr;
-    return ::NtCreateDirectoryObject(&kept, cDirectoryAllAccess, &attributes) >= 0;
-}
-
-bool MakeLink(std::wstring path, std::wstring target) {
-    UNICODE_STRING name = AsUnicode(path);
-    UNICODE_STRING where = AsUnicode(target);
-    OBJECT_ATTRIBUTES attributes = Named(name);
-    HANDLE kept = nullptr;
-    return ::NtCreateSymbolicLinkObject(&kept, cSymbolicLinkAllAccess, &attributes, &where) >= 0;
+    return ::NtCreateSymbolicLinkObject(&kept, cSymbolicLinkAllAccess, &name.attributes, &where.units) >= 0;
 }
 
 bool MakeNameSpace(const std::wstring& session) {
@@ -64,7 +62,6 @@ int wmain(int argc, wchar_t** argv) {
     }
     std::puts("ready");
     std::fflush(stdout);
-    while (std::getchar() != EOF) {
-    }
+    while (std::getchar() != EOF) continue;
     return 0;
 }
