@@ -15,8 +15,8 @@ std::string Find(Manager& manager, long processID) {
     long session = 99;
     GTable<std::int32_t> ids = {5};
     manager.GetRegistered(processID, session, ids);
-    std::string text = std::to_string(session) + ":";
-    for (const std::int32_t id : ids) text += " " + std::to_string(id);
+    std::string text = std::to_string(session).append(":");
+    for (const std::int32_t id : ids) text.append(" ").append(std::to_string(id));
     return text;
 }
 
@@ -201,7 +201,7 @@ TEST(GIPCMessageQueueMgr, SearchesTheSharedNameSpaceWhereSystemsHaveOneOnly) {
     IPCWorld world;
     world.SetSessions({-1});
     Manager global(GShMemID("GIPCTest"), -1, Manager::Scope::cOwnOnly);
-    const std::string found = "-1: " + std::to_string(global.Register(7));
+    const std::string found = std::string("-1: ").append(std::to_string(global.Register(7)));
     Manager manager(Manager::cTest);
     for (const auto& [osCode, searched] :
          {std::pair(3002, false), {3003, true}, {3008, true}, {3009, false}, {3016, false}}) {
