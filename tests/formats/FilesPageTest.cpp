@@ -1,5 +1,6 @@
 // The page of formats on files, against the files that the framework and the monitor make.
 #include <set>
+#include <sstream>
 
 #include "framework/core/encodings/GUTF8Encoding.h"
 #include "framework/files/GFileSystem.h"
@@ -21,6 +22,7 @@
 namespace {
 
 using Facts = FormatsPage::Facts;
+using Names = std::set<std::string>;
 
 /// A folder of its own in the place of the temporary folder and those of preferences.
 struct FilesPage : testing::Test {
@@ -36,13 +38,11 @@ struct FilesPage : testing::Test {
         GFileSystem::RemoveAllSpecialPaths();
     }
     /// The names of the files in a folder.
-    std::string Files(const std::string& folder) const {
-        std::set<std::string> names;
+    Names Files(const std::string& folder) const {
+        Names names;
         for (const auto& entry : std::filesystem::directory_iterator(mFolder.Standard(folder)))
             if (entry.is_regular_file()) names.insert(entry.path().filename().string());
-        std::string text;
-        for (const std::string& name : names) text += name + "; ";
-        return text;
+        return names;
     }
 
     const TestFolder mFolder;
@@ -56,46 +56,43 @@ TEST_F(FilesPage, DictionaryText) {
         GBin2TextStream stream(source, GUTF8Encoding::GetInstance());
         GDict<GBuffer, GString> values;
         EXPECT_TRUE(GDictTextSupport::Read(stream, values)) << written;
-        std::string units;
-        const GString value = values.GetOrInsert("k");
-        for (long i = 0; i < value.GetLength(); ++i) {
-            char unit[8];
-            std::snprintf(unit, sizeof unit, "%s%04X", i > 0 ? " " : "", value[i]);
-            units += unit;
-        }
-        EXPECT_EQ(units, read) << written;
+        std::u16string units;
+        std::istringstream numbers(read);
+        for (unsigned unit = 0; numbers >> std::hex >> unit;) units += static_cast<char16_t>(unit);
+        EXPECT_TRUE(numbers.eof()) << read;
+        EXPECT_EQ(Plain(values.GetOrInsert("k")), units) << written;
     }
 }
 
 TEST_F(FilesPage, JobFile) {
     const Facts page = FormatsPage("Job file").facts;
     const std::string longest(300, 'x');
-    const Facts others = {
+    Facts expected = {
         {"longest name", std::to_string(JobPath("Proof", longest.c_str()).GetFileName().GetLength())},
         {"set aside", TextOf(JobFileRules::MakeSetAsideName("anna", 1, 0))}};
     EXPECT_EQ(page.size(), 8u);
-    for (const auto& [name, fact] : page) {
-        const auto other = others.find(name);
-        EXPECT_EQ(fact, other != others.end() ? other->second
-                                              : TextOf(JobPath("Proof", name.c_str()).GetFileName()))
-            << name;
-    }
+    // All others are titles.
+    for (const auto& [title, file] : page)
+        expected.try_emplace(title, TextOf(JobPath("Proof", title.c_str()).GetFileName()));
+    EXPECT_EQ(page, expected);
 }
 
-/// Reading and writing it gives it back.
-void ExpectIsPreferences(const std::string& text, const TestFolder& folder) {
+/// What is written of the preferences that were read from a text.
+std::string Rewritten(const std::string& text) {
+    const TestFolder folder;
     GPrefsText::Groups groups;
     folder.Put("read", text);
     EXPECT_TRUE(GPrefsFile::Read(folder.Portable("read"), GUTF8Encoding::GetInstance(), groups));
     GPrefsFile::Write(folder.Portable("written"), GUTF8Encoding::GetInstance(), groups);
-    EXPECT_EQ(folder.Take("written").size(), text.size());
-    for (const char* const file : {"read", "written"}) std::filesystem::remove(folder.Standard(file));
+    return folder.Take("written");
 }
 
 TEST_F(FilesPage, PreferenceFiles) {
     const FormatsPage page("Preference files");
-    ASSERT_EQ(page.examples.size(), 1u);
-    ExpectIsPreferences(page.examples[0], mFolder);
+    ASSERT_EQ(page.examples.size(), 2u);
+    EXPECT_EQ(Rewritten(page.examples[0]), page.examples[0]);
+    for (const char* const mark : {"", "\xEF\xBB\xBF"})
+        EXPECT_EQ(Rewritten(mark + page.examples[1]), page.examples[0]);
     GPreferences::SetDefaultModules("NAME", static_cast<GPreferences::PrefDefaultModule>(15));
     const auto nameOf = [](long id) {
         const auto* const module = dynamic_cast<GPrefFileModule*>(GPreferences::GetPrefModule(id));
@@ -108,7 +105,7 @@ TEST_F(FilesPage, PreferenceFiles) {
     const std::string lock = page.facts.at("lock of the shared file");
     const std::string damaged = page.facts.at("damaged file");
     const std::string user = nameOf(-3), system = nameOf(-4), shared = nameOf(-2);
-    EXPECT_EQ(Files("."), system + "; " + user + "; " + damaged + "; " + shared + "; " + lock + "; ");
+    EXPECT_EQ(Files("."), Names({system, user, damaged, shared, lock}));
     GFileSystem::RemoveSpecialPath(GSpecialPath::cUserPreferences);
     const Facts expected = {
         {"folder", TextOf(GFileSystem::GetSpecialPath(GSpecialPath::cUserPreferences).GetLeaf())},
@@ -122,10 +119,12 @@ TEST_F(FilesPage, PreferenceFiles) {
     EXPECT_EQ(page.facts, expected);
 }
 
-/// What the settings are after a configuration has set that key of the defaults to that value.
-std::string Settings(const std::string& key, const std::string& value) {
-    const std::string text =
+/// What the settings are after a configuration has set that key of the defaults to that value. A line before
+/// it makes it that long.
+std::string Settings(const std::string& key, const std::string& value, std::size_t length = 0) {
+    std::string text =
         "#BEGINPREFS\n\"Defaults\"\n#BEGINDICT\n\"" + key + "\" \"" + value + "\"\n#ENDDICT\n#ENDPREFS\n";
+    if (length > text.size()) text.insert(0, std::string(length - text.size() - 1, 'x') + '\n');
     const GBuffer bytes = BufferOf(text);
     GMemoryInStream stream(bytes);
     GTraceSettings settings;
@@ -140,10 +139,10 @@ std::string Settings(const std::string& key, const std::string& value) {
     return result + '"' + settings.GetIndent().GetPtr() + '"' + settings.GetPrefix().GetPtr() + '"';
 }
 
-TEST_F(FilesPage, TraceConfigurationAndLog) {
-    const FormatsPage page("Trace configuration and log");
+TEST_F(FilesPage, TraceConfiguration) {
+    FormatsPage page("Trace configuration and log");
     ASSERT_EQ(page.examples.size(), 1u);
-    ExpectIsPreferences(page.examples[0], mFolder);
+    EXPECT_EQ(Rewritten(page.examples[0]).size(), page.examples[0].size()) << "its groups in another order";
     const std::string before = R"(------110" " *** ")";
     const Facts changed = {{"Log", R"(L-----110" " *** ")"},
                            {"LogAssert", R"(--L---110" " *** ")"},
@@ -156,16 +155,23 @@ TEST_F(FilesPage, TraceConfigurationAndLog) {
                            {"LogLocation", R"(------010" " *** ")"},
                            {"LogTime", R"(------100" " *** ")"},
                            {"AlwaysUseNewFile", R"(------111" " *** ")"}};
-    Facts facts = page.facts;
     for (const auto& [key, result] : changed) {
-        const std::string cell = facts.at(key);
+        const std::string cell = page.facts.at(key);
         const bool isText = cell.starts_with('"') && cell.ends_with('"');
-        const std::string other = isText ? "i" : cell == "true" ? "false" : "true";
+        EXPECT_TRUE(isText || cell == "true" || cell == "false") << cell;
         EXPECT_EQ(Settings(key, isText ? cell.substr(1, cell.size() - 2) : cell), before) << key;
-        EXPECT_EQ(Settings(key, other), result) << key;
-        facts.erase(key);
+        EXPECT_EQ(Settings(key, isText ? "i" : cell == "true" ? "false" : "true"), result) << key;
+        page.facts.erase(key);
     }
-    EXPECT_EQ(facts.size(), 6u);
+    EXPECT_EQ(page.facts.size(), 7u) << "what the next test looks at";
+    constexpr std::size_t cLargest = 1048576;
+    EXPECT_EQ(page.facts.at("largest configuration"), std::to_string(cLargest));
+    EXPECT_EQ(Settings("Log", "true", cLargest), changed.at("Log"));
+    EXPECT_EQ(Settings("Log", "true", cLargest + 1), before);
+}
+
+TEST_F(FilesPage, TraceLog) {
+    const Facts facts = FormatsPage("Trace configuration and log").facts;
     EXPECT_EQ(facts.at("largest log"), std::to_string(GTraceFile::cMaxLength));
     const std::string folder = facts.at("folder") + "/";
     std::filesystem::create_directories(mFolder.Standard(folder));
@@ -180,10 +186,8 @@ TEST_F(FilesPage, TraceConfigurationAndLog) {
     std::filesystem::resize_file(mFolder.Standard(folder + facts.at("log")), GTraceFile::cMaxLength + 1);
     log("");
     log("\"AlwaysUseNewFile\" \"1\"\n");
-    std::string expected;
-    for (const char* const name : {"next log", "old log", "configuration", "log"})
-        expected += facts.at(name) + "; ";
-    EXPECT_EQ(Files(folder), expected);
+    EXPECT_EQ(Files(folder),
+              Names({facts.at("next log"), facts.at("old log"), facts.at("configuration"), facts.at("log")}));
 }
 
 }  // namespace
