@@ -29,10 +29,11 @@ std::string Read(const std::string& text) {
     groups.GetOrInsert("old").Set("k", "v");
     std::string result = GPrefsText::Read(stream, groups) ? "" : "!";
     for (const char* const group : {"a", "b", "old"}) {
-        if (groups.Has(group)) result += group + ":"s;
+        if (!groups.Has(group)) continue;
+        result += group + std::string(":");
         for (const char* const key : {"k", "l"})
-            if (groups.Has(group) && groups.Find(group)->Has(key))
-                result += key + ("=" + TextOf(*groups.Find(group)->Find(key))) + ";";
+            if (const GString* const value = groups.Find(group)->Find(key))
+                result += key + ("=" + TextOf(*value)) + ";";
     }
     return result;
 }

@@ -160,13 +160,12 @@ TEST(GBufferNumbers, IntegersFromText) {
 }
 
 TEST(GBufferNumbers, RealsFromText) {
-    const std::string zeros(100000, '0'), wide = "1" + zeros, tiny = "0." + zeros + "1";
     ForEachRow<1>({"2.5", "-2.5xyz", "+2.5", "\t12", ".5", "5.", "-.5e1", "1e3", "1E+3", "1e-3", "1e", "1e+",
                    "1ex", "1.5.5", "1,5",
                    // No number, a signed zero, and what is too small or too large.
                    "", ".", "-", ".e5", "e5", "+-5", "-0", "-1e-400", "-1e400", "1e-99999999999999999999",
                    "0e99999999999999999999", "1e+99999999999999999999", "0.0000000001e320",
-                   "0.0000000001e318", "1000000000e-330", wide, tiny, wide + "e-100000", tiny + "e100001"},
+                   "0.0000000001e318", "1000000000e-330"},
                   [](auto text) {
                       const double value = BufferOf(text).GetReal(),
                                    expected = std::strtod(text.data(), nullptr);
@@ -175,6 +174,12 @@ TEST(GBufferNumbers, RealsFromText) {
     // What the standard library takes for a number, and what it does not skip.
     for (const char* text : {"0x10", "inf", "nan"}) EXPECT_EQ(GBuffer(text).GetReal(), 0.0) << text;
     EXPECT_EQ(GBuffer(" \b\t12").GetReal(), 12);
+    // More digits than it reads well on every system.
+    const std::string zeros(100000, '0'), wide = "1" + zeros, tiny = "0." + zeros + "1";
+    EXPECT_EQ(BufferOf(wide).GetReal(), cInfinity);
+    EXPECT_EQ(BufferOf(tiny).GetReal(), 0.0);
+    EXPECT_EQ(BufferOf(wide + "e-100000").GetReal(), 1.0);
+    EXPECT_EQ(BufferOf(tiny + "e100001").GetReal(), 1.0);
 }
 
 TEST(GBufferNumbers, TheLocaleHasNoPart) {
