@@ -11,6 +11,8 @@
 
 namespace {
 
+// What is read beyond a line is given back and read again, so it begins with what most lines need.
+constexpr long cFirstChunk = 128;
 constexpr long cChunk = 4096;
 constexpr unsigned short cLineFeed = 10;
 constexpr unsigned short cCarriageReturn = 13;
@@ -79,8 +81,8 @@ bool GBin2TextStream::FetchRawLine(GBuffer& line) {
     const bool wide = mEncoding->IsOfType(GUnicodeEncoding::sDescription);
     GBuffer chunk;
     long scanned = 0;
-    for (long count = mSource->Read(chunk, cChunk); count > 0; count = mSource->Read(chunk, cChunk)) {
-        line.AppendByteArray(chunk.GetRawData(), count);
+    for (long wanted = cFirstChunk; mSource->Read(chunk, wanted) > 0; wanted = std::min(2 * wanted, cChunk)) {
+        line.AppendByteArray(chunk.GetRawData(), chunk.GetLength());
         const long end = RawLine(line, wide).FindEnd(scanned, scanned);
         if (end < 0) continue;
         const long rest = line.GetLength() - end;
