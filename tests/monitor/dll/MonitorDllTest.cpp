@@ -93,11 +93,8 @@ TEST(MonitorDll, FillsElevenSlotsOfItsTable) {
     EXPECT_EQ(table.cbSize, 152u);
     EXPECT_EQ(library.GetMonitorHandle(), library.GetInit());
     std::string slots;
-    for (std::size_t offset = 8; offset < 152; offset += 8) {
-        const void* slot = nullptr;
-        std::memcpy(&slot, reinterpret_cast<const char*>(&table) + offset, sizeof slot);
-        slots += slot != nullptr ? 'x' : '-';
-    }
+    const auto* const all = reinterpret_cast<const void* const*>(&table);
+    for (std::size_t slot = 1; slot < 152 / 8; ++slot) slots += all[slot] != nullptr ? 'x' : '-';
     EXPECT_EQ(slots, "xx-xxxxx------xxxx");
 }
 
