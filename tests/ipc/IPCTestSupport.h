@@ -69,16 +69,18 @@ template <class Manager>
 struct Process {
     template <class... Arguments>
     Process(IPCWorld& world, long processID, long session, Arguments... arguments)
-        : mWorld(world), mID(processID), mSession(session) {
-        Act();
-        mManager = std::make_unique<Manager>(arguments...);
-    }
+        : mWorld(world), mID(processID), mSession(session), mManager(Make(arguments...)) {}
     ~Process() {
         Act();
         mReceiver.reset();
         mManager.reset();
     }
     void Act() { mWorld.ActAs(mID, mSession); }
+    template <class... Arguments>
+    std::unique_ptr<Manager> Make(Arguments... arguments) {
+        Act();
+        return std::make_unique<Manager>(arguments...);
+    }
     /// The queue under that path, or null.
     std::unique_ptr<RawSegment> OpenQueue(const char* path = "Session\\1\\") const {
         return RawSegment::Open(path, QueueName(mID, mManager->GetRegistrationID()));

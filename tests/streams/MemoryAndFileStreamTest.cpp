@@ -44,22 +44,18 @@ TEST(InStreams, DeliverTheSameInPiecesOfEverySizeAndNothingForNothing) {
 TEST(InStreams, SkipWithinTheData) {
     const std::string digits = "0123456789";
     const Sources sources(digits);
+    GBuffer out;
     // From position 4.
-    for (const auto& [count, moved] : {std::pair(3LL, 3),
-                                       {6, 6},
-                                       {7, 6},
-                                       {1LL << 62, 6},
-                                       {0, 0},
-                                       {-1, -1},
-                                       {-4, -4},
-                                       {-5, -4},
-                                       {-(1LL << 40), -4}})
+    const std::pair<long long, int> rows[] = {{3, 3},   {6, 6},   {7, 6},   {1LL << 62, 6},    {0, 0},
+                                              {-1, -1}, {-4, -4}, {-5, -4}, {-(1LL << 40), -4}};
+    for (const auto& [count, moved] : rows)
         sources.ForBoth([&, by = count, to = 4 + moved](auto& stream) {
             EXPECT_EQ(stream.Skip(4), 4);
             const std::unique_ptr<GInStream> clone(stream.CreateClone());
             EXPECT_EQ(stream.Skip(by), to - 4) << by;
             EXPECT_EQ(stream.GetPosition(), to) << by;
             EXPECT_EQ(ReadAll(stream, 100), digits.substr(static_cast<std::size_t>(to)));
+            EXPECT_EQ(stream.Read(out, 1), -1) << "the end";
             EXPECT_EQ(ReadAll(*clone, 3), "456789") << "a clone's position is its own";
             clone->Reset();
             EXPECT_EQ(ReadAll(*clone, 100), digits);
