@@ -86,8 +86,7 @@ TEST(GVariableMgr, KnowsWhatIsSelected) {
         GDict<GString, GString> values;
         manager.GetVars(names);
         manager.GetVars(values);
-        EXPECT_EQ(names.GetCount(), count);
-        EXPECT_EQ(values.GetCount(), count);
+        EXPECT_TRUE(names.GetCount() == count && values.GetCount() == count);
         GString value;
         EXPECT_EQ(manager.GetVar("%Date%", value), plain);
         EXPECT_EQ(TextOf(value), plain ? "2014-07-05" : "%Date%");

@@ -20,28 +20,17 @@ struct DerivedObject : Object<Counted> {
     using Object<Counted>::Object;
 };
 
-// One pointer class and its kind of count.
-struct Shared {
-    using Counted = GThreadSafeRefCount;
-    template <class T>
-    using Pointer = GSharedObject<T>;
-};
-struct Smart {
-    using Counted = GRefCount;
-    template <class T>
-    using Pointer = GSmartPtr<T>;
-};
-
-template <class Kind>
+// GSmartPtr is the same pointer's name where objects are counted on one thread.
+template <class Counted>
 class CountedPointer : public testing::Test {};
-using Kinds = testing::Types<Shared, Smart>;
+using Kinds = testing::Types<GThreadSafeRefCount, GRefCount>;
 TYPED_TEST_SUITE(CountedPointer, Kinds);
 
 }  // namespace
 
 TYPED_TEST(CountedPointer, IsAValueAndTheLastOneDeletes) {
-    using Thing = Object<typename TypeParam::Counted>;
-    using Pointer = typename TypeParam::template Pointer<Thing>;
+    using Thing = Object<TypeParam>;
+    using Pointer = GSharedObject<Thing>;
     int alive = 0;
     {
         Pointer first(new Thing(alive)), other(new Thing(alive));
@@ -63,16 +52,16 @@ TYPED_TEST(CountedPointer, IsAValueAndTheLastOneDeletes) {
 }
 
 TYPED_TEST(CountedPointer, TakesOverLetsGoAndConverts) {
-    using Thing = Object<typename TypeParam::Counted>;
-    using Derived = DerivedObject<typename TypeParam::Counted>;
-    using Pointer = typename TypeParam::template Pointer<Derived>;
+    using Thing = Object<TypeParam>;
+    using Derived = DerivedObject<TypeParam>;
+    using Pointer = GSmartPtr<Derived>;
     int alive = 0;
     auto* const thing = new Derived(alive);
     thing->AddRef();
     Pointer adopted = Pointer::Adopt(thing);
     EXPECT_EQ(thing->GetRefCount(), 1);
     {
-        const typename TypeParam::template Pointer<const Thing> base(adopted);
+        const GSharedObject<const Thing> base(adopted);
         EXPECT_EQ(base->GetRefCount(), 2);
     }
     Derived* const detached = adopted.Detach();

@@ -21,24 +21,20 @@ TEST(GRegEx, MatchesWholeTexts) {
 }
 
 TEST(GRegEx, FindsTheFirstMatchFromAPositionOn) {
-    const GRange none(7, 8);  // what the call leaves as it was
-    const std::tuple<const char*, const char*, const char*, long, GRange> rows[] = {
-        {"from before the start", "\\d+", "a12b345c", -5, {1, 2}},
-        {"where the search starts", "\\d+", "a12b345c", 1, {1, 2}},
-        {"the rest of a match", "\\d+", "a12b345c", 2, {2, 2}},
-        {"the next", "\\d+", "a12b345c", 3, {4, 6}},
-        {"beyond the last", "\\d+", "a12b345c", 7, none},
-        {"beyond the end", "\\d+", "a12b345c", 0x7FFFFFFF, none},
-        {"what stands before counts for a word's start", "\\bcat", "concat", 3, none},
-        {"and for the text's", "\\Aa", "aa", 1, none},
-        {"inside a word", "cat", "concat", 3, {3, 5}},
-        {"nothing, at a position", "x*", "ab", 1, {1, 0}}};
-    for (const auto& [what, expression, text, start, expected] : rows) {
-        SCOPED_TRACE(what);
-        GRange match = none;
-        EXPECT_EQ(GRegEx(GString(expression)).Find(GString(text), start, match), !(expected == none));
-        EXPECT_TRUE(match.GetFirst() == expected.GetFirst() && match.GetLast() == expected.GetLast());
-    }
+    // An expression, a text, where the search starts, and the match; none leaves the range as it was. What
+    // stands before the start counts for a word's start and for the text's.
+    ForEachRow<4>(
+        {u"\\d+ -> a12b345c -> -5 -> 1 2", u"\\d+ -> a12b345c -> 1 -> 1 2", u"\\d+ -> a12b345c -> 2 -> 2 2",
+         u"\\d+ -> a12b345c -> 3 -> 4 6", u"\\d+ -> a12b345c -> 7 -> none",
+         u"\\d+ -> a12b345c -> 2147483647 -> none", u"\\bcat -> concat -> 3 -> none",
+         u"\\Aa -> aa -> 1 -> none", u"cat -> concat -> 3 -> 3 5", u"x* -> ab -> 1 -> 1 0"},
+        [](auto expression, auto text, auto start, auto expected) {
+            GRange match(7, 8);
+            const bool found = GRegEx(Text(expression)).Find(Text(text), Text(start).GetInt32(), match);
+            const GString ends = GString(match.GetFirst()) + GString(" ") + GString(match.GetLast());
+            EXPECT_EQ(Plain(ends), found ? expected : u"7 8");
+            EXPECT_EQ(found, expected != u"none");
+        });
 }
 
 TEST(GRegEx, GivesTheTextsOfGroups) {
