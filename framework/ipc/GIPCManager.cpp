@@ -214,8 +214,9 @@ GIPCManager::Told GIPCManager::SendOnceRaw(const std::function<bool(std::int32_t
     const GIPCPost post{type, data, true};
     GIPCListing listing(mRegistries, GIPCListing::Tidying::cWhenCrowded);
     GIPCDelivery delivery(mRules, listing, mOutbox, post);
-    GTable<std::int32_t> registered, wanted;
+    GTable<std::int32_t> registered;
     listing.GetProcessIDs(registered);
+    GTable<std::int32_t> wanted;
     for (const std::int32_t processID : registered)
         if (isWanted(processID)) wanted.Append(processID);
     Told told;
