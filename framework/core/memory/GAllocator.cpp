@@ -159,16 +159,14 @@ void GAllocator::EndCache(Cache& cache) noexcept {
     PMemory::FreeToHeap(&cache);
 }
 
-// 2 KiB of a size, within reason.
+// Enough that what a thread takes and gives back in turn seldom needs the lock.
 std::int32_t GAllocator::CacheLimit(std::size_t sizeClass) noexcept {
     static constexpr auto cLimits = [] {
-        constexpr std::size_t cBytes = 2048;
+        constexpr std::size_t cBytes = 8192;
         constexpr std::size_t cMost = 128;
-        constexpr std::size_t cFewest = 2;
         std::array<unsigned char, cClassCount> limits{};
         for (std::size_t i = 0; i < cClassCount; ++i) {
-            limits[i] =
-                static_cast<unsigned char>(std::clamp(cBytes / ((i + 1) * cGranularity), cFewest, cMost));
+            limits[i] = static_cast<unsigned char>(std::min(cBytes / ((i + 1) * cGranularity), cMost));
         }
         return limits;
     }();

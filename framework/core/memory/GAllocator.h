@@ -16,7 +16,7 @@
 /// - above: the heap of the process.
 ///
 /// Threads: any thread may call anything. One critical section guards chunks and free lists. In front of it
-/// each thread has a small cache of free blocks, at most 2 KiB or two blocks of a size. It takes from there
+/// each thread has a small cache of free blocks, at most 8 KiB and 128 blocks of a size. It takes from there
 /// and gives back there without a lock or a call of the system; when it ends, its blocks go back.
 ///
 /// Modules: each module that links the framework (the DLL; a program that links it statically) has an
