@@ -17,20 +17,18 @@ protected:
     PrinterProcessorTest() { GPPIPCManager::AddReference(); }
     ~PrinterProcessorTest() override { GPPIPCManager::ReleaseReference(); }
 
+    /// Half a minute at the longest, until it listens or has ended.
     ChildProcess Start(const std::wstring& options) {
-        return ChildProcess(L"PrinterProcessorWin.exe" + options, mFolder.Standard("out"),
-                            mFolder.Standard("err"));
+        ChildProcess program(L"PrinterProcessorWin.exe" + options, mFolder.Standard("out"),
+                             mFolder.Standard("err"));
+        WaitFor([&] { return IsListening(program) || !program.IsRunning(); });
+        return program;
     }
     /// False when half a minute passes before it is so.
     template <class Condition>
     static bool WaitFor(const Condition& condition) {
         for (int i = 0; i < 3000 && !condition(); ++i) ::Sleep(10);
         return condition();
-    }
-    /// False also when the program ends.
-    static bool WaitFor(const ChildProcess& program) {
-        WaitFor([&] { return IsListening(program) || !program.IsRunning(); });
-        return IsListening(program);
     }
     /// Waits until the text stands so often in its standard output or, with "err", in its error output.
     bool WaitToRead(const std::string& text, int count = 1, const char* output = "out") const {
@@ -66,7 +64,6 @@ protected:
 
 TEST_F(PrinterProcessorTest, WithOnceItReportsWhatIsNoRecordAndEndsAfterTheFirstJob) {
     const ChildProcess program = Start(L" --json --once");
-    ASSERT_TRUE(WaitFor(program));
     for (const char* text : {"no dictionary at all", "#BEGINDICT\r\n\"UserName\"\r\n#ENDDICT\r\n", ""})
         Send(program, GBuffer(text));
     SendJob(program, "anna");
@@ -92,7 +89,6 @@ TEST_F(PrinterProcessorTest, WithPendingItHandsOutWhatLiesThereAndThenListens) {
     ::SetEnvironmentVariableW(L"TMP", mFolder.Standard("").c_str());
     const ChildProcess program = Start(L" --pending");
     ::SetEnvironmentVariableW(L"TMP", temporary.c_str());
-    ASSERT_TRUE(WaitFor(program));
     EXPECT_THAT(mFolder.Take("out"), testing::HasSubstr("old (taken "));
     SendJob(program, "berta");
     EXPECT_TRUE(WaitToRead("berta"));
@@ -105,7 +101,6 @@ TEST_F(PrinterProcessorTest, ItRunsSoManyProgramsAtATimeAndKeepsTheFilesOfThoseT
     const ChildProcess program =
         Start(L" --json --jobs 2 --run \"\\\"" + AsStandard(PeerPath("ProcessPeer").GetNativePathString()) +
               L"\\\" wait \\\"" + mFolder.Standard("").wstring() + L"%UserName%\\\"\"");
-    ASSERT_TRUE(WaitFor(program));
     for (const char* user : {"anna", "berta", "carla"}) {
         SendJob(program, user);
         while (mFolder.Has("job.ps")) ::Sleep(10);
@@ -125,7 +120,6 @@ TEST_F(PrinterProcessorTest, ItRunsSoManyProgramsAtATimeAndKeepsTheFilesOfThoseT
 
 TEST_F(PrinterProcessorTest, ASpoiltQueueAndALostRegistrationAreReportedAndTheNextJobStillArrives) {
     const ChildProcess program = Start(L" --once");
-    ASSERT_TRUE(WaitFor(program));
     const auto programID = static_cast<long>(program.GetID());
     int entries = 0;
     for (const long session : {GSessionInfo::GetInstance()->GetCurrentSessionID(), -1L}) {
@@ -143,7 +137,7 @@ TEST_F(PrinterProcessorTest, ASpoiltQueueAndALostRegistrationAreReportedAndTheNe
     }
     EXPECT_GT(entries, 0);
     EXPECT_TRUE(WaitToRead("Registering again", 1, "err"));
-    ASSERT_TRUE(WaitFor(program));
+    ASSERT_TRUE(WaitFor([&] { return IsListening(program); }));
     SendJob(program, "berta");
     EXPECT_EQ(program.WaitForExitCode(), 0) << mFolder.Take("err");
     EXPECT_THAT(mFolder.Take("out"), testing::HasSubstr("\nUser: berta\n"));
@@ -157,23 +151,15 @@ TEST_F(PrinterProcessorTest, AnUnknownOptionEndsItAtOnce) {
 }
 
 TEST_F(PrinterProcessorTest, TheListOfListenersNamesItOnceAndTellsWhenItHasEnded) {
-    const auto find = [](const ChildProcess& program) {
-        std::vector<Listener> listeners = Listeners::GetAll();
-        std::erase_if(listeners,
-                      [&](const Listener& l) { return l.processID != static_cast<long>(program.GetID()); });
-        return listeners;
-    };
     const ChildProcess program = Start(L"");
-    ASSERT_TRUE(WaitFor(program));
-    auto found = find(program);
-    ASSERT_EQ(found.size(), 1u);
-    EXPECT_TRUE(found[0].isListening);
-    EXPECT_GE(found[0].session, -1);
-
-    program.Kill();
-    found = find(program);
-    ASSERT_EQ(found.size(), 1u);
-    EXPECT_FALSE(found[0].isListening);
+    for (const bool isListening : {true, false}) {
+        std::vector<Listener> found = Listeners::GetAll();
+        std::erase_if(found,
+                      [&](const Listener& l) { return l.processID != static_cast<long>(program.GetID()); });
+        ASSERT_EQ(found.size(), 1u);
+        EXPECT_EQ(found[0].isListening, isListening);
+        program.Kill();
+    }
 }
 
 }  // namespace

@@ -11,8 +11,7 @@ public:
     /// `commandLine` begins with the program's file name; it stands beside this test program.
     ChildProcess(const std::wstring& commandLine, const std::wstring& outputPath,
                  const std::wstring& errorPath);
-    ChildProcess(const ChildProcess&) = delete;
-    ChildProcess& operator=(const ChildProcess&) = delete;
+    ChildProcess(ChildProcess&&) = default;
     ~ChildProcess();
 
     bool IsStarted() const { return static_cast<bool>(mProcess); }
