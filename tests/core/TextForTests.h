@@ -51,10 +51,13 @@ inline std::string Readable(std::u16string_view text) {
     return testing::PrintToString(std::u16string(text));
 }
 
+template <class View>
+constexpr typename View::value_type cArrow[] = {' ', '-', '>', ' ', 0};
+
 /// The cells of a row that is written as one text, "path -> result", so that a table shows many rows at
 /// a glance. A row with another number of cells fails.
 template <std::size_t Count, class View>
-std::array<View, Count> SplitRow(View row, View separator) {
+std::array<View, Count> CellsOf(View row, std::type_identity_t<View> separator = cArrow<View>) {
     std::array<View, Count> cells;
     View rest = row;
     for (std::size_t i = 0; i < Count; ++i) {
@@ -67,31 +70,11 @@ std::array<View, Count> SplitRow(View row, View separator) {
     return cells;
 }
 
-template <std::size_t Count>
-auto CellsOf(std::u16string_view row, std::u16string_view separator = u" -> ") {
-    return SplitRow<Count>(row, separator);
-}
-
-template <std::size_t Count>
-auto CellsOf(std::string_view row) {
-    return SplitRow<Count>(row, std::string_view(" -> "));
-}
-
 /// Calls `check` with the cells of each row, which a failure names.
-template <std::size_t Count, class View, class Check>
-void ForEachRowOf(std::initializer_list<View> rows, const Check& check) {
-    for (const View row : rows) {
+template <std::size_t Count, class Row, class Check>
+void ForEachRow(std::initializer_list<Row> rows, const Check& check) {
+    for (const std::basic_string_view row : rows) {
         SCOPED_TRACE(testing::PrintToString(row));
         std::apply(check, CellsOf<Count>(row));
     }
-}
-
-template <std::size_t Count, class Check>
-void ForEachRow(std::initializer_list<std::u16string_view> rows, const Check& check) {
-    ForEachRowOf<Count>(rows, check);
-}
-
-template <std::size_t Count, class Check>
-void ForEachRow(std::initializer_list<std::string_view> rows, const Check& check) {
-    ForEachRowOf<Count>(rows, check);
 }
