@@ -18,9 +18,7 @@ struct Form {
 
 /// Each row has a path in that form, what it is read as, and what that is written as.
 void ExpectForms(const Form& form, std::initializer_list<std::u16string_view> rows) {
-    for (const std::u16string_view row : rows) {
-        SCOPED_TRACE(Readable(row));
-        const auto [foreign, portable, back] = CellsOf<3>(row);
+    ForEachRow<3>(rows, [&](auto foreign, auto portable, auto back) {
         GPathName path = Path(u"before");
         (path.*form.set)(Text(foreign));
         EXPECT_EQ(Plain(path), portable);
@@ -30,7 +28,22 @@ void ExpectForms(const Form& form, std::initializer_list<std::u16string_view> ro
         EXPECT_EQ(Plain(text), portable);
         form.write(text, text);
         EXPECT_EQ(Plain(text), back);
-    }
+    });
+}
+
+/// Each row has a portable path, that form of it, and what that is read as.
+void ExpectThereAndBack(auto get, auto write, auto set, auto read,
+                        std::initializer_list<std::u16string_view> rows) {
+    ForEachRow<3>(rows, [&](auto portable, auto foreign, auto back) {
+        GString text = Text(portable);
+        GPathName path(text);
+        EXPECT_EQ(Plain((path.*get)()), foreign);
+        (path.*write)(text, text);
+        (path.*set)(text);
+        (path.*read)(text, text);
+        EXPECT_TRUE(text == path.GetPortablePath()) << "in place, too";
+        EXPECT_EQ(Plain(path), back);
+    });
 }
 
 }  // namespace
@@ -121,27 +134,21 @@ TEST(GPathNameConversions, WritesURLs) {
 }
 
 TEST(GPathNameConversions, HangsVolumesUnderOneFolderForMachO) {
-    ForEachRow<3>(
+    ExpectThereAndBack(
+        &GPathName::GetMachOPathString, &GPathName::ConvertPortableToMachO, &GPathName::SetMachOPathString,
+        &GPathName::ConvertMachOToPortable,
         {u"C:/x/y -> /Volumes/C/x/y -> C:/x/y", u"C:/ -> /Volumes/C -> C:/", u"C:x -> /Volumes/C/x -> C:/x",
          u"Data: -> /Volumes/Data -> /Volumes/Data", u"/Volumes/Data/x -> /Volumes/Data/x -> /Volumes/Data/x",
          u"/Volumes/ -> /Volumes/ -> /Volumes/", u"/Volumes//x -> /Volumes//x -> /Volumes//x",
          u"/Users/x -> /Users/x -> /Users/x", u"//srv/x -> //srv/x -> //srv/x", u"a/b -> a/b -> a/b",
-         u" ->  -> "},
-        [&](auto portable, auto machO, auto back) {
-            GString text = Text(portable);
-            GPathName path(text);
-            EXPECT_EQ(Plain(path.GetMachOPathString()), machO);
-            path.ConvertPortableToMachO(text, text);
-            path.SetMachOPathString(text);
-            path.ConvertMachOToPortable(text, text);
-            EXPECT_TRUE(text == path.GetPortablePath()) << "in place, too";
-            EXPECT_EQ(Plain(path), back);
-        });
+         u" ->  -> "});
     EXPECT_EQ(Plain(Path(u"C:/x/y").GetMachOBranch()), u"/Volumes/C/x/");
 }
 
 TEST(GPathNameConversions, WritesAndReadsCFMPaths) {
-    ForEachRow<3>(
+    ExpectThereAndBack(
+        &GPathName::GetCFMPathString, &GPathName::ConvertPortableToCFM, &GPathName::SetCFMPathString,
+        &GPathName::ConvertCFMToPortable,
         {u"/Volumes/Data/dir/file -> Data:dir:file -> /Volumes/Data/dir/file",
          u"/Volumes/Data/dir/ -> Data:dir: -> /Volumes/Data/dir",
          u"/Volumes/Data/../x -> Data::x -> /Volumes/Data/../x", u"/Volumes/Data -> Data: -> /Volumes/Data",
@@ -149,17 +156,7 @@ TEST(GPathNameConversions, WritesAndReadsCFMPaths) {
          u"C:/dir/file -> C:dir:file -> C:/dir/file", u"C:/ -> C: -> C:/", u"file -> file -> file",
          u"dir/ -> :dir: -> dir", u"../../x -> :::x -> ../../x", u"a/../b -> :a::b -> a/../b",
          u".. -> :: -> ..", u"a/.. -> :a:: -> a/..", u". -> : -> ", u"./a/./b -> :a:b -> a/b",
-         u"d/a:b -> :d:a/b -> d/a:b", u" ->  -> "},
-        [&](auto portable, auto cfm, auto back) {
-            GString text = Text(portable);
-            GPathName path(text);
-            EXPECT_EQ(Plain(path.GetCFMPathString()), cfm);
-            path.ConvertPortableToCFM(text, text);
-            path.SetCFMPathString(text);
-            path.ConvertCFMToPortable(text, text);
-            EXPECT_TRUE(text == path.GetPortablePath()) << "in place, too";
-            EXPECT_EQ(Plain(path), back);
-        });
+         u"d/a:b -> :d:a/b -> d/a:b", u" ->  -> "});
     GPathName path;
     path.SetCFMPathString(Text(u"ab/c"));
     EXPECT_EQ(Plain(path), u"ab:c");
