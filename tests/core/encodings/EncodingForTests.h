@@ -1,7 +1,5 @@
 #pragma once
 
-#include <concepts>
-
 #include "framework/core/encodings/GASCIIEncoding.h"
 #include "framework/core/encodings/GLatinEncodings.h"
 #include "framework/core/encodings/GMacExpertEncoding.h"
@@ -20,25 +18,24 @@ inline constexpr auto Standard = &GStandardEncoding::GetInstance;
 inline constexpr auto PDFDoc = &GPDFDocEncoding::GetInstance;
 inline constexpr auto ShiftJIS = &GShiftJISEncoding::GetInstance;
 
-/// What reading bytes gave.
-struct Conversion {
-    std::u16string units;
+/// What reading bytes gave, or writing UTF-16 or the bytes of another encoding.
+template <class Text>
+struct Converted {
+    Text text;
     long result;
-    bool operator==(const Conversion&) const = default;
+    bool operator==(const Converted&) const = default;
+    friend void PrintTo(const Converted& converted, std::ostream* out) {
+        *out << testing::PrintToString(converted.text) << ", " << converted.result;
+    }
 };
+using Conversion = Converted<std::u16string>;
+using Written = Converted<std::string>;
 
 inline Conversion Read(const GEncoding* encoding, std::string_view bytes) {
     GBuffer out;
     const long result = encoding->ConvertTo(BufferOf(bytes), Unicode(), out);
     return {Plain(out), result};
 }
-
-/// What writing UTF-16, or the bytes of another encoding, gave.
-struct Written {
-    std::string bytes;
-    long result;
-    bool operator==(const Written&) const = default;
-};
 
 inline Written Write(const GEncoding* encoding, const GBuffer& bytes, const GEncoding* source) {
     GBuffer out("old");
@@ -48,11 +45,4 @@ inline Written Write(const GEncoding* encoding, const GBuffer& bytes, const GEnc
 
 inline Written Write(const GEncoding* encoding, std::u16string_view units) {
     return Write(encoding, BufferOf(units), Unicode());
-}
-
-template <class Result>
-void PrintTo(const Result& result,
-             std::ostream* out) requires std::same_as<Result, Conversion> || std::same_as<Result, Written> {
-    const auto& [text, code] = result;
-    *out << testing::PrintToString(text) << ", " << code;
 }

@@ -2,8 +2,6 @@
 
 #include "tests/core/encodings/EncodingForTests.h"
 
-namespace {
-
 // Every character is compared with the peer's in the native build; here is what the product's system does.
 TEST(GShiftJISEncoding, ConvertsJapaneseAndReplacesWhatItCannot) {
     // Kanji, half-width katakana, and a second byte that is a backslash.
@@ -19,9 +17,9 @@ TEST(GPlatformEncoding, TheModifierChoosesTheCodePageForAScope) {
     const long before = encoding->GetModifier();
     {
         const GPlatformEncodingModifier cyrillic(1251);
-        EXPECT_EQ((GPlatformEncodingModifier(1250), Read(encoding, "\xC6").units), u"\u0106");
-        EXPECT_EQ(Read(encoding, "\xC6").units, u"\u0416");
-        EXPECT_EQ(Write(encoding, u"\u0416").bytes, "\xC6");
+        EXPECT_EQ((GPlatformEncodingModifier(1250), Read(encoding, "\xC6").text), u"\u0106");
+        EXPECT_EQ(Read(encoding, "\xC6").text, u"\u0416");
+        EXPECT_EQ(Write(encoding, u"\u0416").text, "\xC6");
     }
     EXPECT_EQ(encoding->GetModifier(), before);
 }
@@ -34,15 +32,14 @@ TEST(GPlatformEncoding, AnUnknownCodePageConvertsNothing) {
 
 TEST(GPlatformEncoding, UTF8CodePageTakesPairsAndRefusesHalves) {
     GSharedObject<GPlatformEncoding> encoding(new GPlatformEncoding(65001));
-    EXPECT_EQ(Write(encoding.Get(), u"a\xD83D\xDE00z").bytes, "a\xF0\x9F\x98\x80z");
-    EXPECT_EQ(Read(encoding.Get(), "a\xF0\x9F\x98\x80z").units, u"a\xD83D\xDE00z");
+    EXPECT_EQ(Write(encoding.Get(), u"a\xD83D\xDE00z").text, "a\xF0\x9F\x98\x80z");
+    EXPECT_EQ(Read(encoding.Get(), "a\xF0\x9F\x98\x80z").text, u"a\xD83D\xDE00z");
     EXPECT_EQ(Write(encoding.Get(), u"a\xD83Dz"), (Written{"a@z", 2}));
     EXPECT_EQ(Read(encoding.Get(), "\xC3\xA9\xFFz"), (Conversion{u"\u00E9@z", 2}));
 }
 
 TEST(GPlatformEncodingFactory, AReplacedFactoryMakesTheEncodings) {
-    class Factory : public GPlatformEncodingFactory {
-    public:
+    struct Factory : GPlatformEncodingFactory {
         GPlatformEncoding* CreatePlatformEncoding(long) const override { return new GPlatformEncoding(1251); }
     };
     GPlatformEncoding::SetInstance(nullptr);
@@ -55,5 +52,3 @@ TEST(GPlatformEncodingFactory, AReplacedFactoryMakesTheEncodings) {
     GPlatformEncoding::SetInstance(nullptr);
     EXPECT_EQ(GPlatformEncoding::GetInstance()->GetModifier(), 0);
 }
-
-}  // namespace

@@ -10,13 +10,13 @@ Conversion ReadSlowly(std::string_view bytes) {
     while (!bytes.empty()) {
         const auto lead = static_cast<unsigned char>(bytes[0]);
         const std::size_t length = lead < 0x80 ? 1 : lead < 0xC0 ? 0 : lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : 0;
-        if (length == 0 || bytes.size() < length) return {read.units, 4};
+        if (length == 0 || bytes.size() < length) return {read.text, 4};
         unsigned unit = lead & (length == 1 ? 0x7Fu : 0x3Fu >> (length - 1));
         for (const char next : bytes.substr(1, length - 1)) {
-            if ((next & 0xC0) != 0x80) return {read.units, 4};
+            if ((next & 0xC0) != 0x80) return {read.text, 4};
             unit = unit << 6 | (next & 0x3F);
         }
-        read.units += static_cast<char16_t>(unit);
+        read.text += static_cast<char16_t>(unit);
         bytes.remove_prefix(length);
     }
     return read;
@@ -43,7 +43,7 @@ TEST(GUTF8Encoding, MixturesOfAllKindsFollowTheRules) {
         if (i % 2 == 0) text.insert(random() % (text.size() + 1), faults[random() % std::size(faults)]);
         const Conversion read = Read(UTF8(), text);
         ASSERT_EQ(read, ReadSlowly(text)) << testing::PrintToString(text);
-        ASSERT_TRUE(i % 2 == 0 || Write(UTF8(), read.units).bytes == text);
+        ASSERT_TRUE(i % 2 == 0 || Write(UTF8(), read.text).text == text);
     }
 }
 
@@ -52,8 +52,8 @@ TEST(GUTF8Encoding, LongTextsGoThereAndBack) {
     for (const char16_t unit : {u'x', u'\u00E9', u'\u4E00'}) {
         const std::u16string units(300007, unit);
         const Written written = Write(UTF8(), units);
-        EXPECT_EQ(written.bytes.size(), units.size() * (unit < 0x80 ? 1 : unit < 0x800 ? 2 : 3));
-        EXPECT_TRUE(Read(UTF8(), written.bytes).units == units);
+        EXPECT_EQ(written.text.size(), units.size() * (unit < 0x80 ? 1 : unit < 0x800 ? 2 : 3));
+        EXPECT_TRUE(Read(UTF8(), written.text).text == units);
     }
 }
 
