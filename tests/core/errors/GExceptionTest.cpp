@@ -1,38 +1,51 @@
 #include "framework/core/errors/GException.h"
 
+#include <cstdio>
+
 #include "framework/core/errors/GExceptionHandler.h"
 #include "framework/core/errors/GExceptionLocation.h"
 #include "framework/core/errors/GStringPool.h"
-#include "framework/core/paths/GPathName.h"
-#include "tests/core/TextForTests.h"
+#include "tests/core/encodings/EncodingForTests.h"
+#include "tests/core/paths/PathForTests.h"
 
 namespace {
-
-struct GExceptionTest : testing::Test {
-    GExceptionTest() { GException::Initialize(); }
-};
-
-using GExceptionLocationTest = GExceptionTest;
-using GExceptionHandlerTest = GExceptionTest;
 
 std::u16string Full(const GException& exception) {
     return Plain(exception.GetFullDescription());
 }
 
-GPathName Path(std::u16string_view portable) {
-    return GPathName(Text(portable));
+std::u16string DescribeInALocation() {
+    const GExceptionLocation where(GString("Here"));
+    return Full(GSimpleException(40068));
 }
 
+// Made before all static objects but the framework's first ones, and ended after them. It also registers the
+// messages for all tests.
+struct OuterObject {
+    OuterObject() {
+        GException::Initialize();
+        mDescription = DescribeInALocation();
+    }
+    ~OuterObject() {
+        GException::Initialize();
+        if (DescribeInALocation() == u"Here: Invalid path") return;
+        std::fputs("A static object's destructor could not describe a failure.\n", stderr);
+        std::_Exit(EXIT_FAILURE);
+    }
+    std::string mEncodingName = BytesOf(GString("x").GetEncodingName());
+    bool mIsOfItsType = WinAnsi()->IsOfType("WinAnsiEncoding");
+    std::u16string mDescription;
+};
+
+const OuterObject sOuter __attribute__((init_priority(103)));
+
 /// A location whose description cannot be had for want of memory.
-class HungryLocation : public GExceptionLocation {
-protected:
+struct HungryLocation : GExceptionLocation {
     GLngString Describe() const override {
         sHandlerThen = std::get_new_handler();
         sHandlerThen();
         return GLngString(Text(u"not reached"));
     }
-
-public:
     static inline std::new_handler sHandlerThen = nullptr;
 };
 
@@ -56,8 +69,15 @@ void ProgramsOwnHandler() {
     std::free(block);
 }
 
+// Their destructors come after the last test: the program fails then.
+TEST(StaticObjects, UseEncodingsAndFailuresInTheirConstructors) {
+    EXPECT_EQ(sOuter.mEncodingName, "ASCIIEncoding");
+    EXPECT_TRUE(sOuter.mIsOfItsType);
+    EXPECT_EQ(sOuter.mDescription, u"Here: Invalid path");
+}
+
 // That the table is sorted and each number stands once in it is checked when it is compiled.
-TEST_F(GExceptionTest, HasTheMessagesOfAllPlatforms) {
+TEST(GExceptionTest, HasTheMessagesOfAllPlatforms) {
     ForEachRow<2>(
         {"2450 -> General Exception", "2464 -> Could not write data to file", "40000 -> File directory full",
          "40079 -> Opening %1 in the application %2", "40270 -> Random generator already initialised",
@@ -68,7 +88,7 @@ TEST_F(GExceptionTest, HasTheMessagesOfAllPlatforms) {
         });
 }
 
-TEST_F(GExceptionTest, EachClassHasItsNumberAndText) {
+TEST(GExceptionTest, EachClassHasItsNumberAndText) {
     const std::tuple<const char*, std::shared_ptr<GException>, long, std::u16string_view> rows[] = {
         {"general", std::make_shared<GException>(), 2450, u"General Exception"},
         {"abort", std::make_shared<GAbortException>(), 2459, u"Action has been canceled"},
@@ -92,7 +112,7 @@ TEST_F(GExceptionTest, EachClassHasItsNumberAndText) {
     EXPECT_STREQ(static_cast<const std::bad_alloc&>(memory).what(), "bad allocation");
 }
 
-TEST_F(GExceptionTest, CopiesKeepTheirText) {
+TEST(GExceptionTest, CopiesKeepTheirText) {
     auto first = std::make_unique<GCustomException>(40092, Text(u"text"));
     const GCustomException copy = *first;
     GCustomException assigned(2450);
@@ -106,7 +126,7 @@ TEST_F(GExceptionTest, CopiesKeepTheirText) {
     EXPECT_EQ(Full(GCustomException(GCustomException(1, Text(veryLong)))), veryLong);
 }
 
-TEST_F(GExceptionTest, IsBuiltAndCopiedWithItsNumberWhenThereIsNoMemory) {
+TEST(GExceptionTest, IsBuiltAndCopiedWithItsNumberWhenThereIsNoMemory) {
     const GString text = Text(u"own");
     const GCustomException original(40092, text);
     GCustomException assigned(2450, text);
@@ -121,7 +141,7 @@ TEST_F(GExceptionTest, IsBuiltAndCopiedWithItsNumberWhenThereIsNoMemory) {
     EXPECT_EQ(Full(language), u"Could not determine process number for %1");
 }
 
-TEST_F(GExceptionLocationTest, SaysWhatTheThreadWasDoingInnermost) {
+TEST(GExceptionLocationTest, SaysWhatTheThreadWasDoingInnermost) {
     const GExceptionLocation copying(40076, Path(u"C:/a/x.ps"), Path(u"//srv/s"));
     EXPECT_EQ(Full(GSimpleException(40068)), u"Copying C:\\a\\x.ps to \\\\srv\\s: Invalid path");
     EXPECT_EQ(Plain(GSimpleException(40068).GetDescription()), u"Invalid path");
@@ -142,7 +162,7 @@ TEST_F(GExceptionLocationTest, SaysWhatTheThreadWasDoingInnermost) {
     EXPECT_EQ(Full(GSimpleException(40068)), u"Could not read data from file: Invalid path");
 }
 
-TEST_F(GExceptionLocationTest, IsReadInTheLanguageOfTheReader) {
+TEST(GExceptionLocationTest, IsReadInTheLanguageOfTheReader) {
     static constexpr GStringPoolRow cRows[] = {{2454, "Lesen"}, {40068, "Pfad"}};
     GStringPoolSupport::Register("deDE", "WinAnsiEncoding", cRows, 2);
     const GExceptionLocation where(2454);
@@ -154,7 +174,7 @@ TEST_F(GExceptionLocationTest, IsReadInTheLanguageOfTheReader) {
     GStringPoolSupport::Unregister(cRows);
 }
 
-TEST_F(GExceptionLocationTest, MayLeaveInAnyOrderFromAnyDepth) {
+TEST(GExceptionLocationTest, MayLeaveInAnyOrderFromAnyDepth) {
     std::vector<std::unique_ptr<GExceptionLocation>> locations;
     for (const char16_t* const text : {u"first", u"second", u"third"})
         locations.push_back(std::make_unique<GExceptionLocation>(Text(text)));
@@ -169,7 +189,7 @@ TEST_F(GExceptionLocationTest, MayLeaveInAnyOrderFromAnyDepth) {
     EXPECT_TRUE(GExceptionLocation::GetLngDescription().IsEmpty());
 }
 
-TEST_F(GExceptionLocationTest, EachThreadHasItsOwnAlsoOneThatItsThreadHasLeftBehind) {
+TEST(GExceptionLocationTest, EachThreadHasItsOwnAlsoOneThatItsThreadHasLeftBehind) {
     const GExceptionLocation here(Text(u"here"));
     std::unique_ptr<GExceptionLocation> left;
     std::thread([&left] {
@@ -183,7 +203,7 @@ TEST_F(GExceptionLocationTest, EachThreadHasItsOwnAlsoOneThatItsThreadHasLeftBeh
     EXPECT_EQ(Full(GSimpleException(40068)), u"here: Invalid path");
 }
 
-TEST_F(GExceptionTest, IsBuiltWithoutALocationWhenMemoryRunsOut) {
+TEST(GExceptionTest, IsBuiltWithoutALocationWhenMemoryRunsOutAndPutsTheNewHandlerBack) {
     const std::new_handler before = std::set_new_handler(ProgramsOwnHandler);
     {
         const HungryLocation hungry;
@@ -197,11 +217,6 @@ TEST_F(GExceptionTest, IsBuiltWithoutALocationWhenMemoryRunsOut) {
             << "what other threads would get meanwhile";
         EXPECT_EQ(std::get_new_handler(), &ProgramsOwnHandler);
     }
-    EXPECT_EQ(std::set_new_handler(before), &ProgramsOwnHandler);
-}
-
-TEST_F(GExceptionTest, PutsTheNewHandlerBackWhenThreadsOverlap) {
-    const std::new_handler before = std::set_new_handler(ProgramsOwnHandler);
     const auto build = [] {
         for (int i = 0; i < 20000; ++i) GSimpleException(40068);
     };
@@ -211,26 +226,20 @@ TEST_F(GExceptionTest, PutsTheNewHandlerBackWhenThreadsOverlap) {
 
 namespace {
 
-class NotingHandler : public GExceptionHandler {
-public:
+struct NotingHandler : GExceptionHandler {
     using GExceptionHandler::Handle;
     void Handle(const GSimpleException&) const override { mNote += "simple "; }
     void Handle(const GMemoryException&) const override { mNote += "memory "; }
     void Handle(const GException& exception) const override {
         mNote += "other" + std::to_string(exception.GetExceptionID()) + " ";
     }
-
     mutable std::string mNote;
 };
 
-class NotingReporter : public GErrorReporter {
-public:
-    explicit NotingReporter(std::u16string& note) : mNote(note) {}
-    ~NotingReporter() override { mNote += u"[gone]"; }
-    void Report(const GString& text) const override { mNote += Plain(text); }
-
-private:
-    std::u16string& mNote;
+struct NotingReporter : GErrorReporter {
+    ~NotingReporter() override { sNote += u"[gone]"; }
+    void Report(const GString& text) const override { sNote += Plain(text); }
+    static inline std::u16string sNote;
 };
 
 /// What leaves a handler that is handed each of these: "on" for the thing itself.
@@ -256,7 +265,7 @@ std::string Dispatch(const GExceptionHandler& handler, const Thrown&... all) {
 
 }  // namespace
 
-TEST_F(GExceptionHandlerTest, DispatchesOnTheType) {
+TEST(GExceptionHandlerTest, DispatchesOnTheType) {
     const NotingHandler handler;
     handler.Handle();
     EXPECT_EQ(handler.mNote, "") << "no exception to handle";
@@ -267,24 +276,23 @@ TEST_F(GExceptionHandlerTest, DispatchesOnTheType) {
     EXPECT_EQ(handler.mNote, "memory simple other2450 other40092 other40100 ");
 }
 
-TEST_F(GExceptionHandlerTest, TheDefaultHandlerReportsTheFullDescriptionToAReporterThatIsOwned) {
-    std::u16string note;
+TEST(GExceptionHandlerTest, TheDefaultHandlerReportsTheFullDescriptionToAReporterThatIsOwned) {
     GErrorReporter::GetInstance()->Report(Text(u"nobody hears"));
-    auto* const reporter = new NotingReporter(note);
+    auto* const reporter = new NotingReporter;
     GErrorReporter::SetInstance(reporter);
     GErrorReporter::SetInstance(reporter);
     const GExceptionLocation where(Text(u"here"));
     EXPECT_EQ(Dispatch(GDefaultExceptionHandler(), GSimpleException(40068), GMemoryException(),
                        GCustomException(2450, Text(u"own")), GAbortException()),
               "on ");
-    EXPECT_EQ(note, u"here: Invalid pathOut of memoryhere: own");
+    EXPECT_EQ(NotingReporter::sNote, u"here: Invalid pathOut of memoryhere: own");
     GErrorReporter::SetInstance(nullptr);
-    EXPECT_TRUE(note.ends_with(u"[gone]"));
+    EXPECT_TRUE(NotingReporter::sNote.ends_with(u"[gone]"));
     EXPECT_NE(GErrorReporter::GetInstance(), nullptr);
 }
 
-TEST_F(GExceptionHandlerTest, TheDefaultHandlersOverloadsMeetInOneThatMayBeReplacedAndMayThrow) {
-    class Translating : public GDefaultExceptionHandler {
+TEST(GExceptionHandlerTest, TheDefaultHandlersOverloadsMeetInOneThatMayBeReplacedAndMayThrow) {
+    struct Translating : GDefaultExceptionHandler {
         using GDefaultExceptionHandler::Handle;
         void Handle(const GException& exception) const override { throw exception.GetExceptionID(); }
     };
