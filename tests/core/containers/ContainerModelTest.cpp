@@ -2,32 +2,26 @@
 #include <set>
 #include <unordered_map>
 
-#include "framework/core/bytes/GBuffer.h"
 #include "framework/core/containers/GDict.h"
 #include "framework/core/containers/GTable.h"
 #include "tests/core/TextForTests.h"
+#include "tests/core/containers/CountedValue.h"
 
 // Tables and dictionaries beside the standard library's, under random operations.
 
 namespace {
 
-class Random {
-public:
-    explicit Random(unsigned seed) : mEngine(seed) {}
+struct Random {
     /// Below `limit`, which is not 0.
-    long Below(long limit) { return static_cast<long>(mEngine() % static_cast<unsigned long>(limit)); }
-
-private:
-    std::mt19937 mEngine;
+    long Below(long limit) { return static_cast<long>(engine() % static_cast<unsigned long>(limit)); }
+    std::mt19937 engine;
 };
-
-// --- Tables ------------------------------------------------------------------------------------
 
 // An iterator stands at an element or in the gap before one. What is inserted into its gap comes behind it
 // when it goes backward, and before it when it goes forward.
 class TableModel {
 public:
-    explicit TableModel(unsigned seed) : mRandom(seed) {}
+    explicit TableModel(unsigned seed) : mRandom{std::mt19937(seed)} {}
 
     void Run(long operations) {
         for (long i = 0; i < operations && !testing::Test::HasFatalFailure(); ++i) {
@@ -42,15 +36,10 @@ public:
 private:
     struct Walker {
         explicit Walker(GTable<GBuffer>& table) : iterator(table) {}
-        void Reset() {
-            iterator.Reset();
-            index = 0;
-            isAtElement = forward = false;
-        }
+        void StartAnew() { index = 0, isAtElement = forward = false; }
         GTableIterator<GBuffer> iterator;
         long index = 0;  // of the element, or of the one behind the gap
-        bool isAtElement = false;
-        bool forward = false;
+        bool isAtElement = false, forward = false;
     };
 
     long GetCount() const { return static_cast<long>(mModel.size()); }
@@ -100,12 +89,12 @@ private:
         mTable.Swap(other);
         for (const Walker& each : mWalkers) Check(each);
         mTable.Swap(other);
-        walker.Reset();
+        walker.iterator.Reset(), walker.StartAnew();
         if (mRandom.Below(4) != 0) return;
         GTable<GBuffer> taken(std::move(mTable));
         if (mRandom.Below(2) == 0) mTable = taken;
         if (mTable.IsEmpty()) mTable = std::move(taken);
-        for (Walker& each : mWalkers) each.index = 0, each.isAtElement = each.forward = false;
+        for (Walker& each : mWalkers) each.StartAnew();
     }
 
     // At an element that was met, or before the first or behind the last.
@@ -137,19 +126,11 @@ private:
     long mNextNumber = 0;
 };
 
-// --- Dictionaries ------------------------------------------------------------------------------
-
-// A key with so poor a hash that homes are shared and probing wraps around.
-struct PoorKey {
-    long number;
-    bool operator==(const PoorKey& other) const = default;
-    std::uint32_t GetHash() const { return static_cast<std::uint32_t>(number % 11 * 3); }
-};
-
+// Of keys that are numbers, or made of one and convertible to it.
 template <class K>
 class DictModel {
 public:
-    explicit DictModel(unsigned seed) : mRandom(seed) {}
+    explicit DictModel(unsigned seed) : mRandom{std::mt19937(seed)} {}
 
     void Run(long operations, long keyLimit) {
         for (long i = 0; i < operations && !testing::Test::HasFailure(); ++i) {
@@ -215,7 +196,7 @@ private:
 
     bool Step(Walk& walk) {
         const auto* const entry = walk.iterator.Next();
-        walk.current = entry == nullptr ? -1 : entry->GetKey().number;
+        walk.current = entry == nullptr ? -1 : static_cast<long>(entry->GetKey());
         if (entry == nullptr) {
             EXPECT_TRUE(walk.stillToMeet.empty()) << "an entry was passed by";
             return false;
@@ -228,7 +209,7 @@ private:
 
     static void CheckPlace(const Walk& walk) {
         const auto* const entry = walk.iterator.GetCurrent();
-        ASSERT_EQ(walk.current, entry == nullptr ? -1 : entry->GetKey().number);
+        ASSERT_EQ(walk.current, entry == nullptr ? -1 : static_cast<long>(entry->GetKey()));
     }
 
     void Finish(Walk& walk) {
@@ -240,7 +221,7 @@ private:
         ASSERT_LT(mDict.GetCount(), std::max(mDict.GetSlotCount() * 3 / 4, 1L));
         for (long number = 0; number < keyLimit; ++number) Find(number);
         std::set<long> walked;
-        for (const auto& entry : mDict) ASSERT_TRUE(walked.insert(entry.GetKey().number).second);
+        for (const auto& entry : mDict) ASSERT_TRUE(walked.insert(static_cast<long>(entry.GetKey())).second);
         ASSERT_EQ(walked.size(), mModel.size());
         const GDict<K, long> copy(mDict);
         ASSERT_TRUE(copy == mDict);
@@ -260,20 +241,6 @@ private:
     long mNextValue = 0;
 };
 
-struct NumberKey {
-    long number;
-    bool operator==(const NumberKey& other) const = default;
-    std::uint32_t GetHash() const { return GDictHash(number); }
-};
-
-struct TextKey {
-    explicit TextKey(long keyNumber) : number(keyNumber), text(keyNumber) {}
-    long number;
-    GBuffer text;
-    bool operator==(const TextKey& other) const { return text == other.text; }
-    std::uint32_t GetHash() const { return text.GetHash(); }
-};
-
 }  // namespace
 
 TEST(ContainerModel, ATableAndItsIteratorsBehaveAsAList) {
@@ -285,9 +252,8 @@ TEST(ContainerModel, ATableAndItsIteratorsBehaveAsAList) {
 }
 
 TEST(ContainerModel, ADictionaryBehavesAsAMap) {
-    DictModel<NumberKey>(1).Run(400000, 300);
-    DictModel<NumberKey>(2).Run(200000, 5000);
-    DictModel<TextKey>(3).Run(200000, 500);
-    DictModel<PoorKey>(4).Run(200000, 60);
-    DictModel<PoorKey>(5).Run(100000, 8);
+    DictModel<long>(1).Run(400000, 300);
+    DictModel<long>(2).Run(200000, 5000);
+    DictModel<CountedValue>(4).Run(200000, 60);
+    DictModel<CountedValue>(5).Run(100000, 8);
 }

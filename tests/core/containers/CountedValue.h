@@ -25,8 +25,9 @@ public:
         --sAlive;
     }
     bool operator==(const CountedValue& other) const { return mNumber == other.mNumber; }
-    /// Few different hashes, so that keys meet.
-    std::uint32_t GetHash() const { return static_cast<std::uint32_t>(mNumber % 5); }
+    explicit operator long() const { return mNumber; }
+    /// So poor that homes are shared and probing wraps around.
+    std::uint32_t GetHash() const { return static_cast<std::uint32_t>(mNumber % 11 * 3); }
 
     static inline long sAlive = 0;
     static inline long sThrowAfterCopies = -1;  // negative: never

@@ -1,7 +1,5 @@
 #include "framework/core/containers/GDict.h"
 
-#include <new>
-
 #include "framework/core/containers/GDictListReader.h"
 #include "framework/core/text/GDictBufferReader.h"
 #include "tests/core/ExpectValue.h"
@@ -58,8 +56,6 @@ double GetMeanDistance(const std::vector<K>& keys) {
 
 }  // namespace
 
-// --- Sizes -------------------------------------------------------------------------------------
-
 TEST(GDictUtil, GetAllocation) {
     ForEachRow<2>({"-5 -> 7", "0 -> 7", "1 -> 7", "7 -> 7", "8 -> 13", "14 -> 23", "90 -> 127",
                    "43853 -> 43853", "43854 -> 87701", "5613217 -> 5613217", "5613218 -> 11226434",
@@ -101,8 +97,6 @@ TEST(GDictHash, SpreadsKeysThatFollowARule) {
         EXPECT_LT(GetMeanDistance(pointers), 3);
     }
 }
-
-// --- Entries -----------------------------------------------------------------------------------
 
 TEST(GDict, RehashesAtThreeQuarters) {
     Dict dict;
@@ -199,8 +193,6 @@ TEST(GDict, EachKeyAndValueIsDestroyedOnceAndACopyThatThrowsChangesNothing) {
     EXPECT_EQ(CountedValue::sAlive, 0);
 }
 
-// --- Robust iterators --------------------------------------------------------------------------
-
 TEST(GDictIterator, WalksInSlotOrder) {
     Dict dict = DictOf({3, 1, 8});
     DictIterator iterator(dict);
@@ -234,8 +226,6 @@ TEST(GDictIterator, GoesAlongWithASwapAndOutlivesItsDictionary) {
     EXPECT_EQ(iterator.Next(), nullptr);
     EXPECT_EQ(copy.GetCurrent(), nullptr);
 }
-
-// --- Readers -----------------------------------------------------------------------------------
 
 TEST(GDictReaders, ReadPairsFromABuffer) {
     GDict<GBuffer, GString> dict;

@@ -2,8 +2,6 @@
 
 #include "tests/Testing.h"
 
-namespace {
-
 TEST(GRange, HoldsBothItsEndsAndCountsAll32Bits) {
     const std::tuple<long, long, long long> rows[] = {
         {3, 5, 3}, {5, 5, 1}, {-2147483647 - 1, 2147483647, 4294967296}, {5, 4, 0}, {0, -1, 0}};
@@ -37,5 +35,3 @@ TEST(GRange, Intersections) {
         EXPECT_EQ(b.Contains(a), common == a);
     }
 }
-
-}  // namespace

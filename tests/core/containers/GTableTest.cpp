@@ -1,22 +1,8 @@
 #include "framework/core/containers/GTable.h"
 
-#include <new>
-
 #include "framework/core/bytes/GBuffer.h"
 #include "tests/core/ExpectValue.h"
 #include "tests/core/containers/CountedValue.h"
-
-namespace {
-
-using Numbers = std::vector<long>;
-
-Numbers NumbersOf(const GTable<long>& table) {
-    return Numbers(table.begin(), table.end());
-}
-
-}  // namespace
-
-// --- Elements ----------------------------------------------------------------------------------
 
 TEST(GTable, StartsWithoutAnArrayAndDoublesIt) {
     GTable<long> table;
@@ -27,7 +13,7 @@ TEST(GTable, StartsWithoutAnArrayAndDoublesIt) {
         table.Append(table.GetCount());
         EXPECT_EQ(table.GetCapacity(), capacity);
     }
-    EXPECT_EQ(NumbersOf(table), (Numbers{0, 1, 2, 3, 4, 5, 6, 7, 8}));
+    EXPECT_TRUE((table == GTable<long>{0, 1, 2, 3, 4, 5, 6, 7, 8}));
 }
 
 TEST(GTable, FindsComparesAndSortsElements) {
