@@ -20,21 +20,18 @@ namespace {
 struct Block {
     void* memory;
     std::size_t size;
-    unsigned char mark;
+    char mark;
 };
 
-Block NewBlock(GAllocator& allocator, std::size_t size, unsigned char mark) {
+Block NewBlock(GAllocator& allocator, std::size_t size, char mark) {
     const Block block{allocator.Allocate(size), size, mark};
     std::memset(block.memory, mark, size);
     return block;
 }
 
 bool IsIntact(const Block& block) {
-    const auto* const bytes = static_cast<const unsigned char*>(block.memory);
-    for (std::size_t i = 0; i < block.size; ++i) {
-        if (bytes[i] != block.mark) return false;
-    }
-    return true;
+    const std::string_view bytes(static_cast<const char*>(block.memory), block.size);
+    return bytes.find_first_not_of(block.mark) == bytes.npos;
 }
 
 // Random allocations, releases and changes of size, each block's bytes checked before.
@@ -44,8 +41,7 @@ void Churn(GAllocator& allocator, unsigned seed, std::size_t maxSize, int operat
     for (; operations > 0 || !blocks.empty(); --operations) {
         const unsigned choice = operations > 0 ? random() % 100 : 99;
         if (blocks.empty() || choice < 50) {
-            blocks.push_back(
-                NewBlock(allocator, random() % (maxSize + 1), static_cast<unsigned char>(random())));
+            blocks.push_back(NewBlock(allocator, random() % (maxSize + 1), static_cast<char>(random())));
             continue;
         }
         std::swap(blocks[random() % blocks.size()], blocks.back());
@@ -219,7 +215,7 @@ TEST(GAllocator, ThreadsAllocateAndFreeTheirOwnAndEachOthersBlocksWhileTheirCach
                 Churn(allocator, 1000 * i + round, 200, 100);
                 std::vector<Block> taken, made;
                 for (unsigned size = 1; size <= 128; size += 3)
-                    made.push_back(NewBlock(allocator, size, static_cast<unsigned char>(round)));
+                    made.push_back(NewBlock(allocator, size, static_cast<char>(round)));
                 {
                     const std::lock_guard lock(mutexes[i]);
                     taken.swap(handedOver[i]);
@@ -245,21 +241,14 @@ TEST(GAllocator, ThreadsAllocateAndFreeTheirOwnAndEachOthersBlocksWhileTheirCach
     EXPECT_EQ(allocator.GetChunkCount(), 0);
 }
 
-// --- Objects in its blocks ---------------------------------------------------------------------
-
-namespace {
-
-struct Base : GFastAllocatable {
-    virtual ~Base() = default;
-    char mBytes[20] = {};
-};
-struct Derived : Base {
-    char mMore[60] = {};
-};
-
-}  // namespace
-
 TEST(GFastAllocatable, ObjectsLiveInPooledBlocksOfTheirOwnSize) {
+    struct Base : GFastAllocatable {
+        virtual ~Base() = default;
+        char mBytes[20] = {};
+    };
+    struct Derived : Base {
+        char mMore[60] = {};
+    };
     GAllocator& allocator = GAllocator::GetInstance();
     const long before = allocator.GetUsedBlockCount();
     {
