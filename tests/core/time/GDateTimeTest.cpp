@@ -1,13 +1,11 @@
 #include "framework/core/time/GDateTime.h"
 
-#include <climits>
 #include <cstdio>
 
 #include "tests/core/TextForTests.h"
 
 namespace {
 
-constexpr long cMost = INT32_MAX;
 constexpr long cLeast = INT32_MIN;
 
 /// "year-month-day hour:minute:second" of the stored fields.
@@ -106,7 +104,7 @@ TEST(GDateTime, ConvertsToAndFromBrokenDownTime) {
     };
     EXPECT_EQ(fieldsOf(At("2000-2-29 13:14:15")), std::vector<int>({100, 1, 29, 13, 14, 15, 2, 59, -1}));
     EXPECT_EQ(fieldsOf(At("2014-14-0")), std::vector<int>({114, 13, 0, 0, 0, 0, 6, 30, -1}));
-    EXPECT_EQ(fieldsOf(At("-2147483648-1-1")), std::vector<int>({INT_MIN, 0, 1, 0, 0, 0, 2, 0, -1}));
+    EXPECT_EQ(fieldsOf(At("-2147483648-1-1")), std::vector<int>({INT32_MIN, 0, 1, 0, 0, 0, 2, 0, -1}));
 
     std::tm time = {};
     At("2000-2-29 13:14:15").GetAnsiCTm(time);
@@ -115,9 +113,9 @@ TEST(GDateTime, ConvertsToAndFromBrokenDownTime) {
     EXPECT_EQ(Fields(back), "2000-2-29 13:14:15 1/2:30");
     back.SetAnsiCTm(time, false);
     EXPECT_EQ(Fields(back), "2000-2-29 10:44:15 1/2:30");
-    time.tm_year = INT_MAX;
+    time.tm_year = INT32_MAX;
     back.SetAnsiCTm(time, true);
-    EXPECT_EQ(back.GetYear(), cMost);
+    EXPECT_EQ(back.GetYear(), INT32_MAX);
 }
 
 TEST(GDateTime, NormalizesByCarrying) {
@@ -128,6 +126,7 @@ TEST(GDateTime, NormalizesByCarrying) {
          "2014-1--364 -> 2013-1-1 0:0:0", "2014-13-1 -> 2015-1-1 0:0:0", "2014-0-1 -> 2013-12-1 0:0:0",
          "2014--11-31 -> 2013-1-31 0:0:0", "0-1-0 -> -1-12-31 0:0:0",
          "2000-2147483647-2147483647 2147483647:2147483647:2147483647 -> 185087715-11-27 12:21:7",
+         "2147483647-12-30 24:0:0 -> 2147483647-12-31 0:0:0", "-2147483648-2-0 -> -2147483648-1-31 0:0:0",
          "2147483647-12-31 24:0:0 -> 2147483647-12-31 23:59:59", "-2147483648-1-0 -> -2147483648-1-1 0:0:0"},
         [&](auto start, auto result) {
             GDateTime time = At(start);
@@ -309,5 +308,5 @@ TEST(GDateTime, TranslatesUTCToLocal) {
     EXPECT_EQ(translated({1, 1, 2014, 5, 15, 1}, -1, 5, 30), Times({31, 12, 2013, 23, 45, 1}));
     EXPECT_EQ(translated({1, 1, 2014, 5, 15, 1}, 1, 14, 45), Times({1, 1, 2014, 20, 0, 1}));
     EXPECT_EQ(translated({1, 1, 2014, 5, 15, 1}, 0, 14, 45), Times({1, 1, 2014, 5, 15, 1}));
-    EXPECT_EQ(translated({1, 1, 2000, 0, 0, 3}, 1, cMost, cMost), Times({1, 11, 251066, 9, 7, 3}));
+    EXPECT_EQ(translated({1, 1, 2000, 0, 0, 3}, 1, INT32_MAX, INT32_MAX), Times({1, 11, 251066, 9, 7, 3}));
 }

@@ -3,22 +3,6 @@
 #include "framework/core/time/GDateTime.h"
 #include "tests/core/TextForTests.h"
 
-namespace {
-
-class InZone {
-public:
-    explicit InZone(const char* zone) {
-        setenv("TZ", zone, 1);
-        GDateTime::Initialize();
-    }
-    ~InZone() {
-        unsetenv("TZ");
-        GDateTime::Initialize();
-    }
-};
-
-}  // namespace
-
 TEST(GDateTimeZone, TakesTheDifferenceOfTheLocalZone) {
     const std::tuple<const char*, std::array<long, 3>, long, const char*> rows[] = {
         {"UTC0", {1, 0, 0}, 22, "D:20131231220000Z"},
@@ -27,7 +11,8 @@ TEST(GDateTimeZone, TakesTheDifferenceOfTheLocalZone) {
         {"CCC-12:45", {1, 12, 45}, 9, "D:20131231220000+12'45'"}};
     for (const auto& [name, difference, utcHour, expected] : rows) {
         SCOPED_TRACE(name);
-        const InZone zone(name);
+        setenv("TZ", name, 1);
+        GDateTime::Initialize();
         std::array<long, 3> found;
         GDateTime::GetLocalToUTCDifference(found[0], found[1], found[2]);
         EXPECT_EQ(found, difference);
@@ -38,4 +23,6 @@ TEST(GDateTimeZone, TakesTheDifferenceOfTheLocalZone) {
         EXPECT_EQ(BytesOf(text), expected);
         EXPECT_EQ(GDateTime(true).GetOffsetHours(), difference[1]);
     }
+    unsetenv("TZ");
+    GDateTime::Initialize();
 }
