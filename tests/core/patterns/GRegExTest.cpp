@@ -3,8 +3,6 @@
 #include "framework/core/errors/GException.h"
 #include "tests/core/TextForTests.h"
 
-namespace {
-
 TEST(GRegEx, MatchesWholeTexts) {
     // Case and classes know more than ASCII, ranges go by code, a surrogate pair is two characters.
     ForEachRow<2>(
@@ -66,5 +64,3 @@ TEST(GRegEx, RefusesWhatIsMalformedOrTooDeepAndGivesUpWhatWouldTakeForEver) {
     const GRegEx slow(GString("(a|aa|a?)+$"));
     EXPECT_THROW(slow.Matches(GString((std::string(240, 'a') + "b").c_str())), GCustomException);
 }
-
-}  // namespace

@@ -4,8 +4,7 @@
 
 #include "framework/core/containers/GDictUtil.h"
 #include "framework/core/containers/GTable.h"
-#include "framework/core/encodings/GUTF8Encoding.h"
-#include "tests/core/TextForTests.h"
+#include "tests/core/encodings/EncodingForTests.h"
 
 namespace {
 
@@ -223,9 +222,9 @@ TEST(GBufferSupportBytes, BitBlocksAreCopiedBitForBitAlsoWhenTheyOverlap) {
 
 TEST(GBufferSupportBytes, UnicodeFromAnyEncoding) {
     GBuffer out("from before");
-    EXPECT_EQ(GBufferSupport::GetUnicodeBuffer("\xC3\xA9", GUTF8Encoding::GetInstance(), out), 1);
+    EXPECT_EQ(GBufferSupport::GetUnicodeBuffer("\xC3\xA9", UTF8(), out), 1);
     EXPECT_EQ(Plain(out), u"\xE9");
-    EXPECT_EQ(GBufferSupport::GetUnicodeBuffer("a\xFF", GUTF8Encoding::GetInstance(), out), 4);
+    EXPECT_EQ(GBufferSupport::GetUnicodeBuffer("a\xFF", UTF8(), out), 4);
     EXPECT_EQ(Plain(out), u"a");
     EXPECT_EQ(GBufferSupport::GetUnicodeBuffer("abc", nullptr, out), 1);
     EXPECT_TRUE(out.IsEmpty());

@@ -1,7 +1,6 @@
 #include "framework/core/text/GStandardString.h"
 
-#include "framework/core/encodings/GLatinEncodings.h"
-#include "tests/core/TextForTests.h"
+#include "tests/core/encodings/EncodingForTests.h"
 
 namespace {
 
@@ -45,7 +44,7 @@ TEST(GStandardString, WhatIsNoTextIsReplacedAndUTF16IsComposed) {
         EXPECT_EQ(GStandardString::ToUTF8(GStandardString::FromUTF16(half + u"a")), "\xEF\xBF\xBD\x61");
         EXPECT_EQ(GStandardString::ToUTF8(GStandardString::FromUTF16(half)), "\xEF\xBF\xBD");
     }
-    EXPECT_EQ(GStandardString::ToUTF8(GString("\x80", GWinAnsiEncoding::GetInstance())), "\xE2\x82\xAC");
+    EXPECT_EQ(GStandardString::ToUTF8(GString("\x80", WinAnsi())), "\xE2\x82\xAC");
     EXPECT_EQ(GStandardString::ToUTF8(GString()), "");
 }
 

@@ -2,8 +2,6 @@
 
 #include "tests/core/encodings/EncodingForTests.h"
 
-namespace {
-
 TEST(GStringSupport, NaturalOrder) {
     // By value, leading zeros do not count, other digits are letters, rests by their low bytes first; and
     // a circle: only Latin texts are sorted by it.
@@ -43,32 +41,22 @@ TEST(GStringSupport, ComparesForTheUserAndIgnoringCase) {
 
 TEST(GStringSupport, IncreasesNumericSuffixes) {
     // A text, its greatest length (0: any), and the next text.
-    ForEachRow<3>({u"Report -> 0 -> Report (2)",
-                   u"Report (2) -> 0 -> Report (3)",
-                   u"Report (9) -> 0 -> Report (10)",
-                   u"Report (x) -> 0 -> Report (x) (2)",
-                   u"Report (02) -> 0 -> Report (02) (2)",
-                   u"Report () -> 0 -> Report () (2)",
-                   u"Report ((2) -> 0 -> Report ((3)",
-                   u"(2) -> 0 -> (2) (2)",
-                   u"a(2) -> 0 -> a(3)",
-                   u" -> 0 ->  (2)",
-                   u"Report (2147483647) -> 0 -> Report (2147483648)",
-                   u"Report (9223372036854775807) -> 0 -> Report (9223372036854775807) (2)",
-                   u"Report -> 3 ->  (2)",
-                   u"Report (9) -> 8 -> Repo(10)",
-                   u"Report -> 9 -> Repor (2)",
-                   u"Report (9) -> 10 -> Report(10)",
-                   u"a -> 4294967295 -> a (2)",
-                   u"ab\xD83D\xDE00z -> 7 -> ab (2)",
-                   u"ab\xD83D\xDE00(9) -> 7 -> ab(10)",
-                   u"a\xD83D\xDE00xyz -> 7 -> a\xD83D\xDE00 (2)",
-                   u"ab\xD83Dxyz -> 7 -> ab\xD83D (2)"},
-                  [](auto before, auto maxLength, auto after) {
-                      GString text = Text(before);
-                      GStringSupport::IncreaseNumericSuffix(text, Text(maxLength).GetUInt32());
-                      EXPECT_EQ(Plain(text), after);
-                  });
+    ForEachRow<3>(
+        {u"Report -> 0 -> Report (2)", u"Report (2) -> 0 -> Report (3)", u"Report (9) -> 0 -> Report (10)",
+         u"Report (x) -> 0 -> Report (x) (2)", u"Report (02) -> 0 -> Report (02) (2)",
+         u"Report () -> 0 -> Report () (2)", u"Report ((2) -> 0 -> Report ((3)", u"(2) -> 0 -> (2) (2)",
+         u"a(2) -> 0 -> a(3)", u" -> 0 ->  (2)", u"Report (2147483647) -> 0 -> Report (2147483648)",
+         u"Report (9223372036854775807) -> 0 -> Report (9223372036854775807) (2)",
+         // Cut in front of the suffix.
+         u"Report -> 3 ->  (2)", u"Report (9) -> 8 -> Repo(10)", u"Report -> 9 -> Repor (2)",
+         u"Report (9) -> 10 -> Report(10)", u"a -> 4294967295 -> a (2)", u"ab\xD83D\xDE00z -> 7 -> ab (2)",
+         u"ab\xD83D\xDE00(9) -> 7 -> ab(10)", u"a\xD83D\xDE00xyz -> 7 -> a\xD83D\xDE00 (2)",
+         u"ab\xD83Dxyz -> 7 -> ab\xD83D (2)"},
+        [](auto before, auto maxLength, auto after) {
+            GString text = Text(before);
+            GStringSupport::IncreaseNumericSuffix(text, Text(maxLength).GetUInt32());
+            EXPECT_EQ(Plain(text), after);
+        });
 }
 
 TEST(GStringSupport, StripsWhiteSpace) {
@@ -228,5 +216,3 @@ TEST(GStringSupport, ScramblingCanBeUndoneAndIsTheSameEverywhere) {
         }
     }
 }
-
-}  // namespace

@@ -118,10 +118,7 @@ TEST(GString, ATextMayBeItsOwnArgument) {
 }
 
 // Everything that takes a position, beside the standard string; positions and counts may lie outside.
-class AStringAndItsModel {
-public:
-    explicit AStringAndItsModel(unsigned seed) : mRandom(seed) {}
-
+struct AStringAndItsModel {
     void CompareOnce() {
         mWhole = Make(12), mPart = Make(3), mOther = Make(4);
         mStart = static_cast<long>(mRandom() % (mWhole.size() + 7)) - 3;
@@ -132,7 +129,6 @@ public:
         CompareWriting();
     }
 
-private:
     // Also a unit whose bytes look like another's when they are taken across two units.
     std::u16string Make(unsigned below) {
         std::u16string units;
@@ -191,7 +187,7 @@ private:
                 [&](GString& text) { ASSERT_EQ(text.Replace(mStart, Text(mPart), Text(mOther)), found); });
     }
 
-    std::mt19937 mRandom;
+    std::mt19937 mRandom{2};
     std::u16string mWhole, mPart, mOther;
     long mStart = 0, mCount = 0;
     std::size_t mPlace = 0;  // the start, but within the text
@@ -199,7 +195,7 @@ private:
 };
 
 TEST(GString, AgreesWithTheStandardStringAlsoOutOfRange) {
-    AStringAndItsModel model(2);
+    AStringAndItsModel model;
     for (int round = 0; round < 30000 && !HasFatalFailure(); ++round) model.CompareOnce();
     GString text("abc");
     EXPECT_THROW(text.SetLength(0x7FFFFFFF), GMemoryException);
