@@ -52,7 +52,6 @@ TEST(JobRights, PutTheUserAsideAndBack) {
 
 TEST(JobRights, LeaveTheUserOnTheThreadAfterEachCallback) {
     MonitorLibrary library;
-    ASSERT_TRUE(library.Open());
     AsUser([&] {
         EXPECT_TRUE(library.Print(L"as user.txt", "x"));
         EXPECT_TRUE(HasToken());

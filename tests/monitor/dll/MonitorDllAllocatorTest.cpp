@@ -10,10 +10,7 @@ namespace {
 
 // The DLL's allocator and buffers, run by the DLL's own code. The names are those that the compiler
 // makes of the members.
-class LibraryFramework {
-public:
-    explicit LibraryFramework(HMODULE module) : mModule(module) {}
-
+struct LibraryFramework : MonitorLibrary {
     GAllocator& GetAllocator() const { return *Find<GAllocator*>("_ZN10GAllocator9sInstanceE"); }
     void* Allocate(std::size_t size) const {
         return Find<void* (*)(void*, std::size_t)>("_ZN10GAllocator8AllocateEy")(&GetAllocator(), size);
@@ -25,16 +22,6 @@ public:
         Find<void (*)(GBuffer&, const char*, long)>("_ZN7GBuffer15AppendByteArrayEPKhl")(buffer, bytes,
                                                                                          length);
     }
-
-private:
-    template <class Pointer>
-    Pointer Find(const char* name) const {
-        void* const address = reinterpret_cast<void*>(::GetProcAddress(mModule, name));
-        EXPECT_NE(address, nullptr) << name;
-        return reinterpret_cast<Pointer>(address);
-    }
-
-    HMODULE mModule;
 };
 
 DWORD StateOf(const void* memory) {
@@ -44,8 +31,7 @@ DWORD StateOf(const void* memory) {
 }
 
 TEST(MonitorDllAllocator, BlocksGoBackToTheModuleThatTookThem) {
-    const MonitorLibrary library;
-    const LibraryFramework framework(library.GetModule());
+    const LibraryFramework framework;
     GAllocator& theirs = framework.GetAllocator();
     GAllocator& ours = GAllocator::GetInstance();
     ASSERT_NE(&theirs, &ours);
@@ -76,17 +62,15 @@ TEST(MonitorDllAllocator, BlocksGoBackToTheModuleThatTookThem) {
 
 TEST(MonitorDllAllocator, TheEndOfAJobReturnsAPeak) {
     constexpr long cKept = GAllocator::cMaxSmallSize / GAllocator::cGranularity;  // one of each size
-    MonitorLibrary library;
-    const LibraryFramework framework(library.GetModule());
+    LibraryFramework framework;
     GAllocator& theirs = framework.GetAllocator();
-    ASSERT_TRUE(library.Open());
-    ASSERT_TRUE(library.Print(L"before.txt", "x"));
+    ASSERT_TRUE(framework.Print(L"before.txt", "x"));
     const long before = theirs.GetChunkCount();
     std::vector<void*> blocks;
     for (int i = 0; i < 100000; ++i) blocks.push_back(framework.Allocate(120));
     for (void* const block : blocks) framework.Free(block, 120);
     EXPECT_GT(theirs.GetChunkCount(), before + 300);
-    ASSERT_TRUE(library.Print(L"after.txt", "x"));
+    ASSERT_TRUE(framework.Print(L"after.txt", "x"));
     EXPECT_LE(theirs.GetChunkCount(), before + cKept);
 }
 
@@ -94,8 +78,7 @@ TEST(MonitorDllAllocator, UnloadingReturnsTheChunksButForBlocksThatAreInUse) {
     std::set<void*> chunks;
     unsigned char* kept = nullptr;
     {
-        const MonitorLibrary library;
-        const LibraryFramework framework(library.GetModule());
+        const LibraryFramework framework;
         for (const std::size_t size : {16, 64, 128}) {
             std::vector<void*> blocks;
             for (int i = 0; i < 1000; ++i) blocks.push_back(framework.Allocate(size));

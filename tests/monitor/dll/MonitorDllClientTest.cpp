@@ -24,13 +24,9 @@ std::string UTF8Of(const GString& text) {
     return text.GetBuffer(GUTF8Encoding::GetInstance()).GetPtr();
 }
 
-class NotingReporter : public GErrorReporter {
-public:
-    explicit NotingReporter(std::string& note) : mNote(note) {}
-    void Report(const GString& text) const override { mNote = UTF8Of(text); }
-
-private:
-    std::string& mNote;
+struct NotingReporter : GErrorReporter {
+    void Report(const GString& text) const override { sNote = UTF8Of(text); }
+    static inline std::string sNote;
 };
 
 class MonitorDllClient : public testing::Test {
@@ -66,21 +62,20 @@ TEST_F(MonitorDllClient, CatchesByTypeWhatTheDllThrows) {
 }
 
 TEST_F(MonitorDllClient, HandlesWhatEitherHasThrown) {
-    std::string note;
-    GErrorReporter::SetInstance(new NotingReporter(note));
+    GErrorReporter::SetInstance(new NotingReporter);
     const std::unique_ptr<GExceptionHandler> handler = std::make_unique<GDefaultExceptionHandler>();
-    try {
-        throw GSimpleException(40010);
-    } catch (...) {
-        handler->Handle();
-    }
-    EXPECT_EQ(note, "File or directory not found or incomplete path name");
-    try {
-        GFileSystem::RemoveFile(GPathName("C:/no such folder/f"));
-    } catch (...) {
-        handler->Handle();
-    }
-    EXPECT_EQ(note.find("C:\\no such folder\\f: "), 0u) << note;
+    const auto noteOf = [&](void (*fail)()) {
+        try {
+            fail();
+        } catch (...) {
+            handler->Handle();
+        }
+        return NotingReporter::sNote;
+    };
+    EXPECT_EQ(noteOf([] { throw GSimpleException(40010); }),
+              "File or directory not found or incomplete path name");
+    EXPECT_THAT(noteOf([] { GFileSystem::RemoveFile(GPathName("C:/no such folder/f")); }),
+                testing::StartsWith("C:\\no such folder\\f: "));
     GErrorReporter::SetInstance(nullptr);
 }
 

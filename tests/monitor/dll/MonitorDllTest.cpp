@@ -5,7 +5,6 @@
 #include "tests/monitor/dll/MonitorLibrary.h"
 #include "tests/monitor/dll/ProcessResources.h"
 #include "tests/monitor/dll/TraceCapture.h"
-#include "tests/tools/ChildProcess.h"
 
 #include <objbase.h>
 
@@ -20,6 +19,13 @@ DWORD ErrorOf(Call call) {
     const bool succeeded = call();
     const DWORD lastError = ::GetLastError();
     return succeeded == (lastError == cUntouched) ? lastError : 0;
+}
+
+/// True when nobody else has the job file of that name open.
+bool IsClosed(const std::string& fileName) {
+    return static_cast<bool>(PWin32ScopedHandle<PWin32FileHandle>(
+        ::CreateFileW(GetTestFolder().Standard(JobFolder::Job(fileName)).c_str(), GENERIC_READ, 0, nullptr,
+                      OPEN_EXISTING, 0, nullptr)));
 }
 
 TEST(MonitorDll, TracesItsLoadAndUnload) {
@@ -49,7 +55,6 @@ TEST(MonitorDll, LeavesNothingBehindWhenItIsUnloaded) {
     const auto load = [] {
         {
             MonitorLibrary library;
-            EXPECT_TRUE(library.Open());
             EXPECT_TRUE(library.Print(L"load.txt", "x"));
         }
         EXPECT_EQ(::GetModuleHandleW(L"QuillonPortMonitor64.dll"), nullptr) << "something holds it";
@@ -63,20 +68,25 @@ TEST(MonitorDll, LeavesNothingBehindWhenItIsUnloaded) {
     EXPECT_LE(after.mHeapBytes, before.mHeapBytes + cLoads * cRunTimeRest);
 }
 
-TEST(MonitorDll, EndsWithItsProcess) {
-    const ChildProcess program(L"monitor_dll_tests.exe --end-with-library",
-                               GetTestFolder().Standard("trace.txt").wstring(), L"NUL");
-    EXPECT_EQ(program.WaitForExitCode(), 23);
-    EXPECT_THAT(GetTestFolder().Take("trace.txt"),
-                testing::EndsWith("DLLMain\nDLL_PROCESS_DETACH\nPPMShutdown\nDone detach\n"));
+TEST(MonitorDllDeathTest, EndsWithItsProcessInAJobWithAnotherThreadInsideACallback) {
+    const auto end = [] {
+        TraceCapture::EchoToErrors();
+        auto* const library = new MonitorLibrary;
+        library->Open();
+        library->Start(L"unfinished.txt");
+        std::thread([library] {
+            for (;;) library->Write("more");
+        }).detach();
+        ::Sleep(50);
+        ::ExitProcess(23);
+    };
+    EXPECT_EXIT(end(), testing::ExitedWithCode(23), "DLL_PROCESS_DETACH\nPPMShutdown\nDone detach\n$");
 }
 
 TEST(MonitorDll, AnswersOtherCallsOfItsEntryPointWithItsNameOnly) {
     using Entry = BOOL(WINAPI*)(HINSTANCE, DWORD, LPVOID);
     const MonitorLibrary library;
-    const auto entry =
-        reinterpret_cast<Entry>(reinterpret_cast<void*>(::GetProcAddress(library.GetModule(), "DllMain")));
-    ASSERT_NE(entry, nullptr);
+    const auto entry = library.Find<Entry>("DllMain");
     TraceCapture before;
     std::thread([] {}).join();
     EXPECT_EQ(before.Take(), Words()) << "the system does not tell it of threads";
@@ -184,7 +194,7 @@ TEST(MonitorDll, TracesEveryStepOfAJobAndAnswersWithItsOutcomeAndError) {
     EXPECT_EQ(ErrorOf([&] { return table.pfnClosePort(library.mPort); }), cUntouched);
 }
 
-TEST(MonitorDll, WorksOnAfterShutdown) {
+TEST(MonitorDll, WorksOnAfterShutdownAndTakesATitleThatMakesALongPath) {
     MonitorLibrary library;
     ASSERT_TRUE(library.Open());
     ASSERT_TRUE(library.Start(L"cut off.txt"));
@@ -193,15 +203,9 @@ TEST(MonitorDll, WorksOnAfterShutdown) {
     EXPECT_EQ(trace.Take(), (Words{"PPMShutdown"}));
     EXPECT_FALSE(IsClosed("cut off.ps")) << "shutting down closes no job file";
     ASSERT_TRUE(library.Open());
-    EXPECT_TRUE(library.Print(L"after.txt", "all well"));
-}
-
-TEST(MonitorDll, PrintsTitlesThatMakeLongPaths) {
-    MonitorLibrary library;
-    ASSERT_TRUE(library.Open());
-    EXPECT_TRUE(library.Print(std::wstring(300, L'x').c_str(), "long"));
+    EXPECT_TRUE(library.Print(std::wstring(300, L'x').c_str(), "all well"));
     GFileInStream file(GetTestFolder().Portable(JobFolder::Job(std::string(251, 'x') + ".ps")));
-    EXPECT_EQ(file.GetLength(), 4);
+    EXPECT_EQ(file.GetLength(), 8);
 }
 
 /// The trace log switched on, in the temporary folder of this program, as long as it exists.
@@ -223,7 +227,6 @@ TEST(MonitorDll, PrintsWithoutTheHandOffAndStartsItWithALaterJobAndSaysSo) {
     TraceCapture trace;
     MonitorLibrary library;
     EXPECT_THAT(trace.Take(), testing::Contains("Failed in DLL_PROCESS_ATTACH"));
-    ASSERT_TRUE(library.Open());
     EXPECT_TRUE(library.Print(L"without.txt", "x"));
     EXPECT_THAT(trace.Take(), testing::Contains(notStarted));
     const std::string said = log.Take();
@@ -244,7 +247,6 @@ TEST(MonitorDll, PrintsWhenItsTraceLogCannotBeWritten) {
     for (int i = 0; i <= 10; ++i)
         std::filesystem::create_directories(log.mFolder / (name + " (" + std::to_string(i) + ").tra"));
     MonitorLibrary library;
-    ASSERT_TRUE(library.Open());
     EXPECT_TRUE(library.Print(L"untraced.txt", "x"));
     EXPECT_EQ(GetTestFolder().ContentOf("untraced.ps"), "x");
 }

@@ -1,11 +1,6 @@
 #pragma once
 
-#include <algorithm>
-#include <cstddef>
-#include <cstdint>
-#include <vector>
-
-#include "platform/win32/base/PWin32Api.h"
+#include "tests/WindowsTesting.h"
 
 #include <winternl.h>
 

@@ -21,8 +21,8 @@ public:
         const std::lock_guard<std::mutex> lock(sLock);
         return std::exchange(sWords, {});
     }
-    /// From now on to the end of the process everything goes to the standard output, a word a line.
-    static void EchoToOutput() {
+    /// From now on to the end of the process everything goes to the standard errors, a word a line.
+    static void EchoToErrors() {
         sEchoes = true;
         ::AddVectoredExceptionHandler(1, TakeDebugOutput);
     }
@@ -34,20 +34,20 @@ private:
     /// Debug output is an exception that the system handles when nobody else does.
     static LONG CALLBACK TakeDebugOutput(EXCEPTION_POINTERS* pointers) {
         const EXCEPTION_RECORD& record = *pointers->ExceptionRecord;
+        const ULONG_PTR text = record.ExceptionInformation[1];
         std::string word;
-        if (record.ExceptionCode == cNarrowText) {
-            word = reinterpret_cast<const char*>(record.ExceptionInformation[1]);
-        } else if (record.ExceptionCode == cWideText) {
-            const std::wstring text(reinterpret_cast<const wchar_t*>(record.ExceptionInformation[1]));
-            for (const wchar_t unit : text) word += unit < 0x80 ? static_cast<char>(unit) : '?';
-        } else {
+        if (record.ExceptionCode == cNarrowText)
+            word = reinterpret_cast<const char*>(text);
+        else if (record.ExceptionCode == cWideText)
+            for (const wchar_t unit : std::wstring_view(reinterpret_cast<const wchar_t*>(text)))
+                word += unit < 0x80 ? static_cast<char>(unit) : '?';
+        else
             return EXCEPTION_CONTINUE_SEARCH;
-        }
         if (sEchoes) {
             // Without the lock: at the end of the process a thread that was killed may have it.
             DWORD count = 0;
             word += '\n';
-            ::WriteFile(::GetStdHandle(STD_OUTPUT_HANDLE), word.data(), static_cast<DWORD>(word.size()),
+            ::WriteFile(::GetStdHandle(STD_ERROR_HANDLE), word.data(), static_cast<DWORD>(word.size()),
                         &count, nullptr);
             return EXCEPTION_CONTINUE_EXECUTION;
         }
