@@ -1,9 +1,10 @@
-// What doctor, clean and trace do on a disk.
+// What jobs, doctor, clean and trace do on a disk.
 #include "framework/core/errors/GException.h"
 #include "tests/WindowsTesting.h"
 #include "tools/console/Console.h"
 #include "tools/machine/Failure.h"
 #include "tools/quillonctl/Cleaning.h"
+#include "tools/quillonctl/JobList.h"
 #include "tools/quillonctl/LibraryFile.h"
 #include "tools/quillonctl/LoadedLibrary.h"
 #include "tools/quillonctl/TraceSwitch.h"
@@ -14,10 +15,11 @@ namespace fs = std::filesystem;
 using FileHandle = PWin32ScopedHandle<PWin32FileHandle>;
 
 struct UpkeepTest : testing::Test {
-    /// A file that was written 50 hours ago.
-    std::wstring PutOld(const std::string& relative, const std::string& bytes = "x") const {
+    /// A file that was written so long ago, in folders that are made for it.
+    std::wstring Put(const std::string& relative, int hours, const std::string& bytes = "x") const {
+        fs::create_directories(mFolder.Standard(relative).parent_path());
         const fs::path path = mFolder.Put(relative, bytes);
-        fs::last_write_time(path, fs::file_time_type::clock::now() - std::chrono::hours(50));
+        fs::last_write_time(path, fs::file_time_type::clock::now() - std::chrono::hours(hours));
         return path;
     }
     std::wstring GetStart() const { return mFolder.Standard("").wstring(); }
@@ -28,6 +30,41 @@ FileHandle Open(const std::wstring& path, DWORD access, DWORD share) {
     return FileHandle(::CreateFileW(path.c_str(), access, share, nullptr, OPEN_EXISTING, 0, nullptr));
 }
 
+TEST_F(UpkeepTest, TheJobFilesOfAllUsersAndPrintersAreFound) {
+    fs::create_directories(mFolder.Standard("empty"));
+    Put("anna/Proof/Letter.ps", 50, "%!PS\n%%Title: A\n%%Pages: 2\n/#copies 3 def\n%%EOF\n");
+    for (const char* name : {"anna/Second/Letter.ps", "bob/Proof/B\u00FCro.ps", "bob/Proof/notes.txt",
+                             "bob/Proof/deeper/x.ps", "anna/x.ps", "x.ps"})
+        Put(name, 0);
+    const JobList list = JobList::Gather(GetStart());
+    ASSERT_EQ(list.jobs.size(), 3u);
+    EXPECT_EQ(list.jobs.back().fileName, L"Letter.ps");
+    EXPECT_EQ(list.jobs.back().age / 3600, 50);
+    EXPECT_THAT(ToUTF8(list.Format()),
+                testing::EndsWith("\n2 d  48 bytes  2      3       complete    anna  Proof    A\n"));
+    EXPECT_THROW(JobList::Gather(GetStart() + L"missing\\"), Failure);
+}
+
+TEST(JobList, IsShownAsATable) {
+    JobList list{L"C:\\Temp\\", {}, 0};
+    EXPECT_EQ(ToUTF8(list.Format()), "Job folder: C:\\Temp\\\nNo job files.\n");
+    GPostScriptComments whole{true, GString("A\x1B[2J"), 12, 2, true};
+    GPostScriptComments cut{true, GString(std::string(90, 'x').c_str()), -1, -1, false};
+    list.jobs = {{L"anna", L"Proof", L"a.ps", 1536, 59, whole},
+                 {L"J\u00FCrgen", L"P", L"b.ps", 3, 3600, cut},
+                 {L"bob", L"P", L"c.ps", 0, 86400 * 3 - 1, std::nullopt}};
+    list.closedFolders = 2;
+    EXPECT_EQ(ToUTF8(list.Format()),
+              "Job folder: C:\\Temp\\\n"
+              "Age   Size     Pages  Copies  State       User    Printer  Title\n"
+              "59 s  1.5 KB   12     2       complete    anna    Proof    A?[2J\n"
+              "1 h   3 bytes  -      -       incomplete  J\u00FCrgen  P        " +
+                  std::string(77, 'x') +
+                  "...\n"
+                  "2 d   0 bytes  -      -       no access   bob     P        (c.ps)\n"
+                  "Folders that could not be looked into: 2\n");
+}
+
 std::vector<std::string> NamesIn(const Cleaning& cleaning, const std::wstring& start) {
     std::vector<std::string> names;
     for (const Cleaning::File& file : cleaning.files)
@@ -36,19 +73,16 @@ std::vector<std::string> NamesIn(const Cleaning& cleaning, const std::wstring& s
 }
 
 TEST_F(UpkeepTest, CleaningRemovesOldJobFilesOfItsPrintersAlone) {
-    for (const char* name : {"anna/Proof", "anna/Other", "anna (set aside 1)/Proof", "bob/proof",
-                             "bob/elsewhere", "e\u0301/Caf\u00E9"})
-        fs::create_directories(mFolder.Standard(name));
-    PutOld("anna/Proof/old.ps", std::string(2048, 'x'));
-    PutOld("e\u0301/Caf\u00E9/e\u0301.ps");
-    mFolder.Put("anna/Proof/new.ps", "x");
-    const std::wstring written = PutOld("bob/proof/written.ps");
-    const std::wstring held = PutOld("bob/proof/held.ps");
-    const std::wstring twice = PutOld("bob/elsewhere/twice.ps");
+    Put("anna/Proof/old.ps", 50, std::string(2048, 'x'));
+    Put("e\u0301/Caf\u00E9/e\u0301.ps", 50);
+    Put("anna/Proof/new.ps", 0);
+    const std::wstring written = Put("bob/proof/written.ps", 50);
+    const std::wstring held = Put("bob/proof/held.ps", 50);
+    const std::wstring twice = Put("bob/elsewhere/twice.ps", 50);
     ASSERT_TRUE(::CreateHardLinkW(mFolder.Standard("bob/proof/twice.ps").c_str(), twice.c_str(), nullptr));
     for (const char* name : {"anna/Proof/notes.txt", "anna/Other/old.ps", "anna (set aside 1)/Proof/old.ps",
                              "anna/Proof/old.ps (set aside 1)", "bob/old.ps"})
-        PutOld(name);
+        Put(name, 50);
     const FileHandle monitor = Open(written, GENERIC_WRITE, FILE_SHARE_READ);
     const FileHandle receiver = Open(held, GENERIC_READ | DELETE, FILE_SHARE_READ);
     const std::vector<std::wstring> printers = {L"Proof", L"Gone", L"Cafe\u0301"};

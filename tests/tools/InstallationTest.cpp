@@ -1,12 +1,55 @@
-#include "tools/quillonctl/InstallRecord.h"
-
+// What installing and removing stand on: names of the spooler's, the record, the way back.
 #include "tests/WindowsTesting.h"
 #include "tools/console/Console.h"
+#include "tools/machine/Failure.h"
 #include "tools/machine/MachineKey.h"
 #include "tools/machine/SpoolerHost.h"
+#include "tools/quillonctl/Drivers.h"
+#include "tools/quillonctl/InstallRecord.h"
 #include "tools/quillonctl/PageRecord.h"
+#include "tools/quillonctl/Printers.h"
+#include "tools/quillonctl/Rollback.h"
 
 namespace {
+
+using Texts = std::vector<std::wstring>;
+
+TEST(Printers, SplitsTheListOfAPooledPrintersPorts) {
+    EXPECT_EQ(SplitPortList(L""), Texts());
+    EXPECT_EQ(SplitPortList(L" LPT1: , C:\\a b.txt ,QuillonPDFPort:"),
+              (Texts{L"LPT1:", L"C:\\a b.txt", L"QuillonPDFPort:"}));
+    EXPECT_EQ(SplitPortList(L",LPT1:,, ,"), Texts{L"LPT1:"});
+}
+
+TEST(Printers, KnowsOurPortInWhateverCaseAndPlace) {
+    const auto isOurs = [](const Texts& ports) { return PrinterInfo{L"P", ports, L"D"}.IsOnOurPort(); };
+    for (const Texts& ports : {Texts{L"QUILLONPDFPORT:"}, Texts{L"LPT1:", L"QuillonPDFPort:"}})
+        EXPECT_TRUE(isOurs(ports)) << testing::PrintToString(ports);
+    EXPECT_FALSE(isOurs({L"QuillonPDFPort", L"QuillonPDFPort:2", L"LPT1:"}));
+    EXPECT_FALSE(isOurs({}));
+}
+
+TEST(Drivers, TellsThoseOfWindowsFromOthersThatMakePostScript) {
+    const DriverInfo classDriver{L"Microsoft PS Class Driver", L"C:\\d\\mxdwdrv.dll", L""};
+    const DriverInfo imagesetter{L"MS Publisher Imagesetter", L"C:\\d\\PSCRIPT5.DLL", L""};
+    const DriverInfo maker{L"Laser 9 PS", L"C:\\d\\3\\PScript5.dll", L""};
+    const DriverInfo wine{L"Test PS", L"C:/d/wineps.drv", L""};
+    const DriverInfo fax{L"Fax", L"C:\\d\\fxsdrv.dll", L""};
+    const DriverInfo lookalike{L"PS for all", L"C:\\pscript5.dll\\unidrv.dll", L""};
+    const std::tuple<const char*, std::vector<DriverInfo>, DriverInfo, DriverInfo> rows[] = {
+        {"no driver", {}, {}, {}},
+        {"none that makes PostScript", {fax, lookalike}, {}, {}},
+        {"a maker's", {fax, maker}, {}, maker},
+        {"the first of two", {fax, wine, maker}, {}, wine},
+        {"the imagesetter first", {classDriver, maker, imagesetter}, imagesetter, classDriver},
+        {"the class driver, known by its name", {maker, classDriver}, classDriver, maker},
+    };
+    for (const auto& [what, drivers, ofWindows, any] : rows) {
+        const auto nameOf = [](const DriverInfo* driver) { return driver == nullptr ? L"" : driver->name; };
+        EXPECT_EQ(nameOf(FindDriverOfWindows(drivers)), ofWindows.name) << what;
+        EXPECT_EQ(nameOf(FindPostScriptDriver(drivers)), any.name) << what;
+    }
+}
 
 using Kind = InstallRecord::Kind;
 
@@ -78,6 +121,41 @@ TEST_F(RegistryTest, TheRecordRemembersAndLeavesNoKeyBehind) {
     InstallRecord::Remove(Kind::cLibrary, L"C:\\x.dll");
     EXPECT_TRUE(MachineKey::Open("SOFTWARE\\Quillon\\Other").Exists()) << "the key of another";
     EXPECT_FALSE(MachineKey::Open("SOFTWARE\\Quillon\\Port Monitor").Exists());
+}
+
+struct RollbackTest : testing::Test {
+    Rollback::Action Note(const wchar_t* text) {
+        return [this, text] { mLog.push_back(text); };
+    }
+    Texts mLog;
+    const Rollback::Reporter mReport = [this](const std::wstring& text) { mLog.push_back(text); };
+};
+
+TEST_F(RollbackTest, AFailureTakesTheStepsBackNewestFirstAndNamesWhatCannotBe) {
+    try {
+        Rollback rollback(mReport);
+        rollback.AddUndo(L"the first", Note(L"undo 1"));
+        rollback.AddUndo(L"the second", [] { throw Failure(L"In use."); });
+        rollback.AddCompletion(Note(L"completion"));
+        throw Failure(L"a later step");
+    } catch (const Failure& failure) {
+        mLog.push_back(failure.GetText());
+    }
+    EXPECT_EQ(mLog,
+              (Texts{L"Taking back the second.", L"Warning: the second could not be taken back. In use.",
+                     L"Taking back the first.", L"undo 1", L"a later step"}));
+}
+
+TEST_F(RollbackTest, CommittingKeepsTheStepsAndCompletesThemInOrder) {
+    {
+        Rollback rollback(mReport);
+        rollback.AddUndo(L"it", Note(L"undo"));
+        rollback.AddCompletion(Note(L"completion 1"));
+        rollback.AddCompletion([] { throw Failure(L"No space."); });
+        rollback.AddCompletion(Note(L"completion 3"));
+        rollback.Commit();
+    }
+    EXPECT_EQ(mLog, (Texts{L"completion 1", L"Warning: No space.", L"completion 3"}));
 }
 
 }  // namespace
