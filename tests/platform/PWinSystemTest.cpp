@@ -1,10 +1,10 @@
-// What only Windows answers.
-
-#include "framework/system/GProcessInfo.h"
+// What only Windows answers, and the rules that depend on its version.
+#include "framework/system/PRegistryKey.h"
 #include "framework/system/PSystem.h"
 #include "platform/win32/ipc/PWin32IPMutexImp.h"
 #include "platform/win32/system/PWinSessionInfo.h"
 #include "tests/WindowsTesting.h"
+#include "tests/tools/ChildProcess.h"
 
 namespace {
 
@@ -75,6 +75,27 @@ TEST(PWinSystem, OldSystemsHaveNoSessionsNorNameSpaces) {
         EXPECT_EQ(ids.GetCount(), 1);
     }
     PSystem::SetOSCode(PSystem::cUnknownOSCode);
+}
+
+// Under each version that Wine can tell a program.
+TEST(WindowsVersions, DecideOnNameSpacesAndMessagesArriveInEach) {
+    const TestFolder folder;
+    PRegistryKey key(HKEY_CURRENT_USER, "Software\\Wine\\AppDefaults\\IPCPeer.exe", KEY_ALL_ACCESS);
+    key.Create("", 0, nullptr);
+    // In Wine 8 "win7" is the server of its version, and "win2008r2" is not.
+    ForEachRow<2>({"win98 -> 0 global 'Session\\2\\'", "win2k -> 3003 local ''", "winxp -> 3005 local ''",
+                   "winxp64 -> 3007 local ''", "win2003 -> 3008 local 'Session\\2\\'",
+                   "vista -> 3009 global 'Session\\2\\'", "win2008 -> 3010 global 'Session\\2\\'",
+                   "win2008r2 -> 3011 global 'Session\\2\\'", "win7 -> 3012 global 'Session\\2\\'",
+                   "win8 -> 3013 global 'Session\\2\\'", "win81 -> 3013 global 'Session\\2\\'",
+                   "win10 -> 3013 global 'Session\\2\\'"},
+                  [&](auto version, auto expected) {
+                      ASSERT_TRUE(key.SetString("Version", GString(std::string(version).c_str()), 1));
+                      const ChildProcess peer(L"IPCPeer.exe version", folder.Standard("out"), L"NUL");
+                      EXPECT_EQ(peer.WaitForExitCode(), 0);
+                      EXPECT_EQ(folder.Take("out"), std::string(expected) + " 2 2\r\n");
+                  });
+    EXPECT_EQ(::RegDeleteKeyW(HKEY_CURRENT_USER, AsWide(key.GetPath())), ERROR_SUCCESS);
 }
 
 }  // namespace
