@@ -9,3 +9,10 @@
 #include "tests/files/TestFolder.h"
 
 #include "platform/win32/base/PWin32Api.h"
+
+/// A file that is there, as somebody opens it who lets others do so much; nothing when that is refused.
+inline PWin32ScopedHandle<PWin32FileHandle> OpenSharing(const std::filesystem::path& path, DWORD access,
+                                                        DWORD share) {
+    return PWin32ScopedHandle<PWin32FileHandle>(
+        ::CreateFileW(path.c_str(), access, share, nullptr, OPEN_EXISTING, 0, nullptr));
+}

@@ -12,12 +12,16 @@
 
 namespace {
 
-constexpr long cRead = GFileOpenMode::cRead;
-constexpr long cWrite = GFileOpenMode::cWrite;
-constexpr long cReaders = GFileOpenMode::cAllowReaders;
-constexpr long cWriters = GFileOpenMode::cAllowWriters;
+constexpr long cRead = GFileOpenMode::cRead, cWrite = GFileOpenMode::cWrite;
+constexpr long cReaders = GFileOpenMode::cAllowReaders, cWriters = GFileOpenMode::cAllowWriters;
 
-TEST(PWin32FileImp, TheSharingBitsSayWhoElseMayOpen) {
+struct PWin32FileTest : testing::Test {
+    PWin32FileTest() { mFolder.Put("f", "abc"); }
+    const TestFolder mFolder;
+    const GPathName mPath = mFolder.Portable("f");
+};
+
+TEST_F(PWin32FileTest, TheSharingBitsSayWhoElseMayOpen) {
     const std::tuple<const char*, long, bool, bool> rows[] = {
         {"a reader", cRead, true, false},
         {"a reader with the readers' bit alone", cRead | cReaders, true, false},
@@ -25,17 +29,12 @@ TEST(PWin32FileImp, TheSharingBitsSayWhoElseMayOpen) {
         {"a reader with both", cRead | cReaders | cWriters, true, true},
         {"a writer", cWrite, true, false},
         {"a writer with both", cWrite | cReaders | cWriters, true, true}};
-    const TestFolder folder;
-    folder.Put("f", "abc");
-    const std::wstring name = folder.Standard("f").wstring();
     for (const auto& [what, mode, othersRead, othersWrite] : rows) {
         SCOPED_TRACE(what);
-        const GFile file(folder.Portable("f"), mode);
+        const GFile file(mPath, mode);
         // The other opener itself shares everything, so that only the first one's word counts.
         const auto opens = [&](DWORD access) {
-            const PWin32ScopedHandle<PWin32FileHandle> other(
-                ::CreateFileW(name.c_str(), access, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
-                              OPEN_EXISTING, 0, nullptr));
+            const auto other = OpenSharing(mFolder.Standard("f"), access, FILE_SHARE_READ | FILE_SHARE_WRITE);
             const DWORD error = ::GetLastError();
             EXPECT_TRUE(other || error == ERROR_SHARING_VIOLATION) << error;
             return static_cast<bool>(other);
@@ -57,50 +56,43 @@ TEST(PWin32FileImp, FindsNamesThatCouldBeComposed) {
     GFileSystem::RemoveFile(path);
 }
 
-TEST(PWin32FileSystemImp, WhatGoesToTheTrashIsOfTheKindThatWasMeant) {
-    const TestFolder folder;
-    folder.Put("f", "x");
-    GFileSystem::CreateFolder(folder.Portable("sub"));
-    folder.Put("sub/g", "x");
-    EXPECT_THROW(GFileSystem::MoveFileToTrash(folder.Portable("sub")), GException);
-    EXPECT_THROW(GFileSystem::MoveFolderToTrash(folder.Portable("f")), GException);
-    EXPECT_THROW(GFileSystem::MoveFileToTrash(folder.Portable("missing")), GException);
-    EXPECT_THROW(GFileSystem::MoveToTrash(folder.Portable("missing")), GException);
-    EXPECT_TRUE(folder.Has("f") && folder.Has("sub/g"));
-    GFileSystem::MoveFileToTrash(folder.Portable("f"));
-    EXPECT_FALSE(folder.Has("f"));
-    GFileSystem::MoveFolderToTrash(folder.Portable("sub"));
-    EXPECT_FALSE(folder.Has("sub"));
+TEST_F(PWin32FileTest, WhatGoesToTheTrashIsOfTheKindThatWasMeant) {
+    const GPathName sub = mFolder.Portable("sub"), missing = mFolder.Portable("missing");
+    GFileSystem::CreateFolder(sub);
+    mFolder.Put("sub/g", "x");
+    EXPECT_THROW(GFileSystem::MoveFileToTrash(sub), GException);
+    EXPECT_THROW(GFileSystem::MoveFolderToTrash(mPath), GException);
+    EXPECT_THROW(GFileSystem::MoveFileToTrash(missing), GException);
+    EXPECT_THROW(GFileSystem::MoveToTrash(missing), GException);
+    EXPECT_TRUE(mFolder.Has("f") && mFolder.Has("sub/g"));
+    GFileSystem::MoveFileToTrash(mPath);
+    GFileSystem::MoveFolderToTrash(sub);
+    EXPECT_FALSE(mFolder.Has("f") || mFolder.Has("sub"));
 }
 
-TEST(PWin32FileImp, KeepsTheAttributesOfAFileThatItEmpties) {
-    const TestFolder folder;
-    folder.Put("f", "abc");
-    const GPathName path = folder.Portable("f");
-    GFileSystem::SetHidden(path, true);
-    EXPECT_TRUE(GFileSystem::IsHidden(path));
-    GFileOutStream(path, true).Write(BufferOf("x"));
-    EXPECT_TRUE(GFileSystem::IsHidden(path));
-    GFileSystem::SetHidden(path, false);
-    EXPECT_FALSE(GFileSystem::IsHidden(path));
-    EXPECT_EQ(folder.Take("f"), "x");
+TEST_F(PWin32FileTest, KeepsTheAttributesOfAFileThatItEmpties) {
+    GFileSystem::SetHidden(mPath, true);
+    EXPECT_TRUE(GFileSystem::IsHidden(mPath));
+    GFileOutStream(mPath, true).Write(BufferOf("x"));
+    EXPECT_TRUE(GFileSystem::IsHidden(mPath));
+    GFileSystem::SetHidden(mPath, false);
+    EXPECT_FALSE(GFileSystem::IsHidden(mPath));
+    EXPECT_EQ(mFolder.Take("f"), "x");
 }
 
-TEST(PWin32FileImp, ReportsTheSystemsCodes) {
-    const TestFolder folder;
-    folder.Put("f", "abc");
+TEST_F(PWin32FileTest, ReportsTheSystemsCodes) {
     for (const auto& [path, error] : {std::pair("g", ERROR_FILE_NOT_FOUND),
                                       {"g/h", ERROR_PATH_NOT_FOUND},
                                       {"a|b", ERROR_INVALID_NAME},
                                       {"", ERROR_ACCESS_DENIED}})
-        EXPECT_EQ(SystemErrorOf([&, name = path] { GFile(folder.Portable(name), cRead); }), error) << path;
-    EXPECT_EQ(SystemErrorOf([&] { GFileSystem::CreateFolder(folder.Portable("f/g")); }),
+        EXPECT_EQ(SystemErrorOf([&, name = path] { GFile(mFolder.Portable(name), cRead); }), error) << path;
+    EXPECT_EQ(SystemErrorOf([&] { GFileSystem::CreateFolder(mFolder.Portable("f/g")); }),
               ERROR_ALREADY_EXISTS);
-    EXPECT_EQ(SystemErrorOf([&] { GFileSystem::RemoveFile(folder.Portable("g")); }), ERROR_FILE_NOT_FOUND);
+    EXPECT_EQ(SystemErrorOf([&] { GFileSystem::RemoveFile(mFolder.Portable("g")); }), ERROR_FILE_NOT_FOUND);
     // Creating finds a file that is in use.
-    const GFileOutStream job(folder.Portable("f"), true);
-    GFileSystem::CreateFile(folder.Portable("f"), GTypeEnums::cNone, false);
-    EXPECT_EQ(SystemErrorOf([&] { GFileSystem::CreateFile(folder.Portable("f"), GTypeEnums::cNone, true); }),
+    const GFileOutStream job(mPath, true);
+    GFileSystem::CreateFile(mPath, GTypeEnums::cNone, false);
+    EXPECT_EQ(SystemErrorOf([&] { GFileSystem::CreateFile(mPath, GTypeEnums::cNone, true); }),
               ERROR_FILE_EXISTS);
 }
 
@@ -122,28 +114,20 @@ TEST(PWin32FileSystemImp, PathsBeyondTheSystemsLimitWork) {
     EXPECT_TRUE(GFileSystem::FolderExists(folder.Portable(deep)));
 }
 
-TEST(PWin32FileSystemImp, AFileIsInUseWhileAnybodyHasItOpen) {
-    const TestFolder folder;
-    folder.Put("f", "abc");
-    const GPathName path = folder.Portable("f");
-    EXPECT_FALSE(GFileSystem::FileInUse(path));
-    EXPECT_TRUE(GFileSystem::FileInUse(folder.Portable("missing")));
+TEST_F(PWin32FileTest, AFileIsInUseWhileAnybodyHasItOpen) {
+    EXPECT_TRUE(GFileSystem::FileInUse(mFolder.Portable("missing")));
     for (const long mode : {cRead, cWrite, cRead | cReaders | cWriters}) {
-        GFile file(path, mode);
-        EXPECT_TRUE(GFileSystem::FileInUse(path)) << mode;
-        file.Close();
-        EXPECT_FALSE(GFileSystem::FileInUse(path)) << mode;
+        EXPECT_FALSE(GFileSystem::FileInUse(mPath)) << mode;
+        const GFile file(mPath, mode);
+        EXPECT_TRUE(GFileSystem::FileInUse(mPath)) << mode;
     }
 }
 
-TEST(PWin32FileSystemImp, KnowsTheVolumesByTheirRoots) {
+TEST(PWin32FileSystemImp, KnowsTheVolumesByTheirRootsAndAMissingDriveIsAClearFailure) {
     for (const char* const path : {"C:", "C:/", "C:/windows/missing", "relative"})
         EXPECT_EQ(GFileSystem::GetVolumeType(GPathName(path)), 1) << path;
     for (const char* const path : {"Q:/missing", "//no-such-server/share/x"})
         EXPECT_EQ(GFileSystem::GetVolumeType(GPathName(path)), 4) << path;
-}
-
-TEST(PWin32FileSystemImp, AMissingDriveIsAClearFailure) {
     const long error = SystemErrorOf([] { GFileSystem::CreateFolder(GPathName("Q:/a/b")); });
     EXPECT_TRUE(error == ERROR_PATH_NOT_FOUND || error == ERROR_FILE_NOT_FOUND) << error;
     EXPECT_EQ(SystemErrorOf([] { GFileSystem::CreateFolder(GPathName("Q:/")); }), ERROR_PATH_NOT_FOUND);
@@ -151,12 +135,6 @@ TEST(PWin32FileSystemImp, AMissingDriveIsAClearFailure) {
     EXPECT_FALSE(GFileSystem::FolderExists(GPathName("Q:/")));
     GFileSystem::CreateFolder(GPathName("C:/"));
     GFileSystem::CreateFolder(GPathName("C:"));
-}
-
-std::string Environment(const wchar_t* name) {
-    wchar_t value[MAX_PATH] = {};
-    const DWORD length = ::GetEnvironmentVariableW(name, value, MAX_PATH);
-    return TextOf(GPathName::FromNative(FromWide(value, static_cast<long>(length))));
 }
 
 TEST(PWin32FileSystemImp, TheShellsFoldersAreTheEnvironments) {
@@ -170,7 +148,8 @@ TEST(PWin32FileSystemImp, TheShellsFoldersAreTheEnvironments) {
         {GFileSystem::GetSystemFolder, L"windir", "/system32"},
         {GFileSystem::GetApplicationsFolder, L"ProgramFiles", ""},
         {GFileSystem::GetApplicationsFolder32, L"ProgramFiles(x86)", ""}};
-    for (const auto& [get, variable, below] : rows) EXPECT_EQ(TextOf(get()), Environment(variable) + below);
+    for (const auto& [get, variable, below] : rows)
+        EXPECT_EQ(TextOf(get()), TextOf(GPathName::FromNative(FromWide(::_wgetenv(variable)))) + below);
     const GPathName temp = GFileSystem::GetSpecialPath(GSpecialPath::cGlobalTemp);
     EXPECT_TRUE(GFileSystem::FolderExists(temp)) << TextOf(temp);
     EXPECT_EQ(TextOf(GFileSystem::GetDebugFolder()), TextOf(temp) + "QuillonDebug");

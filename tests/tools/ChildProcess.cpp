@@ -2,30 +2,23 @@
 
 #include "platform/win32/base/PWin32Api.h"
 
-namespace {
-
-PWin32ScopedHandle<PWin32FileHandle> OpenInheritable(const std::wstring& path) {
-    SECURITY_ATTRIBUTES attributes{sizeof(attributes), nullptr, TRUE};
-    return PWin32ScopedHandle<PWin32FileHandle>(::CreateFileW(path.c_str(), GENERIC_WRITE,
-                                                              FILE_SHARE_READ | FILE_SHARE_WRITE, &attributes,
-                                                              CREATE_ALWAYS, 0, nullptr));
-}
-
-}  // namespace
-
-ChildProcess::ChildProcess(const std::wstring& commandLine, const std::wstring& outputPath,
+ChildProcess::ChildProcess(std::wstring commandLine, const std::wstring& outputPath,
                            const std::wstring& errorPath) {
+    SECURITY_ATTRIBUTES inherited{sizeof inherited, nullptr, TRUE};
+    const auto open = [&](const std::wstring& path) {
+        constexpr DWORD cShare = FILE_SHARE_READ | FILE_SHARE_WRITE;
+        return PWin32ScopedHandle<PWin32FileHandle>(
+            ::CreateFileW(path.c_str(), GENERIC_WRITE, cShare, &inherited, CREATE_ALWAYS, 0, nullptr));
+    };
+    const auto output = open(outputPath), error = open(errorPath);
     STARTUPINFOW startup{};
-    startup.cb = sizeof(startup);
+    startup.cb = sizeof startup;
     startup.dwFlags = STARTF_USESTDHANDLES;
-    const auto output = OpenInheritable(outputPath);
-    const auto error = OpenInheritable(errorPath);
     startup.hStdOutput = output.Get();
     startup.hStdError = error.Get();
     PROCESS_INFORMATION process{};
-    std::wstring line = commandLine;
     // A program without a path is looked for beside this one first.
-    if (::CreateProcessW(nullptr, line.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr, &startup,
+    if (::CreateProcessW(nullptr, commandLine.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr, &startup,
                          &process)) {
         const PWin32ScopedHandle<PWin32KernelHandle> thread(process.hThread);
         mProcess.Reset(process.hProcess);

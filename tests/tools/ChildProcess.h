@@ -9,12 +9,10 @@
 class ChildProcess {
 public:
     /// `commandLine` begins with the program's file name; it stands beside this test program.
-    ChildProcess(const std::wstring& commandLine, const std::wstring& outputPath,
-                 const std::wstring& errorPath);
+    ChildProcess(std::wstring commandLine, const std::wstring& outputPath, const std::wstring& errorPath);
     ChildProcess(ChildProcess&&) = default;
     ~ChildProcess();
 
-    bool IsStarted() const { return static_cast<bool>(mProcess); }
     unsigned long GetID() const { return mID; }
     bool IsRunning() const;
     /// Ends it on the spot and waits until it has gone.

@@ -112,12 +112,6 @@ TEST(StatusFacts, IsOneJsonObject) {
                     R"("otherProgram": null}],"jobFolder": {"path": "C:\\Temp\\","freeBytes": 1536}})");
 }
 
-TEST(StatusFacts, GathersWithoutThrowingOnAnyMachine) {
-    const StatusFacts facts = StatusFacts::Gather();
-    EXPECT_TRUE(facts.jobFolder.IsKnown()) << ToUTF8(facts.jobFolder.problem);
-    EXPECT_EQ(facts.jobFolder.value.path.back(), L'\\');
-}
-
 TEST(FormatByteCount, TakesTheLargestUnitAndCutsTheRest) {
     ForEachRow<2>(
         {"0 -> 0 bytes", "1023 -> 1023 bytes", "1024 -> 1.0 KB", "1535 -> 1.4 KB", "1536 -> 1.5 KB",

@@ -12,7 +12,6 @@
 namespace {
 
 namespace fs = std::filesystem;
-using FileHandle = PWin32ScopedHandle<PWin32FileHandle>;
 
 struct UpkeepTest : testing::Test {
     /// A file that was written so long ago, in folders that are made for it.
@@ -25,10 +24,6 @@ struct UpkeepTest : testing::Test {
     std::wstring GetStart() const { return mFolder.Standard("").wstring(); }
     TestFolder mFolder;
 };
-
-FileHandle Open(const std::wstring& path, DWORD access, DWORD share) {
-    return FileHandle(::CreateFileW(path.c_str(), access, share, nullptr, OPEN_EXISTING, 0, nullptr));
-}
 
 TEST_F(UpkeepTest, TheJobFilesOfAllUsersAndPrintersAreFound) {
     fs::create_directories(mFolder.Standard("empty"));
@@ -83,8 +78,8 @@ TEST_F(UpkeepTest, CleaningRemovesOldJobFilesOfItsPrintersAlone) {
     for (const char* name : {"anna/Proof/notes.txt", "anna/Other/old.ps", "anna (set aside 1)/Proof/old.ps",
                              "anna/Proof/old.ps (set aside 1)", "bob/old.ps"})
         Put(name, 50);
-    const FileHandle monitor = Open(written, GENERIC_WRITE, FILE_SHARE_READ);
-    const FileHandle receiver = Open(held, GENERIC_READ | DELETE, FILE_SHARE_READ);
+    const auto monitor = OpenSharing(written, GENERIC_WRITE, FILE_SHARE_READ);
+    const auto receiver = OpenSharing(held, GENERIC_READ | DELETE, FILE_SHARE_READ);
     const std::vector<std::wstring> printers = {L"Proof", L"Gone", L"Cafe\u0301"};
     constexpr long long cTwoDays = 2 * 86400;
     const std::vector<std::string> expected = {"anna\\Proof\\old.ps", "kept bob\\proof\\held.ps",
@@ -100,8 +95,7 @@ TEST_F(UpkeepTest, CleaningRemovesOldJobFilesOfItsPrintersAlone) {
     const Cleaning done = Cleaning::Run(GetStart(), printers, cTwoDays, false);
     EXPECT_EQ(NamesIn(done, GetStart()), expected);
     EXPECT_TRUE(done.IsDone()) << "what is in use is no failure";
-    for (const char* name : {"anna/Proof/old.ps", "e\u0301/Caf\u00E9/e\u0301.ps"})
-        EXPECT_FALSE(mFolder.Has(name)) << name;
+    EXPECT_FALSE(mFolder.Has("anna/Proof/old.ps") || mFolder.Has("e\u0301/Caf\u00E9/e\u0301.ps"));
     for (const char* name :
          {"anna/Proof/new.ps", "anna/Proof/notes.txt", "anna/Other/old.ps", "bob/proof/written.ps",
           "bob/proof/held.ps", "bob/proof/twice.ps", "bob/old.ps", "anna (set aside 1)/Proof/old.ps"})

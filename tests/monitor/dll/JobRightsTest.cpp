@@ -10,7 +10,6 @@
 #include "tests/monitor/spooling/JobFolder.h"
 #include "tests/platform/SystemErrorOf.h"
 
-#include <aclapi.h>
 #include <sddl.h>
 
 namespace {
@@ -70,10 +69,10 @@ std::string RightsOf(PSECURITY_DESCRIPTOR descriptor) {
 }
 
 std::string RightsOf(const GPathName& path) {
-    PSECURITY_DESCRIPTOR descriptor = nullptr;
-    ::GetNamedSecurityInfoW(const_cast<wchar_t*>(AsWide(path.GetWin32APIPathString())), SE_FILE_OBJECT,
-                            DACL_SECURITY_INFORMATION, nullptr, nullptr, nullptr, nullptr, &descriptor);
-    const PWin32ScopedHandle<PWin32LocalBlock> owned(descriptor);
+    alignas(8) BYTE descriptor[4096] = {};
+    DWORD size = 0;
+    ::GetFileSecurityW(AsWide(path.GetWin32APIPathString()), DACL_SECURITY_INFORMATION, descriptor,
+                       sizeof descriptor, &size);
     return RightsOf(descriptor);
 }
 
@@ -117,11 +116,9 @@ TEST(JobRights, TakeTheTemporaryFolderByAnyOfItsNamesAndWhatWasMadeBefore) {
 TEST(JobRights, RefuseAFileThatIsHeldOpenAndLeaveItAlone) {
     const JobFolder folder;
     ASSERT_EQ(Make(), 0);
-    const GPathName path = folder.Portable(folder.Job("a.ps"));
     for (const DWORD share : {0, FILE_SHARE_READ, FILE_SHARE_READ | FILE_SHARE_DELETE, FILE_SHARE_DELETE}) {
         SCOPED_TRACE(share);
-        const PWin32ScopedHandle<PWin32FileHandle> holder(::CreateFileW(
-            AsWide(path.GetWin32APIPathString()), GENERIC_READ, share, nullptr, OPEN_EXISTING, 0, nullptr));
+        const auto holder = OpenSharing(folder.Standard(folder.Job("a.ps")), GENERIC_READ, share);
         ASSERT_TRUE(holder);
         EXPECT_EQ(Make(), ERROR_SHARING_VIOLATION);
     }

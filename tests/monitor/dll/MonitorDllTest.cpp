@@ -23,9 +23,8 @@ DWORD ErrorOf(Call call) {
 
 /// True when nobody else has the job file of that name open.
 bool IsClosed(const std::string& fileName) {
-    return static_cast<bool>(PWin32ScopedHandle<PWin32FileHandle>(
-        ::CreateFileW(GetTestFolder().Standard(JobFolder::Job(fileName)).c_str(), GENERIC_READ, 0, nullptr,
-                      OPEN_EXISTING, 0, nullptr)));
+    return static_cast<bool>(
+        OpenSharing(GetTestFolder().Standard(JobFolder::Job(fileName)), GENERIC_READ, 0));
 }
 
 TEST(MonitorDll, TracesItsLoadAndUnload) {
@@ -101,7 +100,7 @@ TEST(MonitorDll, FillsElevenSlotsOfItsTable) {
     const MonitorLibrary library;
     const MONITOR2& table = library.GetTable();
     EXPECT_EQ(table.cbSize, 152u);
-    EXPECT_EQ(library.GetMonitorHandle(), library.GetInit());
+    EXPECT_EQ(library.mMonitor, &library.mInit);
     std::string slots;
     const auto* const all = reinterpret_cast<const void* const*>(&table);
     for (std::size_t slot = 1; slot < 152 / 8; ++slot) slots += all[slot] != nullptr ? 'x' : '-';
@@ -125,9 +124,19 @@ TEST(MonitorDll, CarriesItsVersionAsTheProgramsDo) {
     }
 }
 
-TEST(MonitorDll, HasNothingToConfigureNorToRead) {
+TEST(MonitorDll, ListsThePortInTheSpoolersRecordAndHasNothingToConfigureNorToRead) {
     const MonitorLibrary library;
     const MONITOR2& table = library.GetTable();
+    alignas(8) BYTE record[140];
+    DWORD needed = 0, returned = 0;
+    const auto list = [&](DWORD size) {
+        return table.pfnEnumPorts(nullptr, nullptr, 2, record, size, &needed, &returned);
+    };
+    EXPECT_EQ(ErrorOf([&] { return list(139); }), 122u);
+    EXPECT_EQ(needed, 140u);
+    EXPECT_TRUE(list(140));
+    EXPECT_EQ(returned, 1u);
+    EXPECT_EQ(std::wstring(reinterpret_cast<const PORT_INFO_2W*>(record)->pPortName), L"QuillonPDFPort:");
     TraceCapture trace;
     HANDLE channel = &channel;
     BYTE output = 0xEE;
@@ -146,20 +155,6 @@ TEST(MonitorDll, HasNothingToConfigureNorToRead) {
     EXPECT_FALSE(table.pfnReadPort(nullptr, &output, 1, nullptr));
     EXPECT_EQ(trace.Take(),
               (Words{"PPMOpenPort", "PPMDataPort", "PPMClosePort", "PPMReadPort", "PPMReadPort"}));
-}
-
-TEST(MonitorDll, ListsThePortInTheSpoolersRecord) {
-    const MonitorLibrary library;
-    alignas(8) BYTE buffer[140];
-    DWORD needed = 0, returned = 0;
-    const auto list = [&](DWORD size) {
-        return library.GetTable().pfnEnumPorts(nullptr, nullptr, 2, buffer, size, &needed, &returned);
-    };
-    EXPECT_EQ(ErrorOf([&] { return list(139); }), 122u);
-    EXPECT_EQ(needed, 140u);
-    EXPECT_TRUE(list(140));
-    EXPECT_EQ(returned, 1u);
-    EXPECT_EQ(std::wstring(reinterpret_cast<const PORT_INFO_2W*>(buffer)->pPortName), L"QuillonPDFPort:");
 }
 
 // What each callback does is tested with the monitor; here, that it is asked for, answered and traced.

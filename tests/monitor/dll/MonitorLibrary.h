@@ -24,8 +24,7 @@ inline const JobFolder& GetTestFolder() {
 }
 
 /// The monitor's DLL as the spooler uses it, from loading to unloading.
-class MonitorLibrary {
-public:
+struct MonitorLibrary {
     static constexpr const wchar_t* cPortName = L"QuillonPDFPort:";
 
     MonitorLibrary() : mModule(::LoadLibraryW(L"QuillonPortMonitor64.dll")) {
@@ -42,8 +41,6 @@ public:
         return reinterpret_cast<Pointer>(address);
     }
     const MONITOR2& GetTable() const { return *mTable; }
-    const MONITORINIT* GetInit() const { return &mInit; }
-    HANDLE GetMonitorHandle() const { return mMonitor; }
 
     /// Each of these asserts nothing; the last error is the callback's.
     bool Open(const wchar_t* name = cPortName) {
@@ -66,11 +63,8 @@ public:
         return (mPort != nullptr || Open()) && Start(title) && Write(data) && End();
     }
 
-    HANDLE mPort = nullptr;
-
-private:
     MONITORINIT mInit = {};
     PWin32ScopedHandle<PWin32ModuleHandle> mModule;
     MONITOR2* mTable = nullptr;
-    HANDLE mMonitor = nullptr;
+    HANDLE mMonitor = nullptr, mPort = nullptr;
 };
