@@ -14,8 +14,6 @@ using Words = std::vector<std::string>;
 /// asked for, and answers as told. Files are real.
 class FakeMonitorPlatform final : public MonitorPlatform, public JobNotifier {
 public:
-    static constexpr std::uint32_t cUntouched = 4711;
-
     void Trace(const wchar_t* word) noexcept override { mEvents.push_back(std::string(word, End(word))); }
     void TraceNarrow(const char* word) noexcept override { mEvents.push_back(std::string("narrow ") + word); }
     void TraceUnits(const unsigned short* text) noexcept override {
@@ -26,12 +24,9 @@ public:
     void* AllocatePortHandle() override {
         if (mOutOfMemory) throw std::bad_alloc();
         ++mPortHandles;
-        return new char;
+        return &mPortHandles;
     }
-    void FreePortHandle(void* handle) noexcept override {
-        --mPortHandles;
-        delete static_cast<char*>(handle);
-    }
+    void FreePortHandle(void* handle) noexcept override { mPortHandles -= handle == &mPortHandles; }
     bool IsNTOrBetter() noexcept override { return mIsNT; }
     void* OpenPrinter(const unsigned short* name, GString& failure) noexcept override {
         failure = "no such printer";
@@ -39,16 +34,15 @@ public:
         return mHasPrinter ? &mPrinter : nullptr;
     }
     void ReportJobSent(void* printer, std::uint32_t jobID) noexcept override {
-        mEvents.push_back(std::string("job ") + std::to_string(jobID) + " sent to " +
-                          (printer != nullptr ? "printer" : "nothing"));
+        mEvents.push_back("job " + std::to_string(jobID) +
+                          (printer ? " sent to printer" : " sent to nothing"));
     }
     void ClosePrinter(void* printer) noexcept override {
         mEvents.push_back(printer != nullptr ? "close printer" : "close nothing");
     }
     bool PutTokenAside(void*& token) noexcept override {
         token = &mToken;
-        mIsService = mCanPutAside;
-        return mCanPutAside;
+        return mIsService = mCanPutAside;
     }
     bool PutTokenBack(void* token) noexcept override {
         mIsService = token != &mToken || !mCanPutBack;
@@ -72,7 +66,7 @@ public:
     Words TakeEvents() { return std::exchange(mEvents, {}); }
 
     Words mEvents;
-    std::uint32_t mLastError = cUntouched;
+    std::uint32_t mLastError = 0;
     int mPortHandles = 0;
     bool mOutOfMemory = false;
     bool mIsNT = true;

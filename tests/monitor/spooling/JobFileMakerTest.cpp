@@ -69,8 +69,6 @@ TEST(JobFileRules, NameWhatIsSetAsideSoThatNobodyCanTakeAllNamesBefore) {
 }
 
 struct JobFileMakerTest : testing::Test {
-    JobFileMakerTest() : mUser(TextOf(mPath.GetUserName())) {}
-
     /// Makes the file, and writes to it.
     std::string Make() {
         GFileOutStream(JobFileMaker(mPlatform).Open(mPath)).Write(GBuffer("the job"));
@@ -95,12 +93,10 @@ struct JobFileMakerTest : testing::Test {
         fs::create_directory_symlink(mFolder.Standard("elsewhere"), mFolder.Standard(there), refused);
         return !refused;
     }
-    static std::string LeafOf(const std::string& path) { return path.substr(path.find_last_of('/') + 1); }
-
     JobFolder mFolder;
     FakeMonitorPlatform mPlatform;
     const JobPath mPath{GString("Proof"), GString("a.txt")};
-    const std::string mUser;
+    const std::string mUser = TextOf(mPath.GetUserName());
     std::string mAside;  // the name that something is to get, relative to the temporary folder
 };
 
@@ -127,14 +123,14 @@ TEST_F(JobFileMakerTest, SetsAsideWhatMustNotBeUsedAndPrints) {
             mAside = there + ending;
             if (fault != "it leads to another place" || !PutLink(there, fileInIt)) {
                 Put(there + fileInIt);
-                if (change != nullptr) Change(LeafOf(there), change);
+                if (change != nullptr) Change(fs::path(there).filename().string(), change);
             }
             if (fault == "it is linked twice")
                 fs::create_hard_link(mFolder.Standard(there), mFolder.Standard(std::string("also") + ending));
             EXPECT_EQ(Make(), "the job");
             EXPECT_EQ(mFolder.Take(mAside + fileInIt), "old");
-            EXPECT_EQ(mPlatform.TakeEvents(),
-                      (Words{"PPMStartDocPort: set aside, " + fault, "text " + LeafOf(mAside)}));
+            EXPECT_EQ(mPlatform.TakeEvents(), (Words{"PPMStartDocPort: set aside, " + fault,
+                                                     "text " + fs::path(mAside).filename().string()}));
             EXPECT_FALSE(mPlatform.mIsService);
             mPlatform.mOnFacts = nullptr;
             fs::remove_all(mFolder.Standard(there));

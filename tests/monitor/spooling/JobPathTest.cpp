@@ -36,19 +36,17 @@ TEST(JobPath, NamesTheFileAfterTheDocumentWithoutItsApplicationAndExtension) {
 
 /// The folders of a printer name, "refused" when it is.
 std::u16string FoldersOf(std::u16string_view printer) {
-    std::u16string folders;
     try {
-        for (const GString& folder : JobPath(Text(printer), GString("a")).GetFolders())
-            folders += (folders.empty() ? u"" : u" + ") + Plain(folder);
+        const JobPath path(Text(printer), GString("a"));
+        std::u16string folders;
+        for (const GString& folder : path.GetFolders()) folders += u" + " + Plain(folder);
+        return folders.substr(3 + Plain(path.GetUserName()).size());
     } catch (const GException& failure) {
         return failure.GetExceptionID() == GExceptionID::cInvalidPath ? u"refused" : u"?";
     }
-    GString user;
-    PSystem::GetLogonName(user);
-    return folders.substr(std::min<std::size_t>(folders.size(), user.GetLength()));
 }
 
-TEST(JobPath, MakesFoldersOfAPrinterNameAtBothSeparatorsAndRefusesWhatLeadsAway) {
+TEST(JobPath, StandsInFoldersForTheUserAndThePrinterAndRefusesWhatLeadsAway) {
     const JobFolder folder;
     ForEachRow<2>({u"Proof ->  + Proof", u"\\\\server\\printer ->  + server + printer",
                    u"a/b\\c//d ->  + a + b + c + d", u" -> ", u"./a\\. ->  + a", u"HP Inc. ->  + HP Inc",
@@ -62,16 +60,9 @@ TEST(JobPath, MakesFoldersOfAPrinterNameAtBothSeparatorsAndRefusesWhatLeadsAway)
                   [](auto printer, auto folders) { EXPECT_EQ(FoldersOf(printer), folders); });
     EXPECT_EQ(FoldersOf(std::u16string(255, u'p')), u" + " + std::u16string(255, u'p'));
     EXPECT_EQ(FoldersOf(std::u16string(256, u'p')), u"refused");
-}
-
-TEST(JobPath, StandsInFoldersForTheUserAndThePrinterOfTheTemporaryFolder) {
-    const JobFolder folder;
     const JobPath path(GString("\\\\server\\Proof"), GString("Microsoft Word - Q3 report.docx"));
-    GPathName expected = folder.Portable();
-    expected.Append(path.GetUserName());
-    EXPECT_TRUE(path.GetPath().GetPortablePath() ==
-                expected.GetPortablePath() + GString("/\\\\server\\Proof/Q3 report.ps"))
-        << "the printer's name just as it is";
+    const std::string users = TextOf(folder.Portable(TextOf(path.GetUserName())));
+    EXPECT_EQ(TextOf(path.GetPath()), users + "/\\\\server\\Proof/Q3 report.ps") << "the name just as it is";
     GFileSystem::AddSpecialPath(GSpecialPath::cGlobalTemp, GPathName());
     EXPECT_EQ(FoldersOf(u"Proof"), u"refused") << "without it the path would start anywhere";
 }

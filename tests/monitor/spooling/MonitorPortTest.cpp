@@ -1,5 +1,7 @@
+// The port's callbacks, and how each callback of the monitor is run.
 #include "monitor/spooling/MonitorPort.h"
 
+#include "monitor/spooling/RunCallback.h"
 #include "tests/monitor/spooling/FakeMonitorPlatform.h"
 
 namespace {
@@ -119,6 +121,47 @@ TEST_F(MonitorPortTest, ShuttingDownForgetsEverything) {
         EXPECT_EQ(mPlatform.mPortHandles, 0);
     }
     EXPECT_TRUE(mPlatform.mEvents.empty()) << "the printer is forgotten, not closed";
+}
+
+struct RunCallbackTest : MonitorPortTest {
+    template <class Body>
+    bool Run(CallbackFailure failure, Body body) {
+        return RunCallback(mPlatform, mState, L"PPMTest", failure, [&] {
+            mPlatform.mLastError = 5;  // what the work leaves behind
+            return body();
+        });
+    }
+    bool IsLockFree() {
+        bool free = false;
+        std::thread([&] {
+            free = mState.sMonitorLock.TryToLock();
+            if (free) mState.sMonitorLock.Unlock();
+        }).join();
+        return free;
+    }
+};
+
+TEST_F(RunCallbackTest, LeavesTheLastErrorUnlessTheOutcomeNamesOne) {
+    for (const CallbackOutcome& outcome : {CallbackOutcome::Success(), CallbackOutcome::Failure(39),
+                                           CallbackOutcome::SilentFailure(), CallbackOutcome{true, 1906}}) {
+        mPlatform.mLastError = 4711;
+        EXPECT_EQ(Run({1003}, [&] { return outcome; }), outcome.mSucceeded);
+        EXPECT_EQ(mPlatform.mLastError, outcome.mLastError.value_or(4711));
+    }
+}
+
+TEST_F(RunCallbackTest, TracesLocksAndTurnsAnyExceptionIntoTheFailureCodeUnlessAskedToLetItOut) {
+    EXPECT_FALSE(Run({14}, [&]() -> CallbackOutcome {
+        EXPECT_EQ(mPlatform.mEvents, (Words{"PPMTest"}));
+        EXPECT_FALSE(IsLockFree());
+        throw std::runtime_error("lost");
+    }));
+    EXPECT_EQ(mPlatform.mLastError, 14u);
+    EXPECT_TRUE(IsLockFree());
+    EXPECT_FALSE(Run({1003}, []() -> CallbackOutcome { throw 7; }));
+    EXPECT_EQ(mPlatform.mLastError, 1003u);
+    EXPECT_THROW(Run({}, []() -> CallbackOutcome { throw std::runtime_error("lost"); }), std::runtime_error);
+    EXPECT_TRUE(IsLockFree());
 }
 
 }  // namespace
