@@ -150,7 +150,7 @@ TEST_F(GPPIPCManagerDeliveryTest, AMutexThatSomebodyKeepsCostsTheMonitorItsBudge
     monitor.mManager->ForceProcessPendingMessages();
     EXPECT_EQ(other.Tick(), Log{"100:145:kept"});
     {
-        const MutexHog hog(RegistryID());
+        const MutexHog hog(GShMemID("GIPCTest_PP"));
         EXPECT_EQ(ThrownBy([&] { Send(monitor, cListener); }), 40202);
         EXPECT_EQ(ThrownBy([&] { monitor.mManager->GetListeningState(cListener); }), 40202);
         EXPECT_EQ(ThrownBy([&] { GPPIPCManager::AddReference(cTest, &budget); }), 40202);

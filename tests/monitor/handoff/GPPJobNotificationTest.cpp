@@ -8,10 +8,8 @@
 
 namespace {
 
-/// In the monitor's own session, and in the registries that the monitor looks into.
-struct Receiver : Listener<GPPIPCManager> {
-    Receiver(IPCWorld& world, long processID) : Listener(world, processID, 1) {}
-};
+/// In the registries that the monitor looks into.
+using Receiver = Listener<GPPIPCManager>;
 
 struct GPPJobNotificationTest : HandOffTest {
     GPPJobNotificationTest() { mWorld.ActAs(cMonitor, 1); }
@@ -33,9 +31,9 @@ TEST_F(GPPJobNotificationTest, TellsEveryApplicationThatListensOfEveryJob) {
     EXPECT_FALSE(Notify()) << "nobody is there";
     mWorld.ActAs(400, 1);  // there, but it does not listen
     EXPECT_FALSE(Notify());
-    Receiver own(mWorld, cMonitor), other(mWorld, IPCWorld::cOtherProgram);
+    Receiver own(mWorld, cMonitor, 1), other(mWorld, IPCWorld::cOtherProgram, 1);
     EXPECT_FALSE(Notify()) << "only itself and a program of another name listen";
-    Receiver first(mWorld, 200), second(mWorld, 300);
+    Receiver first(mWorld, 200, 1), second(mWorld, 300, 1);
     for (const bool known : {true, false, true}) {
         mWorld.SetProcessesKnown(known);
         EXPECT_EQ(ThrownBy([&] { EXPECT_EQ(Notify(), known) << "who runs is not known"; }), 0);
@@ -59,7 +57,7 @@ TEST_F(GPPJobNotificationTest, NothingThatATargetDoesEndsTheJobOrCostsAnotherTar
         {"entries without a queue", 8, 40000, {{200, 1}, {200, 2}, {300, 3}}}};
     for (const auto& [what, offset, value, entries] : rows) {
         SCOPED_TRACE(what);
-        Receiver spoilt(mWorld, 200), good(mWorld, 300);
+        Receiver spoilt(mWorld, 200, 1), good(mWorld, 300, 1);
         for (const char* path : {"Session\\1\\", "Global\\"}) {
             if (const auto raw = spoilt.OpenQueue(path)) raw->SetWord(offset, value);
             for (const auto& [processID, registrationID] : entries)
@@ -68,7 +66,7 @@ TEST_F(GPPJobNotificationTest, NothingThatATargetDoesEndsTheJobOrCostsAnotherTar
         EXPECT_EQ(ThrownBy([&] { EXPECT_TRUE(Notify()); }), 0);
         EXPECT_EQ(good.Tick().size(), 1u);
     }
-    Receiver kept(mWorld, 200), good(mWorld, 300);
+    Receiver kept(mWorld, 200, 1), good(mWorld, 300, 1);
     const MutexHog hog(GIPCMessageQueue::ConvertToMemoryID(200, kept.mManager->GetRegistrationID()));
     EXPECT_TRUE(Notify());
     EXPECT_EQ(good.Tick().size(), 1u);
@@ -81,7 +79,7 @@ TEST_F(GPPJobNotificationTest, ReadsRegistriesAsOftenForManyTargetsAsForFew) {
     for (long& count : waits) {
         for (int i = 0; i < 10; ++i)
             applications.push_back(
-                std::make_unique<Receiver>(mWorld, 200 + static_cast<long>(applications.size())));
+                std::make_unique<Receiver>(mWorld, 200 + static_cast<long>(applications.size()), 1));
         mSleep.mReaction = [&](std::size_t) {
             for (const auto& application : applications) application->mManager->ForceProcessPendingMessages();
         };
@@ -96,7 +94,7 @@ TEST_F(GPPJobNotificationTest, ReadsRegistriesAsOftenForManyTargetsAsForFew) {
 
 TEST_F(GPPJobNotificationTest, TidiesARegistryThatIsNearlyFullAndCountsAnEntryOnce) {
     for (const auto& [added, left] : {std::pair<int, std::size_t>{767, 768}, {768, 1}}) {
-        Receiver listener(mWorld, 200);
+        Receiver listener(mWorld, 200, 1);
         const auto raw = OpenRegistry();
         for (int i = 0; i < added; ++i)
             AddEntry(*raw, i % 2 ? 200 : 999,
@@ -109,7 +107,7 @@ TEST_F(GPPJobNotificationTest, TidiesARegistryThatIsNearlyFullAndCountsAnEntryOn
 }
 
 TEST_F(GPPJobNotificationTest, SpoiltRegistriesLetNothingThroughAndDoNotHideAGoodOne) {
-    Receiver listener(mWorld, 200);
+    Receiver listener(mWorld, 200, 1);
     const auto session = OpenRegistry(), global = OpenRegistry("Global\\");
     const std::uint32_t good = session->GetWord(12);
     ASSERT_EQ(global->GetWord(12), good);
@@ -126,7 +124,7 @@ TEST_F(GPPJobNotificationTest, SpoiltRegistriesLetNothingThroughAndDoNotHideAGoo
 }
 
 TEST_F(GPPJobNotificationTest, PassesOnThatARecordIsTooLargeForAnyQueue) {
-    Receiver listener(mWorld, 200);
+    Receiver listener(mWorld, 200, 1);
     EXPECT_EQ(ThrownBy([&] { Notify(GString::FromUTF8(Filler(40000).c_str())); }), 40153);
     EXPECT_TRUE(Notify());
     EXPECT_EQ(listener.Tick().size(), 1u);
@@ -135,7 +133,7 @@ TEST_F(GPPJobNotificationTest, PassesOnThatARecordIsTooLargeForAnyQueue) {
 TEST_F(GPPJobNotificationTest, WhatAFullQueueDidNotTakeIsDeliveredAtALaterTickWithoutWaiting) {
     mNotification.RetryDelayed();
     EXPECT_FALSE(GPPPrinterProcessorLayer::IsInitialized()) << "a tick starts nothing";
-    Receiver listener(mWorld, 200);
+    Receiver listener(mWorld, 200, 1);
     listener.mManager->SendRaw(200, 146, BufferOf(Filler(32740)));
     EXPECT_TRUE(Notify()) << "kept for later counts as sent";
     EXPECT_EQ(listener.Tick().size(), 0u);
@@ -155,7 +153,7 @@ TEST_F(GPPJobNotificationTest, TheLayerIsStartedAnewAsLongAsItCouldNot) {
         EXPECT_FALSE(GPPPrinterProcessorLayer::IsInitialized());
     }
     mWorld.Install();  // the start that failed has taken everything back
-    Receiver listener(mWorld, 200);
+    Receiver listener(mWorld, 200, 1);
     EXPECT_TRUE(Notify());
     EXPECT_TRUE(GPPPrinterProcessorLayer::IsInitialized());
     EXPECT_EQ(listener.Tick().size(), 1u);

@@ -4,19 +4,14 @@
 #include "tests/ipc/IPCTestSupport.h"
 
 inline constexpr long cType = 145;
-inline constexpr long cMonitor = 100;
-inline constexpr long cListener = 200;
-inline constexpr long cOther = 300;
+inline constexpr long cMonitor = 100, cListener = 200, cOther = 300;  // processes
 inline constexpr auto cTest = GIPCMessageQueueMgr::cTest;
 inline constexpr const char* cRegistryName = "QulShDGIPCTest_PP";
 
-inline GShMemID RegistryID() {
-    return GShMemID("GIPCTest_PP");
-}
-
 /// The registry of that session, or of the machine, as any process can open it.
 struct SomebodysRegistry : GIPCMessageQueueMgr {
-    explicit SomebodysRegistry(long session) : GIPCMessageQueueMgr(RegistryID(), session, Scope::cOwnOnly) {}
+    explicit SomebodysRegistry(long session)
+        : GIPCMessageQueueMgr(GShMemID("GIPCTest_PP"), session, Scope::cOwnOnly) {}
 };
 
 /// As the monitor, in the registries for tests.
