@@ -103,12 +103,10 @@ TEST(GExternalProcess, WhatCannotBeStartedOrOpenedIsFalse) {
     GExternalProcess process;
     const TestFolder folder;
     folder.Put("text.exe", "no program");
-    GString withZero("ab");
-    withZero.SetChar(0, 0);
     EXPECT_FALSE(process.Run(GPathName("C:/missing/x.exe"), {}));
     EXPECT_FALSE(process.Run(folder.Portable("text.exe"), {}));
     EXPECT_FALSE(process.Run(PeerPath(), {"exit", "1"}, false, true, GPathName("C:/missing")));
-    EXPECT_FALSE(Start(process, {"exit", "3", withZero}));
+    EXPECT_FALSE(Start(process, {"exit", "3", Text(u"\0b"sv)}));
     for (const long id : {0L, 0x7FFFFFF0L, -1L}) {
         GExternalProcess none(id);
         EXPECT_FALSE(none.IsRunning() || none.WaitForEnd(0) || none.SetPriority(0) ||

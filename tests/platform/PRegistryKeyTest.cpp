@@ -17,11 +17,7 @@ struct PRegistryKeyTest : testing::Test {
     PRegistryKeyTest() : mKey(HKEY_CURRENT_USER, cPath, cAll) { mKey.Create("", 0, nullptr); }
     ~PRegistryKeyTest() override { ::RegDeleteTreeW(HKEY_CURRENT_USER, ::AsWide(GString(cPath))); }
 
-    PRegistryKey Sub(const GString& name) {
-        PRegistryKey key(mKey, name, cAll);
-        key.Create("", 0, nullptr);
-        return key;
-    }
+    void MakeBelow(const GString& name) { PRegistryKey(mKey, name, cAll).Create("", 0, nullptr); }
     /// The key as the system's editor writes it, without its line breaks in long values, in UTF-8.
     std::string Export() const {
         Run(L"regedit /E \"" + mFolder.Standard("out.reg").wstring() + L"\" " + cKeyName);
@@ -37,10 +33,11 @@ struct PRegistryKeyTest : testing::Test {
     }
     /// By the editor, from a file in UTF-16 or, as of old, in 8 bits.
     void Import(const std::string& values, bool wide = true) const {
-        const std::string head = wide ? "Windows Registry Editor Version 5.00" : "REGEDIT4";
-        std::string text = head + "\r\n\r\n[HKEY_CURRENT_USER\\Software\\QuillonTest]\r\n" + values;
-        const GBuffer units = GString::FromUTF8(text.c_str()).GetBuffer(GUnicodeEncoding::GetInstance());
-        if (wide) text = "\xFF\xFE" + BytesOf(units);
+        std::string text = std::string(wide ? "Windows Registry Editor Version 5.00" : "REGEDIT4") +
+                           "\r\n\r\n[HKEY_CURRENT_USER\\Software\\QuillonTest]\r\n" + values;
+        if (wide)
+            text = "\xFF\xFE" +
+                   BytesOf(GString::FromUTF8(text.c_str()).GetBuffer(GUnicodeEncoding::GetInstance()));
         Run(L"regedit /S \"" + mFolder.Put("in.reg", text).wstring() + L"\"");
     }
     /// By the console program, one value each.
@@ -58,12 +55,12 @@ struct PRegistryKeyTest : testing::Test {
 
 const std::string cLarge(0x10000, 'x');
 
-std::string Hex(const std::string& bytes, const char* digits = "0123456789abcdef",
-                const char* separator = ",") {
+std::string Hex(const std::string& bytes, const char* separator = ",") {
+    constexpr const char* cDigits = "0123456789abcdef";
     std::string text;
     for (const unsigned char byte : bytes) {
         if (!text.empty()) text += separator;
-        text += {digits[byte >> 4], digits[byte & 15]};
+        text += {cDigits[byte >> 4], cDigits[byte & 15]};
     }
     return text;
 }
@@ -87,7 +84,7 @@ const std::tuple<const char*, unsigned long, std::string, std::string, std::stri
     {"none", 0, "\1\2", "hex(0):01,02", "REG_NONE    0102"},
     {"bytes", 3, "a\0b"s, "hex:61,00,62", "REG_BINARY    610062"},
     {"no bytes", 3, "", "hex:", "REG_BINARY    "},
-    {"large", 3, cLarge, "hex:" + Hex(cLarge), "REG_BINARY    " + Hex(cLarge, "0123456789ABCDEF", "")},
+    {"large", 3, cLarge, "hex:" + Hex(cLarge), "REG_BINARY    " + Hex(cLarge, "")},
     {"big", 5, "\0\0\1\2"s, "hex(5):00,00,01,02", "REG_DWORD_BIG_ENDIAN    0x2010000"},
     {"no strings", 7, "", "hex(7):", "REG_MULTI_SZ    "},
     {"narrow", 7, "ab\0c\0\0"s, "hex(7):" + WideHex("ab\0c\0\0"s), "REG_MULTI_SZ    ab\\0c"},
@@ -183,9 +180,7 @@ TEST_F(PRegistryKeyTest, AQueryOfAnotherTypeOrOfTooMuchChangesNothing) {
     unsigned long size = 0;
     EXPECT_TRUE(mKey.QueryBuffer("text", bytes, size, type));
     EXPECT_EQ(BytesOf(bytes) + std::to_string(size), "abcd\0"s + "5");
-    GString withZero("textx");
-    withZero.SetChar(4, 0);
-    EXPECT_FALSE(mKey.QueryBuffer(withZero, bytes, size, type)) << "not the value before the zero";
+    EXPECT_FALSE(mKey.QueryBuffer(Text(u"text\0"sv), bytes, size, type)) << "not the value before the zero";
     for (const std::string& stored : {"abc\0"s, "abc"s}) {
         mKey.SetBuffer("text", BufferOf(stored), 1);
         EXPECT_TRUE(mKey.QueryString("text", text, 10, type) && text == GString("abc"));
@@ -209,7 +204,7 @@ TEST_F(PRegistryKeyTest, OpensWhatIsThereAndMakesWhatIsNot) {
     EXPECT_TRUE(key.QueryInt32("n", number));
     // A character that no 8-bit code page of the West has.
     const GString name = GString::FromUTF8("\xE4\xB8\x80\xD0\x96");
-    Sub(name);
+    MakeBelow(name);
     EXPECT_TRUE(PRegistryKey(mKey, name, KEY_READ).Exists());
     for (const char* const lossy : {"??", "@@"}) EXPECT_FALSE(PRegistryKey(mKey, lossy, KEY_READ).Exists());
 }
@@ -248,7 +243,7 @@ TEST_F(PRegistryKeyTest, AClosedOneAndOneWithoutTheRightDoNothing) {
 
 TEST_F(PRegistryKeyTest, WalksOverTheKeysThatWereThereAndStayed) {
     const std::string longest(255, 'k');
-    for (const char* const name : {"a", "b", "c", "d", longest.c_str()}) Sub(name);
+    for (const char* const name : {"a", "b", "c", "d", longest.c_str()}) MakeBelow(name);
     EXPECT_FALSE(mKey.NextRegistryKey(mKey)) << "none was begun";
     ASSERT_TRUE(mKey.BeginEnumerateRegistryKey(KEY_READ));
     std::string names;
@@ -259,7 +254,7 @@ TEST_F(PRegistryKeyTest, WalksOverTheKeysThatWereThereAndStayed) {
         // What was met goes at once, and "c" before its turn.
         ::RegDeleteKeyW(HKEY_CURRENT_USER, ::AsWide(key.GetPath()));
         if (names == "\\a") ::RegDeleteKeyW(HKEY_CURRENT_USER, L"Software\\QuillonTest\\c");
-        if (names == "\\a") Sub("aa");
+        if (names == "\\a") MakeBelow("aa");
     }
     EXPECT_EQ(names, "\\a\\b\\d\\" + longest);
     EXPECT_FALSE(mKey.NextRegistryKey(key));

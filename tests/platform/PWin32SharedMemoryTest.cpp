@@ -93,12 +93,7 @@ TEST(PWin32SharedMemory, CarriesTheSystemsText) {
     ::FormatMessageA(FORMAT_MESSAGE_FROM_SYSTEM, nullptr, ERROR_FILE_NOT_FOUND, 0x400, text, sizeof text,
                      nullptr);
     EXPECT_EQ(PWin32KernelObject::GetError(3999999999u), GString("3999999999"));
-    try {
-        PWin32SharedMemory("Global\\", "QulShDTestNone");
-        FAIL();
-    } catch (const GException& exception) {
-        EXPECT_EQ(exception.GetDescription(), GString(text));
-    }
+    EXPECT_EQ(FailureOf([] { PWin32SharedMemory("Global\\", "QulShDTestNone"); }), text);
 }
 
 TEST(PWin32IPEventImp, WakesOneWaitAndIsDoneWithoutWhereTheSystemRefusesIt) {

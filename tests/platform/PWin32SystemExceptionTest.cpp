@@ -18,11 +18,6 @@ std::wstring SystemText(long code, DWORD language) {
     return std::wstring(buffer, length);
 }
 
-std::u16string WithoutLineEnd(std::wstring text) {
-    if (text.ends_with(L"\r\n")) text.resize(text.size() - 2);
-    return std::u16string(text.begin(), text.end());
-}
-
 std::u16string Description(long code) {
     return Plain(PWin32SystemException(code).GetDescription());
 }
@@ -33,7 +28,7 @@ TEST(PWin32SystemException, SaysWhatTheSystemSaysInEnglishOrInTheUsersLanguage) 
     const auto expect = [](long code, DWORD language) {
         const std::wstring text = SystemText(code, language);
         ASSERT_TRUE(text.ends_with(L"\r\n"));
-        EXPECT_EQ(Description(code), WithoutLineEnd(text)) << code;
+        EXPECT_EQ(Description(code), std::u16string(text.begin(), text.end() - 2)) << code;
     };
     for (const long code : {2L, 3L, 5L, 6L, 32L, 87L, 112L, 193L, 1801L}) expect(code, 1033);
     EXPECT_NE(Description(193).find(u"%1"), std::u16string::npos) << "a place that nobody can fill";

@@ -2,9 +2,9 @@
 //   exit CODE; wait FILE (exits with the number in FILE as soon as it is there, after a minute with 3);
 //   argv FILE ARGUMENTS... (writes FILE: each argument as the C run-time library and as the system have taken
 //   it apart, in UTF-16, each with its zero)
-#include <cstdlib>
 #include <cwchar>
-#include <string>
+#include <filesystem>
+#include <fstream>
 
 #include "platform/win32/base/PWin32Api.h"
 #include "platform/win32/base/PWin32ScopedHandle.h"
@@ -21,21 +21,16 @@ int WriteArguments(int argc, wchar_t** argv) {
     for (int i = 3; i < argc; ++i) content.append(argv[i]).push_back(L'\0');
     content.push_back(L'\1');
     for (int i = 3; i < count; ++i) content.append(taken[i]).push_back(L'\0');
-    std::FILE* const file = ::_wfopen(argv[2], L"wb");
-    if (file == nullptr) return 1;
-    std::fwrite(content.data(), sizeof(wchar_t), content.size(), file);
-    return std::fclose(file);
+    std::ofstream file(std::filesystem::path(argv[2]), std::ios::binary);
+    file.write(reinterpret_cast<const char*>(content.data()),
+               static_cast<std::streamsize>(content.size() * sizeof(wchar_t)));
+    return file.flush() ? 0 : 1;
 }
 
-int WaitForCode(const wchar_t* path) {
-    for (int i = 0; i < 6000; ++i, ::Sleep(10)) {
-        std::FILE* const file = ::_wfopen(path, L"rb");
-        if (file == nullptr) continue;
-        unsigned code = 0;
-        const bool isThere = std::fscanf(file, "%u", &code) == 1;
-        std::fclose(file);
-        if (isThere) return static_cast<int>(code);
-    }
+int WaitForCode(const std::filesystem::path& path) {
+    unsigned code = 0;
+    for (int i = 0; i < 6000; ++i, ::Sleep(10))
+        if (std::ifstream(path) >> code) return static_cast<int>(code);
     return 3;
 }
 
