@@ -7,7 +7,7 @@
 #include "framework/core/errors/GException.h"
 #include "framework/core/paths/GPathName.h"
 #include "framework/system/GProcessInfo.h"
-#include "tests/Testing.h"
+#include "tests/core/TextForTests.h"
 
 /// TestFolder: an empty folder of its own for one test, removed with everything in it.
 ///
@@ -30,8 +30,7 @@ public:
 
     /// A portable path in the folder, from UTF-8.
     GPathName Portable(const std::string& relative = "") const {
-        const std::u8string text =
-            (mPath / std::u8string(relative.begin(), relative.end())).generic_u8string();
+        const std::u8string text = Standard(relative).generic_u8string();
         return GPathName(GString::FromUTF8(reinterpret_cast<const char*>(text.c_str())));
     }
 
@@ -63,7 +62,7 @@ private:
 
 /// A portable path or text as UTF-8.
 inline std::string TextOf(const GString& text) {
-    return text.GetBuffer(GUTF8Encoding::GetInstance()).GetPtr();
+    return BytesOf(text.GetBuffer(GUTF8Encoding::GetInstance()));
 }
 inline std::string TextOf(const GPathName& path) {
     return TextOf(path.GetPortablePath());

@@ -4,7 +4,6 @@
 #include "framework/streams/GFileOutStream.h"
 #include "framework/streams/GStreamSupport.h"
 #include "framework/system/PSystem.h"
-#include "tests/files/TestFolder.h"
 #include "tests/streams/StreamTestSupport.h"
 
 namespace {

@@ -1,14 +1,9 @@
 #pragma once
 
-#include "framework/core/encodings/GUTF8Encoding.h"
 #include "framework/streams/GMemoryInStream.h"
 #include "framework/streams/GMemoryOutStream.h"
-#include "tests/core/TextForTests.h"
 #include "tests/core/ThrownBy.h"
-
-inline std::string UTF8Of(const GString& text) {
-    return BytesOf(text.GetBuffer(GUTF8Encoding::GetInstance()));
-}
+#include "tests/files/TestFolder.h"
 
 /// All byte values, again and again, with a period that no power of two divides.
 inline std::string Pattern(std::size_t length) {

@@ -15,7 +15,7 @@ std::string WithPreview(const std::string& document, const std::string& length) 
 std::string Told(const GPostScriptComments& comments) {
     const std::string end = comments.isComplete ? " whole" : "";
     if (!comments.isPostScript) return "none" + end;
-    return UTF8Of(comments.title) + " " + std::to_string(comments.pages) + " " +
+    return TextOf(comments.title) + " " + std::to_string(comments.pages) + " " +
            std::to_string(comments.copies) + end;
 }
 
@@ -77,7 +77,7 @@ TEST(GPostScriptComments, TellsWhatTheDocumentSays) {
 TEST(GPostScriptComments, ReadsTitlesInEveryForm) {
     const auto expect = [](std::string_view title, std::string_view expected) {
         const GBuffer data = BufferOf("%!PS\n%%Title:" + std::string(title) + "\n");
-        EXPECT_EQ(UTF8Of(GPostScriptComments::Read(GMemoryInStream(data)).title), expected) << title;
+        EXPECT_EQ(TextOf(GPostScriptComments::Read(GMemoryInStream(data)).title), expected) << title;
     };
     ForEachRow<2>(
         {" plain text  -> plain text", "(a \\(b\\) (c\\\\) \\101\\7\\0501\\n\\q\\) -> a (b) (c\\) A\a(1\nq)",

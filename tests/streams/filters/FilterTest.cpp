@@ -106,7 +106,7 @@ TEST(Filter, GivesTheSameInEverySizeAndFromAClone) {
     for (const auto& row : cRows) {
         SCOPED_TRACE(std::string(row.filter) + ": " + row.what);
         for (const long piece : {1L, 3L, cAll}) {
-            ExpectEverywhere([&] { return FilterOf(FilterNamed(row.filter), row.input, piece); },
+            ExpectEverywhere([&] { return FilterOf(cFilters.at(row.filter), row.input, piece); },
                              {row.output, row.failure});
         }
     }
@@ -121,14 +121,14 @@ TEST(Filter, DeliversWhatIsWholeOfCutData) {
     const std::string input = "abc" + std::string(9, '\0') + "defghijjjjj" + Pattern(5);
     for (const auto& [encoder, decoder] : cPairs) {
         SCOPED_TRACE(encoder);
-        const std::string encoded = OutcomeOf(FilterNamed(encoder), input).bytes;
+        const std::string encoded = OutcomeOf(cFilters.at(encoder), input).bytes;
         for (std::size_t length = 0; length < encoded.size(); ++length) {
-            const Outcome outcome = OutcomeOf(FilterNamed(decoder), encoded.substr(0, length));
+            const Outcome outcome = OutcomeOf(cFilters.at(decoder), encoded.substr(0, length));
             EXPECT_TRUE(outcome.failure == 0 || outcome.failure == cTruncated) << outcome.failure;
             // The characters of a group of five decide its bytes together, as the two digits of a byte do.
             const std::size_t sure = outcome.bytes.empty() ? 0 : (outcome.bytes.size() - 1) / 4 * 4;
             EXPECT_EQ(outcome.bytes.substr(0, sure), input.substr(0, sure)) << length;
-            EXPECT_EQ(OutcomeOf(*FilterOf(FilterNamed(decoder), encoded.substr(0, length), 1), 1), outcome);
+            EXPECT_EQ(OutcomeOf(*FilterOf(cFilters.at(decoder), encoded.substr(0, length), 1), 1), outcome);
         }
     }
 }
@@ -170,7 +170,7 @@ TEST(Filter, RefusesParametersOutOfRange) {
 template <class Decoder>
 void ExpectRestGivenBack(const char* encoder) {
     for (const std::size_t length : {0u, 10u, 5000u}) {
-        const GBuffer data = BufferOf(OutcomeOf(FilterNamed(encoder), Pattern(length)).bytes + "\nrest");
+        const GBuffer data = BufferOf(OutcomeOf(cFilters.at(encoder), Pattern(length)).bytes + "\nrest");
         GMemoryInStream source(data);
         Decoder filter(source);
         EXPECT_EQ(ReadAll(filter, 1000), Pattern(length)) << encoder;
@@ -230,7 +230,7 @@ TEST(Filter, DecodesWhatItsEncoderWroteAlsoBehindOthers) {
 TEST(Filter, BreaksLinesBehindEightyCharactersAndNeverInsideTheEndMark) {
     for (std::size_t length = 55; length < 140; ++length) {
         for (const char* name : {"hex lines", "85 lines"}) {
-            const std::string text = OutcomeOf(FilterNamed(name), MixedBytes(length, 3)).bytes;
+            const std::string text = OutcomeOf(cFilters.at(name), MixedBytes(length, 3)).bytes;
             std::size_t start = 0;
             for (std::size_t end = text.find('\n'); end != std::string::npos; end = text.find('\n', start)) {
                 const std::size_t line = end - start;

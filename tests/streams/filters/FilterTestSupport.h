@@ -2,8 +2,6 @@
 
 #include <map>
 
-#include <ostream>
-
 #include "framework/streams/encodings/GASCII85Decode.h"
 #include "framework/streams/encodings/GASCII85Encode.h"
 #include "framework/streams/encodings/GHexDecode.h"
@@ -55,13 +53,9 @@ inline const std::map<std::string, FilterMaker> cFilters = {
     {"compress 16 to 1", Maker<GBitCompressor>(2L, 1L, 16L, 1L)},
 };
 
-inline const FilterMaker& FilterNamed(const std::string& name) {
-    return cFilters.at(name);
-}
-
 /// The source behind filters of these names, the first one next to it; owns all.
 inline std::unique_ptr<GInStream> ChainOf(const std::vector<const char*>& names, GInStream* source) {
-    for (const char* const name : names) source = FilterNamed(name)(source);
+    for (const char* const name : names) source = cFilters.at(name)(source);
     return std::unique_ptr<GInStream>(source);
 }
 

@@ -1,72 +1,74 @@
+#include <tiffio.h>
+
 #include <sstream>
 
-#include "tests/streams/proof/ProofSupport.h"
+#include "tests/streams/filters/FilterTestSupport.h"
 
-// Files that Ghostscript writes are read here, and files that are written here are read by Ghostscript and
-// by qpdf, byte for byte.
+// What Ghostscript and libtiff write is read here, and what is written here is read by them and by qpdf,
+// byte for byte.
 
 namespace {
 
-struct Encoding {
-    std::string name;     // of both filters, less "Encode" and "Decode"
-    std::string operand;  // of its encoder in PostScript
-    std::string parameters;
-    FilterMaker encode;
-    FilterMaker decode;
-};
-
-const std::vector<Encoding> cEncodings = {
-    {"ASCIIHex", "", "", FilterNamed("hex lines"), FilterNamed("unhex")},
-    {"ASCII85", "", "", FilterNamed("85 lines"), FilterNamed("un85")},
-    {"RunLength", "0", "", FilterNamed("runs"), FilterNamed("unruns")},
-    {"LZW", "", "", FilterNamed("lzw"), FilterNamed("unlzw")},
-    {"LZW", "", "/EarlyChange 0", FilterNamed("lzw late"), FilterNamed("unlzw late")},
-};
+/// Inputs of all lengths up to some, and longer ones that fill tables.
+std::vector<std::string> Inputs(std::size_t count) {
+    std::vector<std::string> inputs;
+    for (std::size_t i = 0; i < count; ++i) {
+        const std::size_t length = i < 20 ? i : i % 10 == 0 ? i * 300 : i * 11;
+        inputs.push_back(MixedBytes(length, static_cast<unsigned>(i)));
+    }
+    return inputs;
+}
 
 struct Sample {
-    std::string file;
     std::string input;
-    Encoding encoding;
+    std::string filter;   // both of them, less "Encode" and "Decode"
+    std::string operand;  // of the encoder in PostScript
+    std::string parameters;
+    FilterMaker encode, decode;
 };
-
-// Rows under each PNG filter, compressed, so that others take them.
-std::vector<Encoding> RowEncodings(long columns, long colours, long bits) {
-    const FilterMaker back = Maker<GPNGOptiDecode>(columns, colours, bits);
-    std::vector<Encoding> encodings;
-    for (const FilterMaker& row : PNGEncoders(columns, colours, bits)) {
-        std::ostringstream parameters;
-        parameters << "/Predictor " << 10 + encodings.size() << " /Columns " << columns << " /Colors "
-                   << colours << " /BitsPerComponent " << bits;
-        encodings.push_back({"LZW", "", parameters.str(),
-                             [=](GInStream* source) { return new GLZWEncode(row(source)); },
-                             [=](GInStream* source) { return back(new GLZWDecode(source)); }});
-    }
-    return encodings;
-}
 
 std::vector<Sample> MakeSamples() {
     std::vector<Sample> samples;
-    const auto add = [&](const std::string& input, const Encoding& encoding) {
-        samples.push_back({std::to_string(samples.size()), input, encoding});
-    };
-    for (const std::string& input : ProofInputs(105)) {
-        for (const Encoding& encoding : cEncodings) add(input, encoding);
-    }
-    for (const long bits : {1L, 2L, 4L, 8L, 16L}) {
-        for (const long colours : {1L, 2L, 3L, 4L, 5L, 9L}) {
-            const auto rowLength = static_cast<std::size_t>(21 * colours * bits + 7) / 8;
-            for (const Encoding& encoding : RowEncodings(21, colours, bits))
-                add(MixedBytes(rowLength * 25, static_cast<unsigned>(samples.size())), encoding);
-        }
+    for (const std::string& input : Inputs(105)) {
+        samples.push_back({input, "ASCIIHex", "", "", cFilters.at("hex lines"), cFilters.at("unhex")});
+        samples.push_back({input, "ASCII85", "", "", cFilters.at("85 lines"), cFilters.at("un85")});
+        samples.push_back({input, "RunLength", "0", "", cFilters.at("runs"), cFilters.at("unruns")});
+        samples.push_back({input, "LZW", "", "", cFilters.at("lzw"), cFilters.at("unlzw")});
+        samples.push_back(
+            {input, "LZW", "", "/EarlyChange 0", cFilters.at("lzw late"), cFilters.at("unlzw late")});
     }
     return samples;
 }
 
+/// Rows under each PNG filter, compressed, so that others take them.
+void AddRows(long columns, long colours, long bits, std::vector<Sample>& samples) {
+    const auto rowLength = static_cast<std::size_t>(columns * colours * bits + 7) / 8;
+    const FilterMaker back = Maker<GPNGOptiDecode>(columns, colours, bits);
+    int predictor = 10;
+    for (const FilterMaker& row : PNGEncoders(columns, colours, bits)) {
+        std::ostringstream parameters;
+        parameters << "/Predictor " << predictor++ << " /Columns " << columns << " /Colors " << colours
+                   << " /BitsPerComponent " << bits;
+        samples.push_back({MixedBytes(rowLength * 25, static_cast<unsigned>(samples.size())), "LZW", "",
+                           parameters.str(), [=](GInStream* source) { return new GLZWEncode(row(source)); },
+                           [=](GInStream* source) { return back(new GLZWDecode(source)); }});
+    }
+}
+
 struct FilterProof : testing::Test {
-    std::string PathOf(const std::string& file) const { return mFolder.Standard(file).string(); }
+    FilterProof() {
+        for (const long columns : {1L, 16L, 21L, 333L})
+            for (const long colours : {1L, 2L, 3L, 4L, 5L, 9L})
+                for (const long bits : {1L, 2L, 4L, 8L, 16L}) AddRows(columns, colours, bits, mSamples);
+    }
+    /// Runs a program in the folder, for a minute at most.
+    bool Run(const std::string& command) const {
+        const std::string folder = mFolder.Standard("").string();
+        return std::system(("cd " + folder + " && timeout 60 " + command + " >/dev/null 2>&1").c_str()) == 0;
+    }
 
     const TestFolder mFolder;
-    const std::vector<Sample> mSamples = MakeSamples();
+    std::vector<Sample> mSamples = MakeSamples();
 };
 
 constexpr const char* cProgram = R"(
@@ -81,22 +83,24 @@ constexpr const char* cProgram = R"(
 TEST_F(FilterProof, GhostscriptAgreesBothWays) {
     std::ostringstream program;
     program << cProgram;
-    for (const auto& [file, input, encoding] : mSamples) {
+    for (std::size_t i = 0; i < mSamples.size(); ++i) {
+        const auto& [input, filter, operand, parameters, encode, decode] = mSamples[i];
+        const std::string file = std::to_string(i);
         mFolder.Put(file + ".in", input);
-        mFolder.Put(file + ".ours", OutcomeOf(encoding.encode, input).bytes);
-        const std::string filter = " <<" + encoding.parameters + ">> ";
-        program << "(" << PathOf(file + ".in") << ") (" << PathOf(file + ".theirs") << ") {" << filter
-                << encoding.operand << " /" << encoding.name << "Encode filter} encode\n"
-                << "(" << PathOf(file + ".ours") << ") (" << PathOf(file + ".back") << ") {" << filter << "/"
-                << encoding.name << "Decode filter} decode\n";
+        mFolder.Put(file + ".ours", OutcomeOf(encode, input).bytes);
+        program << "(" << i << ".in) (" << i << ".theirs) {<<" << parameters << ">> " << operand << " /"
+                << filter << "Encode filter} encode\n(" << i << ".ours) (" << i << ".back) {<<" << parameters
+                << ">> /" << filter << "Decode filter} decode\n";
     }
+    EXPECT_GT(mSamples.size(), 1000U);
     mFolder.Put("program.ps", program.str());
-    ASSERT_TRUE(Succeeds("gs -q -dNOSAFER -dBATCH -dNODISPLAY -dNOPAUSE " + PathOf("program.ps")));
-    EXPECT_GE(mSamples.size(), 500U);
-    for (const auto& [file, input, encoding] : mSamples) {
-        SCOPED_TRACE(encoding.name + encoding.parameters + " of " + std::to_string(input.size()));
-        EXPECT_EQ((Outcome{mFolder.Take(file + ".back"), 0}), (Outcome{input, 0}));
-        EXPECT_EQ(OutcomeOf(encoding.decode, mFolder.Take(file + ".theirs")), (Outcome{input, 0}));
+    ASSERT_TRUE(Run("gs -q -dNOSAFER -dBATCH -dNODISPLAY -dNOPAUSE program.ps"));
+    for (std::size_t i = 0; i < mSamples.size(); ++i) {
+        const Sample& sample = mSamples[i];
+        SCOPED_TRACE(sample.filter + sample.parameters + " of " + std::to_string(sample.input.size()));
+        const Outcome whole = {sample.input, 0};
+        EXPECT_EQ((Outcome{mFolder.Take(std::to_string(i) + ".back"), 0}), whole);
+        EXPECT_EQ(OutcomeOf(sample.decode, mFolder.Take(std::to_string(i) + ".theirs")), whole);
     }
 }
 
@@ -108,11 +112,11 @@ std::string DocumentOf(const std::vector<Sample>& samples) {
     for (std::size_t i = 0; i < samples.size(); ++i) document << i + 3 << " 0 R ";
     document << "]>>\nendobj\n2 0 obj\n<</Type/Pages/Count 0/Kids[]>>\nendobj\n";
     for (std::size_t i = 0; i < samples.size(); ++i) {
-        const auto& [file, input, encoding] = samples[i];
-        const std::string data = OutcomeOf(encoding.encode, input).bytes;
-        document << i + 3 << " 0 obj\n<</Filter/" << encoding.name << "Decode";
+        const Sample& sample = samples[i];
+        const std::string data = OutcomeOf(sample.encode, sample.input).bytes;
+        document << i + 3 << " 0 obj\n<</Filter/" << sample.filter << "Decode";
         // Filters without parameters must have none.
-        if (!encoding.parameters.empty()) document << "/DecodeParms<<" << encoding.parameters << ">>";
+        if (!sample.parameters.empty()) document << "/DecodeParms<<" << sample.parameters << ">>";
         document << "/Length " << data.size() << ">>\nstream\n" << data << "\nendstream\nendobj\n";
     }
     document << "trailer\n<</Root 1 0 R>>\n%%EOF\n";
@@ -122,13 +126,51 @@ std::string DocumentOf(const std::vector<Sample>& samples) {
 TEST_F(FilterProof, QPDFReadsWhatIsWrittenHere) {
     mFolder.Put("all.pdf", DocumentOf(mSamples));
     ASSERT_TRUE(
-        Succeeds("qpdf --warning-exit-0 --json-output --decode-level=all --json-stream-data=file "
-                 "--json-stream-prefix=" +
-                 PathOf("stream") + " " + PathOf("all.pdf") + " " + PathOf("all.json")));
+        Run("qpdf --warning-exit-0 --json-output --decode-level=all --json-stream-data=file "
+            "--json-stream-prefix=stream all.pdf all.json"));
     for (std::size_t i = 0; i < mSamples.size(); ++i) {
-        const Sample& sample = mSamples[i];
-        SCOPED_TRACE(sample.encoding.name + sample.encoding.parameters);
-        EXPECT_EQ((Outcome{mFolder.Take("stream-" + std::to_string(i + 3)), 0}), (Outcome{sample.input, 0}));
+        SCOPED_TRACE(mSamples[i].filter + mSamples[i].parameters);
+        EXPECT_EQ((Outcome{mFolder.Take("stream-" + std::to_string(i + 3)), 0}),
+                  (Outcome{mSamples[i].input, 0}));
+    }
+}
+
+using Tagged = std::unique_ptr<TIFF, decltype(&TIFFClose)>;
+
+Tagged Open(const std::string& path) {
+    return Tagged(TIFFOpen(path.c_str(), "r"), TIFFClose);
+}
+
+/// A row of so many grey pixels; the file is there when the result goes.
+Tagged Create(const std::string& path, std::size_t length) {
+    Tagged image(TIFFOpen(path.c_str(), "w"), TIFFClose);
+    TIFFSetField(image.get(), TIFFTAG_IMAGEWIDTH, static_cast<std::uint32_t>(length));
+    for (const std::uint32_t one : {TIFFTAG_IMAGELENGTH, TIFFTAG_ROWSPERSTRIP, TIFFTAG_SAMPLESPERPIXEL})
+        TIFFSetField(image.get(), one, 1);
+    TIFFSetField(image.get(), TIFFTAG_BITSPERSAMPLE, 8);
+    TIFFSetField(image.get(), TIFFTAG_PHOTOMETRIC, PHOTOMETRIC_MINISBLACK);
+    TIFFSetField(image.get(), TIFFTAG_COMPRESSION, COMPRESSION_LZW);
+    return image;
+}
+
+TEST(ImageProof, LibTIFFAgreesBothWaysOnLZW) {
+    const TestFolder folder;
+    const std::string path = folder.Standard("image.tif").string();
+    std::vector<std::string> inputs = Inputs(501);
+    inputs.front() = std::string(300000, '\0');  // an image has pixels
+    for (const std::string& input : inputs) {
+        const auto length = static_cast<tmsize_t>(input.size());
+        std::string given = input;  // libtiff may change what it encodes
+        ASSERT_EQ(TIFFWriteEncodedStrip(Create(path, input.size()).get(), 0, given.data(), length), length);
+        std::string theirs(TIFFRawStripSize(Open(path).get(), 0), '\0');
+        TIFFReadRawStrip(Open(path).get(), 0, theirs.data(), static_cast<tmsize_t>(theirs.size()));
+        ASSERT_EQ(OutcomeOf(cFilters.at("unlzw"), theirs), (Outcome{input, 0}));
+
+        std::string ours = OutcomeOf(cFilters.at("lzw"), input).bytes, back(input.size(), '\0');
+        TIFFWriteRawStrip(Create(path, input.size()).get(), 0, ours.data(),
+                          static_cast<tmsize_t>(ours.size()));
+        ASSERT_EQ(TIFFReadEncodedStrip(Open(path).get(), 0, back.data(), length), length);
+        ASSERT_EQ(back, input);
     }
 }
 

@@ -36,7 +36,7 @@ public:
 private:
     std::string Give(bool found) {
         if (!found) return mString.IsEmpty() ? "none" : "none, but a text was left";
-        return std::string("<").append(UTF8Of(mString)).append(">");
+        return std::string("<").append(TextOf(mString)).append(">");
     }
 
     std::unique_ptr<GBin2TextStream> mStream;

@@ -12,7 +12,7 @@ using Dict = GDict<GBuffer, GString>;
 std::string Write(const Dict& dict) {
     GString text("what was there before");
     GDictTextSupport::Write(dict, text);
-    return UTF8Of(text);
+    return TextOf(text);
 }
 
 /// What is read, and the line behind it when it is good.
@@ -29,7 +29,7 @@ bool Read(const std::string& text, Dict& dict, GString& next) {
 std::string Entries(const Dict& dict) {
     std::map<std::string, std::string> sorted;
     for (const auto& entry : dict) {
-        sorted[BytesOf(entry.GetKey())] = UTF8Of(entry.GetValue());
+        sorted[BytesOf(entry.GetKey())] = TextOf(entry.GetValue());
     }
     std::string result;
     for (const auto& [key, value] : sorted) result += key + "=" + value + ";";
@@ -73,7 +73,7 @@ TEST(GDictTextSupport, ReadsUpToTheLineThatEndsIt) {
             dict.Set("old", GString("value"));
             GString next;
             EXPECT_EQ(Read(WithMarks(text, lineEnd), dict, next), good);
-            EXPECT_EQ(Entries(dict) + UTF8Of(next), WithMarks(entries, ""));
+            EXPECT_EQ(Entries(dict) + TextOf(next), WithMarks(entries, ""));
         }
     };
     ForEachRow<2>(
