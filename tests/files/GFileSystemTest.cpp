@@ -2,7 +2,6 @@
 
 #include "PPlatformFiles.h"
 #include "framework/files/GFileSystemDefinitions.h"
-#include "tests/core/TextForTests.h"
 #include "tests/files/TestFolder.h"
 
 namespace {

@@ -4,7 +4,6 @@
 #include "framework/files/GFileSystem.h"
 #include "framework/services/GVariableSubstitution.h"
 #include "framework/system/PSystem.h"
-#include "tests/core/TextForTests.h"
 #include "tests/files/TestFolder.h"
 
 namespace {

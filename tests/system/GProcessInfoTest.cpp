@@ -1,7 +1,6 @@
 #include "framework/system/GProcessInfo.h"
 
 #include "framework/system/GSessionInfo.h"
-#include "tests/Testing.h"
 #include "tests/files/TestFolder.h"
 
 namespace {

@@ -1,6 +1,5 @@
 #include "framework/system/PRegistryData.h"
 
-#include "tests/core/TextForTests.h"
 #include "tests/files/TestFolder.h"
 
 namespace {
