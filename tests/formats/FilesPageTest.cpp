@@ -2,9 +2,7 @@
 #include <set>
 #include <sstream>
 
-#include "framework/core/encodings/GUTF8Encoding.h"
 #include "framework/files/GFileSystem.h"
-#include "framework/files/GSpecialPath.h"
 #include "framework/services/GPrefFileModule.h"
 #include "framework/services/GPreferences.h"
 #include "framework/services/GPrefsFile.h"
@@ -15,7 +13,6 @@
 #include "framework/streams/text/GDictTextSupport.h"
 #include "monitor/spooling/JobFileRules.h"
 #include "monitor/spooling/JobPath.h"
-#include "tests/core/TextForTests.h"
 #include "tests/files/TestFolder.h"
 #include "tests/formats/FormatsPage.h"
 
