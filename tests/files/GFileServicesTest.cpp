@@ -66,7 +66,7 @@ public:
         };
         const std::string failure = FailureOf(run);
         const bool isDone = failure == "none";
-        EXPECT_TRUE(isDone == allowed || (allowed && FailingCalls::HasFailed()))
+        EXPECT_TRUE(isDone == allowed || (allowed && FailingCalls::sHasFailed))
             << kind << " " << from << " " << to << " " << failure;
         EXPECT_TRUE(isDone || failure.starts_with(kind < 2 ? "Moving " : "Copying ")) << failure;
         if (!isDone || stays) return;
@@ -99,6 +99,17 @@ private:
     std::map<std::string, Facts> mModel;
 };
 
+using Failure = FailingCalls::Failure;
+using Kind = FailingCalls::Kind;
+
+/// Lets the n-th call fail; `otherVolume`: as one that should move a file to another volume, if it moves one.
+auto FailOne(unsigned n, bool otherVolume) {
+    return [n, otherVolume](Kind kind) mutable {
+        if (n == 0 || --n > 0) return Failure::cNone;
+        return kind == Kind::cMove && otherVolume ? Failure::cOtherVolume : Failure::cDevice;
+    };
+}
+
 TEST(GFileServices, RandomOperationsDoWhatTheModelSaysAlsoWhenACallFails) {
     std::mt19937 random(7);
     const auto pick = [&](std::initializer_list<const char*> names) {
@@ -113,10 +124,11 @@ TEST(GFileServices, RandomOperationsDoWhatTheModelSaysAlsoWhenACallFails) {
             const unsigned kind = random() % 6;
             if (kind == 4) tree.SetDay(file, 1 + static_cast<long>(random() % 28));
             if (kind == 5) tree.ToggleWritable(file);
-            if (step == 9) FailingCalls::Arm(1 + static_cast<int>(random() % 6), random() % 3 == 0);
+            if (step == 9) FailingCalls::sChoose = FailOne(1 + random() % 6, random() % 3 == 0);
             if (kind < 4) tree.Do(kind, file, pick({"x", "y"}), pick({"a", "b", "c"}));
-            failed += FailingCalls::HasFailed();
-            FailingCalls::Disarm();
+            failed += FailingCalls::sHasFailed;
+            FailingCalls::sHasFailed = false;
+            FailingCalls::sChoose = nullptr;
         }
         tree.Compare();
     }
@@ -128,10 +140,13 @@ TEST(GFileServices, AMoveToAnotherVolumeThatCanRemoveNothingLosesNothing) {
     const TestFolder folder;
     folder.Put("f", "x");
     GFileSystem::CreateFolder(folder.Portable("sub"));
-    FailingCalls::ArmRemovals();
+    FailingCalls::sChoose = [moved = false](Kind kind) mutable {
+        if (kind == Kind::cMove) return std::exchange(moved, true) ? Failure::cNone : Failure::cOtherVolume;
+        return kind == Kind::cRemove ? Failure::cDevice : Failure::cNone;
+    };
     const std::string failure =
         FailureOf([&] { GFileSystem::MoveFileTo(folder.Portable("f"), folder.Portable("sub")); });
-    FailingCalls::Disarm();
+    FailingCalls::sChoose = nullptr;
     const auto native = [&](const char* path) { return TextOf(folder.Portable(path).GetNativePathString()); };
     EXPECT_TRUE(failure.starts_with("Moving " + native("f") + " to " + native("sub/f") + ": ")) << failure;
     EXPECT_EQ(folder.Take("f"), "x");
