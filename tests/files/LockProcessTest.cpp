@@ -3,7 +3,7 @@
 #include "framework/files/GLockFile.h"
 #include "framework/system/PSystem.h"
 #include "tests/files/TestFolder.h"
-#include "tests/tools/ChildProcess.h"
+#include "tests/ipc/StartPeer.h"
 
 namespace {
 
@@ -11,28 +11,22 @@ namespace {
 class Holder {
 public:
     Holder(const TestFolder& folder, const std::string& kind, const std::string& name)
-        : mFolder(folder), mName(name), mProcess(CommandLine(folder, kind, name), L"NUL", L"NUL") {}
+        : mMade(folder.Standard(name)),
+          mProcess(StartPeer(kind + "-lock " + TextOf(folder.Portable("lock")) + " " +
+                             TextOf(folder.Portable(name)))) {}
 
-    bool Has() const { return mFolder.Has(mName); }
+    bool Has() const { return std::filesystem::exists(mMade); }
     /// False when it ends without having got the lock.
     bool WaitUntilItHas() const {
-        while (!Has() && mProcess.IsRunning()) PSystem::MilliSleep(1);
+        while (!Has() && IsRunning()) PSystem::MilliSleep(1);
         return Has();
     }
-    bool IsRunning() const { return mProcess.IsRunning(); }
-    void Kill() const { mProcess.Kill(); }
+    bool IsRunning() const { return mProcess->IsRunning(); }
+    void Kill() const { mProcess->Kill(); }
 
 private:
-    static std::wstring CommandLine(const TestFolder& folder, const std::string& kind,
-                                    const std::string& name) {
-        const std::string line = "LockPeer.exe " + kind + " " + TextOf(folder.Portable("lock")) + " " +
-                                 TextOf(folder.Portable(name));
-        return std::wstring(line.begin(), line.end());
-    }
-
-    const TestFolder& mFolder;
-    std::string mName;
-    ChildProcess mProcess;
+    const std::filesystem::path mMade;
+    const std::unique_ptr<ChildProcess> mProcess;
 };
 
 TEST(LockProcess, ReadersShareAWriterWaitsAndTheDeadHoldNothing) {

@@ -4,7 +4,7 @@
 #include "framework/ipc/GIPCInbox.h"
 #include "platform/win32/base/PWin32Api.h"
 #include "tests/ipc/IPCTestSupport.h"
-#include "tests/tools/ChildProcess.h"
+#include "tests/ipc/StartPeer.h"
 
 namespace {
 
@@ -13,19 +13,15 @@ struct CrossProcessTest : testing::Test {
 
     CrossProcessTest() { GShMemID::Initialize(); }
     ~CrossProcessTest() override { GShMemID::Finalize(); }
-    static Peer Start(const std::string& arguments) {
-        const std::wstring wide(arguments.begin(), arguments.end());
-        return std::make_unique<ChildProcess>(L"IPCPeer.exe " + wide, L"NUL", L"NUL");
-    }
     static long ID(const Peer& peer) { return static_cast<long>(peer->GetID()); }
 };
 
 TEST_F(CrossProcessTest, AHolderThatDiesHasReleasedTheMutex) {
     GIPMutex mutex(GShMemID("TestDying"), GIPPrefix::cSharedMemoryLock);
-    EXPECT_EQ(Start("die-holding TestDying")->WaitForExitCode(), 7);
+    EXPECT_EQ(StartPeer("die-holding TestDying")->WaitForExitCode(), 7);
     mutex.Lock();
     mutex.Unlock();
-    EXPECT_EQ(Start("die-holding TestDying")->WaitForExitCode(), 7);
+    EXPECT_EQ(StartPeer("die-holding TestDying")->WaitForExitCode(), 7);
     EXPECT_TRUE(mutex.TryToLock(0));
     mutex.Unlock();
 }
@@ -62,7 +58,7 @@ TEST_F(CrossProcessTest, ManyWritersLoseNothingAndKeepTheirOrder) {
     constexpr long cCount = 1500;
     Collector collector;
     std::vector<Peer> writers;
-    for (int i = 0; i < 4; ++i) writers.push_back(Start(collector.MakeArguments(cCount)));
+    for (int i = 0; i < 4; ++i) writers.push_back(StartPeer(collector.MakeArguments(cCount)));
     const auto running = [](const Peer& writer) { return writer->IsRunning(); };
     while (std::any_of(writers.begin(), writers.end(), running)) collector.Drain();
     collector.Drain();
@@ -74,7 +70,7 @@ TEST_F(CrossProcessTest, ManyWritersLoseNothingAndKeepTheirOrder) {
 TEST_F(CrossProcessTest, AWriterKilledAtAnyMomentLeavesTheQueueUsable) {
     Collector collector;
     for (std::size_t round = 1; round <= 8; ++round) {
-        const Peer writer = Start(collector.MakeArguments(1000000));
+        const Peer writer = StartPeer(collector.MakeArguments(1000000));
         while (collector.mNumbers[ID(writer)].size() <= 50 * round && writer->IsRunning()) collector.Drain();
         ASSERT_TRUE(writer->IsRunning());
         writer->Kill();

@@ -1,11 +1,16 @@
-// Another process for the tests of messages between processes. Its first argument says what it does.
+// Another process for the tests of what processes share. Its first argument says what it does.
 #include <cstdio>
 #include <cstdlib>
 #include <string>
 
+#include "framework/GFrameworkScope.h"
+#include "framework/core/encodings/GUnicodeEncoding.h"
 #include "framework/core/errors/GException.h"
+#include "framework/files/GFileSystem.h"
+#include "framework/files/GLockFile.h"
 #include "framework/ipc/GIPCMessageQueue.h"
 #include "framework/ipc/GIPMutex.h"
+#include "framework/services/GPrefFileModule.h"
 #include "framework/system/GProcessInfo.h"
 #include "framework/system/GSessionInfo.h"
 #include "framework/system/PSystem.h"
@@ -29,6 +34,23 @@ void Write(long processID, long registrationID, long count) {
     for (long number = 0; number < count; ++number) {
         const std::string text = std::to_string(number) + ":" + std::string(number % 977, '.');
         while (!queue.TryToAddRawMessage(145, text.c_str())) ::Sleep(1);
+    }
+}
+
+/// Takes a lock file, waiting for it, makes the file `made` and keeps the lock until it is ended.
+void Lock(const char* lockFile, bool reads, const char* made) {
+    const GLockByFile lock(GPathName(lockFile), reads ? GLockFile::cReadLock : GLockFile::cWriteLock, true);
+    GFileSystem::CreateFile(GPathName(made), GTypeEnums::cNone, true);
+    PSystem::Sleep(60);
+}
+
+/// Sets two values of a group of shared preferences to the same long text and writes the file, `count` times.
+void WritePreferences(const char* file, const char* group, long count) {
+    GPrefSharedFileModule module(GPathName(file), GUnicodeEncoding::GetInstance());
+    for (long number = 1; number <= count; ++number) {
+        const std::string text = std::to_string(number) + std::string(5000, '.');
+        for (const char* const key : {"first", "second"}) module.Set(group, key, text.c_str());
+        module.FlushPrefs();
     }
 }
 
@@ -69,14 +91,15 @@ void PrintVersion() {
 int main(int argc, char** argv) {
     const auto number = [&](int index) { return index < argc ? std::atol(argv[index]) : 0; };
     const std::string what = argc > 1 ? argv[1] : "";
-    GShMemID::Initialize();
+    const GFrameworkScope framework;
     try {
         if (what == "die-holding") DieHolding(argv[2]);
         if (what == "write") Write(number(2), number(3), number(4));
+        if (what == "read-lock" || what == "write-lock") Lock(argv[2], what == "read-lock", argv[3]);
+        if (what == "preferences") WritePreferences(argv[2], argv[3], number(4));
         if (what == "version") PrintVersion();
     } catch (const GException& exception) {
         return static_cast<int>(exception.GetExceptionID() % 100);
     }
-    GShMemID::Finalize();
     return 0;
 }

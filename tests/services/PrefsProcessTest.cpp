@@ -4,14 +4,13 @@
 #include "framework/services/GPrefFileModule.h"
 #include "framework/system/PSystem.h"
 #include "tests/files/TestFolder.h"
-#include "tests/tools/ChildProcess.h"
+#include "tests/ipc/StartPeer.h"
 
 namespace {
 
-std::wstring CommandLine(const TestFolder& folder, const std::string& group, long count) {
-    const std::string line =
-        "PrefsPeer.exe " + TextOf(folder.Portable("Q.uprefs")) + " " + group + " " + std::to_string(count);
-    return std::wstring(line.begin(), line.end());
+std::unique_ptr<ChildProcess> StartWriter(const TestFolder& folder, const char* group, long count) {
+    return StartPeer("preferences " + TextOf(folder.Portable("Q.uprefs")) + " " + group + " " +
+                     std::to_string(count));
 }
 
 /// The number that the peer of that group has written last; -1 for what no peer writes.
@@ -26,15 +25,14 @@ long NumberOf(const TestFolder& folder, const char* group) {
 TEST(PrefsProcess, WritersLoseNothingOfEachOther) {
     constexpr long cCount = QUILLON_TEST_WRITES;
     const TestFolder folder;
-    const ChildProcess one(CommandLine(folder, "a", cCount), L"NUL", L"NUL");
-    const ChildProcess other(CommandLine(folder, "b", cCount), L"NUL", L"NUL");
-    while (one.IsRunning() || other.IsRunning()) {
+    const auto one = StartWriter(folder, "a", cCount), other = StartWriter(folder, "b", cCount);
+    while (one->IsRunning() || other->IsRunning()) {
         EXPECT_GE(NumberOf(folder, "a"), 0);
         EXPECT_GE(NumberOf(folder, "b"), 0);
         PSystem::MilliSleep(20);  // a reader that never rests would keep the writers out
     }
-    EXPECT_EQ(one.WaitForExitCode(), 0);
-    EXPECT_EQ(other.WaitForExitCode(), 0);
+    EXPECT_EQ(one->WaitForExitCode(), 0);
+    EXPECT_EQ(other->WaitForExitCode(), 0);
     EXPECT_EQ(NumberOf(folder, "a"), cCount);
     EXPECT_EQ(NumberOf(folder, "b"), cCount);
 }
@@ -43,11 +41,11 @@ TEST(PrefsProcess, AWriterKilledAtAnyMomentLeavesAWholeFileAndNoLock) {
     const TestFolder folder;
     std::mt19937 random(3);
     for (int round = 0; round < QUILLON_TEST_KILLS; ++round) {
-        const ChildProcess writer(CommandLine(folder, "a", 100000), L"NUL", L"NUL");
-        while (writer.IsRunning() && !folder.Has("Q.uprefs")) PSystem::MilliSleep(1);
+        const auto writer = StartWriter(folder, "a", 100000);
+        while (writer->IsRunning() && !folder.Has("Q.uprefs")) PSystem::MilliSleep(1);
         PSystem::MilliSleep(static_cast<long>(random() % 30));
-        ASSERT_TRUE(writer.IsRunning());
-        writer.Kill();
+        ASSERT_TRUE(writer->IsRunning());
+        writer->Kill();
         EXPECT_GT(NumberOf(folder, "a"), 0);
         std::filesystem::remove(folder.Standard("Q.uprefs"));
     }
