@@ -46,8 +46,7 @@ inline void AddEntry(RawSegment& registry, long processID, long registrationID) 
 }
 
 /// Notes what it is handed, and then does what a test wants of it.
-class NotingReceiver : public GIPCReceiver {
-public:
+struct NotingReceiver : GIPCReceiver {
     explicit NotingReceiver(GIPCManager* manager, long type = 0) : GIPCReceiver(manager) {
         if (type != 0) Register(type);
     }
@@ -59,8 +58,6 @@ public:
     Log TakeLog() { return std::exchange(mLog, {}); }
 
     std::function<void()> mReaction;
-
-private:
     Log mLog;
 };
 
@@ -70,11 +67,7 @@ struct Process {
     template <class... Arguments>
     Process(IPCWorld& world, long processID, long session, Arguments... arguments)
         : mWorld(world), mID(processID), mSession(session), mManager(Make(arguments...)) {}
-    ~Process() {
-        Act();
-        mReceiver.reset();
-        mManager.reset();
-    }
+    ~Process() { Act(); }
     void Act() { mWorld.ActAs(mID, mSession); }
     template <class... Arguments>
     std::unique_ptr<Manager> Make(Arguments... arguments) {
@@ -109,24 +102,20 @@ struct Listener : Process<Manager> {
 /// Somebody else who keeps the mutex of an identifier for its own lifetime.
 class MutexHog {
 public:
-    explicit MutexHog(const GShMemID& identifier) {
-        mThread = std::thread([this, identifier] {
-            GIPMutex mutex(identifier, GIPPrefix::cSharedMemoryLock);
-            const GIPMutexLocker locker(mutex);
-            mHeld.set_value();
-            mEnd.get_future().wait();
-        });
+    explicit MutexHog(const GShMemID& identifier)
+        : mThread(std::async(std::launch::async, [this, identifier] {
+              GIPMutex mutex(identifier, GIPPrefix::cSharedMemoryLock);
+              const GIPMutexLocker locker(mutex);
+              mHeld.set_value();
+              mEnd.get_future().wait();
+          })) {
         mHeld.get_future().wait();
     }
-    ~MutexHog() {
-        mEnd.set_value();
-        mThread.join();
-    }
+    ~MutexHog() { mEnd.set_value(); }
 
 private:
-    std::promise<void> mHeld;
-    std::promise<void> mEnd;
-    std::thread mThread;
+    std::promise<void> mHeld, mEnd;
+    const std::future<void> mThread;  // whose destructor waits for it
 };
 
 /// Replaces the time by which messaging waits for its own lifetime: no time passes but in the sleeps, which

@@ -3,42 +3,34 @@
 #include "framework/core/errors/GException.h"
 #include "framework/system/PSystem.h"
 
-class IPCWorld::Processes : public GProcessInfo {
+// Both kinds of information. Each of the two places where the framework looks for one owns a machine.
+class IPCWorld::Machine : public GProcessInfo, public GSessionInfo {
 public:
-    explicit Processes(const IPCWorld& world) : mWorld(world) {}
+    explicit Machine(const IPCWorld& world) : mWorld(world) {}
 
     unsigned long long GetTotalPhysicalMemory() override { return 0; }
     unsigned long long GetAvailablePhysicalMemory() override { return 0; }
     unsigned long long GetOwnMemory() override { return 0; }
+    GTable<std::int32_t> GetRunningProcessIDs() override {
+        if (!mWorld.mProcessesKnown) throw GSimpleException(GExceptionID::cUNIXSystemError);
+        GTable<std::int32_t> ids;
+        for (const long processID : mWorld.mRunning) ids.Append(static_cast<std::int32_t>(processID));
+        return ids;
+    }
     /// All are processing applications.
     void GetProcessIDs(const GString&, GTable<std::int32_t>& ids, bool) override {
-        if (!mWorld.mProcessesKnown) throw GSimpleException(GExceptionID::cUNIXSystemError);
-        ids.Clear();
-        for (const long processID : mWorld.mRunning) ids.Append(static_cast<std::int32_t>(processID));
+        ids = GetRunningProcessIDs();
     }
     void GetProcessNames(GTable<GString>& names, bool) override { names.Clear(); }
     long GetCurrentProcessID() override { return mWorld.mProcessID; }
     bool IsProcessRunning(long processID) override { return mWorld.mRunning.count(processID) > 0; }
     GTable<std::int32_t> GetChildProcessIDs(long) override { return {}; }
     GPathName GetApplicationPath() override { return GPathName(); }
-    GTable<std::int32_t> GetRunningProcessIDs() override {
-        GTable<std::int32_t> ids;
-        GetProcessIDs(GString(), ids, false);
-        return ids;
-    }
     GString GetProcessName(long processID) override {
         if (!mWorld.mProcessesKnown) throw GSimpleException(GExceptionID::cUNIXSystemError);
         if (!IsProcessRunning(processID)) return GString();
         return GString(processID == cOtherProgram ? "printerprocessorwin.exe" : "PrinterProcessorWin.exe");
     }
-
-private:
-    const IPCWorld& mWorld;
-};
-
-class IPCWorld::Sessions : public GSessionInfo {
-public:
-    explicit Sessions(const IPCWorld& world) : mWorld(world) {}
 
     long GetCurrentSessionID() override { return mWorld.mSession; }
     void GetSessionIDs(GTable<std::int32_t>& ids) override {
@@ -55,8 +47,8 @@ private:
 
 void IPCWorld::Install() {
     GShMemID::Initialize();
-    GProcessInfo::SetInstance(new Processes(*this));
-    GSessionInfo::SetInstance(new Sessions(*this));
+    GProcessInfo::SetInstance(new Machine(*this));
+    GSessionInfo::SetInstance(new Machine(*this));
 }
 
 IPCWorld::IPCWorld() {

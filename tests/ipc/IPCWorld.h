@@ -32,8 +32,7 @@ public:
     void SetSessions(const std::vector<long>& sessions) { mSessions = sessions; }
 
 private:
-    class Processes;
-    class Sessions;
+    class Machine;
 
     long mProcessID = 0;
     long mSession = 0;
