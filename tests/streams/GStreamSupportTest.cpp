@@ -5,8 +5,7 @@
 namespace {
 
 /// Notes what is reported, as "done/total", and cancels at 6 bytes.
-class NotingCentre : public GProgressCentre {
-public:
+struct NotingCentre : GProgressCentre {
     explicit NotingCentre(std::string& notes) : mNotes(notes) {}
 
     void Report(const GProgress& progress) override {
@@ -15,7 +14,6 @@ public:
     }
     void Finished(const GProgress&) noexcept override { mNotes += "finished"; }
 
-private:
     std::string& mNotes;
 };
 

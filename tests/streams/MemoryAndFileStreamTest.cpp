@@ -9,8 +9,7 @@
 namespace {
 
 /// The same bytes in memory and in a file.
-class Sources {
-public:
+struct Sources {
     explicit Sources(const std::string& bytes) : mBytes(BufferOf(bytes)) { mFolder.Put("f", bytes); }
 
     /// Calls `check` with a new stream of either kind.
@@ -22,7 +21,6 @@ public:
         check(file);
     }
 
-private:
     const GBuffer mBytes;
     const TestFolder mFolder;
 };

@@ -31,6 +31,7 @@ public:
     GInStream* CreateClone() const override { return new PieceStream(*this); }
 
     long Read(GBuffer& out, long maxBytes) override {
+        if (mBeforeRead) mBeforeRead();
         mLargestRequest = std::max(mLargestRequest, maxBytes);
         const long rest = static_cast<long>(mData.size()) - mPosition;
         const long count = std::min({maxBytes, mPiece, rest});
@@ -45,6 +46,8 @@ public:
 
     long GetPosition() const { return mPosition; }
     long GetLargestRequest() const { return mLargestRequest; }
+
+    std::function<void()> mBeforeRead;
 
 private:
     std::string mData;

@@ -7,8 +7,7 @@ constexpr long long cLength = (4LL << 30) + 12345;
 constexpr std::size_t cPeriod = 65521;
 
 /// More than four gibibytes that repeat with a period, without a buffer of that size.
-class LongStream : public GInStream {
-public:
+struct LongStream : GInStream {
     GInStream* CreateClone() const override { return new LongStream(*this); }
     long Read(GBuffer& out, long maxBytes) override {
         const auto start = static_cast<std::size_t>(mPosition % static_cast<long long>(cPeriod));
@@ -20,14 +19,12 @@ public:
     }
     void Reset() override { mPosition = 0; }
 
-private:
     std::string mBytes = MixedBytes(cPeriod, 5);
     long long mPosition = 0;
 };
 
 /// Compares what it is given with that stream.
-class ComparingStream : public GOutStream {
-public:
+struct ComparingStream : GOutStream {
     long Write(const GBuffer& data) override {
         GBuffer expected;
         for (long done = 0; done < data.GetLength(); done += expected.GetLength()) {
@@ -37,7 +34,6 @@ public:
         return data.GetLength();
     }
 
-private:
     LongStream mExpected;
 };
 

@@ -148,14 +148,14 @@ const GBuffer cLongKey("0123456789abcdef0123456789abcdef");
 
 TEST(Cipher, DecryptsWhatWasEncrypted) {
     for (const GBuffer& key : {cShortKey, cLongKey}) {
-        const FilterMaker decryptor = [&](GInStream* source) { return new GDecryptInStream(source, key); };
         for (const std::size_t length : {0u, 1u, 15u, 16u, 17u, 4096u, 20000u}) {
             SCOPED_TRACE(length);
             const std::string data = Pattern(length);
             const std::string encrypted = Encrypted(data, key, 7);
             EXPECT_EQ(encrypted.size(), 16 + length / 16 * 16 + 16);
             EXPECT_NE(encrypted, Encrypted(data, key, 7)) << "the block in front is random";
-            ExpectEverywhere([&] { return FilterOf(decryptor, encrypted, 1000); }, {data, 0});
+            ExpectEverywhere([&] { return FilterOf(Maker<GDecryptInStream>(key), encrypted, 1000); },
+                             {data, 0});
         }
     }
 }
@@ -174,8 +174,7 @@ TEST(Cipher, ReadsAndWritesWhatOthersDo) {
     for (std::size_t i = 0; i < plain.size(); ++i) plain[i] = static_cast<char>(i);
     for (const auto& [key, digits] : rows) {
         const std::string written = OutcomeOf(Maker<GHexDecode>(), digits).bytes;
-        const FilterMaker decryptor = [&](GInStream* source) { return new GDecryptInStream(source, key); };
-        EXPECT_EQ(OutcomeOf(decryptor, written), (Outcome{plain, 0}));
+        EXPECT_EQ(OutcomeOf(Maker<GDecryptInStream>(key), written), (Outcome{plain, 0}));
         PCipher::Block start;
         std::copy_n(written.begin(), start.size(), start.begin());
         GBuffer blocks = BufferOf(plain + std::string(11, '\x0B'));
@@ -186,7 +185,7 @@ TEST(Cipher, ReadsAndWritesWhatOthersDo) {
 }
 
 TEST(Cipher, RefusesWrongKeysAndDamagedData) {
-    const FilterMaker decryptor = [](GInStream* source) { return new GDecryptInStream(source, cShortKey); };
+    const FilterMaker decryptor = Maker<GDecryptInStream>(cShortKey);
     const std::string data = Pattern(40);
     const std::string encrypted = Encrypted(data, cShortKey, 40);
     for (std::size_t length = 0; length < encrypted.size(); ++length) {

