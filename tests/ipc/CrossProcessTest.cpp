@@ -27,8 +27,7 @@ TEST_F(CrossProcessTest, AHolderThatDiesHasReleasedTheMutex) {
 }
 
 /// A queue of this process in the global name space, and what has come into it.
-class Collector {
-public:
+struct Collector {
     Collector()
         : mRegistry(GShMemID("GIPCTest"), -1, GIPCMessageQueueMgr::Scope::cOwnOnly), mInbox(mRegistry) {}
 
@@ -48,8 +47,6 @@ public:
     }
 
     std::map<long, std::vector<long>> mNumbers;
-
-private:
     GIPCMessageQueueMgr mRegistry;
     GIPCInbox mInbox;
 };

@@ -100,8 +100,7 @@ struct Listener : Process<Manager> {
 };
 
 /// Somebody else who keeps the mutex of an identifier for its own lifetime.
-class MutexHog {
-public:
+struct MutexHog {
     explicit MutexHog(const GShMemID& identifier)
         : mThread(std::async(std::launch::async, [this, identifier] {
               GIPMutex mutex(identifier, GIPPrefix::cSharedMemoryLock);
@@ -113,7 +112,6 @@ public:
     }
     ~MutexHog() { mEnd.set_value(); }
 
-private:
     std::promise<void> mHeld, mEnd;
     const std::future<void> mThread;  // whose destructor waits for it
 };
