@@ -14,8 +14,7 @@ constexpr long cUser = -3;
 constexpr long cSystem = -4;
 constexpr long cDefaults = -5;
 
-class GPreferencesTest : public testing::Test {
-protected:
+struct GPreferencesTest : testing::Test {
     GPreferencesTest() {
         GFileSystem::AddSpecialPath(GSpecialPath::cUserPreferences, mFolder.Portable("user"));
         GFileSystem::AddSpecialPath(GSpecialPath::cGlobalPreferences, mFolder.Portable("global"));
@@ -317,6 +316,8 @@ TEST(GPrefModule, MemoryModulesBeginAndEndWithAText) {
     module.GetPrefsData(text);
     EXPECT_EQ(TextOf(text),
               "#BEGINPREFS\r\n\r\n\"h\"\r\n#BEGINDICT\r\n\"k\" \"3\"\r\n#ENDDICT\r\n\r\n#ENDPREFS\r\n");
+    GPrefMemoryModule().GetPrefsData(text);
+    EXPECT_EQ(TextOf(text), "#BEGINPREFS\r\n#ENDPREFS\r\n");
     GTable<GBuffer> names;
     module.GetGroupNames(names);
     EXPECT_TRUE(names == GTable<GBuffer>{"h"});

@@ -3,22 +3,12 @@
 #include "framework/core/encodings/GUnicodeEncoding.h"
 #include "framework/services/GPrefsFile.h"
 #include "framework/streams/GMemoryInStream.h"
-#include "framework/streams/GMemoryOutStream.h"
 #include "framework/streams/text/GBin2TextStream.h"
-#include "framework/streams/text/GText2BinStream.h"
 #include "tests/files/TestFolder.h"
 
 namespace {
 
 using Groups = GPrefsText::Groups;
-
-std::string Written(const Groups& groups) {
-    GBuffer bytes;
-    GMemoryOutStream target(bytes);
-    GText2BinStream stream(target, GUTF8Encoding::GetInstance());
-    GPrefsText::Write(groups, stream);
-    return bytes.GetPtr();
-}
 
 /// Every group and value as "group.key=value;" in the order of the words, and "!" for a damaged text.
 std::string Read(const std::string& text) {
@@ -36,16 +26,6 @@ std::string Read(const std::string& text) {
                 result += key + ("=" + TextOf(*value)) + ";";
     }
     return result;
-}
-
-TEST(GPrefsText, WritesGroupsThatHaveValues) {
-    Groups groups;
-    EXPECT_EQ(Written(groups), "#BEGINPREFS\r\n#ENDPREFS\r\n");
-    groups.GetOrInsert("Empty");
-    groups.GetOrInsert("Paths").Set("Output", "C:\\Jobs");
-    EXPECT_EQ(Written(groups),
-              "#BEGINPREFS\r\n\r\n\"Paths\"\r\n#BEGINDICT\r\n\"Output\" \"C:\\\\Jobs\"\r\n"
-              "#ENDDICT\r\n\r\n#ENDPREFS\r\n");
 }
 
 TEST(GPrefsText, ReadsWhatIsWholeAndWhatStandsBeforeADamage) {

@@ -19,8 +19,7 @@ std::string Prefs(const std::string& groups) {
 }
 
 /// A temporary folder of its own, and what a test puts into QuillonDebug there.
-class GTraceTest : public testing::Test {
-protected:
+struct GTraceTest : testing::Test {
     GTraceTest() {
         GFileSystem::AddSpecialPath(GSpecialPath::cGlobalTemp, mFolder.Portable());
         GFileSystem::AddSpecialPath(GSpecialPath::cLibrary, GPathName("X:/lib/Mod.v2.dll"));

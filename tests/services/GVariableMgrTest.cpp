@@ -19,15 +19,13 @@ GString WithBackslashes(const std::string& text) {
     return Native(text, '\\');
 }
 
-class Manager : public GVariableMgr {
-public:
+struct Manager : GVariableMgr {
     explicit Manager(bool fileNameFriendly = false, VariableCategories categories = cAll)
         : GVariableMgr(fileNameFriendly, categories) {}
 
     using GVariableMgr::DeselectVar;
     using GVariableMgr::SelectVar;
 
-private:
     GDateTime GetDateTime() const override { return GDateTime(5, 7, 2014, 9, 30, 1, 1, 0, 0); }
     void GetUserName(GString& value) const override { value = "a:b"; }
     void GetUserCompany(GString& value) const override { value = ""; }
