@@ -83,12 +83,10 @@ public:
         bool isFolder = false;
         while (iterator.GetNextFileOrFolder(path, isFolder)) {
             const std::string relative = TextOf(path.GetRelativePathFrom(mFolder.Portable()));
-            if (isFolder) {
-                ++folders;
-            } else {
-                found[relative] = {mFolder.Take(relative), GFileSystem::IsWritable(path),
-                                   GFileSystem::GetModificationDateTime(path).GetDay()};
-            }
+            folders += isFolder;
+            if (isFolder) continue;
+            found[relative] = {mFolder.Take(relative), GFileSystem::IsWritable(path),
+                               GFileSystem::GetModificationDateTime(path).GetDay()};
         }
         EXPECT_EQ(folders, 2);
         EXPECT_TRUE(found == mModel);

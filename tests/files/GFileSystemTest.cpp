@@ -33,8 +33,7 @@ struct FakePlatform : PFileSystemImp {
 
 using FakeFileSystem = GFileSystemBase<FakePlatform>;
 
-class SpecialPaths : public testing::Test {
-protected:
+struct SpecialPaths : testing::Test {
     ~SpecialPaths() override {
         FakeFileSystem::RemoveAllSpecialPaths();
         FakePlatform::sTemp = GPathName("T:/temp/");
@@ -107,93 +106,87 @@ void CreateFile(const GPathName& path, bool mustBeNew) {
     GFileSystem::CreateFile(path, GTypeEnums::cNone, mustBeNew);
 }
 
-TEST(GFileSystem, MakesFilesWithTheirFolders) {
-    const TestFolder folder;
-    CreateFile(folder.Portable("anna/Proof/Q3.ps"), false);
-    EXPECT_EQ(folder.Take("anna/Proof/Q3.ps"), "");
-    folder.Put("anna/Proof/Q3.ps", "there");
-    CreateFile(folder.Portable("anna/Proof/Q3.ps"), false);
-    EXPECT_EQ(folder.Take("anna/Proof/Q3.ps"), "there");
-    EXPECT_THROW(CreateFile(folder.Portable("anna/Proof/Q3.ps"), true), GException);
-    CreateFile(folder.Portable("anna/Proof/Q4.ps"), true);
-    EXPECT_EQ(folder.Take("anna/Proof/Q4.ps"), "");
-    EXPECT_THROW(CreateFile(folder.Portable("anna/Proof"), false), GException) << "a folder is in the way";
-    EXPECT_THROW(CreateFile(folder.Portable("anna/Proof/Q3.ps/sub/f"), false), GException);
-    EXPECT_EQ(folder.Take("anna/Proof/Q3.ps"), "there");
+using GFileSystemTest = FolderTest;
+
+TEST_F(GFileSystemTest, MakesFilesWithTheirFolders) {
+    CreateFile(mFolder.Portable("anna/Proof/Q3.ps"), false);
+    EXPECT_EQ(mFolder.Take("anna/Proof/Q3.ps"), "");
+    mFolder.Put("anna/Proof/Q3.ps", "there");
+    CreateFile(mFolder.Portable("anna/Proof/Q3.ps"), false);
+    EXPECT_EQ(mFolder.Take("anna/Proof/Q3.ps"), "there");
+    EXPECT_THROW(CreateFile(mFolder.Portable("anna/Proof/Q3.ps"), true), GException);
+    CreateFile(mFolder.Portable("anna/Proof/Q4.ps"), true);
+    EXPECT_EQ(mFolder.Take("anna/Proof/Q4.ps"), "");
+    EXPECT_THROW(CreateFile(mFolder.Portable("anna/Proof"), false), GException) << "a folder is in the way";
+    EXPECT_THROW(CreateFile(mFolder.Portable("anna/Proof/Q3.ps/sub/f"), false), GException);
+    EXPECT_EQ(mFolder.Take("anna/Proof/Q3.ps"), "there");
 }
 
-TEST(GFileSystem, MakesFoldersWithTheirParents) {
-    const TestFolder folder;
+TEST_F(GFileSystemTest, MakesFoldersWithTheirParents) {
     EXPECT_TRUE(GFileSystem::FolderExists(GFileSystem::GetGlobalTempFolder()));
     for (const char* const path : {"a", "a", "a/b/c", "a/b/c", "a/b/d/", "e//f", "\xC3\x9C\xE4\xB8\x80"}) {
         SCOPED_TRACE(path);
-        GFileSystem::CreateFolder(folder.Portable(path));
-        EXPECT_TRUE(std::filesystem::is_directory(folder.Standard(path)));
+        GFileSystem::CreateFolder(mFolder.Portable(path));
+        EXPECT_TRUE(std::filesystem::is_directory(mFolder.Standard(path)));
     }
 }
 
-TEST(GFileSystem, AFileInTheWayOfAFolderIsAClearFailure) {
-    const TestFolder folder;
-    folder.Put("file", "x");
-    const std::string native = TextOf(folder.Portable("file").GetNativePathString());
+TEST_F(GFileSystemTest, AFileInTheWayOfAFolderIsAClearFailure) {
+    mFolder.Put("file", "x");
+    const std::string native = TextOf(mFolder.Portable("file").GetNativePathString());
     for (const char* const path : {"file", "file/a", "file/a/b"}) {
-        EXPECT_THAT(FailureOf([&] { GFileSystem::CreateFolder(folder.Portable(path)); }),
+        EXPECT_THAT(FailureOf([&] { GFileSystem::CreateFolder(mFolder.Portable(path)); }),
                     testing::StartsWith(native));
     }
-    EXPECT_EQ(folder.Take("file"), "x");
+    EXPECT_EQ(mFolder.Take("file"), "x");
 }
 
-TEST(GFileSystem, TellsFilesFromFoldersAndFromNothing) {
-    const TestFolder folder;
-    folder.Put("file", "x");
-    GFileSystem::CreateFolder(folder.Portable("folder"));
-    const std::tuple<const char*, bool, bool> rows[] = {{"file", true, false},
-                                                        {"folder", false, true},
-                                                        {"nothing", false, false},
-                                                        {"file/below", false, false}};
-    for (const auto& [path, isFile, isFolder] : rows) {
+TEST_F(GFileSystemTest, TellsFilesFromFoldersAndFromNothing) {
+    mFolder.Put("file", "x");
+    GFileSystem::CreateFolder(mFolder.Portable("folder"));
+    for (const auto& [path, isFile, isFolder] : {std::tuple("file", true, false),
+                                                 {"folder", false, true},
+                                                 {"nothing", false, false},
+                                                 {"file/below", false, false}}) {
         SCOPED_TRACE(path);
-        EXPECT_EQ(GFileSystem::FileExists(folder.Portable(path)), isFile);
-        EXPECT_EQ(GFileSystem::TryFileExists(folder.Portable(path)), isFile);
-        EXPECT_EQ(GFileSystem::FolderExists(folder.Portable(path)), isFolder);
+        EXPECT_EQ(GFileSystem::FileExists(mFolder.Portable(path)), isFile);
+        EXPECT_EQ(GFileSystem::TryFileExists(mFolder.Portable(path)), isFile);
+        EXPECT_EQ(GFileSystem::FolderExists(mFolder.Portable(path)), isFolder);
     }
 }
 
-TEST(GFileSystem, RemovesFilesAndEmptyFolders) {
-    const TestFolder folder;
-    folder.Put("file", "x");
-    GFileSystem::CreateFolder(folder.Portable("empty"));
-    CreateFile(folder.Portable("full/f"), false);
-    GFileSystem::RemoveFile(folder.Portable("file"));
-    GFileSystem::RemoveFolderOnly(folder.Portable("empty"));
-    EXPECT_FALSE(folder.Has("file") || folder.Has("empty"));
-    EXPECT_THROW(GFileSystem::RemoveFile(folder.Portable("file")), GException);
-    EXPECT_THROW(GFileSystem::RemoveFolderOnly(folder.Portable("full")), GException);
-    EXPECT_TRUE(folder.Has("full/f"));
+TEST_F(GFileSystemTest, RemovesFilesAndEmptyFolders) {
+    mFolder.Put("file", "x");
+    GFileSystem::CreateFolder(mFolder.Portable("empty"));
+    CreateFile(mFolder.Portable("full/f"), false);
+    GFileSystem::RemoveFile(mFolder.Portable("file"));
+    GFileSystem::RemoveFolderOnly(mFolder.Portable("empty"));
+    EXPECT_FALSE(mFolder.Has("file") || mFolder.Has("empty"));
+    EXPECT_THROW(GFileSystem::RemoveFile(mFolder.Portable("file")), GException);
+    EXPECT_THROW(GFileSystem::RemoveFolderOnly(mFolder.Portable("full")), GException);
+    EXPECT_TRUE(mFolder.Has("full/f"));
 }
 
-TEST(GFileSystem, RenamesAndMovesFolders) {
-    const TestFolder folder;
-    CreateFile(folder.Portable("sub/f"), true);
-    GFileSystem::CreateFolder(folder.Portable("deep"));
-    GFileSystem::RenameFolder(folder.Portable("sub"), "moved");
-    GFileSystem::MoveFolderTo(folder.Portable("moved"), folder.Portable("deep"));
-    EXPECT_FALSE(folder.Has("sub") || folder.Has("moved"));
-    EXPECT_TRUE(folder.Has("deep/moved/f"));
+TEST_F(GFileSystemTest, RenamesAndMovesFolders) {
+    CreateFile(mFolder.Portable("sub/f"), true);
+    GFileSystem::CreateFolder(mFolder.Portable("deep"));
+    GFileSystem::RenameFolder(mFolder.Portable("sub"), "moved");
+    GFileSystem::MoveFolderTo(mFolder.Portable("moved"), mFolder.Portable("deep"));
+    EXPECT_FALSE(mFolder.Has("sub") || mFolder.Has("moved"));
+    EXPECT_TRUE(mFolder.Has("deep/moved/f"));
 }
 
-TEST(GFileSystem, DatesAreUTC) {
-    const TestFolder folder;
-    folder.Put("f", "x");
+TEST_F(GFileSystemTest, DatesAreUTC) {
+    mFolder.Put("f", "x");
     // 5 July 2014, 23:59:58 UTC
     const std::chrono::sys_seconds moment{std::chrono::seconds(1404604798)};
-    std::filesystem::last_write_time(folder.Standard("f"), std::chrono::file_clock::from_sys(moment));
-    const GDateTime modified = GFileSystem::GetModificationDateTime(folder.Portable("f"));
+    std::filesystem::last_write_time(mFolder.Standard("f"), std::chrono::file_clock::from_sys(moment));
+    const GDateTime modified = GFileSystem::GetModificationDateTime(mFolder.Portable("f"));
     EXPECT_EQ(modified.CompareWith(GDateTime(5, 7, 2014, 23, 59, 58, 1, 0, 0)), 0);
     EXPECT_EQ(modified.GetRelationToUTC(), 1);
     EXPECT_EQ(modified.GetOffsetHours(), 0);
-    folder.Put("new", "x");
-    EXPECT_GT(GFileSystem::GetCreationDateTime(folder.Portable("new")).GetYear(), 2020);
+    mFolder.Put("new", "x");
+    EXPECT_GT(GFileSystem::GetCreationDateTime(mFolder.Portable("new")).GetYear(), 2020);
 }
 
 }  // namespace

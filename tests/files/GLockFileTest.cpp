@@ -8,13 +8,14 @@ using LockType = GLockFile::LockType;
 constexpr LockType cRead = GLockFile::cReadLock;
 constexpr LockType cWrite = GLockFile::cWriteLock;
 
-TEST(GLockFile, ReadersGoTogetherAndAWriterAlone) {
+using GLockFileTest = FolderTest;
+
+TEST_F(GLockFileTest, ReadersGoTogetherAndAWriterAlone) {
     const std::tuple<LockType, LockType, bool> rows[] = {
         {cRead, cRead, true}, {cRead, cWrite, false}, {cWrite, cRead, false}, {cWrite, cWrite, false}};
-    const TestFolder folder;
     for (const auto& [held, wanted, together] : rows) {
         SCOPED_TRACE(10 * held + wanted);
-        GLockFile holder(folder.Portable("lock")), other(folder.Portable("lock"));
+        GLockFile holder(mFolder.Portable("lock")), other(mFolder.Portable("lock"));
         EXPECT_TRUE(holder.Lock(held));
         EXPECT_EQ(other.Lock(wanted), together);
         EXPECT_EQ(other.IsLocked(wanted), together);
@@ -22,14 +23,13 @@ TEST(GLockFile, ReadersGoTogetherAndAWriterAlone) {
         holder.UnLock();
         EXPECT_EQ(other.Lock(wanted), !together) << "free again";
     }
-    EXPECT_EQ(folder.Take("lock"), "") << "it stays, empty";
+    EXPECT_EQ(mFolder.Take("lock"), "") << "it stays, empty";
 }
 
-TEST(GLockFile, AnObjectHoldsOneLockAndLetsGoOfItAtItsEnd) {
-    const TestFolder folder;
-    const GPathName path = folder.Portable("lock");
+TEST_F(GLockFileTest, AnObjectHoldsOneLockAndLetsGoOfItAtItsEnd) {
+    const GPathName path = mFolder.Portable("lock");
     GLockFile lock(path);
-    EXPECT_FALSE(folder.Has("lock") || lock.IsLocked(cRead));
+    EXPECT_FALSE(mFolder.Has("lock") || lock.IsLocked(cRead));
     EXPECT_TRUE(lock.Lock(cRead) && lock.IsLocked(cRead));
     EXPECT_FALSE(lock.Lock(cRead) || lock.Lock(cWrite) || lock.IsLocked(cWrite));
     lock.UnLock();
@@ -54,36 +54,33 @@ long ThrownBy(const auto& call) {
     return 0;
 }
 
-TEST(GLockFile, APathThatCannotBecomeALockIsAFailureAndNotBusy) {
-    const TestFolder folder;
-    folder.Put("file", "x");
-    GLockFile missing(folder.Portable("missing/lock")), inPlace(folder.Portable());
+TEST_F(GLockFileTest, APathThatCannotBecomeALockIsAFailureAndNotBusy) {
+    mFolder.Put("file", "x");
+    GLockFile missing(mFolder.Portable("missing/lock")), inPlace(mFolder.Portable());
     for (const LockType type : {cRead, cWrite}) {
         EXPECT_EQ(ThrownBy([&] { missing.Lock(type); }), -40092);
         EXPECT_EQ(ThrownBy([&] { inPlace.Lock(type); }), 40092);
-        EXPECT_EQ(ThrownBy([&] { GLockByFile(folder.Portable("missing/lock"), type, true); }), -40092);
+        EXPECT_EQ(ThrownBy([&] { GLockByFile(mFolder.Portable("missing/lock"), type, true); }), -40092);
         EXPECT_FALSE(inPlace.IsLocked(type));
     }
-    EXPECT_TRUE(GLockFile(folder.Portable("file")).Lock(cWrite));
-    EXPECT_EQ(folder.Take("file"), "x") << "what it holds is left alone";
+    EXPECT_TRUE(GLockFile(mFolder.Portable("file")).Lock(cWrite));
+    EXPECT_EQ(mFolder.Take("file"), "x") << "what it holds is left alone";
 }
 
-TEST(GLockFile, IsDeletedOnlyWhenThisObjectHoldsNoLock) {
-    const TestFolder folder;
-    GLockFile lock(folder.Portable("lock"));
+TEST_F(GLockFileTest, IsDeletedOnlyWhenThisObjectHoldsNoLock) {
+    GLockFile lock(mFolder.Portable("lock"));
     for (const LockType type : {cRead, cWrite}) {
         lock.DeleteFile();
-        EXPECT_FALSE(folder.Has("lock"));
+        EXPECT_FALSE(mFolder.Has("lock"));
         EXPECT_TRUE(lock.Lock(type));
         EXPECT_EQ(ThrownBy([&] { lock.DeleteFile(); }), -40093);
-        EXPECT_TRUE(folder.Has("lock"));
+        EXPECT_TRUE(mFolder.Has("lock"));
         lock.UnLock();
     }
 }
 
-TEST(GLockByFile, HoldsForItsScope) {
-    const TestFolder folder;
-    const GPathName path = folder.Portable("lock");
+TEST_F(GLockFileTest, AGuardHoldsItForItsScope) {
+    const GPathName path = mFolder.Portable("lock");
     GLockByFile reader(path, cRead, true);
     EXPECT_TRUE(reader.HasLock());
     EXPECT_TRUE(GLockByFile(path, cRead, true).HasLock());

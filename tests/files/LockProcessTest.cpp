@@ -8,8 +8,7 @@
 namespace {
 
 /// Another process that takes a lock; it makes a file of its name when it has it.
-class Holder {
-public:
+struct Holder {
     Holder(const TestFolder& folder, const std::string& kind, const std::string& name)
         : mMade(folder.Standard(name)),
           mProcess(StartPeer(kind + "-lock " + TextOf(folder.Portable("lock")) + " " +
@@ -18,13 +17,10 @@ public:
     bool Has() const { return std::filesystem::exists(mMade); }
     /// False when it ends without having got the lock.
     bool WaitUntilItHas() const {
-        while (!Has() && IsRunning()) PSystem::MilliSleep(1);
+        while (!Has() && mProcess->IsRunning()) PSystem::MilliSleep(1);
         return Has();
     }
-    bool IsRunning() const { return mProcess->IsRunning(); }
-    void Kill() const { mProcess->Kill(); }
 
-private:
     const std::filesystem::path mMade;
     const std::unique_ptr<ChildProcess> mProcess;
 };
@@ -38,13 +34,13 @@ TEST(LockProcess, ReadersShareAWriterWaitsAndTheDeadHoldNothing) {
     EXPECT_TRUE(GLockFile(path).Lock(GLockFile::cReadLock));
     EXPECT_FALSE(GLockFile(path).Lock(GLockFile::cWriteLock));
     const Holder writer(folder, "write", "writer");
-    first.Kill();
+    first.mProcess->Kill();
     EXPECT_FALSE(GLockFile(path).Lock(GLockFile::cWriteLock)) << "one reader is left";
     EXPECT_FALSE(writer.Has());
-    second.Kill();
+    second.mProcess->Kill();
     EXPECT_TRUE(writer.WaitUntilItHas());
     EXPECT_FALSE(GLockFile(path).Lock(GLockFile::cReadLock));
-    writer.Kill();
+    writer.mProcess->Kill();
     EXPECT_TRUE(GLockFile(path).Lock(GLockFile::cReadLock));
 }
 
@@ -64,11 +60,12 @@ TEST(LockProcess, HoldersKilledAtAnyMomentHoldNothing) {
         const auto has = [](const auto& holder) { return holder->Has(); };
         // Before, while or after they take the lock.
         if (random() % 4 != 0)
-            while (std::ranges::none_of(holders, has) && holders[0]->IsRunning()) PSystem::MilliSleep(1);
+            while (std::ranges::none_of(holders, has) && holders[0]->mProcess->IsRunning())
+                PSystem::MilliSleep(1);
         PSystem::MilliSleep(static_cast<long>(random() % 30));
         held += std::ranges::any_of(holders, has) ? 1 : 0;
         std::ranges::shuffle(holders, random);
-        for (const auto& holder : holders) holder->Kill();
+        for (const auto& holder : holders) holder->mProcess->Kill();
         ASSERT_TRUE(lock.Lock(GLockFile::cWriteLock)) << kills;
         lock.UnLock();
     }

@@ -60,6 +60,11 @@ private:
     std::filesystem::path mPath;
 };
 
+/// With a folder for each test.
+struct FolderTest : testing::Test {
+    const TestFolder mFolder;
+};
+
 /// A portable path or text as UTF-8.
 inline std::string TextOf(const GString& text) {
     return BytesOf(text.GetBuffer(GUTF8Encoding::GetInstance()));
