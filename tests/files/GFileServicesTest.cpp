@@ -182,11 +182,10 @@ TEST(GFileServices, AnIteratorGoesDownAndComesBack) {
     EXPECT_NE(FailureOf([&] { iterator.GetFirstObject(path, isFolder); }).find("missing"), std::string::npos);
 }
 
-struct FileServices : testing::Test {
+struct FileServices : FolderTest {
     FileServices() {
         for (const char* const file : {"f", "g"}) mFolder.Put(file, "x");
     }
-    const TestFolder mFolder;
     const GPathName mFile = mFolder.Portable("f"), mOther = mFolder.Portable("g");
     const GPathName mMissing = mFolder.Portable("missing");
 };

@@ -42,25 +42,20 @@ TEST_F(GLockFileTest, AnObjectHoldsOneLockAndLetsGoOfItAtItsEnd) {
     EXPECT_EQ(lock.GetLockFileSpec(), path);
 }
 
-// The number, negative when it comes without a text of its own; 0 when nothing was thrown.
-long ThrownBy(const auto& call) {
-    try {
-        call();
-    } catch (const GCustomException& failure) {
-        return failure.GetExceptionID();
-    } catch (const GSimpleException& failure) {
-        return -failure.GetExceptionID();
-    }
-    return 0;
+/// Throws that number; a GCustomException has a text of its own.
+template <class Exception>
+auto Fails(long id) {
+    return testing::Throws<Exception>(testing::Property(&Exception::GetExceptionID, id));
 }
 
 TEST_F(GLockFileTest, APathThatCannotBecomeALockIsAFailureAndNotBusy) {
     mFolder.Put("file", "x");
     GLockFile missing(mFolder.Portable("missing/lock")), inPlace(mFolder.Portable());
     for (const LockType type : {cRead, cWrite}) {
-        EXPECT_EQ(ThrownBy([&] { missing.Lock(type); }), -40092);
-        EXPECT_EQ(ThrownBy([&] { inPlace.Lock(type); }), 40092);
-        EXPECT_EQ(ThrownBy([&] { GLockByFile(mFolder.Portable("missing/lock"), type, true); }), -40092);
+        EXPECT_THAT([&] { missing.Lock(type); }, Fails<GSimpleException>(40092));
+        EXPECT_THAT([&] { inPlace.Lock(type); }, Fails<GCustomException>(40092));
+        EXPECT_THAT([&] { GLockByFile(mFolder.Portable("missing/lock"), type, true); },
+                    Fails<GSimpleException>(40092));
         EXPECT_FALSE(inPlace.IsLocked(type));
     }
     EXPECT_TRUE(GLockFile(mFolder.Portable("file")).Lock(cWrite));
@@ -73,7 +68,7 @@ TEST_F(GLockFileTest, IsDeletedOnlyWhenThisObjectHoldsNoLock) {
         lock.DeleteFile();
         EXPECT_FALSE(mFolder.Has("lock"));
         EXPECT_TRUE(lock.Lock(type));
-        EXPECT_EQ(ThrownBy([&] { lock.DeleteFile(); }), -40093);
+        EXPECT_THAT([&] { lock.DeleteFile(); }, Fails<GSimpleException>(40093));
         EXPECT_TRUE(mFolder.Has("lock"));
         lock.UnLock();
     }

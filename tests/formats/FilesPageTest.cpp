@@ -22,7 +22,7 @@ using Facts = FormatsPage::Facts;
 using Names = std::set<std::string>;
 
 /// A folder of its own in the place of the temporary folder and those of preferences.
-struct FilesPage : testing::Test {
+struct FilesPage : FolderTest {
     FilesPage() {
         for (const long place :
              {GSpecialPath::cGlobalTemp, GSpecialPath::cUserPreferences, GSpecialPath::cGlobalPreferences})
@@ -41,8 +41,6 @@ struct FilesPage : testing::Test {
             if (entry.is_regular_file()) names.insert(entry.path().filename().string());
         return names;
     }
-
-    const TestFolder mFolder;
 };
 
 TEST_F(FilesPage, DictionaryText) {

@@ -1,6 +1,5 @@
 #include "framework/services/GPreferences.h"
 
-#include "framework/core/encodings/GUnicodeEncoding.h"
 #include "framework/files/GFileSystem.h"
 #include "framework/files/GLockFile.h"
 #include "framework/services/GPrefFileModule.h"
@@ -14,7 +13,7 @@ constexpr long cUser = -3;
 constexpr long cSystem = -4;
 constexpr long cDefaults = -5;
 
-struct GPreferencesTest : testing::Test {
+struct GPreferencesTest : FolderTest {
     GPreferencesTest() {
         GFileSystem::AddSpecialPath(GSpecialPath::cUserPreferences, mFolder.Portable("user"));
         GFileSystem::AddSpecialPath(GSpecialPath::cGlobalPreferences, mFolder.Portable("global"));
@@ -34,8 +33,6 @@ struct GPreferencesTest : testing::Test {
     static std::string Get(long id, const GBuffer& group, const GBuffer& key) {
         return TextOf(GPreferences::Get(id, group, key));
     }
-
-    const TestFolder mFolder;
 };
 
 TEST_F(GPreferencesTest, TheHighestModuleThatHasTheKeyAnswers) {

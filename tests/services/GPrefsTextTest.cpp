@@ -1,6 +1,5 @@
 #include "framework/services/GPrefsText.h"
 
-#include "framework/core/encodings/GUnicodeEncoding.h"
 #include "framework/services/GPrefsFile.h"
 #include "framework/streams/GMemoryInStream.h"
 #include "framework/streams/text/GBin2TextStream.h"
@@ -23,7 +22,7 @@ std::string Read(const std::string& text) {
         result += group + std::string(":");
         for (const char* const key : {"k", "l"})
             if (const GString* const value = groups.Find(group)->Find(key))
-                result += key + ("=" + TextOf(*value)) + ";";
+                result.append(key).append("=").append(TextOf(*value)).append(";");
     }
     return result;
 }

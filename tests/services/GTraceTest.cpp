@@ -19,7 +19,7 @@ std::string Prefs(const std::string& groups) {
 }
 
 /// A temporary folder of its own, and what a test puts into QuillonDebug there.
-struct GTraceTest : testing::Test {
+struct GTraceTest : FolderTest {
     GTraceTest() {
         GFileSystem::AddSpecialPath(GSpecialPath::cGlobalTemp, mFolder.Portable());
         GFileSystem::AddSpecialPath(GSpecialPath::cLibrary, GPathName("X:/lib/Mod.v2.dll"));
@@ -41,7 +41,6 @@ struct GTraceTest : testing::Test {
         GTrace::SetInstance(new GTrace(std::make_unique<GMemoryOutStream>(mLog)));
     }
 
-    const TestFolder mFolder;
     GBuffer mLog;
 };
 

@@ -1,6 +1,5 @@
 // Preferences that several processes write, and that a process is killed over.
 
-#include "framework/core/encodings/GUnicodeEncoding.h"
 #include "framework/services/GPrefFileModule.h"
 #include "framework/system/PSystem.h"
 #include "tests/files/TestFolder.h"

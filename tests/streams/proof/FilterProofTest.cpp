@@ -55,7 +55,7 @@ void AddRows(long columns, long colours, long bits, std::vector<Sample>& samples
     }
 }
 
-struct FilterProof : testing::Test {
+struct FilterProof : FolderTest {
     FilterProof() {
         for (const long columns : {1L, 16L, 21L, 333L})
             for (const long colours : {1L, 2L, 3L, 4L, 5L, 9L})
@@ -67,7 +67,6 @@ struct FilterProof : testing::Test {
         return std::system(("cd " + folder + " && timeout 60 " + command + " >/dev/null 2>&1").c_str()) == 0;
     }
 
-    const TestFolder mFolder;
     std::vector<Sample> mSamples = MakeSamples();
 };
 

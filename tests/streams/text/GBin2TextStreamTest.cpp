@@ -2,7 +2,6 @@
 
 #include "framework/core/encodings/GASCIIEncoding.h"
 #include "framework/core/encodings/GLatinEncodings.h"
-#include "framework/core/encodings/GUnicodeEncoding.h"
 #include "framework/streams/GReadAheadStream.h"
 #include "framework/streams/text/GText2BinStream.h"
 #include "tests/streams/StreamTestSupport.h"
