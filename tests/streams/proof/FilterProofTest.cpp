@@ -1,11 +1,13 @@
+#include <png.h>
 #include <tiffio.h>
+#include <zlib.h>
 
 #include <sstream>
 
 #include "tests/streams/filters/FilterTestSupport.h"
 
-// What Ghostscript and libtiff write is read here, and what is written here is read by them and by qpdf,
-// byte for byte.
+// What Ghostscript, libtiff and libpng write is read here, and what is written here is read by them and by
+// qpdf, byte for byte.
 
 namespace {
 
@@ -170,6 +172,110 @@ TEST(ImageProof, LibTIFFAgreesBothWaysOnLZW) {
                           static_cast<tmsize_t>(ours.size()));
         ASSERT_EQ(TIFFReadEncodedStrip(Open(path).get(), 0, back.data(), length), length);
         ASSERT_EQ(back, input);
+    }
+}
+
+constexpr png_uint_32 cRows = 12;
+
+struct Image {
+    png_uint_32 columns;
+    int bits;
+    int kind;     // of colour, as in a file
+    int colours;  // samples of a pixel
+    std::string bytes;
+
+    std::size_t GetRowLength() const { return bytes.size() / cRows; }
+};
+
+Bytef* Raw(std::string& bytes) {
+    return reinterpret_cast<Bytef*>(bytes.data());
+}
+
+/// A file of that form, in which `write` puts what follows its header.
+std::string FileOf(const Image& image, const auto& write) {
+    std::string file;
+    const auto append = [](png_structp png, png_bytep bytes, png_size_t count) {
+        static_cast<std::string*>(png_get_io_ptr(png))->append(reinterpret_cast<char*>(bytes), count);
+    };
+    png_structp png = png_create_write_struct(PNG_LIBPNG_VER_STRING, nullptr, nullptr, nullptr);
+    png_infop info = png_create_info_struct(png);
+    png_set_write_fn(png, &file, append, nullptr);
+    png_set_IHDR(png, info, image.columns, cRows, image.bits, image.kind, 0, 0, 0);
+    png_write_info(png, info);
+    write(png);
+    png_destroy_write_struct(&png, &info);
+    return file;
+}
+
+/// The image's rows as libpng filters them.
+std::string FilteredRows(Image image, int filters) {
+    const std::string file = FileOf(image, [&](png_structp png) {
+        png_set_filter(png, 0, filters);
+        png_set_compression_buffer_size(png, 1 << 20);  // all rows in one piece
+        for (std::size_t i = 0; i < cRows; ++i)
+            png_write_row(png, Raw(image.bytes) + i * image.GetRowLength());
+        png_write_end(png, nullptr);
+    });
+    // In front stand the signature, the header, and the length and name of the piece; behind it, its check
+    // sum and the end.
+    constexpr std::size_t cFront = 8 + 25 + 8, cBehind = 4 + 12;
+    std::string packed = file.substr(cFront, file.size() - cFront - cBehind);
+    std::string rows(image.bytes.size() + cRows, '\0');
+    uLongf count = rows.size();
+    EXPECT_EQ(uncompress(Raw(rows), &count, Raw(packed), packed.size()), Z_OK);
+    return rows;
+}
+
+/// What libpng reads when these are the filtered rows.
+std::string PixelsOf(const Image& image, std::string rows) {
+    uLongf count = compressBound(rows.size());
+    std::string packed(count, '\0'), pixels(image.bytes.size(), '\0');
+    compress(Raw(packed), &count, Raw(rows), rows.size());
+    std::string file = FileOf(image, [&](png_structp png) {
+        png_write_chunk(png, reinterpret_cast<png_const_bytep>("IDAT"), Raw(packed), count);
+        png_write_chunk(png, reinterpret_cast<png_const_bytep>("IEND"), nullptr, 0);
+    });
+    const auto take = [](png_structp png, png_bytep bytes, png_size_t length) {
+        auto& rest = *static_cast<std::string*>(png_get_io_ptr(png));
+        rest.erase(0, rest.copy(reinterpret_cast<char*>(bytes), length));
+    };
+    png_structp png = png_create_read_struct(PNG_LIBPNG_VER_STRING, nullptr, nullptr, nullptr);
+    png_infop info = png_create_info_struct(png);
+    png_set_read_fn(png, &file, take);
+    png_read_info(png, info);
+    for (std::size_t i = 0; i < cRows; ++i)
+        png_read_row(png, Raw(pixels) + i * image.GetRowLength(), nullptr);
+    png_destroy_read_struct(&png, &info, nullptr);
+    return pixels;
+}
+
+TEST(ImageProof, LibPNGAgreesBothWays) {
+    const std::tuple<int, long, std::vector<int>> kinds[] = {{PNG_COLOR_TYPE_GRAY, 1, {1, 2, 4, 8, 16}},
+                                                             {PNG_COLOR_TYPE_GRAY_ALPHA, 2, {8, 16}},
+                                                             {PNG_COLOR_TYPE_RGB, 3, {8, 16}},
+                                                             {PNG_COLOR_TYPE_RGB_ALPHA, 4, {8, 16}}};
+    const int filters[] = {PNG_FILTER_NONE, PNG_FILTER_SUB, PNG_FILTER_UP, PNG_FILTER_AVG, PNG_FILTER_PAETH};
+    for (const auto& [kind, colours, depths] : kinds) {
+        for (const int bits : depths) {
+            for (const unsigned width : {1U, 3U, 8U, 16U, 17U, 40U, 100U, 333U, 1000U}) {
+                SCOPED_TRACE(testing::Message() << bits << " bits, " << colours << " colours, " << width);
+                // Libpng clears what fills the last byte of a row; here rows have no such bits.
+                const unsigned columns = bits < 8 ? width * 8 : width;
+                const std::size_t length = columns * static_cast<unsigned long>(colours * bits) / 8;
+                const Image image{columns, bits, kind, static_cast<int>(colours),
+                                  MixedBytes(length * cRows, width)};
+                const std::vector<FilterMaker> encoders = PNGEncoders(columns, colours, bits);
+                for (std::size_t i = 0; i < std::size(filters); ++i) {
+                    const std::string theirs = FilteredRows(image, filters[i]);
+                    EXPECT_EQ(OutcomeOf(Maker<GPNGUpDecode>(columns, colours, bits), theirs),
+                              (Outcome{image.bytes, 0}));
+                    EXPECT_EQ(PixelsOf(image, OutcomeOf(encoders[i], image.bytes).bytes), image.bytes);
+                }
+                EXPECT_EQ(OutcomeOf(Maker<GPNGOptiDecode>(columns, colours, bits),
+                                    FilteredRows(image, PNG_ALL_FILTERS)),
+                          (Outcome{image.bytes, 0}));
+            }
+        }
     }
 }
 
