@@ -74,7 +74,7 @@ std::array<View, Count> CellsOf(View row, std::type_identity_t<View> separator =
 template <std::size_t Count, class Row, class Check>
 void ForEachRow(std::initializer_list<Row> rows, const Check& check) {
     for (const std::basic_string_view row : rows) {
-        SCOPED_TRACE(testing::PrintToString(row));
+        SCOPED_TRACE(testing::PrintToString(std::basic_string(row)));
         std::apply(check, CellsOf<Count>(row));
     }
 }
