@@ -244,11 +244,7 @@ private:
 }  // namespace
 
 TEST(ContainerModel, ATableAndItsIteratorsBehaveAsAList) {
-    for (unsigned seed = 1; seed <= 10; ++seed) {
-        SCOPED_TRACE(testing::Message() << "seed " << seed);
-        TableModel(seed).Run(40000);
-        if (HasFatalFailure()) return;
-    }
+    TableModel(1).Run(400000);
 }
 
 TEST(ContainerModel, ADictionaryBehavesAsAMap) {

@@ -7,12 +7,6 @@
 /// its own, so that a sanitizer sees what is destroyed twice or not at all.
 class CountedValue {
 public:
-    /// Starts from zero, and leaves no failure behind.
-    struct Watch {
-        Watch() { sAlive = 0, sThrowAfterCopies = -1; }
-        ~Watch() { sThrowAfterCopies = -1; }
-    };
-
     explicit CountedValue(long number = 0) : mNumber(number), mBlock(new char) { ++sAlive; }
     CountedValue(const CountedValue& other) : mNumber(other.mNumber), mBlock(NewBlock()) { ++sAlive; }
     CountedValue& operator=(const CountedValue& other) {

@@ -167,7 +167,6 @@ TEST(GDict, ItsOwnKeysAndValuesMayBePassedIn) {
 }
 
 TEST(GDict, EachKeyAndValueIsDestroyedOnceAndACopyThatThrowsChangesNothing) {
-    CountedValue::Watch watch;
     using Dict = GDict<CountedValue, CountedValue>;
     {
         Dict dict;

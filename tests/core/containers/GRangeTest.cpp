@@ -5,11 +5,10 @@
 TEST(GRange, HoldsBothItsEndsAndCountsAll32Bits) {
     const std::tuple<long, long, long long> rows[] = {
         {3, 5, 3}, {5, 5, 1}, {-2147483647 - 1, 2147483647, 4294967296}, {5, 4, 0}, {0, -1, 0}};
-    for (const auto& [first, last, count] : rows) {
+    for (const auto& row : rows) {
+        const auto& [first, last, count] = row;
         const GRange range(first, last);
-        EXPECT_EQ(range.GetFirst(), first);
-        EXPECT_EQ(range.GetLast(), last);
-        EXPECT_EQ(range.GetCount(), count);
+        EXPECT_EQ(std::tuple(range.GetFirst(), range.GetLast(), range.GetCount()), row);
         EXPECT_EQ(range.IsEmpty(), count == 0);
         EXPECT_EQ(range.Contains(first), count != 0);
         EXPECT_EQ(range.Contains(last), count != 0);

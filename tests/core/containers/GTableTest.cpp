@@ -8,8 +8,7 @@ TEST(GTable, StartsWithoutAnArrayAndDoublesIt) {
     GTable<long> table;
     EXPECT_EQ(table.GetCapacity(), 0);
     EXPECT_TRUE(table.IsEmpty());
-    const long capacities[] = {2, 2, 4, 4, 8, 8, 8, 8, 16};
-    for (const long capacity : capacities) {
+    for (const long capacity : {2, 2, 4, 4, 8, 8, 8, 8, 16}) {
         table.Append(table.GetCount());
         EXPECT_EQ(table.GetCapacity(), capacity);
     }
@@ -47,7 +46,6 @@ TEST(GTable, AnElementMayBeInsertedIntoItsOwnTable) {
 }
 
 TEST(GTable, EachElementIsDestroyedOnceAndACopyThatThrowsChangesNothing) {
-    CountedValue::Watch watch;
     {
         GTable<CountedValue> table;
         for (int i = 0; i < 8; ++i) table.Insert(i / 2, CountedValue(i));
