@@ -10,7 +10,6 @@
 #include "tests/Testing.h"
 
 // An address sanitizer would otherwise end the program where the system just says no.
-extern "C" const char* __asan_default_options();
 extern "C" const char* __asan_default_options() {
     return "allocator_may_return_null=1";
 }
@@ -90,8 +89,8 @@ TEST(GAllocator, BlocksAreApartAlignedAndKeepTheirBytesWhateverTheirSize) {
         EXPECT_EQ(again, block) << "from the free list: " << size;
         allocator.Free(again, size);
     }
-    for (void* const block : NewBlocks(allocator, 1000, 100))
-        allocator.Free(block, 1000);  // not all are kept
+    // Not all are kept.
+    for (void* const block : NewBlocks(allocator, 1000, 100)) allocator.Free(block, 1000);
     allocator.Free(nullptr, 8);
 }
 
@@ -207,35 +206,33 @@ TEST(GAllocator, ThreadsAllocateAndFreeTheirOwnAndEachOthersBlocksWhileTheirCach
     GAllocator allocator;
     std::vector<std::thread> threads;
     std::vector<Block> handedOver[cThreads];
-    std::mutex mutexes[cThreads];
+    std::mutex mutex;
     std::atomic<unsigned> running{cThreads};
     for (unsigned i = 0; i < cThreads; ++i) {
         threads.emplace_back([&, i] {
             for (unsigned round = 0; round < 200; ++round) {
                 Churn(allocator, 1000 * i + round, 200, 100);
-                std::vector<Block> taken, made;
+                std::vector<Block> blocks;
                 for (unsigned size = 1; size <= 128; size += 3)
-                    made.push_back(NewBlock(allocator, size, static_cast<char>(round)));
+                    blocks.push_back(NewBlock(allocator, size, static_cast<char>(round)));
                 {
-                    const std::lock_guard lock(mutexes[i]);
-                    taken.swap(handedOver[i]);
+                    const std::lock_guard lock(mutex);
+                    std::vector<Block>& next = handedOver[(i + 1) % cThreads];
+                    next.insert(next.end(), blocks.begin(), blocks.end());
+                    blocks = std::exchange(handedOver[i], {});
                 }
-                for (const Block& block : taken) {
+                for (const Block& block : blocks) {
                     EXPECT_TRUE(IsIntact(block));
                     allocator.Free(block.memory, block.size);
                 }
-                const unsigned next = (i + 1) % cThreads;
-                const std::lock_guard lock(mutexes[next]);
-                handedOver[next].insert(handedOver[next].end(), made.begin(), made.end());
             }
             --running;
         });
     }
     while (running > 0) allocator.ReleaseFreeLists();
     for (std::thread& thread : threads) thread.join();
-    for (const std::vector<Block>& blocks : handedOver) {
+    for (const std::vector<Block>& blocks : handedOver)
         for (const Block& block : blocks) allocator.Free(block.memory, block.size);
-    }
     EXPECT_EQ(allocator.GetUsedBlockCount(), 0);
     allocator.ReleaseFreeLists();
     EXPECT_EQ(allocator.GetChunkCount(), 0);

@@ -8,16 +8,8 @@ namespace {
 
 template <class Counted>
 struct Object : Counted {
-    explicit Object(int& aliveCount) : alive(&aliveCount) { ++*alive; }
-    Object(const Object& other) : Counted(other), alive(other.alive) { ++*alive; }
-    Object& operator=(const Object&) = default;
-    ~Object() override { --*alive; }
-    int* alive;
-};
-
-template <class Counted>
-struct DerivedObject : Object<Counted> {
-    using Object<Counted>::Object;
+    explicit Object(std::shared_ptr<int> aToken) : token(std::move(aToken)) {}
+    std::shared_ptr<int> token;  // held by all that live, and by the test
 };
 
 // GSmartPtr is the same pointer's name where objects are counted on one thread.
@@ -31,32 +23,34 @@ TYPED_TEST_SUITE(CountedPointer, Kinds);
 TYPED_TEST(CountedPointer, IsAValueAndTheLastOneDeletes) {
     using Thing = Object<TypeParam>;
     using Pointer = GSharedObject<Thing>;
-    int alive = 0;
+    const auto token = std::make_shared<int>();
     {
-        Pointer first(new Thing(alive)), other(new Thing(alive));
+        Pointer first(new Thing(token)), other(new Thing(token));
         ExpectValue(first, other);
         EXPECT_EQ(first->GetRefCount(), 1);
         const Pointer second = first;
         first = first.Get();
         EXPECT_EQ((*second).GetRefCount(), 2);
         EXPECT_EQ(second.Get(), first.Get());
-        first = new Thing(alive);
+        first = new Thing(token);
         EXPECT_EQ(second->GetRefCount(), 1);
-        EXPECT_EQ(alive, 3);
+        EXPECT_EQ(token.use_count(), 1 + 3);
         first.Reset();
         other = nullptr;
         EXPECT_TRUE(first == nullptr && !other);
-        EXPECT_EQ(alive, 1);
+        EXPECT_EQ(token.use_count(), 1 + 1);
     }
-    EXPECT_EQ(alive, 0);
+    EXPECT_EQ(token.use_count(), 1);
 }
 
 TYPED_TEST(CountedPointer, TakesOverLetsGoAndConverts) {
     using Thing = Object<TypeParam>;
-    using Derived = DerivedObject<TypeParam>;
+    struct Derived : Thing {
+        using Thing::Thing;
+    };
     using Pointer = GSmartPtr<Derived>;
-    int alive = 0;
-    auto* const thing = new Derived(alive);
+    const auto token = std::make_shared<int>();
+    auto* const thing = new Derived(token);
     thing->AddRef();
     Pointer adopted = Pointer::Adopt(thing);
     EXPECT_EQ(thing->GetRefCount(), 1);
@@ -71,19 +65,19 @@ TYPED_TEST(CountedPointer, TakesOverLetsGoAndConverts) {
     *detached = copy;
     EXPECT_EQ(detached->GetRefCount(), 1);
     detached->Release();
-    EXPECT_EQ(alive, 1);
+    EXPECT_EQ(token.use_count(), 1 + 1);
 }
 
 TEST(GSharedObject, CountsOnManyThreads) {
     using Thing = Object<GThreadSafeRefCount>;
-    int alive = 0;
+    const auto token = std::make_shared<int>();
     {
-        const GSharedObject<Thing> shared(new Thing(alive));
+        const GSharedObject<Thing> shared(new Thing(token));
         const auto copyOften = [shared] {
             for (int i = 0; i < 20000; ++i) const GSharedObject<Thing> copy(shared);
         };
         { const std::jthread threads[] = {std::jthread(copyOften), std::jthread(copyOften)}; }
         EXPECT_EQ(shared->GetRefCount(), 2) << "its own, and the lambda's";
     }
-    EXPECT_EQ(alive, 0);
+    EXPECT_EQ(token.use_count(), 1);
 }
