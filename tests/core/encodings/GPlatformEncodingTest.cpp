@@ -44,8 +44,7 @@ TEST(GPlatformEncodingFactory, AReplacedFactoryMakesTheEncodings) {
     };
     GPlatformEncoding::SetInstance(nullptr);
     GPlatformEncodingFactory::SetInstance(new Factory);
-    GPlatformEncodingFactory::SetInstance(
-        GPlatformEncodingFactory::GetInstance());  // stays, and is not deleted
+    GPlatformEncodingFactory::SetInstance(GPlatformEncodingFactory::GetInstance());  // is not deleted
     EXPECT_EQ(GPlatformEncoding::GetInstance()->GetModifier(), 1251);
     GPlatformEncodingFactory::SetInstance(nullptr);
     EXPECT_EQ(GPlatformEncoding::GetInstance()->GetModifier(), 1251) << "made before";
