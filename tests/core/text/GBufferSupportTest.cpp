@@ -1,7 +1,5 @@
 #include "framework/core/text/GBufferSupport.h"
 
-#include <cctype>
-
 #include "framework/core/containers/GDictUtil.h"
 #include "framework/core/containers/GTable.h"
 #include "tests/core/encodings/EncodingForTests.h"
@@ -244,14 +242,12 @@ TEST(GBufferSupportNumbers, FormatsForReals) {
 }
 
 TEST(GBufferSupportNumbers, RomanNumerals) {
-    const std::pair<long, std::string> rows[] = {
-        {1, "i"},   {4, "iv"},   {9, "ix"},           {40, "xl"},
-        {90, "xc"}, {400, "cd"}, {1984, "mcmlxxxiv"}, {3999, "mmmcmxcix"},
-        {0, "0"},   {-5, "-5"},  {4000, "4000"}};
-    for (const auto& [value, text] : rows) {
-        std::string upper = text;
-        for (char& c : upper) c = static_cast<char>(std::toupper(c));
-        EXPECT_EQ(BytesOf(GBufferSupport::IntToRomanNumeralLower(value)), text);
-        EXPECT_EQ(BytesOf(GBufferSupport::IntToRomanNumeralUpper(value)), upper);
-    }
+    ForEachRow<3>({"1 -> i -> I", "4 -> iv -> IV", "9 -> ix -> IX", "40 -> xl -> XL", "90 -> xc -> XC",
+                   "400 -> cd -> CD", "1984 -> mcmlxxxiv -> MCMLXXXIV", "3999 -> mmmcmxcix -> MMMCMXCIX",
+                   "0 -> 0 -> 0", "-5 -> -5 -> -5", "4000 -> 4000 -> 4000"},
+                  [](auto digits, auto lower, auto upper) {
+                      const long value = std::atol(digits.data());
+                      EXPECT_EQ(BytesOf(GBufferSupport::IntToRomanNumeralLower(value)), lower);
+                      EXPECT_EQ(BytesOf(GBufferSupport::IntToRomanNumeralUpper(value)), upper);
+                  });
 }
