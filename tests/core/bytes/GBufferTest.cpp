@@ -25,7 +25,6 @@ TEST(GBufferGrowth, EachWayTakesABlockOfItsOwnSize) {
         {"append 1: at least eight", 0, [](GBuffer& b) { b.AppendByteArray(Bytes("x"), 1); }, 8},
         {"append 5: n = 7, 7 + 2", 0, [](GBuffer& b) { b += "xxxxx"; }, 9},
         {"append 100: n = 102, 102 + 34", 0, [](GBuffer& b) { b += hundred; }, 136},
-        {"behind 10: n = 112, 112 + 37", 10, [](GBuffer& b) { b += hundred; }, 149},
         {"a byte: 8 + 2", 0, [](GBuffer& b) { b += 'x'; }, 10},
         {"the block's last byte", 7, [](GBuffer& b) { b.Allocate(8), b += 'x'; }, 10},
         {"the ninth byte: n = 9, 9 + 3 + 2", 8, [](GBuffer& b) { b += 'x'; }, 14},
@@ -314,9 +313,7 @@ TEST(GBufferComparison, IsByBytesThenByLength) {
             EXPECT_EQ(std::tuple(left > right, left >= right), std::tuple(i > j, i >= j));
         }
     }
-    EXPECT_TRUE(GBuffer("abc") == "abc");
-    EXPECT_FALSE(GBuffer("abc") == "abcd");
-    EXPECT_TRUE(GBuffer("abc") != "ab");
+    EXPECT_TRUE(GBuffer("abc") == "abc" && GBuffer("abc") != "ab" && GBuffer("abc") != "abcd");
     EXPECT_TRUE(GBuffer() == static_cast<const char*>(nullptr));
 }
 
