@@ -78,14 +78,12 @@ TEST(StaticObjects, UseEncodingsAndFailuresInTheirConstructors) {
 
 // That the table is sorted and each number stands once in it is checked when it is compiled.
 TEST(GExceptionTest, HasTheMessagesOfAllPlatforms) {
-    ForEachRow<2>(
-        {"2450 -> General Exception", "2464 -> Could not write data to file", "40000 -> File directory full",
-         "40079 -> Opening %1 in the application %2", "40270 -> Random generator already initialised",
-         "2449 -> Message 2449", "40080 -> Message 40080", "40271 -> Message 40271", "-1 -> Message -1",
-         "0 -> Message 0", "2147483647 -> Message 2147483647"},
-        [&](auto id, auto text) {
-            EXPECT_EQ(Full(GSimpleException(std::atol(id.data()))), std::u16string(text.begin(), text.end()));
-        });
+    ForEachRow<2>({u"2450 -> General Exception", u"2464 -> Could not write data to file",
+                   u"40000 -> File directory full", u"40079 -> Opening %1 in the application %2",
+                   u"40270 -> Random generator already initialised", u"2449 -> Message 2449",
+                   u"40080 -> Message 40080", u"40271 -> Message 40271", u"-1 -> Message -1",
+                   u"0 -> Message 0", u"2147483647 -> Message 2147483647"},
+                  [](auto id, auto text) { EXPECT_EQ(Full(GSimpleException(Text(id).GetInt32())), text); });
 }
 
 TEST(GExceptionTest, EachClassHasItsNumberAndText) {

@@ -26,10 +26,9 @@ TEST(GPathName, TakesARootApart) {
         EXPECT_EQ(Plain(path.GetRootDirectory()), rootDirectory);
         EXPECT_EQ(path.HasRootDirectory(), !rootDirectory.empty());
         EXPECT_EQ(Plain(path.GetRelativePath()), relative);
-        EXPECT_EQ(GPathName::GetStartPositionRelativePath(path.GetPortablePath()),
-                  static_cast<long>(rootName.size() + rootDirectory.size()));
-        EXPECT_EQ(Plain(path.GetRootPath()),
-                  Without(u'|', row).substr(0, rootName.size() + rootDirectory.size()));
+        const std::size_t length = rootName.size() + rootDirectory.size();
+        EXPECT_EQ(GPathName::GetStartPositionRelativePath(path.GetPortablePath()), static_cast<long>(length));
+        EXPECT_EQ(Plain(path.GetRootPath()), Without(u'|', row).substr(0, length));
         // Two slashes promise the name of a host, even where it is missing.
         const bool hasRootName = !rootName.empty() || row == u"|/|/";
         EXPECT_EQ(path.HasRootName(), hasRootName);
