@@ -39,14 +39,14 @@ TEST(CopyStream, ReportsBytesOfATotalIfKnownAndIsCanceledByTheCentre) {
     FullStream target(1000000);
     GStreamSupport::CopyStream(source, target);
     EXPECT_EQ(notes, "0/102440 102400/102440 102440/102440 finished");
-    EXPECT_EQ(target.GetTaken(), BytesOf(data).substr(10));
+    EXPECT_EQ(target.mTaken, BytesOf(data).substr(10));
 
     notes.clear();
     PieceStream unknown("0123456789", 3);
     FullStream other(100);
     EXPECT_THROW(GStreamSupport::CopyStream(unknown, other), GAbortException);
     EXPECT_EQ(notes, "0/-1 3/-1 6/-1 finished");
-    EXPECT_EQ(other.GetTaken(), "012345");
+    EXPECT_EQ(other.mTaken, "012345");
     GProgressCentre::SetInstance(nullptr);
 }
 
@@ -54,7 +54,7 @@ TEST(CopyStream, ThrowsWhenTheTargetIsFull) {
     PieceStream source("0123456789", 4);
     FullStream target(6);
     EXPECT_EQ(ThrownBy([&] { GStreamSupport::CopyStream(source, target); }), 2464);
-    EXPECT_EQ(target.GetTaken(), "012345");
+    EXPECT_EQ(target.mTaken, "012345");
 }
 
 TEST(GProgress, TellsItsFraction) {

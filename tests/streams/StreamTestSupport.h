@@ -57,8 +57,7 @@ private:
 };
 
 /// A target that is full after `room` bytes.
-class FullStream : public GOutStream {
-public:
+struct FullStream : GOutStream {
     explicit FullStream(long room) : mRoom(room) {}
 
     long Write(const GBuffer& data) override {
@@ -68,9 +67,6 @@ public:
         return count;
     }
 
-    const std::string& GetTaken() const { return mTaken; }
-
-private:
     long mRoom;
     std::string mTaken;
 };
