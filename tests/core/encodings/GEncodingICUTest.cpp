@@ -17,12 +17,11 @@ class PeerConverter {
 public:
     explicit PeerConverter(const char* name) {
         UErrorCode status = U_ZERO_ERROR;
-        mConverter.adoptInstead(ucnv_open(name, &status));
-        ucnv_setFallback(mConverter.getAlias(), false);
-        ucnv_setFromUCallBack(mConverter.getAlias(), UCNV_FROM_U_CALLBACK_STOP, nullptr, nullptr, nullptr,
-                              &status);
-        ucnv_setToUCallBack(mConverter.getAlias(), UCNV_TO_U_CALLBACK_STOP, nullptr, nullptr, nullptr,
-                            &status);
+        UConverter* const opened = ucnv_open(name, &status);
+        mConverter.adoptInstead(opened);
+        ucnv_setFallback(opened, false);
+        ucnv_setFromUCallBack(opened, UCNV_FROM_U_CALLBACK_STOP, nullptr, nullptr, nullptr, &status);
+        ucnv_setToUCallBack(opened, UCNV_TO_U_CALLBACK_STOP, nullptr, nullptr, nullptr, &status);
         if (U_FAILURE(status)) throw std::runtime_error(name);
     }
 
@@ -104,8 +103,7 @@ TEST(GEncodingICU, ShiftJISIsReadAndWrittenAlike) {
             ASSERT_EQ(ReadOne(ShiftJIS(), both), peer.Read(both)) << lead << ", " << trail;
         }
     }
-    const std::u16string_view written =
-        u"\x1A\x1C\x7F\u00A2\u00A3\u00A5\u00AC\u2014\u2016\u203E\u2212\u301C\uF86F";
+    const auto written = u"\x1A\x1C\x7F\u00A2\u00A3\u00A5\u00AC\u2014\u2016\u203E\u2212\u301C\uF86F"sv;
     for (int unit = 0; unit < 0x10000; ++unit) {
         const auto character = static_cast<char16_t>(unit);
         const bool isAlike = WriteOne(ShiftJIS(), character) == peer.Write(character);
@@ -167,12 +165,9 @@ TEST(GEncodingICU, EveryUnitHasTheSameCaseAndClass) {
     for (UChar32 unit = 0; unit < 0x10000; ++unit) {
         if (!IsKnownHere(unit)) continue;
         const auto character = static_cast<unsigned short>(unit);
-        const UChar32 lower = u_tolower(unit);
-        const UChar32 upper = u_toupper(unit);
-        const bool lowerIsKnown = lower < 0x10000 && IsKnownHere(lower);
-        const bool upperIsKnown = upper < 0x10000 && IsKnownHere(upper);
-        ASSERT_EQ(GUnicodeCharacters::ToLower(character), lowerIsKnown ? lower : unit) << std::hex << unit;
-        ASSERT_EQ(GUnicodeCharacters::ToUpper(character), upperIsKnown ? upper : unit) << std::hex << unit;
+        const auto known = [&](UChar32 to) { return to < 0x10000 && IsKnownHere(to) ? to : unit; };
+        ASSERT_EQ(GUnicodeCharacters::ToLower(character), known(u_tolower(unit))) << std::hex << unit;
+        ASSERT_EQ(GUnicodeCharacters::ToUpper(character), known(u_toupper(unit))) << std::hex << unit;
         ASSERT_EQ(GUnicodeCharacters::IsLetter(character), u_isalpha(unit) != 0) << std::hex << unit;
         ASSERT_EQ(GUnicodeCharacters::IsDigit(character), u_isdigit(unit) != 0) << std::hex << unit;
     }
