@@ -136,10 +136,9 @@ TEST(GBufferNumbers, IntegersFromText) {
                   [&](auto text, auto all, auto limited) {
                       const long long expected = std::strtoll(all.data(), nullptr, 10);
                       const GBuffer buffer = BufferOf(text);
-                      EXPECT_EQ(buffer.GetInt64(), expected) << text;
-                      EXPECT_EQ(buffer.GetUInt32(), static_cast<unsigned long>(expected & 0xFFFFFFFF))
-                          << text;
-                      EXPECT_EQ(buffer.GetInt32(), std::strtol(limited.data(), nullptr, 10)) << text;
+                      EXPECT_EQ(buffer.GetInt64(), expected);
+                      EXPECT_EQ(buffer.GetUInt32(), static_cast<unsigned long>(expected & 0xFFFFFFFF));
+                      EXPECT_EQ(buffer.GetInt32(), std::strtol(limited.data(), nullptr, 10));
                   });
     for (const char* text : {"", "-", "--5", "+-5", "- 5", "abc", "0x10"}) {
         EXPECT_TRUE(GBuffer(text).GetInt64() == 0 && GBuffer(text).GetInt32() == 0) << text;
@@ -158,9 +157,8 @@ TEST(GBufferNumbers, RealsFromText) {
                    "0e99999999999999999999", "1e+99999999999999999999", "0.0000000001e320",
                    "0.0000000001e318", "1000000000e-330"},
                   [](auto text) {
-                      const double value = BufferOf(text).GetReal(),
-                                   expected = std::strtod(text.data(), nullptr);
-                      EXPECT_EQ(std::bit_cast<std::uint64_t>(value), std::bit_cast<std::uint64_t>(expected));
+                      const double value = BufferOf(text).GetReal(), peer = std::strtod(text.data(), nullptr);
+                      EXPECT_EQ(std::bit_cast<std::uint64_t>(value), std::bit_cast<std::uint64_t>(peer));
                   });
     // What the standard library takes for a number, and what it does not skip.
     for (const char* text : {"0x10", "inf", "nan"}) EXPECT_EQ(GBuffer(text).GetReal(), 0.0) << text;

@@ -86,20 +86,19 @@ TEST(GTable, ATableBeyondTheAddressSpaceIsRefused) {
 // How it walks is compared with a model.
 TEST(GTableIterator, OutlivesItsTable) {
     auto table = std::make_unique<GTable<long>>(GTable<long>{1, 2});
-    GTableIterator<long> iterator(*table);
+    GTableIterator<long> walker(*table);
     GConstTableIterator<long> constant(*table);
     EXPECT_EQ(*constant.SetPosition(1), 2);
-    EXPECT_EQ(constant.Previous(), iterator.Next());
-    EXPECT_EQ(constant.GetCurrent(), iterator.GetCurrent());
+    EXPECT_EQ(constant.Previous(), walker.Next());
+    EXPECT_EQ(constant.GetCurrent(), walker.GetCurrent());
     EXPECT_EQ(*constant.Next(), 2);
     table.reset();
     EXPECT_EQ(constant.GetCurrent(), nullptr);
     for (const bool isReset : {false, true}) {
-        if (isReset) iterator.Reset();
-        const GTableIterator<long> copy(iterator);
-        EXPECT_FALSE(iterator.IsValid() || copy.IsValid());
-        EXPECT_EQ(iterator.GetPosition(), -1);
-        EXPECT_FALSE(iterator.GetCurrent() || iterator.Next() || iterator.Previous() ||
-                     iterator.SetPosition(0));
+        if (isReset) walker.Reset();
+        const GTableIterator<long> copy(walker);
+        EXPECT_FALSE(walker.IsValid() || copy.IsValid());
+        EXPECT_EQ(walker.GetPosition(), -1);
+        EXPECT_FALSE(walker.GetCurrent() || walker.Next() || walker.Previous() || walker.SetPosition(0));
     }
 }

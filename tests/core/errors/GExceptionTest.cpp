@@ -211,8 +211,7 @@ TEST(GExceptionTest, IsBuiltWithoutALocationWhenMemoryRunsOutAndPutsTheNewHandle
         EXPECT_EQ(Full(GSimpleException(40068)), u"Invalid path");
         EXPECT_NE(HungryLocation::sHandlerThen, nullptr);
         EXPECT_NE(HungryLocation::sHandlerThen, &ProgramsOwnHandler);
-        EXPECT_THROW(HungryLocation::sHandlerThen(), std::bad_alloc)
-            << "what other threads would get meanwhile";
+        EXPECT_THROW(HungryLocation::sHandlerThen(), std::bad_alloc) << "what others would get meanwhile";
         EXPECT_EQ(std::get_new_handler(), &ProgramsOwnHandler);
     }
     const auto build = [] {

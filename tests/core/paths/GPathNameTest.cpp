@@ -245,7 +245,6 @@ TEST(GPathName, TakesTextOfAnyEncodingAndIsAValue) {
 TEST(GPathName, ChecksPortableText) {
     const std::pair<std::u16string_view, long> rows[] = {
         {u"", 0}, {u"C:/a", 0}, {u"a:b|c?", 0}, {u"a\\b", 40068}, {u"a\0b"sv, 40068}};
-    for (const auto& [text, thrown] : rows)
-        EXPECT_EQ(ThrownBy([&] { GPathName::CheckCrossPlatformString(Text(text)); }), thrown)
-            << Readable(text);
+    for (const auto& [text, id] : rows)
+        EXPECT_EQ(ThrownBy([&] { GPathName::CheckCrossPlatformString(Text(text)); }), id) << Readable(text);
 }

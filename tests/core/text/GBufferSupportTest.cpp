@@ -70,8 +70,7 @@ TEST(GBufferSupportText, LineEndsBecomeThePlatforms) {
     ExpectRewritten(narrow, wide,
                     {"a\rb\nc\r\nd -> a\r\nb\r\nc\r\nd", "\n\r -> \r\n\r\n", "\r\r\n\n -> \r\n\r\n\r\n",
                      "\r -> \r\n", "no line end -> no line end", "\0\n\0 -> \0\r\n\0"sv});
-    EXPECT_EQ(AfterUnits(wide, u"\x0D0A\x0A0D"), u"\x0D0A\x0A0D")
-        << "a line end's bytes within units are none";
+    EXPECT_EQ(AfterUnits(wide, u"\x0D0A\x0A0D"), u"\x0D0A\x0A0D") << "their bytes within units are none";
 }
 
 TEST(GBufferSupportText, IsEscapedAndBack) {
@@ -205,16 +204,15 @@ TEST(GBufferSupportBytes, BitBlocksAreCopiedBitForBitAlsoWhenTheyOverlap) {
         std::vector<unsigned char> bytes(8);
         for (unsigned char& byte : bytes) byte = static_cast<unsigned char>(random());
         const long count = random() % 50, from = random() % (64 - count), to = random() % (64 - count);
-        std::vector<unsigned char> expected = bytes;
+        std::vector<unsigned char> moved = bytes;
         for (long i = 0; i < count; ++i) {
             const auto source = static_cast<std::size_t>(from + i), target = static_cast<std::size_t>(to + i);
             const unsigned bit = bytes[source / 8] >> (7 - source % 8) & 1;
             const unsigned mask = 1U << (7 - target % 8);
-            expected[target / 8] =
-                static_cast<unsigned char>((expected[target / 8] & ~mask) | (bit ? mask : 0));
+            moved[target / 8] = static_cast<unsigned char>((moved[target / 8] & ~mask) | (bit ? mask : 0));
         }
         GBufferSupport::CopyBitBlock_LBE_LBE(bytes.data(), from, bytes.data(), to, count);
-        ASSERT_EQ(bytes, expected) << from << " -> " << to << ", " << count;
+        ASSERT_EQ(bytes, moved) << from << " -> " << to << ", " << count;
     }
 }
 

@@ -296,11 +296,10 @@ TEST(GString, NumbersAreReadFromText) {
         {u"\b12\u0661", 0, 12, 12, 12},
         {u"\f-12", -12, 0, 0, 0},
         {u"\uFF11", 0, 0, 0, 0}};
-    for (const auto& [units, int32, uint32, int64, real] : rows) {
-        const GString text = Text(units);
-        EXPECT_EQ(std::tuple(text.GetInt32(), text.GetUInt32()), std::tuple(int32, uint32))
-            << Readable(units);
-        EXPECT_EQ(std::tuple(text.GetInt64(), text.GetReal()), std::tuple(int64, real)) << Readable(units);
+    for (const auto& [raw, int32, uint32, int64, real] : rows) {
+        const GString text = Text(raw);
+        EXPECT_EQ(std::tuple(text.GetInt32(), text.GetUInt32()), std::tuple(int32, uint32)) << Readable(raw);
+        EXPECT_EQ(std::tuple(text.GetInt64(), text.GetReal()), std::tuple(int64, real)) << Readable(raw);
     }
 }
 

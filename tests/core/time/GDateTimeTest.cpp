@@ -6,7 +6,7 @@
 
 namespace {
 
-constexpr long cLeast = INT32_MIN;
+constexpr long cMin = INT32_MIN;
 
 /// "year-month-day hour:minute:second" of the stored fields.
 std::string When(const GDateTime& time) {
@@ -260,8 +260,7 @@ TEST(GDateTime, WritesPDFDates) {
         {At("-1-1-1"), "D:42949672950101000000Z"}};
     for (const auto& [time, text] : rows) EXPECT_EQ(PDF(time), text) << text;
     EXPECT_EQ(PDF(GDateTime(15, 3, 2014, 10, 30, 0, false)).substr(0, 16), "D:20140315103000");
-    EXPECT_EQ(PDF(GDateTime(1, 1, cLeast, cLeast, cLeast, cLeast, cLeast, cLeast, cLeast)).substr(0, 2),
-              "D:");
+    EXPECT_EQ(PDF(GDateTime(1, 1, cMin, cMin, cMin, cMin, cMin, cMin, cMin)).substr(0, 2), "D:");
 }
 
 TEST(GDateTime, WritesPictures) {
