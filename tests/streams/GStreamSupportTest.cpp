@@ -26,7 +26,7 @@ TEST(CopyStream, CopiesTheRestOfTheSource) {
         GMemoryOutStream target(copy);
         EXPECT_EQ(GStreamSupport::CopyStream(source, target), static_cast<long long>(length));
         EXPECT_EQ(BytesOf(copy), Pattern(length));
-        EXPECT_EQ(source.GetLargestRequest(), 102400);
+        EXPECT_EQ(source.mLargestRequest, 102400);
     }
 }
 
@@ -58,9 +58,8 @@ TEST(CopyStream, ThrowsWhenTheTargetIsFull) {
 }
 
 TEST(GProgress, TellsItsFraction) {
-    const std::tuple<long long, long long, double> rows[] = {{-1, 50, 0},     {0, 0, 0},     {200, 0, 0},
-                                                             {200, 50, 0.25}, {200, 200, 1}, {200, 250, 1}};
-    for (const auto& [total, done, fraction] : rows) {
+    for (const auto& [total, done, fraction] :
+         {std::tuple(-1, 50, 0.0), {0, 0, 0}, {200, 0, 0}, {200, 50, 0.25}, {200, 200, 1}, {200, 250, 1}}) {
         GProgress progress(total);
         progress.Advance(done);
         EXPECT_EQ(progress.GetFraction(), fraction) << done << " of " << total;
@@ -99,7 +98,7 @@ TEST(GetStreamLength, CountsAllDataAndMovesNothing) {
         pieces.Skip(1);
         EXPECT_EQ(GStreamSupport::GetStreamLength(memory), length);
         EXPECT_EQ(GStreamSupport::GetStreamLength(pieces), length);
-        EXPECT_EQ(pieces.GetPosition(), length < 1 ? 0 : 1);
+        EXPECT_EQ(pieces.mPosition, length < 1 ? 0 : 1);
     }
 }
 
@@ -141,9 +140,9 @@ TEST(GetStreamType, KnowsDataByItsFirstBytes) {
             SCOPED_TRACE(testing::PrintToString(data));
             PieceStream stream(data, 3);
             stream.Skip(2);
-            const long position = stream.GetPosition();
+            const long position = stream.mPosition;
             EXPECT_EQ(GStreamSupport::GetStreamType(stream), type);
-            EXPECT_EQ(stream.GetPosition(), position);
+            EXPECT_EQ(stream.mPosition, position);
             EXPECT_EQ(GStreamSupport::GetBufferType(BufferOf(data)), type);
         }
     }

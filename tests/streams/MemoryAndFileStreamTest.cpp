@@ -98,11 +98,11 @@ TEST(GInStream, SkipsByReading) {
     for (const auto& [count, moved] : {std::pair(5, 5), {10, 10}, {11, 10}, {0, 0}, {-5, 0}}) {
         PieceStream stream("0123456789", 3);
         EXPECT_EQ(stream.Skip(count), moved) << count;
-        EXPECT_EQ(stream.GetPosition(), moved) << count;
+        EXPECT_EQ(stream.mPosition, moved) << count;
     }
     PieceStream stream(Pattern(0x100000 + 10), 0x200000);
     EXPECT_EQ(stream.Skip(0x100000 + 5), 0x100000 + 5);
-    EXPECT_EQ(stream.GetLargestRequest(), 0x100000) << "a mebibyte at a time";
+    EXPECT_EQ(stream.mLargestRequest, 0x100000) << "a mebibyte at a time";
 }
 
 TEST(GMemoryOutStream, OnlyAppendsAndCountsWhatItWasGiven) {
@@ -117,22 +117,22 @@ TEST(GMemoryOutStream, OnlyAppendsAndCountsWhatItWasGiven) {
     EXPECT_EQ(BytesOf(target), "head:onehead:one");
 }
 
-TEST(GFileInStream, StreamsOverOneFileKeepTheirOwnPositions) {
-    const TestFolder folder;
-    EXPECT_THROW(GFileInStream(folder.Portable("f")), GException);
-    EXPECT_FALSE(folder.Has("f"));
-    folder.Put("f", "0123456789");
-    GFileInStream first(folder.Portable("f"));
+using GFileStreamTest = FolderTest;
+
+TEST_F(GFileStreamTest, StreamsOverOneFileKeepTheirOwnPositions) {
+    EXPECT_THROW(GFileInStream(mFolder.Portable("f")), GException);
+    EXPECT_FALSE(mFolder.Has("f"));
+    mFolder.Put("f", "0123456789");
+    GFileInStream first(mFolder.Portable("f"));
     GFileInStream second(first.GetFile());
     first.Skip(4);
     EXPECT_EQ(ReadAll(second, 3), "0123456789");
     EXPECT_EQ(ReadAll(first, 3), "456789");
 }
 
-TEST(GFileOutStream, HandsEveryBlockToTheSystemAtOnceWhereverItStands) {
-    const TestFolder folder;
-    GFileOutStream stream(folder.Portable("a/b/f"), true);
-    GFileInStream reader(folder.Portable("a/b/f"));
+TEST_F(GFileStreamTest, HandsEveryBlockToTheSystemAtOnceWhereverItStands) {
+    GFileOutStream stream(mFolder.Portable("a/b/f"), true);
+    GFileInStream reader(mFolder.Portable("a/b/f"));
     EXPECT_EQ(ReadAll(reader, 100), "");
     EXPECT_EQ(stream.Write(BufferOf("0123")), 4);
     EXPECT_EQ(ReadAll(reader, 100), "0123") << "a reader sees what was added";
@@ -141,31 +141,30 @@ TEST(GFileOutStream, HandsEveryBlockToTheSystemAtOnceWhereverItStands) {
     EXPECT_EQ(stream.Write(BufferOf("a")), 1);
     EXPECT_EQ(stream.Skip(2), 2);
     stream.Write(BufferOf("b"));
-    EXPECT_EQ(folder.Take("a/b/f"), "01a3\0b"s);
+    EXPECT_EQ(mFolder.Take("a/b/f"), "01a3\0b"s);
     EXPECT_EQ(stream.GetLength(), 6);
     EXPECT_EQ(stream.Skip(-100), -6);
     stream.Write(BufferOf("c"));
     stream.Reset();
     stream.Write(BufferOf("d"));
     stream.Flush();
-    EXPECT_EQ(folder.Take("a/b/f"), "d1a3\0b"s);
-    folder.Put("f", "abcd");
-    GFileOutStream(folder.Portable("f"), false).Write(BufferOf("xy"));
-    EXPECT_EQ(folder.Take("f"), "xycd") << "not to start empty";
+    EXPECT_EQ(mFolder.Take("a/b/f"), "d1a3\0b"s);
+    mFolder.Put("f", "abcd");
+    GFileOutStream(mFolder.Portable("f"), false).Write(BufferOf("xy"));
+    EXPECT_EQ(mFolder.Take("f"), "xycd") << "not to start empty";
 }
 
-TEST(GFileOutStream, TellsAFullDiskByItsCountAndThrowsForAnythingElse) {
+TEST_F(GFileStreamTest, TellsAFullDiskByItsCountAndThrowsForAnythingElse) {
     const bool isWindows = PSystem::GetPlatformCode() == PSystem::cPlatformWindows;
     GFileOutStream full(GPathName(isWindows ? "Z:/dev/full" : "/dev/full"), true);
     for (int i = 0; i < 2; ++i) EXPECT_EQ(full.Write(BufferOf("abc")), 0);
     EXPECT_EQ(full.GetPosition(), 0);
-    const TestFolder folder;
-    folder.Put("f", "abc");
-    const GSharedObject<GFile> readOnly(new GFile(folder.Portable("f"), GFileOpenMode::cRead));
+    mFolder.Put("f", "abc");
+    const GSharedObject<GFile> readOnly(new GFile(mFolder.Portable("f"), GFileOpenMode::cRead));
     GFileOutStream stream(readOnly);
     EXPECT_THROW(stream.Write(BufferOf("x")), GException);
     EXPECT_EQ(stream.GetPosition(), 0);
-    EXPECT_EQ(folder.Take("f"), "abc");
+    EXPECT_EQ(mFolder.Take("f"), "abc");
 }
 
 }  // namespace

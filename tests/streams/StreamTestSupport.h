@@ -24,8 +24,7 @@ inline std::string ReadAll(GInStream& stream, long size) {
 }
 
 /// A source that does no more than it must and delivers at most `piece` bytes at once.
-class PieceStream : public GInStream {
-public:
+struct PieceStream : GInStream {
     PieceStream(std::string data, long piece) : mData(std::move(data)), mPiece(piece) {}
 
     GInStream* CreateClone() const override { return new PieceStream(*this); }
@@ -44,12 +43,7 @@ public:
 
     void Reset() override { mPosition = 0; }
 
-    long GetPosition() const { return mPosition; }
-    long GetLargestRequest() const { return mLargestRequest; }
-
     std::function<void()> mBeforeRead;
-
-private:
     std::string mData;
     long mPiece;
     long mPosition = 0;

@@ -70,7 +70,7 @@ TEST(GPostScriptComments, TellsWhatTheDocumentSays) {
         PieceStream pieces(bytes, 1000);
         pieces.Skip(3);
         EXPECT_EQ(Told(GPostScriptComments::Read(pieces)), expected);
-        EXPECT_EQ(pieces.GetPosition(), std::min<long>(3, data.GetLength()));
+        EXPECT_EQ(pieces.mPosition, std::min<long>(3, data.GetLength()));
     }
 }
 

@@ -114,14 +114,13 @@ TEST(Filter, GivesTheSameInEverySizeAndFromAClone) {
     }
 }
 
-const std::pair<const char*, const char*> cPairs[] = {
-    {"hex", "unhex"}, {"hex lines", "unhex"},    {"85", "un85"}, {"85 lines", "un85"}, {"runs", "unruns"},
-    {"lzw", "unlzw"}, {"lzw late", "unlzw late"}};
-
 // Whatever is cut off, what comes out is what came in, as far as it goes, and then the end or its lack.
 TEST(Filter, DeliversWhatIsWholeOfCutData) {
     const std::string input = "abc" + std::string(9, '\0') + "defghijjjjj" + Pattern(5);
-    for (const auto& [encoder, decoder] : cPairs) {
+    const std::pair<const char*, const char*> pairs[] = {
+        {"hex", "unhex"}, {"hex lines", "unhex"},    {"85", "un85"}, {"85 lines", "un85"}, {"runs", "unruns"},
+        {"lzw", "unlzw"}, {"lzw late", "unlzw late"}};
+    for (const auto& [encoder, decoder] : pairs) {
         SCOPED_TRACE(encoder);
         const std::string encoded = OutcomeOf(cFilters.at(encoder), input).bytes;
         for (std::size_t length = 0; length < encoded.size(); ++length) {
@@ -191,7 +190,7 @@ TEST(Filter, PassesOnWhatItsSourceThrowsBehindWhatCameBefore) {
     auto* const source = new PieceStream("3031323334353637", 2);
     GHexDecode filter(source);
     source->mBeforeRead = [source, failed = false]() mutable {
-        if (source->GetPosition() == 4 && !std::exchange(failed, true)) throw GAbortException();
+        if (source->mPosition == 4 && !std::exchange(failed, true)) throw GAbortException();
     };
     GBuffer out;
     EXPECT_EQ(filter.Read(out, 100), 2);

@@ -13,8 +13,7 @@ std::string UTF16Of(const std::u16string& text) {
 }
 
 // A text with the stream that reads it, from a source that drips.
-class Text {
-public:
+struct Text {
     explicit Text(const std::string& bytes, const GEncoding* encoding = GUTF8Encoding::GetInstance(),
                   long piece = 1)
         : Text(new GBin2TextStream(new GReadAheadStream(new PieceStream(bytes, piece)), encoding)) {}
@@ -32,7 +31,6 @@ public:
         return lines;
     }
 
-private:
     std::string Give(bool found) {
         if (!found) return mString.IsEmpty() ? "none" : "none, but a text was left";
         return std::string("<").append(TextOf(mString)).append(">");
