@@ -155,11 +155,9 @@ TEST_F(GIPCManagerTest, KeepsWhatDoesNotFitAndDeliversItInOrderAsFarAsThereIsRoo
 }
 
 TEST_F(GIPCManagerTest, TakesATargetWithABrokenQueueOutOfTheRegistry) {
-    const std::tuple<const char*, long, std::uint32_t, long> rows[] = {
-        {"another version", 4, 2, 40154},
-        {"an impossible end offset", 8, 0xFFFFFFFF, 40161},
-        {"an impossible size", 0, 0, 40163}};
-    for (const auto& [what, offset, value, thrown] : rows) {
+    for (const auto& [what, offset, value, thrown] : {std::tuple("another version", 4L, 2U, 40154L),
+                                                      {"an impossible end offset", 8, 0xFFFFFFFF, 40161},
+                                                      {"an impossible size", 0, 0, 40163}}) {
         SCOPED_TRACE(what);
         ListeningProcess target(mWorld, cOther, 1);
         for (const long each : {cOther, cListener})
@@ -205,10 +203,12 @@ TEST_F(GIPCManagerTest, BroadcastsToAllWhomeverItCannotReach) {
 TEST_F(GIPCManagerTest, TellsWhoListens) {
     EXPECT_EQ(mSender.GetListeningState(cOther), GIPCManager::cNotListening);
     EXPECT_EQ(mSender.GetListeningState(cListener), GIPCManager::cListening);
-    mRegistry.Register(cListener);  // a second registration, without a queue
-    EXPECT_EQ(mSender.GetListeningState(cListener), GIPCManager::cNotUsable);
-    mRegistry.UnregisterOwn();
-    EXPECT_EQ(mSender.GetListeningState(cListener), GIPCManager::cListening);
+    {
+        GIPCMessageQueueMgr another;
+        another.Register(cListener);  // a second registration, without a queue
+        EXPECT_EQ(mSender.GetListeningState(cListener), GIPCManager::cNotUsable);
+    }
+    EXPECT_EQ(mSender.GetListeningState(cListener), GIPCManager::cListening) << "it took back its own alone";
     mWorld.Kill(cListener);
     EXPECT_EQ(mSender.GetListeningState(cListener), GIPCManager::cNotUsable);
 }

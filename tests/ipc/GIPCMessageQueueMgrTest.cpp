@@ -118,21 +118,6 @@ TEST_F(GIPCMessageQueueMgrTest, UnregistersOneByPuttingTheLastInItsPlaceAndAProc
     }
 }
 
-TEST_F(GIPCMessageQueueMgrTest, TakesBackItsOwnRegistrationsAndNoOthers) {
-    {
-        Manager other(Manager::cTest);
-        other.Register(1);
-        const long id = other.Register(1);
-        other.Register(2);
-        mManager.Register(1);
-        other.Unregister(1, id);
-        EXPECT_EQ(mRaw->GetWord(12), 36u);
-    }
-    EXPECT_EQ(mRaw->GetWord(12), 20u);
-    mManager.UnregisterOwn();
-    EXPECT_EQ(mRaw->GetWord(12), 12u);
-}
-
 TEST_F(GIPCMessageQueueMgrTest, WhatIsOutsideTheNumbersOrRepeatedIsNoEntry) {
     SetEntries({{-5, 7}, {0, 7}, {9, 0}, {9, -1}, {9, 32768}, {9, 32767}, {9, 1}, {8, 1}, {9, 1}, {9, 1}});
     EXPECT_EQ(GetAll(mManager), (Addresses{{1, 9, 32767}, {1, 9, 1}, {1, 8, 1}}));

@@ -4,12 +4,7 @@
 
 namespace {
 
-struct GShMemIDTest : testing::Test {
-    GShMemIDTest() { GShMemID::Initialize(); }
-    ~GShMemIDTest() override { GShMemID::Finalize(); }
-};
-
-TEST_F(GShMemIDTest, TakesLettersDigitsAndUnderscoresOnly) {
+TEST(GShMemID, TakesLettersDigitsAndUnderscoresOnly) {
     const std::string allowed = "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789_";
     for (int byte = 0; byte < 256; ++byte) {
         const std::string text = {'a', static_cast<char>(byte), 'z'};
@@ -22,7 +17,7 @@ TEST_F(GShMemIDTest, TakesLettersDigitsAndUnderscoresOnly) {
     EXPECT_TRUE(GShMemID(GBuffer()).IsEmpty());
 }
 
-TEST_F(GShMemIDTest, TakesAndJoinsStringsOfAnyEncodingAsFarAsTheyAreASCII) {
+TEST(GShMemID, TakesAndJoinsStringsOfAnyEncodingAsFarAsTheyAreASCII) {
     const unsigned short plain[] = {'A', 'b', '_'};
     const unsigned short accented[] = {'A', 0xE9};
     const unsigned short substitute[] = {'A', 0xE9, '@'};
@@ -37,10 +32,11 @@ TEST_F(GShMemIDTest, TakesAndJoinsStringsOfAnyEncodingAsFarAsTheyAreASCII) {
     EXPECT_TRUE(GShMemID(static_cast<const char*>(nullptr)).IsEmpty());
 }
 
-TEST_F(GShMemIDTest, KnowsSevenSpecialIDs) {
+TEST(GShMemID, KnowsSevenSpecialIDs) {
     const std::tuple<long, const char*> rows[] = {{0, ""},       {1, "P"},          {2, "G"},    {3, "M"},
                                                   {4, ""},       {-1, ""},          {101, "MQ"}, {102, "PS"},
                                                   {201, "GIPC"}, {202, "GIPCTest"}, {203, ""}};
+    GShMemID::Initialize();
     for (const auto& [number, text] : rows)
         EXPECT_EQ(BytesOf(GShMemID::GetSpecialID(number).GetBuffer()), text) << number;
     GShMemID::Finalize();
@@ -152,11 +148,8 @@ TEST_F(GSharedMemoryTest, WritesABufferWithItsLengthOrNothingAndReadsNoneWhoseLe
 
 TEST_F(GSharedMemoryTest, LocksOnceHoweverDeep) {
     {
-        GSharedMemoryLocker outer(mSegment);
-        {
-            GSharedMemoryLocker inner(mSegment);
-            mSegment.GetLength();
-        }
+        const GSharedMemoryLocker outer(mSegment);
+        { const GSharedMemoryLocker inner(mSegment); }
         EXPECT_TRUE(mSegment.IsLocked());
     }
     EXPECT_FALSE(mSegment.IsLocked());

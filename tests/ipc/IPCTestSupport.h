@@ -118,8 +118,7 @@ struct MutexHog {
 
 /// Replaces the time by which messaging waits for its own lifetime: no time passes but in the sleeps, which
 /// are noted, and in which a test's reaction is called with the number of sleeps so far.
-class SleepLog {
-public:
+struct SleepLog {
     SleepLog() {
         sCurrent = this;
         GIPCClock::Replace([] { return sCurrent->mNow; },
@@ -134,8 +133,6 @@ public:
 
     std::vector<long> mSleeps;
     std::function<void(std::size_t)> mReaction;
-
-private:
     static inline SleepLog* sCurrent = nullptr;
     unsigned long long mNow = 0;
 };
