@@ -19,8 +19,7 @@ struct Facts {
 };
 
 /// Two folders with files of few names, and a model of them.
-class Tree {
-public:
+struct Tree {
     Tree() {
         GException::Initialize();  // the words of the locations
         for (const char* const folder : {"x", "y"}) GFileSystem::CreateFolder(mFolder.Portable(folder));
@@ -92,7 +91,6 @@ public:
         EXPECT_TRUE(found == mModel);
     }
 
-private:
     const TestFolder mFolder;
     std::map<std::string, Facts> mModel;
 };

@@ -7,12 +7,7 @@
 
 namespace {
 
-constexpr long cRead = GFileOpenMode::cRead;
-constexpr long cWrite = GFileOpenMode::cWrite;
-constexpr long cCreate = GFileOpenMode::cCreate;
-constexpr long cStartEmpty = GFileOpenMode::cStartEmpty;
-
-using GFileTest = FolderTest;
+struct GFileTest : FolderTest, GFileOpenMode {};
 
 TEST_F(GFileTest, ModesDecideWhatBecomesOfAFile) {
     const std::tuple<const char*, long, bool, const char*> rows[] = {

@@ -5,8 +5,7 @@
 namespace {
 
 using LockType = GLockFile::LockType;
-constexpr LockType cRead = GLockFile::cReadLock;
-constexpr LockType cWrite = GLockFile::cWriteLock;
+constexpr LockType cRead = GLockFile::cReadLock, cWrite = GLockFile::cWriteLock;
 
 using GLockFileTest = FolderTest;
 

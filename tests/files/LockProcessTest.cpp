@@ -25,15 +25,16 @@ struct Holder {
     const std::unique_ptr<ChildProcess> mProcess;
 };
 
-TEST(LockProcess, ReadersShareAWriterWaitsAndTheDeadHoldNothing) {
-    const TestFolder folder;
-    const GPathName path = folder.Portable("lock");
-    const Holder first(folder, "read", "first"), second(folder, "read", "second");
+using LockProcessTest = FolderTest;
+
+TEST_F(LockProcessTest, ReadersShareAWriterWaitsAndTheDeadHoldNothing) {
+    const GPathName path = mFolder.Portable("lock");
+    const Holder first(mFolder, "read", "first"), second(mFolder, "read", "second");
     EXPECT_TRUE(first.WaitUntilItHas());
     EXPECT_TRUE(second.WaitUntilItHas());
     EXPECT_TRUE(GLockFile(path).Lock(GLockFile::cReadLock));
     EXPECT_FALSE(GLockFile(path).Lock(GLockFile::cWriteLock));
-    const Holder writer(folder, "write", "writer");
+    const Holder writer(mFolder, "write", "writer");
     first.mProcess->Kill();
     EXPECT_FALSE(GLockFile(path).Lock(GLockFile::cWriteLock)) << "one reader is left";
     EXPECT_FALSE(writer.Has());
@@ -44,9 +45,8 @@ TEST(LockProcess, ReadersShareAWriterWaitsAndTheDeadHoldNothing) {
     EXPECT_TRUE(GLockFile(path).Lock(GLockFile::cReadLock));
 }
 
-TEST(LockProcess, HoldersKilledAtAnyMomentHoldNothing) {
-    const TestFolder folder;
-    GLockFile lock(folder.Portable("lock"));
+TEST_F(LockProcessTest, HoldersKilledAtAnyMomentHoldNothing) {
+    GLockFile lock(mFolder.Portable("lock"));
     std::mt19937 random(5);
     int held = 0;
     for (int kills = 0; kills < QUILLON_TEST_KILLS;) {
@@ -55,7 +55,7 @@ TEST(LockProcess, HoldersKilledAtAnyMomentHoldNothing) {
         const unsigned readers = 1 + random() % 3;
         const unsigned count = readers + random() % 2;
         for (unsigned i = 0; i < count; ++i, ++kills)
-            holders.push_back(std::make_unique<Holder>(folder, i < readers ? "read" : "write",
+            holders.push_back(std::make_unique<Holder>(mFolder, i < readers ? "read" : "write",
                                                        "holder" + std::to_string(kills)));
         const auto has = [](const auto& holder) { return holder->Has(); };
         // Before, while or after they take the lock.

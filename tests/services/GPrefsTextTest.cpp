@@ -48,9 +48,10 @@ TEST(GPrefsText, ReadsWhatIsWholeAndWhatStandsBeforeADamage) {
     for (const auto& [what, text, expected] : rows) EXPECT_EQ(Read(text), expected) << what;
 }
 
-TEST(GPrefsFile, AWrittenFileTakesThePlaceOfTheOldOne) {
-    const TestFolder folder;
-    const GPathName path = folder.Portable("new/p.uprefs");
+using GPrefsFileTest = FolderTest;
+
+TEST_F(GPrefsFileTest, AWrittenFileTakesThePlaceOfTheOldOne) {
+    const GPathName path = mFolder.Portable("new/p.uprefs");
     Groups groups;
     groups.GetOrInsert("a").Set("k", GString::FromUTF8("\xE4\xB8\x80\r\n\"\\\t"));
     const GEncoding* const encodings[] = {GUTF8Encoding::GetInstance(), GUnicodeEncoding::GetInstance()};
@@ -60,21 +61,20 @@ TEST(GPrefsFile, AWrittenFileTakesThePlaceOfTheOldOne) {
         EXPECT_TRUE(GPrefsFile::Read(path, GUTF8Encoding::GetInstance(), read)) << "whichever of the two";
         EXPECT_TRUE(read == groups);
     }
-    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder.Standard("new")), {}), 1);
-    EXPECT_EQ(folder.Take("new/p.uprefs").substr(0, 4), std::string("\xFF\xFE#\0", 4));
-    std::filesystem::create_directories(folder.Standard("in the way"));
-    EXPECT_THROW(GPrefsFile::Write(folder.Portable("in the way"), encodings[0], groups), GException);
-    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder.Standard("")), {}), 2)
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(mFolder.Standard("new")), {}), 1);
+    EXPECT_EQ(mFolder.Take("new/p.uprefs").substr(0, 4), std::string("\xFF\xFE#\0", 4));
+    std::filesystem::create_directories(mFolder.Standard("in the way"));
+    EXPECT_THROW(GPrefsFile::Write(mFolder.Portable("in the way"), encodings[0], groups), GException);
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(mFolder.Standard("")), {}), 2)
         << "nothing is left";
 }
 
-TEST(GPrefsFile, ADamagedOneIsSetAsideUnderAFreeName) {
-    const TestFolder folder;
+TEST_F(GPrefsFileTest, ADamagedOneIsSetAsideUnderAFreeName) {
     for (const char* const aside : {"p (damaged).uprefs", "p (damaged 2).uprefs", "p (damaged 3).uprefs"}) {
-        folder.Put("p.uprefs", aside);
-        EXPECT_EQ(TextOf(GPrefsFile::SetAside(folder.Portable("p.uprefs")).GetLeaf()), aside);
-        EXPECT_FALSE(folder.Has("p.uprefs"));
-        EXPECT_EQ(folder.Take(aside), aside);
+        mFolder.Put("p.uprefs", aside);
+        EXPECT_EQ(TextOf(GPrefsFile::SetAside(mFolder.Portable("p.uprefs")).GetLeaf()), aside);
+        EXPECT_FALSE(mFolder.Has("p.uprefs"));
+        EXPECT_EQ(mFolder.Take(aside), aside);
     }
     const GBuffer large("#BEGINPREFS\n#ENDPREFS\n");
     GMemoryInStream stream(large);

@@ -18,6 +18,9 @@ std::string Prefs(const std::string& groups) {
     return "#BEGINPREFS\n" + groups + "#ENDPREFS\n";
 }
 
+/// All categories on, without place and time.
+const std::string cOn = "\"Log\" \"1\"\n\"LogLocation\" \"0\"\n\"LogTime\" \"0\"\n";
+
 /// A temporary folder of its own, and what a test puts into QuillonDebug there.
 struct GTraceTest : FolderTest {
     GTraceTest() {
@@ -150,15 +153,14 @@ TEST_F(GTraceTest, StreamDataFollowsAnEntryThatWasWritten) {
 }
 
 TEST_F(GTraceTest, AStaleLogIsOverwrittenAndANewOneNumberedOnRequest) {
-    const std::string on = "\"Log\" \"1\"\n\"LogLocation\" \"0\"\n\"LogTime\" \"0\"\n";
-    Configure(Prefs(Group("Defaults", on)));
+    Configure(Prefs(Group("Defaults", cOn)));
     mFolder.Put("QuillonDebug/Mod.v2.tra", "stale, and longer than what comes");
     GTrace::SetInstance(new GTrace);
     GTraceLog::Trace("A", "1");
     GTraceLog::Trace("A", "2");
     EXPECT_EQ(Log(), "\n *** A 1\n *** A 2");
     GTrace::SetInstance(nullptr);
-    Configure(Prefs(Group("Defaults", on + "\"AlwaysUseNewFile\" \"1\"\n")));
+    Configure(Prefs(Group("Defaults", cOn + "\"AlwaysUseNewFile\" \"1\"\n")));
     GTrace::SetInstance(new GTrace);
     GTraceLog::Trace("A", "3");
     EXPECT_EQ(Log(), "\n *** A 1\n *** A 2");
@@ -221,11 +223,10 @@ TEST_F(GTraceTest, WhatCannotBeWrittenReachesTheCallerUnlessHeIsQuiet) {
 }
 
 TEST_F(GTraceTest, WhatIsLinkedElsewhereIsNeitherReadNorWritten) {
-    const std::string on = "\"Log\" \"1\"\n\"LogLocation\" \"0\"\n\"LogTime\" \"0\"\n";
     const auto link = [&](const char* from, const char* to) {
         std::filesystem::create_hard_link(mFolder.Standard(from), mFolder.Standard(to));
     };
-    Configure(Prefs(Group("Defaults", on)));
+    Configure(Prefs(Group("Defaults", cOn)));
     mFolder.Put("other", "of somebody else");
     link("other", "QuillonDebug/Mod.v2.tra");
     link("other", "QuillonDebug/Mod.v2 (0).tra");

@@ -15,10 +15,6 @@ GString Native(std::string text, unsigned short separator = PSystem::GetPathSepa
     return GString::FromUTF8(text.c_str());
 }
 
-GString WithBackslashes(const std::string& text) {
-    return Native(text, '\\');
-}
-
 struct Manager : GVariableMgr {
     explicit Manager(bool fileNameFriendly = false, VariableCategories categories = cAll)
         : GVariableMgr(fileNameFriendly, categories) {}
@@ -129,10 +125,10 @@ TEST(GVariableSubstitution, PutsVariablesForFoldersAndBack) {
          "7 -> T:/temp/a -> %SystemGlobalTemp%/a", "3 -> T:/temp/a -> T:/temp/a", "4096 ->  -> "},
         [](auto flags, auto path, auto stored) {
             const Imp substitution(static_cast<Imp::PathNameTypes>(std::atoi(flags.data())));
-            const GString whole = WithBackslashes(std::string(path));
+            const GString whole = Native(std::string(path), '\\');
             GString text(whole);
             substitution.ToVariables(text);
-            EXPECT_EQ(TextOf(text), TextOf(WithBackslashes(std::string(stored))));
+            EXPECT_EQ(TextOf(text), TextOf(Native(std::string(stored), '\\')));
             substitution.FromVariables(text);
             EXPECT_TRUE(GStringSupport::IsEqualIgnoreCase(text, whole));
         });

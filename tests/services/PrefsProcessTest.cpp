@@ -21,34 +21,34 @@ long NumberOf(const TestFolder& folder, const char* group) {
     return first == expected && module.Get(group, "second") == first ? first.GetInt32() : -1;
 }
 
-TEST(PrefsProcess, WritersLoseNothingOfEachOther) {
+using PrefsProcessTest = FolderTest;
+
+TEST_F(PrefsProcessTest, WritersLoseNothingOfEachOther) {
     constexpr long cCount = QUILLON_TEST_WRITES;
-    const TestFolder folder;
-    const auto one = StartWriter(folder, "a", cCount), other = StartWriter(folder, "b", cCount);
+    const auto one = StartWriter(mFolder, "a", cCount), other = StartWriter(mFolder, "b", cCount);
     while (one->IsRunning() || other->IsRunning()) {
-        EXPECT_GE(NumberOf(folder, "a"), 0);
-        EXPECT_GE(NumberOf(folder, "b"), 0);
+        EXPECT_GE(NumberOf(mFolder, "a"), 0);
+        EXPECT_GE(NumberOf(mFolder, "b"), 0);
         PSystem::MilliSleep(20);  // a reader that never rests would keep the writers out
     }
     EXPECT_EQ(one->WaitForExitCode(), 0);
     EXPECT_EQ(other->WaitForExitCode(), 0);
-    EXPECT_EQ(NumberOf(folder, "a"), cCount);
-    EXPECT_EQ(NumberOf(folder, "b"), cCount);
+    EXPECT_EQ(NumberOf(mFolder, "a"), cCount);
+    EXPECT_EQ(NumberOf(mFolder, "b"), cCount);
 }
 
-TEST(PrefsProcess, AWriterKilledAtAnyMomentLeavesAWholeFileAndNoLock) {
-    const TestFolder folder;
+TEST_F(PrefsProcessTest, AWriterKilledAtAnyMomentLeavesAWholeFileAndNoLock) {
     std::mt19937 random(3);
     for (int round = 0; round < QUILLON_TEST_KILLS; ++round) {
-        const auto writer = StartWriter(folder, "a", 100000);
-        while (writer->IsRunning() && !folder.Has("Q.uprefs")) PSystem::MilliSleep(1);
+        const auto writer = StartWriter(mFolder, "a", 100000);
+        while (writer->IsRunning() && !mFolder.Has("Q.uprefs")) PSystem::MilliSleep(1);
         PSystem::MilliSleep(static_cast<long>(random() % 30));
         ASSERT_TRUE(writer->IsRunning());
         writer->Kill();
-        EXPECT_GT(NumberOf(folder, "a"), 0);
-        std::filesystem::remove(folder.Standard("Q.uprefs"));
+        EXPECT_GT(NumberOf(mFolder, "a"), 0);
+        std::filesystem::remove(mFolder.Standard("Q.uprefs"));
     }
-    EXPECT_FALSE(folder.Has("Q (damaged).uprefs"));
+    EXPECT_FALSE(mFolder.Has("Q (damaged).uprefs"));
 }
 
 }  // namespace
