@@ -26,7 +26,9 @@ public:
         ++mPortHandles;
         return &mPortHandles;
     }
-    void FreePortHandle(void* handle) noexcept override { mPortHandles -= handle == &mPortHandles; }
+    void FreePortHandle(void* handle) noexcept override {
+        if (handle == &mPortHandles) --mPortHandles;
+    }
     bool IsNTOrBetter() noexcept override { return mIsNT; }
     void* OpenPrinter(const unsigned short* name, GString& failure) noexcept override {
         failure = "no such printer";
@@ -35,7 +37,7 @@ public:
     }
     void ReportJobSent(void* printer, std::uint32_t jobID) noexcept override {
         mEvents.push_back("job " + std::to_string(jobID) +
-                          (printer ? " sent to printer" : " sent to nothing"));
+                          (printer != nullptr ? " sent to printer" : " sent to nothing"));
     }
     void ClosePrinter(void* printer) noexcept override {
         mEvents.push_back(printer != nullptr ? "close printer" : "close nothing");
