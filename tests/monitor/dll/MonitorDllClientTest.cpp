@@ -3,7 +3,6 @@
 #include <new>
 
 #include "framework/GFrameworkScope.h"
-#include "framework/core/encodings/GUTF8Encoding.h"
 #include "framework/core/errors/GDebugSupport.h"
 #include "framework/core/errors/GExceptionHandler.h"
 #include "framework/core/errors/GExceptionLocation.h"
@@ -12,20 +11,14 @@
 #include "monitor/handoff/GPPHandOffScope.h"
 #include "monitor/handoff/GPPIPCManager.h"
 #include "platform/win32/core/PWin32SystemException.h"
-
-#include "platform/win32/base/PWin32Api.h"
-#include "tests/Testing.h"
+#include "tests/WindowsTesting.h"
 
 #include <objbase.h>
 
 namespace {
 
-std::string UTF8Of(const GString& text) {
-    return text.GetBuffer(GUTF8Encoding::GetInstance()).GetPtr();
-}
-
 struct NotingReporter : GErrorReporter {
-    void Report(const GString& text) const override { sNote = UTF8Of(text); }
+    void Report(const GString& text) const override { sNote = TextOf(text); }
     static inline std::string sNote;
 };
 
@@ -55,7 +48,7 @@ TEST_F(MonitorDllClient, CatchesByTypeWhatTheDllThrows) {
         const auto& exception = dynamic_cast<const PWin32SystemException&>(caught);
         const auto kept = std::make_unique<PWin32SystemException>(exception);
         EXPECT_EQ(kept->GetSystemErrorCode(), 87);
-        EXPECT_EQ(UTF8Of(kept->GetFullDescription()).find("here: "), 0u);
+        EXPECT_EQ(TextOf(kept->GetFullDescription()).find("here: "), 0u);
     }
     EXPECT_THROW(GBuffer().Allocate(0x7FFFFFFF), std::bad_alloc)
         << "a framework's failure, known as another's";
@@ -80,7 +73,7 @@ TEST_F(MonitorDllClient, HandlesWhatEitherHasThrown) {
 }
 
 TEST_F(MonitorDllClient, IsInTheStackDumpOfTheDll) {
-    const std::string dump = UTF8Of(GDebugSupport::GetStackDump());
+    const std::string dump = TextOf(GDebugSupport::GetStackDump());
     EXPECT_NE(dump.find("onitor64! "), std::string::npos) << dump;
     EXPECT_NE(dump.find(": monitor_dll_client_tests! "), std::string::npos) << dump;
     EXPECT_EQ(dump.find("Error: "), std::string::npos) << dump;
