@@ -12,8 +12,9 @@ wine_use() {
         *) WINEPREFIX=$root/$1 ;;
     esac
     WINEDEBUG=-all
-    # Without these two Wine offers to download things when a prefix is made.
-    WINEDLLOVERRIDES="mscoree,mshtml="
+    # Without the first two Wine offers to download things when a prefix is made. The debugger takes over programs
+    # that crash, and now and then ends them with the exit code 0.
+    WINEDLLOVERRIDES="mscoree,mshtml=;winedbg.exe=d"
     # The logon name that Windows programs see; it stands in the job files' paths.
     USER=anna
     LOGNAME=anna
