@@ -45,6 +45,7 @@ TEST_F(GFileTest, ReadsAndWritesAtItsOwnPosition) {
     EXPECT_EQ(BytesOf(out), "456");
     EXPECT_EQ(file.ReadAt(8, out, 100), 2);
     EXPECT_EQ(BytesOf(out), "89");
+    EXPECT_EQ(file.ReadAt(9, out, 1), 1);
     EXPECT_EQ(file.WriteAt(0, BufferOf("ab")), 2);
     EXPECT_EQ(file.GetPosition(), 7);
     EXPECT_EQ(file.Read(out, 100), 3);

@@ -191,11 +191,12 @@ TEST_F(GIPCManagerTest, BroadcastsToAllWhomeverItCannotReach) {
     ActAsSender();
     mSender.BroadcastRaw(cType, BufferOf("a"));
     EXPECT_FALSE(mRegistry.IsRegistered(400));
+    mSender.BroadcastRaw(cType, BufferOf("a"));
     mSender.BroadcastOnceRaw(cType, BufferOf("a"));
     mSender.Broadcast(cType);
     mSender.BroadcastOnce(cType);
     for (ListeningProcess* process : {&mListener, &second})
-        EXPECT_EQ(process->Tick(), (Log{"100:145:a", "100:145:"}));
+        EXPECT_EQ(process->Tick(), (Log{"100:145:a", "100:145:a", "100:145:"}));
     EXPECT_EQ(ThrownBy([&] { mSender.BroadcastRaw(cType, BufferOf(Filler(40000))); }), 0);
     EXPECT_EQ(CountEntries(), 2u);
 }

@@ -61,7 +61,7 @@ TEST_F(GPreferencesTest, TheHighestModuleThatHasTheKeyAnswers) {
 
 TEST_F(GPreferencesTest, ASharedGroupLiesInTheSharedModuleAlone) {
     Install(4);
-    GPreferences::Set(cUser, "Jobs", "k", "own");
+    for (const char* key : {"k", "m"}) GPreferences::Set(cUser, "Jobs", key, "own");
     GPreferences::SetPrefSharing(cUser, "Jobs", true);
     EXPECT_EQ(Get("Jobs", "k"), "") << "there is no shared module yet";
     Install(8);
@@ -75,7 +75,7 @@ TEST_F(GPreferencesTest, ASharedGroupLiesInTheSharedModuleAlone) {
     EXPECT_EQ(TextOf(GPreferences::GetNonSharedPref("Jobs", "k")), "own");
     EXPECT_EQ(Get("Jobs", "k"), "ours");
     GPreferences::CopySharedPreferences();
-    EXPECT_EQ(Get("Jobs", "k"), "own");
+    EXPECT_EQ(Get("Jobs", "k") + Get("Jobs", "m"), "ownown");
     GPreferences::Remove(cUser, "Jobs", "k");
     EXPECT_EQ(Get("Jobs", "k") + Get(cUser, "Jobs", "k"), "own");
     GPreferences::Set(cSystem + 1, "Jobs", "l", "x");

@@ -82,6 +82,9 @@ TEST(GMemoryInStream, GivesBackAndRollsBackOnceToThePointAlsoForwards) {
     stream.Reset();
     EXPECT_EQ(stream.GetPosition(), 0);
     EXPECT_EQ(stream.RollBack(), -1);
+    stream.SetRollBackPoint();
+    stream.Skip(3);
+    EXPECT_EQ(stream.RollBack(), 3) << "to the start";
 }
 
 TEST(GMemoryInStream, EndsWhereABufferThatShrankEnds) {

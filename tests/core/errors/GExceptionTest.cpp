@@ -174,9 +174,10 @@ TEST(GExceptionLocationTest, IsReadInTheLanguageOfTheReader) {
 
 TEST(GExceptionLocationTest, MayLeaveInAnyOrderFromAnyDepth) {
     std::vector<std::unique_ptr<GExceptionLocation>> locations;
-    for (const char16_t* const text : {u"first", u"second", u"third"})
+    for (const char16_t* const text : {u"first", u"second", u"third", u"fourth"})
         locations.push_back(std::make_unique<GExceptionLocation>(Text(text)));
     locations[1].reset();
+    locations[3].reset();
     EXPECT_EQ(Full(GSimpleException(40068)), u"third: Invalid path");
     locations[2].reset();
     EXPECT_EQ(Full(GSimpleException(40068)), u"first: Invalid path");

@@ -8,11 +8,14 @@ TEST(GRegEx, MatchesWholeTexts) {
     ForEachRow<2>(
         {u" -> ", u"(?i)\u00E4\u0436 -> \u00C4\u0416", u"(?i)[\u0430-\u044F]+ -> \u0416\u0410",
          u"\\w+ -> Gr\u00FC\u00DFe_1", u"\\d -> \u0661", u"\\s+ ->  \t\r\n\u00A0\u3000",
-         u"[[:upper:]][[:lower:]][[:digit:]][[:punct:]][[:xdigit:]] -> Ab1!f", u"\\x{20AC} -> \u20AC",
-         u".. -> \xD83D\xDE00", u"(a+)-\\1 -> aa-aa", u"(cat|dog){2}s? -> catdogs"},
+         u"[[:upper:]][[:lower:]][[:digit:]][[:punct:]][[:xdigit:]] -> Ab1!f",
+         u"\\x{20AC}\\x{fFaA}\\xAg -> \u20AC\uFFAA\ng", u"[[:CNTRL:]]{4} -> \x1F\x7F\x80\x9F",
+         u"[[:unicode:]] -> \u0100", u".. -> \xD83D\xDE00", u"(a+)-\\1 -> aa-aa",
+         u"(cat|dog){2}s? -> catdogs"},
         [&](auto expression, auto text) { EXPECT_TRUE(GRegEx(Text(expression)).Matches(Text(text))); });
     ForEachRow<2>(
-        {u"abc -> abcd", u"abc -> aBc", u"[a-z] -> \u00E9", u"\\w -> -", u"\\S ->  "},
+        {u"abc -> abcd", u"abc -> aBc", u"[a-z] -> \u00E9", u"\\w -> -", u"\\S ->  ",
+         u"[[:unicode:][:cntrl:]] -> \u00FF", u"[[:unicode:][:cntrl:]] -> \u00A0", u"[[:xdigit:]] -> g"},
         [&](auto expression, auto text) { EXPECT_FALSE(GRegEx(Text(expression)).Matches(Text(text))); });
     GRegEx moved(GString("abc"), true);
     EXPECT_TRUE(GRegEx(std::move(moved)).Matches(GString("aBc")));
@@ -43,7 +46,7 @@ TEST(GRegEx, GivesTheTextsOfGroups) {
     for (const auto& [text, expected] : rows) {
         GRange match;
         GTable<GString> groups{"old"};
-        expression.Find(GString(text), 0, match, groups);
+        EXPECT_EQ(expression.Find(GString(text), 0, match, groups), expected.GetCount() == 4) << text;
         EXPECT_TRUE(groups == expected) << text;
     }
 }
