@@ -8,14 +8,19 @@ struct FailingCalls {
     enum class Failure { cNone, cDevice, cOtherVolume };
     enum class Kind { cMove, cRemove, cOther };
 
-    /// Says how each call fails; while this is empty, all work.
-    static inline std::function<Failure(Kind)> sChoose;
-    static inline bool sHasFailed = false;
+    /// From now on `rule` says how each call fails; without one all work.
+    static void Choose(std::function<Failure(Kind)> rule = nullptr) {
+        sRule = std::move(rule);
+        sHasFailed = false;
+    }
 
     /// For the replaced calls: how this one is to fail.
     static Failure Next(Kind kind) {
-        const Failure failure = sChoose ? sChoose(kind) : Failure::cNone;
+        const Failure failure = sRule ? sRule(kind) : Failure::cNone;
         sHasFailed = sHasFailed || failure != Failure::cNone;
         return failure;
     }
+
+    static inline std::function<Failure(Kind)> sRule;
+    static inline bool sHasFailed = false;  // since the rule was chosen
 };

@@ -120,11 +120,10 @@ TEST(GFileServices, RandomOperationsDoWhatTheModelSaysAlsoWhenACallFails) {
             const unsigned kind = random() % 6;
             if (kind == 4) tree.SetDay(file, 1 + static_cast<long>(random() % 28));
             if (kind == 5) tree.ToggleWritable(file);
-            if (step == 9) FailingCalls::sChoose = FailOne(1 + random() % 6, random() % 3 == 0);
+            if (step == 9) FailingCalls::Choose(FailOne(1 + random() % 6, random() % 3 == 0));
             if (kind < 4) tree.Do(kind, file, pick({"x", "y"}), pick({"a", "b", "c"}));
             failed += FailingCalls::sHasFailed;
-            FailingCalls::sHasFailed = false;
-            FailingCalls::sChoose = nullptr;
+            FailingCalls::Choose();
         }
         tree.Compare();
     }
@@ -136,13 +135,13 @@ TEST(GFileServices, AMoveToAnotherVolumeThatCanRemoveNothingLosesNothing) {
     const TestFolder folder;
     folder.Put("f", "x");
     GFileSystem::CreateFolder(folder.Portable("sub"));
-    FailingCalls::sChoose = [moved = false](Kind kind) mutable {
+    FailingCalls::Choose([moved = false](Kind kind) mutable {
         if (kind == Kind::cMove) return std::exchange(moved, true) ? Failure::cNone : Failure::cOtherVolume;
         return kind == Kind::cRemove ? Failure::cDevice : Failure::cNone;
-    };
+    });
     const std::string failure =
         FailureOf([&] { GFileSystem::MoveFileTo(folder.Portable("f"), folder.Portable("sub")); });
-    FailingCalls::sChoose = nullptr;
+    FailingCalls::Choose();
     const auto native = [&](const char* path) { return TextOf(folder.Portable(path).GetNativePathString()); };
     EXPECT_TRUE(failure.starts_with("Moving " + native("f") + " to " + native("sub/f") + ": ")) << failure;
     EXPECT_EQ(folder.Take("f"), "x");

@@ -161,6 +161,7 @@ TEST_F(GSharedMemoryTest, LocksOnceHoweverDeep) {
 
 TEST_F(GSharedMemoryTest, IsPreparedWithItsMutexHeld) {
     static std::string sSeen;
+    sSeen.clear();
     const auto prepare = [](GSharedMemory& segment, bool created) {
         sSeen += std::string(created ? "new" : "old") + (segment.IsLocked() ? ", locked; " : ", free; ");
         if (!created) throw GSimpleException(40154);

@@ -99,7 +99,7 @@ int main(int argc, char** argv) {
         if (what == "preferences") WritePreferences(argv[2], argv[3], number(4));
         if (what == "version") PrintVersion();
     } catch (const GException& exception) {
-        return static_cast<int>(exception.GetExceptionID() % 100);
+        return static_cast<int>(exception.GetExceptionID());
     }
     return 0;
 }

@@ -102,18 +102,18 @@ struct Listener : Process<Manager> {
 /// Somebody else who keeps the mutex of an identifier for its own lifetime.
 struct MutexHog {
     explicit MutexHog(const GShMemID& identifier)
-        : mThread(std::async(std::launch::async, [this, identifier] {
+        : mThread([this, identifier] {
               GIPMutex mutex(identifier, GIPPrefix::cSharedMemoryLock);
               const GIPMutexLocker locker(mutex);
               mHeld.set_value();
               mEnd.get_future().wait();
-          })) {
+          }) {
         mHeld.get_future().wait();
     }
     ~MutexHog() { mEnd.set_value(); }
 
     std::promise<void> mHeld, mEnd;
-    const std::future<void> mThread;  // whose destructor waits for it
+    std::jthread mThread;
 };
 
 /// Replaces the time by which messaging waits for its own lifetime: no time passes but in the sleeps, which

@@ -276,6 +276,7 @@ TEST(GExceptionHandlerTest, DispatchesOnTheType) {
 
 TEST(GExceptionHandlerTest, TheDefaultHandlerReportsTheFullDescriptionToAReporterThatIsOwned) {
     GErrorReporter::GetInstance()->Report(Text(u"nobody hears"));
+    NotingReporter::sNote.clear();
     auto* const reporter = new NotingReporter;
     GErrorReporter::SetInstance(reporter);
     GErrorReporter::SetInstance(reporter);

@@ -102,8 +102,9 @@ TEST(MonitorDll, FillsElevenSlotsOfItsTable) {
     EXPECT_EQ(table.cbSize, 152u);
     EXPECT_EQ(library.mMonitor, &library.mInit);
     std::string slots;
-    const auto* const all = reinterpret_cast<const void* const*>(&table);
-    for (std::size_t slot = 1; slot < 152 / 8; ++slot) slots += all[slot] != nullptr ? 'x' : '-';
+    std::array<const void*, 152 / 8> all;
+    std::memcpy(&all, &table, sizeof all);
+    for (std::size_t slot = 1; slot < all.size(); ++slot) slots += all[slot] != nullptr ? 'x' : '-';
     EXPECT_EQ(slots, "xx-xxxxx------xxxx");
 }
 
