@@ -124,8 +124,9 @@ TEST(GBin2TextStream, InvalidBytesEndTheText) {
     EXPECT_EQ(quoted.Quoted(), "none");
 }
 
-TEST(GBin2TextStream, LinesOfEveryLengthAroundTheReadSize) {
-    for (const std::size_t length : {4093u, 4094u, 4095u, 4096u, 4097u, 8191u, 8192u, 100000u}) {
+TEST(GBin2TextStream, LinesOfEveryLengthAroundTheReadSizes) {
+    // It reads 128 bytes, and then twice as many each time up to 4096.
+    for (const std::size_t length : {127u, 128u, 129u, 383u, 384u, 3967u, 3968u, 8063u, 8064u, 100000u}) {
         for (const std::string lineEnd : {"\r\n", "\n", "\r"}) {
             const std::string line(length, 'x');
             Text text(line + lineEnd + "end" + lineEnd, GUTF8Encoding::GetInstance(), 1000000);
